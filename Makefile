@@ -1,0 +1,73 @@
+# What a person types. Everything here first installs the Debian packages that it needs and misses.
+#
+#   make run        build, record three songs from the demo radio, list the music files
+#   make test       build everything, run all tests
+#   make sanitize   the same with the address and undefined-behaviour sanitizers, without the live tests
+#   make bench      build and run the measurements
+#   make format     clang-format over all sources
+#   make lint       clang-format and clang-tidy, findings are errors
+#   make install    into PREFIX (/usr/local), below DESTDIR if given
+#   make clean      remove the build trees
+#
+# PRESET=debug builds with another preset of CMakePresets.json.
+
+PRESET ?= release
+PREFIX ?= /usr/local
+DESTDIR ?=
+
+BUILD := build/$(PRESET)
+PROGRAMS := corvetape-cli
+SOURCES = $$(find src tests bench -name '*.h' -o -name '*.cpp' | sort)
+
+CONFIGURE = cmake --preset $(1) >/dev/null
+CTEST = ctest --output-on-failure --no-tests=error
+
+.PHONY: all run test sanitize bench format lint install clean
+
+all:
+	@scripts/install-deps build
+	@$(call CONFIGURE,$(PRESET))
+	cmake --build $(BUILD)
+
+run:
+	@scripts/install-deps build run
+	@$(call CONFIGURE,$(PRESET))
+	cmake --build $(BUILD) --target $(PROGRAMS)
+	@rm -rf $(BUILD)/demo
+	$(BUILD)/bin/corvetape-cli record --input demo --speed 20 --songs 3 --home $(BUILD)/demo
+	@scripts/list-music $(BUILD)/demo/Music
+
+test:
+	@scripts/install-deps build run test
+	@$(call CONFIGURE,$(PRESET))
+	cmake --build $(BUILD)
+	$(CTEST) --test-dir $(BUILD)
+
+sanitize:
+	@scripts/install-deps build run test
+	@$(call CONFIGURE,sanitize)
+	cmake --build build/sanitize
+	$(CTEST) --test-dir build/sanitize --label-exclude live
+
+bench:
+	@scripts/install-deps build run bench
+	@$(call CONFIGURE,$(PRESET))
+	cmake --build $(BUILD) --target benchmarks
+	scripts/run-benchmarks $(BUILD)
+
+format:
+	@scripts/install-deps lint
+	clang-format -i $(SOURCES)
+
+lint:
+	@scripts/install-deps build lint
+	scripts/lint
+
+install:
+	@scripts/install-deps build run
+	@$(call CONFIGURE,$(PRESET))
+	cmake --build $(BUILD) --target $(PROGRAMS)
+	DESTDIR=$(DESTDIR) cmake --install $(BUILD) --prefix $(PREFIX)
+
+clean:
+	rm -rf build/release build/debug build/sanitize build/coverage

@@ -1,0 +1,43 @@
+# corvetape_room(<name> FOLDER <folder> [USES <room>...] [LIBRARIES <target>...])
+#
+# One static library per folder of src/. USES are the rooms on lower floors that it may include; only the
+# headers of those rooms, by their path below src/, are meant to be reached.
+function(corvetape_room name)
+    cmake_parse_arguments(ROOM "" "FOLDER" "USES;LIBRARIES" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/${ROOM_FOLDER}/*.cpp)
+    list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+    if(sources)
+        add_library(${name} STATIC ${sources})
+        set(scope PUBLIC)
+        target_link_libraries(${name} PRIVATE corvetape_options)
+    else()
+        add_library(${name} INTERFACE)
+        set(scope INTERFACE)
+    endif()
+    target_include_directories(${name} ${scope} ${CMAKE_SOURCE_DIR}/src)
+    target_link_libraries(${name} ${scope} ${ROOM_USES} ${ROOM_LIBRARIES})
+endfunction()
+
+# corvetape_test(<name> FOLDER <folder> USES <room>... [LABELS <label>...])
+#
+# One test program per folder of tests/, made of all its sources.
+function(corvetape_test name)
+    cmake_parse_arguments(TEST "" "FOLDER;TIMEOUT" "USES;LABELS;DEPENDS" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${TEST_FOLDER}/*.cpp)
+    if(NOT sources)
+        return()
+    endif()
+    add_executable(test-${name} ${sources})
+    target_include_directories(test-${name} PRIVATE ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE_DIR}/tests)
+    target_link_libraries(test-${name} PRIVATE ${TEST_USES} GTest::gmock GTest::gtest_main corvetape_options)
+    target_compile_definitions(test-${name} PRIVATE
+        CORVETAPE_SOURCE_DIR="${CMAKE_SOURCE_DIR}" CORVETAPE_BINARY_DIR="${CMAKE_BINARY_DIR}")
+    if(TEST_DEPENDS)
+        add_dependencies(test-${name} ${TEST_DEPENDS})
+    endif()
+    add_test(NAME ${name} COMMAND test-${name})
+    set_tests_properties(${name} PROPERTIES LABELS "${TEST_LABELS}" TIMEOUT 600)
+    if(TEST_TIMEOUT)
+        set_tests_properties(${name} PROPERTIES TIMEOUT ${TEST_TIMEOUT})
+    endif()
+endfunction()

@@ -1,0 +1,228 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "app/state.h"
+#include "audio/closed_song.h"
+#include "platform/machine.h"
+#include "platform/processes.h"
+#include "platform/sound_source.h"
+#include "post/transfer_job.h"
+
+namespace Corvetape {
+
+class Documents;
+class Http;
+class Players;
+struct ProgramLinks;
+struct ProgramParts;
+struct Switches;
+class Windows;
+
+/// A setting that holds for this run only. It is neither read from nor written to its file.
+struct SettingOverride {
+    std::string Section;
+    std::string Key;
+    std::string Value;
+    bool InDataFile = false;
+};
+
+/// A source of media data that belongs to the input itself.
+struct MediaFeed {
+    std::string ProviderName;
+    std::function<SourceMedia()> Read;
+    std::function<bool()> Restart{};  ///< lets the source play again; not set: it cannot be asked
+};
+
+struct RunOptions {
+    std::string CommandLine;  ///< as it stands, with the switches
+    std::vector<SettingOverride> Overrides;
+    std::vector<MediaFeed> Feeds;  ///< in the order in which they are tried
+    bool KeepNotes = true;         ///< beside each temporary song, for a run that ends before it does
+    uint64_t MaxSongBytes = 0;     ///< largest song file, 0 for what the format can hold
+
+    /// Comes before the date and time that name a song without a title.
+    std::string SongNamePrefix;
+
+    /// Asks also those tools what they can do that only formats need which the settings do not choose.
+    bool ProbeAllTools = true;
+
+    /// The pages of browsers and the windows of the desktop, which not every run asks. Not owned; they
+    /// outlive the program.
+    Corvetape::Documents* Documents = nullptr;
+    Corvetape::Windows* Windows = nullptr;
+
+    /// The media players and the web, which not every run asks. Not owned; they outlive the program.
+    Corvetape::Players* Players = nullptr;
+    Http* Web = nullptr;
+};
+
+/// What a desktop adds to the start and the stop. Each step that is not set does nothing.
+struct DesktopSteps {
+    std::function<void(bool busy)> BusyPointer;
+    std::function<void()> BlankBrowser;
+    std::function<void()> LayOutPages;
+    std::function<std::string()> ChooseLanguage;  ///< empty if the user chose none
+    std::function<void()> SizeStatusLine;
+    std::function<void()> SnapshotMixer;
+    std::function<void()> RestoreMixer;
+    std::function<void(int32_t left, int32_t top)> MoveWindow;
+    std::function<void()> MinimizeWindow;
+    std::function<void()> AddTrayIcon;
+    std::function<void()> RemoveTrayIcon;
+    std::function<void()> HookWindow;
+    std::function<void()> ShowWindow;
+    std::function<void()> LoadBars;
+    std::function<void()> SaveBars;
+    std::function<void()> CheckUpdate;  ///< forced
+    std::function<void()> SaveWindowPlace;
+    std::function<void()> UnloadAssistant;
+    std::function<void(const std::string& tip)> ShowTrayTip;
+    std::function<void(int32_t state)> ShowTrayState;
+    std::function<void(const std::string& page)> OpenAssistant;
+};
+
+/// What others may want to know.
+struct ProgramEvents {
+    std::function<void(const ClosedSong&)> SongClosed;
+    std::function<void(const TransferredSong&)> SongTransferred;
+    std::function<void(const JobResult&)> JobEnded;  ///< an encoder has ended, well or not
+    std::function<void(const std::string& kind, const std::string& text)> Logged;
+    std::function<void()> InputEnded;  ///< a finite input has given its last buffer
+    std::function<void()> Ended;       ///< the stop is complete
+};
+
+/// The whole program but its pixels, on any machine: made, loaded, running by its timers, unloaded.
+class Program {
+ public:
+    /// `machine` outlives the program.
+    Program(Machine machine, RunOptions options, ProgramEvents events = {}, DesktopSteps desktop = {});
+    ~Program();
+
+    /// The start, step by step. False if the process is to end at once: another instance runs, or a switch
+    /// asked for nothing more. Nothing needs to be unloaded then.
+    bool Load();
+
+    /// A request to close. It is refused once if a recording runs and the user wants its song to finish.
+    /// True if it passed; the program is then unloaded.
+    bool Close();
+
+    /// The stop, step by step. Does nothing the second time.
+    void Unload();
+
+    /// Takes the results of encoders that have ended, and tells them. Called once a second while the program
+    /// runs; whoever waits for encoders after the stop calls it again.
+    void CollectJobs();
+
+    /// Nothing more is kept, neither the song that plays nor the next ones.
+    void StopKeeping();
+
+    /// After the stop and the encoders: removes the temporary folder if it is to go and nothing is left in it
+    /// that is needed.
+    void RemoveTempFolder();
+
+    /// Seconds since the last boundary between songs.
+    uint64_t SongAgeSeconds() const;
+
+    bool Running() const { return Stage == LifeStage::Running; }
+
+    State& Values() { return *Memory; }
+    const State& Values() const { return *Memory; }
+
+    /// Seconds of the input that have been received, from frame counts.
+    double InputSeconds() const;
+
+    /// The names of the steps, in their order.
+    static std::span<const char* const> LoadStepNames();
+    static std::span<const char* const> UnloadStepNames();
+
+ private:
+    enum class LifeStage { Made, Loading, Running, Unloading, Ended };
+    enum class Next { Continue, EndProcess };
+
+    struct LoadStep {
+        const char* Name;
+        Next (Program::*Run)();
+    };
+    struct UnloadStep {
+        const char* Name;
+        void (Program::*Run)();
+    };
+    static const LoadStep LoadSteps[];
+    static const UnloadStep UnloadSteps[];
+
+    // Load, in the order of the steps.
+    Next TakeBusyPointer();
+    Next BlankBrowser();
+    Next ReadUpdateSwitch();
+    Next ClaimSingleInstance();
+    Next ShowVersion();
+    Next LayOutPages();
+    Next ExtendSearchPath();
+    Next LoadSettings();
+    Next ReadSongCounter();
+    Next DetectEncoders();
+    Next ChooseLanguage();
+    Next SizeStatusLine();
+    Next MakeFolders();
+    Next LogStart();
+    Next SnapshotMixer();
+    Next SeedRandom();
+    Next PlaceWindow();
+    Next ApplySwitches();
+    Next LaunchStartApp();
+    Next AddTrayIcon();
+    Next HookWindow();
+    Next ApplyStationData();
+    Next EnableRecording();
+    Next StartTimers();
+    Next ShowWindow();
+    Next LoadBars();
+    Next ReleaseBusyPointer();
+    Next LoadWatchLists();
+    Next RecoverSongs();
+    Next CheckUpdate();
+
+    // Unload.
+    void FinishAudio();
+    void TakeOverMedia();
+    void CloseSong();
+    void DisableRecording();
+    void CloseCapture();
+    void TransferPendingSong();
+    void DeleteTempFolder();
+    void RestoreMixer();
+    void RestoreSoundScheme();
+    void TellError();
+    void TellInfo();
+    void ReleaseProvider();
+    void LaunchStopApp();
+    void SaveWindowPlace();
+    void RemoveTrayIcon();
+    void UnloadAssistant();
+    void SaveBars();
+    void LogEnd();
+
+    void ApplySwitchesTo(const Switches& switches);
+    void RequestUnload();
+    void DetachTimers();
+    void TransferNow();
+    ProgramLinks Links();
+
+    Machine Host;
+    RunOptions Options;
+    ProgramEvents Events;
+    DesktopSteps Desktop;
+    LifeStage Stage = LifeStage::Made;
+    bool UnloadPosted = false;
+    std::unique_ptr<State> Memory;
+    std::unique_ptr<ProgramParts> Parts;
+    std::shared_ptr<bool> Alive;  ///< guards work that is posted and may come after the end
+};
+
+}  // namespace Corvetape

@@ -1,0 +1,136 @@
+#include "app/program_parts.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/wiring.h"
+#include "platform/folders.h"
+#include "platform/system_info.h"
+
+namespace Corvetape {
+
+namespace {
+
+std::unique_ptr<PlayerBridge> BridgeTo(Players* players, RegistryBranches& registry, EventLoop& loop) {
+    return players == nullptr ? nullptr : std::make_unique<PlayerBridge>(*players, registry, loop);
+}
+
+std::unique_ptr<CoverImages> CoversFrom(Http* web, Files& files, const PauseSettings& pause) {
+    return web == nullptr ? nullptr : std::make_unique<CoverImages>(*web, files, pause);
+}
+
+}  // namespace
+
+ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
+    : Host(machine),
+      Memory(state),
+      Owner(std::move(links)),
+      RunName(machine.System.RunName()),
+      Registry(machine.Files, UserRegistryFile(machine), MachineRegistryFile(machine)),
+      Expansion(machine.Clock, machine.Folders, Registry),
+      Store(machine.Files, machine.Folders, Registry, Expansion, machine.System.Version()),
+      Journal(machine.Files, machine.Clock, state.Options, state.Folders),
+      Messages(machine.Files, machine.Folders.ProgramFolder(), machine.Dialogs),
+      Input({machine.WaveIn, machine.Loop, machine.Clock, state.Options, state.Signal, state.Ring},
+            CaptureEventsOf(*this)),
+      Writer({machine.Files, state.Flags, state.Signal, state.Pause, state.Media, state.Messages},
+             SongPlaceOf(*this), SongEventsOf(*this)),
+      Drain({state.Ring, state.Cut, state.Pause, state.Flags, Writer}),
+      Path({state.Signal, state.Pause, state.Ring, machine.Clock},
+           {state.Signal, state.Cut, state.Pause, state.Flags, state.Ring}, RouteTargetsOf(*this)),
+      Pauses({state.Form, state.Pause, state.Signal, state.Media, Store, machine.Dialogs, Messages}),
+      Levels(state.Form, state.Signal, state.Pause),
+      Bridge(BridgeTo(Owner.Options.Players, Registry, machine.Loop)),
+      Covers(CoversFrom(Owner.Options.Web, machine.Files, state.Pause)),
+      MediaHost(ProviderHostOf(*this)),
+      Providers(MediaHost, FactoriesOf(*this)),
+      Encoders(state.Form, state.Options, Store, state.Lifecycle),
+      OptionPages(state.Form, state.Options, Store, state.Flags, machine.Dialogs, Messages),
+      FolderPage(state.Form, {state.Options, state.Folders}, Store, machine.Files, machine.Dialogs, Messages),
+      Watched(machine.Files, state.Folders),
+      WatchTabs(state.Form, Watched, machine.Processes),
+      Transfer({state.Media, state.Options, state.Folders, state.Pause, state.Flags, state.SongCounter},
+               machine.Files, machine.Processes, Journal, TransferCallbacksOf(*this)),
+      Disk({state.Form, machine.Files, state.Options, state.Folders, state.Flags, state.Messages},
+           DiskCheckActionsOf(*this)),
+      Notes(machine.Files, state.Folders),
+      Recording({state.Form, state.Flags, state.Cut, state.Media, state.Pause, state.Ring},
+                SessionActionsOf(*this)),
+      Poll({state.Form, state.Media, state.Cut, state.Signal, state.Ring}, MediaPollActionsOf(*this)),
+      Inputs({state.Form, machine.WaveIn, state.Options, Store, state.Media},
+             {Journal, machine.Dialogs, Messages, state.Lifecycle}, InputListActionsOf(*this)),
+      Watch({state.Form, machine.Clock, state.Options, state.Pause, state.Lifecycle, state.Flags, state.Cut,
+             state.Signal, state.Media, state.Ring, Input.MaxBuffersUsed()},
+            SupervisorActionsOf(*this)) {
+    AttachHandlers(*this);
+}
+
+bool ProgramParts::IsNeeded(const std::string& path) const {
+    const auto isOf = [&path](const std::string& song) {
+        return path.starts_with(song.substr(0, song.rfind('.') + 1));
+    };
+    for (const auto& [job, song] : UnfinishedJobs) {
+        if (isOf(song)) return true;
+    }
+    if (std::ranges::any_of(SongsWithoutJob, isOf)) return true;
+    // A failure has ended the recording in the middle of a song: what was written of it is open to the end.
+    return Writer.SongFileOpen() && isOf(Writer.SongFilePath());
+}
+
+void ProgramParts::NoteSong() {
+    if (!Owner.Options.KeepNotes || !Writer.SongFileOpen()) return;
+    // While a cut is pending the file still holds the song that has ended.
+    const MediaState& media = Memory.Media;
+    const bool current = !Memory.Cut.CutPending && !media.CurrentMedia.Song.empty();
+    NoteSong(Writer.SongBaseName(), current ? media.CurrentMedia : media.SongMedia);
+}
+
+void ProgramParts::NoteSong(const std::string& baseName, const STATIONANDSONGDATA& media) {
+    if (!Owner.Options.KeepNotes) return;
+    SongNote note;
+    note.Run = RunName;
+    note.Wanted = Memory.Flags.RecordCurrentSong;
+    note.LeastSeconds = Memory.Pause.IgnoreShortSongs;
+    const bool named =
+        Memory.Media.StationDataEnabled && Memory.Pause.EndOfSongDetection != EndOfSong::FixedTime;
+    if (named) note.Media = media;
+    note.Media.FilePart = media.FilePart;
+    Notes.Write(baseName, note);
+}
+
+void ProgramParts::LoadImage(const std::string& address) {
+    if (Covers) Covers->LoadImage(address);
+}
+
+std::string ProgramParts::WmaEncoderVersion(const std::string& ffmpeg) {
+    constexpr const char* section = "Tools";
+    constexpr const char* name = "WmaEncoder";
+    const std::string file = ffmpeg + "|" + std::to_string(Host.Files.FileSize(ffmpeg).value_or(0)) + "|";
+    const std::string known = TextOf(Registry.ReadUserValue(section, name));
+    if (known.starts_with(file)) return known.substr(file.size());
+    std::string version = ProbeWmaEncoder(Host.Processes, ffmpeg);
+    // An answer that cannot be kept is asked for again at the next start.
+    static_cast<void>(Registry.WriteUserValue(section, name, file + version));
+    return version;
+}
+
+void ProgramParts::StationDataClicked() {
+    frmMain& form = Memory.Form;
+    const bool enabled = form.chkStationDataEnable.Value() != 0;
+    Memory.Media.StationDataEnabled = enabled;
+    Store.WriteSetting("Providers", "Enable", enabled ? 1 : 0);
+    form.cmdGetStationID.Enabled(enabled);
+    for (Label& label : form.lblMedia) label.Enabled(enabled);
+    Memory.Flags.RecordingEnabled = enabled;
+    // A song that waits for its hand-over keeps its record: there is only this one.
+    if (!form.tmrEncodeFile.Running()) ClearMedia(Memory.Media.SongMedia);
+    if (enabled) {
+        Providers.Drop();
+        Memory.Signal.PauseRecognition = -1;
+    } else {
+        Providers.SwitchOff();
+    }
+    for (Label& label : form.lblProvider) label.Caption(" \xE2\x80\xA2 ");
+}
+
+}  // namespace Corvetape

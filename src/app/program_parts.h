@@ -1,0 +1,113 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/program.h"
+#include "audio/capture.h"
+#include "audio/drain.h"
+#include "audio/route.h"
+#include "audio/song_writer.h"
+#include "core/log.h"
+#include "core/messages.h"
+#include "core/placeholders.h"
+#include "core/registry.h"
+#include "core/settings_store.h"
+#include "media/cover_images.h"
+#include "media/player_bridge.h"
+#include "media/provider_choice.h"
+#include "mixer/input_list.h"
+#include "post/encoder_choice.h"
+#include "post/encoder_tools.h"
+#include "post/folder_selection.h"
+#include "post/program_options.h"
+#include "post/transfer_job.h"
+#include "post/watch_pages.h"
+#include "recording/disk_check.h"
+#include "recording/level_display.h"
+#include "recording/media_poll.h"
+#include "recording/pause_control.h"
+#include "recording/session.h"
+#include "recording/song_notes.h"
+#include "recording/supervisor.h"
+
+namespace Corvetape {
+
+/// What the parts need of the program that they belong to. The references outlive the parts.
+struct ProgramLinks {
+    const RunOptions& Options;
+    const ProgramEvents& Events;
+    const DesktopSteps& Desktop;
+    std::function<void()> RequestUnload;
+    std::function<void()> TransferNow;
+    std::function<void()> CollectJobs;
+    std::function<void()> Close;
+};
+
+/// The parts of a program in the order in which they are made, from the bottom up. Each is handed what it
+/// needs of the others here and nowhere else.
+struct ProgramParts {
+    ProgramParts(Machine machine, State& state, ProgramLinks links);
+    ProgramParts(const ProgramParts&) = delete;
+    ProgramParts& operator=(const ProgramParts&) = delete;
+
+    /// True for files of a song of which there is nothing else: an encoder still needs it or could not encode
+    /// it, none was started for it, or a failure has broken it off.
+    bool IsNeeded(const std::string& path) const;
+
+    /// Asks an ffmpeg for its WMA encoder, or remembers what this very file answered the last time: starting
+    /// it takes longer than the rest of the start.
+    std::string WmaEncoderVersion(const std::string& ffmpeg);
+
+    /// Brings the note beside the song that is being written up to date.
+    void NoteSong();
+
+    /// Notes what is known of a song, open or closed.
+    void NoteSong(const std::string& baseName, const STATIONANDSONGDATA& media);
+
+    /// Asks for the picture at an address, if this run asks the web.
+    void LoadImage(const std::string& address);
+
+    /// A click on chkStationDataEnable.
+    void StationDataClicked();
+
+    Machine Host;
+    State& Memory;
+    ProgramLinks Owner;
+    std::map<std::string, std::string> UnfinishedJobs;  ///< temporary song, by job
+    std::vector<std::string> SongsWithoutJob;           ///< temporary songs that nothing encodes
+    uint64_t RandomSeed = 0;
+    std::string RunName;  ///< of this process
+
+    RegistryBranches Registry;
+    Placeholders Expansion;
+    SettingsStore Store;
+    Log Journal;
+    clsLocalizeControls Messages;
+    Capture Input;
+    SongWriter Writer;
+    AudioDrain Drain;
+    SignalPath Path;
+    PauseControl Pauses;
+    LevelDisplay Levels;
+    std::unique_ptr<PlayerBridge> Bridge;  ///< null in a run without players
+    std::unique_ptr<CoverImages> Covers;   ///< null in a run without the web
+    ProviderHost MediaHost;
+    ProviderChoice Providers;
+    EncoderChoice Encoders;
+    ProgramOptions OptionPages;
+    FolderSelection FolderPage;
+    WatchLists Watched;
+    WatchPages WatchTabs;
+    TransferJob Transfer;
+    DiskCheck Disk;
+    SongNotes Notes;
+    Session Recording;
+    MediaPoll Poll;
+    InputList Inputs;
+    Supervisor Watch;
+};
+
+}  // namespace Corvetape

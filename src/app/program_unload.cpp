@@ -1,0 +1,190 @@
+// The closing request and the stop of the program, step by step.
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <set>
+
+#include "app/program.h"
+#include "app/program_parts.h"
+#include "platform/dialogs.h"
+#include "platform/event_loop.h"
+#include "platform/files.h"
+#include "platform/processes.h"
+#include "post/app_launch.h"
+
+namespace Corvetape {
+
+const Program::UnloadStep Program::UnloadSteps[] = {
+    {"FinishAudio", &Program::FinishAudio},
+    {"TakeOverMedia", &Program::TakeOverMedia},
+    {"CloseSong", &Program::CloseSong},
+    {"DisableRecording", &Program::DisableRecording},
+    {"CloseCapture", &Program::CloseCapture},
+    {"TransferPendingSong", &Program::TransferPendingSong},
+    {"DeleteTempFolder", &Program::DeleteTempFolder},
+    {"RestoreMixer", &Program::RestoreMixer},
+    {"RestoreSoundScheme", &Program::RestoreSoundScheme},
+    {"TellError", &Program::TellError},
+    {"TellInfo", &Program::TellInfo},
+    {"ReleaseProvider", &Program::ReleaseProvider},
+    {"LaunchStopApp", &Program::LaunchStopApp},
+    {"SaveWindowPlace", &Program::SaveWindowPlace},
+    {"RemoveTrayIcon", &Program::RemoveTrayIcon},
+    {"UnloadAssistant", &Program::UnloadAssistant},
+    {"SaveBars", &Program::SaveBars},
+    {"LogEnd", &Program::LogEnd},
+};
+
+std::span<const char* const> Program::UnloadStepNames() {
+    static const auto names = [] {
+        std::array<const char*, std::size(UnloadSteps)> result{};
+        std::ranges::transform(UnloadSteps, result.begin(), [](const UnloadStep& step) { return step.Name; });
+        return result;
+    }();
+    return names;
+}
+
+bool Program::Close() {
+    if (Stage != LifeStage::Running) return true;
+    frmMain& form = Memory->Form;
+    RecordingFlags& flags = Memory->Flags;
+    const bool recording = flags.RecordCurrentSong || flags.RecordNextSong;
+    if (!flags.DisableAtEndOfSong && form.chkDelayUnload.Value() != 0 && recording) {
+        flags.DisableAtEndOfSong = true;
+        flags.QuitAtEndOfSong = true;
+        form.chkStopRecording[0].Value(1);
+        form.lblStatus[1].Caption(Parts->Messages.FormatMsg("900"));
+        return false;
+    }
+    Unload();
+    return true;
+}
+
+void Program::Unload() {
+    if (Stage != LifeStage::Running) return;
+    Stage = LifeStage::Unloading;
+    for (const UnloadStep& step : UnloadSteps) (this->*step.Run)();
+    DetachTimers();  // the loop may run on, for encoders that have not ended yet
+    Stage = LifeStage::Ended;
+    if (Events.Ended) Events.Ended();
+}
+
+void Program::RequestUnload() {
+    if (UnloadPosted || Stage != LifeStage::Running) return;
+    UnloadPosted = true;
+    // Whoever asks may be in the middle of a buffer or a timer; the stop closes both, so it comes after.
+    Host.Loop.Post([this, alive = std::weak_ptr<bool>(Alive)] {
+        if (!alive.expired()) Unload();
+    });
+}
+
+void Program::TransferNow() {
+    Memory->Form.tmrEncodeFile.Running(false);
+    Parts->Transfer.TransferSong();
+}
+
+void Program::FinishAudio() {
+    frmMain& form = Memory->Form;
+    form.tmr1Second.Running(false);
+    form.tmrGetMediaData.Running(false);
+    // A song file that cannot be made here is told with the other errors: the program ends anyway.
+    static_cast<void>(Parts->Drain.FinishCut());
+    // The song that waits has its own record, which the last song takes over in the next step.
+    if (form.tmrEncodeFile.Running()) TransferNow();
+    static_cast<void>(Parts->Drain.WriteOut());
+    Parts->Writer.WriteClosingPause();
+}
+
+void Program::TakeOverMedia() {
+    Memory->Media.SongMedia = Memory->Media.CurrentMedia;
+}
+
+void Program::CloseSong() {
+    Parts->Writer.CloseSongFile();
+}
+
+void Program::DisableRecording() {
+    Memory->Flags.RecordingEnabled = false;
+}
+
+void Program::CloseCapture() {
+    Parts->Input.CloseWaveIn();
+}
+
+void Program::TransferPendingSong() {
+    if (Memory->Form.tmrEncodeFile.Running()) TransferNow();
+}
+
+void Program::RemoveTempFolder() {
+    if (Memory->Options.DelTempFolder && !Memory->Options.EncodeOffline) DeleteTempFolder();
+}
+
+void Program::DeleteTempFolder() {
+    if (!Memory->Options.DelTempFolder || Memory->Options.EncodeOffline) return;
+    const std::string& folder = Memory->Folders.SongTempFolder;
+    CollectJobs();
+    for (const FileEntry& entry : Host.Files.List(folder)) {
+        const std::string path = folder + "/" + entry.Name;
+        // What an encoder still needs, or could not encode, is all that there is of a song.
+        if (entry.IsFolder || Parts->IsNeeded(path)) continue;
+        Host.Files.Delete(path);  // one that stays keeps the folder
+    }
+    Host.Files.DeleteFolder(folder);  // fails while files are left in it
+}
+
+void Program::RestoreMixer() {
+    if (Memory->Options.AutoUpdate && Desktop.RestoreMixer) Desktop.RestoreMixer();
+}
+
+void Program::RestoreSoundScheme() {
+    // There is no sound scheme to restore on this system; the option is only kept.
+}
+
+void Program::TellError() {
+    const DeferredMessages& messages = Memory->Messages;
+    if (messages.PendingError == 0) return;
+    const std::string text =
+        Parts->Messages.FormatMsg(std::to_string(messages.PendingError),
+                                  {messages.PendingErrorText, std::to_string(messages.PendingErrorCode)});
+    Parts->Journal.WriteLog({"ERROR", text});
+    if (!Memory->Lifecycle.DontAsk) Host.Dialogs.MessageBox(text, DialogIcon::Critical);
+}
+
+void Program::TellInfo() {
+    const int32_t key = Memory->Messages.PendingInfo;
+    if (key == 0) return;
+    const std::string text = Parts->Messages.FormatMsg(std::to_string(key));
+    Parts->Journal.WriteLog({"INFO", text});
+    if (!Memory->Lifecycle.DontAsk) Host.Dialogs.MessageBox(text, DialogIcon::Information);
+}
+
+void Program::ReleaseProvider() {
+    if (Memory->Media.StationDataEnabled) Parts->Providers.Drop();
+}
+
+void Program::LaunchStopApp() {
+    if (Memory->Form.chkStopApp.Value() == 0) return;
+    LaunchApp(Memory->Options.StopAppName, Memory->Options.StopAppParams, Host.Processes, Parts->Journal);
+}
+
+void Program::SaveWindowPlace() {
+    if (Desktop.SaveWindowPlace) Desktop.SaveWindowPlace();
+}
+
+void Program::RemoveTrayIcon() {
+    if (Desktop.RemoveTrayIcon) Desktop.RemoveTrayIcon();
+}
+
+void Program::UnloadAssistant() {
+    if (Desktop.UnloadAssistant) Desktop.UnloadAssistant();
+}
+
+void Program::SaveBars() {
+    if (Desktop.SaveBars) Desktop.SaveBars();
+}
+
+void Program::LogEnd() {
+    Parts->Journal.WriteLog({"END "});
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "audio/audio_ring.h"
+#include "audio/cut_state.h"
+#include "audio/pause_settings.h"
+#include "audio/recording_flags.h"
+#include "audio/signal_state.h"
+#include "core/deferred_messages.h"
+#include "core/lifecycle_flags.h"
+#include "core/media_state.h"
+#include "core/settings.h"
+#include "forms/frm_main.h"
+
+namespace Corvetape {
+
+/// Everything that the running program remembers, by owner. Made once for each program; whoever needs a
+/// part is handed that part.
+struct State {
+    frmMain Form;
+    Settings Options;
+    WorkingFolders Folders;
+    LifecycleFlags Lifecycle;
+    RecordingFlags Flags;
+    CutState Cut;
+    SignalState Signal;
+    PauseSettings Pause;
+    MediaState Media;
+    AudioRing Ring;
+    DeferredMessages Messages;
+    int32_t SongCounter = 0;  ///< all songs ever handed over
+};
+
+}  // namespace Corvetape

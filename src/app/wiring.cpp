@@ -1,0 +1,246 @@
+#include "app/wiring.h"
+
+#include <fmt/format.h>
+
+#include "app/program_parts.h"
+#include "app/wiring_browser.h"
+#include "core/date_format.h"
+#include "core/lifecycle.h"
+#include "core/validate_number.h"
+#include "media/provider_wmp.h"
+#include "platform/dialogs.h"
+#include "platform/event_loop.h"
+#include "platform/folders.h"
+#include "post/app_launch.h"
+
+namespace Corvetape {
+
+namespace {
+
+constexpr const char* RegistryFileName = "/registry.ini";
+
+/// Key of the message that tells why sound was lost.
+const char* ReasonKey(WaveInIncidentKind kind) {
+    switch (kind) {
+        case WaveInIncidentKind::Overrun:
+            return "844";
+        case WaveInIncidentKind::ServerLost:
+            return "845";
+        case WaveInIncidentKind::DeviceLost:
+            return "846";
+        case WaveInIncidentKind::ClockDrift:
+            return "847";
+    }
+    return "847";
+}
+
+std::string SecondsText(uint64_t frames, uint32_t framesPerSecond) {
+    return fmt::format("{:.3f}", static_cast<double>(frames) / framesPerSecond);
+}
+
+void LogInfo(ProgramParts& parts, const char* key, std::initializer_list<std::string> arguments = {}) {
+    parts.Journal.WriteLog({"INFO", parts.Messages.FormatMsg(key, arguments)});
+}
+
+/// One line for each incident, with its length.
+void TellLoss(ProgramParts& parts, const WaveInIncident& incident) {
+    LogInfo(parts, ReasonKey(incident.Kind),
+            {SecondsText(incident.LostFrames, parts.Input.Format().nSamplesPerSec),
+             std::to_string(incident.LostFrames), incident.DeviceName});
+}
+
+/// One line for a kept song in which something is missing; nothing for a healthy one.
+void TellHealth(ProgramParts& parts, const ClosedSong& song) {
+    if (song.LostFrames == 0) return;
+    LogInfo(parts, "848", {song.Media.TempFileName, SecondsText(song.LostFrames, song.FramesPerSecond)});
+}
+
+void TellAvailability(ProgramParts& parts, bool lost) {
+    LogInfo(parts, lost ? "842" : "843");
+}
+
+/// Writes the sound that waits in the ring into its song, because it will not be drained any more. What
+/// nobody records is forgotten, or it would come up in a later song.
+void EmptyRing(ProgramParts& parts) {
+    const bool written = parts.Drain.FinishCut() && parts.Drain.WriteOut();
+    if (!written) parts.Owner.RequestUnload();
+    parts.Memory.Cut.CutPending = false;
+    parts.Memory.Ring.AudioReadIndex = parts.Memory.Ring.AudioWriteIndex;
+}
+
+}  // namespace
+
+std::string UserRegistryFile(Machine machine) {
+    return machine.Folders.ShellFolderPath(ShellFolder::AppData) + "/" + ShortName + RegistryFileName;
+}
+
+std::string MachineRegistryFile(Machine machine) {
+    return CommonDataFolder(machine.Folders) + RegistryFileName;
+}
+
+CaptureEvents CaptureEventsOf(ProgramParts& parts) {
+    CaptureEvents events;
+    events.Buffer = [&parts](WaveBuffer& buffer) { return parts.Path.Handle(buffer); };
+    events.Fatal = [&parts] { parts.Owner.RequestUnload(); };
+    events.DeviceIncident = [&parts](const WaveInIncident& incident) { TellLoss(parts, incident); };
+    events.Availability = [&parts](bool lost) { TellAvailability(parts, lost); };
+    events.Ended = [&parts] {
+        if (parts.Owner.Events.InputEnded) parts.Owner.Events.InputEnded();
+    };
+    return events;
+}
+
+SongPlace SongPlaceOf(ProgramParts& parts) {
+    const auto baseName = [&parts] {
+        const std::string& stamp = parts.Memory.Options.MusicFileTemplate[0];
+        return SafePathPart(parts.Owner.Options.SongNamePrefix +
+                            FormatDate(stamp, parts.Host.Clock.LocalNow()));
+    };
+    return {parts.Input.Format(), parts.Memory.Options, parts.Memory.Folders, baseName,
+            parts.Owner.Options.MaxSongBytes};
+}
+
+SongEvents SongEventsOf(ProgramParts& parts) {
+    SongEvents events;
+    events.SongBegun = [&parts](const std::string& /*path*/) { parts.NoteSong(); };
+    events.SongClosed = [&parts](const ClosedSong& song) {
+        if (song.Fate == SongFate::Kept) {
+            parts.NoteSong(song.Media.TempFileName, song.Media);
+            TellHealth(parts, song);
+        }
+        if (parts.Owner.Events.SongClosed) parts.Owner.Events.SongClosed(song);
+    };
+    events.BeforeHandOver = [&parts] {
+        if (parts.Memory.Form.tmrEncodeFile.Running()) parts.Owner.TransferNow();
+    };
+    events.StoreCover = [&parts](const std::string& basePath) {
+        if (parts.Covers) parts.Covers->SaveImage(basePath);
+    };
+    events.HandOver = [&parts] { parts.Memory.Form.tmrEncodeFile.Running(true); };
+    events.QuitWanted = [&parts] { parts.Owner.RequestUnload(); };
+    return events;
+}
+
+RouteTargets RouteTargetsOf(ProgramParts& parts) {
+    return {[&parts](const SignalBuffer& buffer, bool end) {
+                return parts.Writer.WriteBufferToSong(buffer, end);
+            },
+            [&parts] { return parts.Drain.MakeRoom(); }};
+}
+
+ProviderHost ProviderHostOf(ProgramParts& parts) {
+    ProviderHost host{parts.Memory.Media, parts.Memory.Signal, parts.Memory.Flags, {}, {}, {}, {}};
+    host.LoadProviderSettings = [&parts](const std::string& name) {
+        parts.Pauses.LoadProviderSettings(name);
+    };
+    host.ApplyMixerSection = [] {};  // nothing of a mixer is saved yet
+    host.HandOverPending = [&parts] { return parts.Memory.Form.tmrEncodeFile.Running(); };
+    host.AdoptSettings = [&parts](const std::string& name) { parts.Pauses.LoadProviderSettings(name); };
+    return host;
+}
+
+std::vector<ProviderFactory> FactoriesOf(ProgramParts& parts) {
+    std::vector<ProviderFactory> factories;
+    AddBrowserFactory(parts, factories);
+    for (const MediaFeed& feed : parts.Owner.Options.Feeds) {
+        factories.push_back([&parts, feed] {
+            return std::make_unique<clsProviderFeed>(parts.MediaHost, feed.ProviderName, feed.Read,
+                                                     feed.Restart);
+        });
+    }
+    if (parts.Bridge) {
+        factories.push_back([&parts] {
+            return std::make_unique<clsProviderWMP>(parts.MediaHost, parts.Registry,
+                                                    [&parts] { return parts.Bridge->PlayerPresent(); });
+        });
+    }
+    return factories;
+}
+
+TransferCallbacks TransferCallbacksOf(ProgramParts& parts) {
+    TransferCallbacks callbacks;
+    callbacks.AddToWatchList = [&parts](int32_t list, const std::string& entry) {
+        const WatchListKind kind = list == 0 ? WatchListKind::Include : WatchListKind::Exclude;
+        parts.WatchTabs.AddToWatchList(kind, entry);
+    };
+    callbacks.StoreSongCounter = [&parts](int32_t count) {
+        // A counter that cannot be kept is no reason to stop recording.
+        static_cast<void>(parts.Registry.WriteUserValue("", "TotalCountOfSongs", count));
+    };
+    callbacks.Unload = [&parts] { parts.Owner.RequestUnload(); };
+    return callbacks;
+}
+
+SessionActions SessionActionsOf(ProgramParts& parts) {
+    SessionActions actions;
+    actions.CloseSongFile = [&parts] { parts.Writer.CloseSongFile(); };
+    actions.CutNow = [&parts] {
+        if (!parts.Drain.DrainAudioRing(true)) parts.Owner.RequestUnload();
+    };
+    actions.RefuseZeroMinutes = [&parts] {
+        parts.Host.Dialogs.MessageBox(parts.Messages.FormatMsg("802"), DialogIcon::Exclamation);
+    };
+    actions.ShowRecordingState = [] {};  // pictures and captions follow with the window
+    actions.PeriodRefused = [&parts] {
+        constexpr int32_t longestMinutes = 1440;
+        return ValidateNumber(parts.Memory.Form.txtRecordingPeriod, 1, longestMinutes, 1, parts.Host.Dialogs,
+                              parts.Messages);
+    };
+    actions.StorePeriod = [&parts](int32_t minutes) {
+        parts.Memory.Options.StopAfter = minutes;
+        parts.Store.WriteSetting("Record", "StopAfter", minutes);
+    };
+    return actions;
+}
+
+MediaPollActions MediaPollActionsOf(ProgramParts& parts) {
+    return {[&parts] { return parts.Watch.Ticks() >= 2; }, [&parts] { parts.Providers.GetStationData(); },
+            [&parts](const std::string& cover) { parts.LoadImage(cover); }};
+}
+
+InputListActions InputListActionsOf(ProgramParts& parts) {
+    InputListActions actions;
+    actions.CaptureOpen = [&parts] { return parts.Input.IsOpen(); };
+    actions.OpenWaveIn = [&parts](int32_t device) {
+        return device >= 0 && parts.Input.OpenWaveIn(static_cast<size_t>(device));
+    };
+    actions.CloseWaveIn = [&parts] {
+        EmptyRing(parts);  // the next opening makes it anew
+        parts.Input.CloseWaveIn();
+    };
+    actions.GetStationData = [&parts] { parts.Providers.GetStationData(); };
+    actions.LoadImage = [&parts](const std::string& cover) { parts.LoadImage(cover); };
+    return actions;
+}
+
+void AttachHandlers(ProgramParts& parts) {
+    frmMain& form = parts.Memory.Form;
+    parts.Transfer.Attach(form.tmrEncodeFile);
+    parts.Transfer.Transferred.Connect([&parts](const TransferredSong& song) {
+        if (song.JobName.empty()) {
+            parts.SongsWithoutJob.push_back(song.TempFile);
+        } else {
+            parts.UnfinishedJobs[song.JobName] = song.TempFile;
+        }
+        parts.Notes.Remove(song.Media.TempFileName);
+        if (parts.Owner.Events.SongTransferred) parts.Owner.Events.SongTransferred(song);
+    });
+    parts.Pauses.LeavingRing = [&parts] { EmptyRing(parts); };
+    parts.Journal.Listener = [&parts](const std::string& kind, const std::string& text) {
+        if (parts.Owner.Events.Logged) parts.Owner.Events.Logged(kind, text);
+    };
+    form.chkStationDataEnable.Click.Connect([&parts] { parts.StationDataClicked(); });
+    form.cmdGetStationID.Click.Connect([&parts, &form] {
+        form.cmdGetStationID.Enabled(false);
+        parts.Providers.GetStationData();
+        parts.LoadImage(parts.Memory.Media.CurrentMedia.Cover);
+        form.cmdGetStationID.Enabled(true);
+    });
+    form.tmr1Second.Timer.Connect([&parts] {
+        parts.NoteSong();
+        parts.Owner.CollectJobs();
+    });
+    form.Methods["Quit"] = [&parts] { parts.Owner.Close(); };
+}
+
+}  // namespace Corvetape

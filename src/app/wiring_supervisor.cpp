@@ -1,0 +1,87 @@
+// What the supervisor and the disk check ask of the rest of the program.
+#include "app/program_parts.h"
+#include "app/wiring.h"
+#include "platform/dialogs.h"
+#include "platform/processes.h"
+
+namespace Corvetape {
+
+namespace {
+
+void AddFirstRun(SupervisorActions& actions, ProgramParts& parts) {
+    actions.FillInputDevices = [&parts] { return parts.Inputs.FillInputDevices(); };
+    actions.OpenAssistant = [&parts](const std::string& page) {
+        if (parts.Owner.Desktop.OpenAssistant) parts.Owner.Desktop.OpenAssistant(page);
+    };
+    actions.RunFirstBatch = [&parts] {
+        const std::string& folder = parts.Memory.Folders.ProgramFolder;
+        // There is none beside most installations; the first page of the assistant opens all the same.
+        parts.Host.Processes.ShellOpen(folder + "/COR1st.bat", parts.Memory.Options.Language, folder);
+    };
+}
+
+void AddMedia(SupervisorActions& actions, ProgramParts& parts) {
+    actions.ProviderWanted = [&parts] { return parts.Providers.Wanted(); };
+    actions.ChooseProvider = [&parts] { parts.Providers.Choose(); };
+    actions.GetStationData = [&parts] { parts.Providers.GetStationData(); };
+    actions.RestartRadio = [&parts] { parts.Providers.RestartRadio(); };
+    actions.LoadImage = [&parts](const std::string& cover) { parts.LoadImage(cover); };
+    actions.LaunchInProgress = [] { return false; };  // pages are launched from the window
+    actions.IsSongExcluded = [&parts] {
+        const State& state = parts.Memory;
+        return parts.Watched.IsExcluded(
+            WatchedName(state.Options.MusicFileTemplate[1], state.Media.CurrentMedia));
+    };
+}
+
+void AddRecording(SupervisorActions& actions, ProgramParts& parts) {
+    actions.ShowFlags = [&parts] { parts.Recording.ShowFlags(); };
+    actions.SongFileOpen = [&parts] { return parts.Writer.SongFileOpen(); };
+    actions.AbortSong = [&parts] { parts.Writer.AbortSong(); };
+    actions.DrainAudioRing = [&parts] { return parts.Drain.DrainAudioRing(false); };
+    actions.CheckDisk = [&parts] { return parts.Disk.Run(); };
+    actions.CheckReserve = [&parts] { parts.Disk.RunIfShort(parts.Input.Format().nAvgBytesPerSec); };
+    actions.CheckUpdate = [] {};  // nothing is asked of the web
+    actions.Unload = [&parts] { parts.Owner.RequestUnload(); };
+}
+
+}  // namespace
+
+SupervisorActions SupervisorActionsOf(ProgramParts& parts) {
+    SupervisorActions actions;
+    AddFirstRun(actions, parts);
+    AddMedia(actions, parts);
+    AddRecording(actions, parts);
+    actions.FormatMsg = [&parts](const std::string& key, std::span<const std::string> arguments) {
+        return parts.Messages.FormatMsg(key, arguments);
+    };
+    actions.WriteLog = [&parts](const std::string& kind, const std::string& text) {
+        parts.Journal.WriteLog({kind, text});
+    };
+    actions.WarningBox = [&parts](const std::string& text) {
+        parts.Host.Dialogs.MessageBox(text, DialogIcon::Exclamation);
+    };
+    actions.ShowTrayTip = [&parts](const std::string& tip) {
+        if (parts.Owner.Desktop.ShowTrayTip) parts.Owner.Desktop.ShowTrayTip(tip);
+    };
+    actions.ShowTrayState = [&parts](int32_t state) {
+        if (parts.Owner.Desktop.ShowTrayState) parts.Owner.Desktop.ShowTrayState(state);
+    };
+    return actions;
+}
+
+DiskCheckActions DiskCheckActionsOf(ProgramParts& parts) {
+    DiskCheckActions actions;
+    actions.FormatMsg = [&parts](const std::string& key, std::span<const std::string> arguments) {
+        return parts.Messages.FormatMsg(key, arguments);
+    };
+    actions.WriteLog = [&parts](const std::string& kind, const std::string& text) {
+        parts.Journal.WriteLog({kind, text});
+    };
+    actions.ErrorBox = [&parts](const std::string& text) {
+        if (!parts.Memory.Lifecycle.DontAsk) parts.Host.Dialogs.MessageBox(text, DialogIcon::Critical);
+    };
+    return actions;
+}
+
+}  // namespace Corvetape

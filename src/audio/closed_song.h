@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "core/media_state.h"
+
+namespace Corvetape {
+
+/// What became of a song's temporary file when it was closed.
+enum class SongFate {
+    Kept,      ///< handed on
+    Short,     ///< wanted, but not longer than the least length
+    Unwanted,  ///< nobody asked for it
+    Aborted,   ///< broken off
+};
+
+/// A song as its file was closed, for those who report on it.
+struct ClosedSong {
+    SongFate Fate = SongFate::Unwanted;
+    uint64_t BeginFrame = 0;  ///< first frame of the file in the input, counted from its opening
+    uint64_t EndFrame = 0;    ///< one behind the last frame that the file keeps
+    uint64_t Frames = 0;      ///< frames in the file
+    uint32_t FramesPerSecond = 44100;
+    uint64_t LostFrames = 0;  ///< reported lost while it was written
+    uint64_t ClippedSamples = 0;
+    bool Whole = false;        ///< begun at a boundary, ended at one, and nothing of it was lost
+    bool Continues = false;    ///< closed because the file was full; the song goes on in a next file
+    std::string TempPath;      ///< where the temporary file was
+    STATIONANDSONGDATA Media;  ///< as handed over
+};
+
+}  // namespace Corvetape

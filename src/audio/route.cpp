@@ -1,0 +1,75 @@
+#include "audio/route.h"
+
+#include <utility>
+
+namespace Corvetape {
+
+namespace {
+
+enum class Verdict {
+    Write,     ///< the buffer belongs to the song
+    EndsSong,  ///< it is the song's last
+    Drop,      ///< it belongs to a pause
+};
+
+Verdict Recognise(SignalState& signal, CutState& cut, const PauseSettings& pause) {
+    if (signal.PauseRecognition < 0) {
+        signal.InPause = false;
+        return Verdict::Write;
+    }
+    if (signal.PauseRecognition == 0) {
+        signal.PauseRecognition = -1;
+        return std::exchange(signal.InPause, false) ? Verdict::Write : Verdict::EndsSong;
+    }
+    if (signal.SilentBufferCount < pause.PauseBuffers) {
+        signal.InPause = false;
+        signal.ActiveThreshold = pause.SilenceAmplitude;
+        return Verdict::Write;
+    }
+    if (signal.InPause) return Verdict::Drop;
+    cut.SongBoundary = true;
+    signal.InPause = true;
+    signal.SkipBuffers = pause.IgnorePauseBuffers;
+    signal.ActiveThreshold = pause.EndOfSilenceAmplitude;
+    return Verdict::EndsSong;
+}
+
+/// Keeps the buffer in the ring. While recording is off nobody wants what is in the ring; otherwise audio
+/// that is about to be written over has its chance to be written first, and is counted if it is lost.
+bool KeepInRing(const SignalBuffer& buffer, const RouteParts& parts, const RouteTargets& targets) {
+    AudioRing& ring = parts.Ring;
+    if (ring.Full() && parts.Flags.RecordingEnabled) {
+        if (!targets.MakeRoom()) return false;
+        if (ring.Full() && parts.Flags.RecordingEnabled) {
+            ring.OverrunBuffers += static_cast<uint64_t>(ring.Size());
+        }
+    }
+    ring.Put(buffer);
+    return true;
+}
+
+}  // namespace
+
+bool RouteBuffer(const SignalBuffer& buffer, const RouteParts& parts, const RouteTargets& targets) {
+    const Verdict verdict = Recognise(parts.Signal, parts.Cut, parts.Pause);
+    if (verdict != Verdict::Drop && !targets.WriteBufferToSong(buffer, verdict == Verdict::EndsSong)) {
+        return false;
+    }
+    if (parts.Pause.EndOfSongDetection == EndOfSong::Silence) return true;
+    if (parts.Signal.InPause && parts.Pause.IgnoreSilence) return true;
+    return KeepInRing(buffer, parts, targets);
+}
+
+SignalPath::SignalPath(AnalysisParts analysis, RouteParts route, RouteTargets targets)
+    : Analysis(analysis), Route(route), Targets(std::move(targets)) {}
+
+bool SignalPath::Handle(WaveBuffer& buffer) const {
+    AnalyzeBuffer(buffer, Analysis);
+    if (Route.Signal.SkipBuffers > 0) {
+        --Route.Signal.SkipBuffers;
+        return true;
+    }
+    return RouteBuffer(buffer, Route, Targets);
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,284 @@
+#include "audio/song_writer.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+#include <vector>
+
+#include "core/placeholders.h"
+
+namespace Corvetape {
+
+namespace {
+
+constexpr std::array<std::string_view, 4> TagIds = {"IGNR", "IART", "IALB", "INAM"};
+
+/// Bytes of one buffer of 50 ms.
+int64_t BufferBytesOf(const WaveFormat& format) {
+    return int64_t{FramesPerBufferOf(format)} * static_cast<int64_t>(sizeof(Frame));
+}
+
+}  // namespace
+
+SongWriter::SongWriter(SongParts parts, SongPlace place, SongEvents events)
+    : Parts(parts), Place(std::move(place)), Events(std::move(events)) {
+    if (Place.MaxSongBytes == 0) Place.MaxSongBytes = MostWavDataBytes;
+    Place.MaxSongBytes = std::min(Place.MaxSongBytes, MostWavDataBytes);
+}
+
+SongWriter::~SongWriter() = default;
+
+bool SongWriter::WriteBufferToSong(const SignalBuffer& buffer, bool end) {
+    if (Parts.Pause.EndOfSongDetection != EndOfSong::Silence || !Parts.Flags.RecordingEnabled) return true;
+    // An end without a pause comes when the recognition is switched off: no song ends there.
+    const SongEnd how = Parts.Signal.InPause ? SongEnd::Boundary : SongEnd::Stopped;
+    if (!SongFile) {
+        if (end) {
+            NextBeginsAtBoundary = how == SongEnd::Boundary;
+            return true;
+        }
+        if (!CreateSongFile()) return false;
+    }
+    const Written written = WriteBuffer(buffer);
+    if (written == Written::NoFile) return false;
+    return written == Written::Failed || !end || CloseSongFile(how);
+}
+
+SongWriter::Written SongWriter::WriteBuffer(const SignalBuffer& buffer) {
+    const std::span<const Frame> frames = FramesOf(buffer);
+    if (frames.empty()) return Written::Yes;
+    if (SongFile && MustGoOn(frames.size_bytes()) && !GoOnInNextFile()) return Written::NoFile;
+    if (!SongFile) return Written::Failed;
+    if (!SongFile->Write(frames)) {
+        Present.Unbroken = false;
+        LastResult = Parts.Disk.LastError();
+        RaiseError(ErrorWritingSong);
+        return Written::Failed;
+    }
+    LastResult = static_cast<int32_t>(frames.size_bytes());
+    BytesOfSong += static_cast<int64_t>(frames.size_bytes());
+    Note(buffer);
+    return Written::Yes;
+}
+
+bool SongWriter::MustGoOn(size_t bytes) const {
+    if (SongFile->Format() != Place.Format) return true;
+    return BytesOfSong > 0 && static_cast<uint64_t>(BytesOfSong) + bytes > Place.MaxSongBytes;
+}
+
+void SongWriter::Note(const SignalBuffer& buffer) {
+    if (Present.Empty) Present.BeginFrame = buffer.StreamPosition;
+    Present.Empty = false;
+    Present.EndFrame = buffer.StreamPosition + FramesOf(buffer).size();
+    Present.LostFrames += buffer.FramesLostBefore;
+    Present.ClippedSamples += buffer.ClippedSamples;
+}
+
+bool SongWriter::CreateSongFile() {
+    if (Parts.Pause.EndOfSongDetection == EndOfSong::Silence) {
+        LevelHistory& history = Parts.Signal.History;
+        if (history.Size() > 0) history.ReplaceLast(-history[history.Size() - 1]);
+    }
+    FullFiles = 0;
+    BytesInFullFiles = 0;
+    NameFile();
+    return !Parts.Flags.RecordingEnabled || OpenFile();
+}
+
+void SongWriter::NameFile() {
+    const std::string stamp = SafePathPart(Place.BaseName ? Place.BaseName() : "song");
+    const std::string& folder = Place.Folders.SongTempFolder;
+    BaseName = stamp;
+    FilePath = folder + "/" + BaseName + ".wav";
+    for (int32_t number = 2; Parts.Disk.FileSize(FilePath); ++number) {
+        BaseName = stamp + "-" + std::to_string(number);
+        FilePath = folder + "/" + BaseName + ".wav";
+    }
+}
+
+bool SongWriter::OpenFile() {
+    BytesOfSong = 0;
+    Present = {};
+    Present.BegunAtBoundary = std::exchange(NextBeginsAtBoundary, false);
+    SongFile = WavFile::Create(Parts.Disk, FilePath, Place.Format);
+    if (!SongFile) {
+        LastResult = Parts.Disk.LastError();
+        RaiseError(ErrorCreatingSong);
+        return false;
+    }
+    if (Events.SongBegun) Events.SongBegun(FilePath);
+    return true;
+}
+
+bool SongWriter::GoOnInNextFile() {
+    ++FullFiles;
+    const bool kept = Parts.Flags.RecordCurrentSong && BytesOfSong > 0;
+    if (kept) {
+        Keep(FullFiles);
+    } else {
+        DeleteSongFiles();
+    }
+    // The song has not ended: the flags for its end and for the next song stay as they are.
+    ClosedSong song = Describe(kept ? SongFate::Kept : SongFate::Unwanted);
+    song.Continues = true;
+    BytesInFullFiles += BytesOfSong;
+    ForgetFile();
+    if (Events.SongClosed) Events.SongClosed(song);
+    if (!Parts.Flags.RecordingEnabled) return true;
+    NameFile();
+    return OpenFile();
+}
+
+bool SongWriter::CloseSongFile(SongEnd how) {
+    RecordingFlags& flags = Parts.Flags;
+    const bool bySilence = Parts.Pause.EndOfSongDetection == EndOfSong::Silence;
+    if (bySilence) Parts.Signal.History.ReplaceLast(MarkSongEnd);
+    if (!flags.RecordingEnabled || !SongFile) return true;
+    if (bySilence) TakePauseOff();
+
+    const SongFate fate = Fate();
+    if (fate == SongFate::Kept) {
+        Keep(FullFiles > 0 ? FullFiles + 1 : 0);
+    } else {
+        DeleteSongFiles();
+        if (flags.RecordNextSong) {
+            flags.RecordCurrentSong = true;
+            flags.RecordNextSong = false;
+        }
+    }
+    if (flags.StopAtEndOfSong) {
+        flags.StopAtEndOfSong = false;
+        flags.RecordCurrentSong = false;
+    }
+    ClosedSong song = Describe(fate);
+    song.Whole =
+        Present.BegunAtBoundary && how == SongEnd::Boundary && Present.Unbroken && Present.LostFrames == 0;
+    ForgetFile();
+    NextBeginsAtBoundary = how == SongEnd::Boundary;
+    if (flags.QuitAtEndOfSong || (flags.DisableAtEndOfSong && !flags.RecordCurrentSong)) {
+        flags.RecordingEnabled = false;
+    }
+    if (Events.SongClosed) Events.SongClosed(song);
+    // A song that is handed on ends the program when its transfer is done.
+    if (fate != SongFate::Kept && flags.QuitAtEndOfSong && Events.QuitWanted) Events.QuitWanted();
+    return true;
+}
+
+void SongWriter::TakePauseOff() {
+    const int64_t pause = std::max<int64_t>(Parts.Pause.PauseBuffers, 0) * BufferBytesOf(SongFile->Format());
+    BytesOfSong -= pause;
+    if (BytesOfSong <= 0) return;
+    if (!SongFile->TakeOff(static_cast<uint64_t>(pause))) {
+        LastResult = Parts.Disk.LastError();
+        RaiseError(ErrorClosingSong);
+        return;
+    }
+    const uint64_t frames = static_cast<uint64_t>(pause) / sizeof(Frame);
+    Present.EndFrame -= std::min(frames, Present.EndFrame);
+}
+
+SongFate SongWriter::Fate() const {
+    if (!Parts.Flags.RecordCurrentSong) return SongFate::Unwanted;
+    const int64_t least = Parts.Pause.IgnoreShortSongs * BufferBytesOf(SongFile->Format()) * BuffersPerSecond;
+    // The last file of a song that filled others may be short, but not empty.
+    const bool tooShort = BytesOfSong <= 0 || BytesOfSong + BytesInFullFiles <= least;
+    return tooShort ? SongFate::Short : SongFate::Kept;
+}
+
+void SongWriter::Keep(int32_t part) {
+    STATIONANDSONGDATA& media = Parts.Media.SongMedia;
+    const auto check = [this](bool good) {
+        if (good) return;
+        LastResult = Parts.Disk.LastError();
+        RaiseError(ErrorClosingSong);
+    };
+    check(SongFile->FinishData());
+    if (!media.Song.empty() && Parts.Media.StationDataEnabled) {
+        const std::array<std::string, TagIds.size()> texts = {media.StationName, media.Artist, media.Album,
+                                                              media.Song};
+        WriteInfoChunk(TagIds, texts);
+    }
+    check(SongFile->FinishRiff());
+    check(SongFile->Close());
+    if (!media.Cover.empty() && Place.Settings.StoreCoverImage && Events.StoreCover) {
+        Events.StoreCover(FilePath.substr(0, FilePath.rfind('.')));
+    }
+    if (Events.BeforeHandOver) Events.BeforeHandOver();
+    media.Size = static_cast<int32_t>(BytesOfSong / SongFile->Format().nAvgBytesPerSec);
+    media.TempFileName = BaseName;
+    media.FilePart = part;
+    if (Events.HandOver) Events.HandOver();
+}
+
+void SongWriter::WriteInfoChunk(std::span<const std::string_view> ids, std::span<const std::string> texts) {
+    std::vector<InfoTag> tags;
+    for (size_t i = 0; i < ids.size(); ++i) tags.push_back({ids[i], texts[i]});
+    if (SongFile->WriteInfo(tags)) return;
+    LastResult = Parts.Disk.LastError();
+    RaiseError(ErrorClosingSong);
+}
+
+void SongWriter::DeleteSongFiles() {
+    SongFile->Close();            // its content is given up; what the close says does not matter
+    Parts.Disk.Delete(FilePath);  // by its name, so that it goes even where the folder cannot be listed
+    const std::string folder = FilePath.substr(0, FilePath.rfind('/'));
+    for (const FileEntry& entry : Parts.Disk.List(folder)) {
+        const bool ours = !entry.IsFolder && entry.Name.starts_with(BaseName + ".");
+        if (ours) Parts.Disk.Delete(folder + "/" + entry.Name);  // one that stays does no harm
+    }
+}
+
+ClosedSong SongWriter::Describe(SongFate fate) const {
+    ClosedSong song;
+    song.Fate = fate;
+    song.Frames = static_cast<uint64_t>(std::max<int64_t>(BytesOfSong, 0)) / sizeof(Frame);
+    song.BeginFrame = Present.BeginFrame;
+    song.EndFrame = Present.EndFrame;
+    // The input was opened anew in the middle of the song and its count began again.
+    if (song.EndFrame < song.BeginFrame) song.EndFrame = song.BeginFrame + song.Frames;
+    song.FramesPerSecond = SongFile->Format().nSamplesPerSec;
+    song.LostFrames = Present.LostFrames;
+    song.ClippedSamples = Present.ClippedSamples;
+    song.TempPath = FilePath;
+    song.Media = Parts.Media.SongMedia;
+    return song;
+}
+
+void SongWriter::ForgetFile() {
+    SongFile.reset();
+    BytesOfSong = 0;
+    FilePath.clear();
+}
+
+void SongWriter::AbortSong() {
+    Parts.Flags.RecordingEnabled = false;
+    if (!SongFile) return;
+    DeleteSongFiles();
+    const ClosedSong song = Describe(SongFate::Aborted);
+    ForgetFile();
+    if (Events.SongClosed) Events.SongClosed(song);
+}
+
+void SongWriter::WriteClosingPause() {
+    const bool wanted = Parts.Pause.EndOfSongDetection == EndOfSong::Silence && Parts.Flags.RecordingEnabled;
+    if (!wanted) return;
+    std::vector<Frame> samples(FramesPerBufferOf(Place.Format));
+    SignalBuffer silence;
+    silence.lpData = samples.data();
+    silence.dwBytesRecorded = static_cast<uint32_t>(samples.size() * sizeof(Frame));
+    for (int32_t i = 0; i < Parts.Pause.PauseBuffers && SongFile; ++i) {
+        silence.StreamPosition = Present.EndFrame;
+        if (WriteBuffer(silence) != Written::Yes) return;
+    }
+}
+
+void SongWriter::RaiseError(int32_t number) {
+    if (FirstError == 0) {
+        FirstError = number;
+        FirstErrorPath = FilePath;
+    }
+    Parts.Messages.RaiseError(number, FilePath, LastResult);
+    Parts.Flags.RecordingEnabled = false;
+}
+
+}  // namespace Corvetape

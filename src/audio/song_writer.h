@@ -1,0 +1,175 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "audio/closed_song.h"
+#include "audio/pause_settings.h"
+#include "audio/recording_flags.h"
+#include "audio/signal_state.h"
+#include "audio/wav_file.h"
+#include "audio/wave_buffer.h"
+#include "core/deferred_messages.h"
+#include "core/media_state.h"
+#include "core/settings.h"
+#include "platform/files.h"
+
+namespace Corvetape {
+
+/// Error numbers of the song file, which are the keys of their messages too.
+inline constexpr int32_t ErrorCreatingSong = 903;
+inline constexpr int32_t ErrorClosingSong = 904;
+inline constexpr int32_t ErrorWritingSong = 905;
+
+/// The state that a song file follows and changes. All of it outlives the writer.
+struct SongParts {
+    Files& Disk;
+    RecordingFlags& Flags;
+    SignalState& Signal;
+    const PauseSettings& Pause;
+    MediaState& Media;
+    DeferredMessages& Messages;
+};
+
+/// Where song files go, how they are named and what they hold. The references outlive the writer.
+struct SongPlace {
+    const WaveFormat& Format;  ///< of the open input; a song whose format changes goes on in a next file
+    const Corvetape::Settings& Settings;  ///< StoreCoverImage
+    const WorkingFolders& Folders;        ///< SongTempFolder
+
+    /// The stamp of the present date and time that a file is named by: one safe name part. Where a file of
+    /// that name stands already, "-2", "-3", ... is added, so that no recorded song is written over.
+    std::function<std::string()> BaseName;
+
+    /// Most audio bytes of one file; 0 or more than the format can hold: what the format can hold.
+    uint64_t MaxSongBytes = 0;
+};
+
+/// What a song writer tells. Those that are not set are left out. They may not call the writer.
+struct SongEvents {
+    std::function<void(const std::string& path)> SongBegun;  ///< a file was made
+    std::function<void(const ClosedSong&)> SongClosed;       ///< at every close, kept or not
+    std::function<void()> BeforeHandOver;  ///< SongMedia is about to take the next song's file: last chance
+                                           ///< for a transfer that still waits
+    std::function<void(const std::string& basePath)> StoreCover;  ///< path of the song without ".wav"
+    std::function<void()> HandOver;    ///< SongMedia holds a kept song: start the delay of its transfer
+    std::function<void()> QuitWanted;  ///< a song was discarded that the end of the program waited for
+};
+
+/// How a song came to its end.
+enum class SongEnd {
+    Boundary,  ///< at a pause or a cut: the next one begins where this one ended
+    Stopped,   ///< by the user or the end of the program
+};
+
+/// The temporary WAV file of the song that plays. Everything that plays is written; the flags decide at the
+/// close whether the file stays.
+///
+/// A failure ends the recording (RecordingEnabled) and is kept for the end of the program, the first one
+/// only. What was written stays readable. The file stays open then, and the song goes on in it if recording
+/// is enabled again.
+class SongWriter {
+ public:
+    SongWriter(SongParts parts, SongPlace place, SongEvents events);
+    ~SongWriter();
+    SongWriter(const SongWriter&) = delete;
+    SongWriter& operator=(const SongWriter&) = delete;
+
+    /// The way of a buffer with the end of song by silence: begins a file if none is open, writes, and closes
+    /// behind the song's last buffer (`end`). False if a file could not be made: the program is to end.
+    bool WriteBufferToSong(const SignalBuffer& buffer, bool end);
+
+    /// What became of a buffer.
+    enum class Written {
+        Yes,
+        Failed,  ///< recording has ended; the buffer is not in the file
+        NoFile,  ///< a next file could not be made: the program is to end
+    };
+
+    /// Writes a buffer into the open file. A file that is full goes over to a next one before it.
+    Written WriteBuffer(const SignalBuffer& buffer);
+
+    /// Begins a file, or only names it if recording is not enabled. False if it could not be made.
+    bool CreateSongFile();
+
+    /// Ends the song: trims the pause off with the end of song by silence, hands it on or deletes it by the
+    /// flags, and lets the flags go on to the next song. Always true.
+    bool CloseSongFile(SongEnd how = SongEnd::Stopped);
+
+    /// Breaks the song off: recording ends and its file is deleted.
+    void AbortSong();
+
+    /// With the end of song by silence, for a song that ends without its pause, as the signal has ended:
+    /// appends the digital silence that the close will take off again.
+    void WriteClosingPause();
+
+    /// The next song begins at a boundary though no file was open to be closed there.
+    void NoteBoundary() { NextBeginsAtBoundary = true; }
+
+    bool SongFileOpen() const { return SongFile != nullptr; }
+
+    /// Audio bytes of the song's present file.
+    int64_t SongBytes() const { return BytesOfSong; }
+
+    /// Name of the present or last file without folder and extension.
+    const std::string& SongBaseName() const { return BaseName; }
+
+    /// Empty if no file was begun since the last close.
+    const std::string& SongFilePath() const { return FilePath; }
+
+    /// Bytes of the last good write, or the system's number of the last failure.
+    int32_t LastMmioResult() const { return LastResult; }
+
+    /// The first failure since the program started: 903, 904 or 905, and its file; 0 if there was none.
+    int32_t SongFileError() const { return FirstError; }
+    const std::string& SongFileErrorPath() const { return FirstErrorPath; }
+
+ private:
+    /// What is noted of the song's present file.
+    struct Notes {
+        uint64_t BeginFrame = 0;
+        uint64_t EndFrame = 0;
+        uint64_t LostFrames = 0;
+        uint64_t ClippedSamples = 0;
+        bool Empty = true;
+        bool BegunAtBoundary = false;
+        bool Unbroken = true;
+    };
+
+    void NameFile();
+    bool OpenFile();
+    bool GoOnInNextFile();
+    bool MustGoOn(size_t bytes) const;
+    void Note(const SignalBuffer& buffer);
+    void TakePauseOff();
+    SongFate Fate() const;
+    void Keep(int32_t part);
+    void WriteInfoChunk(std::span<const std::string_view> ids, std::span<const std::string> texts);
+    void DeleteSongFiles();
+    ClosedSong Describe(SongFate fate) const;
+    void ForgetFile();
+    void RaiseError(int32_t number);
+
+    SongParts Parts;
+    SongPlace Place;
+    SongEvents Events;
+
+    std::unique_ptr<WavFile> SongFile;
+    int64_t BytesOfSong = 0;
+    std::string BaseName;
+    std::string FilePath;
+    Notes Present;
+    int32_t FullFiles = 0;  ///< files of this song that were closed because they were full
+    int64_t BytesInFullFiles = 0;
+    bool NextBeginsAtBoundary = false;
+
+    int32_t LastResult = 0;
+    int32_t FirstError = 0;
+    std::string FirstErrorPath;
+};
+
+}  // namespace Corvetape

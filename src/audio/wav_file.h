@@ -1,0 +1,103 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/files.h"
+#include "platform/wave_in.h"
+
+namespace Corvetape {
+
+/// Bytes before the audio of a song file: RIFF header, format, head of the data.
+inline constexpr uint32_t WavHeaderBytes = 44;
+
+/// Longest text of one tag; longer ones are cut between two characters.
+inline constexpr size_t MostTagBytes = 65'536;
+
+/// Most audio bytes of one file: its sizes are 32 bits wide, and the tags must find room behind the audio.
+inline constexpr uint64_t MostWavDataBytes = 0xFFFF'FFFFU - WavHeaderBytes - 8 * MostTagBytes;
+
+/// A tag of the LIST chunk: identifier of four letters and text. The text is written as it is, in UTF-8, the
+/// code page of the system, in its exact length without a terminating zero.
+struct InfoTag {
+    std::string_view Id;
+    std::string_view Text;
+};
+
+/// A WAV file of 16-bit stereo audio while it is written: "fmt ", "data", and "LIST" if there are tags.
+///
+/// Every Write reaches the file at once, and the sizes in the header are brought up to date at least every
+/// five seconds of audio and after a failed Write, so that a file that nobody could finish plays up to
+/// there. After a failure each operation may be called again; it goes on where the good audio ends.
+class WavFile {
+ public:
+    /// Creates or empties the file and writes its header. Nothing on failure.
+    static std::unique_ptr<WavFile> Create(Files& disk, const std::string& path, const WaveFormat& format);
+
+    /// Goes on with a file that holds nothing but its header.
+    WavFile(std::unique_ptr<File> output, const WaveFormat& format);
+
+    /// Brings the header up to date if the file was not closed, as far as that goes.
+    ~WavFile();
+    WavFile(const WavFile&) = delete;
+    WavFile& operator=(const WavFile&) = delete;
+
+    /// Appends audio. On failure nothing counts as appended.
+    bool Write(std::span<const Frame> frames);
+
+    uint64_t DataBytes() const { return AudioBytes; }
+    const WaveFormat& Format() const { return AudioFormat; }
+
+    /// Takes audio off the end, at most all of it. The file is not cut: what is written next goes over it,
+    /// or it stays behind the end that the header tells.
+    bool TakeOff(uint64_t bytes);
+
+    /// Ends the audio: its size goes into the header. False if that failed; the file can still be finished.
+    bool FinishData();
+
+    /// Appends the tags. False if that failed; they then do not count as part of the file.
+    bool WriteInfo(std::span<const InfoTag> tags);
+
+    /// Puts the size of the whole into the header.
+    bool FinishRiff();
+
+    /// False if the system reports late that something was not written.
+    bool Close();
+
+ private:
+    bool MoveTo(uint64_t position);
+    bool UpdateHeader();
+
+    std::unique_ptr<File> Output;  ///< none once closed
+    WaveFormat AudioFormat;
+    uint64_t AudioBytes = 0;
+    uint64_t BytesInHeader = 0;  ///< audio that the header tells of
+    uint64_t TagBytes = 0;       ///< of a complete LIST chunk
+    bool AtEnd = true;           ///< the file's position is where the next audio goes
+};
+
+/// What a WAV file says of itself.
+struct WavInfo {
+    WaveFormat Format;
+    uint64_t RiffBytes = 0;                                 ///< length of the file as its header tells it
+    uint64_t DataStart = 0;                                 ///< where its audio begins
+    uint64_t DataBytes = 0;                                 ///< of its audio, as its header tells it
+    uint64_t FileBytes = 0;                                 ///< length of the file as it is
+    std::vector<std::pair<std::string, std::string>> Tags;  ///< identifier and text, in their order
+};
+
+/// Reads the headers and tags of a WAV file; nothing if it is none or has neither format nor data.
+std::optional<WavInfo> ReadWavInfo(Files& disk, const std::string& path);
+
+/// Lets the header of a song file that a crash has left tell of all audio that the file holds. A file that
+/// was finished with tags stays as it is. False if it is no song file or cannot be changed.
+bool RepairWavHeader(Files& disk, const std::string& path);
+
+}  // namespace Corvetape

@@ -1,0 +1,114 @@
+#include "cli/arguments.h"
+
+#include <CLI/CLI.hpp>
+#include <sstream>
+
+#include "core/version.h"
+
+namespace Corvetape {
+
+namespace {
+
+/// The words of one command line on their way into the structs.
+struct Words {
+    DevicesArguments Devices;
+    ProfilesArguments Profiles;
+    RecordArguments Record;
+    SplitArguments Split;
+    std::vector<std::string> RecordSettings;
+    std::vector<std::string> SplitSettings;
+};
+
+void AddCommon(CLI::App& command, CommonArguments& arguments, std::vector<std::string>& settings) {
+    command.add_option("--set", settings, "A setting for this run, SECTION.KEY=VALUE (repeatable)")
+        ->type_name("TEXT")
+        ->allow_extra_args(false);
+    command.add_option("--home", arguments.Home, "Keep settings, logs, temporary and music files below DIR")
+        ->type_name("DIR");
+    command.add_flag("--json", arguments.Json, "Print one JSON object for each closed song");
+}
+
+void AddRecord(CLI::App& app, Words& words) {
+    CLI::App* command = app.add_subcommand("record", "Record what an input plays, cut into songs");
+    RecordArguments& to = words.Record;
+    command->add_option("--input", to.Input, "Number or name of an input, demo, or file:PATH")
+        ->type_name("INPUT");
+    command->add_option("--songs", to.Songs, "End when so many songs have been kept")
+        ->check(CLI::Range(1, 1'000'000));
+    command->add_option("--seconds", to.Seconds, "End after so many seconds of the input")
+        ->check(CLI::Range(1, 100'000'000));
+    command->add_option("--for", to.Minutes, "Stop recording after so many minutes, at the end of the song")
+        ->check(CLI::Range(1, 1440))
+        ->type_name("MINUTES");
+    command->add_option("--speed", to.Speed, "Run demo and file inputs so many times faster")
+        ->check(CLI::Range(0.1, 1000.0));
+    command->add_flag("--next", to.Next, "Begin with the next song instead of the current one");
+    command->add_flag("--quit", to.Quit, "End at the end of the last song");
+    AddCommon(*command, to, words.RecordSettings);
+}
+
+void AddSplit(CLI::App& app, Words& words) {
+    CLI::App* command = app.add_subcommand("split", "Cut sound files into songs");
+    SplitArguments& to = words.Split;
+    command->add_option("FILE", to.Files, "Sound files to cut")->required();
+    command->add_option("--out", to.Out, "Put the songs into DIR")->type_name("DIR");
+    command->add_option("--media", to.Media, "Table of seconds,station,artist,title,album")->type_name("CSV");
+    AddCommon(*command, to, words.SplitSettings);
+}
+
+void AddProfiles(CLI::App& app, Words& words) {
+    CLI::App* command = app.add_subcommand("profiles", "Show what the profiles of web radios read now");
+    ProfilesArguments& to = words.Profiles;
+    command->add_option("FILE", to.File, "Profiles to try instead of the recorder's own");
+    CLI::Option* watch = command->add_flag("--watch", to.Watch, "Show it again at each change, until Ctrl-C");
+    command->add_option("--page", to.Page, "Try a saved page in a browser without a window")
+        ->type_name("FILE.html")
+        ->excludes(watch);
+    command->add_option("--ports", to.Ports, "DevTools ports of browsers, between \";\"")->type_name("LIST");
+    command->add_option("--home", to.Home, "Keep settings below DIR")->type_name("DIR");
+}
+
+/// The settings of a command, or the reason why one is refused.
+std::optional<std::string> TakeSettings(const std::vector<std::string>& texts, CommonArguments& arguments) {
+    for (const std::string& text : texts) {
+        auto read = ReadSettingArgument(text);
+        if (auto* error = std::get_if<std::string>(&read)) return *error;
+        arguments.Settings.push_back(std::get<SettingArgument>(std::move(read)));
+    }
+    return std::nullopt;
+}
+
+template <typename Command>
+Arguments Finish(const std::vector<std::string>& texts, Command& command) {
+    if (auto error = TakeSettings(texts, command)) return ArgumentsAnswer{ExitUsage, *error};
+    return command;
+}
+
+}  // namespace
+
+Arguments ReadArguments(int count, const char* const* words) {
+    CLI::App app("Records music from the sound card or from files and cuts it into songs.", "corvetape-cli");
+    app.set_version_flag("--version", std::string(ProgramTitle) + " " + ProgramVersion);
+    app.require_subcommand(1);
+    Words read;
+    CLI::App* devices = app.add_subcommand("devices", "List what can be recorded from");
+    devices->add_flag("--json", read.Devices.Json, "Print one JSON object for each input");
+    AddProfiles(app, read);
+    AddRecord(app, read);
+    AddSplit(app, read);
+    try {
+        app.parse(count, words);
+    } catch (const CLI::ParseError& answer) {
+        std::ostringstream out;
+        std::ostringstream error;
+        const bool asked = app.exit(answer, out, error) == 0;
+        if (asked) return ArgumentsAnswer{ExitDone, out.str()};
+        return ArgumentsAnswer{ExitUsage, std::string(answer.what()) + "; corvetape-cli --help tells more"};
+    }
+    if (app.got_subcommand("profiles")) return read.Profiles;
+    if (app.got_subcommand("record")) return Finish(read.RecordSettings, read.Record);
+    if (app.got_subcommand("split")) return Finish(read.SplitSettings, read.Split);
+    return read.Devices;
+}
+
+}  // namespace Corvetape

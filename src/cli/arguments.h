@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "cli/setting_argument.h"
+
+namespace Corvetape {
+
+/// Exit codes of the program.
+inline constexpr int ExitDone = 0;
+inline constexpr int ExitFailed = 1;
+inline constexpr int ExitUsage = 2;
+
+/// What both recording commands take.
+struct CommonArguments {
+    std::vector<SettingArgument> Settings;
+    std::string Home;  ///< empty: the user's own folders
+    bool Json = false;
+};
+
+struct DevicesArguments {
+    bool Json = false;
+};
+
+struct ProfilesArguments {
+    std::string File;   ///< empty: the one that the recorder would read
+    std::string Page;   ///< a saved page to try; empty: what is open
+    std::string Ports;  ///< of browsers, between ";"; empty: as the settings say
+    std::string Home;
+    bool Watch = false;
+};
+
+struct RecordArguments : CommonArguments {
+    std::string Input;  ///< number, name, "demo" or "file:PATH"; empty: the default one
+    std::optional<int32_t> Songs;
+    std::optional<int32_t> Seconds;
+    std::optional<int32_t> Minutes;  ///< timed recording
+    double Speed = 1;
+    bool Next = false;
+    bool Quit = false;
+};
+
+struct SplitArguments : CommonArguments {
+    std::vector<std::string> Files;
+    std::string Out;
+    std::string Media;
+};
+
+/// Help or version was asked for, or the words are off: what to print and the exit code. What is off is told
+/// in one line, without a line end.
+struct ArgumentsAnswer {
+    int ExitCode = ExitDone;
+    std::string Text;
+};
+
+using Arguments =
+    std::variant<DevicesArguments, ProfilesArguments, RecordArguments, SplitArguments, ArgumentsAnswer>;
+
+/// Reads the command line.
+Arguments ReadArguments(int count, const char* const* words);
+
+}  // namespace Corvetape

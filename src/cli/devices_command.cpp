@@ -1,0 +1,36 @@
+#include <fmt/format.h>
+
+#include <QCoreApplication>
+
+#include "cli/commands.h"
+#include "cli/input_choice.h"
+#include "cli/json_text.h"
+#include "cli/run_support.h"
+#include "platform/linux/one_line.h"
+#include "platform/linux/pulse_wave_in.h"
+#include "platform/linux/qt_loop.h"
+
+namespace Corvetape {
+
+int RunDevices(const DevicesArguments& arguments) {
+    int count = 0;
+    const QCoreApplication application(count, nullptr);
+    QtLoop loop;
+    std::vector<WaveInDevice> devices = PulseWaveIn(loop).Devices();
+    devices.push_back(DemoInput());
+    for (size_t i = 0; i < devices.size(); ++i) {
+        const WaveInDevice& device = devices[i];
+        if (arguments.Json) {
+            fmt::print("{{\"number\":{},\"name\":{},\"id\":{},\"kind\":{},\"default\":{}}}\n", i,
+                       JsonText(device.Name), JsonText(device.Id), JsonText(KindText(device.Kind)),
+                       device.IsDefault);
+        } else {
+            fmt::print("{}{:>3}  {:<8} {}\n", device.IsDefault ? '*' : ' ', i, KindText(device.Kind),
+                       OneLine(device.Name));
+        }
+    }
+    if (!arguments.Json && devices.size() == 1) Tell("no sound server answers");
+    return ExitDone;
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/linux/console_dialogs.h"
+#include "platform/linux/linux_clock.h"
+#include "platform/linux/linux_files.h"
+#include "platform/linux/linux_folders.h"
+#include "platform/linux/linux_processes.h"
+#include "platform/linux/linux_system.h"
+#include "platform/machine.h"
+#include "platform/sim/sim_clock.h"
+#include "platform/sim/sim_loop.h"
+#include "platform/sim/source_wave_in.h"
+
+namespace Corvetape {
+
+/// Any number of command lines may run side by side.
+class NoSingleInstance : public SingleInstance {
+ public:
+    bool Claim() override { return true; }
+    void ActivateOther() override {}
+};
+
+/// What both kinds of run have of the real machine. Boxes become lines on the error output.
+class HostParts {
+ public:
+    /// An empty `home` means the user's own folders.
+    explicit HostParts(const std::string& home);
+
+    LinuxFiles Files;
+    LinuxProcesses Processes;
+    std::unique_ptr<LinuxFolders> Folders;
+    ConsoleDialogs Dialogs;
+    LinuxSystemInfo System;
+    NoSingleInstance Instance;
+};
+
+/// Real files and programs on virtual time: for inputs that need no clock of their own.
+class VirtualHost : public HostParts {
+ public:
+    explicit VirtualHost(const std::string& home);
+
+    /// The machine with these inputs, which run by its clock and its loop.
+    Machine With(WaveIn& inputs);
+
+    /// The same with other files than its own.
+    Machine With(WaveIn& inputs, Corvetape::Files& files);
+
+    SimClock Clock;  ///< starts at the present wall clock
+    SimLoop Loop;
+};
+
+}  // namespace Corvetape

@@ -1,0 +1,37 @@
+#include <fmt/format.h>
+
+#include <cstdio>
+
+#include "cli/arguments.h"
+#include "cli/commands.h"
+#include "cli/run_support.h"
+
+namespace Corvetape {
+
+namespace {
+
+int Answer(const ArgumentsAnswer& answer) {
+    if (answer.ExitCode == ExitDone) {
+        fmt::print("{}", answer.Text);
+    } else {
+        Tell(answer.Text);
+    }
+    return answer.ExitCode;
+}
+
+int Main(int count, char** words) {
+    const Arguments arguments = ReadArguments(count, words);
+    if (const auto* answer = std::get_if<ArgumentsAnswer>(&arguments)) return Answer(*answer);
+    if (const auto* record = std::get_if<RecordArguments>(&arguments)) return RunRecord(*record);
+    if (const auto* split = std::get_if<SplitArguments>(&arguments)) return RunSplit(*split);
+    if (const auto* profiles = std::get_if<ProfilesArguments>(&arguments)) return RunProfiles(*profiles);
+    return RunDevices(std::get<DevicesArguments>(arguments));
+}
+
+}  // namespace
+
+}  // namespace Corvetape
+
+int main(int count, char** words) {
+    return Corvetape::Main(count, words);
+}

@@ -1,0 +1,153 @@
+#include <fmt/format.h>
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QUrl>
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <thread>
+
+#include "cli/commands.h"
+#include "cli/hosts.h"
+#include "cli/interrupt.h"
+#include "cli/profile_report.h"
+#include "cli/run_support.h"
+#include "core/placeholders.h"
+#include "core/registry.h"
+#include "core/settings_store.h"
+#include "media/devtools_ports.h"
+#include "platform/linux/devtools_documents.h"
+#include "platform/linux/x11_windows.h"
+
+namespace Corvetape {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+/// The settings that the recorder would have.
+struct ProfileSettings {
+    std::string Path;
+    std::string Ports;
+};
+
+ProfileSettings SettingsOf(const ProfilesArguments& arguments, HostParts& host, const Clock& clock) {
+    LinuxFolders& folders = *host.Folders;
+    RegistryBranches registry(host.Files, "", "");
+    const Placeholders placeholders(clock, folders, registry);
+    const SettingsStore store(host.Files, folders, registry, placeholders, host.System.Version());
+    ProfileSettings settings;
+    settings.Path = !arguments.File.empty()
+                        ? arguments.File
+                        : ProfilePath(host.Files, store.Ini().Path(), folders.ProgramFolder());
+    settings.Ports = !arguments.Ports.empty()
+                         ? arguments.Ports
+                         : store.Ini().ReadText("Browser", "DevToolsPorts", UsualDevToolsPort);
+    return settings;
+}
+
+/// A browser without a window that shows one file and reaches nothing else.
+class PageBrowser {
+ public:
+    /// The port that it answers at; 0 if it cannot be started.
+    uint16_t Start(const std::string& program, const std::string& page) {
+        if (!Folder.isValid()) return 0;
+        QStringList words{"--headless",
+                          "--remote-debugging-port=0",
+                          "--user-data-dir=" + Folder.path(),
+                          "--disable-gpu",
+                          "--no-first-run",
+                          "--disable-background-networking",
+                          "--disable-component-update",
+                          "--disable-sync",
+                          "--host-resolver-rules=MAP * ~NOTFOUND"};
+        words += qEnvironmentVariable("CORVETAPE_BROWSER_FLAGS").split(' ', Qt::SkipEmptyParts);
+        const QFileInfo file(QString::fromStdString(page));
+        words.append(QUrl::fromLocalFile(file.absoluteFilePath()).toString(QUrl::FullyEncoded));
+        Process.setStandardOutputFile(QProcess::nullDevice());
+        Process.setStandardErrorFile(QProcess::nullDevice());
+        Process.start(QString::fromStdString(program), words);
+        if (!Process.waitForStarted()) return 0;
+        const std::string portFile = Folder.filePath("DevToolsActivePort").toStdString();
+        constexpr int tries = 200;
+        for (int i = 0; i < tries && Process.state() == QProcess::Running; ++i) {
+            uint16_t port = 0;
+            if (std::ifstream(portFile) >> port) return port;
+            std::this_thread::sleep_for(milliseconds(100));
+            Process.waitForFinished(1);  // notices an end
+        }
+        return 0;
+    }
+
+    ~PageBrowser() {
+        Process.terminate();
+        if (!Process.waitForFinished(3000)) Process.kill();
+        Process.waitForFinished(3000);
+    }
+
+ private:
+    QTemporaryDir Folder;
+    QProcess Process;
+};
+
+std::string FindBrowser(Folders& folders) {
+    for (const char* name : {"chromium", "chromium-browser", "google-chrome", "microsoft-edge", "brave"}) {
+        if (const auto path = folders.FindProgram(name)) return *path;
+    }
+    return "";
+}
+
+int ReportPage(const ProfilesArguments& arguments, const std::vector<ProviderProfile>& profiles,
+               HostParts& host) {
+    if (!host.Files.FileSize(arguments.Page)) return Fail(arguments.Page + ": no such file");
+    const std::string program = FindBrowser(*host.Folders);
+    if (program.empty()) return Fail("--page needs a browser of the Chromium family, and none is installed");
+    PageBrowser browser;
+    const uint16_t port = browser.Start(program, arguments.Page);
+    if (port == 0) return Fail("the browser " + program + " could not be started");
+    DevToolsDocuments documents({port});
+    constexpr int tries = 100;
+    for (int i = 0; i < tries; ++i) {
+        documents.BeginPoll();
+        const auto pages = documents.Pages();
+        const auto document = pages.empty() ? nullptr : documents.Open(pages.front());
+        if (document && document->Evaluate("document.readyState") == "complete") break;
+        std::this_thread::sleep_for(milliseconds(50));
+    }
+    fmt::print("{}", ProfileReport(profiles, &documents, nullptr, ProfileMatch::AnyAddress));
+    return ExitDone;
+}
+
+}  // namespace
+
+int RunProfiles(const ProfilesArguments& arguments) {
+    const Interrupt interrupt;
+    int count = 0;
+    const QCoreApplication application(count, nullptr);
+    HostParts host(arguments.Home);
+    const LinuxClock clock;
+    const ProfileSettings settings = SettingsOf(arguments, host, clock);
+    if (!host.Files.FileSize(settings.Path)) return Fail(settings.Path + ": no such file");
+    const auto profiles = [&] { return ReadProfiles(Profile(host.Files, settings.Path)); };
+    if (!arguments.Page.empty()) return ReportPage(arguments, profiles(), host);
+
+    DevToolsDocuments documents(DevToolsPorts(settings.Ports));
+    X11Windows windows;
+    std::string last;
+    do {
+        const std::string report = ProfileReport(profiles(), &documents, &windows, ProfileMatch::AsRecorded);
+        if (report != last) {
+            fmt::print("{}{}\n", last.empty() ? "" : "\n", report);
+            std::fflush(stdout);
+        }
+        last = report;
+        if (arguments.Watch) std::this_thread::sleep_for(milliseconds(500));
+    } while (arguments.Watch && !Interrupt::Wanted());
+    return ExitDone;
+}
+
+}  // namespace Corvetape

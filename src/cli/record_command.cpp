@@ -1,0 +1,236 @@
+#include <fmt/format.h>
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+#include <chrono>
+#include <ctime>
+#include <optional>
+
+#include "cli/chosen_input.h"
+#include "cli/commands.h"
+#include "cli/hosts.h"
+#include "cli/input_choice.h"
+#include "cli/interrupt.h"
+#include "cli/live_state.h"
+#include "cli/obstacles.h"
+#include "cli/run_support.h"
+#include "platform/linux/devtools_documents.h"
+#include "platform/linux/linux_http.h"
+#include "platform/linux/mpris_players.h"
+#include "platform/linux/pulse_wave_in.h"
+#include "platform/linux/qt_loop.h"
+#include "platform/linux/sound_file_source.h"
+#include "platform/linux/x11_windows.h"
+#include "platform/sim/demo_radio.h"
+
+namespace Corvetape {
+
+namespace {
+
+constexpr uint64_t DemoSeed = 1;
+
+/// One recording by its command line, on whichever machine.
+class Recording {
+ public:
+    Recording(const RecordArguments& arguments, HostParts& host)
+        : Arguments(arguments),
+          Host(host),
+          Printer(arguments.Json ? SongFormat::Json : SongFormat::Lines, stdout, stderr) {}
+
+    /// Lets the recording know what players play, and fetch covers. Both outlive it.
+    void Ask(Players& players, Http& web) {
+        MediaPlayers = &players;
+        Web = &web;
+    }
+
+    /// Lets the recording read the pages of browsers and the titles of windows. Both outlive it.
+    void Watching(Documents& documents, Windows& windows) {
+        Pages = &documents;
+        Desktop = &windows;
+    }
+
+    /// Begins. The exit code if it cannot.
+    std::optional<int> Start(Machine machine, const std::string& inputNames, uint32_t framesPerSecond,
+                             std::vector<MediaFeed> feeds) {
+        RunOptions options;
+        options.CommandLine = Arguments.Quit ? "-dontask -quit" : "-dontask";
+        options.Overrides = MakeOverrides(
+            {{"Mixer", "InputDevice", "0"}, {"Mixer", "InputDeviceNames", inputNames}}, Arguments);
+        if (framesPerSecond != 0) {
+            options.Overrides.insert(options.Overrides.begin(),
+                                     {"Mixer", "SPDIF48kHz", framesPerSecond == 48000 ? "1" : "0"});
+        }
+        options.Feeds = std::move(feeds);
+        options.Documents = Pages;
+        options.Windows = Desktop;
+        options.Players = MediaPlayers;
+        options.Web = Web;
+        Running = std::make_unique<Program>(machine, std::move(options), Events());
+        if (!Running->Load()) return Fail("the recorder could not be started");
+        if (const auto obstacle = FindObstacle(*Running, Host.Files)) {
+            Running->Unload();
+            return Fail(*obstacle);
+        }
+        Printer.TellEncodeLog(Running->Values().Folders.Paths[2] + "/encode.log");
+        PressControls();
+        if (!Line.Visible()) return std::nullopt;
+        Watch = machine.Loop.NewTimer([this] { Line.Show(LiveStateText(*Running, Printer.KeptSongs())); });
+        Watch->Start(std::chrono::milliseconds(500), TimerPrecision::Coarse);
+        return std::nullopt;
+    }
+
+    /// True when nothing more is to be recorded.
+    bool Over() const {
+        const bool songs = Arguments.Songs && Printer.KeptSongs() >= *Arguments.Songs;
+        const bool seconds = Arguments.Seconds && Running->InputSeconds() >= *Arguments.Seconds;
+        // Nobody is there who could press the controls again.
+        const RecordingFlags& flags = Running->Values().Flags;
+        const bool nothingWanted = !flags.RecordCurrentSong && !flags.RecordNextSong;
+        return songs || seconds || nothingWanted || InputEnded || !Running->Running() || Interrupt::Wanted();
+    }
+
+    /// Ends in order: the song is closed and transferred, the encoders finish.
+    int Finish() {
+        if (Arguments.Songs && Printer.KeptSongs() >= *Arguments.Songs) Running->StopKeeping();
+        Running->Unload();
+        Watch.reset();
+        Line.Clear();
+        WaitForEncoders(*Running, Host.Processes);
+        Running->RemoveTempFolder();
+        Printer.Finish();
+        if (!Arguments.Json) fmt::print("{} in {}\n", KeptText(Printer), Running->Values().Folders.Paths[1]);
+        const bool failed = Failed(*Running, Printer);
+        Running.reset();
+        return failed ? ExitFailed : ExitDone;
+    }
+
+    const Program& Present() const { return *Running; }
+
+ private:
+    ProgramEvents Events() {
+        ProgramEvents events = EventsTo(Printer, Line);
+        events.InputEnded = [this] { InputEnded = true; };
+        return events;
+    }
+
+    void PressControls() {
+        frmMain& form = Running->Values().Form;
+        if (Arguments.Quit) form.chkQuitAfterRecording.Value(1);
+        form.chkStartStop[Arguments.Next ? 1 : 0].Value(1);
+        if (Arguments.Minutes) {
+            form.txtRecordingPeriod.SetValueText(std::to_string(*Arguments.Minutes));
+            form.chkStopRecording[1].Value(1);
+        }
+    }
+
+    const RecordArguments& Arguments;
+    HostParts& Host;
+    SongPrinter Printer;
+    TerminalLine Line;
+    Documents* Pages = nullptr;
+    Windows* Desktop = nullptr;
+    Players* MediaPlayers = nullptr;
+    Http* Web = nullptr;
+    std::unique_ptr<Program> Running;
+    std::unique_ptr<LoopTimer> Watch;
+    bool InputEnded = false;
+};
+
+void WaitFor(std::chrono::nanoseconds duration) {
+    // A signal ends the wait early; the loop looks at it at once.
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(duration);
+    const timespec time{static_cast<time_t>(seconds.count()),
+                        static_cast<long>((duration - seconds).count())};
+    nanosleep(&time, nullptr);
+}
+
+/// Demo radio and sound files run on virtual time, held against the real one.
+int RecordVirtually(const RecordArguments& arguments, const std::string& filePath) {
+    VirtualHost host(arguments.Home);
+    SourceWaveIn input(host.Clock, host.Loop);
+    uint32_t framesPerSecond = 0;
+    std::vector<MediaFeed> feeds;
+    if (filePath.empty()) {
+        input.AddDevice(DemoInput(),
+                        [](uint32_t rate) { return std::make_unique<DemoRadio>(DemoSeed, rate); });
+        feeds.push_back({DemoProvider, [&input] { return input.NowPlaying(); }});
+    } else {
+        // The tags of a file name the whole of it. As the name of each song in it they would put every song
+        // in the place of the one before.
+        framesPerSecond = SoundFileSource::NativeRate(filePath) == 48000 ? 48000 : 44100;
+        const auto opened = SoundFileSource::Open(filePath, framesPerSecond);
+        if (!opened.Source) return Fail(opened.Error);
+        if (const auto text = ConversionText(filePath, opened.Source->Format(), framesPerSecond)) Tell(*text);
+        input.AddDevice({filePath, "file:" + filePath, WaveInKind::File}, [filePath](uint32_t rate) {
+            return std::unique_ptr<SoundSource>(SoundFileSource::Open(filePath, rate).Source);
+        });
+    }
+    const std::string names = input.Devices().front().Name + ";";
+    Recording recording(arguments, host);
+    const auto code = recording.Start(host.With(input), names, framesPerSecond, std::move(feeds));
+    if (code) return *code;
+    const LinuxClock real;
+    host.Loop.PaceWith(PaceAgainst(real, host.Clock, arguments.Speed, WaitFor));
+    const auto over = [&] {
+        WaitForEncoderRoom(host.Processes);
+        return recording.Over();
+    };
+    host.Loop.RunUntil(over, std::chrono::hours(24 * 365 * 100));
+    host.Loop.PaceWith({});
+    return recording.Finish();
+}
+
+int RecordLive(const RecordArguments& arguments, PulseWaveIn& pulse, QtLoop& loop,
+               const WaveInDevice& device) {
+    HostParts host(arguments.Home);
+    LinuxClock clock;
+    ChosenInput input(pulse, device.Id);
+    Machine machine{clock,         loop,         input,       host.Files,   host.Processes,
+                    *host.Folders, host.Dialogs, host.System, host.Instance};
+    MprisPlayers players(loop);
+    LinuxHttp web(loop);
+    DevToolsDocuments documents;
+    X11Windows windows;
+    Recording recording(arguments, host);
+    recording.Ask(players, web);
+    recording.Watching(documents, windows);
+    if (const auto code = recording.Start(machine, device.Name + ";", 0, {})) return *code;
+
+    const auto endIfOver = [&] {
+        if (recording.Over()) loop.Quit();
+    };
+    QSocketNotifier wake(Interrupt::Descriptor(), QSocketNotifier::Read);
+    QObject::connect(&wake, &QSocketNotifier::activated, [&] {
+        wake.setEnabled(false);
+        endIfOver();
+    });
+    const auto look = loop.NewTimer(endIfOver);
+    look->Start(std::chrono::milliseconds(200), TimerPrecision::Coarse);
+    loop.Run();
+    return recording.Finish();
+}
+
+}  // namespace
+
+int RunRecord(const RecordArguments& arguments) {
+    const Interrupt interrupt;
+    if (!arguments.Home.empty()) {
+        LinuxFiles files;
+        if (const auto obstacle = FolderObstacle(files, arguments.Home)) return Fail(*obstacle);
+    }
+    int count = 0;
+    const QCoreApplication application(count, nullptr);
+    QtLoop loop;
+    PulseWaveIn pulse(loop);
+    const bool noServer = arguments.Input == "demo" || arguments.Input.starts_with("file:");
+    std::vector<WaveInDevice> devices = noServer ? std::vector<WaveInDevice>{} : pulse.Devices();
+    devices.push_back(DemoInput());
+    const InputChoice choice = ChooseInput(arguments.Input, devices);
+    if (!choice.Error.empty()) return Fail(choice.Error);
+    const bool live = choice.FilePath.empty() && devices[*choice.Device].Kind != WaveInKind::Demo;
+    if (!live) return RecordVirtually(arguments, choice.FilePath);
+    if (arguments.Speed != 1) return Fail("--speed is for demo and file inputs");
+    return RecordLive(arguments, pulse, loop, devices[*choice.Device]);
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,121 @@
+#include "cli/run_support.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <thread>
+
+#include "cli/obstacles.h"
+#include "core/text.h"
+#include "platform/linux/one_line.h"
+
+namespace Corvetape {
+
+namespace {
+
+void AddSetting(std::vector<SettingOverride>& to, const SettingArgument& setting) {
+    if (!EqualIgnoringCase(setting.Section, AnySourceSection)) {
+        to.push_back({setting.Section, setting.Key, setting.Value, setting.InDataFile});
+        return;
+    }
+    for (const char* provider : {NoStationData, DemoProvider, TableProvider}) {
+        const bool gain = EqualIgnoringCase(setting.Key, "LevelMultiplier");
+        const std::string section = !gain                       ? provider
+                                    : provider == NoStationData ? std::string("Mixer")
+                                                                : std::string("Mixer") + provider;
+        to.push_back({section, setting.Key, setting.Value, false});
+    }
+}
+
+}  // namespace
+
+std::vector<SettingOverride> MakeOverrides(std::vector<SettingOverride> own,
+                                           const CommonArguments& arguments) {
+    own.push_back({"Options", "NoStartupInfo", "1"});
+    for (const SettingArgument& setting : arguments.Settings) AddSetting(own, setting);
+    return own;
+}
+
+void Tell(const std::string& line) {
+    fmt::print(stderr, "corvetape-cli: {}\n", OneLine(line));
+}
+
+int Fail(const std::string& line) {
+    Tell(line);
+    return ExitFailed;
+}
+
+std::optional<std::string> ConversionText(const std::string& path, const SoundFileFormat& format,
+                                          uint32_t framesPerSecond) {
+    constexpr uint32_t bitsOfRecording = 16;
+    std::string odd;
+    if (format.Channels == 1) odd += ", mono";
+    if (format.BitsPerSample != 0 && format.BitsPerSample != bitsOfRecording) {
+        odd += fmt::format(", {}-bit", format.BitsPerSample);
+    }
+    if (format.FramesPerSecond != framesPerSecond) odd += fmt::format(", {} Hz", format.FramesPerSecond);
+    if (odd.empty()) return std::nullopt;
+    return fmt::format("{}: is {}; converted to 16-bit stereo at {} Hz", path, odd.substr(2),
+                       framesPerSecond);
+}
+
+std::optional<std::string> FindObstacle(Program& program, Files& files) {
+    const State& state = program.Values();
+    for (const std::string& folder : {state.Folders.SongTempFolder, state.Folders.Paths[1]}) {
+        if (auto obstacle = FolderObstacle(files, folder)) return obstacle;
+    }
+    return FormatObstacle(state.Options, state.Form);
+}
+
+ProgramEvents EventsTo(SongPrinter& printer, TerminalLine& line) {
+    ProgramEvents events;
+    events.SongClosed = [&](const ClosedSong& song) {
+        line.Clear();
+        printer.Closed(song);
+    };
+    events.SongTransferred = [&](const TransferredSong& song) {
+        line.Clear();
+        printer.Transferred(song);
+    };
+    events.JobEnded = [&](const JobResult& result) {
+        line.Clear();
+        printer.JobEnded(result);
+    };
+    events.Logged = [&](const std::string& kind, const std::string& text) {
+        if (kind != "INFO" && kind != "ERROR") return;
+        line.Clear();
+        Tell(text);
+    };
+    return events;
+}
+
+void WaitForEncoders(Program& program, Processes& processes) {
+    while (!processes.WaitForAll(std::chrono::milliseconds(500))) program.CollectJobs();
+    program.CollectJobs();
+}
+
+void WaitForEncoderRoom(Processes& processes) {
+    static const size_t most = 4 * std::max(std::thread::hardware_concurrency(), 1U) + 4;
+    while (processes.Running() >= most) {
+        if (processes.WaitForAll(std::chrono::milliseconds(20))) return;
+    }
+}
+
+bool Failed(const Program& program, const SongPrinter& printer) {
+    const DeferredMessages& messages = program.Values().Messages;
+    return printer.RefusedSongs() > 0 || messages.PendingError != 0 || messages.PendingInfo != 0;
+}
+
+std::string KeptText(const SongPrinter& printer) {
+    const int32_t songs = printer.KeptSongs();
+    std::string text = fmt::format("{} {} kept", songs, songs == 1 ? "song" : "songs");
+    if (printer.RefusedSongs() > 0) {
+        text += fmt::format(", {} of them not as {}", printer.RefusedSongs(),
+                            printer.RefusedSongs() == 1 ? "a music file" : "music files");
+    }
+    return text;
+}
+
+}  // namespace Corvetape

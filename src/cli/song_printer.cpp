@@ -1,0 +1,93 @@
+#include "cli/song_printer.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "cli/song_report.h"
+#include "platform/linux/one_line.h"
+
+namespace Corvetape {
+
+namespace {
+
+constexpr std::string_view LabelOfSongsThatStay = "TEMP";
+
+}  // namespace
+
+SongPrinter::SongPrinter(SongFormat format, std::FILE* songs, std::FILE* errors)
+    : Format(format), Songs(songs), Errors(errors) {}
+
+void SongPrinter::Closed(const ClosedSong& song) {
+    const bool kept = song.Fate == SongFate::Kept;
+    if (kept) ++Kept;
+    if (Format == SongFormat::Lines) fmt::print(Songs, "{}\n", SongAsLine(song));
+    Entry entry;
+    entry.Song = song;
+    entry.Done = !kept;
+    Waiting.push_back(std::move(entry));
+    PrintReady();
+}
+
+void SongPrinter::Transferred(const TransferredSong& song) {
+    const auto found = std::ranges::find_if(Waiting, [&](const Entry& entry) {
+        return !entry.Done && entry.JobName.empty() &&
+               entry.Song.Media.TempFileName == song.Media.TempFileName;
+    });
+    if (!song.Problem.empty()) {
+        ++Refused;  // its log line tells why
+    } else if (song.JobName.empty() && song.JobLabel != LabelOfSongsThatStay) {
+        Refuse(song.Media, "its encoder could not be started", song.TempFile);
+    }
+    // A song that an earlier run has left behind was not closed in this one.
+    Entry& entry = found != Waiting.end() ? *found : OfEarlierRuns.emplace_back();
+    entry.Song.Media = song.Media;
+    entry.JobName = song.JobName;
+    entry.MusicFile = song.MusicFile;
+    entry.TempFile = song.TempFile;
+    entry.Done = song.JobName.empty();
+    PrintReady();
+}
+
+void SongPrinter::JobEnded(const JobResult& result) {
+    const auto isMeant = [&](const Entry& entry) { return !entry.Done && entry.JobName == result.Name; };
+    for (std::deque<Entry>* entries : {&Waiting, &OfEarlierRuns}) {
+        const auto found = std::ranges::find_if(*entries, isMeant);
+        if (found == entries->end()) continue;
+        found->Done = true;
+        if (result.ExitCode != 0) {
+            const std::string log = EncodeLog.empty() ? "" : ", see " + EncodeLog;
+            Refuse(found->Song.Media, fmt::format("its encoder ended with code {}{}", result.ExitCode, log),
+                   found->TempFile);
+            found->MusicFile.clear();
+        }
+        break;
+    }
+    PrintReady();
+}
+
+void SongPrinter::Finish() {
+    for (Entry& entry : Waiting) {
+        if (!entry.Done) entry.MusicFile.clear();
+        entry.Done = true;
+    }
+    PrintReady();
+}
+
+void SongPrinter::PrintReady() {
+    while (!Waiting.empty() && Waiting.front().Done) {
+        const Entry& entry = Waiting.front();
+        if (Format == SongFormat::Json) fmt::print(Songs, "{}\n", SongAsJson(entry.Song, entry.MusicFile));
+        Waiting.pop_front();
+    }
+    std::fflush(Songs);
+}
+
+void SongPrinter::Refuse(const STATIONANDSONGDATA& media, const std::string& why, const std::string& kept) {
+    ++Refused;
+    fmt::print(
+        Errors, "corvetape-cli: {}\n",
+        OneLine(fmt::format("no music file of {}: {}; the song stays as {}", SongName(media), why, kept)));
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,226 @@
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <optional>
+#include <utility>
+
+#include "cli/commands.h"
+#include "cli/hosts.h"
+#include "cli/interrupt.h"
+#include "cli/live_state.h"
+#include "cli/media_table.h"
+#include "cli/obstacles.h"
+#include "cli/run_support.h"
+#include "core/text.h"
+#include "platform/linux/sound_file_source.h"
+#include "platform/linux/write_behind_files.h"
+
+namespace Corvetape {
+
+namespace {
+
+constexpr uint64_t LargestTable = 64ULL * 1024 * 1024;
+
+/// A file to split, with the rate that it is split at.
+struct Job {
+    std::string Path;
+    uint32_t FramesPerSecond = 44100;
+    uint64_t Frames = 0;
+};
+
+std::optional<std::string> AddJob(const std::string& path, std::vector<Job>& jobs) {
+    Job job{path};
+    if (SoundFileSource::NativeRate(path) == 48000) job.FramesPerSecond = 48000;
+    const auto opened = SoundFileSource::Open(path, job.FramesPerSecond);
+    if (!opened.Source) return opened.Error;
+    if (const auto text = ConversionText(path, opened.Source->Format(), job.FramesPerSecond)) Tell(*text);
+    job.Frames = opened.Source->TotalFrames();
+    jobs.push_back(job);
+    return std::nullopt;
+}
+
+std::string AbsolutePath(const std::string& path) {
+    if (path.starts_with('/')) return path;
+    std::array<char, 4096> here{};
+    const bool known = getcwd(here.data(), here.size()) != nullptr;
+    return known ? std::string(here.data()) + "/" + path : path;
+}
+
+/// A folder beside the music that belongs to this process alone.
+std::string OwnTempFolder(const SplitArguments& arguments) {
+    return fmt::format("{}/.corvetape-{}", AbsolutePath(arguments.Out), getpid());
+}
+
+/// The settings of one split: the temporary songs lie beside the music, so that a finished song has to be
+/// moved only, in a folder of this process, which goes with the last of them.
+std::vector<SettingOverride> SplitOverrides(const SplitArguments& arguments, const Job& job) {
+    std::vector<SettingOverride> own = {
+        {"Mixer", "InputDevice", "0"},
+        {"Mixer", "InputDeviceNames", job.Path + ";"},
+        {"Mixer", "SPDIF48kHz", job.FramesPerSecond == 48000 ? "1" : "0"},
+        {"Options", "DelTemp", "1"},
+        {"Options", "DelTempFolder", "1"},
+        {"Options", "InfoAfterSilence", "2000000000"},  // a silent hour inside a file is no reason to end
+    };
+    if (!arguments.Out.empty()) {
+        own.push_back({"Options", "MusicPath", AbsolutePath(arguments.Out)});
+        own.push_back({"Options", "TempPath", OwnTempFolder(arguments)});
+    }
+    return MakeOverrides(std::move(own), arguments);
+}
+
+/// Songs without a title are named by the file that they come from and a stamp: songs of several files meet
+/// in one folder, and the stamps alone could be the same.
+std::string NamePrefix(const std::string& path) {
+    constexpr size_t most = 100;  // leaves room for any stamp
+    const std::string name = path.substr(path.rfind('/') + 1);
+    const size_t extension = name.rfind('.');
+    const std::string stem = extension == 0 ? name : name.substr(0, extension);
+    return std::string(CutText(stem, most)) + " ";
+}
+
+/// One command: its files one after the other on one machine, whose clock goes on from each to the next.
+class Splitter {
+ public:
+    explicit Splitter(const SplitArguments& arguments)
+        : Arguments(arguments),
+          Host(arguments.Home),
+          Printer(arguments.Json ? SongFormat::Json : SongFormat::Lines, stdout, stderr) {}
+
+    /// Why nothing can be split at all.
+    std::optional<std::string> Prepare() {
+        if (!Arguments.Home.empty()) {
+            if (auto obstacle = FolderObstacle(Host.Files, AbsolutePath(Arguments.Home))) return obstacle;
+        }
+        if (auto obstacle = ReadTable()) return obstacle;
+        if (Arguments.Out.empty()) return std::nullopt;
+        return FolderObstacle(Host.Files, AbsolutePath(Arguments.Out));
+    }
+
+    /// False if the settings stand in the way of this file, and so of the next ones.
+    bool Split(const Job& job) {
+        SourceWaveIn input(Host.Clock, Host.Loop);
+        input.AddDevice({job.Path, "file:" + job.Path, WaveInKind::File}, [&](uint32_t framesPerSecond) {
+            return std::unique_ptr<SoundSource>(SoundFileSource::Open(job.Path, framesPerSecond).Source);
+        });
+        RunOptions options;
+        options.CommandLine = "-dontask";
+        options.KeepNotes = false;
+        options.ProbeAllTools = false;
+        options.SongNamePrefix = NamePrefix(job.Path);
+        options.Overrides = SplitOverrides(Arguments, job);
+        const Program* running = nullptr;
+        if (Table) {
+            const auto read = [&] { return Table->At(running != nullptr ? running->InputSeconds() : 0); };
+            options.Feeds.push_back({TableProvider, read});
+        }
+        bool inputEnded = false;
+        ProgramEvents events = EventsTo(Printer, Line);
+        events.InputEnded = [&] { inputEnded = true; };
+        const auto print = std::exchange(events.SongTransferred, {});
+        events.SongTransferred = [&](const TransferredSong& song) {
+            print(song);
+            WaitForEncoderRoom(Host.Processes);
+        };
+        Program program(Host.With(input, Disk), options, events);
+        running = &program;
+        const bool began = Begin(program);
+        if (began) {
+            Run(program, job, inputEnded);
+            if (!inputEnded) TellTheBreak(program, job);
+        }
+        End(program);
+        return began;
+    }
+
+    int Finish() {
+        Printer.Finish();
+        if (!Arguments.Json && BegunAny) fmt::print("{}\n", KeptText(Printer));
+        return ExitCode;
+    }
+
+ private:
+    std::optional<std::string> ReadTable() {
+        if (Arguments.Media.empty()) return std::nullopt;
+        const auto text = Host.Files.ReadAll(Arguments.Media, LargestTable);
+        if (!text) return "cannot read the media table " + Arguments.Media;
+        auto parsed = MediaTable::Parse(*text);
+        if (const auto* error = std::get_if<std::string>(&parsed)) return Arguments.Media + ": " + *error;
+        Table = std::get<MediaTable>(std::move(parsed));
+        return std::nullopt;
+    }
+
+    bool Begin(Program& program) {
+        if (!program.Load()) {
+            ExitCode = Fail("the recorder could not be started");
+            return false;
+        }
+        if (const auto obstacle = FindObstacle(program, Host.Files)) {
+            ExitCode = Fail(*obstacle);
+            return false;
+        }
+        Printer.TellEncodeLog(program.Values().Folders.Paths[2] + "/encode.log");
+        program.Values().Form.chkStartStop[0].Value(1);
+        BegunAny = true;
+        return true;
+    }
+
+    void Run(Program& program, const Job& job, const bool& inputEnded) {
+        const double seconds = static_cast<double>(job.Frames) / job.FramesPerSecond;
+        std::chrono::steady_clock::time_point shown{};
+        const auto over = [&] {
+            const auto now = std::chrono::steady_clock::now();
+            if (Line.Visible() && now - shown >= std::chrono::milliseconds(200)) {
+                shown = now;
+                Line.Show(ProgressText(seconds > 0 ? program.InputSeconds() / seconds : 1));
+            }
+            return inputEnded || !program.Running() || Interrupt::Wanted();
+        };
+        Host.Loop.RunUntil(over, std::chrono::hours(24 * 365));
+    }
+
+    void TellTheBreak(const Program& program, const Job& job) {
+        Line.Clear();
+        ExitCode = Fail(Interrupt::Wanted() ? job.Path + " was split only up to the interruption"
+                                            : fmt::format("{} was split only up to {:.1f} s", job.Path,
+                                                          program.InputSeconds()));
+    }
+
+    void End(Program& program) {
+        program.Unload();
+        Line.Clear();
+        WaitForEncoders(program, Host.Processes);
+        program.RemoveTempFolder();
+        if (!Arguments.Out.empty()) Host.Files.DeleteFolder(OwnTempFolder(Arguments));  // stays with a song
+        if (Failed(program, Printer)) ExitCode = ExitFailed;
+    }
+
+    const SplitArguments& Arguments;
+    VirtualHost Host;
+    WriteBehindFiles Disk;  ///< a broken-off split is simply run again
+    TerminalLine Line;
+    SongPrinter Printer;
+    std::optional<MediaTable> Table;
+    bool BegunAny = false;
+    int ExitCode = ExitDone;
+};
+
+}  // namespace
+
+int RunSplit(const SplitArguments& arguments) {
+    std::vector<Job> jobs;
+    for (const std::string& path : arguments.Files) {
+        if (const auto error = AddJob(path, jobs)) return Fail(*error);
+    }
+    Splitter splitter(arguments);
+    if (const auto obstacle = splitter.Prepare()) return Fail(*obstacle);
+    const Interrupt interrupt;
+    for (const Job& job : jobs) {
+        if (!splitter.Split(job) || Interrupt::Wanted()) break;
+    }
+    return splitter.Finish();
+}
+
+}  // namespace Corvetape

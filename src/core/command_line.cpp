@@ -1,0 +1,43 @@
+#include "core/command_line.h"
+
+#include <array>
+
+#include "core/numbers.h"
+#include "core/text.h"
+
+namespace Corvetape {
+
+namespace {
+
+constexpr std::array<SwitchRow, 8> Table = {{
+    {"-update", &Switches::Update},
+    {"-regclasses", &Switches::RegClasses},
+    {"-wizard", &Switches::Wizard},
+    {"-hide", &Switches::Hide},
+    {"-dontask", &Switches::DontAsk},
+    {"-auto", &Switches::Auto},
+    {"-quit", &Switches::Quit},
+    {"-time", nullptr},
+}};
+
+}  // namespace
+
+std::span<const SwitchRow> SwitchTable() {
+    return Table;
+}
+
+Switches ReadSwitches(std::string_view commandLine) {
+    Switches switches;
+    for (const SwitchRow& row : Table) {
+        const size_t found = FindIgnoringCase(commandLine, row.Text);
+        if (found == std::string_view::npos) continue;
+        if (row.Member != nullptr) {
+            switches.*row.Member = true;
+        } else {
+            switches.TimeMinutes = RoundToInt32(LeadingNumber(commandLine.substr(found + row.Text.size())));
+        }
+    }
+    return switches;
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,279 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/event.h"
+
+namespace Corvetape {
+
+class EventLoop;
+class Form;
+class LoopTimer;
+
+/// A named value that a person, a page, a switch or the running program can set. It knows no widget;
+/// the screen binds to it through Changed.
+///
+/// Setting a value to what it is already does nothing. Setting another one runs the control's handlers,
+/// whoever sets it.
+class Control {
+ public:
+    /// `index` is the place in a control array, -1 for a single control. `textKey` is the key of caption and
+    /// tool tip in the language file, "0" for none.
+    Control(Form& form, std::string name, int32_t index = -1, std::string textKey = "0");
+    virtual ~Control() = default;
+    Control(const Control&) = delete;
+    Control& operator=(const Control&) = delete;
+
+    const std::string& Name() const { return OwnName; }
+    int32_t Index() const { return OwnIndex; }
+    const std::string& TextKey() const { return OwnTextKey; }
+
+    bool Enabled() const { return IsEnabled; }
+    void Enabled(bool enabled);
+    bool Visible() const { return IsVisible; }
+    void Visible(bool visible);
+    const std::string& ToolTip() const { return OwnToolTip; }
+    void ToolTip(std::string text);
+
+    /// Caption or label as shown; controls without one have an empty caption.
+    const std::string& Caption() const { return OwnCaption; }
+    void Caption(std::string text);
+
+    /// The value as a settings file or a page writes it: 0 or 1, a number, a text, a list index.
+    virtual std::string ValueText() const { return {}; }
+
+    /// Sets the value from such a text, as the user would. False if the control cannot take it.
+    virtual bool SetValueText(std::string_view text);
+
+    /// What a click does. Nothing on a disabled control.
+    virtual void Press() {}
+
+    /// Anything that can be seen has changed.
+    Event<> Changed;
+
+ private:
+    std::string OwnName;
+    int32_t OwnIndex;
+    std::string OwnTextKey;
+    std::string OwnCaption;
+    std::string OwnToolTip;
+    bool IsEnabled = true;
+    bool IsVisible = true;
+};
+
+class Label : public Control {
+ public:
+    using Control::Control;
+    std::string ValueText() const override { return Caption(); }
+    bool SetValueText(std::string_view text) override;
+};
+
+class CommandButton : public Control {
+ public:
+    using Control::Control;
+    void Press() override;
+    Event<> Click;
+};
+
+/// 0 or 1.
+class CheckBox : public Control {
+ public:
+    using Control::Control;
+    int32_t Value() const { return Ticked ? 1 : 0; }
+    void Value(int32_t value);
+    std::string ValueText() const override { return Ticked ? "1" : "0"; }
+    bool SetValueText(std::string_view text) override;
+    void Press() override;
+    Event<> Click;
+
+ private:
+    bool Ticked = false;
+};
+
+class OptionButton;
+
+/// Option buttons of which one at most is set.
+class OptionGroup {
+ public:
+    /// Index of the set one, -1 for none.
+    int32_t Selected() const;
+
+ private:
+    friend class OptionButton;
+    std::vector<OptionButton*> Members;
+};
+
+class OptionButton : public Control {
+ public:
+    OptionButton(Form& form, OptionGroup& group, std::string name, int32_t index, std::string textKey = "0");
+    bool Value() const { return IsSet; }
+
+    /// Setting it clears the others of its group and runs Click. Clearing it runs nothing.
+    void Value(bool value);
+    std::string ValueText() const override { return IsSet ? "1" : "0"; }
+    bool SetValueText(std::string_view text) override;
+    void Press() override;
+    Event<> Click;
+
+ private:
+    OptionGroup& Group;
+    bool IsSet = false;
+};
+
+class TextBox : public Control {
+ public:
+    using Control::Control;
+    const std::string& Text() const { return OwnText; }
+
+    /// Runs Change if the text differs.
+    void Text(std::string text);
+
+    /// What leaving the field does. True if the input is refused and the focus stays.
+    bool RunValidate();
+
+    std::string ValueText() const override { return OwnText; }
+
+    /// Sets the text and leaves the field. A refused text is taken back.
+    bool SetValueText(std::string_view text) override;
+
+    Event<> Change;
+    std::function<bool()> Validate;  ///< true refuses; one owner
+
+ private:
+    std::string OwnText;
+};
+
+struct ListItem {
+    std::string Text;
+    int64_t Data = 0;
+};
+
+/// A list of which one entry, or none (-1), is selected.
+class ListBox : public Control {
+ public:
+    using Control::Control;
+    void Clear();
+    void AddItem(std::string text, int64_t data = 0);
+    void ItemText(int32_t index, std::string text);
+
+    /// Puts an entry before the one at `index`, which may be one behind the last; what is selected stays so.
+    void InsertItem(int32_t index, std::string text);
+
+    /// Takes an entry out; if it was selected, none is.
+    void RemoveItem(int32_t index);
+    const std::vector<ListItem>& Items() const { return OwnItems; }
+    int32_t ListIndex() const { return Index_; }
+
+    /// Selects an entry and runs Click if it is another one. False, and no change, if there is no such entry.
+    bool ListIndex(int32_t index);
+
+    /// Selects an entry and runs Click also if it is selected already.
+    bool Select(int32_t index);
+
+    std::string ValueText() const override { return std::to_string(Index_); }
+    bool SetValueText(std::string_view text) override;
+    Event<> Click;
+
+ private:
+    std::vector<ListItem> OwnItems;
+    int32_t Index_ = -1;
+};
+
+class ComboBox : public ListBox {
+ public:
+    using ListBox::ListBox;
+};
+
+/// A number in a range, dragged (Scroll) and let go (Change).
+class Slider : public Control {
+ public:
+    Slider(Form& form, std::string name, int32_t index, int32_t minimum, int32_t maximum,
+           std::string textKey = "0");
+    int32_t Value() const { return OwnValue; }
+
+    /// Brings the value into the range; runs Scroll and Change if it differs.
+    void Value(int32_t value);
+
+    /// While dragging: runs Scroll only.
+    void Drag(int32_t value);
+    int32_t Minimum() const { return Low; }
+    int32_t Maximum() const { return High; }
+    std::string ValueText() const override { return std::to_string(OwnValue); }
+    bool SetValueText(std::string_view text) override;
+    Event<> Scroll;
+    Event<> Change;
+
+ private:
+    int32_t Low;
+    int32_t High;
+    int32_t OwnValue;
+    int32_t Settled;
+};
+
+class ScrollBar : public Slider {
+ public:
+    using Slider::Slider;
+};
+
+/// What a tab shows beside its key.
+struct TabTexts {
+    std::string TextKey = "0";  ///< key of caption and tool tip in the language file, "0" for none
+    std::string Caption;
+    std::string ToolTip;
+};
+
+class TabStrip : public Control {
+ public:
+    using Control::Control;
+    void AddTab(std::string key, TabTexts texts = {});
+    const std::vector<std::string>& Keys() const { return OwnKeys; }
+
+    /// Texts of the tabs, in the order of Keys.
+    const std::vector<TabTexts>& Texts() const { return OwnTexts; }
+
+    /// Replaces the texts of the tab at `index`, which must be there.
+    void Texts(size_t index, TabTexts texts);
+    const std::string& SelectedKey() const { return Selected; }
+
+    /// False if there is no such tab.
+    bool Select(std::string_view key);
+    std::string ValueText() const override { return Selected; }
+    bool SetValueText(std::string_view text) override { return Select(text); }
+    Event<> Click;
+
+ private:
+    std::vector<std::string> OwnKeys;
+    std::vector<TabTexts> OwnTexts;
+    std::string Selected;
+};
+
+/// A timer of a form. It fires every Interval milliseconds while it is enabled; an interval of 0 never fires.
+class TimerControl : public Control {
+ public:
+    TimerControl(Form& form, std::string name, int32_t intervalMs);
+    ~TimerControl() override;
+
+    /// Gives it the loop that it runs on. Until then it only remembers its state.
+    void Attach(EventLoop& loop);
+    void Detach();
+    bool Running() const { return On; }
+    void Running(bool on);
+    int32_t Interval() const { return IntervalMs; }
+    void Interval(int32_t milliseconds);
+    std::string ValueText() const override { return On ? "1" : "0"; }
+    Event<> Timer;
+
+ private:
+    void Apply();
+
+    std::unique_ptr<LoopTimer> Backing;
+    int32_t IntervalMs;
+    bool On = false;
+};
+
+}  // namespace Corvetape

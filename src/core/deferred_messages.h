@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+
+namespace Corvetape {
+
+/// Messages from deep inside a recording, which are told when the program ends. 0 stands for no message.
+struct DeferredMessages {
+    int32_t PendingError = 0;      ///< key of the text
+    std::string PendingErrorText;  ///< its first argument, a path or a description
+    int32_t PendingErrorCode = 0;  ///< its second argument, a result code
+    int32_t PendingInfo = 0;       ///< key of a text without arguments
+
+    /// The first error wins; later ones are dropped.
+    void RaiseError(int32_t key, std::string text, int32_t code) {
+        if (PendingError != 0) return;
+        PendingError = key;
+        PendingErrorText = std::move(text);
+        PendingErrorCode = code;
+    }
+
+    /// The last information wins.
+    void RaiseInfo(int32_t key) { PendingInfo = key; }
+};
+
+}  // namespace Corvetape

@@ -1,0 +1,115 @@
+#include "core/like.h"
+
+#include <utf8proc.h>
+
+#include <algorithm>
+
+#include "core/fold.h"
+
+namespace Corvetape {
+
+LikePattern::LikePattern(std::string_view pattern, LikeCase how) : Case(how) {
+    const std::u32string characters = CharactersOf(pattern);
+    size_t position = 0;
+    while (position < characters.size()) {
+        const char32_t character = characters[position];
+        if (character == U'[' && AddList(characters, position)) continue;
+        ++position;
+        Token token;
+        if (character == U'*') {
+            token.What = Kind::AnyMany;
+        } else if (character == U'?') {
+            token.What = Kind::AnyOne;
+        } else if (character == U'#') {
+            token.What = Kind::Digit;
+        } else {
+            token.Character = Case == LikeCase::Ignored ? FoldCharacter(character) : character;
+        }
+        Tokens.push_back(token);
+    }
+}
+
+bool LikePattern::AddList(std::u32string_view pattern, size_t& position) {
+    size_t begin = position + 1;
+    const bool negated = begin < pattern.size() && pattern[begin] == U'!';
+    if (negated) ++begin;
+    const size_t end = pattern.find(U']', begin + 1);
+    if (end == std::u32string_view::npos) return false;
+
+    Token token;
+    token.What = negated ? Kind::NoneOf : Kind::OneOf;
+    token.FirstRange = static_cast<uint32_t>(Ranges.size());
+    for (size_t i = begin; i < end; ++i) {
+        const bool isRange = i + 2 < end && pattern[i + 1] == U'-';
+        Ranges.push_back({pattern[i], isRange ? pattern[i + 2] : pattern[i]});
+        if (isRange) i += 2;
+    }
+    token.RangeCount = static_cast<uint32_t>(Ranges.size()) - token.FirstRange;
+    Tokens.push_back(token);
+    position = end + 1;
+    return true;
+}
+
+bool LikePattern::IsPlain() const {
+    return std::ranges::all_of(Tokens, [](const Token& token) { return token.What == Kind::Character; });
+}
+
+bool LikePattern::TokenMatches(const Token& token, char32_t character) const {
+    switch (token.What) {
+        case Kind::Character:
+            return token.Character == character;
+        case Kind::Digit:
+            return character >= U'0' && character <= U'9';
+        case Kind::OneOf:
+        case Kind::NoneOf:
+            break;
+        default:
+            return true;
+    }
+    const auto inList = [&](char32_t each) {
+        const auto first = Ranges.begin() + token.FirstRange;
+        return std::any_of(first, first + token.RangeCount,
+                           [each](const Range& range) { return each >= range.First && each <= range.Last; });
+    };
+    bool found = inList(character);
+    if (!found && Case == LikeCase::Ignored) {
+        // The text is folded to small letters, but the ranges stand as they were written.
+        const auto number = static_cast<utf8proc_int32_t>(character);
+        found = inList(static_cast<char32_t>(utf8proc_toupper(number))) ||
+                inList(static_cast<char32_t>(utf8proc_totitle(number)));
+    }
+    return found == (token.What == Kind::OneOf);
+}
+
+bool LikePattern::MatchesCharacters(std::u32string_view text) const {
+    size_t at = 0;
+    size_t token = 0;
+    size_t starToken = Tokens.size();  // the last "*" and how far its text was taken
+    size_t starAt = 0;
+    while (at < text.size()) {
+        if (token < Tokens.size() && Tokens[token].What == Kind::AnyMany) {
+            starToken = token++;
+            starAt = at;
+        } else if (token < Tokens.size() && TokenMatches(Tokens[token], text[at])) {
+            ++token;
+            ++at;
+        } else if (starToken < Tokens.size()) {
+            token = starToken + 1;
+            at = ++starAt;
+        } else {
+            return false;
+        }
+    }
+    return std::all_of(Tokens.begin() + static_cast<std::ptrdiff_t>(token), Tokens.end(),
+                       [](const Token& each) { return each.What == Kind::AnyMany; });
+}
+
+bool LikePattern::Matches(std::string_view text) const {
+    return MatchesCharacters(Case == LikeCase::Ignored ? FoldText(text) : CharactersOf(text));
+}
+
+bool Like(std::string_view text, std::string_view pattern, LikeCase how) {
+    return LikePattern(pattern, how).Matches(text);
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,378 @@
+#include "core/profile.h"
+
+#include <algorithm>
+#include <charconv>
+#include <utility>
+
+#include "core/text.h"
+#include "platform/files.h"
+
+namespace Corvetape {
+
+namespace {
+
+constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+
+std::string_view Trim(std::string_view text) {
+    constexpr std::string_view blanks = " \t";
+    const size_t first = text.find_first_not_of(blanks);
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+/// What a value reads as: trimmed, and one pair of quotes taken off.
+std::string_view ReadValue(std::string_view text) {
+    const std::string_view trimmed = Trim(text);
+    if (trimmed.size() < 2 || trimmed.front() != trimmed.back()) return trimmed;
+    if (trimmed.front() != '"' && trimmed.front() != '\'') return trimmed;
+    return trimmed.substr(1, trimmed.size() - 2);
+}
+
+/// What has to be written so that it reads as `value`.
+std::string WrittenValue(std::string_view value) {
+    return ReadValue(value) == value ? std::string(value) : "\"" + std::string(value) + "\"";
+}
+
+bool IsLineEnd(char character) {
+    return character == '\r' || character == '\n' || character == '\0';
+}
+
+std::string OneLine(std::string_view text) {
+    std::string line(text);
+    std::ranges::replace_if(line, IsLineEnd, ' ');
+    return line;
+}
+
+bool FitsName(std::string_view name) {
+    return std::ranges::none_of(name, IsLineEnd) && Trim(name) == name;
+}
+
+bool FitsSection(std::string_view name) {
+    return FitsName(name) && name.find(']') == std::string_view::npos;
+}
+
+bool FitsKey(std::string_view name) {
+    return FitsName(name) && !name.empty() && name.find('=') == std::string_view::npos &&
+           name.front() != ';' && name.front() != '[';
+}
+
+enum class LineKind { Other, Section, Key };
+
+/// One line of the file. Positions count from the file's beginning.
+struct Line {
+    LineKind Kind = LineKind::Other;
+    size_t Begin = 0;
+    size_t ValueBegin = 0;  ///< behind "=" and the blanks that follow it
+    size_t TextEnd = 0;     ///< before the line end
+    size_t End = 0;         ///< behind the line end
+    std::string_view Name;  ///< of the section or key
+    std::string_view Value;
+    bool Blank = false;
+};
+
+void Classify(Line& line, std::string_view file, size_t textBegin) {
+    std::string_view text = file.substr(textBegin, line.TextEnd - textBegin);
+    text = text.substr(0, text.find('\0'));
+    const std::string_view trimmed = Trim(text);
+    line.Blank = trimmed.empty();
+    if (line.Blank || trimmed.front() == ';') return;
+    if (trimmed.front() == '[') {
+        const size_t close = trimmed.find(']');
+        if (close == std::string_view::npos) return;
+        line.Kind = LineKind::Section;
+        line.Name = Trim(trimmed.substr(1, close - 1));
+        return;
+    }
+    const size_t equals = text.find('=');
+    if (equals == std::string_view::npos) return;
+    line.Kind = LineKind::Key;
+    line.Name = Trim(text.substr(0, equals));
+    line.Value = ReadValue(text.substr(equals + 1));
+    const size_t value = text.find_first_not_of(" \t", equals + 1);
+    line.ValueBegin = textBegin + (value == std::string_view::npos ? equals + 1 : value);
+}
+
+std::vector<Line> SplitLines(std::string_view file) {
+    std::vector<Line> lines;
+    size_t begin = 0;
+    while (begin < file.size()) {
+        Line line;
+        line.Begin = begin;
+        const size_t feed = file.find('\n', begin);
+        line.End = feed == std::string_view::npos ? file.size() : feed + 1;
+        line.TextEnd = feed == std::string_view::npos ? file.size() : feed;
+        if (line.TextEnd > begin && file[line.TextEnd - 1] == '\r') --line.TextEnd;
+        const bool marked = begin == 0 && file.starts_with(ByteOrderMark);
+        Classify(line, file, marked ? std::min(ByteOrderMark.size(), line.TextEnd) : begin);
+        lines.push_back(line);
+        begin = line.End;
+    }
+    return lines;
+}
+
+/// The line end that a file uses, by its first line.
+std::string_view LineEnd(std::string_view file) {
+    const size_t feed = file.find('\n');
+    return feed != std::string_view::npos && feed > 0 && file[feed - 1] == '\r' ? "\r\n" : "\n";
+}
+
+bool EndsWithLineEnd(std::string_view file) {
+    return file.ends_with('\n');
+}
+
+/// Where a section stands among the lines: from its first line behind the header to the next header.
+struct LineRange {
+    size_t First = 0;
+    size_t Last = 0;  ///< behind the last one
+};
+
+std::optional<LineRange> FindSection(const std::vector<Line>& lines, std::string_view section) {
+    size_t first = 0;
+    if (!section.empty()) {
+        while (first < lines.size() &&
+               !(lines[first].Kind == LineKind::Section && EqualIgnoringCase(lines[first].Name, section))) {
+            ++first;
+        }
+        if (first == lines.size()) return std::nullopt;
+        ++first;
+    }
+    size_t last = first;
+    while (last < lines.size() && lines[last].Kind != LineKind::Section) ++last;
+    return LineRange{first, last};
+}
+
+const Line* FindKey(const std::vector<Line>& lines, LineRange range, std::string_view key) {
+    for (size_t i = range.First; i < range.Last; ++i) {
+        if (lines[i].Kind == LineKind::Key && EqualIgnoringCase(lines[i].Name, key)) return &lines[i];
+    }
+    return nullptr;
+}
+
+/// Behind the last key of a section, or behind its header if it has none.
+size_t EndOfKeys(std::string_view file, const std::vector<Line>& lines, LineRange range) {
+    for (size_t i = range.Last; i > range.First; --i) {
+        if (lines[i - 1].Kind == LineKind::Key) return lines[i - 1].End;
+    }
+    if (range.First > 0) return lines[range.First - 1].End;
+    return file.starts_with(ByteOrderMark) ? ByteOrderMark.size() : 0;
+}
+
+std::string InsertLine(std::string_view file, size_t position, const std::string& line) {
+    const std::string end(LineEnd(file));
+    const bool behindUnfinishedLine =
+        position > 0 && position == file.size() && !EndsWithLineEnd(file) && file != ByteOrderMark;
+    std::string result(file.substr(0, position));
+    result.append(behindUnfinishedLine ? end + line : line + end);
+    return result.append(file.substr(position));
+}
+
+std::string AppendSection(std::string_view file, const std::vector<Line>& lines, std::string_view section,
+                          const std::string& line) {
+    const std::string end(LineEnd(file));
+    std::string result(file);
+    if (!lines.empty() && file != ByteOrderMark) {
+        if (!EndsWithLineEnd(file)) result += end;
+        if (!lines.back().Blank) result += end;
+    }
+    return result.append("[").append(section).append("]").append(end).append(line).append(end);
+}
+
+std::string WithValue(std::string_view file, std::string_view section, std::string_view key,
+                      std::string_view value) {
+    const std::vector<Line> lines = SplitLines(file);
+    const std::string written = WrittenValue(value);
+    const std::string newLine = std::string(key) + "=" + written;
+    const std::optional<LineRange> range = FindSection(lines, section);
+    if (!range) return AppendSection(file, lines, section, newLine);
+    const Line* old = FindKey(lines, *range, key);
+    if (old == nullptr) return InsertLine(file, EndOfKeys(file, lines, *range), newLine);
+    return std::string(file.substr(0, old->ValueBegin)).append(written).append(file.substr(old->TextEnd));
+}
+
+std::string WithoutKey(std::string_view file, std::string_view section, std::string_view key) {
+    const std::vector<Line> lines = SplitLines(file);
+    const std::optional<LineRange> range = FindSection(lines, section);
+    const Line* old = range ? FindKey(lines, *range, key) : nullptr;
+    if (old == nullptr) return std::string(file);
+    const size_t begin =
+        old->Begin == 0 && file.starts_with(ByteOrderMark) ? ByteOrderMark.size() : old->Begin;
+    return std::string(file.substr(0, begin)).append(file.substr(old->End));
+}
+
+std::string WithoutSection(std::string_view file, std::string_view section) {
+    std::string result;
+    bool inside = section.empty();
+    for (const Line& line : SplitLines(file)) {
+        if (line.Kind == LineKind::Section) inside = EqualIgnoringCase(line.Name, section);
+        if (!inside) result.append(file.substr(line.Begin, line.End - line.Begin));
+    }
+    return result;
+}
+
+}  // namespace
+
+Profile::Profile(Files& files, std::string path, WriteCare care)
+    : Disk(files), OwnPath(std::move(path)), Care(care) {}
+
+Profile::Content Profile::Parse(std::string_view text) {
+    Content content{Section{}};
+    size_t current = 0;
+    constexpr size_t doubled = std::numeric_limits<size_t>::max();
+    for (const Line& line : SplitLines(text)) {
+        if (line.Kind == LineKind::Section) {
+            const auto same = [&](const Section& each) { return EqualIgnoringCase(each.Name, line.Name); };
+            const bool known = std::ranges::any_of(content, same);
+            current = known ? doubled : content.size();
+            if (!known) content.push_back({std::string(line.Name), {}});
+        } else if (line.Kind == LineKind::Key && current != doubled && !line.Name.empty()) {
+            content[current].Entries.push_back({std::string(line.Name), std::string(line.Value)});
+        }
+    }
+    return content;
+}
+
+/// The file as it is now, empty if there is none; nothing if there is one that cannot be read.
+std::optional<std::string> Profile::ReadFile() const {
+    if (auto text = Disk.ReadAll(OwnPath, SizeLimit)) return text;
+    if (Disk.FileSize(OwnPath)) return std::nullopt;
+    return std::string();
+}
+
+const Profile::Content& Profile::Load() const {
+    if (Known) return Cache;
+    const std::optional<std::string> text = ReadFile();
+    Cache = Parse(text.value_or(std::string()));
+    Known = text.has_value();  // an unreadable file is tried again the next time
+    return Cache;
+}
+
+std::optional<std::string> Profile::Find(std::string_view section, std::string_view key) const {
+    const auto overridden = Overrides.find({LowerCase(section), LowerCase(key)});
+    if (overridden != Overrides.end()) return overridden->second.Value;
+    for (const Section& each : Load()) {
+        if (!EqualIgnoringCase(each.Name, section)) continue;
+        for (const Entry& entry : each.Entries) {
+            if (EqualIgnoringCase(entry.Key, key)) return entry.Value;
+        }
+        return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+std::string Profile::ReadText(std::string_view section, std::string_view key, std::string_view fallback,
+                              size_t limit) const {
+    const std::optional<std::string> value = Find(section, key);
+    return std::string(CutText(value ? std::string_view(*value) : fallback, limit));
+}
+
+int32_t Profile::ReadInt(std::string_view section, std::string_view key, int32_t fallback) const {
+    const std::optional<std::string> value = Find(section, key);
+    if (!value || value->empty()) return fallback;
+    std::string_view text = Trim(*value);
+    const bool negative = text.starts_with('-');
+    if (negative || text.starts_with('+')) text.remove_prefix(1);
+    int64_t number = 0;
+    constexpr int64_t tooLarge = int64_t{1} << 40;
+    for (const char digit : text) {
+        if (digit < '0' || digit > '9') break;
+        number = std::min(tooLarge, number * 10 + (digit - '0'));
+    }
+    if (negative) number = -number;
+    return static_cast<int32_t>(std::clamp<int64_t>(number, std::numeric_limits<int32_t>::min(),
+                                                    std::numeric_limits<int32_t>::max()));
+}
+
+bool Profile::HasKey(std::string_view section, std::string_view key) const {
+    return Find(section, key).has_value();
+}
+
+std::vector<std::string> Profile::Keys(std::string_view section, size_t bufferBytes) const {
+    std::vector<std::string> names;
+    for (const Section& each : Load()) {
+        if (!EqualIgnoringCase(each.Name, section)) continue;
+        for (const Entry& entry : each.Entries) names.push_back(entry.Key);
+    }
+    for (const auto& [name, entry] : Overrides) {
+        if (!EqualIgnoringCase(entry.Section, section)) continue;
+        const auto same = [&key = entry.Key](const std::string& each) {
+            return EqualIgnoringCase(each, key);
+        };
+        if (!entry.Value) {
+            std::erase_if(names, same);
+        } else if (std::ranges::none_of(names, same)) {
+            names.push_back(entry.Key);
+        }
+    }
+    size_t used = 1;
+    for (size_t i = 0; i < names.size(); ++i) {
+        used += names[i].size() + 1;
+        if (used <= bufferBytes) continue;
+        names.resize(i);
+        break;
+    }
+    return names;
+}
+
+std::vector<std::string> Profile::Sections() const {
+    std::vector<std::string> names;
+    for (const Section& each : Load()) {
+        if (!each.Name.empty()) names.push_back(each.Name);
+    }
+    for (const auto& [name, entry] : Overrides) {
+        const auto same = [&section = entry.Section](const std::string& each) {
+            return EqualIgnoringCase(each, section);
+        };
+        if (entry.Value && !entry.Section.empty() && std::ranges::none_of(names, same)) {
+            names.push_back(entry.Section);
+        }
+    }
+    return names;
+}
+
+bool Profile::Replace(const std::string& before, const std::string& after) {
+    // Loading the settings writes back what it read; a file that would not change is left in peace.
+    if (before == after) return true;
+    Known = false;
+    return Care == WriteCare::Disk ? Disk.ReplaceAtomically(OwnPath, after)
+                                   : Disk.ReplaceQuickly(OwnPath, after);
+}
+
+Profile::Overridden* Profile::FindOverride(std::string_view section, std::string_view key) {
+    const auto found = Overrides.find({LowerCase(section), LowerCase(key)});
+    return found == Overrides.end() ? nullptr : &found->second;
+}
+
+bool Profile::Write(std::string_view section, std::string_view key, std::string_view value) {
+    if (!FitsSection(section) || !FitsKey(key)) return false;
+    const std::string line = OneLine(value);
+    if (Overridden* overridden = FindOverride(section, key)) {
+        overridden->Value = line;
+        return true;
+    }
+    const std::optional<std::string> file = ReadFile();
+    return file && Replace(*file, WithValue(*file, section, key, line));
+}
+
+bool Profile::Delete(std::string_view section, std::string_view key) {
+    if (Overridden* overridden = FindOverride(section, key)) {
+        overridden->Value.reset();
+        return true;
+    }
+    const std::optional<std::string> file = ReadFile();
+    return file && Replace(*file, WithoutKey(*file, section, key));
+}
+
+bool Profile::DeleteSection(std::string_view section) {
+    for (auto& [name, entry] : Overrides) {
+        if (EqualIgnoringCase(entry.Section, section)) entry.Value.reset();
+    }
+    const std::optional<std::string> file = ReadFile();
+    return file && Replace(*file, WithoutSection(*file, section));
+}
+
+void Profile::Override(std::string_view section, std::string_view key, std::string_view value) {
+    Overrides[{LowerCase(section), LowerCase(key)}] = {std::string(section), std::string(key),
+                                                       OneLine(value)};
+}
+
+}  // namespace Corvetape

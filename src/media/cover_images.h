@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "audio/pause_settings.h"
+#include "platform/files.h"
+#include "platform/http.h"
+
+namespace Corvetape {
+
+/// A picture is cut off after so many bytes.
+inline constexpr size_t MostCoverBytes = 1'000'000;
+
+/// Answers of fewer bytes are error pages or placeholders.
+inline constexpr size_t LeastCoverBytes = 1025;
+
+/// True for the address of a picture that is fetched: not an empty one, and no GIF.
+bool IsCoverFetched(const std::string& address);
+
+/// Fetches the pictures whose addresses the providers give, and stores that of a song beside it.
+///
+/// Of two pictures in a row the older one stays at hand: with the end of song by media data the address of
+/// the next picture comes while the song is still being finished.
+class CoverImages {
+ public:
+    /// All of them outlive it.
+    CoverImages(Http& http, Files& files, const PauseSettings& pause);
+    ~CoverImages();
+    CoverImages(const CoverImages&) = delete;
+    CoverImages& operator=(const CoverImages&) = delete;
+
+    /// Asks for the picture at an address, once for each address in a row. A failed request is not repeated
+    /// until another address comes in between.
+    void LoadImage(const std::string& address);
+
+    /// Writes the picture of the song in the file as `basePath` + ".jpg", whatever its format. Nothing
+    /// without one; a disk that refuses is passed over.
+    void SaveImage(const std::string& basePath);
+
+    /// The newest picture as it was delivered; empty if there is none that counts as one.
+    const std::string& Picture() const;
+
+    /// A picture has come, or the present one has to go.
+    std::function<void()> Changed;
+
+ private:
+    void Answered(const HttpAnswer& answer);
+
+    Http& Web;
+    Files& Disk;
+    const PauseSettings& Pause;
+    std::shared_ptr<bool> Alive;
+    std::string CoverBytes;
+    std::string SongCoverBytes;
+    std::string LastCoverUrl;
+};
+
+}  // namespace Corvetape

@@ -1,0 +1,93 @@
+#include "media/player_bridge.h"
+
+#include <chrono>
+#include <utility>
+
+#include "core/text.h"
+
+namespace Corvetape {
+
+namespace {
+
+/// Longer than any title; what a player says may have any length.
+constexpr size_t MostFieldBytes = 4096;
+
+std::string Field(const std::string& text) {
+    return std::string(CutText(text, MostFieldBytes));
+}
+
+}  // namespace
+
+PlayerReport WithSplitTitle(PlayerReport report) {
+    constexpr std::string_view separator = " - ";
+    if (!report.Artist.empty()) return report;
+    const size_t place = report.Title.find(separator);
+    if (place == std::string::npos || place == 0) return report;
+    report.Artist = report.Title.substr(0, place);
+    report.Title.erase(0, place + separator.size());
+    return report;
+}
+
+PlayerBridge::PlayerBridge(Players& players, RegistryBranches& registry, EventLoop& loop)
+    : Registry(registry), Alive(std::make_shared<bool>(true)), Timer(loop.NewTimer([this] { Publish(); })) {
+    Registry.MakeVolatile(PlayerKeyPath);
+    const std::weak_ptr<bool> alive = Alive;
+    players.Listen(
+        [this, alive](const PlayerReport& report) {
+            if (!alive.expired()) Changed(report);
+        },
+        [this, alive](const std::string& player) {
+            if (!alive.expired()) Gone(player);
+        });
+}
+
+PlayerBridge::~PlayerBridge() = default;
+
+void PlayerBridge::Changed(const PlayerReport& report) {
+    Entry& entry = Reports[report.Player];
+    if (report.Playing && !entry.Report.Playing) entry.BeganAt = ++Begins;
+    const bool news = entry.Report != report;
+    entry.Report = report;
+    if (news) Settle();
+}
+
+void PlayerBridge::Gone(const std::string& player) {
+    if (Reports.erase(player) > 0) Settle();
+}
+
+const PlayerReport* PlayerBridge::Counting() const {
+    const Entry* best = nullptr;
+    for (const auto& [name, entry] : Reports) {
+        if (!entry.Report.Playing) continue;
+        if (best == nullptr || entry.BeganAt > best->BeganAt) best = &entry;
+    }
+    return best == nullptr ? nullptr : &best->Report;
+}
+
+void PlayerBridge::Settle() {
+    // A player that tells its position many times a second must not put the values off for ever: the wait
+    // begins with the first change and is not begun anew.
+    if (!Timer->Active()) Timer->Start(std::chrono::milliseconds(PlayerSettleMs), TimerPrecision::Coarse);
+}
+
+void PlayerBridge::Publish() {
+    Timer->Stop();
+    const PlayerReport* counting = Counting();
+    const PlayerReport report = counting == nullptr ? PlayerReport{} : WithSplitTitle(*counting);
+    if (report == Published) return;
+    Published = report;
+    // The status comes last: whoever reads "Playing" finds the others in place.
+    Write("Genre", Field(report.Genre));
+    Write("Artist", Field(report.Artist));
+    Write("Title", Field(report.Title));
+    Write("Album", Field(report.Album));
+    Write("Cover", Field(report.Cover));
+    Write("Status", report.Playing ? "Playing" : "Stopped");
+}
+
+void PlayerBridge::Write(const char* name, const std::string& value) {
+    // The values are in memory, where nothing fails.
+    static_cast<void>(Registry.WriteRegistryValue(RegistryRoot::CurrentUser, PlayerKeyPath, name, value));
+}
+
+}  // namespace Corvetape

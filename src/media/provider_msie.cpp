@@ -1,0 +1,145 @@
+#include "media/provider_msie.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "core/profile.h"
+#include "media/window_search.h"
+
+namespace Corvetape {
+
+namespace {
+
+/// Holds a flag for as long as it lives.
+class Held {
+ public:
+    explicit Held(bool& flag) : Flag(flag) { Flag = true; }
+    ~Held() { Flag = false; }
+    Held(const Held&) = delete;
+    Held& operator=(const Held&) = delete;
+
+ private:
+    bool& Flag;
+};
+
+}  // namespace
+
+clsProviderMSIE::clsProviderMSIE(ProviderHost& host, BrowserSources sources)
+    : Host(host), Sources(std::move(sources)) {
+    ClearMedia(Host.Media.CurrentMedia);
+    // A song that waits for its hand-over keeps its record: there is only this one.
+    if (!Host.HandOverPending()) ClearMedia(Host.Media.SongMedia);
+    Host.Media.MixerSectionName = "Mixer";
+    ReArmRecording(Host);
+    From.Desktop = Sources.Windows;
+    LoadProfiles();
+    const Held busy(Busy);
+    if (Sources.Documents) Sources.Documents->BeginPoll();
+    static_cast<void>(ConnectDocument());  // ProviderName tells whether anything was found
+}
+
+clsProviderMSIE::~clsProviderMSIE() {
+    ClearMedia(Host.Media.CurrentMedia);
+}
+
+void clsProviderMSIE::LoadProfiles() {
+    Profiles = ReadProfiles(Profile(Sources.Files, Sources.ProfilePath));
+}
+
+bool clsProviderMSIE::Find() {
+    SearchPlace place(Sources.Documents, Sources.Windows);
+    for (const ProviderProfile& profile : Profiles) {
+        if (profile.ReadsWindow()) continue;
+        From.Page = place.FindDocumentByPatterns(profile.WindowClass, profile.WindowTitle, profile.DocTitle,
+                                                 profile.DocUrl);
+        if (From.Page) {
+            Current = &profile;
+            return true;
+        }
+    }
+    for (const ProviderProfile& profile : Profiles) {
+        if (!profile.ReadsWindow()) continue;
+        From.Window = place.FindWindowByPatterns(profile.WindowTitle, profile.WindowClass);
+        if (From.Window != 0) {
+            Current = &profile;
+            return true;
+        }
+    }
+    const bool wanted = std::ranges::any_of(Profiles, &ProviderProfile::ReadsWindow);
+    if (wanted && (!Sources.Windows || !Sources.Windows->Available())) Sources.WindowsWanted();
+    return false;
+}
+
+bool clsProviderMSIE::ConnectDocument() {
+    From.Page.reset();
+    From.Window = 0;
+    STATIONANDSONGDATA& media = Host.Media.CurrentMedia;
+    for (std::string* field :
+         {&media.StationName, &media.StationDescr, &media.Artist, &media.Song, &media.Album, &media.Cover}) {
+        field->clear();
+    }
+    if (Profiles.empty() || !Find()) return false;
+    BecomeProvider();
+    static_cast<void>(ReadStationFields());  // a station without a name is still the source
+    return true;
+}
+
+void clsProviderMSIE::BecomeProvider() {
+    const std::string before = Host.Media.ProviderName;
+    Host.Media.ProviderName = Current->Name;
+    Host.Media.MixerSectionName = "Mixer" + Current->Name;
+    ReArmRecording(Host);
+    if (before != Current->Name) Host.AdoptSettings(Current->Name);
+}
+
+bool clsProviderMSIE::ReadField(std::string& field, const MediaFieldRule& rule, FieldKind kind) {
+    RuleReading reading = EvaluateRule(From, rule, kind);
+    if (!reading.Skipped) field = std::move(reading.Value);
+    return !reading.Failed;
+}
+
+bool clsProviderMSIE::ReadStationFields() {
+    STATIONANDSONGDATA& media = Host.Media.CurrentMedia;
+    media.StationName.clear();
+    media.StationDescr.clear();
+    if (!Connected() && !ConnectDocument()) return false;
+    return ReadField(media.StationName, Current->Station) &&
+           ReadField(media.StationDescr, Current->StationDesc);
+}
+
+bool clsProviderMSIE::ReadSongFields() {
+    STATIONANDSONGDATA& media = Host.Media.CurrentMedia;
+    for (std::string* field : {&media.Artist, &media.Song, &media.Album, &media.Cover}) field->clear();
+    if (!Connected() && !ReadStationFields()) return false;
+    if (media.StationName.empty() && !ReadStationFields()) return false;
+    return ReadField(media.Artist, Current->Artist) && ReadField(media.Song, Current->Title) &&
+           ReadField(media.Album, Current->Album) &&
+           ReadField(media.Cover, Current->Cover, FieldKind::Address);
+}
+
+void clsProviderMSIE::GetStationData() {
+    if (Busy) return;
+    const Held busy(Busy);
+    if (Sources.Documents) Sources.Documents->BeginPoll();
+    if (ConnectDocument()) {
+        static_cast<void>(ReadSongFields());  // fields behind an error stay empty
+    } else {
+        Host.Media.ProviderName.clear();
+    }
+}
+
+void clsProviderMSIE::GetSongData() {
+    if (Busy) return;
+    const Held busy(Busy);
+    if (Sources.Documents) Sources.Documents->BeginPoll();
+    static_cast<void>(ReadSongFields());  // fields behind an error stay empty
+}
+
+bool clsProviderMSIE::RestartRadio() {
+    if (Current == nullptr || Current->Restart.Element.empty()) return true;
+    if (Busy || !From.Page) return false;
+    if (Sources.Documents) Sources.Documents->BeginPoll();
+    return From.Page->Run(Current->Restart.Element);
+}
+
+}  // namespace Corvetape

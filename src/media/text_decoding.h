@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace Corvetape {
+
+/// Makes text of a web page readable: puts misread UTF-8 right, then replaces the named entities of HTML 4,
+/// then percent codes, then puts misread UTF-8 right again.
+///
+/// Three effects are odd and wanted. Entities are compared ignoring case and those of capital letters come
+/// first, so that "&auml;" gives the capital letter, too. A percent sign that a code gives may begin the next
+/// code. A "%0" that stood in the text is lost.
+std::string DecodeWebText(std::string_view text);
+
+/// Puts right what was UTF-8 and was read as ANSI. Only lead bytes 195 to 198, with one byte behind, and 225,
+/// with two, are recognised, and of the byte behind no more is asked than that it is 128 or above. All else
+/// stays as it is.
+std::string RepairUtf8(std::string_view text);
+
+/// The code of the character that one to three bytes of UTF-8 stand for, without a look at what kind of bytes
+/// they are.
+char32_t CodePointFromBytes(std::span<const uint8_t> bytes);
+
+/// The ANSI (Windows-1252) code of a character; that of "?" if it has none.
+uint8_t AnsiCode(char32_t character);
+
+/// The character of an ANSI code.
+char32_t CharacterOfAnsi(uint8_t code);
+
+/// A text from a file: as it is if it is UTF-8, otherwise read as ANSI.
+std::string TextFromFile(std::string_view bytes);
+
+}  // namespace Corvetape

@@ -1,0 +1,121 @@
+#include "mixer/input_list.h"
+
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+#include "core/settings_table.h"
+#include "core/text.h"
+
+namespace Corvetape {
+
+namespace {
+
+std::string UpToNul(const std::string& name) {
+    return name.substr(0, name.find('\0'));
+}
+
+bool CanBeRecorded(const WaveInDevice& device) {
+    return (device.dwFormats & (WAVE_FORMAT_4S16 | WAVE_FORMAT_48S16)) != 0;
+}
+
+/// A long text of names comes back cut from the settings file. Without this the choice of a user with many
+/// devices would be lost at each start.
+bool SameDevices(const std::string& names, const std::string& stored) {
+    const SettingRow* row = FindSetting("Mixer", "InputDeviceNames");
+    return names == stored || CutText(names, row->Limit()) == stored;
+}
+
+}  // namespace
+
+InputList::InputList(InputListParts parts, InputListNotices notices, InputListActions actions)
+    : Parts(parts), Notices(notices), Actions(std::move(actions)) {
+    Parts.Form.cmbInputDevices.Click.Connect([this] { DeviceClicked(); });
+    Parts.Form.chk48kHz.Click.Connect([this] {
+        // The new rate takes effect when the device is opened next.
+        Parts.Settings.SPDIF48kHz = Parts.Form.chk48kHz.Value() != 0;
+        Parts.Store.WriteSetting("Mixer", "SPDIF48kHz", Parts.Form.chk48kHz.Value());
+    });
+    Parts.Form.chkMixerAutoUpdate.Click.Connect([this] {
+        Parts.Settings.AutoUpdate = Parts.Form.chkMixerAutoUpdate.Value() != 0;
+        Parts.Store.WriteSetting("Mixer", "AutoUpdate", Parts.Form.chkMixerAutoUpdate.Value());
+    });
+}
+
+bool InputList::FillInputDevices() {
+    ComboBox& list = Parts.Form.cmbInputDevices;
+    const std::string names = ListDevices();
+    if (list.Items().empty()) {
+        TellNoDevice();
+        return false;
+    }
+    const int32_t index = Parts.Settings.InputDevice;
+    const bool within = index >= 0 && static_cast<size_t>(index) < list.Items().size();
+    if (within && SameDevices(names, Parts.Settings.InputDeviceNames)) {
+        list.Select(index);
+    } else {
+        SelectFirst(names);
+    }
+    ChosenDevice =
+        static_cast<int32_t>(list.Items().at(static_cast<size_t>(Parts.Settings.InputDevice)).Data);
+    return true;
+}
+
+/// Fills the list. The names of all devices, also of those that cannot be recorded from, each with a ";".
+std::string InputList::ListDevices() {
+    ComboBox& list = Parts.Form.cmbInputDevices;
+    list.Clear();
+    std::string names;
+    int64_t number = 0;
+    for (const WaveInDevice& device : Parts.WaveIn.Devices()) {
+        const std::string name = UpToNul(device.Name);
+        if (CanBeRecorded(device)) list.AddItem(name, number);
+        names += name + ";";
+        ++number;
+    }
+    return names;
+}
+
+void InputList::TellNoDevice() {
+    const std::string text = Notices.Messages.FormatMsg("902");
+    Notices.Log.WriteLog({"INFO", text});
+    if (!Notices.Lifecycle.DontAsk) Notices.Dialogs.MessageBox(text, DialogIcon::Critical);
+}
+
+void InputList::SelectFirst(const std::string& names) {
+    Parts.Settings.InputDeviceNames = names;
+    Parts.Form.tbsMain.Select("TAB_AUDIO");
+    Parts.Form.cmbInputDevices.Select(0);
+    const std::string text = Notices.Messages.FormatMsg("901");
+    Notices.Log.WriteLog({"INFO", text});
+    if (Notices.Lifecycle.DontAsk || Notices.Lifecycle.WizardRequested) return;
+    Notices.Dialogs.MessageBox(text, DialogIcon::Exclamation);
+}
+
+void InputList::DeviceClicked() {
+    frmMain& form = Parts.Form;
+    if (Actions.CaptureOpen()) {
+        Actions.CloseWaveIn();
+        for (CheckBox& box : form.chkStartStop) box.Enabled(false);
+    }
+    const int32_t index = form.cmbInputDevices.ListIndex();
+    if (index < 0) return;  // a click that somebody raised on an empty list
+    const int64_t device = form.cmbInputDevices.Items().at(static_cast<size_t>(index)).Data;
+    if (Actions.OpenWaveIn(static_cast<int32_t>(device))) {
+        for (CheckBox& box : form.chkStartStop) box.Enabled(true);
+    }
+    if (index != Parts.Settings.InputDevice) TakeOver(index);
+    Parts.Store.WriteSetting("Mixer", "InputDeviceNames", Parts.Settings.InputDeviceNames);
+}
+
+void InputList::TakeOver(int32_t index) {
+    const ListItem& chosen = Parts.Form.cmbInputDevices.Items().at(static_cast<size_t>(index));
+    Parts.Settings.InputDevice = index;
+    ChosenDevice = static_cast<int32_t>(chosen.Data);
+    Parts.Store.WriteSetting("Mixer", "InputDevice", index);
+    if (!Parts.Media.StationDataEnabled) return;
+    Actions.GetStationData();
+    Actions.LoadImage(Parts.Media.CurrentMedia.Cover);
+}
+
+}  // namespace Corvetape

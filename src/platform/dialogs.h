@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace Corvetape {
+
+enum class DialogIcon { Information, Exclamation, Critical };
+
+/// Boxes that the user answers. A call returns when the box is closed; events are handled meanwhile.
+/// A machine without a screen answers at once, as if the user had closed the box.
+class Dialogs {
+ public:
+    virtual ~Dialogs() = default;
+
+    virtual void MessageBox(const std::string& text, DialogIcon icon) = 0;
+    virtual bool AskYesNo(const std::string& text, DialogIcon icon) = 0;
+    virtual void Beep() = 0;
+
+    /// Lets the user choose a folder; nothing if cancelled.
+    virtual std::optional<std::string> BrowseForFolder(const std::string& title,
+                                                       const std::string& start) = 0;
+
+    /// Lets the user choose a file; nothing if cancelled.
+    virtual std::optional<std::string> OpenFile(const std::string& title, const std::string& filter,
+                                                const std::string& start) = 0;
+};
+
+}  // namespace Corvetape

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Corvetape {
+
+/// A file opened for writing. Closed by its destructor if nobody did.
+class File {
+ public:
+    virtual ~File() = default;
+
+    /// Writes all bytes at the position and moves it behind them. False if not all could be written.
+    virtual bool Write(std::span<const std::byte> bytes) = 0;
+
+    /// Moves the position, counted from the file's beginning.
+    virtual bool Seek(uint64_t position) = 0;
+
+    virtual uint64_t Position() const = 0;
+
+    /// False if the system reports late that something was not written. The file is closed in any case.
+    virtual bool Close() = 0;
+};
+
+struct FileEntry {
+    std::string Name;  ///< without its folder
+    uint64_t Size = 0;
+    bool IsFolder = false;
+
+    bool operator==(const FileEntry&) const = default;
+};
+
+/// Paths are UTF-8 with "/" between folders.
+class Files {
+ public:
+    virtual ~Files() = default;
+
+    /// Creates or empties a file. Nothing on failure; LastError tells why.
+    virtual std::unique_ptr<File> Create(const std::string& path) = 0;
+
+    /// The whole content if the file exists and holds at most `limit` bytes.
+    virtual std::optional<std::string> ReadAll(const std::string& path, uint64_t limit) = 0;
+
+    /// `count` bytes at most from `offset` on; an empty text past the end; nothing on failure.
+    virtual std::optional<std::string> ReadPart(const std::string& path, uint64_t offset, size_t count) = 0;
+
+    /// Overwrites bytes inside an existing file; the rest stays.
+    virtual bool Patch(const std::string& path, uint64_t offset, std::string_view bytes) = 0;
+
+    /// Replaces the content so that at any moment, also after a crash, either the old or the new is there.
+    virtual bool ReplaceAtomically(const std::string& path, std::string_view content) = 0;
+
+    /// The same without waiting for the disk: it outlives the end of the process at any moment, but a power
+    /// cut may take the last seconds of it. For what is written often and means little.
+    virtual bool ReplaceQuickly(const std::string& path, std::string_view content) {
+        return ReplaceAtomically(path, content);
+    }
+
+    /// Opens, appends in one write, closes. Creates a missing file, not a missing folder.
+    virtual bool Append(const std::string& path, std::string_view content) = 0;
+
+    /// Replaces a file that stands at `to`.
+    virtual bool Rename(const std::string& from, const std::string& to) = 0;
+
+    virtual bool Copy(const std::string& from, const std::string& to) = 0;
+    virtual bool Delete(const std::string& path) = 0;
+
+    /// Creates the last level only. False if it is there already or its parent is missing.
+    virtual bool MakeFolder(const std::string& path) = 0;
+
+    /// Removes an empty folder.
+    virtual bool DeleteFolder(const std::string& path) = 0;
+
+    virtual bool IsFolder(const std::string& path) = 0;
+
+    /// Size of a file; nothing if there is none.
+    virtual std::optional<uint64_t> FileSize(const std::string& path) = 0;
+
+    /// What a folder holds, in the order of names; nothing if it cannot be read.
+    virtual std::vector<FileEntry> List(const std::string& folder) = 0;
+
+    /// Bytes free for this user on the folder's disk; nothing if it cannot be asked.
+    virtual std::optional<uint64_t> FreeSpace(const std::string& folder) = 0;
+
+    /// Number of the last failure, as the system counts them (errno); 0 if there was none.
+    virtual int32_t LastError() const = 0;
+};
+
+}  // namespace Corvetape

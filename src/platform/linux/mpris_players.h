@@ -1,0 +1,48 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+#include "platform/event_loop.h"
+#include "platform/players.h"
+
+namespace Corvetape {
+
+/// Where the session bus of this user is; empty if none is running. Never starts one.
+std::string SessionBusAddress();
+
+/// The players on the session bus that tell what they play, by the names that they have there.
+///
+/// A thread of its own speaks with the bus: neither a bus nor a player that hangs is waited for, and what
+/// changes nothing does not wake the logic. A machine without a session bus has no players. A bus that ends
+/// takes its players with it; it is looked for again every 5 s.
+class MprisPlayers : public Players {
+ public:
+    struct Options {
+        std::string Bus = SessionBusAddress();
+        std::chrono::milliseconds AnswerLimit = std::chrono::seconds(2);  ///< for one question to a player
+    };
+
+    /// `loop` outlives it.
+    explicit MprisPlayers(EventLoop& loop);
+    MprisPlayers(EventLoop& loop, Options options);
+
+    /// Nothing is told any more. Waits for a bus that is just being connected to.
+    ~MprisPlayers() override;
+    MprisPlayers(const MprisPlayers&) = delete;
+    MprisPlayers& operator=(const MprisPlayers&) = delete;
+
+    /// Called a second time it begins anew, for the new listener only.
+    void Listen(std::function<void(const PlayerReport&)> changed,
+                std::function<void(const std::string& player)> gone) override;
+
+ private:
+    class Thread;
+
+    EventLoop& Loop;
+    const Options Choice;
+    std::unique_ptr<Thread> Listening;
+};
+
+}  // namespace Corvetape

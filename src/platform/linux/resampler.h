@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <vector>
+
+namespace Corvetape {
+
+/// Converts a stereo signal from one rate to another: windowed sinc, one set of weights for each position
+/// that an output frame can have between two input frames.
+///
+/// Frequencies up to 0.92 of the lower half rate pass, everything from that half rate on is kept below
+/// -100 dB. The signal is not delayed: the first frame of the output is at the time of the first of the
+/// input. The same input always gives the same output.
+class Resampler {
+ public:
+    /// Fills interleaved left and right samples, whole frames, and returns how many frames it could fill;
+    /// fewer only at the end.
+    using Source = std::function<size_t(std::span<float> interleaved)>;
+
+    /// Rates in frames per second, both at least 1.
+    Resampler(uint32_t from, uint32_t to, Source source);
+
+    /// Fills `interleaved` with whole frames; returns how many. Fewer only at the end of the source.
+    size_t Read(std::span<float> interleaved);
+
+ private:
+    void MakeWeights(double cutoff);
+    bool Refill();
+    void WeightsAt(uint64_t position);
+
+    Source source;
+    uint64_t up = 1;    // output positions between two input frames
+    uint64_t down = 1;  // positions from one output frame to the next
+    size_t half = 0;    // input frames on each side that have weight
+    size_t taps = 0;
+    size_t phases = 0;           // sets of weights from one input frame to the next
+    bool blended = false;        // too many positions for a set each: neighbours are blended
+    std::vector<float> weights;  // phases + 1 sets
+    std::vector<float> blend;
+
+    std::vector<float> left;
+    std::vector<float> right;
+    size_t filled = 0;      // frames in left and right
+    size_t at = 0;          // first frame that the next output frame needs
+    uint64_t position = 0;  // of the next output frame behind frame at + half - 1, in 1/up
+    size_t end = 0;         // frames of the signal in left and right; known once `ended`
+    bool ended = false;
+    std::vector<float> block;
+};
+
+}  // namespace Corvetape

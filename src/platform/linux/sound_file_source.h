@@ -1,0 +1,77 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/sound_source.h"
+
+namespace Corvetape {
+
+/// Why a sound file cannot be used.
+enum class SoundFileProblem {
+    None,
+    NotFound,
+    CannotBeRead,     ///< a folder, a device, no permission
+    NotASoundFile,    ///< none of the known formats
+    BrokenHeader,     ///< a known format whose description of itself makes no sense
+    NoFrames,         ///< nothing to hear in it
+    TooManyChannels,  ///< more than two
+};
+
+/// How the sound lies in a file.
+struct SoundFileFormat {
+    uint32_t FramesPerSecond = 0;
+    uint32_t Channels = 0;
+    uint32_t BitsPerSample = 0;  ///< 0 where samples have no width of their own, as in Ogg and MP3
+
+    bool operator==(const SoundFileFormat&) const = default;
+};
+
+/// A sound file as 16-bit stereo at a wanted rate: WAV (also RF64, unfinished and cut off ones), FLAC,
+/// Ogg, MP3 and what else libsndfile reads. One channel is doubled. Another rate is converted with an error
+/// below -90 dB; the same file always gives the same frames.
+///
+/// A 16-bit stereo WAV at the wanted rate is read straight into the caller's memory.
+class SoundFileSource : public SoundSource {
+ public:
+    struct Result {
+        std::unique_ptr<SoundFileSource> Source;  ///< empty on failure
+        SoundFileProblem Problem = SoundFileProblem::None;
+        std::string Error;  ///< one line for the user, with the path
+    };
+
+    /// `framesPerSecond` is the rate that Read shall give.
+    static Result Open(const std::string& path, uint32_t framesPerSecond);
+
+    /// Of the file itself; what Read gives may be converted.
+    const SoundFileFormat& Format() const { return format; }
+
+    /// Rate of the file itself, 0 if it cannot be told: lets the caller choose the better rate to open at.
+    static uint32_t NativeRate(const std::string& path);
+
+    ~SoundFileSource() override;
+
+    uint32_t FramesPerSecond() const override { return rate; }
+    size_t Read(std::span<Frame> frames) override;
+
+    /// The file's own tags.
+    SourceMedia NowPlaying() const override { return media; }
+
+    /// About how many frames Read will give in all; compressed files may be off by a little.
+    uint64_t TotalFrames() const { return totalFrames; }
+
+    /// Why Read ended before the end of the file; empty if it did not.
+    std::string ReadError() const;
+
+ private:
+    class Feed;
+    SoundFileSource() = default;
+
+    uint32_t rate = 0;
+    SoundFileFormat format;
+    uint64_t totalFrames = 0;
+    SourceMedia media;
+    std::unique_ptr<Feed> feed;
+};
+
+}  // namespace Corvetape

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace Corvetape {
+
+/// What a media player on this machine says of itself.
+struct PlayerReport {
+    std::string Player;  ///< name of the player, unlike that of any other that runs
+    bool Playing = false;
+    std::string Genre;
+    std::string Artist;
+    std::string Title;
+    std::string Album;
+    std::string Cover;  ///< address of a picture
+
+    bool operator==(const PlayerReport&) const = default;
+};
+
+/// The media players of this machine. They come and go as they like.
+class Players {
+ public:
+    virtual ~Players() = default;
+
+    /// From now on, and for those that run already: `changed` with everything that a player says, each time
+    /// when something of it has changed, and `gone` when a player has ended. Both on the logic thread, never
+    /// from within Listen itself.
+    virtual void Listen(std::function<void(const PlayerReport&)> changed,
+                        std::function<void(const std::string& player)> gone) = 0;
+};
+
+}  // namespace Corvetape

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/dialogs.h"
+
+namespace Corvetape {
+
+enum class BoxKind { Message, YesNo, Folder, File };
+
+/// A box as it was shown.
+struct ShownBox {
+    BoxKind Kind = BoxKind::Message;
+    std::string Text;  ///< of the message or the question; the title of a choice of folder or file
+    DialogIcon Icon = DialogIcon::Information;
+    std::string Filter;
+    std::string Start;
+
+    bool operator==(const ShownBox&) const = default;
+};
+
+/// Boxes that are written down and answered by the test. Without an answer a question is answered with no
+/// and a choice is cancelled, as if the user had closed the box.
+class SimDialogs : public Dialogs {
+ public:
+    void MessageBox(const std::string& text, DialogIcon icon) override;
+    bool AskYesNo(const std::string& text, DialogIcon icon) override;
+    void Beep() override { ++Beeps; }
+    std::optional<std::string> BrowseForFolder(const std::string& title, const std::string& start) override;
+    std::optional<std::string> OpenFile(const std::string& title, const std::string& filter,
+                                        const std::string& start) override;
+
+    /// Answers to come, used up from the front, one queue a kind of box.
+    std::deque<bool> YesNoAnswers;
+    std::deque<std::optional<std::string>> FolderAnswers;
+    std::deque<std::optional<std::string>> FileAnswers;
+
+    /// Called while a box is open: the place to let time pass or to press something behind it.
+    std::function<void(const ShownBox&)> WhileOpen;
+
+    std::vector<ShownBox> Boxes;  ///< all boxes so far, in the order of their opening
+    size_t Open = 0;              ///< boxes that stand open now
+    size_t Beeps = 0;
+
+ private:
+    void Show(const ShownBox& box);
+};
+
+}  // namespace Corvetape

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/clock.h"
+#include "platform/event_loop.h"
+#include "platform/processes.h"
+
+namespace Corvetape {
+
+/// A call of ShellOpen.
+struct ShellCall {
+    std::string Path;
+    std::string Parameters;
+    std::string WorkingFolder;
+
+    bool operator==(const ShellCall&) const = default;
+};
+
+/// Processes that are written down instead of started. What a job does is a function of the test, called at
+/// the end of the job's virtual duration. With no duration it is called within StartHidden.
+class SimProcesses : public Processes {
+ public:
+    SimProcesses(Clock& clock, EventLoop& loop);
+
+    bool StartHidden(const HiddenJob& job) override;
+    int32_t ShellOpen(const std::string& path, const std::string& parameters,
+                      const std::string& workingFolder) override;
+    size_t Running() override;
+    std::vector<JobResult> TakeFinished() override;
+
+    /// Moves virtual time on by at most `limit`, handling no events.
+    bool WaitForAll(std::chrono::milliseconds limit) override;
+
+    /// Everything that was asked for, in order, also what was refused.
+    std::vector<HiddenJob> Jobs;
+    std::vector<ShellCall> ShellCalls;
+
+    /// Does the work of a job and returns its exit code. Without it every job succeeds and does nothing.
+    std::function<int32_t(const HiddenJob&)> OnJob;
+
+    /// How long a job runs. Without it no time.
+    std::function<std::chrono::milliseconds(const HiddenJob&)> DurationOf;
+
+    /// Result of ShellOpen. Without it 42, a success.
+    std::function<int32_t(const ShellCall&)> OnShellOpen;
+
+    /// While set, no hidden job can be started.
+    bool RefuseJobs = false;
+
+ private:
+    struct RunningJob {
+        HiddenJob Job;
+        int64_t EndsAt = 0;  ///< monotonic nanoseconds
+    };
+
+    void FinishDue();
+    void Finish(const HiddenJob& job);
+    void Arm();
+    int64_t NextEnd() const;
+
+    Clock& Time;
+    EventLoop& Loop;
+    std::unique_ptr<LoopTimer> Timer;
+    std::vector<RunningJob> RunningJobs;  ///< in the order of their starts
+    std::vector<JobResult> Finished;
+};
+
+}  // namespace Corvetape

@@ -1,0 +1,145 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <vector>
+
+#include "platform/clock.h"
+#include "platform/event_loop.h"
+#include "platform/sound_source.h"
+#include "platform/wave_in.h"
+
+namespace Corvetape {
+
+/// Frames of a source that were never delivered.
+struct FeedGap {
+    uint64_t At = 0;      ///< frames delivered before the gap
+    uint64_t Frames = 0;  ///< frames left out
+    WaveInIncidentKind Kind = WaveInIncidentKind::Overrun;
+
+    bool operator==(const FeedGap&) const = default;
+};
+
+/// What a feed is opened with.
+struct FeedSetup {
+    std::unique_ptr<SoundSource> Source;
+    WaveInDevice Device;
+    uint32_t FramesPerSecond = 44100;
+    BufferReturn Mode = BufferReturn::Loop;
+    WaveInEvents Events;
+    int64_t DriftMillionths = 0;  ///< how much faster than the clock the device's own clock runs
+    uint64_t QueueLimitFrames =
+        std::numeric_limits<uint64_t>::max();  ///< what the device keeps for a slow owner
+};
+
+/// Turns a sound source into the input of a device: a buffer is due when the clock says that its frames have
+/// been heard. Frames that are due and have no buffer yet stay in the source, so a late owner loses nothing.
+/// The source writes straight into the owner's samples, and nothing is allocated per buffer.
+///
+/// A feed outlives what it posts to the loop; after Close it can be opened anew.
+class SourceFeed {
+ public:
+    SourceFeed(Clock& clock, EventLoop& loop);
+    SourceFeed(const SourceFeed&) = delete;
+    SourceFeed& operator=(const SourceFeed&) = delete;
+
+    void Open(FeedSetup setup);
+    void Close();
+    bool IsOpen() const { return Setup != nullptr; }
+
+    void AddBuffer(WaveHeader& header);
+    bool Start();
+    void Reset();
+    void Deliver();
+
+    /// From now on nothing is heard of the device. With `tell` its owner is told that it is gone.
+    enum class Tell { No, Yes };
+    void Interrupt(Tell tell);
+
+    /// The device is there again; what it would have delivered meanwhile is lost and told as `kind`.
+    void Resume(WaveInIncidentKind kind);
+
+    /// Nothing is delivered until Release, then everything: a server or a driver that stands still.
+    void Hold();
+    void Release();
+
+    /// The device drops what it hears next, `frames` of it; told at once.
+    void Lose(uint64_t frames, WaveInIncidentKind kind);
+
+    /// Changes the device's own clock from now on.
+    void SetDrift(int64_t millionths);
+
+    const WaveInDevice& Device() const;
+    SourceMedia NowPlaying() const;
+
+    /// Frames delivered since the feed was opened, without what was lost.
+    uint64_t Delivered() const { return DeliveredFrames; }
+    const std::vector<FeedGap>& Gaps() const { return LostParts; }
+
+    /// The frame of the source that lies at `delivered` in what the owner got.
+    uint64_t SourceFrameOf(uint64_t delivered) const;
+
+ private:
+    /// Buffers in the order in which they came; grows, but never shrinks.
+    class HeaderQueue {
+     public:
+        void Push(WaveHeader& header);
+        WaveHeader& Front() const { return *Items[First]; }
+        void Pop();
+        void Clear() { Count = 0; }
+        size_t Size() const { return Count; }
+
+     private:
+        std::vector<WaveHeader*> Items;
+        size_t First = 0;
+        size_t Count = 0;
+    };
+
+    bool Polled() const;
+    bool Delivering() const { return Started && !Held && !EndReached; }
+
+    /// Frames that should have been delivered by now, without lost ones.
+    uint64_t Heard() const;
+    uint64_t HeardIn(int64_t nanoseconds) const;
+    void CountHeard();
+
+    uint64_t FramesOfNext() const;
+    bool NextIsDue() const;
+    bool FillNext();
+    void Tick();
+    void HandOver();
+    void AddGap(uint64_t at, uint64_t frames, WaveInIncidentKind kind);
+    void ApplyQueueLimit();
+    void PostAvailability(bool lost);
+    void TellEnd();
+    void Arm(std::chrono::milliseconds delay);
+    void ArmForNext();
+    template <typename Told>
+    void PostEvent(Told told);
+
+    Clock& Time;
+    EventLoop& Loop;
+    std::unique_ptr<LoopTimer> Timer;
+    std::chrono::milliseconds TimerInterval{0};
+
+    std::shared_ptr<FeedSetup> Setup;  ///< kept by an event that is being told
+    uint64_t Generation = 0;           ///< counts up when what was posted becomes void
+    HeaderQueue Queued;
+    HeaderQueue Filled;  ///< the hand-over is posted
+
+    bool Started = false;
+    bool Held = false;
+    bool Interrupted = false;
+    bool ToldGone = false;
+    bool EndReached = false;
+    int64_t RunningSince = 0;  ///< monotonic nanoseconds; of an interruption, its beginning
+    uint64_t HeardBefore = 0;  ///< frames heard before RunningSince
+    uint64_t DeliveredFrames = 0;
+    std::vector<FeedGap> LostParts;
+    size_t NextGap = 0;  ///< the first one that is not yet passed over
+};
+
+}  // namespace Corvetape

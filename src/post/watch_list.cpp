@@ -1,0 +1,104 @@
+#include "post/watch_list.h"
+
+#include <algorithm>
+
+#include "core/fold.h"
+#include "core/placeholders.h"
+#include "core/text.h"
+
+namespace Corvetape {
+
+namespace {
+
+constexpr uint64_t LargestList = 64ULL * 1024 * 1024;
+constexpr std::array<std::string_view, 4> MusicExtensions = {".wav", ".wma", ".mp3", ".ogg"};
+
+}  // namespace
+
+bool WatchList::Add(std::string_view entry) {
+    std::u32string key = FoldText(entry);
+    if (!Keys.insert(key).second) return false;
+    OwnEntries.emplace_back(entry);
+    LikePattern pattern(entry, LikeCase::Ignored);
+    if (pattern.IsPlain()) {
+        Plain.insert(std::move(key));
+    } else {
+        Patterns.push_back({std::move(key), std::move(pattern)});
+    }
+    return true;
+}
+
+bool WatchList::Remove(std::string_view entry) {
+    const std::u32string key = FoldText(entry);
+    if (Keys.erase(key) == 0) return false;
+    Plain.erase(key);
+    std::erase_if(Patterns, [&](const Pattern& pattern) { return pattern.Key == key; });
+    std::erase_if(OwnEntries, [&](const std::string& each) { return FoldText(each) == key; });
+    return true;
+}
+
+bool WatchList::Holds(std::string_view name) const {
+    const std::u32string folded = FoldText(name);
+    if (Plain.contains(folded)) return true;
+    return std::ranges::any_of(
+        Patterns, [&](const Pattern& pattern) { return pattern.Compiled.MatchesCharacters(folded); });
+}
+
+std::string WatchLists::FileOf(WatchListKind kind) const {
+    return Folders.Paths[2] + (kind == WatchListKind::Include ? "/Include.txt" : "/Exclude.txt");
+}
+
+bool WatchLists::LoadWatchList(WatchListKind kind) {
+    const auto text = Disk.ReadAll(FileOf(kind), LargestList);
+    if (!text) return false;
+    WatchList list;
+    for (std::string_view line : Split(*text, '\n')) {
+        if (line.ends_with('\r')) line.remove_suffix(1);
+        if (!line.empty()) list.Add(line);
+    }
+    ListOf(kind) = std::move(list);
+    return true;
+}
+
+bool WatchLists::SaveWatchList(WatchListKind kind) {
+    std::string text;
+    for (const std::string& entry : List(kind).Entries()) text.append(entry).append("\r\n");
+    return Disk.ReplaceAtomically(FileOf(kind), text);
+}
+
+bool WatchLists::AddToWatchList(WatchListKind kind, std::string_view entry) {
+    // A line end would make two entries of one when the file is read again.
+    std::string line(TrimBlanks(entry));
+    std::ranges::replace_if(
+        line, [](char each) { return each == '\r' || each == '\n'; }, ' ');
+    if (line.empty() || !ListOf(kind).Add(line)) return false;
+    SaveWatchList(kind);  // a list that cannot be written holds in memory until the program ends
+    return true;
+}
+
+bool WatchLists::IsExcluded(std::string_view songName) const {
+    return !List(WatchListKind::Include).Holds(songName) && List(WatchListKind::Exclude).Holds(songName);
+}
+
+std::string WatchedName(std::string_view musicFileTemplate, const STATIONANDSONGDATA& media) {
+    std::string name = ReplaceAllIgnoringCase(musicFileTemplate, "%Artist%", media.Artist);
+    name = ReplaceAllIgnoringCase(name, "%Title%", media.Song);
+    name = SanitizeFileName(ReplaceAllIgnoringCase(name, "%Album%", media.Album));
+    // The music file is called like this too.
+    return name.empty() ? name : SafePathPart(name);
+}
+
+std::string NameOfDroppedFile(std::string_view path) {
+    const size_t folderEnd = path.find_last_of("\\/");
+    if (folderEnd == std::string_view::npos || folderEnd == 0) return {};
+    const std::string_view file = path.substr(folderEnd + 1);
+    for (const std::string_view extension : MusicExtensions) {
+        if (file.size() < extension.size()) continue;
+        const size_t stem = file.size() - extension.size();
+        if (EqualIgnoringCase(file.substr(stem), extension))
+            return std::string(TrimBlanks(file.substr(0, stem)));
+    }
+    return {};
+}
+
+}  // namespace Corvetape

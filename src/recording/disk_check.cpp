@@ -1,0 +1,97 @@
+#include "recording/disk_check.h"
+
+#include <utility>
+
+namespace Corvetape {
+
+namespace {
+
+constexpr uint64_t BytesPerMegabyte = 1024ULL * 1024;
+constexpr uint64_t SecondsOfReserve = 10ULL * 60;
+
+uint64_t LimitBytes(int32_t megabytes) {
+    return megabytes > 0 ? static_cast<uint64_t>(megabytes) * BytesPerMegabyte : 0;
+}
+
+struct LimitTexts {
+    const char* Status;  ///< key of the text in the status line
+    int32_t Deferred;    ///< key of the message told at the end of the program
+};
+
+constexpr LimitTexts TextsOf(DiskLimit limit) {
+    switch (limit) {
+        case DiskLimit::OneDrive:
+            return {"803", 833};
+        case DiskLimit::TempFolder:
+            return {"804", 834};
+        default:
+            return {"805", 835};
+    }
+}
+
+}  // namespace
+
+bool OnOneDrive(const WorkingFolders& folders, uint64_t tempFree, uint64_t musicFree) {
+    return folders.Paths[0].substr(0, 2) == folders.Paths[1].substr(0, 2) && tempFree == musicFree;
+}
+
+DiskLimit FindDiskLimit(const WorkingFolders& folders, const Settings& settings, uint64_t tempFree,
+                        uint64_t musicFree) {
+    const uint64_t tempLimit = LimitBytes(settings.LowTempSpace);
+    const uint64_t musicLimit = LimitBytes(settings.LowMusicSpace);
+    if (OnOneDrive(folders, tempFree, musicFree))
+        return tempFree <= tempLimit + musicLimit ? DiskLimit::OneDrive : DiskLimit::None;
+    if (tempFree <= tempLimit) return DiskLimit::TempFolder;
+    if (musicFree <= musicLimit) return DiskLimit::MusicFolder;
+    return DiskLimit::None;
+}
+
+DiskCheck::DiskCheck(DiskCheckParts parts, DiskCheckActions actions)
+    : Parts(parts), Actions(std::move(actions)) {}
+
+bool DiskCheck::Run() {
+    const std::optional<uint64_t> temp = Ask(Parts.Folders.Paths[0]);
+    if (!temp) return false;
+    const std::optional<uint64_t> music = Ask(Parts.Folders.Paths[1]);
+    if (!music) return false;
+    if (Applies()) React(FindDiskLimit(Parts.Folders, Parts.Settings, *temp, *music));
+    return true;
+}
+
+void DiskCheck::RunIfShort(uint32_t bytesPerSecond) {
+    if (!Applies()) return;
+    const std::optional<uint64_t> temp = Parts.Files.FreeSpace(Parts.Folders.Paths[0]);
+    if (!temp || *temp >= SecondsOfReserve * bytesPerSecond) return;
+    const std::optional<uint64_t> music = Parts.Files.FreeSpace(Parts.Folders.Paths[1]);
+    const bool oneDrive = music && OnOneDrive(Parts.Folders, *temp, *music);
+    React(oneDrive ? DiskLimit::OneDrive : DiskLimit::TempFolder);
+}
+
+bool DiskCheck::Applies() const {
+    return Parts.Flags.RecordingEnabled && !Parts.Flags.StopAtEndOfSong;
+}
+
+void DiskCheck::React(DiskLimit limit) {
+    if (limit == DiskLimit::None) return;
+    Parts.Form.chkStopRecording[0].Value(1);
+    Parts.Flags.DisableAtEndOfSong = true;
+    const LimitTexts texts = TextsOf(limit);
+    Parts.Form.lblStatus[1].Caption(Text(texts.Status, {}));
+    Parts.Messages.RaiseInfo(texts.Deferred);
+}
+
+std::optional<uint64_t> DiskCheck::Ask(const std::string& folder) {
+    const std::optional<uint64_t> free = Parts.Files.FreeSpace(folder);
+    if (!free) {
+        const std::string text = Text("906", {folder});
+        Actions.WriteLog("ERROR", text);
+        Actions.ErrorBox(text);
+    }
+    return free;
+}
+
+std::string DiskCheck::Text(const std::string& key, std::initializer_list<std::string> arguments) const {
+    return Actions.FormatMsg(key, std::span(arguments.begin(), arguments.size()));
+}
+
+}  // namespace Corvetape

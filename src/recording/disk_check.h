@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "audio/recording_flags.h"
+#include "core/deferred_messages.h"
+#include "core/lifecycle_flags.h"
+#include "core/settings.h"
+#include "forms/frm_main.h"
+#include "platform/files.h"
+
+namespace Corvetape {
+
+struct DiskCheckParts {
+    frmMain& Form;
+    Corvetape::Files& Files;
+    const Corvetape::Settings& Settings;
+    const WorkingFolders& Folders;
+    RecordingFlags& Flags;
+    DeferredMessages& Messages;
+};
+
+struct DiskCheckActions {
+    std::function<std::string(const std::string& key, std::span<const std::string> arguments)> FormatMsg;
+    std::function<void(const std::string& kind, const std::string& text)> WriteLog;
+    std::function<void(const std::string& text)> ErrorBox;  ///< not called by an unattended program
+};
+
+/// Which limit a disk has come down to.
+enum class DiskLimit { None, OneDrive, TempFolder, MusicFolder };
+
+/// Two folders count as one drive if the first two characters of their paths and their free space, in bytes,
+/// are equal.
+bool OnOneDrive(const WorkingFolders& folders, uint64_t tempFree, uint64_t musicFree);
+
+/// Free space of the two folders in bytes, held against the limits in MB. On one drive both limits have to
+/// find room.
+DiskLimit FindDiskLimit(const WorkingFolders& folders, const Settings& settings, uint64_t tempFree,
+                        uint64_t musicFree);
+
+/// The watch over the disk space: a full disk ends the recording with the running song.
+class DiskCheck {
+ public:
+    DiskCheck(DiskCheckParts parts, DiskCheckActions actions);
+
+    /// Once a minute. False if a folder cannot be asked: the program ends.
+    bool Run();
+
+    /// Between the minutes: runs the reaction at once if the space left in the temporary folder is enough for
+    /// less than ten minutes at `bytesPerSecond`. A folder that cannot be asked is left to Run.
+    void RunIfShort(uint32_t bytesPerSecond);
+
+ private:
+    std::optional<uint64_t> Ask(const std::string& folder);
+    std::string Text(const std::string& key, std::initializer_list<std::string> arguments) const;
+    bool Applies() const;
+    void React(DiskLimit limit);
+
+    DiskCheckParts Parts;
+    DiskCheckActions Actions;
+};
+
+}  // namespace Corvetape

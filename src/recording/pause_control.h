@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "audio/pause_settings.h"
+#include "audio/signal_state.h"
+#include "core/media_state.h"
+#include "core/messages.h"
+#include "core/settings_store.h"
+#include "forms/frm_main.h"
+#include "platform/dialogs.h"
+
+namespace Corvetape {
+
+/// What the pause settings need of others. All of it outlives them.
+struct PauseControlParts {
+    frmMain& Form;
+    PauseSettings& Pause;
+    SignalState& Signal;      ///< ActiveThreshold is set by loading
+    const MediaState& Media;  ///< names of the sections
+    SettingsStore& Store;
+    Corvetape::Dialogs& Dialogs;
+    const clsLocalizeControls& Messages;
+};
+
+/// The settings that tell how the end of a song is noticed: kept per provider, loaded when the provider
+/// changes, and written by their controls at once. The handlers of the tab "TAB_PAUSE" and of the gain.
+class PauseControl {
+ public:
+    /// Attaches itself to the controls. Nothing is loaded yet.
+    explicit PauseControl(PauseControlParts parts);
+
+    /// Reads the settings of a provider and shows them; nothing is done for the one that was loaded last. A
+    /// missing key takes its default. Nothing is written, so that an unknown provider has no section until
+    /// something is changed.
+    ///
+    /// The gain comes from the present mixer section, which is named before this is called. An end of song
+    /// by media data switches the media data on.
+    void LoadProviderSettings(const std::string& section);
+
+    /// The next load reads its section even if it was loaded last.
+    void ForgetLoaded() { Loaded.reset(); }
+
+    /// Called before the end of song is noticed by silence from now on, while it still goes the other way:
+    /// the ring holds sound that no buffer of the direct way may overtake.
+    std::function<void()> LeavingRing;
+
+ private:
+    void AttachNumbers();
+    void AttachChoices();
+    void AttachSliders();
+
+    void LoadLevels(const std::string& section);
+    void LoadFlags(const std::string& section);
+    void LoadEndOfSong(const std::string& section);
+    void LoadTimes(const std::string& section);
+    void LoadMultiplier();
+    int32_t Read(const std::string& section, const char* key) const;
+
+    bool SilenceAmplitudeRefused();
+    bool EndOfSilenceAmplitudeRefused();
+    std::optional<int32_t> Accepted(TextBox& box, int32_t minimum, int32_t maximum, int32_t step = 1);
+
+    void EndOfSongClicked(size_t mode);
+    void ShowEndOfSongControls(EndOfSong mode);
+    void ShowThreshold(size_t side);
+    void TakeMultiplier();
+    void OptimizePauseRecognition();
+
+    std::string Section() const;
+    void Write(const char* key, int32_t value);
+
+    PauseControlParts Parts;
+    std::optional<std::string> Loaded;  ///< section loaded last
+    bool Loading = false;               ///< controls follow the file; nobody has changed anything
+};
+
+}  // namespace Corvetape

@@ -1,0 +1,124 @@
+#include "recording/session.h"
+
+#include <charconv>
+#include <utility>
+
+namespace Corvetape {
+
+namespace {
+
+/// The minutes in a text box; 0 for anything that is no number.
+int32_t MinutesIn(const TextBox& box) {
+    int32_t minutes = 0;
+    const std::string& text = box.Text();
+    std::from_chars(text.data(), text.data() + text.size(), minutes);
+    return minutes;
+}
+
+}  // namespace
+
+Session::Session(SessionParts parts, SessionActions actions) : Parts(parts), Actions(std::move(actions)) {
+    frmMain& form = Parts.Form;
+    for (size_t index : {size_t{0}, size_t{1}}) {
+        form.chkStartStop[index].Click.Connect([this, index] { StartStopClicked(index); });
+    }
+    form.chkStopRecording[0].Click.Connect([this] { StopAtEndOfSongClicked(); });
+    form.chkStopRecording[1].Click.Connect([this] { StopAfterMinutesClicked(); });
+    form.cmdQuickRecord.Click.Connect([&form] {
+        form.chkStartStop[0].Value(1);
+        form.chkStopRecording[0].Value(1);
+    });
+    form.cmdStartStop.Click.Connect(
+        [&form] { form.chkStartStop[0].Value(1 - form.chkStartStop[0].Value()); });
+    form.cmdSkipThisRecording.Click.Connect([&form] { form.chkStartStop[1].Value(1); });
+    form.txtRecordingPeriod.Validate = [this] {
+        if (Actions.PeriodRefused()) return true;
+        const int32_t minutes = MinutesIn(Parts.Form.txtRecordingPeriod);
+        Parts.Flags.RecordingSecondsLeft = minutes * 60;
+        if (Actions.StorePeriod) Actions.StorePeriod(minutes);
+        return false;
+    };
+}
+
+void Session::ShowFlags() {
+    Following = true;
+    Parts.Form.chkStartStop[0].Value(Parts.Flags.RecordCurrentSong ? 1 : 0);
+    Parts.Form.chkStartStop[1].Value(Parts.Flags.RecordNextSong ? 1 : 0);
+    Parts.Form.chkStopRecording[0].Value(Parts.Flags.StopAtEndOfSong ? 1 : 0);
+    Following = false;
+}
+
+void Session::StartStopClicked(size_t index) {
+    frmMain& form = Parts.Form;
+    const bool ticked = form.chkStartStop[index].Value() != 0;
+    ++Depth;
+    if (index == 1) {
+        Parts.Flags.RecordNextSong = ticked;
+        if (ticked) form.chkStartStop[0].Value(0);
+    } else {
+        Parts.Flags.RecordCurrentSong = ticked;
+        if (ticked) form.chkStartStop[1].Value(0);
+        Actions.ShowRecordingState();
+    }
+    FollowFlags();
+    --Depth;
+    // The boxes clear one another: one click cuts once, however many handlers it runs.
+    if (Parts.Pause.EndOfSongDetection == EndOfSong::FixedTime && !Following && Depth == 0) CutAtOnce();
+}
+
+void Session::FollowFlags() {
+    frmMain& form = Parts.Form;
+    const bool current = Parts.Flags.RecordCurrentSong;
+    const bool any = current || Parts.Flags.RecordNextSong;
+    if (!current) form.chkStopRecording[0].Value(0);
+    if (!any) form.chkStopRecording[1].Value(0);
+    form.chkStopRecording[0].Enabled(current);
+    form.chkStopRecording[1].Enabled(any);
+    form.lblStopRecording.Enabled(any);
+    form.txtRecordingPeriod.Enabled(form.chkStopRecording[1].Value() == 0);
+    form.cmdSkipThisRecording.Enabled(Parts.Media.StationDataEnabled && current);
+}
+
+void Session::CutAtOnce() {
+    RecordingFlags& flags = Parts.Flags;
+    if (flags.RecordCurrentSong) {
+        flags.RecordCurrentSong = false;
+        Actions.CloseSongFile();
+        Parts.Cut.FixedTimeSeconds = 0;
+        Parts.Ring.AudioReadIndex = Parts.Ring.AudioWriteIndex;
+        flags.RecordCurrentSong = true;
+        return;
+    }
+    const bool waiting = flags.RecordNextSong;
+    flags.RecordCurrentSong = true;
+    Parts.Cut.CutPending = true;
+    Parts.Cut.CutIndex = Parts.Ring.AudioWriteIndex;
+    Actions.CutNow();
+    Parts.Cut.FixedTimeSeconds = 0;
+    flags.RecordCurrentSong = false;
+    flags.RecordNextSong = waiting;  // a discarded short piece must not use up the wish for the next one
+}
+
+void Session::StopAtEndOfSongClicked() {
+    const bool ticked = Parts.Form.chkStopRecording[0].Value() != 0;
+    Parts.Flags.StopAtEndOfSong = ticked;
+    if (ticked) Parts.Form.chkStopRecording[1].Value(0);
+    Parts.Form.txtRecordingPeriod.Enabled(Parts.Form.chkStopRecording[1].Value() == 0);
+}
+
+void Session::StopAfterMinutesClicked() {
+    frmMain& form = Parts.Form;
+    if (form.chkStopRecording[1].Value() != 0) {
+        form.chkStopRecording[0].Value(0);
+        Parts.Flags.RecordingSecondsLeft = MinutesIn(form.txtRecordingPeriod) * 60;
+        if (Parts.Flags.RecordingSecondsLeft == 0) {
+            Actions.RefuseZeroMinutes();
+            form.chkStopRecording[1].Value(0);
+        }
+    } else {
+        Parts.Flags.RecordingSecondsLeft = 0;
+    }
+    form.txtRecordingPeriod.Enabled(form.chkStopRecording[1].Value() == 0);
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,65 @@
+// The supervisor's reactions to a long silence: notice, restart of the radio, end of the recording.
+#include "recording/supervisor.h"
+
+namespace Corvetape {
+
+Supervisor::Next Supervisor::WatchSilence() {
+    const bool launching = Actions.LaunchInProgress();
+    const int32_t silent = Parts.Signal.SilenceSeconds;
+    if (silent >= Parts.Settings.InfoAfterSilence && !launching && !Parts.Pause.IgnoreSilence) {
+        return ReactToSilence();
+    }
+    if (SilenceNoticeShown && !launching) SoundReturned();
+    return Next::Continue;
+}
+
+Supervisor::Next Supervisor::ReactToSilence() {
+    frmMain& form = Parts.Form;
+    const int32_t silent = Parts.Signal.SilenceSeconds;
+    const std::string notice = Text("705", {std::to_string(silent)});
+    form.lblStatus[1].Caption(notice);
+    if (!SilenceNoticeShown) {
+        Actions.WriteLog("INFO", notice);
+        SilenceNoticeShown = true;
+    }
+    // A hand-edited interval of 0 would divide by zero; every second is then due.
+    const int32_t interval = Parts.Settings.InfoAfterSilence;
+    const bool due = interval <= 0 || silent % interval == 0;
+    const bool wanted = Parts.Flags.RecordNextSong || Parts.Flags.RecordCurrentSong;
+    if (due && wanted && Parts.Settings.RestartRadioIfSilent && !Parts.Lifecycle.WizardRequested &&
+        Parts.Media.StationDataEnabled) {
+        Actions.RestartRadio();
+        form.chkStartStop[1].Value(1);
+    }
+    // A song that the silence broke off is not kept; the next one is.
+    if (Parts.Flags.RecordCurrentSong && Actions.SongFileOpen()) form.chkStartStop[1].Value(1);
+    if (silent >= Parts.Pause.QuitAfterSilence && !EndAfterSilenceDone) return EndAfterSilence();
+    return Next::Continue;
+}
+
+Supervisor::Next Supervisor::EndAfterSilence() {
+    frmMain& form = Parts.Form;
+    const std::string minutes = form.txtQuitAfterSilence.Text();
+    Actions.AbortSong();
+    Actions.WriteLog("ERROR", Text("707", {minutes}));
+    if (Parts.Lifecycle.DontAsk) {
+        Actions.Unload();
+        return Next::Stop;
+    }
+    if (Parts.Signal.SilenceStartSecond < Parts.Clock.TimeGetTime() / 1000) {
+        Actions.WarningBox(Text("708", {minutes}));
+    }
+    form.chkStartStop[0].Value(0);
+    EndAfterSilenceDone = true;
+    return Next::Continue;
+}
+
+void Supervisor::SoundReturned() {
+    Parts.Form.lblStatus[1].Caption("");
+    Actions.WriteLog("INFO", Text("706"));
+    SilenceNoticeShown = false;
+    EndAfterSilenceDone = false;
+    Parts.Flags.RecordingEnabled = true;
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,125 @@
+// A request to close, and what may come between it and the end.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/desktop_notes.h"
+
+namespace Corvetape::Test {
+namespace {
+
+using testing::IsEmpty;
+using testing::Not;
+
+/// A program that runs, with the delay of its end as wanted.
+class ClosingRequest : public testing::Test {
+ protected:
+    void Begin(int delayed) {
+        Place.emplace(Starting("", {{"Options", "DelayUnload", std::to_string(delayed)}}));
+        ASSERT_TRUE(Place->Start());
+    }
+
+    frmMain& Form() { return Place->Form(); }
+    RecordingFlags& Flags() { return Place->Values().Flags; }
+    bool Close() { return Place->Recorder->Close(); }
+    bool Runs() const { return Place->Recorder->Running(); }
+
+    std::optional<World> Place;
+};
+
+TEST_F(ClosingRequest, PassesWhileNothingIsRecorded) {
+    Begin(1);
+    EXPECT_TRUE(Close());
+    EXPECT_FALSE(Runs());
+    EXPECT_EQ(Place->Ends, 1U);
+}
+
+TEST_F(ClosingRequest, PassesDuringARecordingThatNeedNotFinish) {
+    Begin(0);
+    Form().chkStartStop[0].Value(1);
+    EXPECT_TRUE(Close());
+    EXPECT_EQ(Place->Ends, 1U);
+}
+
+TEST_F(ClosingRequest, IsRefusedOnceWhileASongIsRecorded) {
+    Begin(1);
+    Form().chkStartStop[0].Value(1);
+    EXPECT_FALSE(Close());
+    EXPECT_TRUE(Runs());
+    EXPECT_TRUE(Flags().DisableAtEndOfSong);
+    EXPECT_TRUE(Flags().QuitAtEndOfSong);
+    EXPECT_EQ(Form().chkStopRecording[0].Value(), 1);
+    EXPECT_TRUE(Flags().StopAtEndOfSong);
+    EXPECT_EQ(Form().lblStatus[1].Caption(),
+              "Corvetape will end after this song. Close the window again to end it at once.");
+}
+
+TEST_F(ClosingRequest, IsRefusedOnceWhileANextSongIsWaitedFor) {
+    Begin(1);
+    Form().chkStartStop[1].Value(1);
+    EXPECT_FALSE(Close());
+    EXPECT_TRUE(Runs());
+    EXPECT_TRUE(Flags().QuitAtEndOfSong);
+}
+
+TEST_F(ClosingRequest, PassesTheSecondTime) {
+    Begin(1);
+    Form().chkStartStop[0].Value(1);
+    ASSERT_FALSE(Close());
+    EXPECT_TRUE(Close());
+    EXPECT_EQ(Place->Ends, 1U);
+}
+
+TEST_F(ClosingRequest, PassesIfRecordingIsToEndAnyway) {
+    Begin(1);
+    Form().chkStartStop[0].Value(1);
+    Flags().DisableAtEndOfSong = true;  // such as by a disk that is nearly full
+    EXPECT_TRUE(Close());
+}
+
+TEST_F(ClosingRequest, ThatWaitsIsTakenBackByAClickOnTheOption) {
+    Begin(1);
+    Form().chkStartStop[0].Value(1);
+    ASSERT_FALSE(Close());
+    Form().chkDelayUnload.Press();
+    EXPECT_FALSE(Flags().DisableAtEndOfSong);
+    EXPECT_EQ(Form().lblStatus[1].Caption(), "");
+    // The next request is judged anew, by the option as it is now.
+    Form().chkDelayUnload.Press();
+    EXPECT_FALSE(Close());
+    EXPECT_THAT(Form().lblStatus[1].Caption(), Not(IsEmpty()));
+}
+
+TEST_F(ClosingRequest, ComesAlsoFromThePublicMethod) {
+    Begin(1);
+    Form().chkStartStop[0].Value(1);
+    Form().Methods.at("Quit")();
+    EXPECT_TRUE(Runs());
+    Form().Methods.at("Quit")();
+    EXPECT_EQ(Place->Ends, 1U);
+}
+
+TEST_F(ClosingRequest, BehindTheEndDoesNothing) {
+    Begin(0);
+    ASSERT_TRUE(Close());
+    const size_t lines = Place->Log.size();
+    EXPECT_TRUE(Close());
+    Place->Recorder->Unload();
+    EXPECT_EQ(Place->Ends, 1U);
+    EXPECT_EQ(Place->Log.size(), lines);
+}
+
+TEST_F(ClosingRequest, WhileABoxStandsOpenAtTheEndDoesNotEndTwice) {
+    Begin(0);
+    Place->Values().Messages.RaiseInfo(833);
+    Place->Computer.Dialogs.WhileOpen = [&](const ShownBox&) {
+        EXPECT_TRUE(Close());
+        Place->RunFor(5);  // timers run on behind a box
+    };
+    EXPECT_TRUE(Close());
+    EXPECT_EQ(Place->Ends, 1U);
+    EXPECT_EQ(Place->Logged("END ").size(), 1U);
+}
+
+}  // namespace
+}  // namespace Corvetape::Test

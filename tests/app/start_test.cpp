@@ -1,0 +1,324 @@
+// The start of the program, step by step.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/desktop_notes.h"
+#include "core/registry.h"
+#include "core/version.h"
+
+namespace Corvetape::Test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+TEST(Start, HasItsStepsInTheirOrder) {
+    const auto names = Program::LoadStepNames();
+    EXPECT_THAT(std::vector<std::string>(names.begin(), names.end()),
+                ElementsAre("TakeBusyPointer", "BlankBrowser", "ReadUpdateSwitch", "ClaimSingleInstance",
+                            "ShowVersion", "LayOutPages", "ExtendSearchPath", "LoadSettings",
+                            "ReadSongCounter", "DetectEncoders", "ChooseLanguage", "SizeStatusLine",
+                            "MakeFolders", "LogStart", "SnapshotMixer", "SeedRandom", "PlaceWindow",
+                            "ApplySwitches", "LaunchStartApp", "AddTrayIcon", "HookWindow",
+                            "ApplyStationData", "EnableRecording", "StartTimers", "ShowWindow", "LoadBars",
+                            "ReleaseBusyPointer", "LoadWatchLists", "RecoverSongs", "CheckUpdate"));
+}
+
+TEST(Start, AsksTheDesktopInTheOrderOfTheSteps) {
+    World world(Starting("-hide -update", {{"Form", "Pos", "4097;3073;9000;7000"}}));
+    DesktopNotes desktop;
+    PutOn(world, desktop);
+    ASSERT_TRUE(world.Load());
+    EXPECT_THAT(desktop.Asked,
+                ElementsAre("BusyPointer", "BlankBrowser", "LayOutPages", "BusyPointer", "SizeStatusLine",
+                            "SnapshotMixer", "MoveWindow 4097 3073", "MinimizeWindow", "AddTrayIcon",
+                            "HookWindow", "ShowWindow", "LoadBars", "normal pointer", "CheckUpdate"));
+}
+
+TEST(Start, RaisesThePriorityAheadOfEverything) {
+    World world;
+    DesktopNotes desktop;
+    std::vector<size_t> raised;
+    desktop.WhileAsked = [&](const std::string&) { raised.push_back(world.Computer.System.PriorityRaises); };
+    PutOn(world, desktop);
+    ASSERT_TRUE(world.Load());
+    EXPECT_EQ(raised.at(0), 1U);
+    EXPECT_EQ(world.Computer.System.PriorityRaises, 1U);
+}
+
+TEST(Start, ShowsTheVersionAndHidesTheBoxForPages) {
+    World world;
+    ASSERT_TRUE(world.Load());
+    EXPECT_EQ(world.Form().lblVersion.Caption(), ProgramVersion);
+    EXPECT_THAT(world.Form().lblVersion.Caption(), testing::MatchesRegex("[0-9]+\\.[0-9]+\\.[0-9]+"));
+    EXPECT_FALSE(world.Form().chkNoStartupInfo.Visible());
+}
+
+TEST(Start, PutsTheCommonFolderBehindTheSearchPathOnce) {
+    World world;
+    ASSERT_TRUE(world.Load());
+    const std::string path = "/usr/local/bin:/usr/bin:/bin:/usr/share/Corvet";
+    EXPECT_EQ(world.Computer.Folders.Environment("PATH"), path);
+    world.Recorder->Unload();
+    world.Made();
+    ASSERT_TRUE(world.Load());
+    EXPECT_EQ(world.Computer.Folders.Environment("PATH"), path);
+}
+
+TEST(Start, GoesOnWhereTheSearchPathCannotBeExtended) {
+    World world;
+    world.Computer.Folders.RefuseVariables = true;
+    EXPECT_TRUE(world.Load());
+}
+
+TEST(Start, AsksForTheLanguageOnlyIfNoneIsStored) {
+    World world;
+    DesktopNotes desktop;
+    PutOn(world, desktop);
+    ASSERT_TRUE(world.Load());
+    EXPECT_THAT(desktop.Asked, Not(Contains("ChooseLanguage")));
+    EXPECT_EQ(world.Computer.Dialogs.Beeps, 0U);
+}
+
+TEST(Start, WithoutAStoredLanguageBeepsAndTakesTheChosenOne) {
+    World world(Starting("", {{"General", "Language", ""}}));
+    DesktopNotes desktop;
+    desktop.ChosenLanguage = "german";
+    size_t beepsBefore = 0;
+    desktop.WhileAsked = [&](const std::string& what) {
+        if (what == "ChooseLanguage") beepsBefore = world.Computer.Dialogs.Beeps;
+    };
+    PutOn(world, desktop);
+    ASSERT_TRUE(world.Load());
+    EXPECT_THAT(desktop.Asked, Contains("ChooseLanguage").Times(1));
+    EXPECT_EQ(beepsBefore, 1U);
+    EXPECT_EQ(world.Values().Options.Language, "german");
+}
+
+TEST(Start, WithoutAnyLanguageSpeaksEnglish) {
+    World world(Starting("", {{"General", "Language", ""}}));
+    DesktopNotes desktop;
+    PutOn(world, desktop);
+    ASSERT_TRUE(world.Load());
+    EXPECT_EQ(world.Values().Options.Language, "english");
+}
+
+TEST(Start, MakesTheFoldersForSongsAndForTheLogAndNoOthers) {
+    World world(Starting("", {{"Options", "TempPath", "/home/user/temp"},
+                              {"Options", "LogFilePath", "/home/user/logs"},
+                              {"Options", "MusicPath", "/home/user/tunes"}}));
+    world.Disk().MakeFolders("/home/user/temp");
+    ASSERT_TRUE(world.Load());
+    EXPECT_TRUE(world.Disk().IsFolder("/home/user/temp/Corvet"));
+    EXPECT_TRUE(world.Disk().IsFolder("/home/user/logs"));
+    EXPECT_FALSE(world.Disk().Exists("/home/user/tunes"));
+}
+
+TEST(Start, LeavesAMissingParentOfTheTemporaryFolderMissing) {
+    World world(Starting("", {{"Options", "TempPath", "/home/user/no/such"}}));
+    EXPECT_TRUE(world.Load());
+    EXPECT_FALSE(world.Disk().Exists("/home/user/no"));
+    EXPECT_THAT(world.Boxes(), IsEmpty());  // the first song tells it
+}
+
+TEST(Start, WritesItsLineIntoTheLogOfTheDay) {
+    World world;
+    ASSERT_TRUE(world.Load());
+    EXPECT_EQ(world.Disk().Content(std::string(LogFolder) + "/20240514.log"), "12:00:00\tSTART\r\n");
+}
+
+TEST(Start, WithoutALogWritesNoLine) {
+    World world(Starting("", {{"General", "LogToFile", "0"}}));
+    ASSERT_TRUE(world.Load());
+    EXPECT_FALSE(world.Disk().Exists(std::string(LogFolder) + "/20240514.log"));
+}
+
+struct Place {
+    const char* Pos;
+    const char* Moved;  ///< empty: the window stays
+};
+
+class StoredPlace : public testing::TestWithParam<Place> {};
+
+TEST_P(StoredPlace, MovesTheWindowIfLeftAndTopHaveABitInCommon) {
+    World world(Starting("", {{"Form", "Pos", GetParam().Pos}}));
+    DesktopNotes desktop;
+    PutOn(world, desktop);
+    ASSERT_TRUE(world.Load());
+    std::vector<std::string> moves;
+    for (const std::string& each : desktop.Asked) {
+        if (each.starts_with("MoveWindow")) moves.push_back(each);
+    }
+    if (std::string(GetParam().Moved).empty()) {
+        EXPECT_THAT(moves, IsEmpty());
+    } else {
+        EXPECT_THAT(moves, ElementsAre(GetParam().Moved));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, StoredPlace,
+                         testing::Values(Place{"0;500;9000;7000", ""}, Place{"4096;3072;9000;7000", ""},
+                                         Place{"300;300;9000;7000", "MoveWindow 300 300"},
+                                         Place{"-15;700;9000;7000", "MoveWindow -15 700"},
+                                         Place{"300;300;9000", ""}, Place{"", ""}, Place{"a;b;c;d", ""}));
+
+TEST(Start, ReadsTheCountOfAllSongsAndDefaultsToNone) {
+    World world;
+    ASSERT_TRUE(world.Load());
+    EXPECT_EQ(world.Values().SongCounter, 0);
+    world.Recorder->Unload();
+    RegistryBranches branches(world.Disk(), std::string(LogFolder) + "/registry.ini",
+                              "/nowhere/registry.ini");
+    ASSERT_TRUE(branches.WriteUserValue("", "TotalCountOfSongs", 41));
+    world.Made();
+    ASSERT_TRUE(world.Load());
+    EXPECT_EQ(world.Values().SongCounter, 41);
+}
+
+TEST(Start, BeginsWithNothingWantedAndRecordingEnabledByTheMediaData) {
+    for (const bool enabled : {true, false}) {
+        World world(Starting("", {{"Providers", "Enable", enabled ? "1" : "0"}}));
+        ASSERT_TRUE(world.Load());
+        const RecordingFlags& flags = world.Values().Flags;
+        EXPECT_FALSE(flags.RecordCurrentSong || flags.RecordNextSong || flags.StopAtEndOfSong);
+        EXPECT_EQ(flags.RecordingEnabled, enabled);
+        EXPECT_EQ(world.Form().chkStationDataEnable.Value(), enabled ? 1 : 0);
+    }
+}
+
+TEST(Start, WithoutMediaDataAppliesTheStateOfNoSource) {
+    World world(Starting("", {{"Providers", "Enable", "0"}}));
+    ASSERT_TRUE(world.Load());
+    EXPECT_EQ(world.Values().Media.ProviderName, "NoStationData");
+    EXPECT_FALSE(world.Form().cmdGetStationID.Enabled());
+    EXPECT_EQ(world.Form().lblProvider[0].Caption(), " \xE2\x80\xA2 ");
+    EXPECT_EQ(world.Stored("Providers", "Enable"), "0");
+}
+
+TEST(Start, SetsTheDelayOfTheTransferToTheLargerOfTheSettingAnd100Milliseconds) {
+    for (const auto& [stored, interval] :
+         {std::pair("5000", 5000), std::pair("0", 100), std::pair("-3", 100)}) {
+        World world(Starting("", {{"DoNotChange", "EncodeDelay", stored}}));
+        ASSERT_TRUE(world.Load());
+        EXPECT_EQ(world.Form().tmrEncodeFile.Interval(), interval);
+        EXPECT_FALSE(world.Form().tmrEncodeFile.Running());
+    }
+}
+
+TEST(Start, LeavesOnlyTheSupervisorRunning) {
+    World world;
+    ASSERT_TRUE(world.Load());
+    frmMain& form = world.Form();
+    EXPECT_TRUE(form.tmr1Second.Running());
+    for (const TimerControl* timer :
+         {&form.tmrGetMediaData, &form.tmrEncodeFile, &form.tmrVU, &form.tmrMsgBox}) {
+        EXPECT_FALSE(timer->Running()) << timer->Name();
+    }
+}
+
+TEST(Start, OpensTheInputInTheSecondWholeSecond) {
+    World world;
+    ASSERT_TRUE(world.Load());
+    world.RunFor(0.9);
+    EXPECT_FALSE(world.Form().chkStartStop[0].Enabled());
+    world.RunFor(0.2);
+    EXPECT_TRUE(world.Form().chkStartStop[0].Enabled());
+    EXPECT_TRUE(world.Form().chkStartStop[1].Enabled());
+}
+
+TEST(Start, EnablesTheFormatsWhoseToolsAreThere) {
+    World world;
+    world.Disk().Put("/usr/bin/lame", "program");
+    world.Disk().Put("/usr/share/Corvet/oggenc", "program");
+    ASSERT_TRUE(world.Load());
+    EXPECT_TRUE(world.Form().optEncoder[0].Enabled());
+    EXPECT_TRUE(world.Form().optEncoder[1].Enabled());
+    EXPECT_TRUE(world.Form().optEncoder[2].Enabled());
+    EXPECT_FALSE(world.Form().optEncoder[3].Enabled());
+}
+
+TEST(StartApplication, IsLaunchedWithItsLineIfChecked) {
+    World world(Starting("", {{"Options", "StartApp", "1"},
+                              {"Options", "StartAppName", "/usr/bin/radio"},
+                              {"Options", "StartAppParams", "--play %Temp%"}}));
+    ASSERT_TRUE(world.Load());
+    const ShellCall call = {"/usr/bin/radio", "--play %Temp%", "/usr/bin/"};
+    EXPECT_THAT(world.Computer.Processes.ShellCalls, ElementsAre(call));
+    EXPECT_THAT(world.Logged("START"), ElementsAre("", "/usr/bin/radio\t--play %Temp%"));
+}
+
+TEST(StartApplication, IsLeftAloneIfNotChecked) {
+    World world(Starting("", {{"Options", "StartAppName", "/usr/bin/radio"}}));
+    ASSERT_TRUE(world.Load());
+    EXPECT_THAT(world.Computer.Processes.ShellCalls, IsEmpty());
+}
+
+TEST(StartApplication, ThatFailsIsToldInTheLogAndTheStartGoesOn) {
+    World world(Starting("", {{"Options", "StartApp", "1"}, {"Options", "StartAppName", "/no/such"}}));
+    world.Computer.Processes.OnShellOpen = [](const ShellCall&) { return 2; };
+    ASSERT_TRUE(world.Load());
+    EXPECT_THAT(world.Logged("ERROR"), ElementsAre("2 (File not found)"));
+    EXPECT_THAT(world.Boxes(), IsEmpty());
+}
+
+TEST(FirstStart, CopiesTheSeedFileAndReadsIt) {
+    WorldOptions options;
+    options.FirstStart = true;
+    World world(std::move(options));
+    world.Disk().Put("/opt/corvetape/Corvet.ini", "[Options]\r\nLowTempSpace=777\r\nNoStartupInfo=1\r\n");
+    ASSERT_TRUE(world.Load());
+    EXPECT_EQ(world.Values().Options.LowTempSpace, 777);
+    EXPECT_THAT(world.Disk().Content(IniFile).value_or(""), HasSubstr("LowTempSpace=777\r\n"));
+}
+
+TEST(FirstStart, WithoutAnyFileTakesTheDefaults) {
+    WorldOptions options;
+    options.FirstStart = true;
+    World world(std::move(options));
+    ASSERT_TRUE(world.Load());
+    EXPECT_EQ(world.Values().Options.LowTempSpace, 300);
+    EXPECT_EQ(world.Form().txtRecordingPeriod.Text(), "60");
+    EXPECT_TRUE(world.Values().Media.StationDataEnabled);
+}
+
+TEST(FirstStart, OpensTheFirstPageOfTheAssistantOnTheSecondTick) {
+    WorldOptions options;
+    options.FirstStart = true;
+    World world(std::move(options));
+    DesktopNotes desktop;
+    desktop.ChosenLanguage = "english";
+    PutOn(world, desktop);
+    ASSERT_TRUE(world.Load());
+    world.RunFor(2);
+    EXPECT_THAT(desktop.Asked, Contains("OpenAssistant 1st.htm").Times(1));
+    const ShellCall call = {"/opt/corvetape/COR1st.bat", "english", "/opt/corvetape"};
+    EXPECT_THAT(world.Computer.Processes.ShellCalls, ElementsAre(call));
+    EXPECT_TRUE(world.Values().Lifecycle.WizardRequested);
+}
+
+TEST(FaultyStart, GoesOnWhicheverFileOperationFails) {
+    uint64_t last = 0;
+    {
+        World world;
+        ASSERT_TRUE(world.Load());
+        last = world.Disk().OperationCount();
+    }
+    ASSERT_GT(last, 10U);
+    for (uint64_t number = 1; number <= last; ++number) {
+        World world;
+        world.Disk().FailOperation(number);
+        ASSERT_TRUE(world.Load()) << number;
+        ASSERT_EQ(world.Disk().FailedOperations().size(), 1U);
+        world.RunFor(3);
+        world.Finish();
+        EXPECT_EQ(world.Ends, 1U) << world.Disk().FailedOperations()[0];
+        EXPECT_EQ(world.Disk().OpenHandles(), 0U) << world.Disk().FailedOperations()[0];
+    }
+}
+
+}  // namespace
+}  // namespace Corvetape::Test

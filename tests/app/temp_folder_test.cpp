@@ -1,0 +1,141 @@
+// What is left of the temporary folder when the program ends.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/desktop_notes.h"
+#include "scenario/song_audio.h"
+
+namespace Corvetape::Test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+/// One short song is recorded and handed over, and the program ends.
+WorldOptions OneSong(std::vector<IniLine> settings) {
+    WorldOptions options = Starting("", {{ProviderOfRadio, "LengthOfPause", "500"},
+                                         {ProviderOfRadio, "IgnoreShortSongs", "2"},
+                                         {"DoNotChange", "EncodeDelay", "0"}});
+    options.Settings.insert(options.Settings.end(), settings.begin(), settings.end());
+    options.Radio = NumberedRadio({10});
+    return options;
+}
+
+void RecordTheSong(World& world) {
+    ASSERT_TRUE(world.StartRecording());
+    world.RunFor(25);
+    ASSERT_THAT(world.Transferred, SizeIs(1));
+}
+
+const std::string Song = std::string(SongTempFolder) + "/Band 1 - Song 1.wav";
+
+TEST(TempFolder, GoesWithAllFilesInIt) {
+    World world(OneSong({{"Options", "DelTempFolder", "1"}}));
+    RecordTheSong(world);
+    world.Disk().Put(SongTempFolder + std::string("/something else.txt"), "text");
+    world.Recorder->Unload();
+    EXPECT_FALSE(world.Disk().Exists(SongTempFolder));
+}
+
+TEST(TempFolder, StaysWithoutTheOption) {
+    World world(OneSong({}));
+    RecordTheSong(world);
+    world.Finish();
+    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(Song));
+}
+
+TEST(TempFolder, StaysWithSongsThatAreNotEncoded) {
+    World world(OneSong({{"Options", "DelTempFolder", "1"}, {"Options", "EncodeOffline", "1"}}));
+    RecordTheSong(world);
+    world.Finish();
+    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(Song));
+    EXPECT_THAT(world.Computer.Processes.Jobs, IsEmpty());
+}
+
+TEST(TempFolder, StaysWithASongThatIsStillEncodedAndGoesBehindIt) {
+    WorldOptions options = OneSong({{"Options", "DelTempFolder", "1"}});
+    options.EncodingTime = std::chrono::minutes(5);
+    World world(std::move(options));
+    RecordTheSong(world);
+    world.Disk().Put(SongTempFolder + std::string("/something else.txt"), "text");
+    world.Recorder->Unload();
+    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(Song));
+
+    ASSERT_TRUE(world.Computer.Processes.WaitForAll(std::chrono::minutes(10)));
+    world.Recorder->CollectJobs();
+    world.Recorder->RemoveTempFolder();
+    EXPECT_FALSE(world.Disk().Exists(SongTempFolder));
+    EXPECT_TRUE(world.Disk().Exists(std::string(MusicFolder) + "/Radio/Band 1 - Song 1.wav"));
+}
+
+TEST(TempFolder, StaysWithASongWhoseEncoderHasFailed) {
+    World world(OneSong({{"Options", "DelTempFolder", "1"}}));
+    world.Computer.Processes.OnJob = [](const HiddenJob&) { return 1; };
+    RecordTheSong(world);
+    world.Finish();
+    EXPECT_THAT(world.EndedJobs, SizeIs(1));
+    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(Song));
+}
+
+TEST(TempFolder, StaysWithASongWhoseEncoderCouldNotBeStarted) {
+    World world(OneSong({{"Options", "DelTempFolder", "1"}}));
+    world.Computer.Processes.RefuseJobs = true;
+    RecordTheSong(world);
+    world.Finish();
+    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(Song));
+}
+
+TEST(TempFolder, StaysWithASongForWhichThereIsNoCommand) {
+    World world(OneSong({{"Options", "DelTempFolder", "1"}}));
+    world.Disk().Put("/opt/corvetape/CorvetFix.ini", "[Encode]\r\n");
+    RecordTheSong(world);
+    world.Finish();
+    EXPECT_THAT(world.Logged("ERROR"), ElementsAre(HasSubstr("The song stays as " + Song)));
+    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(Song));
+}
+
+TEST(TempFolder, StaysWithASongThatCouldNotBeRenamed) {
+    World world(OneSong({{"Options", "DelTempFolder", "1"}}));
+    FileFault fault;
+    fault.Operation = FileOperation::Rename;
+    world.Disk().AddFault(fault);
+    RecordTheSong(world);
+    world.Finish();
+    const std::string stamped = std::string(SongTempFolder) + "/240514120003.wav";
+    EXPECT_EQ(world.Transferred[0].TempFile, stamped);
+    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(stamped));
+}
+
+TEST(TempFolder, StaysWithASongThatWasBrokenOffByItsDisk) {
+    World world(OneSong({{"Options", "DelTempFolder", "1"}}));
+    FileFault fault;
+    fault.Pattern = "*.wav";
+    fault.Operation = FileOperation::Write;
+    fault.AfterCalls = 100;
+    fault.Times = 1;
+    world.Disk().AddFault(fault);
+    ASSERT_TRUE(world.StartRecording());
+    world.RunFor(25);
+    world.Finish();
+    const std::string broken = std::string(SongTempFolder) + "/240514120003.wav";
+    EXPECT_TRUE(world.Disk().Exists(broken));
+    const auto frames = FramesOfWav(world.Disk(), broken);
+    ASSERT_TRUE(frames);
+    EXPECT_GT(frames->size(), 80 * 2205U);
+}
+
+TEST(TempFolder, StaysWithAFolderInIt) {
+    World world(OneSong({{"Options", "DelTempFolder", "1"}}));
+    RecordTheSong(world);
+    world.Disk().Put(SongTempFolder + std::string("/kept/notes.txt"), "text");
+    world.Finish();
+    EXPECT_THAT(
+        world.Disk().Tree(SongTempFolder),
+        ElementsAre(SongTempFolder + std::string("/kept/"), SongTempFolder + std::string("/kept/notes.txt")));
+}
+
+}  // namespace
+}  // namespace Corvetape::Test

@@ -1,0 +1,75 @@
+#include <gtest/gtest.h>
+
+#include "audio/drain_bench.h"
+
+namespace Corvetape::Test {
+
+// The end of the signal.
+
+TEST_F(Drains, AtTheEndOfTheSignalAPendingCutIsMadeAndTheRestIsWritten) {
+    Arrive(180);
+    RaiseCut();
+    Arrive(30);
+    SetLevel(185, 0);
+    EXPECT_TRUE(Drain.FinishCut());
+    EXPECT_EQ(BuffersIn(Last().TempPath), Range(0, 185));
+    EXPECT_TRUE(Drain.WriteOut());
+    Writer.CloseSongFile();
+    EXPECT_EQ(BuffersIn(Last().TempPath), Range(186, 24));
+    EXPECT_EQ(Ring.Unread(), 0);
+}
+
+TEST_F(Drains, WithNothingUnreadTheEndOfTheSignalMakesNoFile) {
+    EXPECT_TRUE(Drain.FinishCut());
+    EXPECT_TRUE(Drain.WriteOut());
+    EXPECT_FALSE(Writer.SongFileOpen());
+    Arrive(5);
+    Flags.RecordingEnabled = false;
+    EXPECT_TRUE(Drain.WriteOut());
+    EXPECT_FALSE(Writer.SongFileOpen());
+}
+
+// Values that make no sense.
+
+TEST_F(Drains, NegativeThresholdsAndACutOutsideTheRingDoNoHarm) {
+    Pause.EndOfSongThreshold = {-3000, -3000};
+    Arrive(180);
+    Cut.CutPending = true;
+    for (const int32_t cut : {-1, 400, 2147483647, -2147483647}) {
+        Cut.CutIndex = cut;
+        EXPECT_TRUE(Drain.DrainAudioRing(true)) << cut;
+        EXPECT_GE(Ring.AudioReadIndex, 0);
+        EXPECT_LT(Ring.AudioReadIndex, 400);
+        Cut.CutPending = true;
+    }
+}
+
+TEST_F(Drains, AfterTheRingWasOpenedAnewACutEndsTheOldSongAndTheNewAudioIsTheNextOnes) {
+    Arrive(300);
+    Drain.DrainAudioRing(false);
+    RaiseCut();
+    Ring.Open(400, BufferFrames);
+    Next = 1000;
+    Arrive(60);
+    EXPECT_TRUE(Drain.DrainAudioRing(false));
+    EXPECT_FALSE(Cut.CutPending);
+    EXPECT_EQ(BuffersIn(Last().TempPath), Range(0, 200));
+    Drain.WriteOut();
+    Writer.CloseSongFile();
+    EXPECT_EQ(BuffersIn(Last().TempPath), Range(1000, 60));
+}
+
+TEST_F(Drains, ACutBeforeTheReadIndexMovesNothingThatIsUnread) {
+    Arrive(180);
+    RaiseCut();
+    Arrive(20);
+    Ring.AudioReadIndex = Ring.AudioWriteIndex;  // recording was begun by hand behind the change
+    Arrive(40);
+    EXPECT_TRUE(Drain.DrainAudioRing(false));
+    EXPECT_FALSE(Cut.CutPending);
+    EXPECT_EQ(Ring.AudioReadIndex, 200);
+    EXPECT_TRUE(Closed.empty());
+    EXPECT_FALSE(Writer.SongFileOpen());
+}
+
+}  // namespace Corvetape::Test

@@ -1,0 +1,195 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+#include "cli/cli_test.h"
+
+namespace Corvetape {
+namespace {
+
+using namespace Test;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class RecordTest : public CliTest {
+ protected:
+    CommandStart Demo(std::vector<std::string> arguments, const std::string& speed = "1000") const {
+        arguments.insert(arguments.begin(), {"--input", "demo", "--speed", speed});
+        return With("record", std::move(arguments));
+    }
+
+    std::vector<Json> RecordDemo(std::vector<std::string> arguments) const {
+        arguments.push_back("--json");
+        const Finished run = RunCommand(Demo(std::move(arguments)));
+        EXPECT_EQ(run.Code, 0);
+        EXPECT_EQ(run.Err, "");
+        return Objects(run.Out);
+    }
+
+    /// Bytes of the temporary song that is being written.
+    size_t TempBytes() const {
+        size_t bytes = 0;
+        for (const std::string& name : FilesBelow(Home() + "/cache")) {
+            std::error_code gone;
+            const auto size = std::filesystem::file_size(Home() + "/cache/" + name, gone);
+            if (!gone && name.ends_with(".wav")) bytes = std::max<size_t>(bytes, size);
+        }
+        return bytes;
+    }
+
+    static std::vector<std::string> ReasonsOf(const std::vector<Json>& songs) {
+        std::vector<std::string> reasons;
+        for (const Json& song : songs) reasons.push_back(song["reason"]);
+        return reasons;
+    }
+};
+
+TEST_F(RecordTest, SongsEndsWithThatNumberOfMusicFiles) {
+    const std::vector<Json> songs = RecordDemo({"--songs", "2"});
+    EXPECT_THAT(ReasonsOf(songs), ElementsAre("kept", "kept"));
+    for (const Json& song : songs) {
+        const std::string file = song["file"];
+        EXPECT_NE(song["artist"], "");
+        EXPECT_THAT(file, HasSubstr(song["title"].get<std::string>()));
+        EXPECT_EQ(ReadSound(file).size(), song["frames"]);
+        EXPECT_EQ(TagOf(file, "IART"), song["artist"]);
+        EXPECT_EQ(song["whole"], true);
+    }
+}
+
+TEST_F(RecordTest, SecondsEndsThereAndKeepsThePartialSong) {
+    const std::vector<Json> songs = RecordDemo({"--seconds", "20"});
+    ASSERT_THAT(ReasonsOf(songs), ElementsAre("kept"));
+    EXPECT_NEAR(songs[0]["end"].get<double>(), 20.0, 0.051);
+    EXPECT_EQ(songs[0]["whole"], false);
+}
+
+TEST_F(RecordTest, NextBeginsWithTheNextSong) {
+    const std::vector<Json> songs = RecordDemo({"--next", "--songs", "1"});
+    EXPECT_THAT(ReasonsOf(songs), ElementsAre("unwanted", "kept"));
+}
+
+TEST_F(RecordTest, ForEndsWithTheSongThatPlaysThen) {
+    const std::vector<Json> songs = RecordDemo({"--for", "1"});
+    ASSERT_THAT(songs, testing::Not(IsEmpty()));
+    EXPECT_EQ(songs.back()["reason"], "kept");
+    EXPECT_EQ(songs.back()["whole"], true);
+    EXPECT_LE(songs.back()["begin"].get<double>(), 62.0);
+    EXPECT_GE(songs.back()["end"].get<double>(), 60.0);
+}
+
+TEST_F(RecordTest, QuitEndsBehindTheLastSongOfATimedRecording) {
+    const std::vector<Json> songs = RecordDemo({"--for", "1", "--quit"});
+    ASSERT_THAT(songs, testing::Not(IsEmpty()));
+    EXPECT_EQ(songs.back()["reason"], "kept");
+    EXPECT_LE(songs.back()["begin"].get<double>(), 62.0);
+    EXPECT_GE(songs.back()["end"].get<double>(), 60.0);
+}
+
+TEST_F(RecordTest, SpeedIsHeldAgainstTheClock) {
+    const auto began = std::chrono::steady_clock::now();
+    const Finished run = RunCommand(Demo({"--seconds", "20"}, "20"));
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - began;
+    EXPECT_EQ(run.Code, 0);
+    EXPECT_GE(took.count(), 0.99);
+    EXPECT_LT(took.count(), 15) << "not even real time";
+}
+
+TEST_F(RecordTest, AFileIsRecordedToItsEndBitForBit) {
+    const Recording recording = MakeRecording();
+    const std::string path = PutWave("show.wav", recording);
+    const Finished run = RunCommand(With("record", {"--input", "file:" + path, "--speed", "1000", "--json"}));
+    EXPECT_EQ(run.Code, 0);
+    EXPECT_EQ(run.Err, "");
+    EXPECT_THAT(Compared(recording, run), ElementsAre("equal", "equal", "equal"));
+}
+
+TEST_F(RecordTest, AFileThatHasToBeConvertedIsTold) {
+    WriteSound(folder / "show.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_U8, MakeRecording().Frames, 1);
+    const Finished run =
+        RunCommand(With("record", {"--input", "file:show.wav", "--speed", "1000", "--json"}));
+    EXPECT_EQ(run.Code, 0);
+    EXPECT_EQ(run.Err, "corvetape-cli: show.wav: is mono, 8-bit; converted to 16-bit stereo at 44100 Hz\n");
+    EXPECT_THAT(Objects(run.Out), SizeIs(3));
+}
+
+class InterruptedRecord : public RecordTest, public testing::WithParamInterface<int> {};
+
+TEST_P(InterruptedRecord, ClosesTheSongInOrderAndKeepsIt) {
+    Command command(Demo({"--json"}, "20"));
+    ASSERT_TRUE(command.WaitUntil([&] { return TempBytes() > size_t{5} * Rate * sizeof(Frame); }));
+    command.Signal(GetParam());
+    EXPECT_EQ(command.Wait(), 0);
+    EXPECT_EQ(command.Err, "");
+    const std::vector<Json> songs = Objects(command.Out);
+    ASSERT_THAT(ReasonsOf(songs), ElementsAre("kept"));
+    EXPECT_EQ(ReadSound(songs[0]["file"]).size(), songs[0]["frames"]);
+    EXPECT_GE(songs[0]["frames"], 5 * Rate);
+    std::string log;
+    for (const std::string& name : FilesBelow(Home() + "/config/Corvet")) {
+        if (name.ends_with(".log") && name != "encode.log") log += Content(Home() + "/config/Corvet/" + name);
+    }
+    EXPECT_THAT(log, HasSubstr("\tEND "));
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, InterruptedRecord, testing::Values(SIGINT, SIGTERM));
+
+TEST_F(RecordTest, WhatAKilledRecordingHasLeftIsBroughtHomeByTheNextOne) {
+    {
+        Command command(Demo({"--json"}, "20"));
+        ASSERT_TRUE(command.WaitUntil([&] { return TempBytes() > size_t{12} * Rate * sizeof(Frame); }));
+        command.Signal(SIGKILL);
+        EXPECT_EQ(command.Wait(), 128 + SIGKILL);
+    }
+    EXPECT_THAT(FilesBelow(Home() + "/Music"), IsEmpty());
+    const Finished run = RunCommand(Demo({"--seconds", "1", "--json"}));
+    EXPECT_EQ(run.Code, 0);
+    const std::vector<std::string> music = FilesBelow(Home() + "/Music");
+    ASSERT_THAT(music, SizeIs(1));
+    EXPECT_GE(ReadSound(Home() + "/Music/" + music[0]).size(), size_t{5} * Rate);
+}
+
+TEST_F(RecordTest, ATerminalShowsTheStateOfTheRecording) {
+    CommandStart start = Demo({}, "20");
+    start.Terminal = true;
+    Command command(start);
+    EXPECT_TRUE(command.WaitUntil([&] { return command.Err.find("recording 0 kept") != std::string::npos; }));
+    command.Signal(SIGINT);
+    EXPECT_EQ(command.Wait(), 0);
+    EXPECT_TRUE(command.Err.ends_with(" \r")) << "the line is still there";
+}
+
+TEST_F(RecordTest, NothingButTextIsPrintedWhereThereIsNoTerminal) {
+    const Finished run = RunCommand(Demo({"--songs", "1"}));
+    EXPECT_EQ(run.Err, "");
+    for (const char letter : run.Out) {
+        EXPECT_TRUE(static_cast<unsigned char>(letter) >= 0x20 || letter == '\n') << static_cast<int>(letter);
+    }
+    const std::vector<std::string> lines = LinesOf(run.Out);
+    ASSERT_THAT(lines, SizeIs(2));
+    EXPECT_TRUE(lines[0].starts_with("kept ")) << lines[0];
+    EXPECT_EQ(lines[1], "1 song kept in " + Home() + "/Music");
+}
+
+TEST_F(RecordTest, WithoutASoundServerTheDemoRadioIsStillThere) {
+    const Finished run = RunCommand({{"devices", "--json"}, {}, "", false});
+    EXPECT_EQ(run.Code, 0);
+    EXPECT_EQ(run.Err, "");
+    const std::vector<Json> devices = Objects(run.Out);
+    ASSERT_THAT(devices, SizeIs(1));
+    EXPECT_EQ(devices[0]["number"], 0);
+    EXPECT_EQ(devices[0]["id"], "demo");
+    EXPECT_EQ(devices[0]["kind"], "demo");
+    EXPECT_EQ(devices[0]["default"], false);
+    EXPECT_NE(devices[0]["name"], "");
+    const Finished text = RunCommand({{"devices"}, {}, "", false});
+    EXPECT_EQ(text.Code, 0);
+    EXPECT_EQ(text.Out, "   0  demo     Demo radio (made-up music)\n");
+    EXPECT_EQ(text.Err, "corvetape-cli: no sound server answers\n");
+}
+
+}  // namespace
+}  // namespace Corvetape

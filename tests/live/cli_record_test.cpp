@@ -1,0 +1,262 @@
+// The built command line against private sound servers.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <thread>
+
+#include "live/sound_server.h"
+#include "live/test_process.h"
+#include "platform/linux/sound_file_source.h"
+#include "support/temp_folder.h"
+#include "support/test_sound.h"
+
+namespace Corvetape {
+namespace {
+
+using Json = nlohmann::json;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
+constexpr size_t Second = 44100;
+constexpr auto Patience = std::chrono::seconds(30);
+
+std::string Content(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+/// False if the condition does not hold within the limit.
+bool WaitFor(const std::function<bool()>& condition, std::chrono::milliseconds limit = Patience) {
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= end) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));  // between two looks
+    }
+    return true;
+}
+
+std::vector<Frame> ReadSound(const std::string& path) {
+    const auto opened = SoundFileSource::Open(path, Second);
+    if (!opened.Source) {
+        ADD_FAILURE() << opened.Error;
+        return {};
+    }
+    std::vector<Frame> frames(static_cast<size_t>(opened.Source->TotalFrames()));
+    frames.resize(opened.Source->Read(frames));
+    return frames;
+}
+
+/// A run of the command line on a sound server.
+class CliRun {
+ public:
+    CliRun(const SoundServer& server, std::vector<std::string> arguments)
+        : address(server.Address()), process(StartOf(std::move(arguments))) {}
+
+    /// All that it has printed.
+    std::string Printed() const { return Content(folder / "printed"); }
+
+    /// The objects among the printed lines.
+    std::vector<Json> Songs() const {
+        std::vector<Json> songs;
+        for (const std::string& line : Lines()) {
+            if (line.starts_with('{')) songs.push_back(Json::parse(line));
+        }
+        return songs;
+    }
+
+    /// What it had to tell of an input that was gone and of sound that was lost.
+    std::vector<std::string> ToldOfTheInput() const {
+        std::vector<std::string> told;
+        for (const std::string& line : Lines()) {
+            const bool ofInput = line.find("The input is") != std::string::npos;
+            const bool ofLoss = line.find("sound were lost") != std::string::npos;
+            if (!line.starts_with('{') && (ofInput || ofLoss)) told.push_back(line);
+        }
+        return told;
+    }
+
+    /// Waits until the server lists its stream.
+    bool WaitUntilItRecords() const {
+        return WaitFor([&] {
+            const std::string list = folder / "streams";
+            std::filesystem::remove(list);
+            TestProcess pactl(
+                {{"pactl", "list", "short", "source-outputs"}, {{"PULSE_SERVER", address}}, list});
+            return pactl.Wait(Patience) == 0 && !Content(list).empty();
+        });
+    }
+
+    /// Waits until so many frames of the present song lie in its temporary file.
+    bool WaitForSong(size_t frames) const {
+        return WaitFor([&] {
+            std::error_code gone;
+            const auto all = std::filesystem::recursive_directory_iterator(folder / "home/cache", gone);
+            return std::any_of(begin(all), end(all), [&](const auto& entry) {
+                return entry.path().extension() == ".wav" && entry.file_size(gone) > frames * sizeof(Frame) &&
+                       !gone;
+            });
+        });
+    }
+
+    /// Waits until it has printed these words.
+    bool WaitForText(const std::string& words) const {
+        return WaitFor([&] { return Printed().find(words) != std::string::npos; });
+    }
+
+    TestProcess& Process() { return process; }
+
+ private:
+    TestProcess::Start StartOf(std::vector<std::string> arguments) const {
+        TestProcess::Start start;
+        start.Command = {CORVETAPE_BINARY_DIR "/bin/corvetape-cli"};
+        start.Command.insert(start.Command.end(), arguments.begin(), arguments.end());
+        if (arguments.front() == "record") {
+            start.Command.insert(start.Command.end(),
+                                 {"--json", "--home", folder / "home", "--set", "Source.IgnoreShortSongs=1"});
+        }
+        start.Environment = {{"PULSE_SERVER", address}};
+        start.Output = folder / "printed";
+        return start;
+    }
+
+    std::vector<std::string> Lines() const {
+        std::vector<std::string> lines;
+        std::istringstream text(Printed());
+        for (std::string line; std::getline(text, line);) lines.push_back(line);
+        return lines;
+    }
+
+    const TempFolder folder;
+    const std::string address;
+    TestProcess process;
+};
+
+class CliRecordTest : public testing::TestWithParam<ServerKind> {
+ protected:
+    CliRecordTest() { server.Start(); }
+
+    /// Songs with silence before, between and behind them, as a file.
+    std::string PutShow(const std::string& name, const std::vector<std::vector<Frame>>& songs) const {
+        std::vector<Frame> show(Second);
+        for (const std::vector<Frame>& song : songs) {
+            show.insert(show.end(), song.begin(), song.end());
+            show.insert(show.end(), 3 * Second / 2, Frame{});
+        }
+        WriteWave(server.Folder / name, show, Second);
+        return server.Folder / name;
+    }
+
+    SoundServer server{GetParam()};
+};
+
+TEST_P(CliRecordTest, WhatIsPlayedComesOutBitForBitBetweenFirstAndLastSound) {
+    const std::vector<std::vector<Frame>> songs = {Noise(3 * Second, 21), Noise(4 * Second, 22)};
+    const std::string show = PutShow("show.wav", songs);
+    CliRun record(server, {"record", "--songs", "2"});
+    ASSERT_TRUE(record.WaitUntilItRecords()) << record.Printed();
+    const auto player = server.Play(show);
+    EXPECT_EQ(record.Process().Wait(Patience), 0) << record.Printed();
+    const std::vector<Json> recorded = record.Songs();
+    ASSERT_THAT(recorded, SizeIs(2)) << record.Printed();
+    for (size_t i = 0; i < recorded.size(); ++i) {
+        const std::vector<Frame> frames = ReadSound(recorded[i]["file"]);
+        EXPECT_EQ(Comparison(songs[i], WithoutSilenceAround(frames)), "equal");
+        EXPECT_EQ(recorded[i]["lost_frames"], 0);
+    }
+    EXPECT_THAT(record.ToldOfTheInput(), IsEmpty());
+}
+
+TEST_P(CliRecordTest, RecordingGoesOnAfterTheServerWasKilledAndTheGapIsTold) {
+    const std::vector<Frame> before = Noise(20 * Second, 31);
+    const std::vector<Frame> after = Noise(3 * Second, 32);
+    const std::string first = PutShow("first.wav", {before});
+    const std::string second = PutShow("second.wav", {after});
+    // The silence until the second file plays is no end of the song.
+    CliRun record(server, {"record", "--input", "radio.monitor", "--set", "Source.LengthOfPause=10000"});
+    ASSERT_TRUE(record.WaitUntilItRecords()) << record.Printed();
+    const auto player = server.Play(first);
+    ASSERT_TRUE(record.WaitForSong(6 * Second)) << record.Printed();
+
+    const auto killed = std::chrono::steady_clock::now();
+    server.Kill();
+    EXPECT_TRUE(record.WaitForText("The input is gone")) << record.Printed();
+    server.Start();
+    ASSERT_TRUE(record.WaitForText("The input is back")) << record.Printed();
+    const std::chrono::duration<double> gap = std::chrono::steady_clock::now() - killed;
+    EXPECT_EQ(server.Play(second)->Wait(Patience), 0);
+    EXPECT_TRUE(record.WaitForText("of sound were lost (")) << record.Printed();
+    record.Process().Signal(SIGINT);
+    EXPECT_EQ(record.Process().Wait(Patience), 0) << record.Printed();
+
+    EXPECT_THAT(record.Printed(), HasSubstr("the sound server was gone"));
+    const std::vector<Json> songs = record.Songs();
+    ASSERT_THAT(songs, SizeIs(1)) << record.Printed();
+    EXPECT_EQ(songs[0]["kept"], true);
+    EXPECT_NEAR(songs[0]["lost_frames"].get<double>() / Second, gap.count(), 0.15) << record.Printed();
+    const std::vector<Frame> frames = ReadSound(songs[0]["file"]);
+    const std::span<const Frame> sound = WithoutSilenceAround(frames);
+    ASSERT_GT(sound.size(), after.size());
+    EXPECT_EQ(Comparison(after, sound.last(after.size())), "equal");
+    const auto heard = WithoutSilenceAround(sound.first(sound.size() - after.size()));
+    EXPECT_GE(heard.size(), 2 * Second) << "the song begins with the silence before the first sound";
+    EXPECT_EQ(Comparison(std::span(before).first(std::min(before.size(), heard.size())), heard), "equal");
+}
+
+TEST_P(CliRecordTest, AStoppedProcessLosesNothingThatTheServerCanKeep) {
+    const std::vector<std::vector<Frame>> songs = {Noise(12 * Second, 41)};
+    const std::string show = PutShow("show.wav", songs);
+    CliRun record(server, {"record", "--songs", "1"});
+    ASSERT_TRUE(record.WaitUntilItRecords()) << record.Printed();
+    const auto player = server.Play(show);
+    ASSERT_TRUE(record.WaitForSong(Second)) << record.Printed();
+    record.Process().Signal(SIGSTOP);
+    std::this_thread::sleep_for(std::chrono::seconds(8));  // the condition itself
+    record.Process().Signal(SIGCONT);
+    EXPECT_EQ(record.Process().Wait(Patience), 0) << record.Printed();
+    const std::vector<Json> recorded = record.Songs();
+    ASSERT_THAT(recorded, SizeIs(1)) << record.Printed();
+    EXPECT_EQ(Comparison(songs[0], WithoutSilenceAround(ReadSound(recorded[0]["file"]))), "equal");
+    EXPECT_EQ(recorded[0]["lost_frames"], 0);
+    EXPECT_THAT(record.ToldOfTheInput(), IsEmpty());
+}
+
+TEST_P(CliRecordTest, DevicesListsTheServersMonitorsAndTheDemoRadio) {
+    CliRun devices(server, {"devices", "--json"});
+    EXPECT_EQ(devices.Process().Wait(Patience), 0);
+    const std::vector<Json> listed = devices.Songs();
+    ASSERT_THAT(listed, SizeIs(2)) << devices.Printed();
+    EXPECT_EQ(listed[0]["number"], 0);
+    EXPECT_EQ(listed[0]["name"], "Monitor of Radio");
+    EXPECT_EQ(listed[0]["id"], "radio.monitor");
+    EXPECT_EQ(listed[0]["kind"], "monitor");
+    EXPECT_EQ(listed[0]["default"], true);
+    EXPECT_EQ(listed[1]["id"], "demo");
+    EXPECT_EQ(listed[1]["default"], false);
+    CliRun people(server, {"devices"});
+    EXPECT_EQ(people.Process().Wait(Patience), 0);
+    EXPECT_EQ(people.Printed(),
+              "*  0  monitor  Monitor of Radio\n   1  demo     Demo radio (made-up music)\n");
+}
+
+TEST_P(CliRecordTest, ALiveInputHasNoSpeed) {
+    CliRun record(server, {"record", "--speed", "2"});
+    EXPECT_EQ(record.Process().Wait(Patience), 1);
+    EXPECT_EQ(record.Printed(), "corvetape-cli: --speed is for demo and file inputs\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(Servers, CliRecordTest,
+                         testing::Values(ServerKind::PulseAudio, ServerKind::PipeWire), [](const auto& test) {
+                             return test.param == ServerKind::PulseAudio ? "PulseAudio" : "PipeWire";
+                         });
+
+}  // namespace
+}  // namespace Corvetape

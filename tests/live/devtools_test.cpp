@@ -1,0 +1,261 @@
+// The pages of a real browser, read through its DevTools port.
+#include "platform/linux/devtools_documents.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <functional>
+
+#include "live/live_browser.h"
+#include "live/page_server.h"
+
+namespace Corvetape {
+namespace {
+
+using std::chrono::milliseconds;
+
+// Titles change by script; a click on the button counts.
+constexpr const char* RadioPage = R"html(<!doctype html><html><head><title>Song 1 & more</title></head><body>
+<p id="artist" title="The Artist">shown artist</p>
+<p name="song">Song <b>A</b></p>
+<img id="cover" src="/cover.jpg">
+<form name="player"><input name="go" type="button" value="play" onclick="document.title='pressed'"></form>
+<script>
+navigator.mediaSession.metadata = new MediaMetadata({title: 'Session Song', artist: 'Session Artist'});
+let n = 1;
+setInterval(() => { if (document.title.startsWith('Song')) document.title = 'Song ' + ++n + ' & more'; }, 300);
+</script></body></html>)html";
+
+constexpr const char* FramePage = R"html(<!doctype html><title>Frame</title><body>
+<p id="now">Frame Song 1</p><iframe name="deep" srcdoc="<p id=x>deep text</p>"></iframe>
+<script>let n = 1; setInterval(() => { now.innerText = 'Frame Song ' + ++n; }, 300);</script></body>)html";
+
+constexpr const char* HangingPage = R"html(<!doctype html><title>Hanging</title><body>
+<script>setTimeout(() => { for (;;); }, 1500);</script></body>)html";
+
+class DevTools : public testing::Test {
+ protected:
+    DevTools() {
+        Server = std::make_unique<PageServer>(std::map<std::string, std::string>{
+            {"/radio.html", RadioPage}, {"/frame.html", FramePage}, {"/hang.html", HangingPage}});
+    }
+
+    void Browse(const std::string& url) {
+        Browser = std::make_unique<LiveBrowser>(Session, url);
+        Pages = std::make_unique<DevToolsDocuments>(std::vector<uint16_t>{Browser->Port()});
+    }
+
+    /// The first page's document in a new poll.
+    std::shared_ptr<Document> Poll() {
+        Pages->BeginPoll();
+        const auto list = Pages->Pages();
+        return list.empty() ? nullptr : Pages->Open(list.front());
+    }
+
+    bool WaitFor(const std::function<bool()>& condition) {
+        return Session.WaitFor(condition, milliseconds(20'000));
+    }
+
+    bool WaitForTitle(const std::string& begin) {
+        return WaitFor([&] {
+            const auto document = Poll();
+            return document && document->Title().value_or("").starts_with(begin);
+        });
+    }
+
+    LiveSession Session;
+    std::unique_ptr<PageServer> Server;
+    std::unique_ptr<LiveBrowser> Browser;
+    std::unique_ptr<DevToolsDocuments> Pages;
+};
+
+TEST_F(DevTools, APageIsADocumentWithTitleAndAddress) {
+    Browse(Server->Url("/radio.html"));
+    ASSERT_TRUE(WaitForTitle("Song"));
+    const PageInfo page = Pages->Pages().front();
+    EXPECT_EQ(page.Url, Server->Url("/radio.html"));
+    EXPECT_TRUE(page.Title.ends_with(" & more")) << page.Title;
+    EXPECT_NE(page.Product.find("Chrom"), std::string::npos) << page.Product;
+    const auto document = Poll();
+    EXPECT_EQ(document->Url(), page.Url);
+    EXPECT_TRUE(document->HasBody());
+}
+
+TEST_F(DevTools, ATitleThatAScriptChangesIsReadAnewAtEachPoll) {
+    Browse(Server->Url("/radio.html"));
+    ASSERT_TRUE(WaitForTitle("Song"));
+    const std::string first = Poll()->Title().value_or("");
+    EXPECT_TRUE(WaitFor([&] {
+        const auto document = Poll();
+        return document && document->Title() != first;
+    }));
+}
+
+TEST_F(DevTools, ElementsAreFoundByIndexByIdAndByName) {
+    Browse(Server->Url("/radio.html"));
+    ASSERT_TRUE(WaitForTitle("Song"));
+    const auto document = Poll();
+    EXPECT_EQ(document->Element(0), (ElementText{"The Artist", "shown artist", std::nullopt}));
+    EXPECT_EQ(document->Element("artist"), document->Element(0));
+    EXPECT_EQ(document->Element("song")->InnerText, "Song A");
+    EXPECT_EQ(document->Element(2)->InnerText, "A");
+    EXPECT_EQ(document->Element("cover")->Src, Server->Url("/cover.jpg"));
+    EXPECT_EQ(document->Element("nothing"), std::nullopt);
+    EXPECT_EQ(document->Element(100), std::nullopt);
+    EXPECT_EQ(document->Element(-1), std::nullopt);
+}
+
+TEST_F(DevTools, AScriptSeesTheDocumentAsDocAndItsMembersAsItsOwn) {
+    Browse(Server->Url("/radio.html"));
+    ASSERT_TRUE(WaitForTitle("Song"));
+    const auto document = Poll();
+    EXPECT_TRUE(document->Evaluate("Doc.title").value_or("").starts_with("Song"));
+    EXPECT_TRUE(document->Evaluate("title").value_or("").starts_with("Song"));
+    EXPECT_EQ(document->Evaluate("navigator.mediaSession.metadata.artist"), "Session Artist");
+    EXPECT_EQ(document->Evaluate("getElementById('artist').innerText"), "shown artist");
+    EXPECT_EQ(document->Evaluate("1 + 2 // a remark"), "3");
+    EXPECT_EQ(document->Evaluate("null"), "");
+    EXPECT_EQ(document->Evaluate("undefined"), "");
+    EXPECT_EQ(document->Evaluate("no such thing"), std::nullopt);
+    EXPECT_EQ(document->Evaluate("nothing.of.this"), std::nullopt);
+}
+
+TEST_F(DevTools, CollectionsCanBeCalledLikeFunctions) {
+    Browse(Server->Url("/radio.html"));
+    ASSERT_TRUE(WaitForTitle("Song"));
+    const auto document = Poll();
+    EXPECT_EQ(document->Evaluate("Doc.forms(0).name"), "player");
+    EXPECT_EQ(document->Evaluate("forms('player').elements(0).value"), "play");
+    EXPECT_EQ(document->Evaluate("Doc.forms[0].elements('go').value"), "play");
+    EXPECT_EQ(document->Evaluate("Doc.all('artist').title"), "The Artist");
+    EXPECT_EQ(document->Evaluate("images.length"), "1");
+    EXPECT_EQ(document->Evaluate("Doc.body.contains(Doc.images(0))"), "true");
+    EXPECT_EQ(document->Evaluate("Doc.forms(7).name"), std::nullopt);
+}
+
+TEST_F(DevTools, AScriptThatIsRunPressesWhatIsInThePage) {
+    Browse(Server->Url("/radio.html"));
+    ASSERT_TRUE(WaitForTitle("Song"));
+    EXPECT_TRUE(Poll()->Run("Doc.forms(0).elements(0).click()"));
+    EXPECT_EQ(Poll()->Title(), "pressed");
+    EXPECT_FALSE(Poll()->Run("Doc.forms(3).submit()"));
+}
+
+TEST_F(DevTools, AnEndlessExpressionOfAProfileIsEndedAndThePageGoesOn) {
+    Browse(Server->Url("/radio.html"));
+    ASSERT_TRUE(WaitForTitle("Song"));
+    EXPECT_EQ(Poll()->Evaluate("(() => { for (;;); })()"), std::nullopt);
+    EXPECT_TRUE(WaitForTitle("Song"));
+}
+
+std::string PageWithFrame(const std::string& address) {
+    return "<!doctype html><title>Holder</title><body><iframe name='player' src='" + address +
+           "'></iframe></body>";
+}
+
+/// A page with a frame from `address`, on a server of its own.
+class DevToolsFrames : public DevTools {
+ protected:
+    void BrowseFrame(const std::string& address) {
+        Holder = std::make_unique<PageServer>(
+            std::map<std::string, std::string>{{"/holder.html", PageWithFrame(address)}});
+        Browse(Holder->Url("/holder.html"));
+    }
+
+    void ExpectFrame() {
+        ASSERT_TRUE(WaitFor([&] {
+            const auto document = Poll();
+            const auto frame = document ? document->Frame(0) : nullptr;
+            return frame && frame->Element("now");
+        }));
+        const auto document = Poll();
+        const auto frame = document->Frame(0);
+        ASSERT_TRUE(frame);
+        EXPECT_EQ(frame->Title(), "Frame");
+        EXPECT_TRUE(frame->Element("now")->InnerText.value_or("").starts_with("Frame Song"));
+        const auto named = document->Frame("player");
+        ASSERT_TRUE(named);
+        EXPECT_EQ(named->Url(), frame->Url());
+        const auto deep = named->Frame("deep");
+        ASSERT_TRUE(deep);
+        EXPECT_EQ(deep->Element("x")->InnerText, "deep text");
+        EXPECT_FALSE(document->Frame(1));
+        EXPECT_FALSE(document->Frame(-1));
+        EXPECT_FALSE(document->Frame("other"));
+    }
+
+    std::unique_ptr<PageServer> Holder;
+};
+
+TEST_F(DevToolsFrames, AFrameOfTheSameOriginIsReadByIndexAndByName) {
+    Holder = std::make_unique<PageServer>(std::map<std::string, std::string>{
+        {"/holder.html", PageWithFrame("/frame.html")}, {"/frame.html", FramePage}});
+    Browse(Holder->Url("/holder.html"));
+    ExpectFrame();
+}
+
+TEST_F(DevToolsFrames, AFrameOfAnotherOriginInTheSameProcessIsReadToo) {
+    BrowseFrame(Server->Url("/frame.html"));
+    ExpectFrame();
+}
+
+TEST_F(DevToolsFrames, AFrameWithAProcessOfItsOwnIsReadToo) {
+    BrowseFrame(Server->Url("/frame.html", "localhost"));
+    ExpectFrame();
+}
+
+TEST_F(DevTools, AHangingPageCostsItsLimitOnceAndThenNothing) {
+    Browse(Server->Url("/hang.html"));
+    const auto timedPoll = [&](bool& answered) {
+        const auto begin = std::chrono::steady_clock::now();
+        answered = Poll() != nullptr;
+        return std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - begin);
+    };
+    // Once it has answered, it does not stop before its script begins.
+    ASSERT_TRUE(WaitForTitle("Hanging"));
+    bool answered = true;
+    milliseconds first{};
+    ASSERT_TRUE(WaitFor([&] {
+        first = timedPoll(answered);
+        return !answered;
+    }));
+    EXPECT_GE(first, milliseconds(180));
+    EXPECT_LT(first, milliseconds(300));
+    for (int i = 0; i < 5; ++i) {
+        const milliseconds next = timedPoll(answered);
+        EXPECT_FALSE(answered);
+        EXPECT_LT(next, milliseconds(100));
+    }
+}
+
+TEST_F(DevTools, ABrowserThatStandsStillCostsItsLimitOnceAndComesBack) {
+    Browse(Server->Url("/radio.html"));
+    ASSERT_TRUE(WaitForTitle("Song"));
+    Browser->Signal(SIGSTOP);
+    const auto begin = std::chrono::steady_clock::now();
+    for (int i = 0; i < 5; ++i) EXPECT_EQ(Poll(), nullptr);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, milliseconds(400));
+    Browser->Signal(SIGCONT);
+    EXPECT_TRUE(WaitForTitle("Song"));
+}
+
+TEST_F(DevTools, ABrowserThatIsClosedHasNoPages) {
+    Browse(Server->Url("/radio.html"));
+    ASSERT_TRUE(WaitForTitle("Song"));
+    const auto kept = Poll();
+    Browser->Kill();
+    EXPECT_TRUE(WaitFor([&] {
+        Pages->BeginPoll();
+        return Pages->Pages().empty();
+    }));
+    EXPECT_EQ(kept->Evaluate("title"), std::nullopt);
+}
+
+TEST_F(DevTools, APortWhereNothingAnswersHasNoPages) {
+    DevToolsDocuments documents({1});
+    documents.BeginPoll();
+    EXPECT_TRUE(documents.Pages().empty());
+}
+
+}  // namespace
+}  // namespace Corvetape

@@ -1,0 +1,140 @@
+#include "media/cover_images.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "platform/sim/sim_machine.h"
+
+namespace Corvetape {
+namespace {
+
+class ScriptedWeb : public Http {
+ public:
+    void Get(const std::string& address, size_t limit,
+             std::function<void(const HttpAnswer&)> answered) override {
+        Asked.push_back(address);
+        Limit = limit;
+        Pending = std::move(answered);
+    }
+    void Cancel() override { Pending = nullptr; }
+
+    void Answer(const std::string& body) {
+        const auto answered = std::exchange(Pending, nullptr);
+        ASSERT_TRUE(answered);
+        answered({false, body});
+    }
+
+    void Fail() { std::exchange(Pending, nullptr)({true, {}}); }
+
+    std::vector<std::string> Asked;
+    size_t Limit = 0;
+    std::function<void(const HttpAnswer&)> Pending;
+};
+
+class CoverImagesTest : public testing::Test {
+ protected:
+    CoverImagesTest() { Pause.EndOfSongDetection = EndOfSong::MediaData; }
+
+    static std::string PictureOf(char mark, size_t size = 2000) { return std::string(size, mark); }
+
+    std::string Stored() { return Machine.Files.ReadAll("/home/user/song.jpg", 1 << 22).value_or(""); }
+
+    SimMachine Machine;
+    ScriptedWeb Web;
+    PauseSettings Pause;
+    CoverImages Covers{Web, Machine.Files, Pause};
+};
+
+TEST_F(CoverImagesTest, TheSameAddressIsFetchedOnce) {
+    for (int i = 0; i < 3; ++i) Covers.LoadImage("http://127.0.0.1/a.jpg");
+    EXPECT_EQ(Web.Asked.size(), 1u);
+    EXPECT_EQ(Web.Limit, 1'000'000u);
+}
+
+TEST_F(CoverImagesTest, NeitherAGifNorNothingIsFetched) {
+    Covers.LoadImage("http://127.0.0.1/a.GIF");
+    Covers.LoadImage("");
+    Covers.LoadImage("gif");
+    EXPECT_TRUE(Web.Asked.empty());
+}
+
+TEST_F(CoverImagesTest, AnAnswerOf1024BytesIsNoPictureAndOneOf1025Is) {
+    Covers.LoadImage("http://127.0.0.1/a.jpg");
+    Web.Answer(PictureOf('a', 1024));
+    EXPECT_EQ(Covers.Picture(), "");
+    Covers.LoadImage("http://127.0.0.1/b.jpg");
+    Web.Answer(PictureOf('b', 1025));
+    EXPECT_EQ(Covers.Picture().size(), 1025u);
+}
+
+TEST_F(CoverImagesTest, AFailedRequestIsNotRepeatedUntilAnotherAddressCameBetween) {
+    Covers.LoadImage("http://127.0.0.1/a.jpg");
+    Web.Fail();
+    Covers.LoadImage("http://127.0.0.1/a.jpg");
+    EXPECT_EQ(Web.Asked.size(), 1u);
+    Covers.LoadImage("http://127.0.0.1/b.jpg");
+    Covers.LoadImage("http://127.0.0.1/a.jpg");
+    EXPECT_EQ(Web.Asked.size(), 3u);
+}
+
+TEST_F(CoverImagesTest, ANewAddressGivesTheRunningRequestUp) {
+    Covers.LoadImage("http://127.0.0.1/a.jpg");
+    Covers.LoadImage("http://127.0.0.1/b.gif");
+    EXPECT_FALSE(Web.Pending);
+}
+
+TEST_F(CoverImagesTest, WithCutsByMediaDataTheOldPictureBelongsToTheSongThatIsBeingFinished) {
+    Covers.LoadImage("http://127.0.0.1/a.jpg");
+    Web.Answer(PictureOf('a'));
+    Covers.LoadImage("http://127.0.0.1/b.jpg");
+    Web.Answer(PictureOf('b'));
+    Covers.SaveImage("/home/user/song");
+    EXPECT_EQ(Stored(), PictureOf('a'));
+}
+
+TEST_F(CoverImagesTest, WithoutThemTheNewPictureBelongsToTheSongAtOnce) {
+    Pause.EndOfSongDetection = EndOfSong::Silence;
+    Covers.LoadImage("http://127.0.0.1/a.jpg");
+    Web.Answer(PictureOf('a'));
+    Covers.SaveImage("/home/user/song");
+    EXPECT_EQ(Stored(), PictureOf('a'));
+}
+
+TEST_F(CoverImagesTest, APictureIsStoredOnce) {
+    Pause.EndOfSongDetection = EndOfSong::Silence;
+    Covers.LoadImage("http://127.0.0.1/a.jpg");
+    Web.Answer(PictureOf('a'));
+    Covers.SaveImage("/home/user/song");
+    Machine.Files.Delete("/home/user/song.jpg");
+    Covers.SaveImage("/home/user/song");
+    EXPECT_EQ(Stored(), "");
+}
+
+TEST_F(CoverImagesTest, ASongWithoutAFileHasNoPicture) {
+    Pause.EndOfSongDetection = EndOfSong::Silence;
+    Covers.LoadImage("http://127.0.0.1/a.jpg");
+    Web.Answer(PictureOf('a'));
+    Covers.SaveImage("");
+    EXPECT_FALSE(Machine.Files.FileSize(".jpg"));
+}
+
+TEST_F(CoverImagesTest, ADiskThatRefusesIsPassedOver) {
+    Pause.EndOfSongDetection = EndOfSong::Silence;
+    Covers.LoadImage("http://127.0.0.1/a.jpg");
+    Web.Answer(PictureOf('a'));
+    Covers.SaveImage("/nowhere/song");
+    EXPECT_EQ(Covers.Picture(), PictureOf('a'));
+}
+
+TEST_F(CoverImagesTest, TellsWhenAPictureComesAndWhenItGoes) {
+    int changes = 0;
+    Covers.Changed = [&] { ++changes; };
+    Covers.LoadImage("http://127.0.0.1/a.jpg");
+    EXPECT_EQ(changes, 1);
+    Web.Answer(PictureOf('a'));
+    EXPECT_EQ(changes, 2);
+}
+
+}  // namespace
+}  // namespace Corvetape

@@ -1,0 +1,227 @@
+#include "media/player_bridge.h"
+
+#include <gtest/gtest.h>
+
+#include "media/provider_wmp.h"
+#include "platform/sim/sim_machine.h"
+
+namespace Corvetape {
+namespace {
+
+class ScriptedPlayers : public Players {
+ public:
+    void Listen(std::function<void(const PlayerReport&)> changed,
+                std::function<void(const std::string&)> gone) override {
+        Changed = std::move(changed);
+        Gone = std::move(gone);
+    }
+
+    std::function<void(const PlayerReport&)> Changed;
+    std::function<void(const std::string&)> Gone;
+};
+
+PlayerReport Report(const std::string& player, bool playing, const std::string& title,
+                    const std::string& artist = "Ann") {
+    PlayerReport report;
+    report.Player = player;
+    report.Playing = playing;
+    report.Genre = "Pop";
+    report.Artist = artist;
+    report.Title = title;
+    report.Album = "Album";
+    report.Cover = "file:///c.jpg";
+    return report;
+}
+
+class PlayerBridgeTest : public testing::Test {
+ protected:
+    std::string Value(const char* name) {
+        return TextOf(Registry.ReadRegistryValue(RegistryRoot::CurrentUser, PlayerKeyPath, name));
+    }
+
+    void Say(const PlayerReport& report) {
+        Radio.Changed(report);
+        Machine.Loop.RunFor(std::chrono::milliseconds(PlayerSettleMs));
+    }
+
+    SimMachine Machine;
+    RegistryBranches Registry{Machine.Files, "/home/user/user.reg", "/home/user/machine.reg"};
+    ScriptedPlayers Radio;
+    PlayerBridge Bridge{Radio, Registry, Machine.Loop};
+};
+
+TEST_F(PlayerBridgeTest, KeepsTheFiveValuesAndTheCoverCurrent) {
+    Say(Report("mpv", true, "One"));
+    EXPECT_EQ(Value("Status"), "Playing");
+    EXPECT_EQ(Value("Genre"), "Pop");
+    EXPECT_EQ(Value("Artist"), "Ann");
+    EXPECT_EQ(Value("Title"), "One");
+    EXPECT_EQ(Value("Album"), "Album");
+    EXPECT_EQ(Value("Cover"), "file:///c.jpg");
+}
+
+TEST_F(PlayerBridgeTest, NothingOfItReachesTheDisk) {
+    Say(Report("mpv", true, "One"));
+    EXPECT_FALSE(Machine.Files.FileSize("/home/user/user.reg"));
+}
+
+TEST_F(PlayerBridgeTest, WaitsUntilTheFieldsOfAPieceAreComplete) {
+    Radio.Changed(Report("mpv", true, "One", ""));
+    Machine.Loop.RunFor(std::chrono::milliseconds(PlayerSettleMs - 1));
+    EXPECT_EQ(Value("Title"), "");
+    Radio.Changed(Report("mpv", true, "One", "Bob"));
+    Machine.Loop.RunFor(std::chrono::milliseconds(1));
+    EXPECT_EQ(Value("Title"), "One");
+    EXPECT_EQ(Value("Artist"), "Bob");
+}
+
+TEST_F(PlayerBridgeTest, APlayerThatNeverStopsTalkingIsStillHeard) {
+    for (int i = 0; i < 20; ++i) {
+        Radio.Changed(Report("mpv", true, "Piece " + std::to_string(i)));
+        Machine.Loop.RunFor(std::chrono::milliseconds(PlayerSettleMs / 2));
+    }
+    EXPECT_NE(Value("Title"), "");
+}
+
+TEST_F(PlayerBridgeTest, OfSeveralPlayersTheOneThatPlaysCounts) {
+    Say(Report("a", false, "Paused"));
+    Say(Report("b", true, "Played"));
+    EXPECT_EQ(Value("Title"), "Played");
+    Say(Report("b", false, "Played"));
+    EXPECT_EQ(Value("Status"), "Stopped");
+    EXPECT_EQ(Value("Title"), "");
+}
+
+TEST_F(PlayerBridgeTest, OfSeveralThatPlayTheOneThatBeganLastCounts) {
+    Say(Report("a", true, "First"));
+    Say(Report("b", true, "Second"));
+    EXPECT_EQ(Value("Title"), "Second");
+    Say(Report("a", true, "First, next piece"));
+    EXPECT_EQ(Value("Title"), "Second");
+    Say(Report("a", false, ""));
+    Say(Report("a", true, "First again"));
+    EXPECT_EQ(Value("Title"), "First again");
+    Radio.Gone("a");
+    Machine.Loop.RunFor(std::chrono::milliseconds(PlayerSettleMs));
+    EXPECT_EQ(Value("Title"), "Second");
+}
+
+TEST_F(PlayerBridgeTest, IsPresentWhileAnyPlayerRuns) {
+    EXPECT_FALSE(Bridge.PlayerPresent());
+    Say(Report("a", false, ""));
+    EXPECT_TRUE(Bridge.PlayerPresent());
+    Radio.Gone("a");
+    EXPECT_FALSE(Bridge.PlayerPresent());
+}
+
+TEST_F(PlayerBridgeTest, AHugeFieldIsCut) {
+    Say(Report("a", true, std::string(1'000'000, 'x')));
+    EXPECT_EQ(Value("Title").size(), 4096u);
+}
+
+TEST(WithSplitTitle, TakesTheArtistOutOfATitleWithoutOne) {
+    EXPECT_EQ(WithSplitTitle(Report("a", true, "Ann - One - Live", "")).Artist, "Ann");
+    EXPECT_EQ(WithSplitTitle(Report("a", true, "Ann - One - Live", "")).Title, "One - Live");
+    EXPECT_EQ(WithSplitTitle(Report("a", true, "Ann - One", "Bob")).Title, "Ann - One");
+    EXPECT_EQ(WithSplitTitle(Report("a", true, "One", "")).Title, "One");
+    EXPECT_EQ(WithSplitTitle(Report("a", true, " - One", "")).Title, " - One");
+    EXPECT_EQ(WithSplitTitle(Report("a", true, "A-B", "")).Title, "A-B");
+}
+
+class MediaPlayerTest : public PlayerBridgeTest {
+ protected:
+    MediaPlayerTest() : Host{Media, Signal, Flags, {}, {}, {}, {}} {
+        Host.LoadProviderSettings = [](const std::string&) {};
+        Host.ApplyMixerSection = [] {};
+        Host.HandOverPending = [this] { return Pending; };
+        Host.AdoptSettings = [this](const std::string& name) { Adopted = name; };
+    }
+
+    clsProviderWMP Make() {
+        return clsProviderWMP(Host, Registry, [this] { return Bridge.PlayerPresent(); });
+    }
+
+    MediaState Media;
+    SignalState Signal;
+    RecordingFlags Flags;
+    ProviderHost Host;
+    bool Pending = false;
+    std::string Adopted;
+};
+
+TEST_F(MediaPlayerTest, ARunningPlayerIsEnoughToBecomeTheProvider) {
+    Say(Report("a", false, ""));
+    Media.CurrentMedia.Song = "Old";
+    Make();
+    EXPECT_EQ(Media.ProviderName, "Windows Media Player");
+    EXPECT_EQ(Media.MixerSectionName, "MixerWindows Media Player");
+    EXPECT_EQ(Adopted, "Windows Media Player");
+    EXPECT_EQ(Media.CurrentMedia.Song, "");
+    EXPECT_TRUE(Flags.RecordingEnabled);
+    EXPECT_EQ(Signal.PauseRecognition, PauseRecognitionRunning);
+}
+
+TEST_F(MediaPlayerTest, WithoutAPlayerTheNameStaysAsItWas) {
+    Media.ProviderName = NoStationData;
+    Make();
+    EXPECT_EQ(Media.ProviderName, NoStationData);
+    EXPECT_EQ(Media.MixerSectionName, "Mixer");
+    EXPECT_EQ(Adopted, "");
+    EXPECT_TRUE(Flags.RecordingEnabled);
+}
+
+TEST_F(MediaPlayerTest, ReadsWhatPlaysWithTheGenreAsTheStation) {
+    Say(Report("a", true, "One"));
+    clsProviderWMP provider = Make();
+    provider.GetStationData();
+    EXPECT_EQ(Media.CurrentMedia.StationName, "Pop");
+    EXPECT_EQ(Media.CurrentMedia.Artist, "Ann");
+    EXPECT_EQ(Media.CurrentMedia.Song, "One");
+    EXPECT_EQ(Media.CurrentMedia.Album, "Album");
+    EXPECT_EQ(Media.CurrentMedia.Cover, "file:///c.jpg");
+    EXPECT_EQ(Media.CurrentMedia.StationDescr, "");
+}
+
+TEST_F(MediaPlayerTest, AnyOtherStatusLeavesTheFieldsEmpty) {
+    Say(Report("a", true, "One"));
+    clsProviderWMP provider = Make();
+    for (const char* status : {"playing", "PLAYING", "Paused", ""}) {
+        ASSERT_TRUE(Registry.WriteRegistryValue(RegistryRoot::CurrentUser, PlayerKeyPath, "Status",
+                                                std::string(status)));
+        Media.CurrentMedia.Song = "Old";
+        provider.GetSongData();
+        EXPECT_EQ(Media.CurrentMedia.Song, "") << status;
+    }
+}
+
+TEST_F(MediaPlayerTest, GivesUpWhenNoPlayerRunsAndNonePlays) {
+    Say(Report("a", true, "One"));
+    clsProviderWMP provider = Make();
+    Radio.Gone("a");
+    provider.GetStationData();  // the values still say that it plays
+    EXPECT_EQ(Media.ProviderName, MediaPlayerName);
+    Machine.Loop.RunFor(std::chrono::milliseconds(PlayerSettleMs));
+    provider.GetStationData();
+    EXPECT_EQ(Media.ProviderName, "");
+}
+
+TEST_F(MediaPlayerTest, ASilentPlayerStaysTheProviderAndIsNotRestarted) {
+    Say(Report("a", false, ""));
+    clsProviderWMP provider = Make();
+    provider.GetStationData();
+    EXPECT_EQ(Media.ProviderName, MediaPlayerName);
+    EXPECT_FALSE(provider.RestartRadio());
+}
+
+TEST_F(MediaPlayerTest, ASongThatWaitsForItsHandOverKeepsItsRecord) {
+    Media.SongMedia.Song = "Closed";
+    Pending = true;
+    Make();
+    EXPECT_EQ(Media.SongMedia.Song, "Closed");
+    Pending = false;
+    Make();
+    EXPECT_EQ(Media.SongMedia.Song, "");
+}
+
+}  // namespace
+}  // namespace Corvetape

@@ -1,0 +1,365 @@
+#include "media/provider_msie.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "media/provider_choice.h"
+#include "platform/sim/sim_documents.h"
+#include "platform/sim/sim_machine.h"
+#include "platform/sim/sim_windows.h"
+
+namespace Corvetape {
+namespace {
+
+constexpr const char* Profiles =
+    "[- Page]\nName=Page Radio\nWindow&Doc=;;Page*;*\nStation=-1;;Page (.*)\nStationDesc=-2;desc;\n"
+    "Artist=-4;artist;\nTitle=-4;song;\nAlbum=-4;album;\nCover=-4;cover;\nRestart=x;play();\n"
+    "[- Window]\nName=Window Radio\nWindow&Doc=Player;* - *\nStation=-2;\"Player\";\n"
+    "Artist=-3;;(.*) - \nTitle=-3;; - (.*)\n";
+
+class Msie : public testing::Test {
+ protected:
+    Msie() {
+        Host.LoadProviderSettings = [](const std::string&) {};
+        Host.ApplyMixerSection = [] {};
+        Host.HandOverPending = [this] { return Pending; };
+        Host.AdoptSettings = [this](const std::string& name) {
+            Adopted.push_back(name);
+            if (WhileAdopting) WhileAdopting();
+        };
+        Write(Profiles);
+    }
+
+    void Write(const std::string& content) {
+        ASSERT_TRUE(Machine.Files.ReplaceAtomically("/home/user/MSIE.ini", content));
+    }
+
+    SimPage& AddPage() {
+        SimPage& page = Browser.Add("http://radio/", "Page One");
+        page.Top->All = {{"artist", {"", "Artist", {}}},
+                         {"song", {"", "Song", {}}},
+                         {"album", {"", "Album", {}}},
+                         {"cover", {"", "", "http://radio/c.jpg"}}};
+        page.Top->Values = {{"desc", "Description"}, {"play()", ""}};
+        return page;
+    }
+
+    std::unique_ptr<clsProviderMSIE> Make() {
+        return std::make_unique<clsProviderMSIE>(
+            Host, BrowserSources{Machine.Files, "/home/user/MSIE.ini", &Browser, &Desktop,
+                                 [this] { ++WindowsWanted; }});
+    }
+
+    STATIONANDSONGDATA& Now() { return Media.CurrentMedia; }
+
+    SimMachine Machine;
+    SimDocuments Browser;
+    SimWindows Desktop;
+    MediaState Media;
+    SignalState Signal;
+    RecordingFlags Flags;
+    ProviderHost Host{Media, Signal, Flags, {}, {}, {}, {}};
+    std::vector<std::string> Adopted;
+    std::function<void()> WhileAdopting;
+    bool Pending = false;
+    int WindowsWanted = 0;
+};
+
+TEST_F(Msie, ConstructionFindsThePageAndReadsTheStation) {
+    AddPage();
+    const auto provider = Make();
+    EXPECT_EQ(Media.ProviderName, "Page Radio");
+    EXPECT_EQ(Media.MixerSectionName, "MixerPage Radio");
+    EXPECT_EQ(Now().StationName, "One");
+    EXPECT_EQ(Now().StationDescr, "Description");
+    EXPECT_EQ(Now().Song, "");
+    EXPECT_EQ(Adopted, std::vector<std::string>{"Page Radio"});
+}
+
+TEST_F(Msie, ConstructionWithoutASourceLeavesTheName) {
+    Media.ProviderName = NoStationData;
+    Media.MixerSectionName = "MixerX";
+    const auto provider = Make();
+    EXPECT_EQ(Media.ProviderName, NoStationData);
+    EXPECT_EQ(Media.MixerSectionName, "Mixer");
+    EXPECT_TRUE(Adopted.empty());
+}
+
+TEST_F(Msie, ConstructionReArmsTheRecordingAndClearsTheRecords) {
+    Signal.PauseRecognition = 0;
+    Flags.RecordingEnabled = false;
+    Now().Song = "old";
+    Media.SongMedia.Song = "old";
+    const auto provider = Make();
+    EXPECT_EQ(Signal.PauseRecognition, 2147483647);
+    EXPECT_TRUE(Flags.RecordingEnabled);
+    EXPECT_EQ(Now(), STATIONANDSONGDATA{});
+    EXPECT_EQ(Media.SongMedia, STATIONANDSONGDATA{});
+}
+
+TEST_F(Msie, ASongThatWaitsForItsHandOverKeepsItsRecord) {
+    Media.SongMedia.Song = "old";
+    Pending = true;
+    const auto provider = Make();
+    EXPECT_EQ(Media.SongMedia.Song, "old");
+}
+
+TEST_F(Msie, ARefreshReadsAllFields) {
+    AddPage();
+    const auto provider = Make();
+    provider->GetStationData();
+    STATIONANDSONGDATA expected;
+    expected.StationName = "One";
+    expected.StationDescr = "Description";
+    expected.Artist = "Artist";
+    expected.Song = "Song";
+    expected.Album = "Album";
+    expected.Cover = "http://radio/c.jpg";
+    EXPECT_EQ(Now(), expected);
+}
+
+TEST_F(Msie, ARefreshReArmsTheRecordingEachTime) {
+    AddPage();
+    const auto provider = Make();
+    Signal.PauseRecognition = 0;
+    Flags.RecordingEnabled = false;
+    provider->GetStationData();
+    EXPECT_EQ(Signal.PauseRecognition, 2147483647);
+    EXPECT_TRUE(Flags.RecordingEnabled);
+}
+
+TEST_F(Msie, SettingsAreAdoptedOnlyWhenTheNameChanges) {
+    AddPage();
+    const auto provider = Make();
+    provider->GetStationData();
+    provider->GetStationData();
+    EXPECT_EQ(Adopted.size(), 1u);
+}
+
+TEST_F(Msie, APageThatIsClosedEmptiesTheNameAndTheFields) {
+    SimPage& page = AddPage();
+    const auto provider = Make();
+    provider->GetStationData();
+    Browser.Close(page);
+    provider->GetStationData();
+    EXPECT_EQ(Media.ProviderName, "");
+    EXPECT_EQ(Now(), STATIONANDSONGDATA{});
+}
+
+TEST_F(Msie, APageThatHangsIsGoneForThePollAndBackAfterwards) {
+    SimPage& page = AddPage();
+    const auto provider = Make();
+    page.Answers = false;
+    provider->GetStationData();
+    EXPECT_EQ(Media.ProviderName, "");
+    page.Answers = true;
+    provider->GetStationData();
+    EXPECT_EQ(Media.ProviderName, "Page Radio");
+}
+
+TEST_F(Msie, DocumentsComeBeforeWindows) {
+    Desktop.Add("A - B", "Player");
+    const auto provider = Make();
+    EXPECT_EQ(Media.ProviderName, "Window Radio");
+    AddPage();
+    provider->GetStationData();
+    EXPECT_EQ(Media.ProviderName, "Page Radio");
+    EXPECT_EQ(Adopted, (std::vector<std::string>{"Window Radio", "Page Radio"}));
+}
+
+TEST_F(Msie, AWindowIsReadByItsTitle) {
+    Desktop.Add("Some Artist - Some Song", "Player");
+    const auto provider = Make();
+    provider->GetStationData();
+    EXPECT_EQ(Now().StationName, "Player");
+    EXPECT_EQ(Now().Artist, "Some Artist");
+    EXPECT_EQ(Now().Song, "Some Song");
+}
+
+TEST_F(Msie, TheOrderOfTheFileIsThePriority) {
+    Write("[- 1]\nName=First\nWindow&Doc=;;*B;*\n[- 2]\nName=Second\nWindow&Doc=;;*;*\n");
+    Browser.Add("http://a/", "A");
+    const auto provider = Make();
+    EXPECT_EQ(Media.ProviderName, "Second");
+    Browser.Add("http://b/", "B");
+    provider->GetStationData();
+    EXPECT_EQ(Media.ProviderName, "First");
+}
+
+TEST_F(Msie, TwoPagesOfOneProfileFollowTheOrderOfTheirWindowsUnderOneName) {
+    Write("[- 1]\nName=R\nWindow&Doc=;;*;*\nTitle=-1;;\n");
+    Browser.Add("http://a/", "A");
+    Browser.Add("http://b/", "B");
+    const uint64_t a = Desktop.Add("A - Browser", "N");
+    Desktop.Add("B - Browser", "N");
+    const auto provider = Make();
+    provider->GetStationData();
+    EXPECT_EQ(Now().Song, "B");
+    Desktop.Raise(a);
+    provider->GetStationData();
+    EXPECT_EQ(Now().Song, "A");
+    EXPECT_EQ(Adopted, std::vector<std::string>{"R"});
+}
+
+TEST_F(Msie, AnErrorEndsTheReadAndLeavesTheFieldsBehindItEmpty) {
+    Write(
+        "[- 1]\nName=R\nWindow&Doc=;;*;*\nStation=-1;;\nArtist=-4;artist;\nTitle=0;song;\nAlbum=-4;album;\n");
+    AddPage();
+    const auto provider = Make();
+    provider->GetStationData();
+    EXPECT_EQ(Now().Artist, "Artist");
+    EXPECT_EQ(Now().Song, "");
+    EXPECT_EQ(Now().Album, "");
+    EXPECT_EQ(Media.ProviderName, "R");
+}
+
+TEST_F(Msie, AStationThatFailsLeavesNoSongDataInThatPoll) {
+    Write("[- 1]\nName=R\nWindow&Doc=;;*;*\nStation=-2;nothing;\nTitle=-4;song;\n");
+    SimPage& page = AddPage();
+    const auto provider = Make();
+    provider->GetStationData();
+    EXPECT_EQ(Now().Song, "");
+    page.Top->Values["nothing"] = "now there";
+    provider->GetStationData();
+    EXPECT_EQ(Now().Song, "Song");
+}
+
+TEST_F(Msie, AStationWithoutARuleIsReadAgainAndSongDataFollow) {
+    Write("[- 1]\nName=R\nWindow&Doc=;;*;*\nTitle=-4;song;\n");
+    AddPage();
+    const auto provider = Make();
+    provider->GetStationData();
+    EXPECT_EQ(Now().Song, "Song");
+    EXPECT_EQ(Now().StationName, "");
+}
+
+TEST_F(Msie, SongDataAloneKeepTheStation) {
+    SimPage& page = AddPage();
+    const auto provider = Make();
+    page.Top->All[1].Text.InnerText = "Next";
+    page.Top->Title = "Page Two";
+    provider->GetSongData();
+    EXPECT_EQ(Now().Song, "Next");
+    EXPECT_EQ(Now().StationName, "One");
+}
+
+TEST_F(Msie, SongDataWithoutASourceSearchForOne) {
+    const auto provider = Make();
+    AddPage();
+    provider->GetSongData();
+    EXPECT_EQ(Media.ProviderName, "Page Radio");
+    EXPECT_EQ(Now().Song, "Song");
+}
+
+TEST_F(Msie, TheFileIsReadAnewByEachProviderOnly) {
+    AddPage();
+    auto provider = Make();
+    Write("[- 1]\nName=Other\nWindow&Doc=;;*;*\n");
+    provider->GetStationData();
+    EXPECT_EQ(Media.ProviderName, "Page Radio");
+    provider = Make();
+    EXPECT_EQ(Media.ProviderName, "Other");
+}
+
+TEST_F(Msie, NoProfilesFindNothing) {
+    Write("[Page]\nName=R\nWindow&Doc=;;*;*\n");
+    AddPage();
+    const auto provider = Make();
+    provider->GetStationData();
+    EXPECT_EQ(Media.ProviderName, "");
+    EXPECT_EQ(Browser.Opened, 0u);
+}
+
+TEST_F(Msie, StatusHasNoEffect) {
+    Write("[- 1]\nName=R\nWindow&Doc=;;*;*\nStatus=7,nowhere;x;(\nRestart=nowhere;;\nTitle=-4;song;\n");
+    AddPage();
+    const auto provider = Make();
+    provider->GetStationData();
+    EXPECT_EQ(Now().Song, "Song");
+}
+
+TEST_F(Msie, RestartRunsTheScriptInThePage) {
+    SimPage& page = AddPage();
+    const auto provider = Make();
+    EXPECT_TRUE(provider->RestartRadio());
+    EXPECT_EQ(page.Top->Ran, std::vector<std::string>{"play()"});
+    page.Top->Values.clear();
+    EXPECT_FALSE(provider->RestartRadio());
+}
+
+TEST_F(Msie, RestartWithoutAScriptIsTrue) {
+    Write("[- 1]\nName=R\nWindow&Doc=;;*;*\nRestart=0;;\n");
+    SimPage& page = AddPage();
+    EXPECT_TRUE(Make()->RestartRadio());
+    EXPECT_TRUE(page.Top->Ran.empty());
+}
+
+TEST_F(Msie, APollThatIsAskedForWhileOneRunsDoesNothing) {
+    AddPage();
+    std::unique_ptr<clsProviderMSIE> provider;
+    Media.ProviderName = "Other";
+    provider = Make();
+    Media.ProviderName = "Other";
+    size_t before = 0;
+    WhileAdopting = [&] {
+        before = Browser.Polls;
+        provider->GetStationData();
+        provider->GetSongData();
+        EXPECT_FALSE(provider->RestartRadio());
+        EXPECT_EQ(Browser.Polls, before);
+    };
+    provider->GetStationData();
+    EXPECT_GT(before, 0u);
+    EXPECT_EQ(Now().Song, "Song");
+}
+
+TEST_F(Msie, EachPollBeginsItsLimitsAnew) {
+    AddPage();
+    const auto provider = Make();
+    const size_t before = Browser.Polls;
+    provider->GetStationData();
+    provider->GetStationData();
+    EXPECT_EQ(Browser.Polls, before + 2);
+}
+
+TEST_F(Msie, ADesktopWithoutWindowsIsToldOnlyIfAProfileAsksForThem) {
+    Desktop.Shown = false;
+    const auto provider = Make();
+    EXPECT_EQ(WindowsWanted, 1);
+    Write("[- 1]\nName=R\nWindow&Doc=;;*;*\n");
+    Make();
+    EXPECT_EQ(WindowsWanted, 1);
+}
+
+TEST_F(Msie, ItsEndClearsTheMediaData) {
+    AddPage();
+    auto provider = Make();
+    provider->GetStationData();
+    provider.reset();
+    EXPECT_EQ(Now(), STATIONANDSONGDATA{});
+}
+
+TEST_F(Msie, TheNextProviderKeepsWhatItHasReadWhenThisOneGoes) {
+    SimPage& page = AddPage();
+    const auto feed = [this] {
+        return std::make_unique<clsProviderFeed>(Host, "Feed", [] {
+            SourceMedia media;
+            media.Song = "Fed";
+            return media;
+        });
+    };
+    ProviderChoice choice(Host, {[this] { return Make(); }, feed});
+    choice.Choose();
+    choice.GetStationData();
+    EXPECT_EQ(Now().Song, "Song");
+    Browser.Close(page);
+    choice.GetStationData();
+    EXPECT_TRUE(choice.Wanted());
+    choice.Choose();
+    EXPECT_EQ(Media.ProviderName, "Feed");
+    EXPECT_EQ(Now().Song, "Fed");
+}
+
+}  // namespace
+}  // namespace Corvetape

@@ -1,0 +1,172 @@
+#include "media/text_decoding.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+
+namespace Corvetape {
+namespace {
+
+struct Row {
+    const char* Entity;
+    const char* Character;
+};
+
+// What each entity becomes. Those of small accented letters give the capital ones.
+constexpr auto Rows = std::to_array<Row>({
+    {"&quot;", "\""},  {"&amp;", "&"},    {"&apos;", "'"},   {"&lt;", "<"},       {"&gt;", ">"},
+    {"&nbsp;", " "},   {"&iexcl;", "¡"},  {"&curren;", "¤"}, {"&cent;", "¢"},     {"&pound;", "£"},
+    {"&yen;", "¥"},    {"&brvbar;", "¦"}, {"&sect;", "§"},   {"&uml;", "¨"},      {"&copy;", "©"},
+    {"&ordf;", "ª"},   {"&laquo;", "«"},  {"&not;", "¬"},    {"&shy;", "\u00AD"}, {"&reg;", "®"},
+    {"&trade;", "™"},  {"&macr;", "¯"},   {"&deg;", "°"},    {"&plusmn;", "±"},   {"&sup2;", "²"},
+    {"&sup3;", "³"},   {"&acute;", "´"},  {"&micro;", "µ"},  {"&para;", "¶"},     {"&middot;", "·"},
+    {"&cedil;", "¸"},  {"&sup1;", "¹"},   {"&ordm;", "º"},   {"&raquo;", "»"},    {"&frac14;", "¼"},
+    {"&frac12;", "½"}, {"&frac34;", "¾"}, {"&iquest;", "¿"}, {"&times;", "×"},    {"&divide;", "÷"},
+    {"&Agrave;", "À"}, {"&Aacute;", "Á"}, {"&Acirc;", "Â"},  {"&Atilde;", "Ã"},   {"&Auml;", "Ä"},
+    {"&Aring;", "Å"},  {"&AElig;", "Æ"},  {"&Ccedil;", "Ç"}, {"&Egrave;", "È"},   {"&Eacute;", "É"},
+    {"&Ecirc;", "Ê"},  {"&Euml;", "Ë"},   {"&Igrave;", "Ì"}, {"&Iacute;", "Í"},   {"&Icirc;", "Î"},
+    {"&Iuml;", "Ï"},   {"&ETH;", "Ð"},    {"&Ntilde;", "Ñ"}, {"&Ograve;", "Ò"},   {"&Oacute;", "Ó"},
+    {"&Ocirc;", "Ô"},  {"&Otilde;", "Õ"}, {"&Ouml;", "Ö"},   {"&Oslash;", "Ø"},   {"&Ugrave;", "Ù"},
+    {"&Uacute;", "Ú"}, {"&Ucirc;", "Û"},  {"&UUml;", "Ü"},   {"&Yacute;", "Ý"},   {"&THORN;", "Þ"},
+    {"&szlig;", "ß"},  {"&agrave;", "À"}, {"&aacute;", "Á"}, {"&acirc;", "Â"},    {"&atilde;", "Ã"},
+    {"&auml;", "Ä"},   {"&aring;", "Å"},  {"&aelig;", "Æ"},  {"&ccedil;", "Ç"},   {"&egrave;", "È"},
+    {"&eacute;", "É"}, {"&ecirc;", "Ê"},  {"&euml;", "Ë"},   {"&igrave;", "Ì"},   {"&iacute;", "Í"},
+    {"&icirc;", "Î"},  {"&iuml;", "Ï"},   {"&eth;", "Ð"},    {"&ntilde;", "Ñ"},   {"&ograve;", "Ò"},
+    {"&oacute;", "Ó"}, {"&ocirc;", "Ô"},  {"&otilde;", "Õ"}, {"&ouml;", "Ö"},     {"&oslash;", "Ø"},
+    {"&ugrave;", "Ù"}, {"&uacute;", "Ú"}, {"&ucirc;", "Û"},  {"&uuml;", "Ü"},     {"&yacute;", "Ý"},
+    {"&thorn;", "Þ"},  {"&yuml;", "ÿ"},
+});
+
+class EntityTable : public testing::TestWithParam<Row> {};
+
+TEST_P(EntityTable, EveryRowGivesItsCharacter) {
+    const Row& row = GetParam();
+    EXPECT_EQ(DecodeWebText(row.Entity), row.Character);
+    const std::string inside = std::string("a") + row.Entity + "b" + row.Entity;
+    EXPECT_EQ(DecodeWebText(inside), std::string("a") + row.Character + "b" + row.Character);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, EntityTable, testing::ValuesIn(Rows));
+
+TEST(DecodeWebText, ACapitalUWithDiaeresisIsFoundInEverySpelling) {
+    for (const char* entity : {"&UUml;", "&Uuml;", "&uuml;"}) EXPECT_EQ(DecodeWebText(entity), "Ü");
+}
+
+TEST(DecodeWebText, EntitiesAreComparedIgnoringCase) {
+    EXPECT_EQ(DecodeWebText("&QUOT;&Amp;&NBSP;&TRADE;"), "\"& \u2122");
+}
+
+TEST(DecodeWebText, AnEscapedAmpersandFormsTheEntityBehindIt) {
+    EXPECT_EQ(DecodeWebText("&amp;lt;"), "<");
+    EXPECT_EQ(DecodeWebText("&amp;auml;"), "Ä");
+    // Its own row is over when the quotation mark's name is formed.
+    EXPECT_EQ(DecodeWebText("&amp;quot;"), "&quot;");
+}
+
+TEST(DecodeWebText, NumericAndUnknownEntitiesStay) {
+    EXPECT_EQ(DecodeWebText("&#228;&#xE4;&hearts;&auml"), "&#228;&#xE4;&hearts;&auml");
+}
+
+TEST(DecodeWebText, PercentCodesBecomeTheirCharacters) {
+    EXPECT_EQ(DecodeWebText("A%20B%26C"), "A B&C");
+    EXPECT_EQ(DecodeWebText("%e4%E4"), "ää");
+    EXPECT_EQ(DecodeWebText("%80"), "€");
+}
+
+TEST(DecodeWebText, PercentCodesOfUtf8ArePutRight) {
+    EXPECT_EQ(DecodeWebText("Bj%C3%B6rk"), "Björk");
+}
+
+TEST(DecodeWebText, APercentSignThatACodeGivesMayBeginTheNextCode) {
+    EXPECT_EQ(DecodeWebText("%2541"), "A");
+    EXPECT_EQ(DecodeWebText("%25"), "%");
+}
+
+TEST(DecodeWebText, APercentSignWithoutTwoDigitsStays) {
+    EXPECT_EQ(DecodeWebText("50 % of% %4 %G1 %4"), "50 % of% %4 %G1 %4");
+    EXPECT_EQ(DecodeWebText("%4"), "%4");
+}
+
+TEST(DecodeWebText, TwoPercentSignsBecomeOne) {
+    EXPECT_EQ(DecodeWebText("100%% pure"), "100% pure");
+}
+
+TEST(DecodeWebText, APercentSignWithAZeroIsLost) {
+    EXPECT_EQ(DecodeWebText("100%0 "), "100 ");
+}
+
+TEST(DecodeWebText, EntitiesComeBeforePercentCodes) {
+    EXPECT_EQ(DecodeWebText("%26amp;"), "&amp;");
+}
+
+TEST(DecodeWebText, PlainTextStaysAsItIs) {
+    EXPECT_EQ(DecodeWebText(""), "");
+    EXPECT_EQ(DecodeWebText("Motörhead – Łódź 東京"), "Motörhead – Łódź 東京");
+}
+
+TEST(RepairUtf8, TwoCharactersBecomeOneForLeadsFrom195To198) {
+    EXPECT_EQ(RepairUtf8("Ã¤Ã¶Ã¼ÃŸ"), "äöüß");  // 195, the last one by a special ANSI code
+    EXPECT_EQ(RepairUtf8("Ä\u008D"), "č");      // 196 141
+    EXPECT_EQ(RepairUtf8("Å‚"), "ł");           // 197 130
+    EXPECT_EQ(RepairUtf8("Æ’"), "ƒ");           // 198 146
+}
+
+TEST(RepairUtf8, ThreeCharactersBecomeOneForTheLead225) {
+    EXPECT_EQ(RepairUtf8("á»‡"), "ệ");  // 225 187 135
+}
+
+TEST(RepairUtf8, OtherLeadsPassUnchanged) {
+    EXPECT_EQ(RepairUtf8("Â©"), "Â©");            // 194
+    EXPECT_EQ(RepairUtf8("Ç\u008D"), "Ç\u008D");  // 199
+    EXPECT_EQ(RepairUtf8("à¤…"), "à¤…");          // 224
+    EXPECT_EQ(RepairUtf8("â‚¬"), "â‚¬");          // 226
+}
+
+TEST(RepairUtf8, ALeadBeforeAPlainCharacterStays) {
+    EXPECT_EQ(RepairUtf8("Ãa"), "Ãa");
+    EXPECT_EQ(RepairUtf8("áa€"), "áa€");
+    EXPECT_EQ(RepairUtf8("ÃŁ"), "ÃŁ");  // without an ANSI code
+}
+
+TEST(RepairUtf8, ALeadAtTheEndStays) {
+    EXPECT_EQ(RepairUtf8("Voilá"), "Voilá");
+    EXPECT_EQ(RepairUtf8("Ã"), "Ã");
+    EXPECT_EQ(RepairUtf8("á»"), "á»");  // the third one is missing
+}
+
+TEST(RepairUtf8, ProperTextThatLooksMisreadIsChangedToo) {
+    EXPECT_EQ(RepairUtf8("Äö"), "\u0136");
+}
+
+TEST(RepairUtf8, EmptyTextStaysEmpty) {
+    EXPECT_EQ(RepairUtf8(""), "");
+}
+
+TEST(RepairUtf8, BytesThatAreNoCharactersStay) {
+    EXPECT_EQ(RepairUtf8("a\xC3"), "a\xC3");
+    EXPECT_EQ(RepairUtf8("\xFF\xFEz"), "\xFF\xFEz");
+}
+
+TEST(CodePointFromBytes, OneToThreeBytesMakeANumber) {
+    const std::array<uint8_t, 3> bytes = {0xE1, 0xBB, 0x87};
+    EXPECT_EQ(CodePointFromBytes(std::array<uint8_t, 1>{65}), 65u);
+    EXPECT_EQ(CodePointFromBytes(std::array<uint8_t, 2>{0xC3, 0xA4}), 0xE4u);
+    EXPECT_EQ(CodePointFromBytes(bytes), 0x1EC7u);
+}
+
+TEST(AnsiCode, EveryCodeComesBackFromItsCharacter) {
+    for (int code = 0; code < 256; ++code) {
+        EXPECT_EQ(AnsiCode(CharacterOfAnsi(static_cast<uint8_t>(code))), code);
+    }
+    EXPECT_EQ(AnsiCode(U'Ł'), '?');
+    EXPECT_EQ(CharacterOfAnsi(0x80), U'€');
+}
+
+TEST(TextFromFile, TextThatIsNotUtf8IsAnsi) {
+    EXPECT_EQ(TextFromFile("Radio K\xF6ln \x80"), "Radio Köln €");
+    EXPECT_EQ(TextFromFile("Radio Köln"), "Radio Köln");
+}
+
+}  // namespace
+}  // namespace Corvetape

@@ -1,0 +1,418 @@
+#include "mixer/input_list.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "core/placeholders.h"
+#include "core/registry.h"
+#include "platform/sim/sim_machine.h"
+
+namespace Corvetape::Test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// Inputs that are only listed.
+class ListedInputs : public WaveIn {
+ public:
+    std::vector<WaveInDevice> Devices() override { return Present; }
+    std::unique_ptr<WaveInStream> Open(size_t, const WaveFormat&, BufferReturn, WaveInEvents) override {
+        return nullptr;
+    }
+
+    void Add(const std::string& name, uint32_t formats = WAVE_FORMAT_4S16) {
+        Present.push_back({name, "id of " + name, WaveInKind::Input, formats, false});
+    }
+
+    std::vector<WaveInDevice> Present;
+};
+
+/// The list of inputs with a settings file, and notes of what it asked the capture and others for.
+class InputListTest : public testing::Test {
+ protected:
+    InputListTest() {
+        const std::string& path = Store.Ini().Path();
+        Computer.Files.MakeFolders(path.substr(0, path.rfind('/')));
+        Computer.Files.Put(Computer.Folders.Program + "/english.lang",
+                           "901=devices changed\n902=no device\n");
+        Messages.Load("english");
+        Journal.Listener = [this](const std::string& kind, const std::string& text) {
+            Logged.push_back(kind + " " + text);
+        };
+        Options.LogToFile = false;
+        Options.InputDevice = 0;
+        Media.StationDataEnabled = false;
+    }
+
+    InputListActions MakeActions() {
+        return {
+            [this] { return OpenDevice >= 0; },
+            [this](int32_t device) {
+                Asked.push_back("open " + std::to_string(device));
+                if (OpensDevices) OpenDevice = device;
+                return OpensDevices;
+            },
+            [this] {
+                Asked.emplace_back("close");
+                OpenDevice = -1;
+            },
+            [this] {
+                Asked.emplace_back("GetStationData with InputDevice " + std::to_string(Options.InputDevice));
+            },
+            [this](const std::string& cover) { Asked.push_back("LoadImage " + cover); }};
+    }
+
+    /// The devices A, B and C, known from the last run, B chosen.
+    void KnowThreeDevices() {
+        for (const char* name : {"A", "B", "C"}) Inputs.Add(name);
+        Options.InputDeviceNames = "A;B;C;";
+        Options.InputDevice = 1;
+    }
+
+    std::vector<std::string> Listed() const {
+        std::vector<std::string> texts;
+        for (const ListItem& item : Form.cmbInputDevices.Items()) {
+            texts.push_back(item.Text + "=" + std::to_string(item.Data));
+        }
+        return texts;
+    }
+
+    std::string Stored(const std::string& key) const { return Store.ReadProviderText("Mixer", key, "-"); }
+
+    SimMachine Computer;
+    RegistryBranches Registry{Computer.Files, "/home/user/user.reg", "/home/user/machine.reg"};
+    Placeholders Expansion{Computer.Clock, Computer.Folders, Registry};
+    SettingsStore Store{Computer.Files, Computer.Folders, Registry, Expansion, Computer.System.Version()};
+    clsLocalizeControls Messages{Computer.Files, Computer.Folders.Program, Computer.Dialogs};
+    Settings Options;
+    WorkingFolders Folders;
+    Log Journal{Computer.Files, Computer.Clock, Options, Folders};
+    LifecycleFlags Lifecycle;
+    MediaState Media;
+    frmMain Form;
+    ListedInputs Inputs;
+
+    int32_t OpenDevice = -1;
+    bool OpensDevices = true;
+    std::vector<std::string> Asked;
+    std::vector<std::string> Logged;
+    std::vector<ShownBox>& Boxes = Computer.Dialogs.Boxes;
+
+    InputList Choice{{Form, Inputs, Options, Store, Media},
+                     {Journal, Computer.Dialogs, Messages, Lifecycle},
+                     MakeActions()};
+};
+
+using FillInputDevices = InputListTest;
+using ClickOnADevice = InputListTest;
+using AudioPageBoxes = InputListTest;
+
+TEST_F(FillInputDevices, ListsTheDevicesInTheOrderOfTheMachineWithTheirNumbers) {
+    for (const char* name : {"Monitor of Speakers", "Microphone", "Line"}) Inputs.Add(name);
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_THAT(Listed(), ElementsAre("Monitor of Speakers=0", "Microphone=1", "Line=2"));
+}
+
+TEST_F(FillInputDevices, ListsADeviceThatGivesEitherRateAndNoOther) {
+    Inputs.Add("neither", 0);
+    Inputs.Add("44", WAVE_FORMAT_4S16);
+    Inputs.Add("mono", 0x400);
+    Inputs.Add("48", WAVE_FORMAT_48S16);
+    Inputs.Add("both", WAVE_FORMAT_4S16 | WAVE_FORMAT_48S16);
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_THAT(Listed(), ElementsAre("44=1", "48=3", "both=4"));
+}
+
+TEST_F(FillInputDevices, CutsANameAtItsFirstNul) {
+    Inputs.Add(std::string("Line\0rest", 9));
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_THAT(Listed(), ElementsAre("Line=0"));
+    EXPECT_EQ(Options.InputDeviceNames, "Line;");
+}
+
+TEST_F(FillInputDevices, ListsAnewWhatWasListedBefore) {
+    KnowThreeDevices();
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_THAT(Listed(), ElementsAre("A=0", "B=1", "C=2"));
+}
+
+TEST_F(FillInputDevices, SelectsTheDeviceOfTheLastRunIfNothingHasChanged) {
+    KnowThreeDevices();
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_EQ(Form.cmbInputDevices.ListIndex(), 1);
+    EXPECT_EQ(Choice.WaveInDeviceId(), 1);
+    EXPECT_THAT(Asked, ElementsAre("open 1"));
+    EXPECT_THAT(Logged, IsEmpty());
+    EXPECT_THAT(Boxes, IsEmpty());
+    EXPECT_EQ(Form.tbsMain.SelectedKey(), "TAB_RECORDING");
+}
+
+TEST_F(FillInputDevices, TheDeviceOfAnEntryIsItsItemDataAndNotItsIndex) {
+    Inputs.Add("mono", 0);
+    Inputs.Add("Line");
+    Options.InputDeviceNames = "mono;Line;";
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_EQ(Options.InputDevice, 0);
+    EXPECT_EQ(Choice.WaveInDeviceId(), 1);
+    EXPECT_THAT(Asked, ElementsAre("open 1"));
+}
+
+TEST_F(FillInputDevices, ComparesTheNamesOfTheDevicesThatAreNotListedToo) {
+    Inputs.Add("Line");
+    Inputs.Add("mono", 0);
+    Options.InputDeviceNames = "Line;";
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_THAT(Logged, ElementsAre("INFO devices changed"));
+    EXPECT_EQ(Options.InputDeviceNames, "Line;mono;");
+}
+
+TEST_F(FillInputDevices, SelectsTheFirstDeviceIfTheyHaveChangedAndTellsIt) {
+    KnowThreeDevices();
+    Options.InputDeviceNames = "A;B;";
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_EQ(Form.cmbInputDevices.ListIndex(), 0);
+    EXPECT_EQ(Options.InputDevice, 0);
+    EXPECT_EQ(Choice.WaveInDeviceId(), 0);
+    EXPECT_EQ(Stored("InputDevice"), "0");
+    EXPECT_EQ(Stored("InputDeviceNames"), "A;B;C;");
+    EXPECT_EQ(Form.tbsMain.SelectedKey(), "TAB_AUDIO");
+    EXPECT_THAT(Logged, ElementsAre("INFO devices changed"));
+    EXPECT_EQ(
+        Boxes,
+        (std::vector<ShownBox>{{BoxKind::Message, "devices changed", DialogIcon::Exclamation, "", ""}}));
+}
+
+TEST_F(FillInputDevices, TheSameNamesInAnotherOrderAreAChange) {
+    KnowThreeDevices();
+    std::swap(Inputs.Present[0], Inputs.Present[2]);
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_EQ(Form.cmbInputDevices.ListIndex(), 0);
+    EXPECT_THAT(Logged, ElementsAre("INFO devices changed"));
+}
+
+TEST_F(FillInputDevices, AStoredIndexBeyondTheListSelectsTheFirstDeviceAndWarns) {
+    KnowThreeDevices();
+    for (const int32_t index : {5, 3, -1}) {
+        Options.InputDevice = index;
+        Logged.clear();
+        EXPECT_TRUE(Choice.FillInputDevices());
+        EXPECT_EQ(Form.cmbInputDevices.ListIndex(), 0) << index;
+        EXPECT_THAT(Logged, ElementsAre("INFO devices changed")) << index;
+    }
+}
+
+TEST_F(FillInputDevices, TheFirstStartTellsThatTheDevicesAreNew) {
+    Inputs.Add("A");
+    Options.InputDevice = 1;
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_THAT(Logged, ElementsAre("INFO devices changed"));
+}
+
+TEST_F(FillInputDevices, UnattendedTheChangeGoesToTheLogOnly) {
+    Inputs.Add("A");
+    Lifecycle.DontAsk = true;
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_THAT(Logged, ElementsAre("INFO devices changed"));
+    EXPECT_THAT(Boxes, IsEmpty());
+}
+
+TEST_F(FillInputDevices, WithTheAssistantTheChangeGoesToTheLogOnly) {
+    Inputs.Add("A");
+    Lifecycle.WizardRequested = true;
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_THAT(Logged, ElementsAre("INFO devices changed"));
+    EXPECT_THAT(Boxes, IsEmpty());
+}
+
+TEST_F(FillInputDevices, WithoutADeviceNothingIsSelectedAndTheChoiceStays) {
+    KnowThreeDevices();
+    EXPECT_TRUE(Choice.FillInputDevices());
+    Asked.clear();
+    Inputs.Present.clear();
+    EXPECT_FALSE(Choice.FillInputDevices());
+    EXPECT_EQ(Form.cmbInputDevices.ListIndex(), -1);
+    EXPECT_THAT(Asked, IsEmpty());
+    EXPECT_EQ(Options.InputDevice, 1);
+    EXPECT_EQ(Choice.WaveInDeviceId(), 1);
+    EXPECT_EQ(Options.InputDeviceNames, "A;B;C;");
+    EXPECT_THAT(Logged, ElementsAre("INFO no device"));
+    EXPECT_EQ(Boxes, (std::vector<ShownBox>{{BoxKind::Message, "no device", DialogIcon::Critical, "", ""}}));
+}
+
+TEST_F(FillInputDevices, DevicesOfOtherFormatsAreNoDevice) {
+    Inputs.Add("mono", 0x400);
+    EXPECT_FALSE(Choice.FillInputDevices());
+    EXPECT_THAT(Logged, ElementsAre("INFO no device"));
+}
+
+TEST_F(FillInputDevices, UnattendedTheLackOfDevicesGoesToTheLogOnly) {
+    Lifecycle.DontAsk = true;
+    EXPECT_FALSE(Choice.FillInputDevices());
+    EXPECT_THAT(Logged, ElementsAre("INFO no device"));
+    EXPECT_THAT(Boxes, IsEmpty());
+}
+
+TEST_F(FillInputDevices, WithTheAssistantTheLackOfDevicesIsStillShown) {
+    Lifecycle.WizardRequested = true;
+    EXPECT_FALSE(Choice.FillInputDevices());
+    EXPECT_EQ(Boxes.size(), 1U);
+}
+
+TEST_F(FillInputDevices, ManyDevicesAreRecognisedThoughTheirNamesComeBackCut) {
+    std::string names;
+    for (int i = 0; i < 9; ++i) {
+        const std::string name = "Monitor of a sound card with a long name " + std::to_string(i);
+        Inputs.Add(name);
+        names += name + ";";
+    }
+    Options.InputDevice = 4;
+    Options.InputDeviceNames = names.substr(0, 254);
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_EQ(Form.cmbInputDevices.ListIndex(), 4);
+    EXPECT_THAT(Logged, IsEmpty());
+}
+
+TEST_F(FillInputDevices, ADeviceBehindACutTextOfNamesIsAChange) {
+    Inputs.Add(std::string(252, 'x'));
+    Options.InputDeviceNames = Inputs.Present[0].Name + ";";
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_THAT(Logged, IsEmpty());
+    Inputs.Add("new");
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_THAT(Logged, ElementsAre("INFO devices changed"));
+}
+
+TEST_F(ClickOnADevice, OpensItAndLetsRecordingsBegin) {
+    KnowThreeDevices();
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_EQ(OpenDevice, 1);
+    EXPECT_TRUE(Form.chkStartStop[0].Enabled());
+    EXPECT_TRUE(Form.chkStartStop[1].Enabled());
+}
+
+TEST_F(ClickOnADevice, ClosesTheOpenDeviceFirst) {
+    KnowThreeDevices();
+    EXPECT_TRUE(Choice.FillInputDevices());
+    Asked.clear();
+    Form.cmbInputDevices.Select(2);
+    EXPECT_THAT(Asked, ElementsAre("close", "open 2"));
+}
+
+TEST_F(ClickOnADevice, DisablesTheRecordingWhileNoDeviceIsOpen) {
+    KnowThreeDevices();
+    EXPECT_TRUE(Choice.FillInputDevices());
+    OpensDevices = false;
+    Form.cmbInputDevices.Select(2);
+    EXPECT_FALSE(Form.chkStartStop[0].Enabled());
+    EXPECT_FALSE(Form.chkStartStop[1].Enabled());
+    OpensDevices = true;
+    Form.cmbInputDevices.Select(1);
+    EXPECT_TRUE(Form.chkStartStop[0].Enabled());
+}
+
+TEST_F(ClickOnADevice, ThatCannotBeOpenedIsChosenAllTheSame) {
+    KnowThreeDevices();
+    OpensDevices = false;
+    EXPECT_TRUE(Choice.FillInputDevices());
+    Form.cmbInputDevices.Select(2);
+    EXPECT_EQ(Options.InputDevice, 2);
+    EXPECT_EQ(Choice.WaveInDeviceId(), 2);
+    EXPECT_EQ(Stored("InputDevice"), "2");
+}
+
+TEST_F(ClickOnADevice, OnAnotherOneStoresTheChoice) {
+    KnowThreeDevices();
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_EQ(Stored("InputDevice"), "-");
+    Form.cmbInputDevices.Select(2);
+    EXPECT_EQ(Options.InputDevice, 2);
+    EXPECT_EQ(Choice.WaveInDeviceId(), 2);
+    EXPECT_EQ(Stored("InputDevice"), "2");
+}
+
+TEST_F(ClickOnADevice, TakesTheNumberOfTheDeviceAndNotTheIndexOfTheEntry) {
+    Inputs.Add("mono", 0);
+    Inputs.Add("A");
+    Inputs.Add("B");
+    EXPECT_TRUE(Choice.FillInputDevices());
+    Form.cmbInputDevices.Select(1);
+    EXPECT_EQ(Options.InputDevice, 1);
+    EXPECT_EQ(Choice.WaveInDeviceId(), 2);
+    EXPECT_EQ(OpenDevice, 2);
+}
+
+TEST_F(ClickOnADevice, OnTheSameOneOpensItAgainAndStoresNoIndex) {
+    KnowThreeDevices();
+    EXPECT_TRUE(Choice.FillInputDevices());
+    Asked.clear();
+    Form.cmbInputDevices.Select(1);
+    EXPECT_THAT(Asked, ElementsAre("close", "open 1"));
+    EXPECT_EQ(Stored("InputDevice"), "-");
+}
+
+TEST_F(ClickOnADevice, StoresTheNamesInEveryCase) {
+    KnowThreeDevices();
+    OpensDevices = false;
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_EQ(Stored("InputDeviceNames"), "A;B;C;");
+}
+
+TEST_F(ClickOnADevice, OnAnotherOneAsksForMediaDataAndTheCoverOnceTheChoiceIsStored) {
+    KnowThreeDevices();
+    EXPECT_TRUE(Choice.FillInputDevices());
+    Asked.clear();
+    Media.StationDataEnabled = true;
+    Media.CurrentMedia.Cover = "a.jpg";
+    Form.cmbInputDevices.Select(2);
+    EXPECT_THAT(Asked,
+                ElementsAre("close", "open 2", "GetStationData with InputDevice 2", "LoadImage a.jpg"));
+}
+
+TEST_F(ClickOnADevice, OnTheSameOneAsksForNoMediaData) {
+    KnowThreeDevices();
+    Media.StationDataEnabled = true;
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_THAT(Asked, ElementsAre("open 1"));
+}
+
+TEST_F(ClickOnADevice, WithMediaDataOffAsksForNone) {
+    KnowThreeDevices();
+    EXPECT_TRUE(Choice.FillInputDevices());
+    Asked.clear();
+    Form.cmbInputDevices.Select(0);
+    EXPECT_THAT(Asked, ElementsAre("close", "open 0"));
+}
+
+TEST_F(ClickOnADevice, OnAnEmptyListOpensNothing) {
+    Form.cmbInputDevices.Click.Raise();
+    EXPECT_THAT(Asked, IsEmpty());
+}
+
+TEST_F(AudioPageBoxes, TheOpticalRateIsStoredAtOnceAndOpensNothing) {
+    Form.chk48kHz.Press();
+    EXPECT_TRUE(Options.SPDIF48kHz);
+    EXPECT_EQ(Stored("SPDIF48kHz"), "1");
+    Form.chk48kHz.Press();
+    EXPECT_FALSE(Options.SPDIF48kHz);
+    EXPECT_EQ(Stored("SPDIF48kHz"), "0");
+    EXPECT_THAT(Asked, IsEmpty());
+}
+
+TEST_F(AudioPageBoxes, TheUseOfSavedMixerSettingsIsStoredAtOnce) {
+    Form.chkMixerAutoUpdate.Press();
+    EXPECT_TRUE(Options.AutoUpdate);
+    EXPECT_EQ(Stored("AutoUpdate"), "1");
+    Form.chkMixerAutoUpdate.Press();
+    EXPECT_FALSE(Options.AutoUpdate);
+    EXPECT_EQ(Stored("AutoUpdate"), "0");
+}
+
+}  // namespace
+}  // namespace Corvetape::Test

@@ -1,0 +1,56 @@
+#include "platform/linux/console_dialogs.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+namespace Corvetape {
+namespace {
+
+class ConsoleDialogsTest : public testing::Test {
+ protected:
+    std::string Printed() {
+        std::rewind(file.get());
+        std::string text(4096, '\0');
+        text.resize(std::fread(text.data(), 1, text.size(), file.get()));
+        return text;
+    }
+
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> file{std::tmpfile(), std::fclose};
+    ConsoleDialogs dialogs{file.get()};
+};
+
+TEST_F(ConsoleDialogsTest, ABoxIsOneLine) {
+    dialogs.MessageBox("The disk is full.\r\n\r\nFree some space.\n", DialogIcon::Information);
+    EXPECT_EQ(Printed(), "The disk is full. Free some space.\n");
+}
+
+TEST_F(ConsoleDialogsTest, TheIconIsAWord) {
+    dialogs.MessageBox("a", DialogIcon::Critical);
+    dialogs.MessageBox("b", DialogIcon::Exclamation);
+    EXPECT_EQ(Printed(), "error: a\nwarning: b\n");
+}
+
+TEST_F(ConsoleDialogsTest, AQuestionIsAnsweredLikeAClosedBox) {
+    EXPECT_FALSE(dialogs.AskYesNo("Really?", DialogIcon::Exclamation));
+    EXPECT_EQ(Printed(), "warning: Really?\n");
+    EXPECT_FALSE(dialogs.BrowseForFolder("Folder", "/"));
+    EXPECT_FALSE(dialogs.OpenFile("File", "", "/"));
+}
+
+TEST_F(ConsoleDialogsTest, NamesFromStrangersCannotSteerTheTerminal) {
+    dialogs.MessageBox(
+        "Song \x1b[2J\x07\xc2\x9b"
+        "31m \xc3\x84rger",
+        DialogIcon::Information);
+    EXPECT_EQ(Printed(), "Song [2J 31m \xc3\x84rger\n");
+}
+
+TEST_F(ConsoleDialogsTest, TheBellIsForTerminalsOnly) {
+    dialogs.Beep();
+    EXPECT_EQ(Printed(), "");
+}
+
+}  // namespace
+}  // namespace Corvetape

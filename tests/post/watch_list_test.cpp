@@ -1,0 +1,125 @@
+#include "post/watch_list.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/sim/sim_machine.h"
+
+namespace Corvetape {
+namespace {
+
+constexpr auto Include = WatchListKind::Include;
+constexpr auto Exclude = WatchListKind::Exclude;
+
+class WatchListsTest : public testing::Test {
+ protected:
+    WatchListsTest() {
+        Machine.Files.MakeFolder("/home/user/log");
+        Folders.Paths[2] = "/home/user/log";
+    }
+
+    std::string FileText(WatchListKind kind) {
+        return Machine.Files.ReadAll(Lists.FileOf(kind), 1 << 20).value_or("(none)");
+    }
+
+    SimMachine Machine;
+    WorkingFolders Folders;
+    WatchLists Lists{Machine.Files, Folders};
+};
+
+TEST_F(WatchListsTest, AMissingFileIsNoErrorAndLeavesTheListAsItWas) {
+    ASSERT_TRUE(Lists.Add(Exclude, "One"));
+    EXPECT_FALSE(Lists.LoadWatchList(Exclude));
+    EXPECT_TRUE(Lists.List(Exclude).Holds("one"));
+}
+
+TEST_F(WatchListsTest, EachAddedEntryIsSavedAtOnceInItsOrder) {
+    EXPECT_TRUE(Lists.AddToWatchList(Exclude, "  Zebra "));
+    EXPECT_TRUE(Lists.AddToWatchList(Exclude, "Ape"));
+    EXPECT_EQ(FileText(Exclude), "Zebra\r\nApe\r\n");
+    EXPECT_EQ(FileText(Include), "(none)");
+}
+
+TEST_F(WatchListsTest, AnEntryThatDiffersInCaseOnlyIsDroppedInSilence) {
+    EXPECT_TRUE(Lists.AddToWatchList(Include, "Ann - One"));
+    EXPECT_FALSE(Lists.AddToWatchList(Include, "ANN - ONE"));
+    EXPECT_EQ(FileText(Include), "Ann - One\r\n");
+}
+
+TEST_F(WatchListsTest, AnEmptyEntryIsNone) {
+    EXPECT_FALSE(Lists.AddToWatchList(Include, "   "));
+    EXPECT_EQ(FileText(Include), "(none)");
+}
+
+TEST_F(WatchListsTest, AnEntryStaysOneLine) {
+    EXPECT_TRUE(Lists.AddToWatchList(Exclude, "One\r\n*"));
+    EXPECT_EQ(FileText(Exclude), "One  *\r\n");
+}
+
+TEST_F(WatchListsTest, AFileIsReadLineByLineWithoutItsDoubles) {
+    ASSERT_TRUE(Machine.Files.Append(Lists.FileOf(Exclude), "One\r\none\nTwo \n\n#3\r\nlast"));
+    ASSERT_TRUE(Lists.LoadWatchList(Exclude));
+    EXPECT_EQ(Lists.List(Exclude).Entries(), (std::vector<std::string>{"One", "Two ", "#3", "last"}));
+}
+
+TEST_F(WatchListsTest, AListThatCannotBeWrittenHoldsInMemory) {
+    Folders.Paths[2] = "/home/user/nowhere";
+    EXPECT_TRUE(Lists.AddToWatchList(Exclude, "One"));
+    EXPECT_FALSE(Lists.SaveWatchList(Exclude));
+    EXPECT_TRUE(Lists.IsExcluded("one"));
+}
+
+TEST_F(WatchListsTest, ASongOnBothListsIsKept) {
+    Lists.Add(Exclude, "Ann - *");
+    EXPECT_TRUE(Lists.IsExcluded("Ann - One"));
+    Lists.Add(Include, "ann - one");
+    EXPECT_FALSE(Lists.IsExcluded("Ann - One"));
+    EXPECT_TRUE(Lists.IsExcluded("Ann - Two"));
+}
+
+TEST_F(WatchListsTest, AnEntryBetweenStarsExcludesEverySongThatHoldsItInAnyCase) {
+    Lists.Add(Exclude, "*polka*");
+    EXPECT_TRUE(Lists.IsExcluded("Big Band - POLKA Night"));
+    EXPECT_FALSE(Lists.IsExcluded("Big Band - Waltz"));
+}
+
+TEST_F(WatchListsTest, AnEntryWithoutWildcardsExcludesTheExactNameOnly) {
+    Lists.Add(Exclude, "Ann - One");
+    EXPECT_TRUE(Lists.IsExcluded("ann - one"));
+    EXPECT_FALSE(Lists.IsExcluded("Ann - One (live)"));
+}
+
+TEST_F(WatchListsTest, ARemovedEntryIsGoneAndCanBeAddedAgain) {
+    Lists.Add(Exclude, "Ann*");
+    Lists.Add(Exclude, "Bob");
+    EXPECT_TRUE(Lists.Remove(Exclude, "ANN*"));
+    EXPECT_TRUE(Lists.Remove(Exclude, "bob"));
+    EXPECT_FALSE(Lists.Remove(Exclude, "bob"));
+    EXPECT_FALSE(Lists.IsExcluded("Ann"));
+    EXPECT_FALSE(Lists.IsExcluded("Bob"));
+    EXPECT_TRUE(Lists.Add(Exclude, "Bob"));
+}
+
+TEST(WatchedName, HasArtistTitleAndAlbumAsAFileName) {
+    STATIONANDSONGDATA media;
+    media.StationName = "FM";
+    media.Artist = "AC/DC";
+    media.Song = "Back?";
+    media.Album = "B";
+    EXPECT_EQ(WatchedName("%artist% - %TITLE% (%Album%) %Station%", media), "AC_DC - Back_ (B) %Station%");
+    media.Artist.clear();
+    EXPECT_EQ(WatchedName("%Artist% - %Title%", media), "- Back_");
+}
+
+TEST(NameOfDroppedFile, IsTheNameOfAMusicFileInAFolder) {
+    EXPECT_EQ(NameOfDroppedFile("/music/Pop/Ann - One.mp3"), "Ann - One");
+    EXPECT_EQ(NameOfDroppedFile("C:\\music\\ Ann .WMA"), "Ann");
+    EXPECT_EQ(NameOfDroppedFile("/music/a.b.ogg"), "a.b");
+    EXPECT_EQ(NameOfDroppedFile("/music/a.wav"), "a");
+    EXPECT_EQ(NameOfDroppedFile("/music/a.flac"), "");
+    EXPECT_EQ(NameOfDroppedFile("/music/mp3"), "");
+    EXPECT_EQ(NameOfDroppedFile("a.mp3"), "");
+    EXPECT_EQ(NameOfDroppedFile("/a.mp3"), "");
+}
+
+}  // namespace
+}  // namespace Corvetape

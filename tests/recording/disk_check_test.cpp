@@ -1,0 +1,171 @@
+#include "recording/disk_check.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/sim/sim_files.h"
+
+namespace Corvetape::Test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr uint64_t Megabyte = 1024 * 1024;
+constexpr uint32_t BytesPerSecond = 176'400;
+constexpr uint64_t TenMinutes = uint64_t{BytesPerSecond} * 600;
+
+/// A temporary folder and a music folder, each on a volume of its own, and what is told of them.
+class DiskChecks : public testing::Test {
+ protected:
+    DiskChecks() {
+        Disk.Mount("/temp", 1'000'000 * Megabyte);
+        Disk.Mount("/music", 900'000 * Megabyte);
+        Folders.Paths = {"/temp", "/music", "/log"};
+        Options.LowTempSpace = 300;
+        Options.LowMusicSpace = 200;
+        Flags.RecordingEnabled = true;
+    }
+
+    /// Both folders on the volume of the root.
+    void UseOneDrive(uint64_t free) {
+        Disk.MakeFolders("/home/temp");
+        Disk.MakeFolders("/home/music");
+        Folders.Paths = {"/home/temp", "/home/music", "/log"};
+        Disk.SetFreeSpace("/", free);
+    }
+
+    /// The key of what was told in the status line; empty if nothing happened.
+    std::string Status() const { return Form.lblStatus[1].Caption(); }
+
+    DiskCheckActions MakeActions() {
+        DiskCheckActions actions;
+        actions.FormatMsg = [](const std::string& key, std::span<const std::string> arguments) {
+            return arguments.empty() ? key : key + ":" + arguments[0];
+        };
+        actions.WriteLog = [this](const std::string& kind, const std::string& text) {
+            Log.push_back(kind + " " + text);
+        };
+        actions.ErrorBox = [this](const std::string& text) { Boxes.push_back(text); };
+        return actions;
+    }
+
+    frmMain Form;
+    SimFiles Disk;
+    Settings Options;
+    WorkingFolders Folders;
+    RecordingFlags Flags;
+    DeferredMessages Messages;
+    std::vector<std::string> Log;
+    std::vector<std::string> Boxes;
+    DiskCheck Check{{Form, Disk, Options, Folders, Flags, Messages}, MakeActions()};
+};
+
+TEST_F(DiskChecks, EnoughSpaceChangesNothing) {
+    EXPECT_TRUE(Check.Run());
+    EXPECT_EQ(Status(), "");
+    EXPECT_EQ(Form.chkStopRecording[0].Value(), 0);
+    EXPECT_FALSE(Flags.DisableAtEndOfSong);
+    EXPECT_EQ(Messages.PendingInfo, 0);
+    EXPECT_THAT(Log, IsEmpty());
+}
+
+TEST_F(DiskChecks, FreeSpaceEqualToTheLimitIsTooLittle) {
+    Disk.SetFreeSpace("/temp", 300 * Megabyte + 1);
+    EXPECT_TRUE(Check.Run());
+    EXPECT_EQ(Status(), "");
+    Disk.SetFreeSpace("/temp", 300 * Megabyte);
+    EXPECT_TRUE(Check.Run());
+    EXPECT_EQ(Status(), "804");
+    EXPECT_EQ(Messages.PendingInfo, 834);
+    EXPECT_TRUE(Flags.DisableAtEndOfSong);
+    EXPECT_EQ(Form.chkStopRecording[0].Value(), 1);
+}
+
+TEST_F(DiskChecks, TheTemporaryFolderIsToldAheadOfTheMusicFolder) {
+    Disk.SetFreeSpace("/temp", 100 * Megabyte);
+    Disk.SetFreeSpace("/music", 50 * Megabyte);
+    EXPECT_TRUE(Check.Run());
+    EXPECT_EQ(Status(), "804");
+}
+
+TEST_F(DiskChecks, TheMusicFolderHasALimitOfItsOwn) {
+    Disk.SetFreeSpace("/music", 200 * Megabyte);
+    EXPECT_TRUE(Check.Run());
+    EXPECT_EQ(Status(), "805");
+    EXPECT_EQ(Messages.PendingInfo, 835);
+}
+
+TEST_F(DiskChecks, OnOneDriveBothLimitsHaveToFindRoom) {
+    UseOneDrive(500 * Megabyte + 1);
+    EXPECT_TRUE(Check.Run());
+    EXPECT_EQ(Status(), "");
+    UseOneDrive(500 * Megabyte);
+    EXPECT_TRUE(Check.Run());
+    EXPECT_EQ(Status(), "803");
+    EXPECT_EQ(Messages.PendingInfo, 833);
+}
+
+TEST_F(DiskChecks, FoldersWithDifferentBeginningsAreTwoDrivesHoweverEqualTheirSpace) {
+    Disk.SetFreeSpace("/temp", 400 * Megabyte);
+    Disk.SetFreeSpace("/music", 400 * Megabyte);
+    EXPECT_TRUE(Check.Run());
+    EXPECT_EQ(Status(), "");
+}
+
+TEST_F(DiskChecks, NothingIsHeldAgainstTheLimitsWhileNothingIsToGoOn) {
+    Disk.SetFreeSpace("/temp", 0);
+    Flags.RecordingEnabled = false;
+    EXPECT_TRUE(Check.Run());
+    EXPECT_EQ(Status(), "");
+    Flags.RecordingEnabled = true;
+    Flags.StopAtEndOfSong = true;
+    EXPECT_TRUE(Check.Run());
+    EXPECT_EQ(Status(), "");
+}
+
+TEST_F(DiskChecks, AFolderThatCannotBeAskedEndsTheProgramAlsoWhileNothingIsRecorded) {
+    Flags.RecordingEnabled = false;
+    Folders.Paths[1] = "/nowhere";
+    EXPECT_FALSE(Check.Run());
+    EXPECT_THAT(Log, ElementsAre("ERROR 906:/nowhere"));
+    EXPECT_THAT(Boxes, ElementsAre("906:/nowhere"));
+}
+
+TEST_F(DiskChecks, TenMinutesOfSoundAreTheReserve) {
+    Options.LowTempSpace = 100;  // less than the reserve, and below it in its own minute only
+    Disk.SetFreeSpace("/temp", TenMinutes);
+    Check.RunIfShort(BytesPerSecond);
+    EXPECT_EQ(Status(), "");
+    Disk.SetFreeSpace("/temp", TenMinutes - 1);
+    Check.RunIfShort(BytesPerSecond);
+    EXPECT_EQ(Status(), "804");
+    EXPECT_EQ(Messages.PendingInfo, 834);
+}
+
+TEST_F(DiskChecks, TheReserveOfOneDriveIsToldAsThat) {
+    UseOneDrive(TenMinutes - 1);
+    Check.RunIfShort(BytesPerSecond);
+    EXPECT_EQ(Status(), "803");
+    EXPECT_EQ(Messages.PendingInfo, 833);
+}
+
+TEST_F(DiskChecks, AFullMusicFolderIsNoMatterOfTheReserve) {
+    Disk.SetFreeSpace("/music", 0);
+    Check.RunIfShort(BytesPerSecond);
+    EXPECT_EQ(Status(), "");
+}
+
+TEST_F(DiskChecks, BetweenTheMinutesAFolderThatCannotBeAskedIsLeftAlone) {
+    Folders.Paths[0] = "/nowhere";
+    Check.RunIfShort(BytesPerSecond);
+    EXPECT_EQ(Status(), "");
+    EXPECT_THAT(Log, IsEmpty());
+}
+
+}  // namespace
+}  // namespace Corvetape::Test

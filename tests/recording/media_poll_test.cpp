@@ -1,0 +1,208 @@
+#include "recording/media_poll.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Corvetape::Test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+STATIONANDSONGDATA Reading(const std::string& artist, const std::string& song) {
+    STATIONANDSONGDATA media;
+    media.StationName = "Station";
+    media.Artist = artist;
+    media.Song = song;
+    media.Album = "Album";
+    media.Cover = "cover";
+    return media;
+}
+
+/// A poll whose provider gives the reading of the test.
+class MediaPolls : public testing::Test {
+ protected:
+    MediaPolls() {
+        Ring.Open(400, 2205);
+        Ring.AudioWriteIndex = 123;
+        for (int i = 0; i < 5; ++i) Signal.History.Append(1000);
+    }
+
+    /// A tick that reads this; true if it counted as a change of song.
+    bool Read(const STATIONANDSONGDATA& media) {
+        Next = media;
+        Cut = {};
+        Covers.clear();
+        Form.tmrGetMediaData.Timer.Raise();
+        EXPECT_EQ(Cut.SongBoundary, Cut.CutPending);
+        return Cut.CutPending;
+    }
+
+    bool Read(const std::string& artist, const std::string& song) { return Read(Reading(artist, song)); }
+
+    int32_t LastOfHistory() const { return Signal.History[Signal.History.Size() - 1]; }
+
+    MediaPollActions MakeActions() {
+        return {[this] { return Ready; },
+                [this] {
+                    ++Polls;
+                    Media.CurrentMedia = Next;
+                },
+                [this](const std::string& cover) { Covers.push_back(cover); }};
+    }
+
+    frmMain Form;
+    MediaState Media;
+    CutState Cut;
+    SignalState Signal;
+    AudioRing Ring;
+    STATIONANDSONGDATA Next;
+    bool Ready = true;
+    int Polls = 0;
+    std::vector<std::string> Covers;
+    MediaPoll Poll{{Form, Media, Cut, Signal, Ring}, MakeActions()};
+};
+
+TEST_F(MediaPolls, RunEvery500Milliseconds) {
+    EXPECT_EQ(Form.tmrGetMediaData.Interval(), 500);
+    EXPECT_FALSE(Form.tmrGetMediaData.Running());
+}
+
+TEST_F(MediaPolls, AskNobodyInTheFirstSecondOfTheProgram) {
+    Ready = false;
+    EXPECT_FALSE(Read("A", "One"));
+    EXPECT_EQ(Polls, 0);
+    EXPECT_EQ(Media.CurrentMedia, STATIONANDSONGDATA{});
+}
+
+TEST_F(MediaPolls, AnotherTitleIsAnotherSong) {
+    Read("A", "One");
+    EXPECT_TRUE(Read("A", "Two"));
+    EXPECT_EQ(Cut.CutIndex, 123);
+}
+
+TEST_F(MediaPolls, AnotherArtistIsAnotherSong) {
+    Read("A", "One");
+    EXPECT_TRUE(Read("B", "One"));
+}
+
+TEST_F(MediaPolls, TheSameReadingIsNoChange) {
+    Read("A", "One");
+    EXPECT_FALSE(Read("A", "One"));
+}
+
+TEST_F(MediaPolls, ATitleInOtherLettersIsAnotherSong) {
+    Read("A", "One");
+    EXPECT_TRUE(Read("A", "ONE"));
+    EXPECT_TRUE(Read("A", "ONE "));  // blanks count too
+}
+
+TEST_F(MediaPolls, TheFirstTitleIsAChange) {
+    EXPECT_TRUE(Read("A", "One"));
+}
+
+TEST_F(MediaPolls, AnEmptyTitleIsNoReading) {
+    Read("A", "One");
+    EXPECT_FALSE(Read("A", ""));
+    EXPECT_THAT(Covers, IsEmpty());
+    EXPECT_EQ(Media.CurrentMedia.Song, "");
+}
+
+TEST_F(MediaPolls, BehindAnEmptyTitleTheOldOneCountsAsAChange) {
+    Read("A", "One");
+    Read("A", "");
+    EXPECT_TRUE(Read("A", "One"));
+}
+
+TEST_F(MediaPolls, FromOneEmptyTitleToAnotherNothingChanges) {
+    Read("A", "");
+    EXPECT_FALSE(Read("B", ""));
+}
+
+TEST_F(MediaPolls, ALateAlbumReachesTheSongInTheFileWithoutACut) {
+    STATIONANDSONGDATA media = Reading("A", "One");
+    Read(media);
+    Media.SongMedia = media;
+    media.Album = "Late";
+    EXPECT_FALSE(Read(media));
+    EXPECT_EQ(Media.SongMedia.Album, "Late");
+    EXPECT_EQ(Media.SongMedia.Cover, "cover");
+}
+
+TEST_F(MediaPolls, ALateCoverReachesTheSongInTheFileWithoutACut) {
+    STATIONANDSONGDATA media = Reading("A", "One");
+    Read(media);
+    Media.SongMedia = media;
+    media.Cover = "late";
+    EXPECT_FALSE(Read(media));
+    EXPECT_EQ(Media.SongMedia.Cover, "late");
+    EXPECT_THAT(Covers, ElementsAre("late"));
+}
+
+TEST_F(MediaPolls, AnAlbumThatStaysIsNotCopied) {
+    Read("A", "One");
+    Media.SongMedia.Album = "of the song in the file";
+    EXPECT_FALSE(Read("A", "One"));
+    EXPECT_EQ(Media.SongMedia.Album, "of the song in the file");
+}
+
+TEST_F(MediaPolls, StationAndDescriptionAloneChangeNothing) {
+    STATIONANDSONGDATA media = Reading("A", "One");
+    Read(media);
+    Media.SongMedia = media;
+    media.StationName = "Other";
+    media.StationDescr = "Other";
+    EXPECT_FALSE(Read(media));
+    EXPECT_EQ(Media.SongMedia.StationName, "Station");
+}
+
+TEST_F(MediaPolls, AChangeOfSongLeavesTheRecordOfTheFileAlone) {
+    Read("A", "One");
+    Media.SongMedia = Reading("A", "One");
+    Read("B", "Two");
+    EXPECT_EQ(Media.SongMedia.Song, "One");  // it is taken over some seconds into the song
+}
+
+TEST_F(MediaPolls, AChangeIsMarkedInTheLevelHistory) {
+    Read("A", "One");
+    EXPECT_EQ(LastOfHistory(), MarkMediaChange);
+    EXPECT_TRUE(Signal.History.RedrawWanted);
+    EXPECT_EQ(Signal.History.Size(), 5U);
+}
+
+TEST_F(MediaPolls, NoChangeMarksNothing) {
+    Read("A", "One");
+    Signal.History.Append(700);
+    Signal.History.RedrawWanted = false;
+    Read("A", "One");
+    EXPECT_EQ(LastOfHistory(), 700);
+    EXPECT_FALSE(Signal.History.RedrawWanted);
+}
+
+TEST_F(MediaPolls, AChangeOnAnEmptyHistoryCutsAllTheSame) {
+    Signal.History = {};
+    EXPECT_TRUE(Read("A", "One"));
+    EXPECT_EQ(Signal.History.Size(), 0U);
+}
+
+TEST_F(MediaPolls, TheCoverIsHandedOnWithEachReading) {
+    Read("A", "One");
+    EXPECT_THAT(Covers, ElementsAre("cover"));
+    Read("A", "One");
+    EXPECT_THAT(Covers, ElementsAre("cover"));
+}
+
+TEST_F(MediaPolls, AProviderThatFailsLeavesTheLastReading) {
+    Read("A", "One");
+    const STATIONANDSONGDATA before = Media.CurrentMedia;
+    EXPECT_FALSE(Read(before));
+    EXPECT_EQ(Media.PreviousMedia, before);
+    EXPECT_EQ(Media.CurrentMedia, before);
+}
+
+}  // namespace
+}  // namespace Corvetape::Test

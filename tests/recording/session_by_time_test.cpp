@@ -1,0 +1,95 @@
+// Cutting by the clock acts at once: no pause and no change of media data will come.
+
+#include <gtest/gtest.h>
+
+#include "session_rig.h"
+
+namespace Corvetape::Test {
+namespace {
+
+/// A session by fixed time with ten seconds of sound, of which five are in the file.
+class SessionAtOnce : public testing::Test {
+ protected:
+    SessionAtOnce() {
+        Rig.Pause.EndOfSongDetection = EndOfSong::FixedTime;
+        Rig.Cut.FixedTimeSeconds = 77;
+        Rig.Play(300);
+        Rig.Closed.clear();
+    }
+
+    SessionRig Rig;
+};
+
+TEST_F(SessionAtOnce, WaitingForTheNextPieceKeepsTheOneUpToNow) {
+    Rig.Form.chkStartStop[1].Value(1);
+    ASSERT_EQ(Rig.Closed.size(), 1U);
+    EXPECT_EQ(Rig.Closed[0], SongFate::Kept);
+    EXPECT_TRUE(Rig.Flags.RecordNextSong);
+    EXPECT_FALSE(Rig.Flags.RecordCurrentSong);
+    EXPECT_EQ(Rig.Cut.FixedTimeSeconds, 0);
+}
+
+TEST_F(SessionAtOnce, APieceThatIsTooShortDoesNotUseUpTheWishForTheNextOne) {
+    Rig.Pause.IgnoreShortSongs = 120;
+    Rig.Form.chkStartStop[1].Value(1);
+    ASSERT_EQ(Rig.Closed.size(), 1U);
+    EXPECT_EQ(Rig.Closed[0], SongFate::Short);
+    EXPECT_TRUE(Rig.Flags.RecordNextSong);
+    EXPECT_FALSE(Rig.Flags.RecordCurrentSong);
+    EXPECT_EQ(Rig.Form.chkStartStop[1].Value(), 1);
+}
+
+TEST_F(SessionAtOnce, FromWaitingToRecordingTheBoxesClearOneAnotherAndCutOnce) {
+    Rig.Form.chkStartStop[1].Value(1);
+    Rig.Play(300);
+    Rig.Closed.clear();
+    Rig.Form.chkStartStop[0].Value(1);
+    EXPECT_EQ(Rig.Form.chkStartStop[1].Value(), 0);
+    EXPECT_EQ(Rig.Closed.size(), 1U);
+    EXPECT_TRUE(Rig.Flags.RecordCurrentSong);
+    EXPECT_FALSE(Rig.Flags.RecordNextSong);
+}
+
+TEST_F(SessionAtOnce, FromRecordingToWaitingTheBoxesClearOneAnotherAndCutOnce) {
+    Rig.Form.chkStartStop[0].Value(1);
+    Rig.Play(300);
+    Rig.Closed.clear();
+    Rig.Form.cmdSkipThisRecording.Press();
+    ASSERT_EQ(Rig.Closed.size(), 1U);
+    EXPECT_EQ(Rig.Closed[0], SongFate::Kept);
+    EXPECT_TRUE(Rig.Flags.RecordNextSong);
+}
+
+TEST_F(SessionAtOnce, AQuickRecordingBeginsNowAndStopsAtTheEndOfThePiece) {
+    Rig.Form.cmdQuickRecord.Press();
+    ASSERT_EQ(Rig.Closed.size(), 1U);
+    EXPECT_EQ(Rig.Closed[0], SongFate::Unwanted);
+    Rig.Play(300);
+    Rig.EndSong();
+    ASSERT_EQ(Rig.Closed.size(), 2U);
+    EXPECT_EQ(Rig.Closed[1], SongFate::Kept);
+    EXPECT_FALSE(Rig.Flags.RecordCurrentSong);
+}
+
+TEST_F(SessionAtOnce, TheRunningMinutesBeginAnewWithTheNewPiece) {
+    Rig.Form.cmdStartStop.Press();
+    EXPECT_EQ(Rig.Cut.FixedTimeSeconds, 0);
+    EXPECT_EQ(Rig.Ring.Unread(), 0);
+    Rig.Cut.FixedTimeSeconds = 50;
+    Rig.Play(300);
+    Rig.Form.cmdStartStop.Press();
+    EXPECT_EQ(Rig.Cut.FixedTimeSeconds, 0);
+    EXPECT_FALSE(Rig.Cut.CutPending);
+}
+
+TEST_F(SessionAtOnce, AStopAtTheEndIsClearedByTurningRecordingOff) {
+    Rig.Form.cmdQuickRecord.Press();
+    Rig.Play(300);
+    Rig.Form.cmdStartStop.Press();
+    EXPECT_FALSE(Rig.Flags.StopAtEndOfSong);
+    EXPECT_EQ(Rig.Form.chkStopRecording[0].Value(), 0);
+    EXPECT_EQ(Rig.Closed.back(), SongFate::Kept);
+}
+
+}  // namespace
+}  // namespace Corvetape::Test

@@ -1,0 +1,313 @@
+// The recording as one state machine: every state, every event, in all three modes.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "session_rig.h"
+
+namespace Corvetape::Test {
+namespace {
+
+enum class UserState { Watching, Waiting, Recording, LastSong };
+
+enum class UserEvent {
+    TickCurrent,
+    UntickCurrent,
+    TickNext,
+    UntickNext,
+    TickStop,
+    UntickStop,
+    PressStartStop,
+    PressQuickRecord,
+    PressSkip,
+    SongEnds,
+    ShortSongEnds,
+};
+
+const char* NameOf(UserState state) {
+    switch (state) {
+        case UserState::Watching:
+            return "Watching";
+        case UserState::Waiting:
+            return "Waiting";
+        case UserState::Recording:
+            return "Recording";
+        case UserState::LastSong:
+            return "LastSong";
+    }
+    return "";
+}
+
+/// What the flags say; a text for combinations that are no state.
+std::string StateOf(const RecordingFlags& flags) {
+    const int bits =
+        (flags.RecordCurrentSong ? 4 : 0) + (flags.RecordNextSong ? 2 : 0) + (flags.StopAtEndOfSong ? 1 : 0);
+    switch (bits) {
+        case 0:
+            return NameOf(UserState::Watching);
+        case 2:
+            return NameOf(UserState::Waiting);
+        case 4:
+            return NameOf(UserState::Recording);
+        case 5:
+            return NameOf(UserState::LastSong);
+        default:
+            return "none (" + std::to_string(bits) + ")";
+    }
+}
+
+void Bring(SessionRig& rig, UserState state) {
+    if (state == UserState::Waiting) rig.Form.chkStartStop[1].Value(1);
+    if (state == UserState::Recording || state == UserState::LastSong) rig.Form.chkStartStop[0].Value(1);
+    if (state == UserState::LastSong) rig.Form.chkStopRecording[0].Value(1);
+}
+
+void Happen(SessionRig& rig, UserEvent event) {
+    frmMain& form = rig.Form;
+    switch (event) {
+        case UserEvent::TickCurrent:
+            form.chkStartStop[0].Value(1);
+            break;
+        case UserEvent::UntickCurrent:
+            form.chkStartStop[0].Value(0);
+            break;
+        case UserEvent::TickNext:
+            form.chkStartStop[1].Value(1);
+            break;
+        case UserEvent::UntickNext:
+            form.chkStartStop[1].Value(0);
+            break;
+        case UserEvent::TickStop:
+            form.chkStopRecording[0].Press();  // a disabled box cannot be pressed
+            if (!rig.Flags.StopAtEndOfSong && form.chkStopRecording[0].Enabled()) {
+                form.chkStopRecording[0].Press();
+            }
+            break;
+        case UserEvent::UntickStop:
+            if (form.chkStopRecording[0].Value() == 1) form.chkStopRecording[0].Press();
+            break;
+        case UserEvent::PressStartStop:
+            form.cmdStartStop.Press();
+            break;
+        case UserEvent::PressQuickRecord:
+            form.cmdQuickRecord.Press();
+            break;
+        case UserEvent::PressSkip:
+            form.cmdSkipThisRecording.Press();
+            break;
+        case UserEvent::SongEnds:
+        case UserEvent::ShortSongEnds:
+            rig.EndSong();
+            break;
+    }
+}
+
+using enum UserState;
+
+struct Row {
+    UserEvent Event;
+    const char* Name;
+    UserState To[4];  ///< from Watching, Waiting, Recording, LastSong
+};
+
+constexpr Row Table[] = {
+    {UserEvent::TickCurrent, "TickCurrent", {Recording, Recording, Recording, LastSong}},
+    {UserEvent::UntickCurrent, "UntickCurrent", {Watching, Waiting, Watching, Watching}},
+    {UserEvent::TickNext, "TickNext", {Waiting, Waiting, Waiting, Waiting}},
+    {UserEvent::UntickNext, "UntickNext", {Watching, Watching, Recording, LastSong}},
+    {UserEvent::TickStop, "TickStop", {Watching, Waiting, LastSong, LastSong}},
+    {UserEvent::UntickStop, "UntickStop", {Watching, Waiting, Recording, Recording}},
+    {UserEvent::PressStartStop, "PressStartStop", {Recording, Recording, Watching, Watching}},
+    {UserEvent::PressQuickRecord, "PressQuickRecord", {LastSong, LastSong, LastSong, LastSong}},
+    {UserEvent::PressSkip, "PressSkip", {Watching, Waiting, Waiting, Waiting}},
+    {UserEvent::SongEnds, "SongEnds", {Watching, Recording, Recording, Watching}},
+    {UserEvent::ShortSongEnds, "ShortSongEnds", {Watching, Recording, Recording, Watching}},
+};
+
+class SessionStates : public testing::TestWithParam<EndOfSong> {};
+
+TEST_P(SessionStates, FollowTheTable) {
+    for (const Row& row : Table) {
+        for (const UserState from : {Watching, Waiting, Recording, LastSong}) {
+            SessionRig rig;
+            rig.Pause.EndOfSongDetection = GetParam();
+            if (row.Event == UserEvent::ShortSongEnds) rig.Pause.IgnoreShortSongs = 120;
+            Bring(rig, from);
+            rig.Play(300);
+            Happen(rig, row.Event);
+            EXPECT_EQ(StateOf(rig.Flags), NameOf(row.To[static_cast<size_t>(from)]))
+                << row.Name << " in " << NameOf(from);
+        }
+    }
+}
+
+TEST_P(SessionStates, DecideAtTheCloseWhatIsKept) {
+    for (const UserState state : {Watching, Waiting, Recording, LastSong}) {
+        SessionRig rig;
+        rig.Pause.EndOfSongDetection = GetParam();
+        Bring(rig, state);
+        rig.Closed.clear();
+        rig.Play(300);
+        rig.EndSong();
+        ASSERT_EQ(rig.Closed.size(), 1u) << NameOf(state);
+        const bool kept = state == Recording || state == LastSong;
+        EXPECT_EQ(rig.Closed[0], kept ? SongFate::Kept : SongFate::Unwanted) << NameOf(state);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(AllModes, SessionStates,
+                         testing::Values(EndOfSong::Silence, EndOfSong::MediaData, EndOfSong::FixedTime));
+
+TEST(SessionControls, PressingRecordTwiceWithinASongLosesNothing) {
+    SessionRig rig;
+    rig.Form.chkStartStop[0].Value(1);
+    rig.Play(100);
+    rig.Form.cmdStartStop.Press();
+    rig.Form.cmdStartStop.Press();
+    rig.Play(100);
+    rig.EndSong();
+    ASSERT_EQ(rig.Closed.size(), 1u);
+    EXPECT_EQ(rig.Closed[0], SongFate::Kept);
+}
+
+TEST(SessionControls, ASongIsKeptFromItsBeginningIfRecordIsPressedInItsMiddle) {
+    SessionRig rig;
+    rig.Play(100);
+    rig.Form.cmdStartStop.Press();
+    rig.Play(100);
+    EXPECT_EQ(rig.Writer.SongBytes(), int64_t{200} * SessionRig::FramesPerBuffer * 4);
+}
+
+TEST(SessionControls, StopAtTheEndIsForARunningRecordingOnly) {
+    SessionRig rig;
+    EXPECT_FALSE(rig.Form.chkStopRecording[0].Enabled());
+    rig.Form.chkStartStop[1].Value(1);
+    EXPECT_FALSE(rig.Form.chkStopRecording[0].Enabled());
+    EXPECT_TRUE(rig.Form.chkStopRecording[1].Enabled());
+    EXPECT_TRUE(rig.Form.lblStopRecording.Enabled());
+    rig.Form.chkStartStop[0].Value(1);
+    EXPECT_TRUE(rig.Form.chkStopRecording[0].Enabled());
+    rig.Form.chkStopRecording[0].Value(1);
+    rig.Form.chkStartStop[0].Value(0);
+    EXPECT_EQ(rig.Form.chkStopRecording[0].Value(), 0);
+    EXPECT_FALSE(rig.Form.chkStopRecording[1].Enabled());
+}
+
+TEST(SessionControls, SkipNeedsMediaDataAndARecording) {
+    SessionRig rig;
+    rig.Form.chkStartStop[0].Value(1);
+    EXPECT_TRUE(rig.Form.cmdSkipThisRecording.Enabled());
+    rig.Form.chkStartStop[0].Value(0);
+    EXPECT_FALSE(rig.Form.cmdSkipThisRecording.Enabled());
+    rig.Media.StationDataEnabled = false;
+    rig.Form.chkStartStop[0].Value(1);
+    EXPECT_FALSE(rig.Form.cmdSkipThisRecording.Enabled());
+}
+
+TEST(SessionControls, ATimedRecordingTakesItsMinutesFromTheBox) {
+    SessionRig rig;
+    rig.Form.chkStartStop[0].Value(1);
+    rig.Form.txtRecordingPeriod.Text("90");
+    rig.Form.chkStopRecording[1].Value(1);
+    EXPECT_EQ(rig.Flags.RecordingSecondsLeft, 5400);
+    EXPECT_FALSE(rig.Form.txtRecordingPeriod.Enabled());
+    rig.Form.chkStopRecording[1].Value(0);
+    EXPECT_EQ(rig.Flags.RecordingSecondsLeft, 0);
+    EXPECT_TRUE(rig.Form.txtRecordingPeriod.Enabled());
+}
+
+TEST(SessionControls, ATimedRecordingOfNoMinutesIsRefused) {
+    for (const char* text : {"0", "", "abc"}) {
+        SessionRig rig;
+        rig.Form.chkStartStop[0].Value(1);
+        rig.Form.txtRecordingPeriod.Text(text);
+        rig.Form.chkStopRecording[1].Value(1);
+        EXPECT_EQ(rig.ZeroMinutesRefused, 1) << text;
+        EXPECT_EQ(rig.Form.chkStopRecording[1].Value(), 0) << text;
+    }
+}
+
+TEST(SessionControls, TheTwoWaysToStopExcludeEachOther) {
+    SessionRig rig;
+    rig.Form.chkStartStop[0].Value(1);
+    rig.Form.chkStopRecording[0].Value(1);
+    rig.Form.chkStopRecording[1].Value(1);
+    EXPECT_EQ(rig.Form.chkStopRecording[0].Value(), 0);
+    EXPECT_FALSE(rig.Flags.StopAtEndOfSong);
+    rig.Form.chkStopRecording[0].Value(1);
+    EXPECT_EQ(rig.Form.chkStopRecording[1].Value(), 0);
+    EXPECT_EQ(rig.Flags.RecordingSecondsLeft, 0);
+}
+
+TEST(SessionControls, AGoodPeriodCountsAtOnceAndARefusedOneNot) {
+    SessionRig rig;
+    rig.Form.txtRecordingPeriod.Text("2");
+    EXPECT_FALSE(rig.Form.txtRecordingPeriod.RunValidate());
+    EXPECT_EQ(rig.Flags.RecordingSecondsLeft, 120);
+    rig.RefusePeriod = true;
+    rig.Form.txtRecordingPeriod.Text("9999");
+    EXPECT_TRUE(rig.Form.txtRecordingPeriod.RunValidate());
+    EXPECT_EQ(rig.Flags.RecordingSecondsLeft, 120);
+}
+
+TEST(SessionControls, TheEndOfAnyRecordingClearsTheTimedStop) {
+    SessionRig rig;
+    rig.Form.chkStartStop[0].Value(1);
+    rig.Form.chkStopRecording[1].Value(1);
+    rig.Form.chkStartStop[0].Value(0);
+    EXPECT_EQ(rig.Form.chkStopRecording[1].Value(), 0);
+    EXPECT_EQ(rig.Flags.RecordingSecondsLeft, 0);
+}
+
+TEST(SessionByTime, TurningRecordingOnBeginsANewFileNow) {
+    SessionRig rig;
+    rig.Pause.EndOfSongDetection = EndOfSong::FixedTime;
+    rig.Cut.FixedTimeSeconds = 100;
+    rig.Play(300);
+    ASSERT_TRUE(rig.Writer.SongFileOpen());
+    rig.Form.chkStartStop[0].Value(1);
+    ASSERT_EQ(rig.Closed.size(), 1u);
+    EXPECT_EQ(rig.Closed[0], SongFate::Unwanted);
+    EXPECT_FALSE(rig.Writer.SongFileOpen());
+    EXPECT_EQ(rig.Ring.AudioReadIndex, rig.Ring.AudioWriteIndex);
+    EXPECT_EQ(rig.Cut.FixedTimeSeconds, 0);
+    EXPECT_TRUE(rig.Flags.RecordCurrentSong);
+}
+
+TEST(SessionByTime, TurningItOffKeepsThePieceUpToNow) {
+    SessionRig rig;
+    rig.Pause.EndOfSongDetection = EndOfSong::FixedTime;
+    rig.Form.chkStartStop[0].Value(1);
+    rig.Closed.clear();
+    rig.Play(300);
+    rig.Form.chkStartStop[0].Value(0);
+    ASSERT_EQ(rig.Closed.size(), 1u);
+    EXPECT_EQ(rig.Closed[0], SongFate::Kept);
+    EXPECT_FALSE(rig.Flags.RecordCurrentSong);
+}
+
+TEST(SessionByTime, BoxesThatFollowTheFlagsCutNothing) {
+    SessionRig rig;
+    rig.Pause.EndOfSongDetection = EndOfSong::FixedTime;
+    rig.Play(300);
+    rig.Flags.RecordCurrentSong = true;
+    rig.Recording.ShowFlags();
+    EXPECT_EQ(rig.Form.chkStartStop[0].Value(), 1);
+    EXPECT_TRUE(rig.Closed.empty());
+    EXPECT_TRUE(rig.Writer.SongFileOpen());
+}
+
+TEST(SessionBySilence, TurningRecordingOffDropsTheRunningSongAtItsEnd) {
+    SessionRig rig;
+    rig.Form.chkStartStop[0].Value(1);
+    rig.Play(100);
+    rig.Form.chkStartStop[0].Value(0);
+    EXPECT_TRUE(rig.Closed.empty());
+    rig.EndSong();
+    ASSERT_EQ(rig.Closed.size(), 1u);
+    EXPECT_EQ(rig.Closed[0], SongFate::Unwanted);
+}
+
+}  // namespace
+}  // namespace Corvetape::Test

@@ -1,0 +1,169 @@
+#include "recording/song_notes.h"
+
+#include <gtest/gtest.h>
+
+#include "audio/wav_file.h"
+#include "platform/sim/sim_machine.h"
+
+namespace Corvetape {
+namespace {
+
+constexpr const char* Folder = "/home/user/temp";
+
+class SongNotesTest : public testing::Test {
+ protected:
+    SongNotesTest() {
+        Machine.Files.MakeFolder(Folder);
+        Folders.SongTempFolder = Folder;
+    }
+
+    /// A song file whose header was never brought up to date, as a crash leaves it.
+    void LeaveSong(const std::string& baseName, int seconds) {
+        const std::string path = std::string(Folder) + "/" + baseName + ".wav";
+        {
+            auto file = WavFile::Create(Machine.Files, path, MakeWaveFormat(44100));
+            ASSERT_TRUE(file);
+            const std::vector<Frame> second(44100, Frame{1000, -1000});
+            for (int i = 0; i < seconds; ++i) ASSERT_TRUE(file->Write(second));
+        }
+        ASSERT_TRUE(Machine.Files.Patch(path, 4, std::string(4, '\0')));
+        ASSERT_TRUE(Machine.Files.Patch(path, 40, std::string(4, '\0')));
+    }
+
+    static SongNote Note(bool wanted) {
+        SongNote note;
+        note.Run = "dead";
+        note.Wanted = wanted;
+        note.LeastSeconds = 35;
+        note.Media.StationName = "FM";
+        note.Media.Artist = "Ann \"Quote\" O'Hara";
+        note.Media.Song = "One\nTwo";
+        note.Media.Album = " blanks ";
+        note.Media.FilePart = 2;
+        return note;
+    }
+
+    std::vector<LeftSong> Found() {
+        return FindLeftSongs(Machine.Files, Folder, [](const std::string& run) { return run == "alive"; });
+    }
+
+    bool Exists(const std::string& name) {
+        return Machine.Files.FileSize(std::string(Folder) + "/" + name).has_value();
+    }
+
+    SimMachine Machine;
+    WorkingFolders Folders;
+    SongNotes Notes{Machine.Files, Folders};
+};
+
+TEST_F(SongNotesTest, ANoteComesBackAsItWasButForItsLineEnds) {
+    Notes.Write("song", Note(true));
+    const auto songs = Found();
+    ASSERT_EQ(songs.size(), 1u);
+    const SongNote& note = songs[0].Note;
+    EXPECT_EQ(songs[0].BaseName, "song");
+    EXPECT_TRUE(note.Wanted);
+    EXPECT_EQ(note.LeastSeconds, 35);
+    EXPECT_EQ(note.Media.StationName, "FM");
+    EXPECT_EQ(note.Media.Artist, "Ann \"Quote\" O'Hara");
+    EXPECT_EQ(note.Media.Song, "One Two");
+    EXPECT_EQ(note.Media.Album, " blanks ");
+    EXPECT_EQ(note.Media.FilePart, 2);
+}
+
+TEST_F(SongNotesTest, AHugeTitleIsCut) {
+    SongNote note = Note(true);
+    note.Media.Song.assign(100'000, 'x');
+    EXPECT_LT(SongNoteText(note).size(), 2000u);
+}
+
+TEST_F(SongNotesTest, ANoteIsWrittenOnlyWhenItSaysSomethingNew) {
+    Notes.Write("song", Note(true));
+    Machine.Files.Delete(std::string(Folder) + "/song.note");
+    Notes.Write("song", Note(true));
+    EXPECT_FALSE(Exists("song.note"));
+    Notes.Write("song", Note(false));
+    EXPECT_TRUE(Exists("song.note"));
+    Notes.Write("other", Note(false));
+    EXPECT_TRUE(Exists("other.note"));
+}
+
+TEST_F(SongNotesTest, ASongWithoutAFileHasNoNote) {
+    Notes.Write("", Note(true));
+    EXPECT_TRUE(Machine.Files.List(Folder).empty());
+}
+
+TEST_F(SongNotesTest, ARemovedNoteCanBeWrittenAgain) {
+    Notes.Write("song", Note(true));
+    Notes.Remove("song");
+    EXPECT_FALSE(Exists("song.note"));
+    Notes.Write("song", Note(true));
+    EXPECT_TRUE(Exists("song.note"));
+}
+
+TEST_F(SongNotesTest, ASongOfARunThatStillRunsIsLeftAlone) {
+    SongNote note = Note(true);
+    note.Run = "alive";
+    Notes.Write("song", note);
+    EXPECT_TRUE(Found().empty());
+}
+
+TEST_F(SongNotesTest, AWantedSongIsRepairedAndTransferred) {
+    LeaveSong("song", 40);
+    Notes.Write("song", Note(true));
+    const auto songs = Found();
+    ASSERT_EQ(songs.size(), 1u);
+    const LeftSongDecision decision = DecideLeftSong(Machine.Files, Folder, songs[0]);
+    EXPECT_EQ(decision.Fate, LeftSongFate::Transfer);
+    EXPECT_EQ(decision.Seconds, 40);
+    const auto info = ReadWavInfo(Machine.Files, std::string(Folder) + "/song.wav");
+    ASSERT_TRUE(info);
+    EXPECT_EQ(info->DataBytes, 40u * 176400u);
+}
+
+TEST_F(SongNotesTest, AnUnwantedSongIsDeleted) {
+    LeaveSong("song", 40);
+    Notes.Write("song", Note(false));
+    EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Fate, LeftSongFate::Delete);
+}
+
+TEST_F(SongNotesTest, ASongOfExactlyTheLeastLengthIsDeletedAsItsCloseWouldHaveDone) {
+    LeaveSong("song", 35);
+    Notes.Write("song", Note(true));
+    EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Fate, LeftSongFate::Delete);
+}
+
+TEST_F(SongNotesTest, ANoteWithoutItsSongOrWithSomethingElseIsDeleted) {
+    Notes.Write("song", Note(true));
+    EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Fate, LeftSongFate::Delete);
+    ASSERT_TRUE(Machine.Files.Append(std::string(Folder) + "/song.wav", "no sound at all"));
+    EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Fate, LeftSongFate::Delete);
+}
+
+TEST_F(SongNotesTest, DeletingTakesTheSongsOwnFilesOnly) {
+    LeaveSong("song", 1);
+    LeaveSong("song.2", 1);
+    LeaveSong("songs", 1);
+    ASSERT_TRUE(Machine.Files.Append(std::string(Folder) + "/song.jpg", "picture"));
+    Notes.Write("song", Note(false));
+    DeleteLeftSong(Machine.Files, Folder, Found().at(0));
+    EXPECT_FALSE(Exists("song.wav"));
+    EXPECT_FALSE(Exists("song.jpg"));
+    EXPECT_FALSE(Exists("song.note"));
+    EXPECT_TRUE(Exists("song.2.wav"));
+    EXPECT_TRUE(Exists("songs.wav"));
+}
+
+TEST_F(SongNotesTest, SongsWithoutANoteWereLeftOnPurpose) {
+    LeaveSong("Ann - One", 40);
+    EXPECT_TRUE(Found().empty());
+}
+
+TEST_F(SongNotesTest, AnyTextAsANoteIsOfNoRunThatLives) {
+    ASSERT_TRUE(Machine.Files.Append(std::string(Folder) + "/x.note", "\xFF\0[Song\nWanted=1"));
+    ASSERT_EQ(Found().size(), 1u);
+    EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found()[0]).Fate, LeftSongFate::Delete);
+}
+
+}  // namespace
+}  // namespace Corvetape

@@ -1,0 +1,259 @@
+// Stories of programs that end without a word, and of the start that comes after. Each told twice.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "scenario/story.h"
+
+namespace Corvetape::Test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
+constexpr double SongAndPause = 92;
+
+double BeginOf(int number) {
+    return 3 + SongAndPause * (number - 1);
+}
+
+WorldOptions Station(std::vector<IniLine> settings = {}) {
+    WorldOptions options;
+    options.Radio = EvenRadio(6, 90);
+    options.Settings = std::move(settings);
+    return options;
+}
+
+/// The program is gone in the middle of whatever it did; the disk is as it was at that moment.
+void Crash(World& world) {
+    const SimDiskImage image = world.Disk().Snapshot();
+    world.Recorder.reset();
+    world.Disk().Restore(image);
+}
+
+/// The next start of the program, as another process.
+void StartAgain(World& world, const std::string& run = "run-2", bool otherIsGone = true) {
+    world.Computer.System.OwnRun = run;
+    if (otherIsGone) world.Computer.System.AliveRuns.clear();
+    world.Computer.System.AliveRuns.insert(run);
+    world.Made();
+    ASSERT_TRUE(world.Start());
+}
+
+/// Where the frames of a file come from in the radio, by the stamps that they carry: the first one and one
+/// behind the last. Fails if they are not all the frames between.
+std::pair<uint64_t, uint64_t> PlaceInRadio(World& world, const std::string& path, uint64_t near) {
+    const auto frames = FramesOfWav(world.Disk(), path);
+    if (!frames || frames->size() < 44100) {
+        ADD_FAILURE() << path << " holds no song";
+        return {};
+    }
+    constexpr size_t inTheSong = 22050;  // surely behind the pause that a file may begin with
+    const uint64_t begin = FrameOfStamp(frames->at(inTheSong), near) - inTheSong;
+    EXPECT_EQ(Comparison(FramesOfRadio(world.Truth(), begin, frames->size()), *frames), "equal");
+    return {begin, begin + frames->size()};
+}
+
+/// The second song, handed on by the second run, with everything that was written of it.
+void ExpectTheSecondSongUpTo(World& world, double second) {
+    ASSERT_THAT(world.Transferred, SizeIs(2));
+    const TransferredSong& song = world.Transferred[1];
+    EXPECT_EQ(song.MusicFile, MusicFolder + std::string("/Radio/Band 2 - Song 2.wav"));
+    world.RunFor(5);
+    const ScriptedSong& truth = world.Truth()->Songs()[1];
+    const auto [begin, end] = PlaceInRadio(world, song.MusicFile, truth.Begin);
+    EXPECT_LE(begin, truth.Begin);
+    EXPECT_NEAR(static_cast<double>(end) / 44100, second, 0.1);
+}
+
+TEST(CrashInAWantedSong, IsMadeGoodByTheNextStart) {
+    TellTwice([] { return Station(); },
+              [](World& world) {
+                  ASSERT_TRUE(world.StartRecording());
+                  RunTo(world, BeginOf(2) + 60);
+                  Crash(world);
+                  StartAgain(world);
+                  ASSERT_THAT(world.Logged("INFO"), SizeIs(1));
+                  EXPECT_THAT(world.Logged("INFO")[0], HasSubstr("ended too early was found"));
+                  EXPECT_THAT(world.Logged("INFO")[0], HasSubstr("It is kept"));
+                  ExpectTheSecondSongUpTo(world, BeginOf(2) + 60);
+              });
+}
+
+TEST(CrashInAWantedSong, ByMediaDataCostsWhatWasNotYetWritten) {
+    TellTwice(
+        [] {
+            return Station({{ProviderOfRadio, "EndOfSongDetection", "1"}});
+        },
+        [](World& world) {
+            ASSERT_TRUE(world.StartRecording());
+            RunTo(world, BeginOf(2) + 60);
+            const auto held = static_cast<double>(world.Values().Ring.Unread()) / BuffersPerSecond;
+            EXPECT_LE(held, 10.1);
+            Crash(world);
+            StartAgain(world);
+            ExpectTheSecondSongUpTo(world, BeginOf(2) + 60 - held);
+        });
+}
+
+TEST(CrashInAWantedSong, LeavesTheNewRunReadyForTheNextSongs) {
+    TellTwice([] { return Station(); },
+              [](World& world) {
+                  ASSERT_TRUE(world.StartRecording());
+                  RunTo(world, BeginOf(2) + 60);
+                  Crash(world);
+                  StartAgain(world);
+                  world.Form().chkStartStop[1].Value(1);
+                  RunTo(world, BeginOf(5));
+                  world.Finish();
+                  EXPECT_THAT(KeptTitles(world), ElementsAre("Song 1", "Song 3", "Song 4"));
+                  EXPECT_THAT(world.Disk().Tree(SongTempFolder), Not(Contains(HasSubstr(".note"))));
+                  const std::string third = MusicFolder + std::string("/Radio/Band 3 - Song 3.wav");
+                  const auto [begin, end] = PlaceInRadio(world, third, world.Truth()->Songs()[2].Begin);
+                  EXPECT_LE(begin, world.Truth()->Songs()[2].Begin);
+                  EXPECT_GE(end, world.Truth()->Songs()[2].End);
+              });
+}
+
+TEST(CrashInAWantedSong, IsMadeGoodOnce) {
+    TellTwice([] { return Station(); },
+              [](World& world) {
+                  ASSERT_TRUE(world.StartRecording());
+                  RunTo(world, BeginOf(2) + 60);
+                  Crash(world);
+                  StartAgain(world);
+                  world.RunFor(5);
+                  world.Finish();
+                  const size_t transferred = world.Transferred.size();
+                  StartAgain(world, "run-3");
+                  EXPECT_THAT(world.Transferred, SizeIs(transferred));
+                  EXPECT_THAT(world.Logged("INFO"), SizeIs(1));
+              });
+}
+
+TEST(CrashInAWantedSong, ThatIsTooShortYetDeletesItAsItsCloseWouldHave) {
+    TellTwice([] { return Station(); },
+              [](World& world) {
+                  ASSERT_TRUE(world.StartRecording());
+                  RunTo(world, BeginOf(2) + 20);
+                  Crash(world);
+                  StartAgain(world);
+                  EXPECT_THAT(world.Transferred, SizeIs(1));
+                  ASSERT_THAT(world.Logged("INFO"), SizeIs(1));
+                  EXPECT_THAT(world.Logged("INFO")[0], HasSubstr("is deleted"));
+                  EXPECT_THAT(world.Disk().Tree(SongTempFolder),
+                              Not(Contains(HasSubstr("24051412"))));  // what is named by the clock
+              });
+}
+
+TEST(CrashInAnUnwantedSong, DeletesItAtTheNextStart) {
+    TellTwice([] { return Station(); },
+              [](World& world) {
+                  ASSERT_TRUE(world.Start());
+                  RunTo(world, BeginOf(2) + 60);
+                  EXPECT_THAT(world.Disk().Tree(SongTempFolder), SizeIs(2)) << "the song and its note";
+                  Crash(world);
+                  StartAgain(world);
+                  ASSERT_THAT(world.Logged("INFO"), SizeIs(1));
+                  EXPECT_THAT(world.Logged("INFO")[0], HasSubstr("is deleted"));
+                  EXPECT_THAT(world.Transferred, IsEmpty());
+                  // The new run writes the song that plays as well: it has a name of its own.
+                  world.Finish();
+                  EXPECT_THAT(world.Disk().Tree(SongTempFolder), IsEmpty());
+                  EXPECT_THAT(world.Disk().Tree(MusicFolder), IsEmpty());
+              });
+}
+
+TEST(CrashInAnUnwantedSong, ThatWasGivenUpWhileItPlayedDeletesItToo) {
+    TellTwice([] { return Station(); },
+              [](World& world) {
+                  ASSERT_TRUE(world.StartRecording());
+                  RunTo(world, BeginOf(2) + 50);
+                  world.Form().cmdSkipThisRecording.Press();
+                  RunTo(world, BeginOf(2) + 60);
+                  Crash(world);
+                  StartAgain(world);
+                  EXPECT_THAT(world.Transferred, SizeIs(1));
+                  EXPECT_THAT(world.Logged("INFO"), ElementsAre(HasSubstr("is deleted")));
+              });
+}
+
+TEST(CrashInTheDelayBeforeTheHandOver, LosesNothingOfTheSong) {
+    TellTwice([] { return Station(); },
+              [](World& world) {
+                  ASSERT_TRUE(world.StartRecording());
+                  RunTo(world, BeginOf(3));
+                  ASSERT_TRUE(world.Form().tmrEncodeFile.Running());
+                  ASSERT_THAT(KeptTitles(world), ElementsAre("Song 1", "Song 2"));
+                  ASSERT_THAT(world.Transferred, SizeIs(1));
+                  Crash(world);
+                  StartAgain(world);
+                  const ScriptedSong& truth = world.Truth()->Songs()[1];
+                  ExpectTheSecondSongUpTo(world, static_cast<double>(truth.End) / 44100);
+                  const auto info = ReadWavInfo(world.Disk(), world.Transferred[1].MusicFile);
+                  ASSERT_TRUE(info);
+                  using Tag = std::pair<std::string, std::string>;
+                  EXPECT_THAT(info->Tags, Contains(Tag("INAM", "Song 2")));
+              });
+}
+
+TEST(CrashBesideSongsThatWereLeftOnPurpose, DoesNotTouchThem) {
+    TellTwice(
+        [] {
+            return Station({{"Options", "EncodeOffline", "1"}});
+        },
+        [](World& world) {
+            ASSERT_TRUE(world.StartRecording());
+            RunTo(world, BeginOf(3) + 60);
+            const std::string first = SongTempFolder + std::string("/Band 1 - Song 1.wav");
+            const std::string second = SongTempFolder + std::string("/Band 2 - Song 2.wav");
+            const auto before = world.Disk().HashOfFile(first);
+            ASSERT_TRUE(before);
+            ASSERT_TRUE(world.Disk().Exists(second));
+            Crash(world);
+            StartAgain(world);
+            EXPECT_THAT(world.Logged("INFO"), SizeIs(1)) << "the song that was being written";
+            EXPECT_EQ(world.Disk().HashOfFile(first), before);
+            EXPECT_TRUE(world.Disk().Exists(second));
+            EXPECT_TRUE(world.Disk().Exists(SongTempFolder + std::string("/Band 3 - Song 3.wav")));
+            world.Finish();
+            EXPECT_EQ(world.Disk().HashOfFile(first), before);
+        });
+}
+
+TEST(CrashOfNobody, TheSongsOfARunThatIsAliveAreItsOwn) {
+    TellTwice([] { return Station(); },
+              [](World& world) {
+                  ASSERT_TRUE(world.StartRecording());
+                  RunTo(world, BeginOf(2) + 60);
+                  const std::vector<std::string> files = world.Disk().Tree(SongTempFolder);
+                  Crash(world);
+                  // As if the first run were still there, beside one that was started to update.
+                  StartAgain(world, "run-2", false);
+                  EXPECT_THAT(world.Logged("INFO"), IsEmpty());
+                  EXPECT_THAT(world.Transferred, SizeIs(1));
+                  for (const std::string& file : files) EXPECT_TRUE(world.Disk().Exists(file)) << file;
+              });
+}
+
+TEST(CrashWhileTheEncoderRuns, LeavesTheSongToTheEncoder) {
+    TellTwice([] { return Station(); },
+              [](World& world) {
+                  ASSERT_TRUE(world.StartRecording());
+                  RunTo(world, BeginOf(3) + 4);
+                  ASSERT_THAT(world.Transferred, SizeIs(2));
+                  ASSERT_EQ(world.Computer.Processes.Running(), 1U);
+                  Crash(world);
+                  StartAgain(world);
+                  EXPECT_THAT(world.Transferred, SizeIs(2)) << "the third song was just begun";
+                  const ScriptedSong& truth = world.Truth()->Songs()[1];
+                  ExpectTheSecondSongUpTo(world, static_cast<double>(truth.End) / 44100);
+              });
+}
+
+}  // namespace
+}  // namespace Corvetape::Test
