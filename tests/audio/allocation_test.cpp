@@ -1,0 +1,182 @@
+// Nothing is allocated per buffer: all memory of the signal's way is taken when input and song are opened.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <new>
+
+#include "audio/capture.h"
+#include "audio/drain.h"
+#include "audio/route.h"
+#include "audio/signal_bench.h"
+#include "audio/song_writer.h"
+#include "platform/sim/sim_clock.h"
+#include "platform/sim/sim_files.h"
+#include "platform/sim/sim_loop.h"
+
+namespace {
+
+int64_t allocations = 0;
+
+void* Allocate(size_t size) {
+    ++allocations;
+    if (void* const memory = std::malloc(size == 0 ? 1 : size)) return memory;
+    throw std::bad_alloc();
+}
+
+}  // namespace
+
+// They stand for the whole test program. Those for arrays and without exceptions lead to these.
+void* operator new(size_t size) {
+    return Allocate(size);
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, size_t /*size*/) noexcept {
+    std::free(memory);
+}
+
+namespace Corvetape::Test {
+
+namespace {
+
+/// A disk that takes everything and keeps nothing.
+class SwallowingDisk : public SimFiles {
+ public:
+    std::unique_ptr<File> Create(const std::string& /*path*/) override {
+        return std::make_unique<Swallower>(BytesTaken);
+    }
+
+    uint64_t BytesTaken = 0;
+
+ private:
+    class Swallower : public File {
+     public:
+        explicit Swallower(uint64_t& taken) : Taken(taken) {}
+        bool Write(std::span<const std::byte> bytes) override {
+            Taken += bytes.size();
+            return true;
+        }
+        bool Seek(uint64_t position) override {
+            At = position;
+            return true;
+        }
+        uint64_t Position() const override { return At; }
+        bool Close() override { return true; }
+
+     private:
+        uint64_t& Taken;
+        uint64_t At = 0;
+    };
+};
+
+/// A device that the test fills and sends the buffers of.
+class SilentWaveIn : public WaveIn {
+ public:
+    std::vector<WaveInDevice> Devices() override { return std::vector<WaveInDevice>(1); }
+    std::unique_ptr<WaveInStream> Open(size_t /*device*/, const WaveFormat& /*format*/, BufferReturn /*mode*/,
+                                       WaveInEvents events) override {
+        Events = std::move(events);
+        return std::make_unique<Stream>(Given);
+    }
+
+    WaveInEvents Events;
+    std::array<WaveHeader*, 30> Given{};
+
+ private:
+    class Stream : public WaveInStream {
+     public:
+        explicit Stream(std::span<WaveHeader*> given) : Given(given) {}
+        void AddBuffer(WaveHeader& header) override { Given[header.dwUser] = &header; }
+        bool Start() override { return true; }
+        void Reset() override {}
+        void Deliver() override {}
+
+     private:
+        std::span<WaveHeader*> Given;
+    };
+};
+
+/// The whole way of the signal, from the arrival of a buffer to the file. Parameter: end of song and gain.
+class SignalWay : public testing::TestWithParam<std::pair<EndOfSong, int32_t>> {
+ protected:
+    SignalWay() {
+        Flags.RecordingEnabled = true;
+        Signal.PauseRecognition = PauseRecognitionRunning;
+        Pause.PauseBuffers = 20;
+        Pause.EndOfSongDetection = GetParam().first;
+        Pause.LevelMultiplier = GetParam().second;
+        Pause.DetectSilenceByPeak = Pause.LevelMultiplier == 100;
+        Options.RecordingBuffers = static_cast<int32_t>(Device.Given.size());
+        Input.OpenWaveIn(0);
+    }
+
+    /// Sound arrives, and what is done once a second is done.
+    void Play(int32_t seconds) {
+        for (int32_t buffer = 0; buffer < seconds * BuffersPerSecond; ++buffer) {
+            WaveHeader& header = *Device.Given[static_cast<size_t>(buffer) % Device.Given.size()];
+            header.dwBytesRecorded = header.dwBufferLength;
+            std::fill_n(header.lpData, Input.FramesPerBuffer(), Frame{9000, -9000});
+            Device.Events.BufferDone(header);
+            Clock.Advance(std::chrono::milliseconds(BufferMilliseconds));
+            if (buffer % BuffersPerSecond == 0) Drained = Drain.DrainAudioRing(false) && Drained;
+        }
+    }
+
+    CaptureEvents MakeEvents() {
+        CaptureEvents events;
+        events.Buffer = [this](WaveBuffer& buffer) { return Path.Handle(buffer); };
+        return events;
+    }
+
+    RouteTargets MakeTargets() {
+        return {
+            [this](const SignalBuffer& buffer, bool end) { return Writer.WriteBufferToSong(buffer, end); },
+            [this] { return Drain.MakeRoom(); }};
+    }
+
+    SimClock Clock;
+    SimLoop Loop{Clock};
+    SwallowingDisk Disk;
+    SilentWaveIn Device;
+    Settings Options;
+    WorkingFolders Folders;
+    RecordingFlags Flags;
+    SignalState Signal;
+    CutState Cut;
+    PauseSettings Pause;
+    MediaState Media;
+    DeferredMessages Messages;
+    AudioRing Ring;
+    WaveFormat Format;
+    SongWriter Writer{{Disk, Flags, Signal, Pause, Media, Messages},
+                      {Format, Options, Folders, [] { return std::string("song"); }},
+                      {}};
+    AudioDrain Drain{{Ring, Cut, Pause, Flags, Writer}};
+    SignalPath Path{{Signal, Pause, Ring, Clock}, {Signal, Cut, Pause, Flags, Ring}, MakeTargets()};
+    Capture Input{{Device, Loop, Clock, Options, Signal, Ring}, MakeEvents()};
+    bool Drained = true;
+};
+
+}  // namespace
+
+TEST_P(SignalWay, AllocatesNothingForABuffer) {
+    Play(15);  // until the song is begun and the ring was drained once
+    const int64_t allocated = allocations;
+    const uint64_t written = Disk.BytesTaken;
+    ASSERT_GT(allocated, 0);
+    Play(60);
+    EXPECT_EQ(allocations, allocated);
+    EXPECT_TRUE(Drained);
+    EXPECT_GT(Disk.BytesTaken, written + uint64_t{50} * MakeWaveFormat(44100).nAvgBytesPerSec);
+}
+
+INSTANTIATE_TEST_SUITE_P(ModesAndGains, SignalWay,
+                         testing::Values(std::pair(EndOfSong::Silence, 100),
+                                         std::pair(EndOfSong::Silence, 150),
+                                         std::pair(EndOfSong::MediaData, 100),
+                                         std::pair(EndOfSong::MediaData, 150)));
+
+}  // namespace Corvetape::Test
