@@ -61,7 +61,7 @@ std::shared_ptr<Document> SearchPlace::FindDocumentByPatterns(const std::string&
         if (!urlPattern.Matches(each.Page.Url)) continue;
         // A browser shows an address in the place of a title that is empty.
         if (!titlePattern.Matches(each.Page.Title) && !titlePattern.Matches("")) continue;
-        const std::shared_ptr<Document> document = Browsers->Open(each.Page);
+        std::shared_ptr<Document> document = Browsers->Open(each.Page);
         if (!document || !urlPattern.Matches(document->Url())) continue;
         const std::optional<std::string> title = document->Title();
         if (title && titlePattern.Matches(*title)) return document;

@@ -220,7 +220,7 @@ struct DevToolsDocuments::Core {
         AskProduct(browser);
         std::set<QString> present;
         browser.Frames.clear();
-        for (const QJsonValue& each : list->array()) {
+        for (const QJsonValue each : list->array()) {
             const QString id = each["id"].toString();
             if (!IsIdentifier(id) || present.size() >= MostPages) continue;
             present.insert(id);

@@ -58,7 +58,7 @@ std::optional<std::string> ReadFrom(int descriptor, uint64_t offset, uint64_t co
 
 bool CopyContent(int from, int to) {
     bool inKernel = true;
-    std::string piece(256 * 1024, '\0');
+    std::string piece(size_t{256} * 1024, '\0');
     for (;;) {
         ssize_t got = -1;
         if (inKernel) {

@@ -47,7 +47,7 @@ std::string FolderVariable(const char* name, const std::string& otherwise) {
 }
 
 std::string UserHome() {
-    const std::string fromVariable = FolderVariable("HOME", "");
+    std::string fromVariable = FolderVariable("HOME", "");
     if (!fromVariable.empty()) return fromVariable;
     const passwd* const user = getpwuid(getuid());
     return user != nullptr && user->pw_dir != nullptr ? WithoutTrailingSlash(user->pw_dir) : "/";
@@ -107,7 +107,7 @@ std::string LinuxFolders::CacheFolder() const {
 std::string LinuxFolders::UserFolder(ShellFolder folder) const {
     const auto* const known = std::ranges::find(UserFolderNames, folder, &UserFolderName::Folder);
     if (known == std::end(UserFolderNames)) return "";
-    const std::string usual = home + "/" + known->Name;
+    std::string usual = home + "/" + known->Name;
     if (ownHome) return usual;
     std::ifstream file(FolderVariable("XDG_CONFIG_HOME", home + "/.config") + "/user-dirs.dirs");
     std::optional<std::string> found;

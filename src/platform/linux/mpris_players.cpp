@@ -41,7 +41,7 @@ MprisNews NewsFor(EventLoop& loop, const std::weak_ptr<Callbacks>& callbacks) {
 
 std::string SessionBusAddress() {
     // The library itself would start a bus where it finds none, or where it is told to.
-    const std::string address = Variable("DBUS_SESSION_BUS_ADDRESS");
+    std::string address = Variable("DBUS_SESSION_BUS_ADDRESS");
     if (address.starts_with("autolaunch:") || address.starts_with("disabled:")) return {};
     if (!address.empty()) return address;
     const std::string runtime = Variable("XDG_RUNTIME_DIR");

@@ -114,7 +114,8 @@ void LinuxSingleInstance::ActivateOther() {
     if (!where || !connection) return;
     const sockaddr_un address = SocketAddress(where);
     // Being called is the whole message. Nobody answers if the other one is just ending.
-    connect(connection.Number(), reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    static_cast<void>(
+        connect(connection.Number(), reinterpret_cast<const sockaddr*>(&address), sizeof address));
 }
 
 }  // namespace Corvetape

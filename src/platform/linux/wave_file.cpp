@@ -10,7 +10,7 @@ namespace Corvetape {
 namespace {
 
 constexpr size_t MostChunks = 1024;  // a real file has a dozen
-constexpr uint64_t LongestTags = 1024 * 1024;
+constexpr uint64_t LongestTags = uint64_t{1024} * 1024;
 constexpr uint32_t Unknown32 = 0xFFFFFFFF;
 
 uint32_t Number(const std::byte* bytes, size_t count) {

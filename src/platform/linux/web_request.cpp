@@ -9,7 +9,7 @@ namespace {
 constexpr int MostRedirects = 5;
 
 /// What may wait to be read, beside the body that is kept.
-constexpr qint64 ReadBufferBytes = 256 * 1024;
+constexpr qint64 ReadBufferBytes = 256LL * 1024;
 
 QNetworkRequest PlainRequest(const QUrl& url) {
     QNetworkRequest request(url);

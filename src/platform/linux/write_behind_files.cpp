@@ -17,7 +17,7 @@ namespace Corvetape {
 namespace {
 
 /// Large enough that the calls cost nothing beside the copying, small enough for a processor's cache.
-constexpr size_t PieceBytes = 512 * 1024;
+constexpr size_t PieceBytes = size_t{512} * 1024;
 constexpr size_t MostPieces = 2;  // besides the one that is being collected
 
 /// A stretch of a file to be written.
