@@ -7,6 +7,7 @@
 #include "app/program_parts.h"
 #include "core/command_line.h"
 #include "core/lifecycle.h"
+#include "core/numbers.h"
 #include "core/shell_error.h"
 #include "core/text.h"
 #include "core/version.h"
@@ -136,8 +137,7 @@ Program::Next Program::LoadSettings() {
 }
 
 Program::Next Program::ReadSongCounter() {
-    Memory->SongCounter =
-        static_cast<int32_t>(NumberOf(Parts->Registry.ReadUserValue("", "TotalCountOfSongs")));
+    Memory->SongCounter = RoundToInt32(NumberOf(Parts->Registry.ReadUserValue("", "TotalCountOfSongs")));
     return Next::Continue;
 }
 

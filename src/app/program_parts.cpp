@@ -107,10 +107,11 @@ std::string ProgramParts::WmaEncoderVersion(const std::string& ffmpeg) {
     constexpr const char* name = "WmaEncoder";
     const std::string file = ffmpeg + "|" + std::to_string(Host.Files.FileSize(ffmpeg).value_or(0)) + "|";
     const std::string known = TextOf(Registry.ReadUserValue(section, name));
-    if (known.starts_with(file)) return known.substr(file.size());
+    if (known.starts_with(file) && known.size() > file.size()) return known.substr(file.size());
     std::string version = ProbeWmaEncoder(Host.Processes, ffmpeg);
-    // An answer that cannot be kept is asked for again at the next start.
-    static_cast<void>(Registry.WriteUserValue(section, name, file + version));
+    // No answer may come of a busy machine alone: it is not kept, and asked for again at the next start, as
+    // is one that cannot be written.
+    if (!version.empty()) static_cast<void>(Registry.WriteUserValue(section, name, file + version));
     return version;
 }
 

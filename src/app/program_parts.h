@@ -57,7 +57,7 @@ struct ProgramParts {
     /// it, none was started for it, or a failure has broken it off.
     bool IsNeeded(const std::string& path) const;
 
-    /// Asks an ffmpeg for its WMA encoder, or remembers what this very file answered the last time: starting
+    /// Asks an ffmpeg for its WMA encoder, or remembers that this very file had it the last time: starting
     /// it takes longer than the rest of the start.
     std::string WmaEncoderVersion(const std::string& ffmpeg);
 

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "app/desktop_notes.h"
 #include "core/registry.h"
 #include "core/version.h"
@@ -177,6 +179,11 @@ TEST(Start, ReadsTheCountOfAllSongsAndDefaultsToNone) {
     world.Made();
     ASSERT_TRUE(world.Load());
     EXPECT_EQ(world.Values().SongCounter, 41);
+    world.Recorder->Unload();
+    ASSERT_TRUE(branches.WriteUserValue("", "TotalCountOfSongs", std::string("1e300")));
+    world.Made();
+    ASSERT_TRUE(world.Load());
+    EXPECT_EQ(world.Values().SongCounter, std::numeric_limits<int32_t>::max());
 }
 
 TEST(Start, BeginsWithNothingWantedAndRecordingEnabledByTheMediaData) {
@@ -239,6 +246,23 @@ TEST(Start, EnablesTheFormatsWhoseToolsAreThere) {
     EXPECT_TRUE(world.Form().optEncoder[1].Enabled());
     EXPECT_TRUE(world.Form().optEncoder[2].Enabled());
     EXPECT_FALSE(world.Form().optEncoder[3].Enabled());
+}
+
+TEST(Start, AsksForTheWmaEncoderUntilItHasAnsweredOnce) {
+    World world;
+    world.Disk().Put("/usr/bin/ffmpeg", "program");
+    SimProcesses& processes = world.Computer.Processes;
+    processes.OnJob = nullptr;
+    processes.DurationOf = [](const HiddenJob&) { return std::chrono::seconds(60); };  // a busy machine
+    for (const auto& [found, questions] : {std::pair(false, 1U), std::pair(true, 2U), std::pair(true, 2U)}) {
+        world.Made();
+        ASSERT_TRUE(world.Load());
+        EXPECT_EQ(world.Form().optEncoder[3].Enabled(), found);
+        EXPECT_EQ(processes.Jobs.size(), questions);
+        world.Recorder->Unload();
+        processes.DurationOf = nullptr;
+        world.RunFor(100);  // the first question has been given up, but still runs
+    }
 }
 
 TEST(StartApplication, IsLaunchedWithItsLineIfChecked) {
