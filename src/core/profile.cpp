@@ -262,7 +262,7 @@ std::optional<std::string> Profile::Find(std::string_view section, std::string_v
 std::string Profile::ReadText(std::string_view section, std::string_view key, std::string_view fallback,
                               size_t limit) const {
     const std::optional<std::string> value = Find(section, key);
-    return std::string(CutText(value ? std::string_view(*value) : fallback, limit));
+    return std::string(CutCharacters(value ? std::string_view(*value) : fallback, limit));
 }
 
 int32_t Profile::ReadInt(std::string_view section, std::string_view key, int32_t fallback) const {

@@ -44,7 +44,7 @@ class Profile {
 
     const std::string& Path() const { return OwnPath; }
 
-    /// The value, or `fallback` if there is no such key. At most `limit` bytes, cut between two characters.
+    /// The value, or `fallback` if there is no such key. At most `limit` characters.
     std::string ReadText(std::string_view section, std::string_view key, std::string_view fallback,
                          size_t limit = NoLimit) const;
 

@@ -15,8 +15,8 @@ namespace Corvetape {
 enum class SettingType {
     Bool,          ///< 0 or 1
     Int,           ///< 32 bits
-    Text,          ///< at most 254 bytes
-    PosText,       ///< "left;top;width;height", at most 99 bytes
+    Text,          ///< at most 254 characters
+    PosText,       ///< "left;top;width;height", at most 99 characters
     Number32Text,  ///< a number that is read as a text; one that is no number changes nothing
 };
 
@@ -47,7 +47,7 @@ struct SettingRow {
     std::string_view ControlName = {};
     int32_t ControlIndex = -1;  ///< -1 for a single control; optEncoder: the value is the index
 
-    /// Bytes that are read of a text.
+    /// Characters that are read of a text.
     constexpr size_t Limit() const { return Type == SettingType::PosText ? 99 : 254; }
 };
 

@@ -1,5 +1,7 @@
 #include "core/text.h"
 
+#include <algorithm>
+
 namespace Corvetape {
 
 namespace {
@@ -79,6 +81,15 @@ std::string_view CutText(std::string_view text, size_t limit) {
         if (CharacterLength(text.substr(limit - back)) > back) return text.substr(0, limit - back);
     }
     return text.substr(0, limit);
+}
+
+std::string_view CutCharacters(std::string_view text, size_t limit) {
+    if (text.size() <= limit) return text;
+    size_t length = 0;
+    for (size_t i = 0; i < limit && length < text.size(); ++i) {
+        length += std::max<size_t>(CharacterLength(text.substr(length)), 1);
+    }
+    return text.substr(0, length);
 }
 
 std::string_view TrimBlanks(std::string_view text) {

@@ -27,6 +27,9 @@ std::string LowerCase(std::string_view text);
 /// no UTF-8 counts as a character.
 std::string_view CutText(std::string_view text, size_t limit);
 
+/// The first `limit` characters of a UTF-8 text. A byte that is no UTF-8 counts as a character.
+std::string_view CutCharacters(std::string_view text, size_t limit);
+
 /// Length in bytes of the UTF-8 character that a text begins with; 0 if it begins with none.
 size_t CharacterLength(std::string_view text);
 

@@ -23,7 +23,7 @@ bool CanBeRecorded(const WaveInDevice& device) {
 /// devices would be lost at each start.
 bool SameDevices(const std::string& names, const std::string& stored) {
     const SettingRow* row = FindSetting("Mixer", "InputDeviceNames");
-    return names == stored || CutText(names, row->Limit()) == stored;
+    return names == stored || CutCharacters(names, row->Limit()) == stored;
 }
 
 }  // namespace

@@ -102,12 +102,11 @@ TEST_F(ProfileTest, ALimitCutsAValueAndADefault) {
     EXPECT_EQ(profile.ReadText("A", "y", "uvwxyz", 2), "uv");
 }
 
-TEST_F(ProfileTest, ALimitNeverSplitsACharacter) {
+TEST_F(ProfileTest, ALimitCountsCharacters) {
     const Profile profile = Open("[A]\nx=ab\xC3\xA4\xE2\x82\xAC\n");
-    EXPECT_EQ(profile.ReadText("A", "x", "", 3), "ab");
-    EXPECT_EQ(profile.ReadText("A", "x", "", 4), "ab\xC3\xA4");
-    EXPECT_EQ(profile.ReadText("A", "x", "", 6), "ab\xC3\xA4");
-    EXPECT_EQ(profile.ReadText("A", "x", "", 7), "ab\xC3\xA4\xE2\x82\xAC");
+    EXPECT_EQ(profile.ReadText("A", "x", "", 2), "ab");
+    EXPECT_EQ(profile.ReadText("A", "x", "", 3), "ab\xC3\xA4");
+    EXPECT_EQ(profile.ReadText("A", "x", "", 4), "ab\xC3\xA4\xE2\x82\xAC");
 }
 
 TEST_F(ProfileTest, ANumberEndsAtTheFirstCharacterThatIsNoDigit) {

@@ -149,6 +149,14 @@ TEST_F(SettingsStoreTest, TextsAreCutAtTheirLimit) {
     EXPECT_EQ(Values.Language.size(), size_t{254});
 }
 
+TEST_F(SettingsStoreTest, AFolderInAnotherScriptIsReadAsFarAsOneInLatin) {
+    std::string folder = "/";
+    for (int i = 0; i < 253; ++i) folder += "\xD0\xBC";
+    Disk.Contents[IniFile] = "[Options]\nMusicPath=" + folder + "\n";
+    Load();
+    EXPECT_EQ(Working.Paths[1], folder);
+}
+
 TEST_F(SettingsStoreTest, ANumberWithJunkBehindItIsRead) {
     Disk.Contents[IniFile] = "[Record]\nStopAfter=45 minutes\n[Options]\nLowTempSpace=junk\nDelTemp=2\n";
     Load();

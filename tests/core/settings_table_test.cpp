@@ -90,7 +90,7 @@ TEST(SettingsTable, HasEveryKeyWithDefaultTypeAndControlInItsOrder) {
     }
 }
 
-TEST(SettingsTable, TextsAreReadTo254BytesAndPositionsTo99) {
+TEST(SettingsTable, TextsAreReadTo254CharactersAndPositionsTo99) {
     for (const SettingRow& row : SettingsTable()) {
         EXPECT_EQ(row.Limit(), row.Key == "Pos" ? size_t{99} : size_t{254}) << row.Key;
     }

@@ -70,6 +70,14 @@ TEST(Text, ACutNeverSplitsACharacter) {
     }
 }
 
+TEST(Text, ACutByCharactersCountsThemWhateverTheirLength) {
+    const std::string text = "a\xC3\xA4\xFF\xE2\x82\xAC\xF0\x9F\x8E\xB5";
+    for (const auto& [limit, length] :
+         std::vector<std::pair<size_t, size_t>>{{0, 0}, {1, 1}, {2, 3}, {3, 4}, {4, 7}, {5, 11}, {99, 11}}) {
+        EXPECT_EQ(CutCharacters(text, limit).size(), length) << limit;
+    }
+}
+
 TEST(Text, BytesThatAreNoCharacterAreCutWhereTheLimitIs) {
     EXPECT_EQ(CutText("\xFF\xFF\xFF", 2).size(), size_t{2});
     EXPECT_EQ(CutText("\x80\x80\x80\x80\x80", 4).size(), size_t{4});
