@@ -3,6 +3,7 @@
 #   make run        build, record three songs from the demo radio, list the music files
 #   make test       build everything, run all tests
 #   make sanitize   the same with the address and undefined-behaviour sanitizers, without the live tests
+#   make fuzz       every reader of foreign text on made-up input, SECONDS_PER_TARGET (60) each
 #   make bench      build and run the measurements
 #   make format     clang-format over all sources
 #   make lint       clang-format and clang-tidy, findings are errors
@@ -13,6 +14,7 @@
 
 PRESET ?= release
 PREFIX ?= /usr/local
+SECONDS_PER_TARGET ?= 60
 DESTDIR ?=
 
 BUILD := build/$(PRESET)
@@ -22,7 +24,7 @@ SOURCES = $$(find src tests bench -name '*.h' -o -name '*.cpp' | sort)
 CONFIGURE = cmake --preset $(1) >/dev/null
 CTEST = ctest --output-on-failure --no-tests=error
 
-.PHONY: all run test sanitize bench format lint install clean
+.PHONY: all run test sanitize fuzz bench format lint install clean
 
 all:
 	@scripts/install-deps build
@@ -49,6 +51,12 @@ sanitize:
 	cmake --build build/sanitize
 	$(CTEST) --test-dir build/sanitize --label-exclude live
 
+fuzz:
+	@scripts/install-deps build fuzz
+	@$(call CONFIGURE,fuzz)
+	cmake --build build/fuzz --target fuzz-targets
+	SECONDS_PER_TARGET=$(SECONDS_PER_TARGET) scripts/fuzz build/fuzz
+
 bench:
 	@scripts/install-deps build run bench
 	@$(call CONFIGURE,$(PRESET))
@@ -70,4 +78,4 @@ install:
 	DESTDIR=$(DESTDIR) cmake --install $(BUILD) --prefix $(PREFIX)
 
 clean:
-	rm -rf build/release build/debug build/sanitize build/coverage
+	rm -rf build/release build/debug build/sanitize build/coverage build/fuzz

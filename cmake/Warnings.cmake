@@ -15,3 +15,9 @@ if(CORVETAPE_COVERAGE)
     target_compile_options(corvetape_options INTERFACE --coverage)
     target_link_options(corvetape_options INTERFACE --coverage)
 endif()
+if(CORVETAPE_FUZZ)
+    # The compiler's own warnings are judged by the compiler that builds the program.
+    target_compile_options(corvetape_options INTERFACE -Wno-everything
+        -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(corvetape_options INTERFACE -fsanitize=address,undefined)
+endif()

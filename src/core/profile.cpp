@@ -53,7 +53,7 @@ bool FitsSection(std::string_view name) {
 
 bool FitsKey(std::string_view name) {
     return FitsName(name) && !name.empty() && name.find('=') == std::string_view::npos &&
-           name.front() != ';' && name.front() != '[';
+           name.front() != ';' && name.front() != '[' && !name.starts_with(ByteOrderMark);
 }
 
 enum class LineKind { Other, Section, Key };
@@ -102,8 +102,12 @@ std::vector<Line> SplitLines(std::string_view file) {
         line.End = feed == std::string_view::npos ? file.size() : feed + 1;
         line.TextEnd = feed == std::string_view::npos ? file.size() : feed;
         if (line.TextEnd > begin && file[line.TextEnd - 1] == '\r') --line.TextEnd;
-        const bool marked = begin == 0 && file.starts_with(ByteOrderMark);
-        Classify(line, file, marked ? std::min(ByteOrderMark.size(), line.TextEnd) : begin);
+        // Also at later lines, as files that were put together have them: else a line would turn into
+        // another key when the one above it is deleted.
+        size_t text = begin;
+        while (file.substr(text, line.TextEnd - text).starts_with(ByteOrderMark))
+            text += ByteOrderMark.size();
+        Classify(line, file, text);
         lines.push_back(line);
         begin = line.End;
     }
@@ -116,8 +120,10 @@ std::string_view LineEnd(std::string_view file) {
     return feed != std::string_view::npos && feed > 0 && file[feed - 1] == '\r' ? "\r\n" : "\n";
 }
 
-bool EndsWithLineEnd(std::string_view file) {
-    return file.ends_with('\n');
+/// What the last line lacks of its line end.
+std::string_view MissingLineEnd(std::string_view file) {
+    if (file.empty() || file == ByteOrderMark || file.ends_with('\n')) return {};
+    return file.ends_with('\r') ? "\n" : LineEnd(file);
 }
 
 /// Where a section stands among the lines: from its first line behind the header to the next header.
@@ -159,11 +165,10 @@ size_t EndOfKeys(std::string_view file, const std::vector<Line>& lines, LineRang
 
 std::string InsertLine(std::string_view file, size_t position, const std::string& line) {
     const std::string end(LineEnd(file));
-    const bool behindUnfinishedLine =
-        position > 0 && position == file.size() && !EndsWithLineEnd(file) && file != ByteOrderMark;
+    const std::string_view missing = position == file.size() ? MissingLineEnd(file) : std::string_view();
     std::string result(file.substr(0, position));
-    result.append(behindUnfinishedLine ? end + line : line + end);
-    return result.append(file.substr(position));
+    if (missing.empty()) return result.append(line).append(end).append(file.substr(position));
+    return result.append(missing).append(line);  // the last line goes on without a line end
 }
 
 std::string AppendSection(std::string_view file, const std::vector<Line>& lines, std::string_view section,
@@ -171,7 +176,7 @@ std::string AppendSection(std::string_view file, const std::vector<Line>& lines,
     const std::string end(LineEnd(file));
     std::string result(file);
     if (!lines.empty() && file != ByteOrderMark) {
-        if (!EndsWithLineEnd(file)) result += end;
+        result += MissingLineEnd(file);
         if (!lines.back().Blank) result += end;
     }
     return result.append("[").append(section).append("]").append(end).append(line).append(end);
@@ -189,14 +194,22 @@ std::string WithValue(std::string_view file, std::string_view section, std::stri
     return std::string(file.substr(0, old->ValueBegin)).append(written).append(file.substr(old->TextEnd));
 }
 
+/// A line of the same name behind the first one goes too, or it would count from then on.
 std::string WithoutKey(std::string_view file, std::string_view section, std::string_view key) {
     const std::vector<Line> lines = SplitLines(file);
     const std::optional<LineRange> range = FindSection(lines, section);
-    const Line* old = range ? FindKey(lines, *range, key) : nullptr;
-    if (old == nullptr) return std::string(file);
-    const size_t begin =
-        old->Begin == 0 && file.starts_with(ByteOrderMark) ? ByteOrderMark.size() : old->Begin;
-    return std::string(file.substr(0, begin)).append(file.substr(old->End));
+    std::string result;
+    for (size_t i = 0; i < lines.size(); ++i) {
+        const Line& line = lines[i];
+        const bool gone = range && i >= range->First && i < range->Last && line.Kind == LineKind::Key &&
+                          EqualIgnoringCase(line.Name, key);
+        if (!gone) {
+            result.append(file.substr(line.Begin, line.End - line.Begin));
+        } else if (line.Begin == 0 && file.starts_with(ByteOrderMark)) {
+            result.append(ByteOrderMark);
+        }
+    }
+    return result;
 }
 
 std::string WithoutSection(std::string_view file, std::string_view section) {

@@ -31,9 +31,9 @@ enum class WriteCare {
 /// concerned stay byte for byte as they are. Reads come from memory, since the program is the only writer; a
 /// write looks at the file anew first, so that what somebody edited meanwhile is not undone.
 ///
-/// A byte order mark is passed over, a line is read up to its first NUL byte, and bytes that are not UTF-8
-/// are handed on as they are. A file above `SizeLimit` or one that cannot be read counts as empty for
-/// reading, and refuses to be written.
+/// Byte order marks ahead of a line are passed over, a line is read up to its first NUL byte, and bytes that
+/// are not UTF-8 are handed on as they are. A file above `SizeLimit` or one that cannot be read counts as
+/// empty for reading, and refuses to be written.
 class Profile {
  public:
     static constexpr uint64_t SizeLimit = 64ULL * 1024 * 1024;
@@ -68,7 +68,7 @@ class Profile {
     /// in such a file (line ends in it; a key with "=", or beginning with ";" or "[").
     bool Write(std::string_view section, std::string_view key, std::string_view value);
 
-    /// Removes a key. True if it is gone, also if it was never there.
+    /// Removes a key, all its lines in its section. True if it is gone, also if it was never there.
     bool Delete(std::string_view section, std::string_view key);
 
     /// Removes a section with all its lines, all sections of that name. Overridden keys of it are missing

@@ -285,6 +285,16 @@ TEST_F(ProfileTest, AFileThatCannotBeReadIsNotOverwritten) {
     EXPECT_EQ(profile.ReadText("A", "x", "none"), "1");
 }
 
+TEST_F(ProfileTest, AValueWhoseLineEndIsHalfThereStaysWhenSomethingIsWrittenBehindIt) {
+    Profile profile = Open("[A]\r\nx=40\r");
+    EXPECT_TRUE(profile.Write("A", "y", "1"));
+    EXPECT_EQ(Written(), "[A]\r\nx=40\r\ny=1");
+    EXPECT_EQ(profile.ReadText("A", "x", ""), "40");
+    Profile another = Open("[A]\r\nx=40\r");
+    EXPECT_TRUE(another.Write("B", "y", "1"));
+    EXPECT_EQ(another.ReadText("A", "x", ""), "40");
+}
+
 TEST_F(ProfileTest, DeletingRemovesTheLineOfTheKeyOnly) {
     Profile profile = Open("[A]\r\n; one\r\nx=1\r\ny=2\r\n");
     EXPECT_TRUE(profile.Delete("A", "X"));
@@ -295,10 +305,25 @@ TEST_F(ProfileTest, DeletingRemovesTheLineOfTheKeyOnly) {
     EXPECT_EQ(Disk.Replacements, 1);
 }
 
+TEST_F(ProfileTest, DeletingADoubledKeyRemovesAllItsLinesInTheSection) {
+    Profile profile = Open("[A]\nx=1\ny=2\nX=3\n[B]\nx=4\n");
+    EXPECT_TRUE(profile.Delete("A", "x"));
+    EXPECT_EQ(Written(), "[A]\ny=2\n[B]\nx=4\n");
+    EXPECT_FALSE(profile.HasKey("A", "x"));
+}
+
 TEST_F(ProfileTest, DeletingTheFirstLineKeepsTheByteOrderMark) {
     Profile profile = Open("\xEF\xBB\xBFx=1\ny=2\n");
     EXPECT_TRUE(profile.Delete("", "x"));
     EXPECT_EQ(Written(), "\xEF\xBB\xBFy=2\n");
+}
+
+TEST_F(ProfileTest, AByteOrderMarkIsPassedOverAtEveryLineSoThatKeysKeepTheirNamesWhenLinesMove) {
+    Profile profile = Open("x=1\n\xEF\xBB\xBFy=2\n");
+    EXPECT_EQ(profile.ReadText("", "y", ""), "2");
+    EXPECT_TRUE(profile.Delete("", "x"));
+    EXPECT_EQ(profile.ReadText("", "y", ""), "2");
+    EXPECT_FALSE(profile.Write("", "\xEF\xBB\xBFy", "3"));
 }
 
 TEST_F(ProfileTest, DeletingASectionRemovesAllItsLinesAndAllOfItsName) {
