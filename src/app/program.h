@@ -19,6 +19,7 @@ namespace Corvetape {
 class Documents;
 class Http;
 class Players;
+struct dlgProvider;
 struct ProgramLinks;
 struct ProgramParts;
 struct Switches;
@@ -85,6 +86,9 @@ struct DesktopSteps {
     std::function<void(const std::string& tip)> ShowTrayTip;
     std::function<void(int32_t state)> ShowTrayState;
     std::function<void(const std::string& page)> OpenAssistant;
+
+    /// Shows the question until it is no longer visible, and handles events meanwhile.
+    std::function<void(dlgProvider& dialog)> AskForSettings;
 };
 
 /// What others may want to know.

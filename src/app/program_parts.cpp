@@ -42,6 +42,7 @@ ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
       Levels(state.Form, state.Signal, state.Pause),
       Bridge(BridgeTo(Owner.Options.Players, Registry, machine.Loop)),
       Covers(CoversFrom(Owner.Options.Web, machine.Files, state.Pause)),
+      Adoption(state.Media, AdoptionActionsOf(*this)),
       MediaHost(ProviderHostOf(*this)),
       Providers(MediaHost, FactoriesOf(*this)),
       Encoders(state.Form, state.Options, Store, state.Lifecycle),

@@ -17,6 +17,7 @@
 #include "core/settings_store.h"
 #include "media/cover_images.h"
 #include "media/player_bridge.h"
+#include "media/provider_adoption.h"
 #include "media/provider_choice.h"
 #include "mixer/input_list.h"
 #include "post/encoder_choice.h"
@@ -94,6 +95,7 @@ struct ProgramParts {
     LevelDisplay Levels;
     std::unique_ptr<PlayerBridge> Bridge;  ///< null in a run without players
     std::unique_ptr<CoverImages> Covers;   ///< null in a run without the web
+    ProviderAdoption Adoption;
     ProviderHost MediaHost;
     ProviderChoice Providers;
     EncoderChoice Encoders;

@@ -159,6 +159,7 @@ void Program::TellInfo() {
 }
 
 void Program::ReleaseProvider() {
+    Parts->Adoption.Cancel();
     if (Memory->Media.StationDataEnabled) Parts->Providers.Drop();
 }
 

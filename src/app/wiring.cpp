@@ -128,6 +128,22 @@ RouteTargets RouteTargetsOf(ProgramParts& parts) {
             [&parts] { return parts.Drain.MakeRoom(); }};
 }
 
+AdoptionActions AdoptionActionsOf(ProgramParts& parts) {
+    AdoptionActions actions;
+    actions.LoadProviderSettings = [&parts](const std::string& name) {
+        parts.Pauses.LoadProviderSettings(name);
+    };
+    actions.StoreProviderSettings = [&parts] { parts.Pauses.StoreProviderSettings(); };
+    // Nothing of a mixer is saved yet.
+    actions.UpdateMixer = actions.ApplyMixer = actions.StoreMixer = [] {};
+    actions.Localize = [&parts](Form& form) { parts.Messages.LocalizeControls(form); };
+    actions.FormatMsg = [&parts](const std::string& key, const std::string& argument) {
+        return parts.Messages.FormatMsg(key, {argument});
+    };
+    actions.Ask = parts.Owner.Desktop.AskForSettings;
+    return actions;
+}
+
 ProviderHost ProviderHostOf(ProgramParts& parts) {
     ProviderHost host{parts.Memory.Media, parts.Memory.Signal, parts.Memory.Flags, {}, {}, {}, {}};
     host.LoadProviderSettings = [&parts](const std::string& name) {
@@ -135,7 +151,7 @@ ProviderHost ProviderHostOf(ProgramParts& parts) {
     };
     host.ApplyMixerSection = [] {};  // nothing of a mixer is saved yet
     host.HandOverPending = [&parts] { return parts.Memory.Form.tmrEncodeFile.Running(); };
-    host.AdoptSettings = [&parts](const std::string& name) { parts.Pauses.LoadProviderSettings(name); };
+    host.AdoptSettings = [&parts](const std::string& name) { parts.Adoption.Adopt(name); };
     return host;
 }
 

@@ -6,6 +6,7 @@
 #include "audio/capture.h"
 #include "audio/route.h"
 #include "audio/song_writer.h"
+#include "media/provider_adoption.h"
 #include "media/provider_choice.h"
 #include "mixer/input_list.h"
 #include "platform/machine.h"
@@ -27,6 +28,7 @@ CaptureEvents CaptureEventsOf(ProgramParts& parts);
 SongPlace SongPlaceOf(ProgramParts& parts);
 SongEvents SongEventsOf(ProgramParts& parts);
 RouteTargets RouteTargetsOf(ProgramParts& parts);
+AdoptionActions AdoptionActionsOf(ProgramParts& parts);
 ProviderHost ProviderHostOf(ProgramParts& parts);
 std::vector<ProviderFactory> FactoriesOf(ProgramParts& parts);
 TransferCallbacks TransferCallbacksOf(ProgramParts& parts);

@@ -17,6 +17,12 @@ void Form::Enabled(bool enabled) {
     Changed.Raise();
 }
 
+void Form::Visible(bool visible) {
+    if (IsVisible == visible) return;
+    IsVisible = visible;
+    Changed.Raise();
+}
+
 Control* Form::Find(std::string_view name, int32_t index) const {
     for (Control* control : Members) {
         if (control->Index() == index && EqualIgnoringCase(control->Name(), name)) return control;

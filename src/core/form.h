@@ -36,11 +36,15 @@ class Form {
     /// Public methods by name, for pages.
     std::map<std::string, std::function<void()>> Methods;
 
-    /// The caption or the enabled state of the form itself has changed.
+    /// The caption, the enabled or the visible state of the form itself has changed.
     Event<> Changed;
 
     bool Enabled() const { return IsEnabled; }
     void Enabled(bool enabled);
+
+    /// Whether the window is on the screen. A dialog ends when it is hidden.
+    bool Visible() const { return IsVisible; }
+    void Visible(bool visible);
 
  private:
     friend class Control;
@@ -49,6 +53,7 @@ class Form {
     std::string OwnTextKey;
     std::vector<Control*> Members;  // not owned: they are members of the derived form
     bool IsEnabled = true;
+    bool IsVisible = false;
 };
 
 }  // namespace Corvetape

@@ -193,7 +193,10 @@ void SettingsStore::LoadKnownProviders(MediaState& media) const {
     for (const std::string& section : IniProfile.Sections()) {
         const bool mixer = section.size() > MixerPrefix.size() &&
                            EqualIgnoringCase(section.substr(0, MixerPrefix.size()), MixerPrefix);
-        if (mixer) media.KnownProviders.push_back(section.substr(MixerPrefix.size()));
+        if (!mixer) continue;
+        const std::string name = section.substr(MixerPrefix.size());
+        const auto same = [&](const std::string& known) { return EqualIgnoringCase(known, name); };
+        if (std::ranges::none_of(media.KnownProviders, same)) media.KnownProviders.push_back(name);
     }
 }
 

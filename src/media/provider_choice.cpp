@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "core/held.h"
+
 namespace Corvetape {
 
 ProviderChoice::ProviderChoice(ProviderHost& host, std::vector<ProviderFactory> factories)
@@ -15,7 +17,21 @@ bool ProviderChoice::Wanted() const {
     return !CurrentProvider || !HasSource();
 }
 
+template <typename Work>
+void ProviderChoice::Guarded(Work work) {
+    if (Busy) return;
+    {
+        const Held busy(Busy);
+        work();
+    }
+    Fulfil(std::exchange(Late, Wish::None));
+}
+
 void ProviderChoice::Choose() {
+    Guarded([this] { Find(); });
+}
+
+void ProviderChoice::Find() {
     for (const ProviderFactory& factory : Factories) {
         CurrentProvider.reset();  // it may empty the media data as it goes, which the next one fills
         CurrentProvider = factory();
@@ -25,22 +41,35 @@ void ProviderChoice::Choose() {
     CurrentProvider = std::make_unique<clsProviderNull>(Host);
 }
 
-void ProviderChoice::SwitchOff() {
+void ProviderChoice::Fulfil(Wish wish) {
+    if (wish == Wish::None) return;
+    if (Busy) {
+        Late = wish;
+        return;
+    }
     CurrentProvider.reset();
-    CurrentProvider = std::make_unique<clsProviderNull>(Host);
+    if (wish == Wish::SwitchOff) CurrentProvider = std::make_unique<clsProviderNull>(Host);
+}
+
+void ProviderChoice::SwitchOff() {
+    Fulfil(Wish::SwitchOff);
 }
 
 void ProviderChoice::Drop() {
-    CurrentProvider.reset();
+    Fulfil(Wish::Drop);
 }
 
 void ProviderChoice::GetStationData() {
-    if (CurrentProvider) CurrentProvider->GetStationData();
+    Guarded([this] {
+        if (CurrentProvider) CurrentProvider->GetStationData();
+    });
 }
 
 void ProviderChoice::RestartRadio() {
-    // Whether the source could be asked is its own matter; the silence that called for it goes on if not.
-    if (CurrentProvider) static_cast<void>(CurrentProvider->RestartRadio());
+    Guarded([this] {
+        // Whether the source could be asked is its own matter; the silence that called for it goes on if not.
+        if (CurrentProvider) static_cast<void>(CurrentProvider->RestartRadio());
+    });
 }
 
 }  // namespace Corvetape

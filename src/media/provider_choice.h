@@ -12,6 +12,9 @@ namespace Corvetape {
 using ProviderFactory = std::function<std::unique_ptr<clsProvider>()>;
 
 /// Holds the present provider and finds another one while none has a source.
+///
+/// A provider may ask the user something, and events go on while that box is open. Choices and polls that
+/// come meanwhile do nothing, and a provider is not taken away before it is done.
 class ProviderChoice {
  public:
     /// `factories` are tried in their order; the null provider stands behind them all.
@@ -34,11 +37,21 @@ class ProviderChoice {
     void RestartRadio();
 
  private:
+    enum class Wish { None, Drop, SwitchOff };
+
     bool HasSource() const;
+    void Find();
+    void Fulfil(Wish wish);
+
+    /// Lets a provider work, then carries out what was wanted of it meanwhile.
+    template <typename Work>
+    void Guarded(Work work);
 
     ProviderHost& Host;
     std::vector<ProviderFactory> Factories;
     std::unique_ptr<clsProvider> CurrentProvider;
+    bool Busy = false;  ///< a provider is at work
+    Wish Late = Wish::None;
 };
 
 }  // namespace Corvetape

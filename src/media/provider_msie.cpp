@@ -3,26 +3,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/held.h"
 #include "core/profile.h"
 #include "media/window_search.h"
 
 namespace Corvetape {
-
-namespace {
-
-/// Holds a flag for as long as it lives.
-class Held {
- public:
-    explicit Held(bool& flag) : Flag(flag) { Flag = true; }
-    ~Held() { Flag = false; }
-    Held(const Held&) = delete;
-    Held& operator=(const Held&) = delete;
-
- private:
-    bool& Flag;
-};
-
-}  // namespace
 
 clsProviderMSIE::clsProviderMSIE(ProviderHost& host, BrowserSources sources)
     : Host(host), Sources(std::move(sources)) {

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "core/held.h"
+
 namespace Corvetape {
 
 MediaPoll::MediaPoll(MediaPollParts parts, MediaPollActions actions)
@@ -10,26 +12,32 @@ MediaPoll::MediaPoll(MediaPollParts parts, MediaPollActions actions)
 }
 
 void MediaPoll::Tick() {
-    if (!Actions.Ready()) return;
-    MediaState& media = Parts.Media;
-    media.PreviousMedia = media.CurrentMedia;
+    if (Busy || !Actions.Ready()) return;
+    const Held busy(Busy);
+    const bool running = Parts.Form.tmrGetMediaData.Running();
+    Parts.Media.PreviousMedia = Parts.Media.CurrentMedia;
     Actions.GetStationData();
-
-    const STATIONANDSONGDATA& now = media.CurrentMedia;
-    const STATIONANDSONGDATA& before = media.PreviousMedia;
-    if (now.Song.empty()) return;
-    Actions.LoadImage(now.Cover);
-
-    if (now.Artist == before.Artist && now.Song == before.Song) {
-        // A late album or cover still reaches the song in the file.
-        if (now.Album != before.Album) media.SongMedia.Album = now.Album;
-        if (now.Cover != before.Cover) media.SongMedia.Cover = now.Cover;
-        return;
-    }
+    if (Parts.Media.CurrentMedia.Song.empty()) return;
+    Actions.LoadImage(Parts.Media.CurrentMedia.Cover);
+    if (!Compare()) return;
     Parts.Signal.History.ReplaceLast(MarkMediaChange);
     Parts.Cut.SongBoundary = true;
+    // The settings of another source may have ended the cuts by media data. Nobody would carry this one out
+    // before its place in the ring is long gone.
+    if (running && !Parts.Form.tmrGetMediaData.Running()) return;
     Parts.Cut.CutIndex = Parts.Ring.AudioWriteIndex;
     Parts.Cut.CutPending = true;
+}
+
+bool MediaPoll::Compare() {
+    MediaState& media = Parts.Media;
+    const STATIONANDSONGDATA& now = media.CurrentMedia;
+    const STATIONANDSONGDATA& before = media.PreviousMedia;
+    if (now.Artist != before.Artist || now.Song != before.Song) return true;
+    // A late album or cover still reaches the song in the file.
+    if (now.Album != before.Album) media.SongMedia.Album = now.Album;
+    if (now.Cover != before.Cover) media.SongMedia.Cover = now.Cover;
+    return false;
 }
 
 }  // namespace Corvetape

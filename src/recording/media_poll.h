@@ -33,8 +33,12 @@ class MediaPoll {
  private:
     void Tick();
 
+    /// True if another song plays.
+    bool Compare();
+
     MediaPollParts Parts;
     MediaPollActions Actions;
+    bool Busy = false;  ///< a tick waits for an answer of the user
 };
 
 }  // namespace Corvetape

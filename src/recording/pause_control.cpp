@@ -148,6 +148,28 @@ void PauseControl::LoadProviderSettings(const std::string& section) {
     Loading = before;
 }
 
+void PauseControl::StoreProviderSettings() {
+    frmMain& form = Parts.Form;
+    const PauseSettings& pause = Parts.Pause;
+    form.txtLengthOfPause.RunValidate();
+    form.txtSilenceAmplitude.RunValidate();
+    form.txtEndOfSilenceAmplitude.RunValidate();
+    form.chkDetectSilenceByPeak.Click.Raise();
+    form.txtQuitAfterSilence.RunValidate();
+    form.txtIgnoreShortSongs.RunValidate();
+    form.vscMultiplier.Change.Raise();
+    // Loading has run the handlers of these without writing. Run again, those of the choices would make
+    // further choices.
+    Write("IgnorePauseFor", pause.IgnorePauseBuffers * BufferMilliseconds);
+    Write("IgnoreSilence", pause.IgnoreSilence ? 1 : 0);
+    Write("EndOfSongDetection", static_cast<int32_t>(pause.EndOfSongDetection));
+    Write("DuplicatepartOfSong", pause.DuplicatepartOfSong ? 1 : 0);
+    for (const size_t side : {size_t{0}, size_t{1}}) {
+        Write(ThresholdKeys[side], pause.EndOfSongThreshold[side]);
+    }
+    Write("EndOfSongTimer", pause.EndOfSongTimer);
+}
+
 void PauseControl::LoadLevels(const std::string& section) {
     frmMain& form = Parts.Form;
     PauseSettings& pause = Parts.Pause;
@@ -317,7 +339,11 @@ std::string PauseControl::Section() const {
 }
 
 void PauseControl::Write(const char* key, int32_t value) {
-    if (!Loading) Parts.Store.WriteSetting(Section(), key, value);
+    if (Loading) return;
+    const std::string section = Section();
+    // What is shown is no longer what the section holds that was loaded last.
+    if (Loaded != section) Loaded.reset();
+    Parts.Store.WriteSetting(section, key, value);
 }
 
 }  // namespace Corvetape

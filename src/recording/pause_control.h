@@ -42,6 +42,11 @@ class PauseControl {
     /// by media data switches the media data on.
     void LoadProviderSettings(const std::string& section);
 
+    /// Validates what is shown and stores all of it under the present provider, as if the user had set each
+    /// value there. What a validation refuses is told and is not stored. The gain goes into the present mixer
+    /// section.
+    void StoreProviderSettings();
+
     /// The next load reads its section even if it was loaded last.
     void ForgetLoaded() { Loaded.reset(); }
 

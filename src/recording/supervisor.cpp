@@ -58,8 +58,11 @@ void Supervisor::TimerFired() {
     if (second == LastSecond) return;
     LastSecond = second;
     ++TickCount;
+    const bool running = Parts.Form.tmr1Second.Running();
     for (const NamedStep& step : Steps) {
         if ((this->*step.Run)() == Next::Stop) return;
+        // A box of that step may have been open when the program ended.
+        if (running && !Parts.Form.tmr1Second.Running()) return;
     }
 }
 

@@ -198,6 +198,66 @@ TEST_F(Providers, ThePresentOneIsPolledAndRestarted) {
     EXPECT_EQ(Restarts, 1);
 }
 
+/// A provider that leaves a box open while it is made or polled.
+class AskingProvider : public clsProvider {
+ public:
+    AskingProvider(MediaState& media, std::function<void()> box) : Box(std::move(box)) {
+        media.ProviderName = "Asking";
+        Box();
+    }
+    void GetStationData() override {
+        ++Polls;
+        Box();
+        ++Polls;  // it is still there
+    }
+    void GetSongData() override {}
+    bool RestartRadio() override { return false; }
+
+    int Polls = 0;
+
+ private:
+    std::function<void()> Box;
+};
+
+TEST_F(Providers, WhileOneIsMadeNoOtherIsMadeOrPolled) {
+    int made = 0;
+    ProviderChoice* choice = nullptr;
+    ProviderChoice asking(Host, {[&]() -> std::unique_ptr<clsProvider> {
+                              ++made;
+                              return std::make_unique<AskingProvider>(Media, [&] {
+                                  choice->Choose();
+                                  choice->GetStationData();
+                                  choice->RestartRadio();
+                              });
+                          }});
+    choice = &asking;
+    asking.Choose();
+    EXPECT_EQ(made, 1);
+    EXPECT_EQ(Media.ProviderName, "Asking");
+    EXPECT_FALSE(asking.Wanted());
+}
+
+TEST_F(Providers, OneThatIsSwitchedOffWhileItWorksEndsWhenItIsDone) {
+    std::function<void()> box = [] {};
+    ProviderChoice choice(Host, {[&]() -> std::unique_ptr<clsProvider> {
+                              return std::make_unique<AskingProvider>(Media, [&] { box(); });
+                          }});
+    choice.Choose();
+    box = [&] { choice.SwitchOff(); };
+    choice.GetStationData();
+    EXPECT_EQ(Media.ProviderName, "NoStationData");
+    EXPECT_THAT(Asked, ElementsAre("load NoStationData", "mixer"));
+
+    box = [&] {
+        choice.SwitchOff();
+        choice.Drop();  // on again: the last click counts
+    };
+    Asked.clear();
+    choice.Choose();
+    EXPECT_THAT(Asked, IsEmpty());
+    EXPECT_TRUE(choice.Wanted());
+}
+
 TEST_F(Providers, BeforeTheFirstChoiceNobodyIsAsked) {
     ProviderChoice choice(Host, {Source("First")});
     choice.GetStationData();

@@ -51,6 +51,7 @@ class MediaPolls : public testing::Test {
                 [this] {
                     ++Polls;
                     Media.CurrentMedia = Next;
+                    if (WhilePolled) WhilePolled();
                 },
                 [this](const std::string& cover) { Covers.push_back(cover); }};
     }
@@ -63,6 +64,7 @@ class MediaPolls : public testing::Test {
     STATIONANDSONGDATA Next;
     bool Ready = true;
     int Polls = 0;
+    std::function<void()> WhilePolled;
     std::vector<std::string> Covers;
     MediaPoll Poll{{Form, Media, Cut, Signal, Ring}, MakeActions()};
 };
@@ -148,6 +150,29 @@ TEST_F(MediaPolls, AnAlbumThatStaysIsNotCopied) {
     Media.SongMedia.Album = "of the song in the file";
     EXPECT_FALSE(Read("A", "One"));
     EXPECT_EQ(Media.SongMedia.Album, "of the song in the file");
+}
+
+TEST_F(MediaPolls, DoNotOverlapWhileTheUserIsAsked) {
+    Read("A", "One");
+    WhilePolled = [this] {
+        Media.CurrentMedia = {};  // a new source begins empty
+        Form.tmrGetMediaData.Timer.Raise();
+        Media.CurrentMedia = Next;
+    };
+    EXPECT_FALSE(Read("A", "One"));
+    EXPECT_EQ(Polls, 2);
+    EXPECT_EQ(Media.PreviousMedia.Song, "One");
+}
+
+TEST_F(MediaPolls, CutNothingIfTheNewSourceHasEndedThem) {
+    Form.tmrGetMediaData.Running(true);
+    Read("A", "One");
+    WhilePolled = [this] { Form.tmrGetMediaData.Running(false); };
+    Cut = {};
+    Next = Reading("B", "Two");
+    Form.tmrGetMediaData.Timer.Raise();
+    EXPECT_TRUE(Cut.SongBoundary);  // its data are taken over
+    EXPECT_FALSE(Cut.CutPending);
 }
 
 TEST_F(MediaPolls, StationAndDescriptionAloneChangeNothing) {

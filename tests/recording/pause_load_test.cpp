@@ -335,5 +335,44 @@ TEST(PauseLoading, TheHandlersStoreWhatWasLoadedFromAnotherProviderUnderThePrese
     EXPECT_EQ(rig.Stored("MixerNew", "LevelMultiplier"), "100");
 }
 
+TEST(PauseStoring, PutsAllThatWasLoadedUnderThePresentProvider) {
+    PauseRig rig(FullSection);
+    rig.Media.ProviderName = "New";
+    rig.Media.MixerSectionName = "MixerNew";
+    rig.Control.LoadProviderSettings("Radio");
+    EXPECT_EQ(rig.Stored("New", "LengthOfPause"), "-");
+    rig.Control.StoreProviderSettings();
+    for (const ProviderSettingRow& row : ProviderSettingsTable()) {
+        const std::string key(row.Key);
+        // Nothing reads these three again.
+        if (key.starts_with("PauseDetectionTolerance") || key == "AllowedPauseAfterEndOfSong") continue;
+        if (row.InMixerSection) continue;
+        EXPECT_EQ(rig.Stored("New", key), rig.Stored("Radio", key)) << key;
+    }
+    EXPECT_EQ(rig.Stored("MixerNew", "LevelMultiplier"), "100");  // the gain is that of its own section
+    EXPECT_THAT(rig.Told(), testing::IsEmpty());
+}
+
+TEST(PauseStoring, TellsWhatItsValidationRefusesAndStoresTheRest) {
+    PauseRig rig("[Radio]\nLengthOfPause=75\nIgnoreShortSongs=60\n");
+    rig.Media.ProviderName = "New";
+    rig.Control.LoadProviderSettings("Radio");
+    rig.Control.StoreProviderSettings();
+    EXPECT_THAT(rig.Told(), ElementsAre("not a multiple of 50"));
+    EXPECT_EQ(rig.Stored("New", "LengthOfPause"), "-");
+    EXPECT_EQ(rig.Stored("New", "IgnoreShortSongs"), "60");
+}
+
+TEST(PauseStoring, WhatIsChangedUnderAnotherNameIsLoadedAnewForTheFirst) {
+    PauseRig rig(FullSection);
+    rig.Control.LoadProviderSettings("Radio");
+    rig.Media.ProviderName = "New";
+    ASSERT_TRUE(rig.Type(rig.Form.txtLengthOfPause, "2000"));
+    ASSERT_EQ(rig.Stored("New", "LengthOfPause"), "2000");
+    rig.Media.ProviderName = "Radio";
+    rig.Control.LoadProviderSettings("Radio");
+    EXPECT_EQ(rig.Form.txtLengthOfPause.Text(), "1500");
+}
+
 }  // namespace
 }  // namespace Corvetape::Test
