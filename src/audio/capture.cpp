@@ -99,6 +99,7 @@ void Capture::Engine::Prepare() {
     }
     Parts.Signal.FramesReceived = 0;
     LostSinceLast = 0;
+    LastArrival = 0;  // while the input was closed nothing had to wait
 }
 
 void Capture::Engine::StartPolling() {

@@ -93,7 +93,7 @@ class Capture {
 
     /// Highest number of buffers found waiting, for whoever shows and clears it. In modes 0 and 3 it is made
     /// of the time between arrivals: an arrival exactly on time counts 2. The time in which a device
-    /// delivered nothing, and told so, does not count.
+    /// delivered nothing, and told so, does not count, nor that in which none was open.
     int32_t& MaxBuffersUsed();
 
  private:

@@ -389,6 +389,18 @@ TEST_F(Captures, TheTimeOfALostDeviceMakesNoMarkButThatOfAnOverrunDoes) {
     EXPECT_EQ(Input().MaxBuffersUsed(), 21);
 }
 
+TEST_F(Captures, TheTimeInWhichNoDeviceWasOpenMakesNoMark) {
+    Input().OpenWaveIn(0);
+    Device.Arrive();
+    Input().CloseWaveIn();
+    Advance(5000);
+    Input().OpenWaveIn(0);
+    Device.Arrive();
+    EXPECT_EQ(Input().MaxBuffersUsed(), 0);
+    ArriveAfter(50);
+    EXPECT_EQ(Input().MaxBuffersUsed(), 2);
+}
+
 TEST_F(Captures, TheTimeOfALostDeviceDoesNotCountAsSilence) {
     Input().OpenWaveIn(0);
     Signal.SilenceStartSecond = 10;

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "audio/drain_bench.h"
+#include "audio/route.h"
 
 namespace Corvetape::Test {
 
@@ -70,6 +71,25 @@ TEST_F(Drains, ACutBeforeTheReadIndexMovesNothingThatIsUnread) {
     EXPECT_EQ(Ring.AudioReadIndex, 200);
     EXPECT_TRUE(Closed.empty());
     EXPECT_FALSE(Writer.SongFileOpen());
+}
+
+TEST_F(Drains, ACutThatIsOlderThanTheRingEndsTheOldSongAndMovesNothing) {
+    Arrive(300);
+    Drain.DrainAudioRing(false);
+    Flags.RecordingEnabled = false;
+    RaiseCut();
+    const auto works = [](auto&&...) { return true; };
+    for (int32_t i = 0; i < 1010; ++i) {
+        Ring.SetLevel(Loud);
+        RouteBuffer(NumberedBuffer(Next++), {Signal, Cut, Pause, Flags, Ring}, {works, works});
+    }
+    Flags.RecordingEnabled = true;
+    const int32_t unread = Ring.Unread();
+    EXPECT_TRUE(Drain.DrainAudioRing(false));
+    EXPECT_FALSE(Cut.CutPending);
+    EXPECT_EQ(Ring.Unread(), unread);
+    ASSERT_EQ(Closed.size(), 1U);
+    EXPECT_EQ(BuffersIn(Last().TempPath), Range(0, 200));
 }
 
 }  // namespace Corvetape::Test
