@@ -71,6 +71,10 @@ TEST_F(Drains, ACutBeforeTheReadIndexMovesNothingThatIsUnread) {
     EXPECT_EQ(Ring.AudioReadIndex, 200);
     EXPECT_TRUE(Closed.empty());
     EXPECT_FALSE(Writer.SongFileOpen());
+    RaiseCut();
+    Arrive(60);
+    Drain.DrainAudioRing(false);
+    EXPECT_TRUE(Last().Whole) << "what is unread began at that cut";
 }
 
 TEST_F(Drains, ACutThatIsOlderThanTheRingEndsTheOldSongAndMovesNothing) {

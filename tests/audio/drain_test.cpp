@@ -166,6 +166,30 @@ TEST_F(Drains, WithNothingUnwrittenNoFileIsClosedAndTheReadIndexJumps) {
     EXPECT_TRUE(Closed.empty());
 }
 
+TEST_F(Drains, OneUnwrittenSlotIsTheOldSongsLast) {
+    Arrive(300);
+    Drain.DrainAudioRing(false);
+    Ring.AudioReadIndex = 299;
+    RaiseCut();
+    Arrive(60);
+    SetLevel(300, 0);
+    Drain.DrainAudioRing(false);
+    ASSERT_EQ(Closed.size(), 1U);
+    EXPECT_EQ(BuffersIn(Last().TempPath).size(), 201U);
+    EXPECT_EQ(BuffersIn(Last().TempPath).back(), 299);
+    EXPECT_EQ(Ring.AudioReadIndex, 301);
+}
+
+TEST_F(Drains, AWindowWithoutLengthIsTheSlotOfTheChangeWhichIsThrownAway) {
+    Pause.EndOfSongThreshold = {0, 0};
+    Arrive(180);
+    RaiseCut();
+    Arrive(1);
+    Drain.DrainAudioRing(false);
+    EXPECT_EQ(BuffersIn(Last().TempPath), Range(0, 180));
+    EXPECT_EQ(Ring.AudioReadIndex, 181);
+}
+
 TEST_F(Drains, ASongBetweenTwoCutsIsWhole) {
     RaiseCut();
     Arrive(60);
@@ -375,14 +399,46 @@ TEST_F(Drains, ACutThatWaitsForMoreThanTheRingCanHoldIsMadeWhenTheRingIsFull) {
 
 TEST_F(Drains, InASmallRingAPendingCutIsMadeWhenItIsFull) {
     Pause.EndOfSongThreshold[0] = 500;
-    Ring.Open(100, BufferFrames);
-    Arrive(60);
+    for (const int32_t size : {100, 200}) {
+        Ring.Open(size, BufferFrames);
+        Next = 0;
+        Arrive(size - 40);
+        RaiseCut();
+        Arrive(38);
+        SetLevel(size - 30, 0);
+        EXPECT_TRUE(Drain.MakeRoom());
+        EXPECT_TRUE(Cut.CutPending) << "not yet";
+        Arrive(1);
+        EXPECT_TRUE(Drain.MakeRoom());
+        EXPECT_FALSE(Cut.CutPending);
+        EXPECT_EQ(BuffersIn(Last().TempPath), Range(0, size - 30));
+    }
+}
+
+TEST_F(Drains, InAFullRingACutWithNothingBeforeItsWindowIsMade) {
+    Pause.EndOfSongThreshold = {3000, 20000};
+    for (const int32_t before : {60, 61}) {
+        Ring.Open(400, BufferFrames);
+        Next = 0;
+        Arrive(before);
+        RaiseCut();
+        Arrive(399 - before);
+        EXPECT_TRUE(Drain.MakeRoom());
+        EXPECT_EQ(Cut.CutPending, before == 61) << before;
+        EXPECT_FALSE(Ring.Full()) << before;
+    }
+}
+
+TEST_F(Drains, WhileRecordingIsOffNoRoomIsMadeAndNoCutFinished) {
+    Arrive(100);
     RaiseCut();
-    Arrive(39);
-    SetLevel(70, 0);
+    Arrive(299);
+    Flags.RecordingEnabled = false;
     EXPECT_TRUE(Drain.MakeRoom());
-    EXPECT_FALSE(Cut.CutPending);
-    EXPECT_EQ(BuffersIn(Last().TempPath), Range(0, 70));
+    EXPECT_TRUE(Drain.FinishCut());
+    EXPECT_TRUE(Cut.CutPending);
+    EXPECT_TRUE(Ring.Full());
+    EXPECT_TRUE(Begun.empty());
 }
 
 TEST_F(Drains, RoomThatNeedsAFileThatCannotBeMadeEndsTheProgram) {

@@ -1,6 +1,7 @@
 // Songs that are longer than a file can be.
 #include <gtest/gtest.h>
 
+#include "audio/drain.h"
 #include "audio/song_bench.h"
 
 namespace Corvetape::Test {
@@ -134,6 +135,20 @@ TEST_F(LongSongs, ANextFileThatCannotBeMadeEndsTheProgram) {
     EXPECT_FALSE(Flags.RecordingEnabled);
     EXPECT_EQ(BuffersIn(Closed[0].TempPath), Range(0, 10));
     EXPECT_EQ(HandedOver.size(), 1U);
+}
+
+TEST_F(LongSongs, WhileTheRingIsDrainedANextFileThatCannotBeMadeEndsTheProgramToo) {
+    Pause.EndOfSongDetection = EndOfSong::MediaData;
+    AudioRing ring;
+    ring.Open(400, BufferFrames);
+    CutState cut;
+    AudioDrain drain({ring, cut, Pause, Flags, Writer});
+    for (int32_t i = 0; i < 200; ++i) ring.Put(NumberedBuffer(i));
+    Disk.AddFault({.Operation = FileOperation::Create, .AfterCalls = 1});
+    EXPECT_FALSE(drain.DrainAudioRing(false));
+    EXPECT_EQ(ring.AudioReadIndex, 10) << "what found no file stays unread";
+    ASSERT_EQ(Closed.size(), 1U);
+    EXPECT_EQ(BuffersIn(Closed[0].TempPath), Range(0, 10));
 }
 
 TEST_F(LongSongs, AFullFileThatCannotBeFinishedEndsTheRecordingButStaysReadable) {

@@ -84,6 +84,7 @@ class SessionRig {
     int ZeroMinutesRefused = 0;
     int StatesShown = 0;
     bool RefusePeriod = false;
+    int32_t PeriodStored = 0;
 
     SongWriter Writer;
     AudioDrain Drain;
@@ -102,6 +103,7 @@ class SessionRig {
         actions.CutNow = [this] { Drain.DrainAudioRing(true); };
         actions.RefuseZeroMinutes = [this] { ++ZeroMinutesRefused; };
         actions.ShowRecordingState = [this] { ++StatesShown; };
+        actions.StorePeriod = [this](int32_t minutes) { PeriodStored = minutes; };
         actions.PeriodRefused = [this] { return RefusePeriod; };
         return actions;
     }

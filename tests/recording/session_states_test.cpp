@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "session_rig.h"
+#include "watched_rig.h"
 
 namespace Corvetape::Test {
 namespace {
@@ -23,6 +23,11 @@ enum class UserEvent {
     PressSkip,
     SongEnds,
     ShortSongEnds,
+    TickMinutes,
+    UntickMinutes,
+    MinutesRunOut,
+    SongIsExcluded,
+    LongSilence,
 };
 
 const char* NameOf(UserState state) {
@@ -63,7 +68,41 @@ void Bring(SessionRig& rig, UserState state) {
     if (state == UserState::LastSong) rig.Form.chkStopRecording[0].Value(1);
 }
 
-void Happen(SessionRig& rig, UserEvent event) {
+void Tick(CheckBox& box, bool wanted) {
+    if ((box.Value() != 0) != wanted) box.Press();  // a disabled box cannot be pressed
+}
+
+/// What no control is pressed for.
+void HappenByItself(WatchedRig& rig, UserEvent event) {
+    switch (event) {
+        case UserEvent::SongEnds:
+        case UserEvent::ShortSongEnds:
+            rig.EndSong();
+            break;
+        case UserEvent::MinutesRunOut:
+            rig.Form.txtRecordingPeriod.Text("2");
+            Tick(rig.Form.chkStopRecording[1], true);
+            rig.Seconds(120);
+            break;
+        case UserEvent::SongIsExcluded:
+            rig.Media.CurrentMedia.Song = "unloved";
+            rig.Excluded = true;
+            rig.Seconds(3);
+            break;
+        case UserEvent::LongSilence:
+            // By silence the song has ended long before.
+            if (rig.Pause.EndOfSongDetection == EndOfSong::Silence) rig.EndSong();
+            rig.Signal.SilenceSeconds = 300;
+            rig.Seconds(1);
+            EXPECT_FALSE(rig.Flags.RecordingEnabled);
+            EXPECT_FALSE(rig.Writer.SongFileOpen());
+            break;
+        default:
+            ADD_FAILURE() << "no such event";
+    }
+}
+
+void Happen(WatchedRig& rig, UserEvent event) {
     frmMain& form = rig.Form;
     switch (event) {
         case UserEvent::TickCurrent:
@@ -79,13 +118,17 @@ void Happen(SessionRig& rig, UserEvent event) {
             form.chkStartStop[1].Value(0);
             break;
         case UserEvent::TickStop:
-            form.chkStopRecording[0].Press();  // a disabled box cannot be pressed
-            if (!rig.Flags.StopAtEndOfSong && form.chkStopRecording[0].Enabled()) {
-                form.chkStopRecording[0].Press();
-            }
+            Tick(form.chkStopRecording[0], true);
             break;
         case UserEvent::UntickStop:
-            if (form.chkStopRecording[0].Value() == 1) form.chkStopRecording[0].Press();
+            Tick(form.chkStopRecording[0], false);
+            break;
+        case UserEvent::TickMinutes:
+            Tick(form.chkStopRecording[1], true);
+            break;
+        case UserEvent::UntickMinutes:
+            Tick(form.chkStopRecording[1], true);
+            Tick(form.chkStopRecording[1], false);
             break;
         case UserEvent::PressStartStop:
             form.cmdStartStop.Press();
@@ -96,10 +139,8 @@ void Happen(SessionRig& rig, UserEvent event) {
         case UserEvent::PressSkip:
             form.cmdSkipThisRecording.Press();
             break;
-        case UserEvent::SongEnds:
-        case UserEvent::ShortSongEnds:
-            rig.EndSong();
-            break;
+        default:
+            HappenByItself(rig, event);
     }
 }
 
@@ -109,6 +150,8 @@ struct Row {
     UserEvent Event;
     const char* Name;
     UserState To[4];  ///< from Watching, Waiting, Recording, LastSong
+    bool BySilence = true;
+    bool InOtherModes = true;
 };
 
 constexpr Row Table[] = {
@@ -123,14 +166,23 @@ constexpr Row Table[] = {
     {UserEvent::PressSkip, "PressSkip", {Watching, Waiting, Waiting, Waiting}},
     {UserEvent::SongEnds, "SongEnds", {Watching, Recording, Recording, Watching}},
     {UserEvent::ShortSongEnds, "ShortSongEnds", {Watching, Recording, Recording, Watching}},
+    {UserEvent::TickMinutes, "TickMinutes", {Watching, Waiting, Recording, Recording}},
+    {UserEvent::UntickMinutes, "UntickMinutes", {Watching, Waiting, Recording, Recording}},
+    {UserEvent::MinutesRunOut, "MinutesRunOut", {Watching, Waiting, LastSong, LastSong}},
+    {UserEvent::SongIsExcluded, "SongIsExcluded", {Watching, Waiting, Waiting, Waiting}},
+    {UserEvent::LongSilence, "LongSilence", {Watching, Watching, Watching, Watching}, true, false},
+    // A song that the silence has broken off passes its wish on to the next one.
+    {UserEvent::LongSilence, "LongSilence", {Watching, Waiting, Waiting, Waiting}, false, true},
 };
 
 class SessionStates : public testing::TestWithParam<EndOfSong> {};
 
 TEST_P(SessionStates, FollowTheTable) {
+    const bool bySilence = GetParam() == EndOfSong::Silence;
     for (const Row& row : Table) {
+        if (!(bySilence ? row.BySilence : row.InOtherModes)) continue;
         for (const UserState from : {Watching, Waiting, Recording, LastSong}) {
-            SessionRig rig;
+            WatchedRig rig;
             rig.Pause.EndOfSongDetection = GetParam();
             if (row.Event == UserEvent::ShortSongEnds) rig.Pause.IgnoreShortSongs = 120;
             Bring(rig, from);
@@ -245,10 +297,12 @@ TEST(SessionControls, AGoodPeriodCountsAtOnceAndARefusedOneNot) {
     rig.Form.txtRecordingPeriod.Text("2");
     EXPECT_FALSE(rig.Form.txtRecordingPeriod.RunValidate());
     EXPECT_EQ(rig.Flags.RecordingSecondsLeft, 120);
+    EXPECT_EQ(rig.PeriodStored, 2);
     rig.RefusePeriod = true;
     rig.Form.txtRecordingPeriod.Text("9999");
     EXPECT_TRUE(rig.Form.txtRecordingPeriod.RunValidate());
     EXPECT_EQ(rig.Flags.RecordingSecondsLeft, 120);
+    EXPECT_EQ(rig.PeriodStored, 2);
 }
 
 TEST(SessionControls, TheEndOfAnyRecordingClearsTheTimedStop) {
@@ -258,6 +312,49 @@ TEST(SessionControls, TheEndOfAnyRecordingClearsTheTimedStop) {
     rig.Form.chkStartStop[0].Value(0);
     EXPECT_EQ(rig.Form.chkStopRecording[1].Value(), 0);
     EXPECT_EQ(rig.Flags.RecordingSecondsLeft, 0);
+}
+
+TEST(SessionControls, TheBoxesFollowTheFlags) {
+    SessionRig rig;
+    rig.Flags.RecordNextSong = true;
+    rig.Recording.ShowFlags();
+    EXPECT_EQ(rig.Form.chkStartStop[1].Value(), 1);
+    EXPECT_EQ(rig.Form.chkStartStop[0].Value(), 0);
+    rig.Flags = {.RecordingEnabled = true, .RecordCurrentSong = true, .StopAtEndOfSong = true};
+    rig.Recording.ShowFlags();
+    EXPECT_EQ(rig.Form.chkStartStop[0].Value(), 1);
+    EXPECT_EQ(rig.Form.chkStartStop[1].Value(), 0);
+    EXPECT_EQ(rig.Form.chkStopRecording[0].Value(), 1);
+    rig.Flags.StopAtEndOfSong = false;
+    rig.Recording.ShowFlags();
+    EXPECT_EQ(rig.Form.chkStopRecording[0].Value(), 0);
+}
+
+TEST(SessionControls, TheStateIsShownWhenTheCurrentSongsBoxChanges) {
+    SessionRig rig;
+    rig.Form.chkStartStop[1].Value(1);
+    EXPECT_EQ(rig.StatesShown, 0);
+    rig.Form.chkStartStop[0].Value(1);
+    EXPECT_EQ(rig.StatesShown, 1);
+    rig.Form.chkStartStop[1].Value(1);
+    EXPECT_EQ(rig.StatesShown, 2);
+}
+
+TEST(SessionControls, ThePeriodCanBeTypedUnlessItRuns) {
+    SessionRig rig;
+    TextBox& period = rig.Form.txtRecordingPeriod;
+    rig.Form.chkStartStop[0].Value(1);
+    rig.Form.chkStopRecording[1].Value(1);
+    EXPECT_FALSE(period.Enabled());
+    period.Enabled(true);
+    rig.Form.chkStartStop[1].Value(1);
+    EXPECT_FALSE(period.Enabled()) << "a click on the recording boxes brings it into line";
+    rig.Form.chkStartStop[0].Value(1);
+    rig.Form.chkStopRecording[0].Value(1);
+    EXPECT_TRUE(period.Enabled());
+    period.Enabled(false);
+    rig.Form.chkStopRecording[0].Value(0);
+    EXPECT_TRUE(period.Enabled()) << "and so does one on the box of the last song";
 }
 
 TEST(SessionByTime, TurningRecordingOnBeginsANewFileNow) {
@@ -285,6 +382,7 @@ TEST(SessionByTime, TurningItOffKeepsThePieceUpToNow) {
     ASSERT_EQ(rig.Closed.size(), 1u);
     EXPECT_EQ(rig.Closed[0], SongFate::Kept);
     EXPECT_FALSE(rig.Flags.RecordCurrentSong);
+    EXPECT_EQ(rig.Cut.CutIndex, rig.Ring.AudioWriteIndex);
 }
 
 TEST(SessionByTime, BoxesThatFollowTheFlagsCutNothing) {
@@ -296,6 +394,8 @@ TEST(SessionByTime, BoxesThatFollowTheFlagsCutNothing) {
     EXPECT_EQ(rig.Form.chkStartStop[0].Value(), 1);
     EXPECT_TRUE(rig.Closed.empty());
     EXPECT_TRUE(rig.Writer.SongFileOpen());
+    rig.Form.chkStartStop[0].Value(0);
+    EXPECT_EQ(rig.Closed.size(), 1u) << "a click cuts as ever";
 }
 
 TEST(SessionBySilence, TurningRecordingOffDropsTheRunningSongAtItsEnd) {
