@@ -5,6 +5,7 @@
 #include "cli/commands.h"
 #include "cli/input_choice.h"
 #include "cli/json_text.h"
+#include "cli/output.h"
 #include "cli/run_support.h"
 #include "platform/linux/one_line.h"
 #include "platform/linux/pulse_wave_in.h"
@@ -21,12 +22,12 @@ int RunDevices(const DevicesArguments& arguments) {
     for (size_t i = 0; i < devices.size(); ++i) {
         const WaveInDevice& device = devices[i];
         if (arguments.Json) {
-            fmt::print("{{\"number\":{},\"name\":{},\"id\":{},\"kind\":{},\"default\":{}}}\n", i,
-                       JsonText(device.Name), JsonText(device.Id), JsonText(KindText(device.Kind)),
-                       device.IsDefault);
+            Print(stdout, fmt::format("{{\"number\":{},\"name\":{},\"id\":{},\"kind\":{},\"default\":{}}}\n",
+                                      i, JsonText(device.Name), JsonText(device.Id),
+                                      JsonText(KindText(device.Kind)), device.IsDefault));
         } else {
-            fmt::print("{}{:>3}  {:<8} {}\n", device.IsDefault ? '*' : ' ', i, KindText(device.Kind),
-                       OneLine(device.Name));
+            Print(stdout, fmt::format("{}{:>3}  {:<8} {}\n", device.IsDefault ? '*' : ' ', i,
+                                      KindText(device.Kind), OneLine(device.Name)));
         }
     }
     if (!arguments.Json && devices.size() == 1) Tell("no sound server answers");

@@ -2,8 +2,9 @@
 
 namespace Corvetape {
 
-/// Notices Ctrl-C and a request to end while it lives. The first one is only noted; a second one ends the
-/// process the usual way.
+/// Notices Ctrl-C, a request to end, and the end of the terminal while it lives. The first one is only noted;
+/// a second one ends the process the usual way, unless it is the terminal's, which often comes twice. A
+/// process that was told to outlive its terminal does so.
 class Interrupt {
  public:
     Interrupt();
@@ -13,8 +14,14 @@ class Interrupt {
 
     static bool Wanted();
 
+    /// Like Ctrl-C, from inside the program.
+    static void Want();
+
     /// A descriptor that becomes readable with the first one; for loops that wait. -1 if there is none.
     static int Descriptor();
+
+ private:
+    void (*HangupBefore)(int);
 };
 
 }  // namespace Corvetape

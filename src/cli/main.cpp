@@ -1,9 +1,9 @@
-#include <fmt/format.h>
-
+#include <csignal>
 #include <cstdio>
 
 #include "cli/arguments.h"
 #include "cli/commands.h"
+#include "cli/output.h"
 #include "cli/run_support.h"
 
 namespace Corvetape {
@@ -12,20 +12,29 @@ namespace {
 
 int Answer(const ArgumentsAnswer& answer) {
     if (answer.ExitCode == ExitDone) {
-        fmt::print("{}", answer.Text);
+        Print(stdout, answer.Text);
     } else {
         Tell(answer.Text);
     }
     return answer.ExitCode;
 }
 
-int Main(int count, char** words) {
+int Run(int count, char** words) {
     const Arguments arguments = ReadArguments(count, words);
     if (const auto* answer = std::get_if<ArgumentsAnswer>(&arguments)) return Answer(*answer);
     if (const auto* record = std::get_if<RecordArguments>(&arguments)) return RunRecord(*record);
     if (const auto* split = std::get_if<SplitArguments>(&arguments)) return RunSplit(*split);
     if (const auto* profiles = std::get_if<ProfilesArguments>(&arguments)) return RunProfiles(*profiles);
     return RunDevices(std::get<DevicesArguments>(arguments));
+}
+
+int Main(int count, char** words) {
+    OpenStandardFiles();
+    std::signal(SIGPIPE, SIG_IGN);  // a reader that goes away is no reason to lose a song
+    const int code = Run(count, words);
+    if (!OutputLost()) return code;
+    Tell("the output could not be written");
+    return code == ExitDone ? ExitFailed : code;
 }
 
 }  // namespace

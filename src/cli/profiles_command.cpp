@@ -1,5 +1,3 @@
-#include <fmt/format.h>
-
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QProcess>
@@ -14,6 +12,7 @@
 #include "cli/commands.h"
 #include "cli/hosts.h"
 #include "cli/interrupt.h"
+#include "cli/output.h"
 #include "cli/profile_report.h"
 #include "cli/run_support.h"
 #include "core/placeholders.h"
@@ -118,7 +117,7 @@ int ReportPage(const ProfilesArguments& arguments, const std::vector<ProviderPro
         if (document && document->Evaluate("document.readyState") == "complete") break;
         std::this_thread::sleep_for(milliseconds(50));
     }
-    fmt::print("{}", ProfileReport(profiles, &documents, nullptr, ProfileMatch::AnyAddress));
+    Print(stdout, ProfileReport(profiles, &documents, nullptr, ProfileMatch::AnyAddress));
     return ExitDone;
 }
 
@@ -140,10 +139,7 @@ int RunProfiles(const ProfilesArguments& arguments) {
     std::string last;
     do {
         const std::string report = ProfileReport(profiles(), &documents, &windows, ProfileMatch::AsRecorded);
-        if (report != last) {
-            fmt::print("{}{}\n", last.empty() ? "" : "\n", report);
-            std::fflush(stdout);
-        }
+        if (report != last) Print(stdout, (last.empty() ? "" : "\n") + report + "\n");
         last = report;
         if (arguments.Watch) std::this_thread::sleep_for(milliseconds(500));
     } while (arguments.Watch && !Interrupt::Wanted());

@@ -1,5 +1,3 @@
-#include <fmt/format.h>
-
 #include <QCoreApplication>
 #include <QSocketNotifier>
 #include <chrono>
@@ -13,6 +11,7 @@
 #include "cli/interrupt.h"
 #include "cli/live_state.h"
 #include "cli/obstacles.h"
+#include "cli/output.h"
 #include "cli/run_support.h"
 #include "platform/linux/devtools_documents.h"
 #include "platform/linux/linux_http.h"
@@ -98,7 +97,8 @@ class Recording {
         WaitForEncoders(*Running, Host.Processes);
         Running->RemoveTempFolder();
         Printer.Finish();
-        if (!Arguments.Json) fmt::print("{} in {}\n", KeptText(Printer), Running->Values().Folders.Paths[1]);
+        if (!Arguments.Json)
+            Print(stdout, KeptText(Printer) + " in " + Running->Values().Folders.Paths[1] + "\n");
         const bool failed = Failed(*Running, Printer);
         Running.reset();
         return failed ? ExitFailed : ExitDone;

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "cli/obstacles.h"
+#include "cli/output.h"
 #include "core/text.h"
 #include "platform/linux/one_line.h"
 
@@ -39,7 +40,7 @@ std::vector<SettingOverride> MakeOverrides(std::vector<SettingOverride> own,
 }
 
 void Tell(const std::string& line) {
-    fmt::print(stderr, "corvetape-cli: {}\n", OneLine(line));
+    Print(stderr, fmt::format("corvetape-cli: {}\n", OneLine(line)));
 }
 
 int Fail(const std::string& line) {

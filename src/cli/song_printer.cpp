@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "cli/output.h"
 #include "cli/song_report.h"
 #include "platform/linux/one_line.h"
 
@@ -21,7 +22,7 @@ SongPrinter::SongPrinter(SongFormat format, std::FILE* songs, std::FILE* errors)
 void SongPrinter::Closed(const ClosedSong& song) {
     const bool kept = song.Fate == SongFate::Kept;
     if (kept) ++Kept;
-    if (Format == SongFormat::Lines) fmt::print(Songs, "{}\n", SongAsLine(song));
+    if (Format == SongFormat::Lines) Print(Songs, SongAsLine(song) + "\n");
     Entry entry;
     entry.Song = song;
     entry.Done = !kept;
@@ -77,17 +78,16 @@ void SongPrinter::Finish() {
 void SongPrinter::PrintReady() {
     while (!Waiting.empty() && Waiting.front().Done) {
         const Entry& entry = Waiting.front();
-        if (Format == SongFormat::Json) fmt::print(Songs, "{}\n", SongAsJson(entry.Song, entry.MusicFile));
+        if (Format == SongFormat::Json) Print(Songs, SongAsJson(entry.Song, entry.MusicFile) + "\n");
         Waiting.pop_front();
     }
-    std::fflush(Songs);
 }
 
 void SongPrinter::Refuse(const STATIONANDSONGDATA& media, const std::string& why, const std::string& kept) {
     ++Refused;
-    fmt::print(
-        Errors, "corvetape-cli: {}\n",
-        OneLine(fmt::format("no music file of {}: {}; the song stays as {}", SongName(media), why, kept)));
+    const std::string text =
+        fmt::format("no music file of {}: {}; the song stays as {}", SongName(media), why, kept);
+    Print(Errors, fmt::format("corvetape-cli: {}\n", OneLine(text)));
 }
 
 }  // namespace Corvetape

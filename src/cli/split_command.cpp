@@ -12,6 +12,7 @@
 #include "cli/live_state.h"
 #include "cli/media_table.h"
 #include "cli/obstacles.h"
+#include "cli/output.h"
 #include "cli/run_support.h"
 #include "core/text.h"
 #include "platform/linux/sound_file_source.h"
@@ -137,7 +138,7 @@ class Splitter {
 
     int Finish() {
         Printer.Finish();
-        if (!Arguments.Json && BegunAny) fmt::print("{}\n", KeptText(Printer));
+        if (!Arguments.Json && BegunAny) Print(stdout, KeptText(Printer) + "\n");
         return ExitCode;
     }
 

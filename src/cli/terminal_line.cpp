@@ -5,21 +5,21 @@
 
 #include <cstdio>
 
+#include "cli/output.h"
+
 namespace Corvetape {
 
 TerminalLine::TerminalLine() : Terminal(isatty(STDERR_FILENO) != 0) {}
 
 void TerminalLine::Show(const std::string& text) {
     if (!Terminal) return;
-    fmt::print(stderr, "\r{:<79}", text);
-    std::fflush(stderr);
+    Print(stderr, fmt::format("\r{:<79}", text));
     Shown = true;
 }
 
 void TerminalLine::Clear() {
     if (!Shown) return;
-    fmt::print(stderr, "\r{:<79}\r", "");
-    std::fflush(stderr);
+    Print(stderr, fmt::format("\r{:<79}\r", ""));
     Shown = false;
 }
 

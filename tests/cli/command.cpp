@@ -70,6 +70,11 @@ void Command::Launch(const CommandStart& start) {
         dup2(open("/dev/null", O_RDONLY), 0);
         dup2(out.Theirs, 1);
         dup2(error.Theirs, 2);
+        for (const auto& [number, path] : start.Standard) {
+            close(number);
+            if (!path.empty()) dup2(open(path.c_str(), O_RDWR), number);
+        }
+        if (start.IgnoresHangup) std::signal(SIGHUP, SIG_IGN);
         setenv("PULSE_SERVER", "unix:/nonexistent/pulse", 1);
         for (const auto& [name, value] : start.Environment) setenv(name.c_str(), value.c_str(), 1);
         if (!start.Folder.empty() && chdir(start.Folder.c_str()) != 0) _exit(126);
@@ -125,6 +130,11 @@ int Command::Wait(std::chrono::milliseconds limit) {
     if (WaitUntil([this] { return HasEnded(); }, limit)) return *Result;
     ADD_FAILURE() << "the command does not end; it has printed\n" << Out << Err;
     return -1;
+}
+
+void Command::StopReading() {
+    close(OutPipe);
+    OutPipe = -1;
 }
 
 void Command::Signal(int number) const {

@@ -20,6 +20,10 @@ struct CommandStart {
     std::map<std::string, std::string> Environment;  ///< on top of the test's own
     std::string Folder;                              ///< to run in; empty: the test's own
     bool Terminal = false;                           ///< its error output is a terminal
+    bool IgnoresHangup = false;                      ///< as behind "nohup"
+
+    /// Files in the place of standard ones, by number; an empty path closes one.
+    std::map<int, std::string> Standard{};
 };
 
 /// The built command line while it runs. It is ended with the test at the latest. No sound server of the
@@ -36,6 +40,9 @@ class Command {
 
     /// The exit code, 128 plus the signal's number if killed. -1, and a failed test, if it does not end.
     int Wait(std::chrono::milliseconds limit = Patience);
+
+    /// Reads nothing more of its standard output, as a reader that ends.
+    void StopReading();
 
     void Signal(int number) const;
     bool HasEnded();

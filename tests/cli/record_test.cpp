@@ -135,7 +135,18 @@ TEST_P(InterruptedRecord, ClosesTheSongInOrderAndKeepsIt) {
     EXPECT_THAT(log, HasSubstr("\tEND "));
 }
 
-INSTANTIATE_TEST_SUITE_P(Signals, InterruptedRecord, testing::Values(SIGINT, SIGTERM));
+INSTANTIATE_TEST_SUITE_P(Signals, InterruptedRecord, testing::Values(SIGINT, SIGTERM, SIGHUP));
+
+TEST_F(RecordTest, GoesOnBehindItsTerminalIfItWasToldSo) {
+    CommandStart start = Demo({"--json"}, "20");
+    start.IgnoresHangup = true;
+    Command command(start);
+    ASSERT_TRUE(command.WaitUntil([&] { return TempBytes() > size_t{2} * Rate * sizeof(Frame); }));
+    command.Signal(SIGHUP);
+    EXPECT_TRUE(command.WaitUntil([&] { return TempBytes() > size_t{8} * Rate * sizeof(Frame); }));
+    command.Signal(SIGINT);
+    EXPECT_EQ(command.Wait(), 0);
+}
 
 TEST_F(RecordTest, WhatAKilledRecordingHasLeftIsBroughtHomeByTheNextOne) {
     {
