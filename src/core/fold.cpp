@@ -2,13 +2,40 @@
 
 #include <utf8proc.h>
 
+#include <algorithm>
 #include <array>
+#include <utility>
+#include <vector>
 
 namespace Corvetape {
 
 namespace {
 
 constexpr char32_t NoCharacter = 0x110000;
+
+/// Behind all scripts that know capital letters.
+constexpr char32_t EndOfCapitals = 0x20000;
+
+/// All characters that folding changes, in the order of what they become.
+struct FoldedForms {
+    std::vector<char32_t> Folded;
+    std::vector<char32_t> Forms;
+};
+
+FoldedForms MakeForms() {
+    std::vector<std::pair<char32_t, char32_t>> pairs;
+    for (char32_t each = 0; each < EndOfCapitals; ++each) {
+        const char32_t folded = FoldCharacter(each);
+        if (folded != each) pairs.emplace_back(folded, each);
+    }
+    std::ranges::sort(pairs);
+    FoldedForms forms;
+    for (const auto& [folded, form] : pairs) {
+        forms.Folded.push_back(folded);
+        forms.Forms.push_back(form);
+    }
+    return forms;
+}
 
 std::array<char32_t, 128> MakeAscii() {
     std::array<char32_t, 128> table{};
@@ -45,6 +72,13 @@ char32_t FoldCharacter(char32_t character) {
         utf8proc_decompose_char(static_cast<utf8proc_int32_t>(character), folded.data(),
                                 static_cast<utf8proc_ssize_t>(folded.size()), UTF8PROC_CASEFOLD, &boundClass);
     return count == 1 ? static_cast<char32_t>(folded[0]) : character;
+}
+
+std::span<const char32_t> UnfoldedForms(char32_t folded) {
+    static const FoldedForms forms = MakeForms();
+    const auto [first, last] = std::equal_range(forms.Folded.begin(), forms.Folded.end(), folded);
+    return std::span(forms.Forms)
+        .subspan(static_cast<size_t>(first - forms.Folded.begin()), static_cast<size_t>(last - first));
 }
 
 std::u32string CharactersOf(std::string_view text) {

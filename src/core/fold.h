@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,10 @@ char32_t TakeCharacter(std::string_view& text);
 
 /// A character without its case, one for one: what Unicode would fold to several characters ("ß") stays.
 char32_t FoldCharacter(char32_t character);
+
+/// The other characters that FoldCharacter makes this one of: "K" and the sign of the kelvin for "k". Valid
+/// for ever.
+std::span<const char32_t> UnfoldedForms(char32_t folded);
 
 /// A whole text without its case, by FoldCharacter, as a sequence of characters.
 std::u32string FoldText(std::string_view text);

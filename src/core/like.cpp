@@ -1,7 +1,5 @@
 #include "core/like.h"
 
-#include <utf8proc.h>
-
 #include <algorithm>
 
 #include "core/fold.h"
@@ -72,12 +70,8 @@ bool LikePattern::TokenMatches(const Token& token, char32_t character) const {
                            [each](const Range& range) { return each >= range.First && each <= range.Last; });
     };
     bool found = inList(character);
-    if (!found && Case == LikeCase::Ignored) {
-        // The text is folded to small letters, but the ranges stand as they were written.
-        const auto number = static_cast<utf8proc_int32_t>(character);
-        found = inList(static_cast<char32_t>(utf8proc_toupper(number))) ||
-                inList(static_cast<char32_t>(utf8proc_totitle(number)));
-    }
+    // The text is folded to small letters, but the ranges stand as they were written.
+    if (!found && Case == LikeCase::Ignored) found = std::ranges::any_of(UnfoldedForms(character), inList);
     return found == (token.What == Kind::OneOf);
 }
 

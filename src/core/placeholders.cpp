@@ -148,15 +148,19 @@ std::string Placeholders::ExpandEnvironment(const std::string& whole) const {
     return std::string(CutText(result, ExpansionBuffer - 1));
 }
 
-std::string ExpandMediaData(std::string_view text, const MediaState& media) {
-    // Media data are written by strangers. A value that holds the next placeholder many times would grow
-    // with each step beyond all bounds.
+std::string ReplaceMediaValue(std::string_view text, std::string_view placeholder, std::string_view value) {
     constexpr size_t mostValueBytes = 4096;
     constexpr size_t mostTextBytes = 65'536;
-    std::string result(CutText(text, mostTextBytes));
+    std::string result =
+        ReplaceAllIgnoringCase(CutText(text, mostTextBytes), placeholder, CutText(value, mostValueBytes));
+    result.resize(CutText(result, mostTextBytes).size());
+    return result;
+}
+
+std::string ExpandMediaData(std::string_view text, const MediaState& media) {
+    std::string result(text);
     const auto replace = [&](std::string_view placeholder, const std::string& value) {
-        result = ReplaceAllIgnoringCase(result, placeholder, CutText(value, mostValueBytes));
-        result.resize(CutText(result, mostTextBytes).size());
+        result = ReplaceMediaValue(result, placeholder, value);
     };
     const STATIONANDSONGDATA& song = media.SongMedia;
     replace("%Artist%", song.Artist);

@@ -34,10 +34,14 @@ class Placeholders {
     const RegistryBranches& Registry;
 };
 
+/// Replaces one placeholder, ignoring case, by a value that a stranger wrote. The value is cut to 4096 bytes
+/// and the text to 65536 before and behind the step, so that values that hold further placeholders do not
+/// make a text grow beyond all bounds.
+std::string ReplaceMediaValue(std::string_view text, std::string_view placeholder, std::string_view value);
+
 /// Expands %Artist%, %Title%, %Album%, %Station%, %Genre% and %Source% in this order, ignoring case, from
 /// `SongMedia` and `ProviderName`. A value that holds a later placeholder is expanded further. What is not
-/// known stays.
-/// Each value is cut to 4096 bytes and the text to 65536 after each step.
+/// known stays. Values and text are cut as by ReplaceMediaValue.
 std::string ExpandMediaData(std::string_view text, const MediaState& media);
 
 /// Replaces %1, %2, ... by the entries, entry after entry, so that an entry may hold the number of a later

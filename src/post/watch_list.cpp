@@ -68,9 +68,10 @@ bool WatchLists::SaveWatchList(WatchListKind kind) {
 
 bool WatchLists::AddToWatchList(WatchListKind kind, std::string_view entry) {
     // A line end would make two entries of one when the file is read again.
-    std::string line(TrimBlanks(entry));
+    std::string text(entry);
     std::ranges::replace_if(
-        line, [](char each) { return each == '\r' || each == '\n'; }, ' ');
+        text, [](char each) { return each == '\r' || each == '\n'; }, ' ');
+    const std::string_view line = TrimBlanks(text);
     if (line.empty() || !ListOf(kind).Add(line)) return false;
     SaveWatchList(kind);  // a list that cannot be written holds in memory until the program ends
     return true;
@@ -81,9 +82,9 @@ bool WatchLists::IsExcluded(std::string_view songName) const {
 }
 
 std::string WatchedName(std::string_view musicFileTemplate, const STATIONANDSONGDATA& media) {
-    std::string name = ReplaceAllIgnoringCase(musicFileTemplate, "%Artist%", media.Artist);
-    name = ReplaceAllIgnoringCase(name, "%Title%", media.Song);
-    name = SanitizeFileName(ReplaceAllIgnoringCase(name, "%Album%", media.Album));
+    std::string name = ReplaceMediaValue(musicFileTemplate, "%Artist%", media.Artist);
+    name = ReplaceMediaValue(name, "%Title%", media.Song);
+    name = SanitizeFileName(ReplaceMediaValue(name, "%Album%", media.Album));
     // The music file is called like this too.
     return name.empty() ? name : SafePathPart(name);
 }

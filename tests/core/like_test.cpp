@@ -119,6 +119,14 @@ TEST(Like, IgnoresCaseIfToldSo) {
                     "stra?e"));
 }
 
+TEST(Like, WithoutCaseAListHoldsEveryFormOfItsCharactersAndNoOther) {
+    EXPECT_TRUE(Like("\u03c2", "[\u03c2]", LikeCase::Ignored));         // a sigma at the end of a word
+    EXPECT_TRUE(Like("\u03a3", "[\u03c2]", LikeCase::Ignored));         // and the capital one
+    EXPECT_TRUE(Like("\u00b5", "[\u00a1-\u00ff]", LikeCase::Ignored));  // folds to a letter outside
+    EXPECT_TRUE(Like("k", "[\u212a]", LikeCase::Ignored));              // the sign of the kelvin
+    EXPECT_FALSE(Like("\u0131", "[A-Z]", LikeCase::Ignored));  // an i without dot is a letter of its own
+}
+
 TEST(Like, ManyStarsDoNotTakeForEver) {
     const std::string text(5000, 'a');
     std::string pattern;

@@ -55,6 +55,12 @@ TEST_F(WatchListsTest, AnEntryStaysOneLine) {
     EXPECT_EQ(FileText(Exclude), "One  *\r\n");
 }
 
+TEST_F(WatchListsTest, ALineEndAtTheEndOfAnEntryIsABlankThere) {
+    EXPECT_TRUE(Lists.AddToWatchList(Exclude, "\none\r\n"));
+    EXPECT_EQ(FileText(Exclude), "one\r\n");
+    EXPECT_FALSE(Lists.AddToWatchList(Exclude, "\r\n"));
+}
+
 TEST_F(WatchListsTest, AFileIsReadLineByLineWithoutItsDoubles) {
     ASSERT_TRUE(Machine.Files.Append(Lists.FileOf(Exclude), "One\r\none\nTwo \n\n#3\r\nlast"));
     ASSERT_TRUE(Lists.LoadWatchList(Exclude));
@@ -108,6 +114,20 @@ TEST(WatchedName, HasArtistTitleAndAlbumAsAFileName) {
     EXPECT_EQ(WatchedName("%artist% - %TITLE% (%Album%) %Station%", media), "AC_DC - Back_ (B) %Station%");
     media.Artist.clear();
     EXPECT_EQ(WatchedName("%Artist% - %Title%", media), "- Back_");
+}
+
+TEST(WatchedName, DoesNotGrowWithValuesThatHoldPlaceholders) {
+    const auto repeated = [](std::string_view text, size_t count) {
+        std::string result;
+        for (size_t i = 0; i < count; ++i) result += text;
+        return result;
+    };
+    STATIONANDSONGDATA media;
+    media.Artist = repeated("%Title%", 10'000);
+    media.Song = repeated("%Album%", 10'000);
+    media.Album = std::string(100'000, 'x');
+    // 10,000,000,000,000 bytes if it were taken at its word.
+    EXPECT_EQ(WatchedName("%Artist%", media), std::string(240, 'x'));
 }
 
 TEST(NameOfDroppedFile, IsTheNameOfAMusicFileInAFolder) {
