@@ -100,7 +100,7 @@ TEST_F(LinuxHttpTest, ABodyWithoutEndIsDroppedAtTheLimit) {
     const HttpAnswer given = Get(server.Address("/endless"), 5000);
     EXPECT_FALSE(given.Failed);
     EXPECT_THAT(given.Body, SizeIs(5000));
-    EXPECT_TRUE(session.WaitFor([this] { return server.Open == 0; }, seconds(10)));
+    EXPECT_TRUE(session.WaitFor([this] { return server.Open == 0; }, seconds(30)));
 }
 
 TEST_F(LinuxHttpTest, WhatIsNotThereHasFailed) {
@@ -160,23 +160,23 @@ TEST_F(LinuxHttpTest, ARequestThatTakesTooLongHasFailedAndIsDropped) {
     const HttpAnswer given = Get(impatient, server.Address("/slow"));
     EXPECT_TRUE(given.Failed);
     EXPECT_EQ(given.Body, "");
-    EXPECT_TRUE(session.WaitFor([this] { return server.Open == 0; }, seconds(10)));
+    EXPECT_TRUE(session.WaitFor([this] { return server.Open == 0; }, seconds(30)));
 }
 
 TEST_F(LinuxHttpTest, ARequestThatIsGivenUpIsNotAnswered) {
     server.On("/silent", [](QTcpSocket&) {});
     server.Body("/next", "next");
     Ask(http_, server.Address("/silent"));
-    ASSERT_TRUE(session.WaitFor([this] { return server.Requests.size() == 1; }, seconds(10)));
+    ASSERT_TRUE(session.WaitFor([this] { return server.Requests.size() == 1; }, seconds(30)));
     http_.Cancel();
-    EXPECT_TRUE(session.WaitFor([this] { return server.Open == 0; }, seconds(10)));
+    EXPECT_TRUE(session.WaitFor([this] { return server.Open == 0; }, seconds(30)));
     EXPECT_EQ(answers, 0);
 
     bool first = false;
     http_.Get(server.Address("/silent"), Limit, [&](const HttpAnswer&) { first = true; });
-    ASSERT_TRUE(session.WaitFor([this] { return server.Requests.size() == 2; }, seconds(10)));
+    ASSERT_TRUE(session.WaitFor([this] { return server.Requests.size() == 2; }, seconds(30)));
     EXPECT_EQ(Get(server.Address("/next")).Body, "next");
-    EXPECT_TRUE(session.WaitFor([this] { return server.Open == 0; }, seconds(10)));
+    EXPECT_TRUE(session.WaitFor([this] { return server.Open == 0; }, seconds(30)));
     EXPECT_FALSE(first);
     EXPECT_EQ(answers, 1);
 }
@@ -186,9 +186,9 @@ TEST_F(LinuxHttpTest, TheEndOfTheObjectGivesItsRequestUp) {
     {
         LinuxHttp web(session.Loop);
         Ask(web, server.Address("/silent"));
-        ASSERT_TRUE(session.WaitFor([this] { return server.Requests.size() == 1; }, seconds(10)));
+        ASSERT_TRUE(session.WaitFor([this] { return server.Requests.size() == 1; }, seconds(30)));
     }
-    EXPECT_TRUE(session.WaitFor([this] { return server.Open == 0; }, seconds(10)));
+    EXPECT_TRUE(session.WaitFor([this] { return server.Open == 0; }, seconds(30)));
     const std::string path = Put("file", "x");
     {
         LinuxHttp files(session.Loop);
@@ -206,7 +206,7 @@ TEST_F(LinuxHttpTest, AnAnswerMayAskAgain) {
         both = one.Body;
         http_.Get(server.Address("/2"), Limit, [&](const HttpAnswer& two) { both += two.Body; });
     });
-    EXPECT_TRUE(session.WaitFor([&] { return both == "onetwo"; }, seconds(10))) << both;
+    EXPECT_TRUE(session.WaitFor([&] { return both == "onetwo"; }, seconds(30))) << both;
 }
 
 TEST_F(LinuxHttpTest, NeitherCookiesNorCredentialsAreSentAndNothingIsKept) {

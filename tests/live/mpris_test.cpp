@@ -66,7 +66,7 @@ class Listener {
 
 class MprisTest : public testing::Test {
  protected:
-    bool Wait(const std::function<bool()>& condition) { return session.WaitFor(condition, seconds(10)); }
+    bool Wait(const std::function<bool()>& condition) { return session.WaitFor(condition, seconds(30)); }
 
     /// What a player that says this is understood to say.
     PlayerReport Understood(const QVariantMap& properties) {
@@ -320,7 +320,7 @@ TEST(SessionBusAddress, IsThatOfARunningBusOnly) {
         {{"dbus-daemon", "--session", "--nofork", "--nopidfile", "--address=unix:path=" + (folder / "bus")},
          {},
          ""});
-    EXPECT_TRUE(session.WaitFor([] { return !SessionBusAddress().empty(); }, seconds(10)));
+    EXPECT_TRUE(session.WaitFor([] { return !SessionBusAddress().empty(); }, seconds(30)));
     EXPECT_EQ(SessionBusAddress(), "unix:path=" + (folder / "bus"));
     unsetenv("XDG_RUNTIME_DIR");
 }

@@ -47,7 +47,7 @@ TEST(RealtimeKit, IsAskedForTheCallingThread) {
             connection.registerVirtualObject(QStringLiteral("/org/freedesktop/RealtimeKit1"), &service));
         ASSERT_TRUE(connection.registerService(QStringLiteral("org.freedesktop.RealtimeKit1")));
         AskRealtimeKitForNice(-10);
-        EXPECT_TRUE(session.WaitFor([&] { return !service.Calls.isEmpty(); }, std::chrono::seconds(5)));
+        EXPECT_TRUE(session.WaitFor([&] { return !service.Calls.isEmpty(); }, std::chrono::seconds(30)));
         ASSERT_EQ(service.Calls.size(), 1);
         const QDBusMessage& call = service.Calls[0];
         EXPECT_EQ(call.interface(), QStringLiteral("org.freedesktop.RealtimeKit1"));

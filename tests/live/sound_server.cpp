@@ -11,7 +11,7 @@
 namespace Corvetape {
 namespace {
 
-constexpr auto StartLimit = std::chrono::seconds(10);
+constexpr auto StartLimit = std::chrono::seconds(30);
 
 std::string Content(const std::string& path) {
     std::ifstream file(path);

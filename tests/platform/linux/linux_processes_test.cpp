@@ -38,7 +38,7 @@ class LinuxProcessesTest : public testing::Test {
     /// Runs one job to its end; what it printed is in the file "out".
     std::string Run(const std::string& command) {
         EXPECT_TRUE(processes.StartHidden({"job", "{ " + command + "; } >out 2>&1", folder.Path()}));
-        EXPECT_TRUE(processes.WaitForAll(seconds(10)));
+        EXPECT_TRUE(processes.WaitForAll(seconds(30)));
         return Get("out");
     }
 
@@ -72,21 +72,21 @@ TEST_F(LinuxProcessesTest, AJobIsNiceAndInASessionOfItsOwn) {
 }
 
 TEST_F(LinuxProcessesTest, ResultsComeOnceInTheOrderOfTheEnds) {
-    processes.StartHidden({"slow", "read x < pipe; exit 3", folder.Path()});
     ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    processes.StartHidden({"slow", "read x < pipe; exit 3", folder.Path()});
     processes.StartHidden({"quick", "exit 7", folder.Path()});
     std::vector<JobResult> results;
     const auto collect = [&] {
         for (JobResult& result : processes.TakeFinished()) results.push_back(result);
         return results.size();
     };
-    ASSERT_TRUE(session.WaitFor([&] { return collect() == 1; }, seconds(5)));
+    ASSERT_TRUE(session.WaitFor([&] { return collect() == 1; }, seconds(30)));
     EXPECT_EQ(results[0].Name, "quick");
     EXPECT_EQ(results[0].ExitCode, 7);
     EXPECT_EQ(processes.Running(), 1u);
     EXPECT_FALSE(processes.WaitForAll(milliseconds(20)));
     std::ofstream(folder / "pipe") << "x\n";
-    EXPECT_TRUE(processes.WaitForAll(seconds(5)));
+    EXPECT_TRUE(processes.WaitForAll(seconds(30)));
     EXPECT_EQ(processes.Running(), 0u);
     ASSERT_EQ(collect(), 2u);
     EXPECT_EQ(results[1].Name, "slow");
@@ -96,7 +96,7 @@ TEST_F(LinuxProcessesTest, ResultsComeOnceInTheOrderOfTheEnds) {
 
 TEST_F(LinuxProcessesTest, AKilledJobShows128PlusTheSignal) {
     processes.StartHidden({"job", "kill -9 $$", folder.Path()});
-    ASSERT_TRUE(processes.WaitForAll(seconds(5)));
+    ASSERT_TRUE(processes.WaitForAll(seconds(30)));
     const std::vector<JobResult> results = processes.TakeFinished();
     ASSERT_EQ(results.size(), 1u);
     EXPECT_EQ(results[0].ExitCode, 137);
@@ -104,7 +104,7 @@ TEST_F(LinuxProcessesTest, AKilledJobShows128PlusTheSignal) {
 
 TEST_F(LinuxProcessesTest, NothingIsLeftOfJobsThatHaveEnded) {
     for (int i = 0; i < 30; ++i) processes.StartHidden({"job", "exit 0", folder.Path()});
-    ASSERT_TRUE(processes.WaitForAll(seconds(10)));
+    ASSERT_TRUE(processes.WaitForAll(seconds(30)));
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
     EXPECT_EQ(errno, ECHILD) << "a child was left as a zombie";
 }
@@ -113,7 +113,7 @@ TEST_F(LinuxProcessesTest, ChildrenOfOthersAreNotTouched) {
     const pid_t own = fork();
     if (own == 0) _exit(5);
     processes.StartHidden({"job", "exit 0", folder.Path()});
-    ASSERT_TRUE(processes.WaitForAll(seconds(5)));
+    ASSERT_TRUE(processes.WaitForAll(seconds(30)));
     int status = 0;
     ASSERT_EQ(waitpid(own, &status, 0), own);
     EXPECT_EQ(WEXITSTATUS(status), 5);
@@ -135,7 +135,7 @@ TEST_F(LinuxProcessesTest, AJobSurvivesItsStarter) {
     }
     ASSERT_EQ(waitpid(starter, nullptr, 0), starter);
     std::ofstream(folder / "pipe") << "alive\n";
-    EXPECT_TRUE(session.WaitFor([&] { return Get("out") == "alive\n"; }, seconds(5)));
+    EXPECT_TRUE(session.WaitFor([&] { return Get("out") == "alive\n"; }, seconds(30)));
 }
 
 TEST_F(LinuxProcessesTest, AJobIsNotBlockedBySignalsThatThisProgramIgnores) {
@@ -156,7 +156,7 @@ TEST_F(LinuxProcessesTest, AJobIsNotBlockedBySignalsThatThisProgramIgnores) {
 TEST_F(LinuxProcessesTest, ShellOpenPassesItsParametersWithoutAShell) {
     Script("show", "#!/bin/sh\nfor a; do echo \"[$a]\"; done > \"$PWD/out.new\"; mv out.new out\n");
     EXPECT_EQ(processes.ShellOpen(folder / "show", "a \"b c\" '$HOME' d\\ e `x` ;", folder.Path()), 33);
-    EXPECT_TRUE(session.WaitFor([&] { return !Get("out").empty(); }, seconds(5)));
+    EXPECT_TRUE(session.WaitFor([&] { return !Get("out").empty(); }, seconds(30)));
     EXPECT_EQ(Get("out"), "[a]\n[b c]\n[$HOME]\n[d e]\n[`x`]\n[;]\n");
     EXPECT_EQ(processes.Running(), 0u);
     EXPECT_THAT(processes.TakeFinished(), IsEmpty());
@@ -192,7 +192,7 @@ TEST_F(LinuxProcessesTest, DocumentsAndAddressesAreHandedToTheDesktop) {
     const auto opened = [&](const std::string& what) {
         std::filesystem::remove(folder / "out");
         EXPECT_EQ(processes.ShellOpen(what, "ignored", ""), 33);
-        EXPECT_TRUE(session.WaitFor([&] { return !Get("out").empty(); }, seconds(5)));
+        EXPECT_TRUE(session.WaitFor([&] { return !Get("out").empty(); }, seconds(30)));
         return Get("out");
     };
     EXPECT_EQ(opened(folder / "notes.txt"), "1:" + (folder / "notes.txt") + "\n");

@@ -32,10 +32,10 @@ TEST_F(SingleInstanceTest, TheSecondOneIsRefusedAndBringsTheFirstForward) {
     EXPECT_TRUE(first.Claim()) << "it holds the place already";
     EXPECT_FALSE(second.Claim());
     second.ActivateOther();
-    EXPECT_TRUE(session.WaitFor([&] { return called == 1; }, seconds(2)));
+    EXPECT_TRUE(session.WaitFor([&] { return called == 1; }, seconds(30)));
     second.ActivateOther();
     second.ActivateOther();
-    EXPECT_TRUE(session.WaitFor([&] { return called == 3; }, seconds(2)));
+    EXPECT_TRUE(session.WaitFor([&] { return called == 3; }, seconds(30)));
 }
 
 TEST_F(SingleInstanceTest, ThePlaceIsFreeAfterTheEnd) {
@@ -48,7 +48,7 @@ TEST_F(SingleInstanceTest, ThePlaceIsFreeAfterTheEnd) {
     LinuxSingleInstance third({}, folder.Path());
     EXPECT_FALSE(third.Claim());
     third.ActivateOther();
-    EXPECT_TRUE(session.WaitFor([&] { return called == 1; }, seconds(2)));
+    EXPECT_TRUE(session.WaitFor([&] { return called == 1; }, seconds(30)));
 }
 
 TEST_F(SingleInstanceTest, AKilledProgramLeavesThePlaceFree) {
@@ -70,7 +70,7 @@ TEST_F(SingleInstanceTest, AKilledProgramLeavesThePlaceFree) {
     waitpid(other, nullptr, 0);
     EXPECT_TRUE(instance.Claim());
     LinuxSingleInstance({}, folder.Path()).ActivateOther();
-    EXPECT_TRUE(session.WaitFor([&] { return called == 1; }, seconds(2)));
+    EXPECT_TRUE(session.WaitFor([&] { return called == 1; }, seconds(30)));
 }
 
 TEST_F(SingleInstanceTest, ThePathOfTheFolderMayBeLong) {
@@ -79,7 +79,7 @@ TEST_F(SingleInstanceTest, ThePathOfTheFolderMayBeLong) {
     LinuxSingleInstance first([&] { ++called; }, deep);
     EXPECT_TRUE(first.Claim());
     LinuxSingleInstance({}, deep).ActivateOther();
-    EXPECT_TRUE(session.WaitFor([&] { return called == 1; }, seconds(2)));
+    EXPECT_TRUE(session.WaitFor([&] { return called == 1; }, seconds(30)));
 }
 
 TEST_F(SingleInstanceTest, WithoutAUsableFolderTheProgramRuns) {
