@@ -22,7 +22,7 @@ PROGRAMS := corvetape-cli
 SOURCES = $$(find src tests bench -name '*.h' -o -name '*.cpp' | sort)
 
 CONFIGURE = cmake --preset $(1) >/dev/null
-CTEST = ctest --output-on-failure --no-tests=error
+CTEST = ctest --output-on-failure --no-tests=error --parallel 2
 
 .PHONY: all run test sanitize fuzz bench format lint install clean
 

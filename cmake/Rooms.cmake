@@ -18,11 +18,12 @@ function(corvetape_room name)
     target_link_libraries(${name} ${scope} ${ROOM_USES} ${ROOM_LIBRARIES})
 endfunction()
 
-# corvetape_test(<name> FOLDER <folder> USES <room>... [LABELS <label>...])
+# corvetape_test(<name> FOLDER <folder> USES <room>... [LABELS <label>...] [TIMEOUT <seconds>] [SHARDS <n>])
 #
-# One test program per folder of tests/, made of all its sources.
+# One test program per folder of tests/, made of all its sources. With shards its tests run as so many entries,
+# side by side where they mostly wait.
 function(corvetape_test name)
-    cmake_parse_arguments(TEST "" "FOLDER;TIMEOUT" "USES;LABELS;DEPENDS" ${ARGN})
+    cmake_parse_arguments(TEST "" "FOLDER;TIMEOUT;SHARDS" "USES;LABELS;DEPENDS" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${TEST_FOLDER}/*.cpp)
     if(NOT sources)
         return()
@@ -35,9 +36,20 @@ function(corvetape_test name)
     if(TEST_DEPENDS)
         add_dependencies(test-${name} ${TEST_DEPENDS})
     endif()
-    add_test(NAME ${name} COMMAND test-${name})
-    set_tests_properties(${name} PROPERTIES LABELS "${TEST_LABELS}" TIMEOUT 600)
-    if(TEST_TIMEOUT)
-        set_tests_properties(${name} PROPERTIES TIMEOUT ${TEST_TIMEOUT})
+    if(NOT TEST_TIMEOUT)
+        set(TEST_TIMEOUT 600)
     endif()
+    if(NOT TEST_SHARDS)
+        # Two slots: nothing else runs beside it in a run of two jobs.
+        add_test(NAME ${name} COMMAND test-${name})
+        set_tests_properties(${name} PROPERTIES LABELS "${TEST_LABELS}" TIMEOUT ${TEST_TIMEOUT} PROCESSORS 2)
+        return()
+    endif()
+    math(EXPR last "${TEST_SHARDS} - 1")
+    foreach(shard RANGE ${last})
+        add_test(NAME ${name}-${shard} COMMAND test-${name})
+        set_tests_properties(${name}-${shard} PROPERTIES
+            LABELS "${TEST_LABELS}" TIMEOUT ${TEST_TIMEOUT}
+            ENVIRONMENT "GTEST_TOTAL_SHARDS=${TEST_SHARDS};GTEST_SHARD_INDEX=${shard}")
+    endforeach()
 endfunction()
