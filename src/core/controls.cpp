@@ -140,7 +140,7 @@ void ListBox::Clear() {
 }
 
 void ListBox::AddItem(std::string text, int64_t data) {
-    OwnItems.push_back({std::move(text), data});
+    OwnItems.push_back({std::move(text), data, false});
     Changed.Raise();
 }
 
@@ -149,8 +149,14 @@ void ListBox::ItemText(int32_t index, std::string text) {
     Changed.Raise();
 }
 
+void ListBox::Items(std::vector<ListItem> items) {
+    OwnItems = std::move(items);
+    Index_ = -1;
+    Changed.Raise();
+}
+
 void ListBox::InsertItem(int32_t index, std::string text) {
-    OwnItems.insert(OwnItems.begin() + index, ListItem{std::move(text), 0});
+    OwnItems.insert(OwnItems.begin() + index, ListItem{std::move(text)});
     if (Index_ >= index) ++Index_;
     Changed.Raise();
 }
@@ -171,6 +177,8 @@ bool ListBox::ListIndex(int32_t index) {
 
 bool ListBox::Select(int32_t index) {
     if (index < 0 || static_cast<size_t>(index) >= OwnItems.size()) return false;
+    for (ListItem& item : OwnItems) item.Selected = false;
+    OwnItems[static_cast<size_t>(index)].Selected = true;
     Index_ = index;
     Changed.Raise();
     Click.Raise();
@@ -180,6 +188,45 @@ bool ListBox::Select(int32_t index) {
 bool ListBox::SetValueText(std::string_view text) {
     int32_t index = 0;
     return ReadWhole(text, index) && ListIndex(index);
+}
+
+bool MultiListBox::Selected(int32_t index, bool selected) {
+    if (index < 0 || static_cast<size_t>(index) >= OwnItems.size()) return false;
+    bool& present = OwnItems[static_cast<size_t>(index)].Selected;
+    if (present == selected && index == Index_) return true;
+    present = selected;
+    Index_ = index;
+    Changed.Raise();
+    Click.Raise();
+    return true;
+}
+
+void MultiListBox::SelectExactly(std::span<const int32_t> indices) {
+    std::vector<bool> wanted(OwnItems.size());
+    for (const int32_t index : indices) {
+        if (index >= 0 && static_cast<size_t>(index) < wanted.size())
+            wanted[static_cast<size_t>(index)] = true;
+    }
+    bool changed = false;
+    for (size_t i = 0; i < wanted.size(); ++i) {
+        changed = changed || OwnItems[i].Selected != wanted[i];
+        OwnItems[i].Selected = wanted[i];
+    }
+    if (!changed) return;
+    Changed.Raise();
+    Click.Raise();
+}
+
+int32_t MultiListBox::SelCount() const {
+    return static_cast<int32_t>(std::ranges::count(OwnItems, true, &ListItem::Selected));
+}
+
+std::vector<ListItem> MultiListBox::TakeSelected() {
+    std::vector<ListItem> taken;
+    std::vector<ListItem> left;
+    for (ListItem& item : OwnItems) (item.Selected ? taken : left).push_back(std::move(item));
+    Items(std::move(left));
+    return taken;
 }
 
 Slider::Slider(Form& form, std::string name, int32_t index, int32_t minimum, int32_t maximum,

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -151,6 +152,7 @@ class TextBox : public Control {
 struct ListItem {
     std::string Text;
     int64_t Data = 0;
+    bool Selected = false;
 };
 
 /// A list of which one entry, or none (-1), is selected.
@@ -160,6 +162,9 @@ class ListBox : public Control {
     void Clear();
     void AddItem(std::string text, int64_t data = 0);
     void ItemText(int32_t index, std::string text);
+
+    /// Replaces all entries at once; none is current.
+    void Items(std::vector<ListItem> items);
 
     /// Puts an entry before the one at `index`, which may be one behind the last; what is selected stays so.
     void InsertItem(int32_t index, std::string text);
@@ -172,16 +177,41 @@ class ListBox : public Control {
     /// Selects an entry and runs Click if it is another one. False, and no change, if there is no such entry.
     bool ListIndex(int32_t index);
 
-    /// Selects an entry and runs Click also if it is selected already.
+    /// Selects an entry and no other, and runs Click also if it is selected already.
     bool Select(int32_t index);
+
+    /// Asks the screen to scroll an entry into view.
+    void Reveal(int32_t index) { Revealed.Raise(index); }
 
     std::string ValueText() const override { return std::to_string(Index_); }
     bool SetValueText(std::string_view text) override;
     Event<> Click;
+    Event<int32_t> Revealed;
 
- private:
+ protected:
     std::vector<ListItem> OwnItems;
     int32_t Index_ = -1;
+};
+
+/// A list of which any number of entries can be selected. ListIndex is the one that was clicked last, whether
+/// or not it is selected.
+class MultiListBox : public ListBox {
+ public:
+    using ListBox::ListBox;
+
+    /// A click with Ctrl: selects or releases one entry beside the others and makes it the current one. Runs
+    /// Click if something changes. False, and no change, if there is no such entry.
+    bool Selected(int32_t index, bool selected);
+
+    /// Selects exactly these entries, as a click with Shift does. Runs Click if something changes; what is no
+    /// entry is passed over.
+    void SelectExactly(std::span<const int32_t> indices);
+
+    /// How many entries are selected.
+    int32_t SelCount() const;
+
+    /// Takes all selected entries out and gives them.
+    std::vector<ListItem> TakeSelected();
 };
 
 class ComboBox : public ListBox {

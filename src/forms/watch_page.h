@@ -14,7 +14,7 @@ struct WatchPage {
           cmdEditWatchList(form, "cmdEditWatchList"),
           chkAutoExclude(form, "chkAutoExclude") {}
 
-    ControlArray<ListBox, 2> lstWatch;
+    ControlArray<MultiListBox, 2> lstWatch;
     ControlArray<TextBox, 2> txtWatch;
     ControlArray<CommandButton, 2> cmdAddToWatchList;
     ControlArray<CommandButton, 2> cmdDeleteFromWatchList;

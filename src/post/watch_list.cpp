@@ -28,13 +28,16 @@ bool WatchList::Add(std::string_view entry) {
     return true;
 }
 
-bool WatchList::Remove(std::string_view entry) {
-    const std::u32string key = FoldText(entry);
-    if (Keys.erase(key) == 0) return false;
-    Plain.erase(key);
-    std::erase_if(Patterns, [&](const Pattern& pattern) { return pattern.Key == key; });
-    std::erase_if(OwnEntries, [&](const std::string& each) { return FoldText(each) == key; });
-    return true;
+void WatchList::RemoveAll(std::span<const std::string> entries) {
+    std::unordered_set<std::u32string> gone;
+    for (const std::string& entry : entries) {
+        std::u32string key = FoldText(entry);
+        if (Keys.erase(key) > 0) gone.insert(std::move(key));
+    }
+    if (gone.empty()) return;
+    for (const std::u32string& key : gone) Plain.erase(key);
+    std::erase_if(Patterns, [&](const Pattern& pattern) { return gone.contains(pattern.Key); });
+    std::erase_if(OwnEntries, [&](const std::string& each) { return gone.contains(FoldText(each)); });
 }
 
 bool WatchList::Holds(std::string_view name) const {
@@ -93,6 +96,7 @@ std::string NameOfDroppedFile(std::string_view path) {
     const size_t folderEnd = path.find_last_of("\\/");
     if (folderEnd == std::string_view::npos || folderEnd == 0) return {};
     const std::string_view file = path.substr(folderEnd + 1);
+    if (file.find_first_of("\r\n") != std::string_view::npos) return {};
     for (const std::string_view extension : MusicExtensions) {
         if (file.size() < extension.size()) continue;
         const size_t stem = file.size() - extension.size();

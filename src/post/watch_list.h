@@ -2,6 +2,7 @@
 
 #include <array>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -26,8 +27,8 @@ class WatchList {
     /// False, and no change, if the entry is there already but for its case.
     bool Add(std::string_view entry);
 
-    /// False if there is no such entry.
-    bool Remove(std::string_view entry);
+    /// Takes many entries out at once; those that are not there are passed over.
+    void RemoveAll(std::span<const std::string> entries);
 
     /// True if the name matches an entry, case ignored.
     bool Holds(std::string_view name) const;
@@ -64,7 +65,9 @@ class WatchLists {
 
     /// Adds or removes without saving, for many at once.
     bool Add(WatchListKind kind, std::string_view entry) { return ListOf(kind).Add(entry); }
-    bool Remove(WatchListKind kind, std::string_view entry) { return ListOf(kind).Remove(entry); }
+    void RemoveAll(WatchListKind kind, std::span<const std::string> entries) {
+        ListOf(kind).RemoveAll(entries);
+    }
 
     /// True if the song of this name is to be dropped: on the second list and not on the first.
     bool IsExcluded(std::string_view songName) const;
@@ -85,7 +88,8 @@ class WatchLists {
 std::string WatchedName(std::string_view musicFileTemplate, const STATIONANDSONGDATA& media);
 
 /// The name of the song in a dropped music file: the file's name without folder and extension, blanks taken
-/// off. Empty if the file is none of .wav, .wma, .mp3 and .ogg, case ignored, or lies in no folder.
+/// off. Empty if the file is none of .wav, .wma, .mp3 and .ogg, case ignored, or lies in no folder, or if its
+/// name is no single line.
 std::string NameOfDroppedFile(std::string_view path);
 
 }  // namespace Corvetape

@@ -37,7 +37,7 @@ void WatchPages::Attach(WatchListKind kind) {
         Form.txtWatch[i].Text("");
     });
     Form.lstWatch[i].Click.Connect(
-        [this, i] { Form.cmdDeleteFromWatchList[i].Enabled(Form.lstWatch[i].ListIndex() >= 0); });
+        [this, i] { Form.cmdDeleteFromWatchList[i].Enabled(Form.lstWatch[i].SelCount() > 0); });
     Form.cmdDeleteFromWatchList[i].Click.Connect([this, kind] { DeleteSelected(kind); });
     Form.cmdEditWatchList[i].Click.Connect([this, kind] {
         // Without an editor nothing opens; there is nobody else to tell.
@@ -56,9 +56,10 @@ void WatchPages::Show(WatchListKind kind) {
     std::vector<std::pair<std::u32string, std::string>> sorted;
     for (const std::string& entry : Lists.List(kind).Entries()) sorted.emplace_back(FoldText(entry), entry);
     std::ranges::sort(sorted);
-    ListBox& list = Form.lstWatch[Number(kind)];
-    list.Clear();
-    for (auto& [key, entry] : sorted) list.AddItem(std::move(entry));
+    std::vector<ListItem> items;
+    items.reserve(sorted.size());
+    for (auto& [key, entry] : sorted) items.push_back({std::move(entry)});
+    Form.lstWatch[Number(kind)].Items(std::move(items));
     Form.cmdDeleteFromWatchList[Number(kind)].Enabled(false);
 }
 
@@ -66,7 +67,9 @@ void WatchPages::ShowNew(WatchListKind kind, const std::string& entry) {
     ListBox& list = Form.lstWatch[Number(kind)];
     const auto& items = list.Items();
     const auto place = std::ranges::upper_bound(items, entry, ComesBefore, &ListItem::Text);
-    list.InsertItem(static_cast<int32_t>(place - items.begin()), entry);
+    const auto index = static_cast<int32_t>(place - items.begin());
+    list.InsertItem(index, entry);
+    list.Reveal(index);
 }
 
 void WatchPages::AddToWatchList(WatchListKind kind, const std::string& entry) {
@@ -78,7 +81,7 @@ void WatchPages::EnterPressed(WatchListKind kind) {
 }
 
 void WatchPages::DeletePressed(WatchListKind kind) {
-    if (Form.lstWatch[Number(kind)].ListIndex() >= 0) Form.cmdDeleteFromWatchList[Number(kind)].Press();
+    if (Form.lstWatch[Number(kind)].SelCount() > 0) Form.cmdDeleteFromWatchList[Number(kind)].Press();
 }
 
 void WatchPages::DoubleClicked(WatchListKind kind) {
@@ -88,27 +91,42 @@ void WatchPages::DoubleClicked(WatchListKind kind) {
 }
 
 void WatchPages::DeleteSelected(WatchListKind kind) {
-    ListBox& list = Form.lstWatch[Number(kind)];
-    if (list.ListIndex() >= 0) {
-        Lists.Remove(kind, list.Items()[static_cast<size_t>(list.ListIndex())].Text);
-        list.RemoveItem(list.ListIndex());
-    }
+    std::vector<std::string> gone;
+    for (ListItem& item : Form.lstWatch[Number(kind)].TakeSelected()) gone.push_back(std::move(item.Text));
+    Lists.RemoveAll(kind, gone);
     Lists.SaveWatchList(kind);  // a list that cannot be written holds in memory until the program ends
     Form.cmdDeleteFromWatchList[Number(kind)].Enabled(false);
 }
 
-void WatchPages::FilesDropped(WatchListKind kind, std::span<const std::string> paths, Drop what) {
+WatchPages::DragEffect WatchPages::DragOver(DragContent content, DragKeys keys) {
+    LastKeys = keys;
+    return content == DragContent::Files ? DragEffect::Copy : DragEffect::None;
+}
+
+void WatchPages::DragDrop(WatchListKind kind, DragContent content, std::span<const std::string> paths) {
+    if (content != DragContent::Files) return;
+    std::vector<std::string> names;
     for (const std::string& path : paths) {
-        const std::string name = NameOfDroppedFile(path);
-        if (name.empty()) continue;
-        if (what == Drop::RemoveNames) {
-            Lists.Remove(kind, name);
-        } else if (Lists.Add(kind, name)) {
-            ShowNew(kind, name);
-        }
+        std::string name = NameOfDroppedFile(path);
+        if (!name.empty()) names.push_back(std::move(name));
+    }
+    if (LastKeys == DragKeys::Ctrl) {
+        RemoveDropped(kind, names);
+    } else {
+        AddDropped(kind, names);
+    }
+}
+
+void WatchPages::AddDropped(WatchListKind kind, std::span<const std::string> names) {
+    for (const std::string& name : names) {
+        if (Lists.Add(kind, name)) ShowNew(kind, name);
     }
     Lists.SaveWatchList(kind);  // a list that cannot be written holds in memory until the program ends
-    if (what == Drop::AddNames) return;
+}
+
+void WatchPages::RemoveDropped(WatchListKind kind, std::span<const std::string> names) {
+    Lists.RemoveAll(kind, names);
+    Lists.SaveWatchList(kind);  // a list that cannot be written holds in memory until the program ends
     Lists.LoadWatchList(kind);  // an outside edit is taken over on the way
     Show(kind);
 }

@@ -32,21 +32,29 @@ class WatchPages {
     /// A double click on a list: its selected entry goes into the box for editing and stays in the list.
     void DoubleClicked(WatchListKind kind);
 
-    /// What a drop of files does to the list.
-    enum class Drop { AddNames, RemoveNames };
+    enum class DragContent { Files, Other };
+    enum class DragKeys { None, Ctrl };  ///< other keys do not count
+    enum class DragEffect { None, Copy };
 
-    /// Music files were dropped on a list. Files of other kinds are passed over.
-    void FilesDropped(WatchListKind kind, std::span<const std::string> paths, Drop what);
+    /// Something is dragged over a list: what a drop would do. The keys are remembered for the drop.
+    DragEffect DragOver(DragContent content, DragKeys keys);
+
+    /// Something was dropped on a list. Of music files the names are added or, with Ctrl at the last
+    /// DragOver, taken away; files of other kinds and everything else are passed over.
+    void DragDrop(WatchListKind kind, DragContent content, std::span<const std::string> paths);
 
  private:
     void Attach(WatchListKind kind);
     void Show(WatchListKind kind);
     void ShowNew(WatchListKind kind, const std::string& entry);
     void DeleteSelected(WatchListKind kind);
+    void AddDropped(WatchListKind kind, std::span<const std::string> names);
+    void RemoveDropped(WatchListKind kind, std::span<const std::string> names);
 
     frmMain& Form;
     WatchLists& Lists;
     Processes& Programs;
+    DragKeys LastKeys = DragKeys::None;
 };
 
 }  // namespace Corvetape

@@ -179,6 +179,56 @@ TEST(ListBox, SelectingAnotherEntryIsAClick) {
     EXPECT_EQ(window.lstItems.ValueText(), "0");
 }
 
+TEST(MultiListBox, SelectsEntriesBesideOneAnother) {
+    Form form("frm", "");
+    MultiListBox list(form, "lst");
+    for (const char* text : {"a", "b", "c", "d"}) list.AddItem(text);
+    int clicks = 0;
+    list.Click.Connect([&] { ++clicks; });
+    list.Select(1);
+    list.Selected(3, true);
+    list.Selected(3, true);
+    EXPECT_EQ(list.SelCount(), 2);
+    EXPECT_EQ(list.ListIndex(), 3);
+    EXPECT_EQ(clicks, 2);
+    list.Select(0);  // a plain click leaves the others
+    EXPECT_EQ(list.SelCount(), 1);
+    EXPECT_FALSE(list.Selected(4, true));
+    EXPECT_FALSE(list.Selected(-1, true));
+}
+
+TEST(MultiListBox, TakesAWholeSelectionAtOnce) {
+    Form form("frm", "");
+    MultiListBox list(form, "lst");
+    for (const char* text : {"a", "b", "c", "d"}) list.AddItem(text);
+    int clicks = 0;
+    list.Click.Connect([&] { ++clicks; });
+    const std::vector<int32_t> wanted = {1, 2, 7, -1};
+    list.SelectExactly(wanted);
+    list.SelectExactly(wanted);
+    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(list.SelCount(), 2);
+    list.SelectExactly({});
+    EXPECT_EQ(list.SelCount(), 0);
+    EXPECT_EQ(clicks, 2);
+}
+
+TEST(MultiListBox, KeepsTheSelectionOnItsEntriesWhenOthersComeAndGo) {
+    Form form("frm", "");
+    MultiListBox list(form, "lst");
+    for (const char* text : {"a", "c", "d"}) list.AddItem(text);
+    list.SelectExactly(std::vector<int32_t>{1, 2});
+    list.InsertItem(1, "b");
+    list.RemoveItem(0);
+    const std::vector<ListItem> taken = list.TakeSelected();
+    ASSERT_EQ(taken.size(), 2U);
+    EXPECT_EQ(taken[0].Text, "c");
+    EXPECT_EQ(taken[1].Text, "d");
+    ASSERT_EQ(list.Items().size(), 1U);
+    EXPECT_EQ(list.Items()[0].Text, "b");
+    EXPECT_EQ(list.ListIndex(), -1);
+}
+
 TEST(ListBox, EntriesKeepTheirDataAndClearingSelectsNone) {
     Window window;
     window.lstItems.ListIndex(0);

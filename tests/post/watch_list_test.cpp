@@ -97,9 +97,9 @@ TEST_F(WatchListsTest, AnEntryWithoutWildcardsExcludesTheExactNameOnly) {
 TEST_F(WatchListsTest, ARemovedEntryIsGoneAndCanBeAddedAgain) {
     Lists.Add(Exclude, "Ann*");
     Lists.Add(Exclude, "Bob");
-    EXPECT_TRUE(Lists.Remove(Exclude, "ANN*"));
-    EXPECT_TRUE(Lists.Remove(Exclude, "bob"));
-    EXPECT_FALSE(Lists.Remove(Exclude, "bob"));
+    Lists.Add(Exclude, "Cleo");
+    Lists.RemoveAll(Exclude, std::vector<std::string>{"ANN*", "bob", "bob", "nobody"});
+    EXPECT_EQ(Lists.List(Exclude).Entries(), std::vector<std::string>{"Cleo"});
     EXPECT_FALSE(Lists.IsExcluded("Ann"));
     EXPECT_FALSE(Lists.IsExcluded("Bob"));
     EXPECT_TRUE(Lists.Add(Exclude, "Bob"));
@@ -139,6 +139,7 @@ TEST(NameOfDroppedFile, IsTheNameOfAMusicFileInAFolder) {
     EXPECT_EQ(NameOfDroppedFile("/music/mp3"), "");
     EXPECT_EQ(NameOfDroppedFile("a.mp3"), "");
     EXPECT_EQ(NameOfDroppedFile("/a.mp3"), "");
+    EXPECT_EQ(NameOfDroppedFile("/music/two\nlines.mp3"), "");  // an entry is one line of its file
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <numeric>
+
 #include "platform/sim/sim_machine.h"
 
 namespace Corvetape {
@@ -36,6 +38,9 @@ class WatchPagesTest : public testing::Test {
 };
 
 using Texts = std::vector<std::string>;
+using DragContent = WatchPages::DragContent;
+using DragKeys = WatchPages::DragKeys;
+using DragEffect = WatchPages::DragEffect;
 
 TEST_F(WatchPagesTest, ShowsTheListsSortedWhileTheFileKeepsItsOrder) {
     ASSERT_TRUE(Machine.Files.Append(Lists.FileOf(Exclude), "zebra\r\nApe\r\n"));
@@ -94,20 +99,93 @@ TEST_F(WatchPagesTest, ADoubleClickCopiesTheEntryForEditing) {
     EXPECT_EQ(Shown(Include), (Texts{"One"}));
 }
 
-TEST_F(WatchPagesTest, DroppedMusicFilesAddTheirNames) {
-    const Texts paths = {"/m/Ann - One.mp3", "/m/cover.jpg", "/m/Bob - Two.OGG", "/m/ann - one.wav"};
-    Pages.FilesDropped(Exclude, paths, WatchPages::Drop::AddNames);
-    EXPECT_EQ(Shown(Exclude), (Texts{"Ann - One", "Bob - Two"}));
-    EXPECT_EQ(FileText(Exclude), "Ann - One\r\nBob - Two\r\n");
+TEST_F(WatchPagesTest, AllSelectedEntriesAreDeletedAtOnce) {
+    for (const char* entry : {"d", "a", "c", "b"}) Pages.AddToWatchList(Exclude, entry);
+    MultiListBox& list = Form.lstWatch[1];
+    list.SelectExactly(std::vector<int32_t>{0, 2});
+    list.Selected(3, true);
+    EXPECT_TRUE(Form.cmdDeleteFromWatchList[1].Enabled());
+    list.Selected(0, false);
+    Form.cmdDeleteFromWatchList[1].Press();
+    EXPECT_EQ(Shown(Exclude), (Texts{"a", "b"}));
+    EXPECT_EQ(FileText(Exclude), "a\r\nb\r\n");
+    EXPECT_FALSE(Form.cmdDeleteFromWatchList[1].Enabled());
 }
 
-TEST_F(WatchPagesTest, DroppedWithCtrlTheyTakeThemAway) {
-    Pages.AddToWatchList(Exclude, "Ann - One");
-    Pages.AddToWatchList(Exclude, "Bob - Two");
-    const Texts paths = {"/m/ANN - ONE.mp3", "/m/Nobody.mp3"};
-    Pages.FilesDropped(Exclude, paths, WatchPages::Drop::RemoveNames);
+TEST_F(WatchPagesTest, WithoutASelectedEntryThereIsNothingToDelete) {
+    Pages.AddToWatchList(Exclude, "a");
+    Form.lstWatch[1].Selected(0, true);
+    Form.lstWatch[1].Selected(0, false);  // still the current one
+    EXPECT_FALSE(Form.cmdDeleteFromWatchList[1].Enabled());
+    Pages.DeletePressed(Exclude);
+    EXPECT_EQ(Shown(Exclude), (Texts{"a"}));
+}
+
+TEST_F(WatchPagesTest, ANewEntryIsScrolledIntoViewAndLeavesTheSelection) {
+    for (const char* entry : {"a", "c"}) Pages.AddToWatchList(Exclude, entry);
+    Form.lstWatch[1].Select(1);
+    int32_t revealed = -1;
+    Form.lstWatch[1].Revealed.Connect([&](int32_t index) { revealed = index; });
+    Pages.AddToWatchList(Exclude, "b");
+    EXPECT_EQ(revealed, 1);
+    EXPECT_FALSE(Form.lstWatch[1].Items()[1].Selected);
+    EXPECT_TRUE(Form.lstWatch[1].Items()[2].Selected);
+}
+
+TEST_F(WatchPagesTest, FilesThatAreDraggedWouldBeCopiedAndNothingElse) {
+    EXPECT_EQ(Pages.DragOver(DragContent::Files, DragKeys::None), DragEffect::Copy);
+    EXPECT_EQ(Pages.DragOver(DragContent::Files, DragKeys::Ctrl), DragEffect::Copy);
+    EXPECT_EQ(Pages.DragOver(DragContent::Other, DragKeys::None), DragEffect::None);
+}
+
+TEST_F(WatchPagesTest, DroppedMusicFilesAddTheirNames) {
+    const Texts paths = {"/m/Ann - One.mp3", "/m/cover.jpg", "/m/Bob - Two.OGG", "/m/ann - one.wav"};
+    Pages.DragOver(DragContent::Files, DragKeys::None);
+    Pages.DragDrop(Exclude, DragContent::Files, paths);
+    EXPECT_EQ(Shown(Exclude), (Texts{"Ann - One", "Bob - Two"}));
+    EXPECT_EQ(FileText(Exclude), "Ann - One\r\nBob - Two\r\n");
+    EXPECT_TRUE(Shown(Include).empty());
+}
+
+TEST_F(WatchPagesTest, DroppedWithCtrlTheyTakeThemAwayAndTheFileIsReadAgain) {
+    for (const char* entry : {"Ann - One", "Bob - Two", "Cleo"}) Pages.AddToWatchList(Exclude, entry);
+    const Texts paths = {"/m/ANN - ONE.mp3", "/m/Nobody.mp3", "/m/cleo.ogg"};
+    Pages.DragOver(DragContent::Files, DragKeys::Ctrl);
+    Pages.DragDrop(Exclude, DragContent::Files, paths);
     EXPECT_EQ(Shown(Exclude), (Texts{"Bob - Two"}));
     EXPECT_EQ(FileText(Exclude), "Bob - Two\r\n");
+}
+
+TEST_F(WatchPagesTest, TheKeysOfTheLastMoveCount) {
+    const Texts paths = {"/m/Ann - One.mp3"};
+    Pages.DragOver(DragContent::Files, DragKeys::Ctrl);
+    Pages.DragOver(DragContent::Files, DragKeys::None);
+    Pages.DragDrop(Include, DragContent::Files, paths);
+    EXPECT_EQ(Shown(Include), (Texts{"Ann - One"}));
+}
+
+TEST_F(WatchPagesTest, ADropOfAnythingButFilesDoesNothing) {
+    const Texts paths = {"/m/Ann - One.mp3"};
+    Pages.DragOver(DragContent::Other, DragKeys::None);
+    Pages.DragDrop(Include, DragContent::Other, paths);
+    EXPECT_TRUE(Shown(Include).empty());
+    EXPECT_EQ(FileText(Include), "(none)");
+}
+
+TEST_F(WatchPagesTest, ManyEntriesAreDeletedAtOnceWithoutATellingOfEach) {
+    std::string text;
+    constexpr int count = 100'000;
+    for (int i = 0; i < count; ++i) text += "Song " + std::to_string(i) + "\r\n";
+    ASSERT_TRUE(Machine.Files.Append(Lists.FileOf(Exclude), text));
+    int changes = 0;
+    Form.lstWatch[1].Changed.Connect([&] { ++changes; });
+    Pages.LoadWatchLists();
+    std::vector<int32_t> all(count - 1);
+    std::iota(all.begin(), all.end(), 1);
+    Form.lstWatch[1].SelectExactly(all);
+    Pages.DeletePressed(Exclude);
+    EXPECT_EQ(Shown(Exclude), (Texts{"Song 0"}));
+    EXPECT_LE(changes, 5);
 }
 
 }  // namespace
