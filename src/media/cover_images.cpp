@@ -1,6 +1,7 @@
 #include "media/cover_images.h"
 
 #include "core/text.h"
+#include "media/image_size.h"
 
 namespace Corvetape {
 
@@ -40,8 +41,11 @@ void CoverImages::Answered(const HttpAnswer& answer) {
 }
 
 const std::string& CoverImages::Picture() const {
-    static const std::string none;
-    return CoverBytes.size() >= LeastCoverBytes ? CoverBytes : none;
+    return CoverBytes.size() >= LeastCoverBytes ? CoverBytes : None;
+}
+
+const std::string& CoverImages::PictureToShow() const {
+    return MayBeDecoded(Picture()) ? CoverBytes : None;
 }
 
 void CoverImages::SaveImage(const std::string& basePath) {

@@ -43,6 +43,10 @@ class CoverImages {
     /// The newest picture as it was delivered; empty if there is none that counts as one.
     const std::string& Picture() const;
 
+    /// The same for whoever shows it: empty also if no decoder may see it (see MayBeDecoded). It is stored
+    /// with its song all the same.
+    const std::string& PictureToShow() const;
+
     /// A picture has come, or the present one has to go.
     std::function<void()> Changed;
 
@@ -53,6 +57,7 @@ class CoverImages {
     Files& Disk;
     const PauseSettings& Pause;
     std::shared_ptr<bool> Alive;
+    const std::string None;
     std::string CoverBytes;
     std::string SongCoverBytes;
     std::string LastCoverUrl;

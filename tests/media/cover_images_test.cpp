@@ -136,5 +136,21 @@ TEST_F(CoverImagesTest, TellsWhenAPictureComesAndWhenItGoes) {
     EXPECT_EQ(changes, 2);
 }
 
+TEST_F(CoverImagesTest, APictureThatWouldEatTheMemoryIsStoredButNotShown) {
+    std::string png("\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0\0\1\0\0\0\1\0", 24);
+    png.resize(2000);
+    Covers.LoadImage("http://127.0.0.1/small.png");
+    Web.Answer(png);
+    EXPECT_EQ(Covers.PictureToShow(), png);
+    png.replace(16, 8, std::string("\0\0\x75\x30\0\0\x75\x30", 8));  // 30,000 by 30,000
+    Covers.LoadImage("http://127.0.0.1/large.png");
+    Web.Answer(png);
+    EXPECT_EQ(Covers.Picture(), png);
+    EXPECT_EQ(Covers.PictureToShow(), "");
+    Covers.LoadImage("");
+    Covers.SaveImage("/home/user/song");
+    EXPECT_EQ(Stored(), png);
+}
+
 }  // namespace
 }  // namespace Corvetape
