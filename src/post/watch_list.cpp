@@ -28,16 +28,17 @@ bool WatchList::Add(std::string_view entry) {
     return true;
 }
 
-void WatchList::RemoveAll(std::span<const std::string> entries) {
+size_t WatchList::RemoveAll(std::span<const std::string> entries) {
     std::unordered_set<std::u32string> gone;
     for (const std::string& entry : entries) {
         std::u32string key = FoldText(entry);
         if (Keys.erase(key) > 0) gone.insert(std::move(key));
     }
-    if (gone.empty()) return;
+    if (gone.empty()) return 0;
     for (const std::u32string& key : gone) Plain.erase(key);
     std::erase_if(Patterns, [&](const Pattern& pattern) { return gone.contains(pattern.Key); });
     std::erase_if(OwnEntries, [&](const std::string& each) { return gone.contains(FoldText(each)); });
+    return gone.size();
 }
 
 bool WatchList::Holds(std::string_view name) const {

@@ -27,8 +27,8 @@ class WatchList {
     /// False, and no change, if the entry is there already but for its case.
     bool Add(std::string_view entry);
 
-    /// Takes many entries out at once; those that are not there are passed over.
-    void RemoveAll(std::span<const std::string> entries);
+    /// Takes many entries out at once; those that are not there are passed over. Returns how many were there.
+    size_t RemoveAll(std::span<const std::string> entries);
 
     /// True if the name matches an entry, case ignored.
     bool Holds(std::string_view name) const;
@@ -65,8 +65,8 @@ class WatchLists {
 
     /// Adds or removes without saving, for many at once.
     bool Add(WatchListKind kind, std::string_view entry) { return ListOf(kind).Add(entry); }
-    void RemoveAll(WatchListKind kind, std::span<const std::string> entries) {
-        ListOf(kind).RemoveAll(entries);
+    size_t RemoveAll(WatchListKind kind, std::span<const std::string> entries) {
+        return ListOf(kind).RemoveAll(entries);
     }
 
     /// True if the song of this name is to be dropped: on the second list and not on the first.

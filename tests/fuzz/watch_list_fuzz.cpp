@@ -45,6 +45,10 @@ void CheckRoundTrip(SimFiles& disk, const WorkingFolders& folders, WatchLists& l
             "a saved list is read as it was");
 }
 
+bool Remove(WatchLists& lists, const std::string& entry) {
+    return lists.RemoveAll(Kind, {&entry, 1}) == 1;
+}
+
 void CheckEntry(SimFiles& disk, const WorkingFolders& folders, WatchLists& lists, std::string_view entry) {
     const size_t before = lists.List(Kind).Entries().size();
     const bool added = lists.AddToWatchList(Kind, entry);
@@ -53,11 +57,11 @@ void CheckEntry(SimFiles& disk, const WorkingFolders& folders, WatchLists& lists
         const std::string& last = lists.List(Kind).Entries().back();
         Require(TrimBlanks(last) == last, "an entry has no blanks at its ends");
         CheckRoundTrip(disk, folders, lists);
-        Require(lists.Remove(Kind, last) && lists.List(Kind).Entries().size() == before,
+        Require(Remove(lists, last) && lists.List(Kind).Entries().size() == before,
                 "what was added can be removed");
     }
     const bool there = HasEntry(lists.List(Kind), entry);
-    Require(lists.Remove(Kind, entry) == there && !HasEntry(lists.List(Kind), entry),
+    Require(Remove(lists, std::string(entry)) == there && !HasEntry(lists.List(Kind), entry),
             "what is removed is gone");
 }
 

@@ -98,7 +98,7 @@ TEST_F(WatchListsTest, ARemovedEntryIsGoneAndCanBeAddedAgain) {
     Lists.Add(Exclude, "Ann*");
     Lists.Add(Exclude, "Bob");
     Lists.Add(Exclude, "Cleo");
-    Lists.RemoveAll(Exclude, std::vector<std::string>{"ANN*", "bob", "bob", "nobody"});
+    EXPECT_EQ(Lists.RemoveAll(Exclude, std::vector<std::string>{"ANN*", "bob", "bob", "nobody"}), 2U);
     EXPECT_EQ(Lists.List(Exclude).Entries(), std::vector<std::string>{"Cleo"});
     EXPECT_FALSE(Lists.IsExcluded("Ann"));
     EXPECT_FALSE(Lists.IsExcluded("Bob"));
