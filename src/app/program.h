@@ -119,6 +119,11 @@ class Program {
     /// The stop, step by step. Does nothing the second time.
     void Unload();
 
+    /// For an update that has to write where only an administrator may: asks whether the program is to be
+    /// started again with these parameters and more rights, and ends it for that. True if more rights were
+    /// needed, whatever the answer; false on systems that ask nobody for them, and where they are there.
+    bool RestartElevated(const std::string& parameters);
+
     /// Takes the results of encoders that have ended, and tells them. Called once a second while the program
     /// runs; whoever waits for encoders after the stop calls it again.
     void CollectJobs();

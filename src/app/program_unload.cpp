@@ -6,6 +6,7 @@
 
 #include "app/program.h"
 #include "app/program_parts.h"
+#include "core/lifecycle.h"
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
 #include "platform/files.h"
@@ -76,6 +77,21 @@ void Program::RequestUnload() {
     Host.Loop.Post([this, alive = std::weak_ptr<bool>(Alive)] {
         if (!alive.expired()) Unload();
     });
+}
+
+bool Program::RestartElevated(const std::string& parameters) {
+    if (!IsWindowsVista(Host.System.Version())) return false;
+    if (Parts->Registry.CanWriteMachineBranch(Host.Clock)) return false;
+    if (Host.Dialogs.AskYesNo(Parts->Messages.FormatMsg("989VI"), DialogIcon::Critical)) {
+        const std::string& folder = Memory->Folders.ProgramFolder;
+        const std::string program = folder + "/" + ShortName + ".exe";
+        // What comes of it is for the new process to tell: this one ends in any case.
+        Host.Processes.ShellOpen(folder + "/RunAsAdmin.lnk",
+                                 "/q /c \"start \"\" \"" + program + "\" " + parameters + "\"", folder);
+        Memory->Flags.DisableAtEndOfSong = true;
+        RequestUnload();
+    }
+    return true;
 }
 
 void Program::TransferNow() {
