@@ -152,7 +152,7 @@ void ProgramOptions::ChangeEncodeDelay() {
 void ProgramOptions::ChangeBufferFlag() {
     const int32_t method = LastBufferMethod - Form.lstBufferFlag.ListIndex();
     const bool isAnother = method != Options.PollRecordingBuffers;
-    Options.PollRecordingBuffers = method;
+    // This run keeps its method, also where the input is opened anew.
     Store.WriteSetting(DoNotChange, "PollRecordingBuffers", method);
     if (!isAnother || BufferFlagTold) return;  // showing the stored method is no change
     BufferFlagTold = true;

@@ -213,6 +213,8 @@ TEST(Start, SetsTheDelayOfTheTransferToTheLargerOfTheSettingAnd100Milliseconds) 
         ASSERT_TRUE(world.Load());
         EXPECT_EQ(world.Form().tmrEncodeFile.Interval(), interval);
         EXPECT_FALSE(world.Form().tmrEncodeFile.Running());
+        world.Form().lstEncodeDelay.ListIndex(2);
+        EXPECT_EQ(world.Form().tmrEncodeFile.Interval(), interval) << "a change acts from the next start on";
     }
 }
 
