@@ -1,0 +1,47 @@
+// The delay between the close of a song and its transfer.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/desktop_notes.h"
+#include "scenario/song_audio.h"
+
+namespace Corvetape::Test {
+namespace {
+
+using testing::IsEmpty;
+using testing::SizeIs;
+
+WorldOptions ThreeSongs(const char* delayMs) {
+    WorldOptions options = Starting("", {{ProviderOfRadio, "LengthOfPause", "500"},
+                                         {ProviderOfRadio, "IgnoreShortSongs", "2"},
+                                         {"DoNotChange", "EncodeDelay", delayMs}});
+    options.Radio = NumberedRadio({10, 10, 10});
+    return options;
+}
+
+TEST(HandOver, WaitsForTheDelayOfTheSettings) {
+    World world(ThreeSongs("4000"));
+    ASSERT_TRUE(world.StartRecording());
+    ASSERT_TRUE(world.RunUntil([&] { return KeptSongs(world).size() == 1; }, 30));
+    world.RunFor(3.9);
+    EXPECT_THAT(world.Transferred, IsEmpty());
+    world.RunFor(0.2);
+    EXPECT_THAT(world.Transferred, SizeIs(1));
+}
+
+TEST(HandOver, OfASongThatStillWaitsComesAheadOfTheNextOne) {
+    World world(ThreeSongs("30000"));
+    ASSERT_TRUE(world.StartRecording());
+    ASSERT_TRUE(world.RunUntil([&] { return KeptSongs(world).size() == 3; }, 60));
+    EXPECT_THAT(world.Transferred, SizeIs(2));
+    world.Finish();
+    ASSERT_THAT(world.Transferred, SizeIs(3));
+    for (size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(world.Transferred[i].Media.TempFileName, KeptSongs(world)[i].Song.Media.TempFileName);
+        EXPECT_TRUE(world.Disk().Exists(world.Transferred[i].MusicFile));
+    }
+}
+
+}  // namespace
+}  // namespace Corvetape::Test
