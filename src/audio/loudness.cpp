@@ -2,6 +2,7 @@
 // instructions of them; where it can, a second version is made for processors with wider ones. Frames are
 // taken by reference: of copies the compiler makes no such loop.
 #include <algorithm>
+#include <cfloat>
 #include <cstddef>
 
 #include "audio/analyze.h"
@@ -19,17 +20,26 @@ int32_t Magnitude(int16_t sample) {
 
 constexpr int32_t NoGain = 100;
 
-/// Up to here the product with any sample fits into 32 bits.
-constexpr int32_t LargestFastGain = 65'535;
+/// Up to here the fast way may be taken, with any sample; not at all where floats are computed wider.
+constexpr int32_t LargestFastGain = FLT_EVAL_METHOD == 0 ? 65'535 : -1;
+
+/// A sample at a gain in per cent, truncated toward zero, if that fits into 16 bits; else a number of the
+/// same sign that does not fit either. In single precision because processors without AVX2 multiply and
+/// divide whole numbers of 32 bits slowly. It is exact: a product that leads to 16 bits has less than 2^22,
+/// and the error of its hundredth, 2^-23 of it, is too small to carry it over a whole number.
+int32_t AtGain(int16_t sample, float percent) {
+    return static_cast<int32_t>(static_cast<float>(sample) * percent * 0.01F);
+}
 
 /// For gains of 0 to 100 per cent, at which nothing overflows.
 #if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
 [[gnu::target_clones("default", "avx2")]]
 #endif
 void Attenuate(std::span<Frame> frames, int32_t levelMultiplier) {
+    const auto percent = static_cast<float>(levelMultiplier);
     for (Frame& frame : frames) {
-        frame.Left = static_cast<int16_t>(frame.Left * levelMultiplier / 100);
-        frame.Right = static_cast<int16_t>(frame.Right * levelMultiplier / 100);
+        frame.Left = static_cast<int16_t>(AtGain(frame.Left, percent));
+        frame.Right = static_cast<int16_t>(AtGain(frame.Right, percent));
     }
 }
 
@@ -39,9 +49,10 @@ void Attenuate(std::span<Frame> frames, int32_t levelMultiplier) {
 [[gnu::target_clones("default", "avx2")]]
 #endif
 void Boost(std::span<Frame> frames, int32_t levelMultiplier) {
+    const auto percent = static_cast<float>(levelMultiplier);
     for (Frame& frame : frames) {
-        const int32_t left = frame.Left * levelMultiplier / 100;
-        const int32_t right = frame.Right * levelMultiplier / 100;
+        const int32_t left = AtGain(frame.Left, percent);
+        const int32_t right = AtGain(frame.Right, percent);
         const bool fits = (left >= Least) & (left <= Most) & (right >= Least) & (right <= Most);
         const int32_t fullLeft = left > 0 ? Most : left < 0 ? Least : 0;
         const int32_t fullRight = right >= 0 ? Most : Least;
@@ -110,12 +121,12 @@ MeasureAll(std::span<const Frame> frames) {
 }
 
 void Amplify(std::span<Frame> frames, int32_t levelMultiplier) {
-    if (levelMultiplier >= 0 && levelMultiplier <= NoGain) {
-        Attenuate(frames, levelMultiplier);
-    } else if (levelMultiplier > NoGain && levelMultiplier <= LargestFastGain) {
-        Boost(frames, levelMultiplier);
-    } else {
+    if (levelMultiplier < 0 || levelMultiplier > LargestFastGain) {
         AmplifyExactly(frames, levelMultiplier);
+    } else if (levelMultiplier <= NoGain) {
+        Attenuate(frames, levelMultiplier);
+    } else {
+        Boost(frames, levelMultiplier);
     }
 }
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -173,6 +174,18 @@ TEST(Amplify, AgreesWithThePlainWayForAllSamplesAtCommonGains) {
         frames.push_back({static_cast<int16_t>(sample), static_cast<int16_t>(-1 - sample)});
     }
     for (const int32_t gain : {1, 33, 50, 99, 101, 150, 199, 200, 400, 1000}) ExpectAmplified(frames, gain);
+}
+
+TEST(Amplify, AgreesWithThePlainWayForAllSamplesThatFitAtManyGains) {
+    for (int32_t gain = 1; gain <= 65'536; gain += 13) {
+        const int32_t most = std::min(3'276'899 / gain + 2, 32767);
+        std::vector<Frame> frames;
+        for (int32_t sample = -most; sample <= most; ++sample) {
+            frames.push_back({static_cast<int16_t>(sample), 0});
+            frames.push_back({0, static_cast<int16_t>(sample)});
+        }
+        ExpectAmplified(std::move(frames), gain);
+    }
 }
 
 TEST(Amplify, AgreesWithThePlainWayForAllEdgesAtAnyGain) {
