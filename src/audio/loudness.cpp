@@ -25,8 +25,8 @@ constexpr int32_t LargestFastGain = FLT_EVAL_METHOD == 0 ? 65'535 : -1;
 
 /// A sample at a gain in per cent, truncated toward zero, if that fits into 16 bits; else a number of the
 /// same sign that does not fit either. In single precision because processors without AVX2 multiply and
-/// divide whole numbers of 32 bits slowly. It is exact: a product that leads to 16 bits has less than 2^22,
-/// and the error of its hundredth, 2^-23 of it, is too small to carry it over a whole number.
+/// divide whole numbers of 32 bits slowly. A product that leads to 16 bits is below 2^22 and so
+/// exact, and the truncated hundredth is right for every one of them.
 int32_t AtGain(int16_t sample, float percent) {
     return static_cast<int32_t>(static_cast<float>(sample) * percent * 0.01F);
 }

@@ -54,6 +54,7 @@ class ScriptedWaveIn : public WaveIn {
     int32_t Due = 0;  ///< buffers that the next Deliver fills
     std::function<void()> OnDeliver;
     std::function<void()> OnReset;
+    std::function<void()> OnClose;
     int16_t Value = 1;
     std::string Asked;
     WaveFormat Format;
@@ -68,6 +69,7 @@ class ScriptedWaveIn : public WaveIn {
         explicit Stream(ScriptedWaveIn& owner) : Owner(owner) {}
         ~Stream() override {
             Owner.Asked += "close ";
+            if (Owner.OnClose) Owner.OnClose();
             --Owner.OpenStreams;
         }
         void AddBuffer(WaveHeader& header) override {

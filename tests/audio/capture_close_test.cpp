@@ -50,8 +50,9 @@ TEST_F(CaptureCloses, EventsAreHandledBeforeTheResetBehindItAndBehindTheClose) {
             Signal.PeakLeft = 5;
         });
     };
+    Device.OnClose = [&] { AmongEvents(look); };
     Input().CloseWaveIn();
-    EXPECT_EQ(asked, (std::vector<std::string>{"", "reset "}));
+    EXPECT_EQ(asked, (std::vector<std::string>{"", "reset ", "reset close "}));
     EXPECT_EQ(Signal.PeakLeft, 0) << "the peaks are cleared last";
     EXPECT_EQ(TakeAsked(), "reset close ");
 }
@@ -103,24 +104,29 @@ TEST_F(CaptureCloses, ACloseWithinTheEventsOfACloseDoesTheRestOfIt) {
 }
 
 TEST_F(CaptureCloses, ADeviceThatIsOpenedWithinTheEventsOfACloseStaysOpen) {
-    for (const bool behindTheReset : {false, true}) {
+    for (const char* place : {"first", "behind the reset", "behind the close"}) {
+        SCOPED_TRACE(place);
         Input().OpenWaveIn(0);
         TakeAsked();
-        Device.OnReset = nullptr;
+        bool asked = false;
         bool opened = false;
-        const auto open = [&] { opened = Input().OpenWaveIn(1); };
-        if (behindTheReset) {
-            Device.OnReset = [&] {
-                Device.OnReset = nullptr;
-                AmongEvents(open);
-            };
-        } else {
-            AmongEvents(open);
-        }
+        const auto open = [&] {
+            opened = Input().OpenWaveIn(1);
+            Signal.PeakLeft = 9;
+        };
+        const auto once = [&] {
+            if (!std::exchange(asked, true)) AmongEvents(open);
+        };
+        if (place == std::string("first")) AmongEvents(open);
+        if (place == std::string("behind the reset")) Device.OnReset = once;
+        if (place == std::string("behind the close")) Device.OnClose = once;
         Input().CloseWaveIn();
+        Device.OnReset = nullptr;
+        Device.OnClose = nullptr;
         EXPECT_TRUE(opened);
         EXPECT_TRUE(Input().IsOpen());
         EXPECT_EQ(Device.OpenStreams, 1);
+        EXPECT_EQ(Signal.PeakLeft, 9) << "it is the meter of another device now";
         Heard.clear();
         Device.Arrive();
         EXPECT_EQ(Heard.size(), 1U);
@@ -247,7 +253,9 @@ TEST_F(CaptureCloses, DestroyingTheCaptureClosesTheDeviceWithoutHandlingEvents) 
     Input().OpenWaveIn(0);
     bool handled = false;
     AmongEvents([&] { handled = true; });
+    TakeAsked();
     Made.reset();
+    EXPECT_EQ(TakeAsked(), "reset close ");
     EXPECT_EQ(Device.OpenStreams, 0);
     EXPECT_FALSE(handled);
     Device.Events.Availability(true);

@@ -87,6 +87,20 @@ TEST_F(Captures, OpeningTheOpenDeviceClosesItFirstAndBeginsAnew) {
     EXPECT_EQ(Signal.FramesReceived, 0U);
 }
 
+TEST_F(Captures, OpeningForgetsWhatTheBuffersHeldAndWhatWasLost) {
+    Options.PollRecordingBuffers = 1;
+    Input().OpenWaveIn(0);
+    Device.Fill()->dwFlags |= WHDR_DONE;
+    Device.Events.Incident({WaveInIncidentKind::Overrun, 500, "radio"});
+    Input().OpenWaveIn(0);
+    EXPECT_EQ(Input().RecordingRing()[0].dwBytesRecorded, 0U);
+    Advance(100);
+    EXPECT_TRUE(Heard.empty());
+    Device.Due = 1;
+    Advance(100);
+    EXPECT_EQ(LostBefore, (std::vector<uint64_t>{0}));
+}
+
 TEST_F(Captures, NumbersOfBuffersThatMakeNoSenseAreBroughtIntoBounds) {
     for (const int32_t count : {0, -5}) {
         Options.RecordingBuffers = count;
@@ -159,6 +173,8 @@ TEST_F(Captures, AnEmptyBufferIsGivenBackUnheard) {
     Device.Arrive(0);
     EXPECT_TRUE(Heard.empty());
     EXPECT_EQ(TakeAsked(), "add0 ");
+    Device.Arrive(1);
+    EXPECT_EQ(Heard.size(), 1U) << "a single frame is audio";
 }
 
 TEST_F(Captures, ABufferThatClaimsMoreThanItHoldsIsCutToItsLength) {
@@ -176,9 +192,10 @@ TEST_F(Captures, ABufferThatClaimsMoreThanItHoldsIsCutToItsLength) {
 
 TEST_F(Captures, ABufferThatCannotBeHandledEndsTheProgramAndIsNotGivenBack) {
     Input().OpenWaveIn(0);
+    Device.Arrive();
     TakeAsked();
     OnBuffer = [](WaveBuffer&) { return false; };
-    Device.Arrive();
+    ArriveAfter(50);
     EXPECT_EQ(Fatals, 1);
     EXPECT_EQ(TakeAsked(), "");
     EXPECT_EQ(Input().MaxBuffersUsed(), 0);

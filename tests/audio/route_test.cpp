@@ -49,7 +49,7 @@ class Routing : public testing::Test {
     void Hear(const std::string& signal) {
         for (const char letter : signal) {
             const int16_t level = letter == 's' ? int16_t{5000} : letter == 'b' ? int16_t{110} : int16_t{0};
-            Handle({level, level});
+            EXPECT_TRUE(Handle({level, level}));
         }
     }
 
