@@ -133,6 +133,10 @@ class Scanner {
         const std::string_view next = rest.substr(1);
         const bool isParameter = ParameterAt(next, isTemplate) != nullptr;
         if (isParameter && Top().Kind != Place::DoubleQuotes) return 1;
+        if (next.starts_with('\n')) {  // the shell takes both away: no word has begun
+            Result += rest.substr(0, 2);
+            return 2;
+        }
         Solid();
         if (isParameter || next.empty() || StartsWithSeparator(next)) {
             Result += "\\\\";

@@ -202,6 +202,8 @@ TEST(ShellScript, AValueThatBeginsAWordWithAHyphenGetsABlankAhead) {
     EXPECT_THAT(Arguments("%1%2", {"", "-x"}), ElementsAre(" -x"));
     EXPECT_THAT(Arguments("$none%1 $(:)%1 \"$none\"%1 `:`%1", {"-x"}),
                 ElementsAre(" -x", " -x", " -x", " -x"));
+    EXPECT_THAT(Arguments("\\\n%1 a \\\n\"\\\n%1\"", {"-x"}),
+                ElementsAre(" -x", "a", " -x"));  // a line goes on
 }
 
 TEST(ShellScript, AValueBehindTextOfItsWordKeepsItsHyphen) {
