@@ -108,11 +108,13 @@ std::vector<Finding> RawOwnership(const SourceFile& file) {
     if (Below(file, "src/ui/") || Below(file, "src/assistant/web_view")) return {};
     std::vector<Finding> findings;
     for (size_t at : FindWord(file.Code, "new")) {
+        if (LastWordBefore(file.Code, at) == "operator") continue;  // declares, and owns nothing
         if (!HandedToUniquePointer(file.Code, at))
             findings.push_back({file.Path, LineOf(file.Code, at), "new"});
     }
     for (size_t at : FindWord(file.Code, "delete")) {
-        if (LastWordBefore(file.Code, at) == "=") continue;
+        const std::string_view before = LastWordBefore(file.Code, at);
+        if (before == "=" || before == "operator") continue;
         findings.push_back({file.Path, LineOf(file.Code, at), "delete"});
     }
     return findings;

@@ -181,6 +181,7 @@ TEST(RawOwnership, NewAndDeleteAreFoundButNotADeletedFunction) {
                 ElementsAre(1, 2));
     EXPECT_THAT(RawOwnership(ReadSource("src/core/a.h",
                                         "A(const A&) = delete;\nA& operator=(const A&) =\n  delete;\n"
+                                        "void* operator new(size_t);\nvoid operator delete(void*);\n"
                                         "int newest;  // new\n")),
                 IsEmpty());
     EXPECT_THAT(RawOwnership(ReadSource("src/ui/a.cpp", "auto a = new QLabel(this);\n")), IsEmpty());
