@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "live/session_bus.h"
+#include "media/player_bridge.h"
+#include "platform/linux/linux_files.h"
 #include "support/live_session.h"
 
 namespace Corvetape {
@@ -290,6 +292,42 @@ TEST_F(MprisTest, NothingIsToldAfterTheEnd) {
         listener.reset();  // with news on its way; a sanitizer sees what came after
         ASSERT_TRUE(Wait([&] { return other.TitleOf("one") == std::to_string(i); }));
     }
+}
+
+TEST_F(MprisTest, AnEndAmongSignalsIsAnEnd) {
+    FakePlayer player(bus, "one", Properties("Playing", Metadata("A", "1")));
+    for (int i = 0; i < 100; ++i) {
+        const Listener listener(session, bus.Address());
+        ASSERT_TRUE(Wait([&] { return listener.Has("one"); }));
+        for (int n = 0; n < 20; ++n) player.Say({{"Metadata", Metadata("A", QString::number(n))}});
+    }
+}
+
+TEST_F(MprisTest, OfPlayersThatPlayTheOneThatBeganLastCounts) {
+    LinuxFiles files;
+    RegistryBranches registry(files, "", "");
+    MprisPlayers players(session.Loop, {.Bus = bus.Address()});
+    const PlayerBridge bridge(players, registry, session.Loop);
+    const auto counts = [&](const char* status, const char* title) {
+        const auto is = [&](const char* name, const std::string& text) {
+            return TextOf(registry.ReadRegistryValue(RegistryRoot::CurrentUser, PlayerKeyPath, name)) == text;
+        };
+        return Wait([&] { return is("Status", status) && is("Title", title); });
+    };
+    FakePlayer first(bus, "first", Properties("Playing", Metadata("A", "1")));
+    ASSERT_TRUE(counts("Playing", "1"));
+    auto second = std::make_unique<FakePlayer>(bus, "second", Properties("Paused", Metadata("B", "2")));
+    ASSERT_TRUE(Wait([&] { return second->Asked > 0; }));
+    EXPECT_TRUE(counts("Playing", "1"));
+    second->Say({{"PlaybackStatus", "Playing"}});
+    EXPECT_TRUE(counts("Playing", "2"));
+    first.Say({{"PlaybackStatus", "Paused"}});
+    first.Say({{"PlaybackStatus", "Playing"}});
+    EXPECT_TRUE(counts("Playing", "1"));
+    first.Say({{"PlaybackStatus", "Stopped"}});
+    EXPECT_TRUE(counts("Playing", "2"));
+    second.reset();
+    EXPECT_TRUE(counts("Stopped", ""));
 }
 
 TEST(MprisPlayers, AMachineWithoutASessionBusHasNoPlayersAndNoDelay) {

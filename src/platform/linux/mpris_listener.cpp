@@ -1,6 +1,8 @@
 #include "platform/linux/mpris_listener.h"
 
+#include <QCoreApplication>
 #include <QDBusPendingCallWatcher>
+#include <QEvent>
 #include <QStringList>
 #include <atomic>
 #include <memory>
@@ -49,30 +51,45 @@ MprisListener::MprisListener(QString address, std::chrono::milliseconds answerLi
 }
 
 MprisListener::~MprisListener() {
+    Leave();
+}
+
+void MprisListener::Leave() {
+    if (Bus.isConnected())
+        static_cast<void>(Follow(false));  // rules that were never made cannot be taken back
+    // A signal on its way holds the connection, but only while the connection itself is held: one that is
+    // taken off the bus in between would be released a second time.
+    QCoreApplication::removePostedEvents(this, QEvent::MetaCall);
     Bus = QDBusConnection(QString());
     QDBusConnection::disconnectFromBus(ConnectionName);
 }
 
 void MprisListener::Begin() {
-    QDBusConnection::disconnectFromBus(ConnectionName);  // what may be left of a bus that has ended
+    Leave();  // what may be left of a bus that has ended
     Bus = QDBusConnection::connectToBus(Address, ConnectionName);
-    if (!Bus.isConnected() || !Follow()) {
+    // Signals are asked for before the names, so that none is missed between the two.
+    if (!Bus.isConnected() || !Follow(true)) {
         Again.start();
         return;
     }
     AskForNames();
 }
 
-bool MprisListener::Follow() {
-    // Signals are asked for before the names, so that none is missed between the two. No sender is named
-    // in the rules: Qt would wait for an answer of the bus for each of them.
-    return Bus.connect(QString(), BusPath, BusService, QStringLiteral("NameOwnerChanged"), this,
-                       SLOT(OwnerChanged(QDBusMessage))) &&
-           Bus.connect(QString(), PlayerPath, PropertiesInterface, QStringLiteral("PropertiesChanged"),
-                       {PlayerInterface}, QString(), this, SLOT(PropertiesChanged(QDBusMessage))) &&
-           Bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
-                       QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
-                       SLOT(Disconnected()));
+bool MprisListener::Follow(bool begin) {
+    // No sender is named in the rules: Qt would wait for an answer of the bus for each of them.
+    const auto rule = [&](const QString& path, const QString& interface, const QString& name,
+                          const QStringList& match, const char* slot) {
+        return begin ? Bus.connect(QString(), path, interface, name, match, QString(), this, slot)
+                     : Bus.disconnect(QString(), path, interface, name, match, QString(), this, slot);
+    };
+    const bool owners =
+        rule(BusPath, BusService, QStringLiteral("NameOwnerChanged"), {}, SLOT(OwnerChanged(QDBusMessage)));
+    const bool changes = rule(PlayerPath, PropertiesInterface, QStringLiteral("PropertiesChanged"),
+                              {PlayerInterface}, SLOT(PropertiesChanged(QDBusMessage)));
+    const bool end =
+        rule(QStringLiteral("/org/freedesktop/DBus/Local"), QStringLiteral("org.freedesktop.DBus.Local"),
+             QStringLiteral("Disconnected"), {}, SLOT(Disconnected()));
+    return owners && changes && end;
 }
 
 void MprisListener::Call(const QDBusMessage& call, const Answered& answered) {

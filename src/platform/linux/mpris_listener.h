@@ -50,7 +50,11 @@ class MprisListener : public QObject {
     };
     using Answered = std::function<void(const QDBusMessage&)>;
 
-    bool Follow();
+    /// Begins or ends to follow the signals of the bus. False if one of them cannot be followed.
+    bool Follow(bool begin);
+
+    /// Lets go of the bus. Nothing of it comes any more.
+    void Leave();
     void Call(const QDBusMessage& call, const Answered& answered);
     void AskForNames();
     void AskForOwner(const QString& name);
