@@ -79,10 +79,11 @@ std::vector<Json> RecordingTest::Record(int songs, const std::string& source,
                                         "Options.Encoder=1",
                                         "--set",
                                         "DoNotChange.EncodeDelay=3000"};
-    // A player that falters on a busy machine makes pauses, each of which would put off the name of its song.
+    // A player that falters on a busy machine makes pauses. They would put off the names of their songs, and
+    // the farther from the change of the title the cut is searched, the more of them are there to be taken.
     for (const std::string& name : {std::string("NoStationData"), source}) {
-        for (const char* value : {".EndOfSongDetection=1", ".IgnoreShortSongs=5", ".EndOfSongThreshold1=1500",
-                                  ".LengthOfPause=10000"}) {
+        for (const char* value : {".EndOfSongDetection=1", ".IgnoreShortSongs=5", ".LengthOfPause=10000",
+                                  ".EndOfSongThreshold0=2000", ".EndOfSongThreshold1=500"}) {
             command.insert(command.end(), {"--set", name + value});
         }
     }

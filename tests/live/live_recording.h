@@ -21,7 +21,7 @@ std::string Content(const std::string& path);
 
 /// What the command line recorder makes of a song that something plays into a sound server of its own.
 ///
-/// Songs are as short as the recorder's waits allow: they end by media data, a cut lies at most 1.5 s behind
+/// Songs are as short as the recorder's waits allow: they end by media data, a cut lies at most 0.5 s behind
 /// a change of the title, and a song takes its name some 6 s behind it.
 class RecordingTest : public testing::Test {
  protected:

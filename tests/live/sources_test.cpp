@@ -1,0 +1,126 @@
+// A recording while its sources of media data come, hang and go: with real browsers, a session bus and a
+// sound server.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "live/live_browser.h"
+#include "live/live_program.h"
+#include "live/page_server.h"
+#include "platform/linux/sound_file_source.h"
+#include "support/test_sound.h"
+
+namespace Corvetape {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+constexpr size_t Second = 44100;
+constexpr const char* Player = "Windows Media Player";
+constexpr auto TakeOverLimit = seconds(2);
+
+constexpr const char* Profiles =
+    "[- First]\nName=First Radio\nWindow&Doc=;;*;*/first\nTitle=-4;now;\n"
+    "[- Second]\nName=Second Radio\nWindow&Doc=;;*;*/second\nTitle=-4;now;\n";
+
+/// A page that tells a title and, some seconds later, keeps its browser busy for ever.
+constexpr const char* HangingPage = R"html(<!doctype html><title>Hanging</title><p id="now">Hung Song</p>
+<script>setTimeout(() => { for (;;); }, 8000);</script>)html";
+
+std::vector<Frame> ReadSound(const std::string& path) {
+    const auto opened = SoundFileSource::Open(path, Second);
+    if (!opened.Source) {
+        ADD_FAILURE() << opened.Error;
+        return {};
+    }
+    std::vector<Frame> frames(static_cast<size_t>(opened.Source->TotalFrames()));
+    frames.resize(opened.Source->Read(frames));
+    return frames;
+}
+
+class SourcesTest : public testing::Test {
+ protected:
+    SourcesTest() { server.Start(); }
+
+    bool WaitFor(const std::function<bool()>& condition, milliseconds limit = seconds(30)) {
+        return session.WaitFor(condition, limit);
+    }
+
+    /// Begins to play noise for so many seconds.
+    void PlayNoise(size_t noiseSeconds) {
+        noise = Noise(noiseSeconds * Second, 51);
+        WriteWave(server.Folder / "noise.wav", noise, Second);
+        player = server.Play(server.Folder / "noise.wav");
+    }
+
+    /// Waits until the noise has been played, and ends the recording.
+    void EndRecording() {
+        EXPECT_TRUE(WaitFor([&] { return player->Wait(milliseconds(0)).has_value(); }));
+        const double end = program.Running->InputSeconds() + 1;
+        EXPECT_TRUE(WaitFor([&] { return program.Running->InputSeconds() > end; }));
+        program.Running->Unload();
+        EXPECT_EQ(program.LostFrames, 0u);
+    }
+
+    LiveSession session;
+    SoundServer server{ServerKind::PulseAudio};
+    SessionBus bus{session};
+    LiveProgram program{session, server, bus};
+    std::vector<Frame> noise;
+    std::unique_ptr<TestProcess> player;
+};
+
+TEST_F(SourcesTest, WhenOneIsClosedTheNextOneTakesOverWithinTwoSeconds) {
+    const PageServer pages({{"/first", "<!doctype html><p id='now'>First Song</p>"},
+                            {"/second", "<!doctype html><p id='now'>Second Song</p>"}});
+    LiveBrowser first(session, pages.Url("/first"));
+    LiveBrowser second(session, pages.Url("/second"));
+    auto third = std::make_unique<FakePlayer>(
+        bus, "third",
+        QVariantMap{{"PlaybackStatus", "Playing"}, {"Metadata", QVariantMap{{"xesam:title", "Third Song"}}}});
+    const std::string ports = std::to_string(second.Port()) + ";" + std::to_string(first.Port());
+    ASSERT_TRUE(program.Start(Profiles, ports, {"First Radio", "Second Radio", Player}));
+    PlayNoise(15);
+
+    ASSERT_TRUE(WaitFor([&] { return program.Reads("First Radio", "First Song"); }));
+    first.Kill();
+    EXPECT_TRUE(WaitFor([&] { return program.Reads("Second Radio", "Second Song"); }, TakeOverLimit));
+    second.Kill();
+    EXPECT_TRUE(WaitFor([&] { return program.Reads(Player, "Third Song"); }, TakeOverLimit));
+    third.reset();
+    EXPECT_TRUE(WaitFor([&] { return program.Reads("NoStationData", ""); }, TakeOverLimit));
+
+    EndRecording();
+    ASSERT_FALSE(program.Songs.empty());
+    for (const TransferredSong& song : program.Songs) {
+        const std::vector<Frame> recorded = ReadSound(song.TempFile);
+        const auto sound = WithoutSilenceAround(recorded);
+        const auto begin = std::ranges::search(noise, sound.first(std::min<size_t>(sound.size(), 100)));
+        const std::span<const Frame> played(begin.begin(), noise.end());
+        EXPECT_EQ(Comparison(played.first(std::min(played.size(), sound.size())), sound), "equal");
+    }
+}
+
+TEST_F(SourcesTest, APageThatHangsDelaysNoPollBeyondItsLimitAndCostsNoSound) {
+    const PageServer pages(std::map<std::string, std::string>{{"/first", HangingPage}});
+    const LiveBrowser browser(session, pages.Url("/first"));
+    ASSERT_TRUE(program.Start(Profiles, std::to_string(browser.Port()), {"First Radio"}));
+    ASSERT_TRUE(WaitFor([&] { return program.Reads("First Radio", "Hung Song"); }));
+    // The cut in front of the first title has been made; the page still answers.
+    ASSERT_TRUE(WaitFor([&] { return !program.Running->Values().Cut.CutPending; }));
+    program.Pages.Longest = {};
+    PlayNoise(12);
+    ASSERT_TRUE(WaitFor([&] { return program.Reads("NoStationData", ""); })) << "the page does not hang";
+    const int polls = program.Pages.Polls;
+
+    EndRecording();
+    EXPECT_GE(program.Pages.Polls, polls + 3) << "the page was not asked any more";
+    EXPECT_LT(program.Pages.Longest, 2 * DevToolsDocuments::DocumentLimit);
+    ASSERT_FALSE(program.Songs.empty());
+    EXPECT_EQ(Comparison(noise, WithoutSilenceAround(ReadSound(program.Songs.back().TempFile))), "equal");
+}
+
+}  // namespace
+}  // namespace Corvetape
