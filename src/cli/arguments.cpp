@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <sstream>
 
+#include "core/numbers.h"
 #include "core/version.h"
 
 namespace Corvetape {
@@ -18,6 +19,11 @@ struct Words {
     std::vector<std::string> RecordSettings;
     std::vector<std::string> SplitSettings;
 };
+
+/// A range lets "nan" pass: it lies outside of none.
+std::string ANumber(const std::string& text) {
+    return NumberFromText(text) ? "" : "Value " + text + " is no number";
+}
 
 void AddCommon(CLI::App& command, CommonArguments& arguments, std::vector<std::string>& settings) {
     command.add_option("--set", settings, "A setting for this run, SECTION.KEY=VALUE (repeatable)")
@@ -41,7 +47,8 @@ void AddRecord(CLI::App& app, Words& words) {
         ->check(CLI::Range(1, 1440))
         ->type_name("MINUTES");
     command->add_option("--speed", to.Speed, "Run demo and file inputs so many times faster")
-        ->check(CLI::Range(0.1, 1000.0));
+        ->check(CLI::Range(0.1, 1000.0))
+        ->check(ANumber);
     command->add_flag("--next", to.Next, "Begin with the next song instead of the current one");
     command->add_flag("--quit", to.Quit, "End at the end of the last song");
     AddCommon(*command, to, words.RecordSettings);

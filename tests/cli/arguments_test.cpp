@@ -115,6 +115,8 @@ TEST(ReadArguments, NumbersHaveTheirLimits) {
                                                           {"--seconds", "-5"},
                                                           {"--speed", "0"},
                                                           {"--speed", "1001"},
+                                                          {"--speed", "nan"},
+                                                          {"--speed", "inf"},
                                                           {"--speed", "fast"}}) {
         const ArgumentsAnswer answer = Answer({"record", option, value});
         EXPECT_EQ(answer.ExitCode, 2) << option << " " << value;
