@@ -7,10 +7,10 @@
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
-#include <nlohmann/json.hpp>
 #include <vector>
 
 #include "platform/sim/sim_random.h"
+#include "support/found_songs.h"
 #include "support/made_hour.h"
 #include "support/measured_process.h"
 #include "support/work_folder.h"
@@ -36,11 +36,6 @@ struct Way {
     bool ByTitles = false;
 };
 
-struct FoundSong {
-    double Begin = 0;
-    double End = 0;
-};
-
 std::vector<Way> Ways() {
     // The amplitudes are those of the calibration at this noise floor.
     const std::vector<std::string> calibrated = {
@@ -62,16 +57,6 @@ void WriteTitles(const RadioTimeline& hour, uint64_t seed, const std::string& pa
         table << fmt::format("{:.3f},{},{},{}\n", at, song.Media.StationName, song.Media.Artist,
                              song.Media.Song);
     }
-}
-
-std::vector<FoundSong> SongsIn(const std::string& printed) {
-    std::vector<FoundSong> songs;
-    std::ifstream lines(printed);
-    for (std::string line; std::getline(lines, line);) {
-        const auto song = nlohmann::json::parse(line);
-        songs.push_back({song["begin"], song["end"]});
-    }
-    return songs;
 }
 
 /// Adds the errors of one hour: each found song belongs to the true one that its middle lies in.
