@@ -4,6 +4,8 @@
 #include <utility>
 
 #include "app/wiring.h"
+#include "core/lifecycle.h"
+#include "media/provider_wmp.h"
 #include "platform/folders.h"
 #include "platform/system_info.h"
 
@@ -133,6 +135,19 @@ void ProgramParts::StationDataClicked() {
         Providers.SwitchOff();
     }
     for (Label& label : form.lblProvider) label.Caption(" \xE2\x80\xA2 ");
+}
+
+void ProgramParts::StationIDClicked() {
+    constexpr float answerMs = 500;
+    CommandButton& button = Memory.Form.cmdGetStationID;
+    button.Enabled(false);
+    if (Bridge && Memory.Media.ProviderName == MediaPlayerName && Memory.Media.StationDataEnabled) {
+        Bridge->ListenAnew();
+        PauseWithEvents(Host.Clock, Host.Loop, answerMs);
+    }
+    Providers.GetStationData();
+    LoadImage(Memory.Media.CurrentMedia.Cover);
+    button.Enabled(true);
 }
 
 }  // namespace Corvetape

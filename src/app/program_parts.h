@@ -74,6 +74,9 @@ struct ProgramParts {
     /// A click on chkStationDataEnable.
     void StationDataClicked();
 
+    /// A click on cmdGetStationID: asks the present provider at once, and its player anew.
+    void StationIDClicked();
+
     Machine Host;
     State& Memory;
     ProgramLinks Owner;

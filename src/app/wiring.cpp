@@ -246,12 +246,8 @@ void AttachHandlers(ProgramParts& parts) {
         if (parts.Owner.Events.Logged) parts.Owner.Events.Logged(kind, text);
     };
     form.chkStationDataEnable.Click.Connect([&parts] { parts.StationDataClicked(); });
-    form.cmdGetStationID.Click.Connect([&parts, &form] {
-        form.cmdGetStationID.Enabled(false);
-        parts.Providers.GetStationData();
-        parts.LoadImage(parts.Memory.Media.CurrentMedia.Cover);
-        form.cmdGetStationID.Enabled(true);
-    });
+    form.lblStationDataEnable.Click.Connect([&form] { form.chkStationDataEnable.Press(); });
+    form.cmdGetStationID.Click.Connect([&parts] { parts.StationIDClicked(); });
     form.tmr1Second.Timer.Connect([&parts] {
         parts.NoteSong();
         parts.Owner.CollectJobs();

@@ -57,6 +57,10 @@ bool Label::SetValueText(std::string_view text) {
     return true;
 }
 
+void Label::Press() {
+    if (Enabled()) Click.Raise();
+}
+
 void CommandButton::Press() {
     if (Enabled()) Click.Raise();
 }

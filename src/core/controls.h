@@ -72,6 +72,8 @@ class Label : public Control {
     using Control::Control;
     std::string ValueText() const override { return Caption(); }
     bool SetValueText(std::string_view text) override;
+    void Press() override;
+    Event<> Click;
 };
 
 class CommandButton : public Control {

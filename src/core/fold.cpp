@@ -71,7 +71,8 @@ char32_t FoldCharacter(char32_t character) {
     const auto count =
         utf8proc_decompose_char(static_cast<utf8proc_int32_t>(character), folded.data(),
                                 static_cast<utf8proc_ssize_t>(folded.size()), UTF8PROC_CASEFOLD, &boundClass);
-    return count == 1 ? static_cast<char32_t>(folded[0]) : character;
+    if (count == 1) return static_cast<char32_t>(folded[0]);
+    return static_cast<char32_t>(utf8proc_tolower(static_cast<utf8proc_int32_t>(character)));
 }
 
 std::span<const char32_t> UnfoldedForms(char32_t folded) {

@@ -11,7 +11,8 @@ namespace Corvetape {
 /// begins no character counts as one of its own, with 0x110000 added so that it equals no character.
 char32_t TakeCharacter(std::string_view& text);
 
-/// A character without its case, one for one: what Unicode would fold to several characters ("ß") stays.
+/// A character without its case, one for one: what Unicode would fold to several characters ("ẞ") becomes its
+/// small letter ("ß").
 char32_t FoldCharacter(char32_t character);
 
 /// The other characters that FoldCharacter makes this one of: "K" and the sign of the kelvin for "k". Valid

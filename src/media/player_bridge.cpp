@@ -29,10 +29,19 @@ PlayerReport WithSplitTitle(PlayerReport report) {
 }
 
 PlayerBridge::PlayerBridge(Players& players, RegistryBranches& registry, EventLoop& loop)
-    : Registry(registry), Alive(std::make_shared<bool>(true)), Timer(loop.NewTimer([this] { Publish(); })) {
+    : Source(players),
+      Registry(registry),
+      Alive(std::make_shared<bool>(true)),
+      Timer(loop.NewTimer([this] { Publish(); })) {
     Registry.MakeVolatile(PlayerKeyPath);
+    Listen();
+}
+
+PlayerBridge::~PlayerBridge() = default;
+
+void PlayerBridge::Listen() {
     const std::weak_ptr<bool> alive = Alive;
-    players.Listen(
+    Source.Listen(
         [this, alive](const PlayerReport& report) {
             if (!alive.expired()) Changed(report);
         },
@@ -41,13 +50,19 @@ PlayerBridge::PlayerBridge(Players& players, RegistryBranches& registry, EventLo
         });
 }
 
-PlayerBridge::~PlayerBridge() = default;
+void PlayerBridge::ListenAnew() {
+    for (auto& [name, entry] : Reports) entry.Heard = false;
+    Listen();
+    Timer->Stop();  // the answers have their whole time
+    Settle();
+}
 
 void PlayerBridge::Changed(const PlayerReport& report) {
     Entry& entry = Reports[report.Player];
     if (report.Playing && !entry.Report.Playing) entry.BeganAt = ++Begins;
     const bool news = entry.Report != report;
     entry.Report = report;
+    entry.Heard = true;
     if (news) Settle();
 }
 
@@ -72,6 +87,7 @@ void PlayerBridge::Settle() {
 
 void PlayerBridge::Publish() {
     Timer->Stop();
+    std::erase_if(Reports, [](const auto& each) { return !each.second.Heard; });
     const PlayerReport* counting = Counting();
     const PlayerReport report = counting == nullptr ? PlayerReport{} : WithSplitTitle(*counting);
     if (report == Published) return;

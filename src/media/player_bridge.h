@@ -34,6 +34,10 @@ class PlayerBridge {
     PlayerBridge(const PlayerBridge&) = delete;
     PlayerBridge& operator=(const PlayerBridge&) = delete;
 
+    /// Asks all players anew. What they said last stands until their answers have had PlayerSettleMs to
+    /// arrive.
+    void ListenAnew();
+
     /// True while a player runs, whether or not it plays.
     bool PlayerPresent() const { return !Reports.empty(); }
 
@@ -41,8 +45,10 @@ class PlayerBridge {
     struct Entry {
         PlayerReport Report;
         uint64_t BeganAt = 0;  ///< number of its last begin among all begins
+        bool Heard = true;     ///< since all were asked
     };
 
+    void Listen();
     void Changed(const PlayerReport& report);
     void Gone(const std::string& player);
     const PlayerReport* Counting() const;
@@ -50,6 +56,7 @@ class PlayerBridge {
     void Publish();
     void Write(const char* name, const std::string& value);
 
+    Players& Source;
     RegistryBranches& Registry;
     std::shared_ptr<bool> Alive;  ///< guards events that come after the end
     std::unique_ptr<LoopTimer> Timer;

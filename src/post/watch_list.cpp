@@ -11,6 +11,7 @@ namespace Corvetape {
 namespace {
 
 constexpr uint64_t LargestList = 64ULL * 1024 * 1024;
+constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";  // some editors put it into UTF-8 files
 constexpr std::array<std::string_view, 4> MusicExtensions = {".wav", ".wma", ".mp3", ".ogg"};
 
 }  // namespace
@@ -55,8 +56,10 @@ std::string WatchLists::FileOf(WatchListKind kind) const {
 bool WatchLists::LoadWatchList(WatchListKind kind) {
     const auto text = Disk.ReadAll(FileOf(kind), LargestList);
     if (!text) return false;
+    std::string_view content = *text;
+    if (content.starts_with(ByteOrderMark)) content.remove_prefix(ByteOrderMark.size());
     WatchList list;
-    for (std::string_view line : Split(*text, '\n')) {
+    for (std::string_view line : Split(content, '\n')) {
         if (line.ends_with('\r')) line.remove_suffix(1);
         if (!line.empty()) list.Add(line);
     }

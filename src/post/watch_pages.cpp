@@ -127,7 +127,7 @@ void WatchPages::AddDropped(WatchListKind kind, std::span<const std::string> nam
 void WatchPages::RemoveDropped(WatchListKind kind, std::span<const std::string> names) {
     Lists.RemoveAll(kind, names);
     Lists.SaveWatchList(kind);  // a list that cannot be written holds in memory until the program ends
-    Lists.LoadWatchList(kind);  // an outside edit is taken over on the way
+    Lists.LoadWatchList(kind);  // what could not be written comes back
     Show(kind);
 }
 

@@ -124,6 +124,19 @@ TEST(MediaData, AreAskedForAtOnceByTheButton) {
     EXPECT_TRUE(world.Form().cmdGetStationID.Enabled());
 }
 
+TEST(MediaData, AreSwitchedByAClickOnTheTextBesideTheBoxToo) {
+    World world(Radio({60}));
+    ASSERT_TRUE(world.Start());
+    world.Form().lblStationDataEnable.Press();
+    EXPECT_EQ(world.Form().chkStationDataEnable.Value(), 0);
+    EXPECT_FALSE(world.Values().Media.StationDataEnabled);
+    world.Form().lblStationDataEnable.Press();
+    EXPECT_EQ(world.Form().chkStationDataEnable.Value(), 1);
+    world.Form().optEndOfSong[1].Press();
+    world.Form().lblStationDataEnable.Press();  // the box is held
+    EXPECT_EQ(world.Form().chkStationDataEnable.Value(), 1);
+}
+
 TEST(MediaData, AreForcedOnByTheEndOfSongThatNeedsThem) {
     World world(Radio({60}));
     ASSERT_TRUE(world.Start());

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <string>
 
 namespace Corvetape {
@@ -139,6 +140,39 @@ TEST(Like, APatternWithoutSpecialCharactersIsPlain) {
     EXPECT_TRUE(LikePattern("Ann - One").IsPlain());
     EXPECT_TRUE(LikePattern("[open").IsPlain());
     for (const char* pattern : {"a*", "a?", "#", "[ab]"}) EXPECT_FALSE(LikePattern(pattern).IsPlain());
+}
+
+struct LikeRow {
+    const char* Text;
+    const char* Pattern;
+    bool Matches;
+};
+
+TEST(Like, FoldsLettersOfAllScriptsInAndOutOfBrackets) {
+    for (const LikeRow& row : std::to_array<LikeRow>({
+             {"ΣΟΦΟΣ", "σοφος", true},
+             {"σοφος", "*[ς]", true},  // folds to another letter than the one in the brackets
+             {"ΣΟΦΟΣ", "*[!ς]", false},
+             {"ſ", "[ſ]", true},
+             {"S", "[ſ]", true},
+             {"\u212A", "[k]", true},
+             {"k", "[\u212A]", true},
+             {"STRAẞE", "straße", true},
+             {"ß", "[ẞ]", true},
+             {"Ж", "[а-я]", true},
+             {"ж", "[А-Я]", true},
+             {"é", "[À-Ý]", true},
+             {"é", "[!À-Ý]", false},
+             {"5", "[А-Я]", false},
+         })) {
+        EXPECT_EQ(LikeAnyCase(row.Text, row.Pattern), row.Matches) << row.Text << " " << row.Pattern;
+    }
+}
+
+TEST(Like, ComparesBracketsExactlyIfNotToldOtherwise) {
+    EXPECT_FALSE(Like("S", "[s]"));
+    EXPECT_FALSE(Like("Σ", "[σς]"));
+    EXPECT_TRUE(Like("Σ", "[!σς]"));
 }
 
 }  // namespace

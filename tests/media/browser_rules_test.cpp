@@ -143,6 +143,16 @@ TEST_F(Rules, TheTitleOfAnElementComesBeforeItsText) {
     EXPECT_EQ(Value({"-4", "hint", ""}), "Hinted");
 }
 
+TEST_F(Rules, ATitleOfBlanksIsATitle) {
+    Page.Top->All[0].Text = {"  ", "Shown", std::nullopt};
+    EXPECT_EQ(Value({"-4", "song", ""}), "");
+}
+
+TEST_F(Rules, AnElementWithoutATitleHasItsText) {
+    Page.Top->All[0].Text = {std::nullopt, " Shown ", std::nullopt};
+    EXPECT_EQ(Value({"-4", "song", ""}), "Shown");
+}
+
 TEST_F(Rules, AMissingElementEmptiesItsFieldOnly) {
     EXPECT_EQ(Value({"-4", "nothing", ""}), "");
     EXPECT_EQ(Value({"-4", "99", ""}), "");

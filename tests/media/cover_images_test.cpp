@@ -152,5 +152,66 @@ TEST_F(CoverImagesTest, APictureThatWouldEatTheMemoryIsStoredButNotShown) {
     EXPECT_EQ(Stored(), png);
 }
 
+TEST_F(CoverImagesTest, ByFixedTimeTheNewPictureBelongsToTheSongAtOnce) {
+    Pause.EndOfSongDetection = EndOfSong::FixedTime;
+    Covers.LoadImage("http://127.0.0.1/a.jpg");
+    Web.Answer(PictureOf('a'));
+    Covers.SaveImage("/home/user/song");
+    EXPECT_EQ(Stored(), PictureOf('a'));
+}
+
+TEST_F(CoverImagesTest, APictureIsCutOffAfterAMillionBytes) {
+    Pause.EndOfSongDetection = EndOfSong::Silence;
+    Covers.LoadImage("http://127.0.0.1/a.jpg");
+    Web.Answer(PictureOf('a', 1'000'001));
+    EXPECT_EQ(Covers.Picture().size(), 1'000'000u);
+    Covers.SaveImage("/home/user/song");
+    EXPECT_EQ(Stored().size(), 1'000'000u);
+}
+
+TEST_F(CoverImagesTest, AnAddressWithoutAPictureTakesTheOldOneAwayAndLeavesItToItsSong) {
+    for (const char* address : {"", "http://127.0.0.1/b.gif"}) {
+        Covers.LoadImage("http://127.0.0.1/a.jpg");
+        Web.Answer(PictureOf('a'));
+        Covers.LoadImage(address);
+        EXPECT_EQ(Covers.Picture(), "");
+        Covers.SaveImage("/home/user/song");
+        EXPECT_EQ(Stored(), PictureOf('a'));
+    }
+}
+
+TEST_F(CoverImagesTest, ASecondSongWithTheSameAddressHasNoPictureOfItsOwn) {
+    Covers.LoadImage("http://127.0.0.1/a.jpg");
+    Web.Answer(PictureOf('a'));
+    Covers.LoadImage("http://127.0.0.1/a.jpg");
+    EXPECT_EQ(Covers.Picture(), PictureOf('a'));
+    Covers.SaveImage("/home/user/song");
+    EXPECT_EQ(Stored(), "");
+    Covers.LoadImage("http://127.0.0.1/b.jpg");
+    Covers.SaveImage("/home/user/song");
+    EXPECT_EQ(Stored(), PictureOf('a'));
+}
+
+TEST_F(CoverImagesTest, AShortAnswerIsStoredAsLittleAsItIsShown) {
+    for (const size_t size : {size_t{1024}, size_t{1025}}) {
+        Covers.LoadImage("http://127.0.0.1/" + std::to_string(size));
+        Web.Answer(PictureOf('a', size));
+        Covers.LoadImage("");
+        Covers.SaveImage("/home/user/song");
+        EXPECT_EQ(Stored().size(), size == 1024 ? 0u : 1025u);
+    }
+}
+
+TEST_F(CoverImagesTest, AnAnswerToOneThatHasGoneReachesNobody) {
+    std::function<void(const HttpAnswer&)> answered;
+    {
+        CoverImages covers(Web, Machine.Files, Pause);
+        covers.LoadImage("http://127.0.0.1/a.jpg");
+        answered = Web.Pending;
+    }
+    EXPECT_FALSE(Web.Pending);
+    answered({false, PictureOf('a')});  // must not touch what is gone
+}
+
 }  // namespace
 }  // namespace Corvetape

@@ -4,21 +4,10 @@
 
 #include "media/provider_wmp.h"
 #include "platform/sim/sim_machine.h"
+#include "support/scripted_players.h"
 
 namespace Corvetape {
 namespace {
-
-class ScriptedPlayers : public Players {
- public:
-    void Listen(std::function<void(const PlayerReport&)> changed,
-                std::function<void(const std::string&)> gone) override {
-        Changed = std::move(changed);
-        Gone = std::move(gone);
-    }
-
-    std::function<void(const PlayerReport&)> Changed;
-    std::function<void(const std::string&)> Gone;
-};
 
 PlayerReport Report(const std::string& player, bool playing, const std::string& title,
                     const std::string& artist = "Ann") {
@@ -114,6 +103,31 @@ TEST_F(PlayerBridgeTest, IsPresentWhileAnyPlayerRuns) {
     EXPECT_FALSE(Bridge.PlayerPresent());
 }
 
+TEST_F(PlayerBridgeTest, AskedAnewItKeepsWhatPlaysAndForgetsWhatHasEndedUnheard) {
+    Say(Report("a", true, "One"));
+    Say(Report("b", true, "Two"));
+    Bridge.ListenAnew();
+    EXPECT_EQ(Radio.Asked, 2);
+    EXPECT_TRUE(Bridge.PlayerPresent());
+    Radio.Changed(Report("a", true, "One"));
+    EXPECT_EQ(Value("Title"), "Two");
+    Machine.Loop.RunFor(std::chrono::milliseconds(PlayerSettleMs));
+    EXPECT_EQ(Value("Title"), "One");
+    Bridge.ListenAnew();
+    Machine.Loop.RunFor(std::chrono::milliseconds(PlayerSettleMs));
+    EXPECT_FALSE(Bridge.PlayerPresent());
+    EXPECT_EQ(Value("Status"), "Stopped");
+}
+
+TEST_F(PlayerBridgeTest, AskedAnewThePlayerThatBeganLastStillCounts) {
+    Say(Report("a", true, "First"));
+    Say(Report("b", true, "Second"));
+    Bridge.ListenAnew();
+    Radio.Changed(Report("b", true, "Second"));
+    Say(Report("a", true, "First"));
+    EXPECT_EQ(Value("Title"), "Second");
+}
+
 TEST_F(PlayerBridgeTest, AHugeFieldIsCut) {
     Say(Report("a", true, std::string(1'000'000, 'x')));
     EXPECT_EQ(Value("Title").size(), 4096u);
@@ -203,6 +217,18 @@ TEST_F(MediaPlayerTest, GivesUpWhenNoPlayerRunsAndNonePlays) {
     Machine.Loop.RunFor(std::chrono::milliseconds(PlayerSettleMs));
     provider.GetStationData();
     EXPECT_EQ(Media.ProviderName, "");
+}
+
+TEST_F(MediaPlayerTest, TextsOfAnyKindAreTextAndWhatIsMissingIsEmpty) {
+    Say(Report("a", true, "One"));
+    clsProviderWMP provider = Make();
+    for (const char* value : {"Genre", "Artist", "Album"}) {
+        static_cast<void>(Registry.WriteRegistryValue(RegistryRoot::CurrentUser, PlayerKeyPath, value));
+    }
+    provider.GetStationData();
+    EXPECT_EQ(Media.CurrentMedia.Song, "One");
+    EXPECT_EQ(Media.CurrentMedia.StationName + Media.CurrentMedia.Artist + Media.CurrentMedia.Album, "");
+    EXPECT_EQ(Media.ProviderName, MediaPlayerName);
 }
 
 TEST_F(MediaPlayerTest, ASilentPlayerStaysTheProviderAndIsNotRestarted) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <memory>
 
 #include "media/provider_choice.h"
@@ -223,6 +224,59 @@ TEST_F(Msie, AStationThatFailsLeavesNoSongDataInThatPoll) {
     page.Top->Values["nothing"] = "now there";
     provider->GetStationData();
     EXPECT_EQ(Now().Song, "Song");
+}
+
+TEST_F(Msie, ADescriptionThatFailsDoesNotKeepTheSongDataBack) {
+    Write("[- 1]\nName=R\nWindow&Doc=;;*;*\nStation=-1;;\nStationDesc=-2;nothing;\nTitle=-4;song;\n");
+    AddPage();
+    const auto provider = Make();
+    provider->GetStationData();
+    EXPECT_EQ(Now().StationName, "Page One");
+    EXPECT_EQ(Now().StationDescr, "");
+    EXPECT_EQ(Now().Song, "Song");
+}
+
+TEST_F(Msie, EachRuleThatFailsEndsTheReadBehindTheFieldsBeforeIt) {
+    const std::array<std::string, 4> keys = {"Artist", "Title", "Album", "Cover"};
+    AddPage();
+    for (size_t failing = 0; failing < keys.size(); ++failing) {
+        std::string profile = "[- 1]\nName=R\nWindow&Doc=;;*;*\nStation=-1;;\n";
+        // In the order of the file the last comes first: the order of the read is its own.
+        for (size_t key = keys.size(); key-- > 0;) {
+            profile += keys[key] + (key == failing ? "=9;x;\n" : "=-2;desc;\n");
+        }
+        Write(profile);
+        const auto provider = Make();
+        provider->GetStationData();
+        const std::array<std::string, 4> read = {Now().Artist, Now().Song, Now().Album, Now().Cover};
+        for (size_t key = 0; key < keys.size(); ++key) {
+            EXPECT_EQ(read[key], key < failing ? "Description" : "") << keys[failing] << " " << keys[key];
+        }
+    }
+}
+
+TEST_F(Msie, AProfileWithoutANameLeavesTheChoiceOpen) {
+    Write("[- 1]\nWindow&Doc=;;*;*\nTitle=-4;song;\n");
+    AddPage();
+    ProviderChoice choice(Host, {[this] { return Make(); }});
+    choice.Choose();
+    EXPECT_TRUE(choice.Wanted());
+    EXPECT_EQ(Media.ProviderName, NoStationData);
+}
+
+TEST_F(Msie, AWindowOfAHigherProfileTakesOverAndAnotherOneOfTheSameDoesNot) {
+    Write("[- 1]\nName=First\nWindow&Doc=A;*\nTitle=-3;;\n[- 2]\nName=Second\nWindow&Doc=B;*\nTitle=-3;;\n");
+    Desktop.Add("below", "B");
+    const auto provider = Make();
+    Desktop.Add("above", "B");
+    provider->GetStationData();
+    EXPECT_EQ(Media.ProviderName, "Second");
+    EXPECT_EQ(Now().Song, "above");
+    Desktop.Add("new", "A");
+    provider->GetStationData();
+    EXPECT_EQ(Media.ProviderName, "First");
+    EXPECT_EQ(Now().Song, "new");
+    EXPECT_EQ(Adopted, (std::vector<std::string>{"Second", "First"}));
 }
 
 TEST_F(Msie, AStationWithoutARuleIsReadAgainAndSongDataFollow) {

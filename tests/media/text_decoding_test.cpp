@@ -5,6 +5,8 @@
 #include <array>
 #include <string>
 
+#include "core/fold.h"
+
 namespace Corvetape {
 namespace {
 
@@ -38,6 +40,24 @@ constexpr auto Rows = std::to_array<Row>({
     {"&thorn;", "Þ"},  {"&yuml;", "ÿ"},
 });
 
+/// Characters up to U+FFFF as a text.
+std::string Utf8Of(const std::u32string& characters) {
+    std::string text;
+    for (const char32_t character : characters) {
+        if (character >= 0x800) {
+            text += static_cast<char>(0xE0 | character >> 12);
+            text += static_cast<char>(0x80 | (character >> 6 & 0x3F));
+        } else if (character >= 0x80) {
+            text += static_cast<char>(0xC0 | character >> 6);
+        } else {
+            text += static_cast<char>(character);
+            continue;
+        }
+        text += static_cast<char>(0x80 | (character & 0x3F));
+    }
+    return text;
+}
+
 class EntityTable : public testing::TestWithParam<Row> {};
 
 TEST_P(EntityTable, EveryRowGivesItsCharacter) {
@@ -62,6 +82,18 @@ TEST(DecodeWebText, AnEscapedAmpersandFormsTheEntityBehindIt) {
     EXPECT_EQ(DecodeWebText("&amp;auml;"), "Ä");
     // Its own row is over when the quotation mark's name is formed.
     EXPECT_EQ(DecodeWebText("&amp;quot;"), "&quot;");
+}
+
+TEST(DecodeWebText, AnEscapedAmpersandFormsEveryEntityOfTheRowsBehindItsOwn) {
+    for (size_t row = 0; row < Rows.size(); ++row) {
+        const std::string escaped = std::string("&amp;") + (Rows[row].Entity + 1);
+        EXPECT_EQ(DecodeWebText(escaped), row < 2 ? Rows[row].Entity : Rows[row].Character) << escaped;
+    }
+}
+
+TEST(DecodeWebText, WhatTheEntitiesFormIsPutRightAtTheEnd) {
+    EXPECT_EQ(DecodeWebText("&Atilde;&para;"), "ö");
+    EXPECT_EQ(DecodeWebText("&ATILDE;%B6"), "ö");
 }
 
 TEST(DecodeWebText, NumericAndUnknownEntitiesStay) {
@@ -114,6 +146,26 @@ TEST(RepairUtf8, TwoCharactersBecomeOneForLeadsFrom195To198) {
 
 TEST(RepairUtf8, ThreeCharactersBecomeOneForTheLead225) {
     EXPECT_EQ(RepairUtf8("á»‡"), "ệ");  // 225 187 135
+}
+
+TEST(RepairUtf8, OfTheThirdCharacterNothingIsAsked) {
+    EXPECT_EQ(RepairUtf8("á»A"), "\u1EC1");  // 225 187 65: 1 x 4096 + 59 x 64 + 1
+    EXPECT_EQ(RepairUtf8("á»AB"),
+              "\u1EC1"
+              "B");
+}
+
+TEST(RepairUtf8, EveryLeadAndCharacterBehindItFollowTheRule) {
+    for (int lead = 0; lead < 256; ++lead) {
+        for (const int next : {0x20, 0x7F, 0x80, 0xA4, 0xFF}) {
+            const auto character = [](int code) { return CharacterOfAnsi(static_cast<uint8_t>(code)); };
+            const std::u32string misread = {character(lead), character(next)};
+            const bool pair = lead >= 195 && lead <= 198 && next >= 128;
+            const std::u32string expected =
+                pair ? std::u32string{static_cast<char32_t>((lead & 31) * 64 + (next & 63))} : misread;
+            EXPECT_EQ(CharactersOf(RepairUtf8(Utf8Of(misread))), expected) << lead << " " << next;
+        }
+    }
 }
 
 TEST(RepairUtf8, OtherLeadsPassUnchanged) {

@@ -67,6 +67,44 @@ TEST_F(WatchListsTest, AFileIsReadLineByLineWithoutItsDoubles) {
     EXPECT_EQ(Lists.List(Exclude).Entries(), (std::vector<std::string>{"One", "Two ", "#3", "last"}));
 }
 
+TEST_F(WatchListsTest, TheMarkOfAnEditorAtTheBeginningOfAFileIsNoPartOfAnEntry) {
+    ASSERT_TRUE(Machine.Files.Append(Lists.FileOf(Include), "\xEF\xBB\xBFOne\r\nTwo\r\n"));
+    ASSERT_TRUE(Lists.LoadWatchList(Include));
+    EXPECT_EQ(Lists.List(Include).Entries(), (std::vector<std::string>{"One", "Two"}));
+}
+
+TEST_F(WatchListsTest, ReadingReplacesTheWholeListOfItsIndexOnly) {
+    Lists.Add(Include, "Kept");
+    Lists.Add(Exclude, "Gone");
+    Lists.Add(Exclude, "Gone too*");
+    ASSERT_TRUE(Machine.Files.Append(Lists.FileOf(Exclude), "One\r\n"));
+    ASSERT_TRUE(Lists.LoadWatchList(Exclude));
+    EXPECT_FALSE(Lists.IsExcluded("Gone"));
+    EXPECT_FALSE(Lists.IsExcluded("Gone too"));
+    EXPECT_TRUE(Lists.IsExcluded("One"));
+    EXPECT_TRUE(Lists.List(Include).Holds("Kept"));
+}
+
+TEST_F(WatchListsTest, TheFilesAreCalledIncludeAndExclude) {
+    EXPECT_EQ(Lists.FileOf(Include), "/home/user/log/Include.txt");
+    EXPECT_EQ(Lists.FileOf(Exclude), "/home/user/log/Exclude.txt");
+}
+
+TEST_F(WatchListsTest, APatternOnTheFirstListKeepsASongOfTheSecond) {
+    Lists.Add(Exclude, "Ann - *");
+    Lists.Add(Include, "*[(]live)");
+    EXPECT_TRUE(Lists.IsExcluded("Ann - One"));
+    EXPECT_FALSE(Lists.IsExcluded("Ann - One (Live)"));
+    EXPECT_FALSE(Lists.IsExcluded("Bob - One"));
+}
+
+TEST_F(WatchListsTest, BlanksAndAccentsInsideANameCount) {
+    Lists.Add(Exclude, "Caf\xC3\xA9");
+    EXPECT_FALSE(Lists.IsExcluded("Cafe"));
+    EXPECT_FALSE(Lists.IsExcluded(" Caf\xC3\xA9"));
+    EXPECT_TRUE(Lists.IsExcluded("CAF\xC3\x89"));
+}
+
 TEST_F(WatchListsTest, AListThatCannotBeWrittenHoldsInMemory) {
     Folders.Paths[2] = "/home/user/nowhere";
     EXPECT_TRUE(Lists.AddToWatchList(Exclude, "One"));
@@ -140,6 +178,20 @@ TEST(NameOfDroppedFile, IsTheNameOfAMusicFileInAFolder) {
     EXPECT_EQ(NameOfDroppedFile("a.mp3"), "");
     EXPECT_EQ(NameOfDroppedFile("/a.mp3"), "");
     EXPECT_EQ(NameOfDroppedFile("/music/two\nlines.mp3"), "");  // an entry is one line of its file
+}
+
+TEST(NameOfDroppedFile, IsNoneIfItWouldBeTwoLinesOfTheList) {
+    EXPECT_EQ(NameOfDroppedFile("/music/One\nTwo.mp3"), "");
+    EXPECT_EQ(NameOfDroppedFile("/music/One\rTwo.mp3"), "");
+    EXPECT_EQ(NameOfDroppedFile("/mu\nsic/One.mp3"), "One");
+}
+
+TEST(WatchedName, OfAnEntryMadeWithTheSameTemplateMatchesWithoutAnArtistToo) {
+    STATIONANDSONGDATA media;
+    media.Song = "One";
+    WatchList list;
+    list.Add(WatchedName("%Artist% - %Title%", media));
+    EXPECT_TRUE(list.Holds(WatchedName("%ARTIST% - %title%", media)));
 }
 
 }  // namespace

@@ -188,5 +188,29 @@ TEST_F(WatchPagesTest, ManyEntriesAreDeletedAtOnceWithoutATellingOfEach) {
     EXPECT_LE(changes, 5);
 }
 
+TEST_F(WatchPagesTest, TheFileIsOpenedForEditing) {
+    Form.cmdEditWatchList[0].Press();
+    Form.cmdEditWatchList[1].Press();
+    ASSERT_EQ(Machine.Processes.ShellCalls.size(), 2u);
+    EXPECT_EQ(Machine.Processes.ShellCalls[0].Path, "/home/user/log/Include.txt");
+    EXPECT_EQ(Machine.Processes.ShellCalls[1].Path, "/home/user/log/Exclude.txt");
+}
+
+TEST_F(WatchPagesTest, AnOutsideEditIsNotTakenOver) {
+    Pages.AddToWatchList(Exclude, "One");
+    ASSERT_TRUE(Machine.Files.Append(Lists.FileOf(Exclude), "Two\r\n"));
+    Pages.AddToWatchList(Exclude, "Three");
+    EXPECT_EQ(Shown(Exclude), (Texts{"One", "Three"}));
+    EXPECT_EQ(FileText(Exclude), "One\r\nThree\r\n");
+}
+
+TEST_F(WatchPagesTest, ATextOfBlanksIsTakenOutOfTheBoxAndNotAdded) {
+    Form.txtWatch[0].Text("  ");
+    EXPECT_TRUE(Form.cmdAddToWatchList[0].Enabled());
+    Pages.EnterPressed(Include);
+    EXPECT_EQ(Form.txtWatch[0].Text(), "");
+    EXPECT_TRUE(Shown(Include).empty());
+}
+
 }  // namespace
 }  // namespace Corvetape

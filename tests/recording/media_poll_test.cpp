@@ -221,6 +221,27 @@ TEST_F(MediaPolls, TheCoverIsHandedOnWithEachReading) {
     EXPECT_THAT(Covers, ElementsAre("cover"));
 }
 
+TEST_F(MediaPolls, TheReadingBeforeIsKeptWhole) {
+    STATIONANDSONGDATA first = Reading("A", "One");
+    first.Size = 7;
+    first.TempFileName = "file";
+    Read(first);
+    Read("B", "Two");
+    EXPECT_EQ(Media.PreviousMedia, first);
+    EXPECT_EQ(Media.CurrentMedia, Reading("B", "Two"));
+}
+
+TEST_F(MediaPolls, AlbumAndCoverThatComeTogetherBothReachTheSong) {
+    STATIONANDSONGDATA media = Reading("A", "One");
+    Read(media);
+    media.Album = "Late";
+    media.Cover = "late";
+    EXPECT_FALSE(Read(media));
+    EXPECT_EQ(Media.SongMedia.Album, "Late");
+    EXPECT_EQ(Media.SongMedia.Cover, "late");
+    EXPECT_EQ(Media.SongMedia.Song, "");
+}
+
 TEST_F(MediaPolls, AProviderThatFailsLeavesTheLastReading) {
     Read("A", "One");
     const STATIONANDSONGDATA before = Media.CurrentMedia;

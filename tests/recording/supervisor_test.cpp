@@ -172,6 +172,50 @@ TEST(Supervisor, TakesTheSongDataOverWhenTheSongIsOlderThanTheEncodeDelayAndASec
     EXPECT_EQ(rig.Media.SongMedia.Song, "New");
 }
 
+TEST(Supervisor, TheWaitForTheSongDataIsTheEncodeDelayInWholeSecondsAndOneMore) {
+    struct Row {
+        int32_t EncodeDelay;
+        int Runs;  ///< the song's age then exceeds the wait
+    };
+    for (const Row row : {Row{0, 2}, Row{999, 2}, Row{1000, 3}, Row{5999, 7}, Row{30'000, 32}}) {
+        SupervisorRig rig;
+        rig.Options.EncodeDelay = row.EncodeDelay;
+        rig.Media.CurrentMedia.Song = "New";
+        rig.Ticks(row.Runs - 1);
+        EXPECT_EQ(rig.Media.SongMedia.Song, "") << row.EncodeDelay;
+        rig.Tick();
+        EXPECT_EQ(rig.Media.SongMedia.Song, "New") << row.EncodeDelay;
+    }
+}
+
+TEST(Supervisor, TakesTheWholeRecordOverWhenArtistOrTitleDiffer) {
+    for (const bool artist : {true, false}) {
+        SupervisorRig rig;
+        STATIONANDSONGDATA& now = rig.Media.CurrentMedia;
+        now.StationName = now.StationDescr = now.Artist = now.Song = now.Album = now.Cover = "new";
+        rig.Media.SongMedia.Artist = artist ? "old" : "new";
+        rig.Media.SongMedia.Song = artist ? "new" : "old";
+        rig.Media.SongMedia.TempFileName = "file";
+        rig.Ticks(7);
+        EXPECT_EQ(rig.Media.SongMedia, now);
+    }
+}
+
+TEST(Supervisor, TakesNothingOverOfTheSongThatIsInTheFile) {
+    SupervisorRig rig;
+    rig.Media.CurrentMedia.Artist = rig.Media.SongMedia.Artist = "A";
+    rig.Media.CurrentMedia.Song = rig.Media.SongMedia.Song = "S";
+    rig.Media.CurrentMedia.Album = "late";
+    rig.Excluded = true;
+    rig.Flags.RecordCurrentSong = true;
+    rig.Ticks(20);
+    EXPECT_EQ(rig.Media.SongMedia.Album, "");
+    EXPECT_TRUE(rig.Flags.RecordCurrentSong);
+    rig.Media.CurrentMedia.Song = "Next";  // nothing was taken over for this song yet
+    rig.Tick();
+    EXPECT_EQ(rig.Media.SongMedia.Song, "Next");
+}
+
 TEST(Supervisor, TakesNothingOverWhileASongWaitsForItsTransfer) {
     SupervisorRig rig;
     rig.Media.CurrentMedia.Song = "New";
