@@ -97,6 +97,8 @@ struct ProgramEvents {
     std::function<void(const TransferredSong&)> SongTransferred;
     std::function<void(const JobResult&)> JobEnded;  ///< an encoder has ended, well or not
     std::function<void(const std::string& kind, const std::string& text)> Logged;
+    std::function<void(const std::string& text)>
+        StatusShown;                   ///< lblStatus(1) has another text; may be empty
     std::function<void()> InputEnded;  ///< a finite input has given its last buffer
     std::function<void()> Ended;       ///< the stop is complete
 };

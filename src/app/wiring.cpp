@@ -245,6 +245,9 @@ void AttachHandlers(ProgramParts& parts) {
     parts.Journal.Listener = [&parts](const std::string& kind, const std::string& text) {
         if (parts.Owner.Events.Logged) parts.Owner.Events.Logged(kind, text);
     };
+    form.lblStatus[1].Changed.Connect([&parts, &form] {
+        if (parts.Owner.Events.StatusShown) parts.Owner.Events.StatusShown(form.lblStatus[1].Caption());
+    });
     form.chkStationDataEnable.Click.Connect([&parts] { parts.StationDataClicked(); });
     form.lblStationDataEnable.Click.Connect([&form] { form.chkStationDataEnable.Press(); });
     form.cmdGetStationID.Click.Connect([&parts] { parts.StationIDClicked(); });

@@ -54,8 +54,9 @@ struct Capture::Engine : std::enable_shared_from_this<Capture::Engine> {
     std::shared_ptr<std::vector<WaveBuffer>> Ring = std::make_shared<std::vector<WaveBuffer>>();
     size_t PollIndex = 0;
     int32_t MaxBuffersUsed = 0;
-    float LastArrival = 0;       ///< seconds since midnight; 0: none yet
-    uint64_t LostSinceLast = 0;  ///< frames lost since the last buffer
+    float LastArrival = 0;          ///< seconds since midnight; 0: none yet
+    uint64_t LostSinceLast = 0;     ///< frames lost since the last buffer
+    uint32_t ChangesSinceLast = 0;  ///< changes of the device since the last buffer
 
     uint64_t Generation = 0;  ///< counts every opening and closing
     bool Hooked = false;      ///< buffers that arrive as events are taken
@@ -100,6 +101,7 @@ void Capture::Engine::Prepare() {
     Parts.Signal.FramesReceived = 0;
     LostSinceLast = 0;
     LastArrival = 0;  // while the input was closed nothing had to wait
+    ChangesSinceLast = 0;
 }
 
 void Capture::Engine::StartPolling() {
@@ -181,6 +183,7 @@ bool Capture::Engine::ProcessBuffer(size_t index) {
     if (const size_t frames = FramesOf(buffer).size(); frames > 0) {
         buffer.StreamPosition = Parts.Signal.FramesReceived;
         buffer.FramesLostBefore = std::exchange(LostSinceLast, 0);
+        buffer.DeviceChangesBefore = std::exchange(ChangesSinceLast, 0);
         Parts.Signal.FramesReceived += frames;
         if (Events.Buffer && !Events.Buffer(buffer)) {
             if (Events.Fatal && !Gone) Events.Fatal();
@@ -232,6 +235,9 @@ void Capture::Engine::Poll() {
 void Capture::Engine::NoteIncident(const WaveInIncident& incident) {
     Parts.Signal.FramesLost += incident.LostFrames;
     LostSinceLast += incident.LostFrames;
+    const bool wentAndCame =
+        incident.Kind == WaveInIncidentKind::DeviceLost || incident.Kind == WaveInIncidentKind::ServerLost;
+    if (wentAndCame) ++ChangesSinceLast;
     // The next buffer comes late because there was none, and not because buffers had to wait.
     if (incident.Kind != WaveInIncidentKind::Overrun) LastArrival = 0;
     // Nobody knows what played in the meantime, so it does not count as silence.

@@ -71,6 +71,7 @@ void SongWriter::Note(const SignalBuffer& buffer) {
     Present.Empty = false;
     Present.EndFrame = buffer.StreamPosition + FramesOf(buffer).size();
     Present.LostFrames += buffer.FramesLostBefore;
+    Present.DeviceChanges += buffer.DeviceChangesBefore;
     Present.ClippedSamples += buffer.ClippedSamples;
 }
 
@@ -238,6 +239,7 @@ ClosedSong SongWriter::Describe(SongFate fate) const {
     if (song.EndFrame < song.BeginFrame) song.EndFrame = song.BeginFrame + song.Frames;
     song.FramesPerSecond = SongFile->Format().nSamplesPerSec;
     song.LostFrames = Present.LostFrames;
+    song.DeviceChanges = Present.DeviceChanges;
     song.ClippedSamples = Present.ClippedSamples;
     song.TempPath = FilePath;
     song.Media = Parts.Media.SongMedia;

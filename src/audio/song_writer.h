@@ -134,6 +134,7 @@ class SongWriter {
         uint64_t BeginFrame = 0;
         uint64_t EndFrame = 0;
         uint64_t LostFrames = 0;
+        uint32_t DeviceChanges = 0;
         uint64_t ClippedSamples = 0;
         bool Empty = true;
         bool BegunAtBoundary = false;

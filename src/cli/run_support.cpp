@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <memory>
 #include <thread>
 
+#include "cli/notices.h"
 #include "cli/obstacles.h"
 #include "cli/output.h"
 #include "core/text.h"
@@ -84,11 +86,14 @@ ProgramEvents EventsTo(SongPrinter& printer, TerminalLine& line) {
         line.Clear();
         printer.JobEnded(result);
     };
-    events.Logged = [&](const std::string& kind, const std::string& text) {
-        if (kind != "INFO" && kind != "ERROR") return;
+    const auto notices = std::make_shared<Notices>([&line](const std::string& text) {
         line.Clear();
         Tell(text);
+    });
+    events.Logged = [notices](const std::string& kind, const std::string& text) {
+        notices->Logged(kind, text);
     };
+    events.StatusShown = [notices](const std::string& text) { notices->Status(text); };
     return events;
 }
 

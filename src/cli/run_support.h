@@ -36,8 +36,8 @@ std::optional<std::string> ConversionText(const std::string& path, const SoundFi
 /// two folders and at the chosen format.
 std::optional<std::string> FindObstacle(Program& program, Files& files);
 
-/// The events of a program that go to the printer, and its log lines that go to the error output. Whatever
-/// is printed takes the line away first.
+/// The events of a program that go to the printer, and its notices, which go to the error output. Whatever is
+/// printed takes the line away first.
 ProgramEvents EventsTo(SongPrinter& printer, TerminalLine& line);
 
 /// Waits until all encoders have ended and tells their results.

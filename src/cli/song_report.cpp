@@ -1,6 +1,9 @@
 #include "cli/song_report.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <vector>
 
 #include "cli/json_text.h"
 #include "platform/linux/one_line.h"
@@ -44,13 +47,33 @@ std::string SongAsJson(const ClosedSong& song, const std::string& file) {
         JsonText(song.Media.Song), JsonText(file), song.LostFrames, song.ClippedSamples, song.Whole);
 }
 
+namespace {
+
+/// "1 device change", "3 device changes".
+std::string CountText(uint64_t count, const std::string& what) {
+    return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
+}
+
+/// What is wrong with a song, with a comma between; empty for a healthy one.
+std::string HealthText(const ClosedSong& song) {
+    std::vector<std::string> texts;
+    if (song.LostFrames > 0) texts.push_back(fmt::format("{:.2f} s lost", Seconds(song.LostFrames, song)));
+    if (song.DeviceChanges > 0) texts.push_back(CountText(song.DeviceChanges, "device change"));
+    const bool kept = song.Fate == SongFate::Kept;  // of the others nobody expects all
+    if (kept && song.ClippedSamples > 0) texts.push_back(CountText(song.ClippedSamples, "clipped sample"));
+    // A part of a song is none, and what has lost something is not whole anyway.
+    if (kept && !song.Whole && song.LostFrames == 0 && song.Media.FilePart == 0)
+        texts.emplace_back("not whole");
+    return fmt::format("{}", fmt::join(texts, ", "));
+}
+
+}  // namespace
+
 std::string SongAsLine(const ClosedSong& song) {
     std::string line =
         fmt::format("{:<8} {:>8}  {}", FateText(song.Fate), LengthText(song.Frames / song.FramesPerSecond),
                     OneLine(SongName(song.Media)));
-    if (song.LostFrames > 0) {
-        line += fmt::format("  ({:.2f} s lost)", Seconds(song.LostFrames, song));
-    }
+    if (const std::string health = HealthText(song); !health.empty()) line += "  (" + health + ")";
     if (song.Continues) line += "  (goes on in a next file)";
     return line;
 }

@@ -235,6 +235,10 @@ class Slider : public Control {
     void Drag(int32_t value);
     int32_t Minimum() const { return Low; }
     int32_t Maximum() const { return High; }
+
+    /// What a key or a click on an arrow moves it by, 1 unless it is set. Any value of the range can be set.
+    int32_t Step() const { return OwnStep; }
+    void Step(int32_t step) { OwnStep = step; }
     std::string ValueText() const override { return std::to_string(OwnValue); }
     bool SetValueText(std::string_view text) override;
     Event<> Scroll;
@@ -245,6 +249,7 @@ class Slider : public Control {
     int32_t High;
     int32_t OwnValue;
     int32_t Settled;
+    int32_t OwnStep = 1;
 };
 
 class ScrollBar : public Slider {

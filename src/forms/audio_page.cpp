@@ -16,6 +16,7 @@ AudioPage::AudioPage(Form& form)
       lblHistogramMin(form, "lblHistogramMin"),
       lblHistogramMax(form, "lblHistogramMax"),
       lblMaxBuffers(form, "lblMaxBuffers") {
+    vscMultiplier.Step(10);
     cmbInputDevices.Caption("Record from this input device (soundcard)");
     chk48kHz.Caption("Use optical input at 48 kHz");
     cmdAutoInput.Caption("Automatic input search");

@@ -16,7 +16,7 @@ struct AudioPage {
     CommandButton cmdSaveMixerSettings;
     CommandButton cmdResetMixerSettings;
     CheckBox chkMixerAutoUpdate;
-    ScrollBar vscMultiplier;  ///< per cent, steps of 10
+    ScrollBar vscMultiplier;  ///< per cent, from 1000 at the top to 100 at the bottom
     Label lblMultiplier;
     Label lblHistogramMin;
     Label lblHistogramMax;

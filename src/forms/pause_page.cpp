@@ -4,9 +4,12 @@ namespace Corvetape {
 
 PausePage::PausePage(Form& form)
     : txtLengthOfPause(form, "txtLengthOfPause"),
+      lblLengthOfPause(form, "lblLengthOfPause"),
       txtSilenceAmplitude(form, "txtSilenceAmplitude"),
+      lblSilenceAmplitude(form, "lblSilenceAmplitude"),
       txtEndOfSilenceAmplitude(form, "txtEndOfSilenceAmplitude"),
       chkDetectSilenceByPeak(form, "chkDetectSilenceByPeak"),
+      lblDetectSilenceByPeak(form, "lblDetectSilenceByPeak"),
       chkIgnoreSilence(form, "chkIgnoreSilence"),
       txtIgnoreSilence(form, "txtIgnoreSilence"),
       txtQuitAfterSilence(form, "txtQuitAfterSilence"),
@@ -20,12 +23,16 @@ PausePage::PausePage(Form& form)
       lblEndOfSongThreshold(form, "lblEndOfSongThreshold"),
       cmdAutoPauseParams(form, "cmdAutoPauseParams") {
     txtLengthOfPause.Caption("Length of pause between songs:");
+    lblLengthOfPause.Caption("msec");
     txtSilenceAmplitude.Caption("Max. silence volume (no sound):");
+    lblSilenceAmplitude.Caption("units");
     txtEndOfSilenceAmplitude.Caption("End of silence volume (sound):");
     chkDetectSilenceByPeak.Caption("Detect silence");
+    lblDetectSilenceByPeak.Caption("by peak level");
     chkIgnoreSilence.Caption("Do not record");
     txtIgnoreSilence.Caption("silence");
     lblQuitAfterSilence[0].Caption("End of recording after silence:");
+    lblQuitAfterSilence[1].Caption("minutes");
     txtIgnoreShortSongs.Caption("Ignore songs that are shorter than:");
     optEndOfSong[0].Caption("silence is recognized,");
     optEndOfSong[1].Caption("media data changes or");

@@ -9,13 +9,16 @@ struct PausePage {
     explicit PausePage(Form& form);
 
     TextBox txtLengthOfPause;
+    Label lblLengthOfPause;  ///< its unit
     TextBox txtSilenceAmplitude;
+    Label lblSilenceAmplitude;  ///< its unit
     TextBox txtEndOfSilenceAmplitude;
     CheckBox chkDetectSilenceByPeak;
+    Label lblDetectSilenceByPeak;  ///< the rest of its caption
     CheckBox chkIgnoreSilence;
     Label txtIgnoreSilence;
     TextBox txtQuitAfterSilence;
-    ControlArray<Label, 2> lblQuitAfterSilence;
+    ControlArray<Label, 2> lblQuitAfterSilence;  ///< what it is, its unit
     TextBox txtIgnoreShortSongs;
     OptionArray<3> optEndOfSong;
     TextBox txtEndOfSongTimer;

@@ -142,19 +142,19 @@ void ProgramOptions::BindLists() {
     });
 }
 
+// Both lists act from the next start on: this run keeps what it began with, and only the file changes.
+
 void ProgramOptions::ChangeEncodeDelay() {
     const int32_t seconds = LongestDelaySeconds - Form.lstEncodeDelay.ListIndex();
     // The list knows whole seconds only; showing a stored delay does not round it.
-    if (Options.EncodeDelay / 1000 != seconds) Options.EncodeDelay = seconds * 1000;
-    Store.WriteSetting(DoNotChange, "EncodeDelay", Options.EncodeDelay);
+    const bool isPresent = Options.EncodeDelay / 1000 == seconds;
+    Store.WriteSetting(DoNotChange, "EncodeDelay", isPresent ? Options.EncodeDelay : seconds * 1000);
 }
 
 void ProgramOptions::ChangeBufferFlag() {
     const int32_t method = LastBufferMethod - Form.lstBufferFlag.ListIndex();
-    const bool isAnother = method != Options.PollRecordingBuffers;
-    // This run keeps its method, also where the input is opened anew.
     Store.WriteSetting(DoNotChange, "PollRecordingBuffers", method);
-    if (!isAnother || BufferFlagTold) return;  // showing the stored method is no change
+    if (method == Options.PollRecordingBuffers || BufferFlagTold) return;  // the stored one is shown
     BufferFlagTold = true;
     Form.tmrMsgBox.Running(true);
 }

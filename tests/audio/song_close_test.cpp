@@ -278,11 +278,12 @@ TEST_F(SongCloses, TheEndOfTheRecognitionIsNoBoundary) {
     EXPECT_FALSE(Last().Whole);
 }
 
-TEST_F(SongCloses, LostFramesAndClippedSamplesAreThoseOfTheSong) {
+TEST_F(SongCloses, LostFramesDeviceChangesAndClippedSamplesAreThoseOfTheSong) {
     Flags.RecordCurrentSong = true;
     const auto hear = [this](uint64_t lost, uint32_t clipped) {
         WaveBuffer buffer = NumberedBuffer(Next++);
         buffer.FramesLostBefore = lost;
+        buffer.DeviceChangesBefore = lost > 0 ? 1 : 0;
         buffer.ClippedSamples = clipped;
         Writer.WriteBufferToSong(buffer, false);
     };
@@ -292,9 +293,11 @@ TEST_F(SongCloses, LostFramesAndClippedSamplesAreThoseOfTheSong) {
     Hear(20);
     HearPause();
     EXPECT_EQ(Last().LostFrames, 120U);
+    EXPECT_EQ(Last().DeviceChanges, 2U);
     EXPECT_EQ(Last().ClippedSamples, 6U);
     Record(30);
     EXPECT_EQ(Last().LostFrames, 0U);
+    EXPECT_EQ(Last().DeviceChanges, 0U);
     EXPECT_EQ(Last().ClippedSamples, 0U);
 }
 

@@ -45,6 +45,7 @@ class SongPrinterTest : public testing::Test {
         ClosedSong song;
         song.Fate = fate;
         song.Frames = 44100 * 40;
+        song.Whole = true;
         song.Media.TempFileName = name;
         return song;
     }

@@ -76,6 +76,27 @@ TEST(SongAsLine, TellsWhatWasLostAndThatThereIsMore) {
     EXPECT_EQ(SongAsLine(song), "kept         1:00  Ann \"A\" - Line Two  (goes on in a next file)");
 }
 
+TEST(SongAsLine, TellsWhatIsWrongWithASongThatIsKept) {
+    ClosedSong song = Song();
+    const std::string name = "  Ann \"A\" - Line Two";
+    song.Whole = false;
+    EXPECT_EQ(SongAsLine(song), "kept         1:00" + name + "  (not whole)");
+    song.ClippedSamples = 1;
+    song.DeviceChanges = 2;
+    song.LostFrames = 44100;
+    EXPECT_EQ(SongAsLine(song),
+              "kept         1:00" + name + "  (1.00 s lost, 2 device changes, 1 clipped sample)");
+    song.Fate = SongFate::Short;
+    EXPECT_EQ(SongAsLine(song), "short        1:00" + name + "  (1.00 s lost, 2 device changes)");
+}
+
+TEST(SongAsLine, DoesNotCallAPartOfASongBroken) {
+    ClosedSong song = Song();
+    song.Whole = false;
+    song.Media.FilePart = 2;
+    EXPECT_EQ(SongAsLine(song), "kept         1:00  Ann \"A\" - Line Two");
+}
+
 TEST(SongName, IsArtistAndTitleOrWhatThereIs) {
     STATIONANDSONGDATA media;
     media.TempFileName = "261121120000";

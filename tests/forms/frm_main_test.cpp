@@ -56,11 +56,13 @@ TEST(MainForm, NothingCanBeRecordedBeforeAnInputIsOpen) {
     EXPECT_FALSE(form.cmdSkipThisRecording.Enabled());
 }
 
-TEST(MainForm, TheGainRunsFrom100To1000PerCent) {
+TEST(MainForm, TheGainRunsFrom100To1000PerCentInStepsOfTen) {
     const frmMain form;
     EXPECT_EQ(form.vscMultiplier.Minimum(), 100);
     EXPECT_EQ(form.vscMultiplier.Maximum(), 1000);
     EXPECT_EQ(form.vscMultiplier.Value(), 100);
+    EXPECT_EQ(form.vscMultiplier.Step(), 10);
+    EXPECT_EQ(form.sldEndOfSongThreshold0.Step(), 1);
 }
 
 TEST(MainForm, TheSlidersOfTheCutReachFiveSecondsToEitherSide) {
@@ -75,22 +77,77 @@ TEST(MainForm, TheSlidersOfTheCutReachFiveSecondsToEitherSide) {
 TEST(MainForm, TheDelayListRunsFrom30SecondsDownToNone) {
     const frmMain form;
     ASSERT_EQ(form.lstEncodeDelay.Items().size(), 31U);
-    EXPECT_EQ(form.lstEncodeDelay.Items()[0].Text, "30");
-    EXPECT_EQ(form.lstEncodeDelay.Items()[30].Text, "0");
+    for (size_t i = 0; i <= 30; ++i) {
+        EXPECT_EQ(form.lstEncodeDelay.Items()[i].Text, std::to_string(30 - static_cast<int32_t>(i)));
+    }
     EXPECT_EQ(form.lstBufferFlag.Items().size(), 4U);
 }
 
-TEST(MainForm, CaptionsOfThePausePageStandAsTheyAre) {
+struct CaptionRow {
+    const char* Control;
+    int32_t Index;  ///< -1 for a single control
+    const char* Caption;
+};
+
+constexpr CaptionRow CaptionTable[] = {
+    {"txtLengthOfPause", -1, "Length of pause between songs:"},
+    {"lblLengthOfPause", -1, "msec"},
+    {"txtSilenceAmplitude", -1, "Max. silence volume (no sound):"},
+    {"lblSilenceAmplitude", -1, "units"},
+    {"txtEndOfSilenceAmplitude", -1, "End of silence volume (sound):"},
+    {"chkDetectSilenceByPeak", -1, "Detect silence"},
+    {"lblDetectSilenceByPeak", -1, "by peak level"},
+    {"chkIgnoreSilence", -1, "Do not record"},
+    {"txtIgnoreSilence", -1, "silence"},
+    {"optEndOfSong", 0, "silence is recognized,"},
+    {"optEndOfSong", 1, "media data changes or"},
+    {"optEndOfSong", 2, "after fixed time period of"},
+    {"optDuplicatePartOfSong", 0, "Search for end of song within these time intervals"},
+    {"optDuplicatePartOfSong", 1, "Duplicate this amount of music"},
+    {"lblQuitAfterSilence", 0, "End of recording after silence:"},
+    {"lblQuitAfterSilence", 1, "minutes"},
+    {"txtIgnoreShortSongs", -1, "Ignore songs that are shorter than:"},
+    {"cmdAutoPauseParams", -1, "Optimize pause recogn."},
+    {"chkNormalize", -1, "Normalize music files after recording"},
+    {"chkEncodeOffline", -1, "Do not encode while recording"},
+    {"chkDelTemp", -1, "Delete temporary files after encoding"},
+    {"chkDelTempFolder", -1, "Delete temporary files and folder at program termination"},
+    {"chkQuitAfterRecording", -1, "Terminate program at end of timed recording"},
+    {"chkDelayUnload", -1, "Delay program termination until end of song"},
+    {"chkDisableSoundScheme", -1, "Disable sound scheme when Corvetape starts"},
+    {"chkRestartRadioIfSilent", -1, "Try to restart radio if silence detected"},
+    {"chkUseMusicSubfolder", -1, "Put (encode) music files into subfolder(s) with the following name:"},
+    {"txtMusicFolderTemplate", -1, "Format or name of music subfolder (if song data available):"},
+    {"txtMusicFileTemplate", 0, "Format of music file name (if NO song data available):"},
+    {"txtMusicFileTemplate", 1, "Format of music file name (if song data available):"},
+    {"txtLowTempSpace", -1, "MB in folder for temporary data"},
+    {"txtLowMusicSpace", -1, "MB in music folder"},
+    {"chkStartApp", -1, "Launch this program when Corvetape starts:"},
+    {"chkStopApp", -1, "Launch this program when Corvetape quits:"},
+    {"lstEncodeDelay", -1, "Start encoding to MP3, WMA etc. after a delay of n seconds"},
+    {"lstBufferFlag", -1, "Buffer processing method"},
+    {"cmbInputDevices", -1, "Record from this input device (soundcard)"},
+    {"chk48kHz", -1, "Use optical input at 48 kHz"},
+    {"cmdAutoInput", -1, "Automatic input search"},
+    {"cmdAGC", -1, "Automatic gain control"},
+    {"cmdOpenMixer", -1, "Open mixer settings"},
+    {"cmdSaveMixerSettings", -1, "Save mixer settings"},
+    {"cmdResetMixerSettings", -1, "Reset mixer settings"},
+    {"chkMixerAutoUpdate", -1, "Use saved mixer settings at start of Corvetape"},
+};
+
+TEST(MainForm, EachControlOfThePagesHasItsCaption) {
     const frmMain form;
-    EXPECT_EQ(form.txtLengthOfPause.Caption(), "Length of pause between songs:");
-    EXPECT_EQ(form.txtSilenceAmplitude.Caption(), "Max. silence volume (no sound):");
-    EXPECT_EQ(form.txtEndOfSilenceAmplitude.Caption(), "End of silence volume (sound):");
-    EXPECT_EQ(form.optEndOfSong[0].Caption(), "silence is recognized,");
-    EXPECT_EQ(form.optEndOfSong[1].Caption(), "media data changes or");
-    EXPECT_EQ(form.optEndOfSong[2].Caption(), "after fixed time period of");
-    EXPECT_EQ(form.optDuplicatePartOfSong[0].Caption(), "Search for end of song within these time intervals");
-    EXPECT_EQ(form.optDuplicatePartOfSong[1].Caption(), "Duplicate this amount of music");
-    EXPECT_EQ(form.cmdAutoPauseParams.Caption(), "Optimize pause recogn.");
+    for (const CaptionRow& row : CaptionTable) {
+        const Control* control = form.Find(row.Control, row.Index);
+        ASSERT_NE(control, nullptr) << row.Control;
+        EXPECT_EQ(control->Caption(), row.Caption) << row.Control << row.Index;
+    }
+}
+
+TEST(MainForm, TheBoxThatOnlyPagesSetIsOutOfSight) {
+    const frmMain form;
+    EXPECT_FALSE(form.chkNoStartupInfo.Visible());
 }
 
 TEST(MainForm, TwoFormsShareNothing) {

@@ -157,7 +157,6 @@ TEST_F(ProgramOptionsTest, ASpaceLimitThatIsRefusedKeepsTheFocusAndTheOldLimit) 
 TEST_F(ProgramOptionsTest, TheListOfDelaysStoresThirtySecondsLessItsIndex) {
     for (int32_t index = 0; index <= 30; ++index) {
         ASSERT_TRUE(Form.lstEncodeDelay.Select(index));
-        EXPECT_EQ(Options.EncodeDelay, (30 - index) * 1000);
         EXPECT_EQ(Bench.Stored("DoNotChange", "EncodeDelay"), std::to_string((30 - index) * 1000));
     }
     EXPECT_FALSE(Form.lstEncodeDelay.Select(31));
@@ -167,6 +166,16 @@ TEST_F(ProgramOptionsTest, TheThirdEntryOfTheDelaysStoresTwentyEightSeconds) {
     EXPECT_EQ(Form.lstEncodeDelay.Items()[2].Text, "28");
     Form.lstEncodeDelay.ListIndex(2);
     EXPECT_EQ(Bench.Stored("DoNotChange", "EncodeDelay"), "28000");
+}
+
+TEST_F(ProgramOptionsTest, TheTwoListsActFromTheNextStartOn) {
+    Form.lstEncodeDelay.ListIndex(2);
+    Form.lstBufferFlag.ListIndex(0);
+    EXPECT_EQ(Options.EncodeDelay, 5000);
+    EXPECT_EQ(Options.PollRecordingBuffers, 0);
+    Bench.LoadSettings();
+    EXPECT_EQ(Options.EncodeDelay, 28000);
+    EXPECT_EQ(Options.PollRecordingBuffers, 3);
 }
 
 TEST_F(ProgramOptionsTest, ShowingAStoredDelayDoesNotRoundIt) {

@@ -99,6 +99,26 @@ TEST(SupervisorSilence, ASongThatTheSilenceBrokeOffPassesItsWishToTheNextOne) {
     EXPECT_EQ(rig.Form.chkStartStop[1].Value(), 1);
 }
 
+TEST(SupervisorSilence, ASongThatNobodyWantsPassesNoWishOn) {
+    SupervisorRig rig;
+    rig.FileOpen = true;
+    rig.Signal.SilenceSeconds = 60;
+    rig.Tick();
+    EXPECT_EQ(rig.Form.chkStartStop[1].Value(), 0);
+}
+
+TEST(SupervisorSilence, WithANoticeTimeOfZeroOnlyMakesEachSecondDue) {
+    SupervisorRig rig;
+    rig.Options.InfoAfterSilence = 0;
+    rig.Options.RestartRadioIfSilent = true;
+    rig.Flags.RecordNextSong = true;
+    for (const int32_t seconds : {0, 7}) {
+        rig.Signal.SilenceSeconds = seconds;
+        rig.Tick();
+        EXPECT_TRUE(rig.WasAsked("RestartRadio")) << seconds;
+    }
+}
+
 TEST(SupervisorSilence, EndsTheRecordingOnceAfterItsTime) {
     SupervisorRig rig;
     rig.Ticks(3);

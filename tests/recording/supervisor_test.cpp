@@ -71,11 +71,14 @@ TEST(Supervisor, OpensTheAssistantOnTheSecondRunIfItWasAskedFor) {
     EXPECT_EQ(rig.Form.tbsMain.SelectedKey(), "TAB_ABOUT");
 }
 
-TEST(Supervisor, LeavesTheAboutPageOnTheSecondRun) {
-    SupervisorRig rig;
-    rig.Form.tbsMain.Select("TAB_ABOUT");
-    rig.Ticks(2);
-    EXPECT_EQ(rig.Form.tbsMain.SelectedKey(), "TAB_RECORDING");
+TEST(Supervisor, LeavesTheAboutPageAndNoOtherOnTheSecondRun) {
+    for (const auto& [before, behind] :
+         {std::pair{"TAB_ABOUT", "TAB_RECORDING"}, {"TAB_AUDIO", "TAB_AUDIO"}}) {
+        SupervisorRig rig;
+        rig.Form.tbsMain.Select(before);
+        rig.Ticks(2);
+        EXPECT_EQ(rig.Form.tbsMain.SelectedKey(), behind);
+    }
 }
 
 TEST(Supervisor, ShowsTheFirstPageUntilTheUserHasHadEnoughOfIt) {
@@ -89,9 +92,9 @@ TEST(Supervisor, ShowsTheFirstPageUntilTheUserHasHadEnoughOfIt) {
 
 TEST(Supervisor, TheTimeSinceTheStartIsNoSilence) {
     SupervisorRig rig;
-    rig.Time.Nanoseconds = 100'000'000'000;
+    rig.Time.Nanoseconds = 10'000'900'000'000;
     rig.Ticks(2);
-    EXPECT_EQ(rig.Signal.SilenceStartSecond, 102);
+    EXPECT_EQ(rig.Signal.SilenceStartSecond, 10'002);
 }
 
 TEST(Supervisor, LooksForAProviderWhileThereIsNone) {
@@ -331,13 +334,43 @@ TEST(Supervisor, ATimedRecordingCountsDownOnlyWhileItRecords) {
     rig.Ticks(60);
     EXPECT_EQ(rig.Flags.RecordingSecondsLeft, 60);
     EXPECT_EQ(rig.Form.txtRecordingPeriod.Text(), "1");
+    rig.Form.chkStopRecording[1].Value(0);
+    rig.Ticks(5);
+    EXPECT_EQ(rig.Flags.RecordingSecondsLeft, 60);
+}
+
+TEST(Supervisor, ATimedRecordingShowsItsMinutesOnlyWhenOneIsFull) {
+    SupervisorRig rig;
+    rig.Form.chkStopRecording[1].Value(1);
+    rig.Form.txtRecordingPeriod.Text("5");
+    rig.Flags.RecordCurrentSong = true;
+    rig.Flags.RecordingSecondsLeft = 300;
+    rig.Ticks(59);
+    EXPECT_EQ(rig.Form.txtRecordingPeriod.Text(), "5");
+    rig.Tick();
+    EXPECT_EQ(rig.Form.txtRecordingPeriod.Text(), "4");
+    rig.Ticks(60);
+    EXPECT_EQ(rig.Form.txtRecordingPeriod.Text(), "3");
+}
+
+TEST(Supervisor, ATimedRecordingCountsRunsAndNotTheClock) {
+    SupervisorRig rig;
+    rig.Form.chkStopRecording[1].Value(1);
+    rig.Flags.RecordCurrentSong = true;
+    rig.Flags.RecordingSecondsLeft = 120;
+    rig.Tick();
+    rig.Time.Now.Hour += 1;
+    rig.Watch.TimerFired();
+    EXPECT_EQ(rig.Flags.RecordingSecondsLeft, 118);
 }
 
 TEST(Supervisor, TheEndOfATimedRecordingLetsTheSongFinish) {
     SupervisorRig rig;
     rig.Form.chkStopRecording[1].Value(1);
     rig.Flags.RecordCurrentSong = true;
-    rig.Flags.RecordingSecondsLeft = 1;
+    rig.Flags.RecordingSecondsLeft = 2;
+    rig.Tick();
+    EXPECT_EQ(rig.Form.chkStopRecording[0].Value(), 0);
     rig.Tick();
     EXPECT_EQ(rig.Form.chkStopRecording[0].Value(), 1);
     EXPECT_FALSE(rig.Flags.QuitAtEndOfSong);
@@ -378,6 +411,17 @@ TEST(Supervisor, CutsByTimeWhenTheTimeIsReached) {
     EXPECT_TRUE(rig.Cut.SongBoundary);
     EXPECT_EQ(rig.Cut.CutIndex, 77);
     EXPECT_EQ(rig.Cut.FixedTimeSeconds, 0);
+}
+
+TEST(Supervisor, CountsTheTimeOfAPieceWhereSongsAreCutByTimeOnly) {
+    for (const EndOfSong mode : {EndOfSong::Silence, EndOfSong::MediaData}) {
+        SupervisorRig rig;
+        rig.Pause.EndOfSongDetection = mode;
+        rig.Pause.EndOfSongTimer = 3;
+        rig.Ticks(10);
+        EXPECT_EQ(rig.Cut.FixedTimeSeconds, 0);
+        EXPECT_FALSE(rig.Cut.CutPending);
+    }
 }
 
 TEST(Supervisor, DrainsEverySecondAndEndsTheProgramIfNoFileCanBeMade) {

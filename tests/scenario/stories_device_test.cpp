@@ -55,6 +55,8 @@ void ExpectAMinuteToBeMissing(World& world, const char* reasonKey, double at) {
     EXPECT_EQ(kept[0].Song.LostFrames, 0U);
     EXPECT_EQ(kept[1].Song.LostFrames, 60 * Second);
     EXPECT_EQ(kept[2].Song.LostFrames, 0U);
+    EXPECT_EQ(kept[1].Song.DeviceChanges, 1U);
+    EXPECT_EQ(kept[2].Song.DeviceChanges, 0U);
     EXPECT_FALSE(kept[1].Song.Whole);
     EXPECT_TRUE(kept[2].Song.Whole);
     ExpectAllButTheHole(world, world.Transferred[1], at, 60);

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace Corvetape {
+
+/// Makes one stream of lines of what a running program has to say: its log, and its status line as far as
+/// the log does not hold the same.
+class Notices {
+ public:
+    /// `print` is called with each line that is to be told.
+    explicit Notices(std::function<void(const std::string& text)> print) : Print(std::move(print)) {}
+
+    /// A line of the log. Only "INFO" and "ERROR" are notices.
+    void Logged(const std::string& kind, const std::string& text);
+
+    /// The status line shows this text now. A text that only counts on is told once.
+    void Status(const std::string& text);
+
+ private:
+    std::function<void(const std::string& text)> Print;
+    std::string Shown;       ///< the text of the status line
+    std::string JustLogged;  ///< its showing in the status line says nothing new
+    std::string JustShown;   ///< its line in the log says nothing new
+};
+
+}  // namespace Corvetape
