@@ -1,9 +1,11 @@
 #include "cli/profile_report.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <array>
 
+#include "core/like.h"
 #include "media/browser_rules.h"
 #include "media/window_search.h"
 #include "platform/linux/one_line.h"
@@ -64,9 +66,33 @@ RuleSource Find(const ProviderProfile& profile, SearchPlace& place, Windows* win
     return from;
 }
 
+bool Found(const RuleSource& from) {
+    return from.Page || from.Window != 0;
+}
+
+/// Why a profile finds nothing, by the first of its patterns that nothing is like.
+std::string Reason(const ProviderProfile& profile, const SearchPlace& place, ProfileMatch how) {
+    if (profile.ReadsWindow()) {
+        if (how == ProfileMatch::AnyAddress) return "it is a profile of windows";
+        return fmt::format("no window of class {} has a title like {}", Quoted(profile.WindowClass),
+                           Quoted(profile.WindowTitle));
+    }
+    if (place.Pages().empty()) return "no page is open";
+    const LikePattern address(how == ProfileMatch::AnyAddress ? "*" : profile.DocUrl);
+    const LikePattern title(profile.DocTitle);
+    std::vector<ShownPage> pages = place.Pages();
+    std::erase_if(pages, [&](const ShownPage& each) { return !address.Matches(each.Page.Url); });
+    if (pages.empty()) return "no page has an address like " + Quoted(profile.DocUrl);
+    std::erase_if(pages, [&](const ShownPage& each) { return !title.Matches(each.Page.Title); });
+    if (pages.empty()) return "no page with its address has a title like " + Quoted(profile.DocTitle);
+    if (how == ProfileMatch::AsRecorded && !(profile.WindowClass + profile.WindowTitle).empty()) {
+        return "its page is in another window, or does not answer";
+    }
+    return "its page does not answer";
+}
+
 std::string ProfileText(const ProviderProfile& profile, const RuleSource& from) {
-    std::string text = fmt::format("  {}: ", OneLine(profile.Name));
-    if (!from.Page && from.Window == 0) return text + "finds nothing\n";
+    std::string text;
     if (from.Page) {
         text += fmt::format("reads the page {} at {}\n", Quoted(from.Page->Title().value_or("")),
                             OneLine(from.Page->Url()));
@@ -77,26 +103,47 @@ std::string ProfileText(const ProviderProfile& profile, const RuleSource& from) 
     return text;
 }
 
-}  // namespace
-
-std::string ProfileReport(const std::vector<ProviderProfile>& profiles, Documents* documents,
-                          Windows* windows, ProfileMatch how) {
-    if (documents) documents->BeginPoll();
-    SearchPlace place(documents, windows);
+std::string PlaceText(const SearchPlace& place, const ProfileTrial& trial) {
     std::string text = fmt::format("Pages: {}\n", place.Pages().size());
     for (const ShownPage& each : place.Pages()) {
         text += fmt::format("  {} at {}, window {} of class {}\n", Quoted(each.Page.Title),
                             OneLine(each.Page.Url), Quoted(each.WindowText), Quoted(each.WindowClass));
     }
+    if (place.Pages().empty() && trial.How == ProfileMatch::AsRecorded) {
+        text += fmt::format("  no browser answers at port {}; start one with --remote-debugging-port\n",
+                            fmt::join(trial.Ports, ", "));
+    }
+    if (trial.How == ProfileMatch::AnyAddress) return text;
     text += fmt::format("Windows: {}\n", place.TopLevel().size());
     for (const WindowInfo& each : place.TopLevel()) {
         text += fmt::format("  {} of class {}\n", Quoted(each.Text), Quoted(each.Class));
     }
-    text += fmt::format("Profiles: {}\n", profiles.size());
-    for (const ProviderProfile& profile : profiles) {
-        text += ProfileText(profile, Find(profile, place, windows, how));
-    }
     return text;
+}
+
+}  // namespace
+
+std::string ProfileReport(const ProfileTrial& trial, Documents* documents, Windows* windows) {
+    if (documents) documents->BeginPoll();
+    SearchPlace place(documents, windows);
+    std::string text = PlaceText(place, trial);
+    text += fmt::format("Profiles: {} in {}\n", trial.Profiles.size(), OneLine(trial.Path));
+    if (trial.Profiles.empty()) text += "  the section of a profile has a name like [- My station]\n";
+    const ProviderProfile* chosen = nullptr;
+    for (const ProviderProfile& profile : trial.Profiles) {
+        const RuleSource from = Find(profile, place, windows, trial.How);
+        text += fmt::format("  {}: ", OneLine(profile.Name));
+        if (!Found(from)) {
+            text += "finds nothing, " + Reason(profile, place, trial.How) + "\n";
+            continue;
+        }
+        text += ProfileText(profile, from);
+        // Profiles of pages come before all those of windows.
+        const bool better = chosen == nullptr || (chosen->ReadsWindow() && !profile.ReadsWindow());
+        if (better) chosen = &profile;
+    }
+    if (trial.How == ProfileMatch::AnyAddress) return text;
+    return text + "The recorder reads: " + (chosen ? OneLine(chosen->Name) : "none of them") + "\n";
 }
 
 }  // namespace Corvetape

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -15,9 +16,17 @@ enum class ProfileMatch {
     AnyAddress,  ///< for pages that were saved: only the title of the page counts, and no windows
 };
 
-/// What is open, which profile finds what, and what each of its rules yields: the text as it was read, behind
-/// the pattern, and decoded. Either of the two may be missing.
-std::string ProfileReport(const std::vector<ProviderProfile>& profiles, Documents* documents,
-                          Windows* windows, ProfileMatch how);
+/// The profiles that are tried, and where.
+struct ProfileTrial {
+    std::string Path;  ///< the file that they come from
+    std::vector<ProviderProfile> Profiles;
+    std::vector<uint16_t> Ports;  ///< at which browsers are asked for their pages
+    ProfileMatch How = ProfileMatch::AsRecorded;
+};
+
+/// What is open, which profile the recorder would read, which finds what or why it finds nothing, and what
+/// each rule yields: the text as it was read, behind the pattern, and decoded. Either of the two may be
+/// missing.
+std::string ProfileReport(const ProfileTrial& trial, Documents* documents, Windows* windows);
 
 }  // namespace Corvetape

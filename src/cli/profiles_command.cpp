@@ -100,14 +100,17 @@ std::string FindBrowser(Folders& folders) {
     return "";
 }
 
-int ReportPage(const ProfilesArguments& arguments, const std::vector<ProviderProfile>& profiles,
-               HostParts& host) {
+int ReportPage(const ProfilesArguments& arguments, ProfileTrial trial, HostParts& host) {
     if (!host.Files.FileSize(arguments.Page)) return Fail(arguments.Page + ": no such file");
     const std::string program = FindBrowser(*host.Folders);
     if (program.empty()) return Fail("--page needs a browser of the Chromium family, and none is installed");
     PageBrowser browser;
     const uint16_t port = browser.Start(program, arguments.Page);
-    if (port == 0) return Fail("the browser " + program + " could not be started");
+    if (port == 0) {
+        return Fail("the browser " + program +
+                    " could not be started; CORVETAPE_BROWSER_FLAGS can name flags that it needs");
+    }
+    trial.How = ProfileMatch::AnyAddress;
     DevToolsDocuments documents({port});
     constexpr int tries = 100;
     for (int i = 0; i < tries; ++i) {
@@ -117,7 +120,7 @@ int ReportPage(const ProfilesArguments& arguments, const std::vector<ProviderPro
         if (document && document->Evaluate("document.readyState") == "complete") break;
         std::this_thread::sleep_for(milliseconds(50));
     }
-    Print(stdout, ProfileReport(profiles, &documents, nullptr, ProfileMatch::AnyAddress));
+    Print(stdout, ProfileReport(trial, &documents, nullptr));
     return ExitDone;
 }
 
@@ -131,14 +134,17 @@ int RunProfiles(const ProfilesArguments& arguments) {
     const LinuxClock clock;
     const ProfileSettings settings = SettingsOf(arguments, host, clock);
     if (!host.Files.FileSize(settings.Path)) return Fail(settings.Path + ": no such file");
-    const auto profiles = [&] { return ReadProfiles(Profile(host.Files, settings.Path)); };
-    if (!arguments.Page.empty()) return ReportPage(arguments, profiles(), host);
+    const std::vector<uint16_t> ports = DevToolsPorts(settings.Ports);
+    const auto trial = [&] {
+        return ProfileTrial{settings.Path, ReadProfiles(Profile(host.Files, settings.Path)), ports};
+    };
+    if (!arguments.Page.empty()) return ReportPage(arguments, trial(), host);
 
-    DevToolsDocuments documents(DevToolsPorts(settings.Ports));
+    DevToolsDocuments documents(ports);
     X11Windows windows;
     std::string last;
     do {
-        const std::string report = ProfileReport(profiles(), &documents, &windows, ProfileMatch::AsRecorded);
+        const std::string report = ProfileReport(trial(), &documents, &windows);
         if (report != last) Print(stdout, (last.empty() ? "" : "\n") + report + "\n");
         last = report;
         if (arguments.Watch) std::this_thread::sleep_for(milliseconds(500));
