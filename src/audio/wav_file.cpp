@@ -91,6 +91,7 @@ bool WavFile::Write(std::span<const Frame> frames) {
     // An update that fails is tried again behind the next buffer; the close tells if it never works.
     if (AudioBytes - BytesInHeader >= uint64_t{SecondsBetweenUpdates} * AudioFormat.nAvgBytesPerSec) {
         UpdateHeader();
+        Output->SyncSoon();
     }
     return true;
 }
@@ -130,7 +131,10 @@ bool WavFile::WriteInfo(std::span<const InfoTag> tags) {
 }
 
 bool WavFile::FinishRiff() {
-    return Output && UpdateHeader();
+    if (!Output) return false;
+    const bool good = UpdateHeader();
+    Output->SyncSoon();
+    return good;
 }
 
 bool WavFile::Close() {

@@ -35,7 +35,8 @@ struct InfoTag {
 ///
 /// Every Write reaches the file at once, and the sizes in the header are brought up to date at least every
 /// five seconds of audio and after a failed Write, so that a file that nobody could finish plays up to
-/// there. After a failure each operation may be called again; it goes on where the good audio ends.
+/// there. The disk is asked for it each time, without waiting, so that this holds after a power cut too.
+/// After a failure each operation may be called again; it goes on where the good audio ends.
 class WavFile {
  public:
     /// Creates or empties the file and writes its header. Nothing on failure.

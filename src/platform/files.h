@@ -24,6 +24,10 @@ class File {
 
     virtual uint64_t Position() const = 0;
 
+    /// Asks that all that was written so far be brought to the disk, so that it outlives a power cut. Waits
+    /// for nothing and tells nothing. A disk whose files can be made again need not do it.
+    virtual void SyncSoon() {}
+
     /// False if the system reports late that something was not written. The file is closed in any case.
     virtual bool Close() = 0;
 };

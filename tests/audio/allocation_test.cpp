@@ -11,8 +11,8 @@
 #include "audio/route.h"
 #include "audio/signal_bench.h"
 #include "audio/song_writer.h"
+#include "audio/swallowing_disk.h"
 #include "platform/sim/sim_clock.h"
-#include "platform/sim/sim_files.h"
 #include "platform/sim/sim_loop.h"
 
 namespace {
@@ -41,36 +41,6 @@ void operator delete(void* memory, size_t /*size*/) noexcept {
 namespace Corvetape::Test {
 
 namespace {
-
-/// A disk that takes everything and keeps nothing.
-class SwallowingDisk : public SimFiles {
- public:
-    std::unique_ptr<File> Create(const std::string& /*path*/) override {
-        return std::make_unique<Swallower>(BytesTaken);
-    }
-
-    uint64_t BytesTaken = 0;
-
- private:
-    class Swallower : public File {
-     public:
-        explicit Swallower(uint64_t& taken) : Taken(taken) {}
-        bool Write(std::span<const std::byte> bytes) override {
-            Taken += bytes.size();
-            return true;
-        }
-        bool Seek(uint64_t position) override {
-            At = position;
-            return true;
-        }
-        uint64_t Position() const override { return At; }
-        bool Close() override { return true; }
-
-     private:
-        uint64_t& Taken;
-        uint64_t At = 0;
-    };
-};
 
 /// A device that the test fills and sends the buffers of.
 class SilentWaveIn : public WaveIn {

@@ -303,4 +303,32 @@ TEST(SongFaults, ACrashAtAnyMomentLeavesAFileThatPlaysAndCanBeRepaired) {
     }
 }
 
+TEST(SongFaults, APowerCutLeavesASongThatPlaysUpToTheLastFiveSeconds) {
+    SongBench bench;
+    std::vector<uint64_t> onTheDisk;  // bytes of audio that a header told of when the disk was asked
+    SimDiskImage lastImage;
+    bench.Disk.NoticeSyncs([&](const std::string& path) {
+        lastImage = bench.Disk.Snapshot();
+        onTheDisk.push_back(ReadWavInfo(bench.Disk, path)->DataBytes);
+    });
+    bench.Flags.RecordCurrentSong = true;
+    bench.Hear(250);
+    EXPECT_EQ(onTheDisk, (std::vector<uint64_t>{100 * BufferBytes, 200 * BufferBytes}));
+    bench.HearPause();
+    ASSERT_EQ(onTheDisk.size(), 3U) << "and when it is complete";
+    SimFiles left;
+    left.Restore(lastImage);
+    EXPECT_EQ(ReadWavInfo(left, bench.Last().TempPath)->Tags.size(), 4U);
+    EXPECT_EQ(onTheDisk[2], bench.Last().Frames * sizeof(Frame));
+}
+
+TEST(SongFaults, ForASongThatNobodyWantsTheDiskIsNotAskedAtItsEnd) {
+    SongBench bench;
+    int32_t asked = 0;
+    bench.Disk.NoticeSyncs([&](const std::string&) { ++asked; });
+    bench.Hear(150);
+    bench.HearPause();
+    EXPECT_EQ(asked, 1);
+}
+
 }  // namespace Corvetape::Test

@@ -3,6 +3,7 @@
 
 #include "audio/drain.h"
 #include "audio/song_bench.h"
+#include "audio/swallowing_disk.h"
 
 namespace Corvetape::Test {
 
@@ -192,6 +193,40 @@ TEST(LongSongLimits, ALimitBeyondTheFormatsIsTheFormats) {
     SongBench bench(uint64_t{1} << 40U);
     bench.Record(30);
     EXPECT_EQ(bench.Closed.size(), 1U);
+}
+
+TEST(LongSongLimits, AFileMayBeFilledToTheLastByte) {
+    SongBench bench(10 * BufferBytes);
+    bench.Flags.RecordCurrentSong = true;
+    bench.Hear(10);
+    EXPECT_TRUE(bench.Closed.empty());
+    bench.Hear(1);
+    EXPECT_EQ(bench.BuffersIn(bench.Last().TempPath), SongBench::Range(0, 10));
+}
+
+TEST(LongSongLimits, AtFourGibibytesASongGoesOnInTheNextFileWithoutALostFrame) {
+    SongBench bench;
+    SwallowingDisk disk;
+    std::vector<ClosedSong> closed;
+    SongEvents events;
+    events.SongClosed = [&](const ClosedSong& song) { closed.push_back(song); };
+    SongWriter writer({disk, bench.Flags, bench.Signal, bench.Pause, bench.Media, bench.Messages},
+                      {bench.Format, bench.Options, bench.Folders, [] { return std::string("song"); }},
+                      events);
+    bench.Flags.RecordCurrentSong = true;
+    bench.Pause.PauseBuffers = 0;
+    WaveBuffer buffer = NumberedBuffer(0);
+    constexpr uint64_t buffers = 0x1'0000'0000U / BufferBytes + 100;
+    for (uint64_t i = 0; i < buffers; ++i) {
+        buffer.StreamPosition = i * BufferFrames;
+        ASSERT_TRUE(writer.WriteBufferToSong(buffer, i + 1 == buffers));
+    }
+    ASSERT_EQ(closed.size(), 2U);
+    EXPECT_LE(closed[0].Frames * sizeof(Frame), MostWavDataBytes);
+    EXPECT_GT(closed[0].Frames * sizeof(Frame) + BufferBytes, MostWavDataBytes) << "as much as it can hold";
+    EXPECT_EQ(closed[1].BeginFrame, closed[0].EndFrame);
+    EXPECT_EQ(closed[0].Frames + closed[1].Frames, buffers * BufferFrames);
+    EXPECT_EQ(closed[0].Media.Size, static_cast<int32_t>(closed[0].Frames / 44100));
 }
 
 }  // namespace Corvetape::Test

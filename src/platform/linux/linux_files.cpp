@@ -76,8 +76,9 @@ bool CopyContent(int from, int to) {
 
 class LinuxFile : public File {
  public:
-    LinuxFile(Descriptor openFile, std::shared_ptr<int32_t> errorPlace)
-        : descriptor(std::move(openFile)), lastError(std::move(errorPlace)) {}
+    LinuxFile(Descriptor openFile, std::shared_ptr<int32_t> errorPlace,
+              std::shared_ptr<DiskSyncer> diskSyncer)
+        : descriptor(std::move(openFile)), lastError(std::move(errorPlace)), syncer(std::move(diskSyncer)) {}
     ~LinuxFile() override { Close(); }
     LinuxFile(const LinuxFile&) = delete;
     LinuxFile& operator=(const LinuxFile&) = delete;
@@ -104,6 +105,8 @@ class LinuxFile : public File {
 
     uint64_t Position() const override { return position; }
 
+    void SyncSoon() override { syncer->Add(descriptor.Number()); }
+
     bool Close() override {
         if (!descriptor) return true;
         return descriptor.Close() || Result(false, errno);
@@ -118,11 +121,12 @@ class LinuxFile : public File {
     Descriptor descriptor;
     uint64_t position = 0;
     std::shared_ptr<int32_t> lastError;
+    std::shared_ptr<DiskSyncer> syncer;
 };
 
 }  // namespace
 
-LinuxFiles::LinuxFiles() : lastError(std::make_shared<int32_t>(0)) {}
+LinuxFiles::LinuxFiles() : lastError(std::make_shared<int32_t>(0)), syncer(std::make_shared<DiskSyncer>()) {}
 
 bool LinuxFiles::Result(bool succeeded) const {
     if (!succeeded) *lastError = errno;
@@ -132,7 +136,7 @@ bool LinuxFiles::Result(bool succeeded) const {
 std::unique_ptr<File> LinuxFiles::Create(const std::string& path) {
     Descriptor file = OpenFile(path, O_WRONLY | O_CREAT | O_TRUNC);
     if (!Result(static_cast<bool>(file))) return nullptr;
-    return std::make_unique<LinuxFile>(std::move(file), lastError);
+    return std::make_unique<LinuxFile>(std::move(file), lastError, syncer);
 }
 
 std::optional<std::string> LinuxFiles::ReadAll(const std::string& path, uint64_t limit) {

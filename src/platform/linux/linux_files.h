@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "platform/files.h"
+#include "platform/linux/disk_syncer.h"
 
 namespace Corvetape {
 
@@ -50,6 +51,7 @@ class LinuxFiles : public Files {
  private:
     bool Result(bool succeeded) const;  // keeps errno of a failure
     std::shared_ptr<int32_t> lastError;
+    std::shared_ptr<DiskSyncer> syncer;
 };
 
 }  // namespace Corvetape

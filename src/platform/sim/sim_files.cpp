@@ -45,6 +45,10 @@ class SimFile : public File {
 
     uint64_t Position() const override { return At; }
 
+    void SyncSoon() override {
+        if (IsOpen() && Owner->OnSync) Owner->OnSync(Path);
+    }
+
     bool Close() override {
         if (!IsOpen()) return false;
         SimFiles& owner = *Owner;

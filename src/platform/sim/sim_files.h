@@ -74,6 +74,9 @@ class SimFiles : public Files {
         Faults.DelayWith(std::move(delay));
     }
 
+    /// Gets the path of each file that is asked to be brought to the disk.
+    void NoticeSyncs(std::function<void(const std::string& path)> notice) { OnSync = std::move(notice); }
+
     /// Paths of the files that are open for writing, as they were when opened.
     std::vector<std::string> OpenPaths() const;
     size_t OpenHandles() const { return OpenFiles.size(); }
@@ -117,6 +120,7 @@ class SimFiles : public Files {
     ContentHash History;
     std::vector<SimFile*> OpenFiles;  ///< entered and left by the files themselves
     int32_t Error = 0;
+    std::function<void(const std::string&)> OnSync;
 };
 
 }  // namespace Corvetape

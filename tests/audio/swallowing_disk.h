@@ -1,0 +1,40 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/sim/sim_files.h"
+
+namespace Corvetape::Test {
+
+/// A disk that takes everything and keeps nothing.
+class SwallowingDisk : public SimFiles {
+ public:
+    std::unique_ptr<File> Create(const std::string& /*path*/) override {
+        return std::make_unique<Swallower>(BytesTaken);
+    }
+
+    uint64_t BytesTaken = 0;
+
+ private:
+    class Swallower : public File {
+     public:
+        explicit Swallower(uint64_t& taken) : Taken(taken) {}
+        bool Write(std::span<const std::byte> bytes) override {
+            Taken += bytes.size();
+            return true;
+        }
+        bool Seek(uint64_t position) override {
+            At = position;
+            return true;
+        }
+        uint64_t Position() const override { return At; }
+        bool Close() override { return true; }
+
+     private:
+        uint64_t& Taken;
+        uint64_t At = 0;
+    };
+};
+
+}  // namespace Corvetape::Test
