@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "app/program_parts.h"
+#include "core/text.h"
 #include "platform/processes.h"
 
 namespace Corvetape {
@@ -16,6 +17,7 @@ Program::Program(Machine machine, RunOptions options, ProgramEvents events, Desk
       Alive(std::make_shared<bool>(true)) {
     Parts = std::make_unique<ProgramParts>(Host, *Memory, Links());
     for (const SettingOverride& each : Options.Overrides) {
+        if (EqualIgnoringCase(each.Section, AnySourceSection)) continue;  // when a source is known
         Profile& profile = each.InDataFile ? Parts->Store.FixIni() : Parts->Store.Ini();
         profile.Override(each.Section, each.Key, each.Value);
     }

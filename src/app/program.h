@@ -5,13 +5,13 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/state.h"
 #include "audio/closed_song.h"
 #include "platform/machine.h"
 #include "platform/processes.h"
-#include "platform/sound_source.h"
 #include "post/transfer_job.h"
 
 namespace Corvetape {
@@ -25,27 +25,23 @@ struct ProgramParts;
 struct Switches;
 class Windows;
 
+/// The section of an override that holds for every source of media data, whatever its name, and for the state
+/// without one. A section that is named itself comes first.
+inline constexpr std::string_view AnySourceSection = "Source";
+
 /// A setting that holds for this run only. It is neither read from nor written to its file.
 struct SettingOverride {
-    std::string Section;
+    std::string Section;  ///< or AnySourceSection
     std::string Key;
     std::string Value;
     bool InDataFile = false;
 };
 
-/// A source of media data that belongs to the input itself.
-struct MediaFeed {
-    std::string ProviderName;
-    std::function<SourceMedia()> Read;
-    std::function<bool()> Restart{};  ///< lets the source play again; not set: it cannot be asked
-};
-
 struct RunOptions {
     std::string CommandLine;  ///< as it stands, with the switches
     std::vector<SettingOverride> Overrides;
-    std::vector<MediaFeed> Feeds;  ///< in the order in which they are tried
-    bool KeepNotes = true;         ///< beside each temporary song, for a run that ends before it does
-    uint64_t MaxSongBytes = 0;     ///< largest song file, 0 for what the format can hold
+    bool KeepNotes = true;      ///< beside each temporary song, for a run that ends before it does
+    uint64_t MaxSongBytes = 0;  ///< largest song file, 0 for what the format can hold
 
     /// Comes before the date and time that name a song without a title.
     std::string SongNamePrefix;
@@ -58,7 +54,8 @@ struct RunOptions {
     Corvetape::Documents* Documents = nullptr;
     Corvetape::Windows* Windows = nullptr;
 
-    /// The media players and the web, which not every run asks. Not owned; they outlive the program.
+    /// The media players, or an input that knows itself what it plays, and the web. Not every run asks them.
+    /// Not owned; they outlive the program.
     Corvetape::Players* Players = nullptr;
     Http* Web = nullptr;
 };

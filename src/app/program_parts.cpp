@@ -5,6 +5,7 @@
 
 #include "app/wiring.h"
 #include "core/lifecycle.h"
+#include "core/text.h"
 #include "media/provider_wmp.h"
 #include "platform/folders.h"
 #include "platform/system_info.h"
@@ -99,6 +100,21 @@ void ProgramParts::NoteSong(const std::string& baseName, const STATIONANDSONGDAT
     if (named) note.Media = media;
     note.Media.FilePart = media.FilePart;
     Notes.Write(baseName, note);
+}
+
+void ProgramParts::LoadProviderSettings(const std::string& name) {
+    const auto& overrides = Owner.Options.Overrides;
+    const bool first = OverriddenSources.insert(name).second;
+    for (const SettingOverride& each : overrides) {
+        if (!first || !EqualIgnoringCase(each.Section, AnySourceSection)) continue;
+        const bool gain = EqualIgnoringCase(each.Key, "LevelMultiplier");
+        const std::string& section = gain ? Memory.Media.MixerSectionName : name;
+        const auto own = [&](const SettingOverride& other) {
+            return EqualIgnoringCase(other.Section, section) && EqualIgnoringCase(other.Key, each.Key);
+        };
+        if (std::ranges::none_of(overrides, own)) Store.Ini().Override(section, each.Key, each.Value);
+    }
+    Pauses.LoadProviderSettings(name);
 }
 
 void ProgramParts::LoadImage(const std::string& address) {

@@ -2,6 +2,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -68,6 +69,9 @@ struct ProgramParts {
     /// Notes what is known of a song, open or closed.
     void NoteSong(const std::string& baseName, const STATIONANDSONGDATA& media);
 
+    /// Reads the settings of a source, those of this run for any source among them.
+    void LoadProviderSettings(const std::string& name);
+
     /// Asks for the picture at an address, if this run asks the web.
     void LoadImage(const std::string& address);
 
@@ -84,6 +88,7 @@ struct ProgramParts {
     std::vector<std::string> SongsWithoutJob;           ///< temporary songs that nothing encodes
     uint64_t RandomSeed = 0;
     std::string RunName;  ///< of this process
+    std::set<std::string> OverriddenSources;
 
     RegistryBranches Registry;
     Placeholders Expansion;

@@ -130,9 +130,7 @@ RouteTargets RouteTargetsOf(ProgramParts& parts) {
 
 AdoptionActions AdoptionActionsOf(ProgramParts& parts) {
     AdoptionActions actions;
-    actions.LoadProviderSettings = [&parts](const std::string& name) {
-        parts.Pauses.LoadProviderSettings(name);
-    };
+    actions.LoadProviderSettings = [&parts](const std::string& name) { parts.LoadProviderSettings(name); };
     actions.StoreProviderSettings = [&parts] { parts.Pauses.StoreProviderSettings(); };
     // Nothing of a mixer is saved yet.
     actions.UpdateMixer = actions.ApplyMixer = actions.StoreMixer = [] {};
@@ -146,9 +144,7 @@ AdoptionActions AdoptionActionsOf(ProgramParts& parts) {
 
 ProviderHost ProviderHostOf(ProgramParts& parts) {
     ProviderHost host{parts.Memory.Media, parts.Memory.Signal, parts.Memory.Flags, {}, {}, {}, {}};
-    host.LoadProviderSettings = [&parts](const std::string& name) {
-        parts.Pauses.LoadProviderSettings(name);
-    };
+    host.LoadProviderSettings = [&parts](const std::string& name) { parts.LoadProviderSettings(name); };
     host.ApplyMixerSection = [] {};  // nothing of a mixer is saved yet
     host.HandOverPending = [&parts] { return parts.Memory.Form.tmrEncodeFile.Running(); };
     host.AdoptSettings = [&parts](const std::string& name) { parts.Adoption.Adopt(name); };
@@ -158,12 +154,6 @@ ProviderHost ProviderHostOf(ProgramParts& parts) {
 std::vector<ProviderFactory> FactoriesOf(ProgramParts& parts) {
     std::vector<ProviderFactory> factories;
     AddBrowserFactory(parts, factories);
-    for (const MediaFeed& feed : parts.Owner.Options.Feeds) {
-        factories.push_back([&parts, feed] {
-            return std::make_unique<clsProviderFeed>(parts.MediaHost, feed.ProviderName, feed.Read,
-                                                     feed.Restart);
-        });
-    }
     if (parts.Bridge) {
         factories.push_back([&parts] {
             return std::make_unique<clsProviderWMP>(parts.MediaHost, parts.Registry,

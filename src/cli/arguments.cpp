@@ -26,7 +26,9 @@ std::string ANumber(const std::string& text) {
 }
 
 void AddCommon(CLI::App& command, CommonArguments& arguments, std::vector<std::string>& settings) {
-    command.add_option("--set", settings, "A setting for this run, SECTION.KEY=VALUE (repeatable)")
+    command
+        .add_option("--set", settings,
+                    "A setting for this run, SECTION.KEY=VALUE (repeatable); section Source: any source")
         ->type_name("TEXT")
         ->allow_extra_args(false);
     command.add_option("--home", arguments.Home, "Keep settings, logs, temporary and music files below DIR")

@@ -1,3 +1,5 @@
+#include <fmt/format.h>
+
 #include <QCoreApplication>
 #include <QSocketNotifier>
 #include <chrono>
@@ -21,6 +23,7 @@
 #include "platform/linux/sound_file_source.h"
 #include "platform/linux/x11_windows.h"
 #include "platform/sim/demo_radio.h"
+#include "platform/sim/source_players.h"
 
 namespace Corvetape {
 
@@ -36,11 +39,11 @@ class Recording {
           Host(host),
           Printer(arguments.Json ? SongFormat::Json : SongFormat::Lines, stdout, stderr) {}
 
-    /// Lets the recording know what players play, and fetch covers. Both outlive it.
-    void Ask(Players& players, Http& web) {
-        MediaPlayers = &players;
-        Web = &web;
-    }
+    /// Lets the recording know what players play. They outlive it.
+    void Ask(Players& players) { MediaPlayers = &players; }
+
+    /// Lets the recording fetch covers. Outlives it.
+    void Ask(Http& web) { Web = &web; }
 
     /// Lets the recording read the pages of browsers and the titles of windows. Both outlive it.
     void Watching(Documents& documents, Windows& windows) {
@@ -49,8 +52,7 @@ class Recording {
     }
 
     /// Begins. The exit code if it cannot.
-    std::optional<int> Start(Machine machine, const std::string& inputNames, uint32_t framesPerSecond,
-                             std::vector<MediaFeed> feeds) {
+    std::optional<int> Start(Machine machine, const std::string& inputNames, uint32_t framesPerSecond) {
         RunOptions options;
         options.CommandLine = Arguments.Quit ? "-dontask -quit" : "-dontask";
         options.Overrides = MakeOverrides(
@@ -59,7 +61,6 @@ class Recording {
             options.Overrides.insert(options.Overrides.begin(),
                                      {"Mixer", "SPDIF48kHz", framesPerSecond == 48000 ? "1" : "0"});
         }
-        options.Feeds = std::move(feeds);
         options.Documents = Pages;
         options.Windows = Desktop;
         options.Players = MediaPlayers;
@@ -105,6 +106,7 @@ class Recording {
     }
 
     const Program& Present() const { return *Running; }
+    int32_t KeptSongs() const { return Printer.KeptSongs(); }
 
  private:
     ProgramEvents Events() {
@@ -144,19 +146,22 @@ void WaitFor(std::chrono::nanoseconds duration) {
     nanosleep(&time, nullptr);
 }
 
+/// The tags of a file name the whole of it. As the name of each song in it they would put every song in the
+/// place of the one before, so the second song and those behind it are numbered.
+SourceMedia Numbered(SourceMedia media, int32_t keptSongs) {
+    if (keptSongs > 0 && !media.Song.empty()) media.Song += fmt::format(" ({})", keptSongs + 1);
+    return media;
+}
+
 /// Demo radio and sound files run on virtual time, held against the real one.
 int RecordVirtually(const RecordArguments& arguments, const std::string& filePath) {
     VirtualHost host(arguments.Home);
     SourceWaveIn input(host.Clock, host.Loop);
     uint32_t framesPerSecond = 0;
-    std::vector<MediaFeed> feeds;
     if (filePath.empty()) {
         input.AddDevice(DemoInput(),
                         [](uint32_t rate) { return std::make_unique<DemoRadio>(DemoSeed, rate); });
-        feeds.push_back({DemoProvider, [&input] { return input.NowPlaying(); }});
     } else {
-        // The tags of a file name the whole of it. As the name of each song in it they would put every song
-        // in the place of the one before.
         framesPerSecond = SoundFileSource::NativeRate(filePath) == 48000 ? 48000 : 44100;
         const auto opened = SoundFileSource::Open(filePath, framesPerSecond);
         if (!opened.Source) return Fail(opened.Error);
@@ -166,8 +171,15 @@ int RecordVirtually(const RecordArguments& arguments, const std::string& filePat
         });
     }
     const std::string names = input.Devices().front().Name + ";";
+    const Recording* running = nullptr;
+    SourcePlayers player(host.Loop, input.Devices().front().Name, [&] {
+        const bool file = !filePath.empty() && running != nullptr;
+        return file ? Numbered(input.NowPlaying(), running->KeptSongs()) : input.NowPlaying();
+    });
     Recording recording(arguments, host);
-    const auto code = recording.Start(host.With(input), names, framesPerSecond, std::move(feeds));
+    running = &recording;
+    recording.Ask(player);
+    const auto code = recording.Start(host.With(input), names, framesPerSecond);
     if (code) return *code;
     const LinuxClock real;
     host.Loop.PaceWith(PaceAgainst(real, host.Clock, arguments.Speed, WaitFor));
@@ -192,9 +204,10 @@ int RecordLive(const RecordArguments& arguments, PulseWaveIn& pulse, QtLoop& loo
     DevToolsDocuments documents;
     X11Windows windows;
     Recording recording(arguments, host);
-    recording.Ask(players, web);
+    recording.Ask(players);
+    recording.Ask(web);
     recording.Watching(documents, windows);
-    if (const auto code = recording.Start(machine, device.Name + ";", 0, {})) return *code;
+    if (const auto code = recording.Start(machine, device.Name + ";", 0)) return *code;
 
     const auto endIfOver = [&] {
         if (recording.Over()) loop.Quit();

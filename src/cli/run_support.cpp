@@ -11,33 +11,16 @@
 #include "cli/notices.h"
 #include "cli/obstacles.h"
 #include "cli/output.h"
-#include "core/text.h"
 #include "platform/linux/one_line.h"
 
 namespace Corvetape {
 
-namespace {
-
-void AddSetting(std::vector<SettingOverride>& to, const SettingArgument& setting) {
-    if (!EqualIgnoringCase(setting.Section, AnySourceSection)) {
-        to.push_back({setting.Section, setting.Key, setting.Value, setting.InDataFile});
-        return;
-    }
-    for (const char* provider : {NoStationData, DemoProvider, TableProvider}) {
-        const bool gain = EqualIgnoringCase(setting.Key, "LevelMultiplier");
-        const std::string section = !gain                       ? provider
-                                    : provider == NoStationData ? std::string("Mixer")
-                                                                : std::string("Mixer") + provider;
-        to.push_back({section, setting.Key, setting.Value, false});
-    }
-}
-
-}  // namespace
-
 std::vector<SettingOverride> MakeOverrides(std::vector<SettingOverride> own,
                                            const CommonArguments& arguments) {
     own.push_back({"Options", "NoStartupInfo", "1"});
-    for (const SettingArgument& setting : arguments.Settings) AddSetting(own, setting);
+    for (const SettingArgument& each : arguments.Settings) {
+        own.push_back({each.Section, each.Key, each.Value, each.InDataFile});
+    }
     return own;
 }
 

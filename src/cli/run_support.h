@@ -13,10 +13,6 @@
 
 namespace Corvetape {
 
-/// Names of the sources that a command line has; the section "Source" of a setting stands for all of them.
-inline constexpr const char* DemoProvider = "Demo radio";
-inline constexpr const char* TableProvider = "Media table";
-
 /// Adds what a command line sets for its run to what its user sets; the user's come last and win.
 std::vector<SettingOverride> MakeOverrides(std::vector<SettingOverride> own,
                                            const CommonArguments& arguments);

@@ -16,10 +16,8 @@ struct SettingArgument {
     bool operator==(const SettingArgument&) const = default;
 };
 
-/// The section that stands for whichever source the recording has.
-inline constexpr std::string_view AnySourceSection = "Source";
-
-/// Reads such an argument: the section ends at the last point before the first "=". Only keys that the
+/// Reads such an argument: the section ends at the last point before the first "=". "Source" stands for every
+/// source of media data, see AnySourceSection. Only keys that the
 /// program knows are taken, and numbers only where it reads numbers; otherwise one clear line.
 std::variant<SettingArgument, std::string> ReadSettingArgument(std::string_view text);
 

@@ -17,6 +17,7 @@
 #include "core/text.h"
 #include "platform/linux/sound_file_source.h"
 #include "platform/linux/write_behind_files.h"
+#include "platform/sim/source_players.h"
 
 namespace Corvetape {
 
@@ -113,10 +114,9 @@ class Splitter {
         options.SongNamePrefix = NamePrefix(job.Path);
         options.Overrides = SplitOverrides(Arguments, job);
         const Program* running = nullptr;
-        if (Table) {
-            const auto read = [&] { return Table->At(running != nullptr ? running->InputSeconds() : 0); };
-            options.Feeds.push_back({TableProvider, read});
-        }
+        SourcePlayers player(Host.Loop, "Media table",
+                             [&] { return Table->At(running != nullptr ? running->InputSeconds() : 0); });
+        if (Table) options.Players = &player;
         bool inputEnded = false;
         ProgramEvents events = EventsTo(Printer, Line);
         events.InputEnded = [&] { inputEnded = true; };

@@ -6,7 +6,6 @@
 #include "audio/recording_flags.h"
 #include "audio/signal_state.h"
 #include "core/media_state.h"
-#include "platform/sound_source.h"
 
 namespace Corvetape {
 
@@ -59,23 +58,6 @@ class clsProviderNull : public clsProvider {
     void GetStationData() override {}
     void GetSongData() override {}
     bool RestartRadio() override { return false; }
-};
-
-/// A provider for inputs that know themselves what they play: sound files, the demo radio, a table.
-class clsProviderFeed : public clsProvider {
- public:
-    /// `read` gives what plays at the moment of the call. `restart` lets the source play again; a source
-    /// without it cannot be asked.
-    clsProviderFeed(ProviderHost& host, const std::string& name, std::function<SourceMedia()> read,
-                    std::function<bool()> restart = {});
-    void GetStationData() override;
-    void GetSongData() override;
-    bool RestartRadio() override { return Restart && Restart(); }
-
- private:
-    ProviderHost& Host;
-    std::function<SourceMedia()> Read;
-    std::function<bool()> Restart;
 };
 
 }  // namespace Corvetape

@@ -4,10 +4,12 @@
 #include <optional>
 
 #include "app/program.h"
+#include "media/provider_wmp.h"
 #include "platform/sim/radio_script.h"
 #include "platform/sim/sim_documents.h"
 #include "platform/sim/sim_machine.h"
 #include "platform/sim/sim_windows.h"
+#include "platform/sim/source_players.h"
 
 namespace Corvetape {
 namespace {
@@ -29,7 +31,7 @@ class BrowserRun : public testing::Test {
         run.CommandLine = "-dontask";
         run.Documents = &Browser;
         run.Windows = &Desktop;
-        run.Feeds.push_back({"Feed", [] { return SourceMedia{}; }});
+        run.Players = &Player;
         ProgramEvents events;
         events.Logged = [this](const std::string& kind, const std::string&) { Infos += kind == "INFO"; };
         Recorder.emplace(Computer.Get(), std::move(run), events);
@@ -41,6 +43,7 @@ class BrowserRun : public testing::Test {
     SimMachine Computer;
     SimDocuments Browser;
     SimWindows Desktop;
+    SourcePlayers Player{Computer.Loop, "player", [] { return SourceMedia{}; }};
     int Infos = 0;
     std::optional<Program> Recorder;
 };
@@ -63,7 +66,7 @@ TEST_F(BrowserRun, AClosedPageGivesWayToTheNextSourceWithinTwoSeconds) {
     ASSERT_EQ(Media().ProviderName, "Page Radio");
     Browser.Close(page);
     RunFor(2);
-    EXPECT_EQ(Media().ProviderName, "Feed");
+    EXPECT_EQ(Media().ProviderName, MediaPlayerName);
 }
 
 TEST_F(BrowserRun, ThePortsAreThoseOfTheSettings) {

@@ -64,7 +64,7 @@ constexpr Press Presses[] = {
     {ProviderOfRadio, "EndOfSongThreshold0", "1500",
      [](frmMain& f) { f.sldEndOfSongThreshold(0).Value(-3); }},
     {ProviderOfRadio, "QuitAfterSilence", "10", [](frmMain& f) { f.txtQuitAfterSilence.SetValueText("10"); }},
-    {"MixerScript", "LevelMultiplier", "150", [](frmMain& f) { f.vscMultiplier.Value(150); }},
+    {"MixerWindows Media Player", "LevelMultiplier", "150", [](frmMain& f) { f.vscMultiplier.Value(150); }},
 };
 
 /// Lets `look` see the disk ahead of each of its operations: where the program may be killed.

@@ -87,18 +87,23 @@ TEST_F(MediaTest, ChangesOfTheTableAreTheEndsOfSongsInThatMode) {
                 ElementsAre("FM/Ann - One.wav", "FM/Bob - Two.wav", "FM/Cleo - Three.wav"));
 }
 
-TEST_F(MediaTest, TheTagsOfAFileNameNoneOfItsSongs) {
+TEST_F(MediaTest, TheTagsOfAFileNameItsSongsAndNumberThemBehindTheFirst) {
     Put("show.csv", "0,FM,Ann,The Show\n");
-    const Recording recording = MakeRecording();
+    const Recording recording = MakeRecording({.Seconds = 10});
     PutWave("show.wav", recording);
     ASSERT_EQ(Split({"show.wav", "--media", "show.csv", "--set", "Source.LengthOfPause=3000"}).Code, 0);
     ASSERT_THAT(FilesBelow(Out()), ElementsAre("FM/Ann - The Show.wav"));
-    ASSERT_EQ(TagsOf(Out() + "/FM/Ann - The Show.wav").Song, "The Show");
     const Finished run = RunCommand(
         With("record", {"--input", "file:" + Out() + "/FM/Ann - The Show.wav", "--speed", "1000", "--json"}));
     EXPECT_EQ(run.Code, 0);
     EXPECT_THAT(Compared(recording, run), ElementsAre("equal", "equal", "equal"));
-    EXPECT_EQ(Objects(run.Out).at(0)["title"], "");
+    const std::vector<Json> songs = Objects(run.Out);
+    ASSERT_THAT(songs, SizeIs(3));
+    EXPECT_EQ(songs[0]["artist"], "Ann");
+    EXPECT_EQ(songs[0]["title"], "The Show");
+    EXPECT_EQ(songs[1]["title"], "The Show (2)");
+    EXPECT_EQ(songs[2]["title"], "The Show (3)");
+    EXPECT_EQ(TagOf(songs[2]["file"], "INAM"), "The Show (3)");
 }
 
 /// A text from a stranger, and the file name that it becomes.

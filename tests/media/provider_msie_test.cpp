@@ -396,14 +396,19 @@ TEST_F(Msie, ItsEndClearsTheMediaData) {
 
 TEST_F(Msie, TheNextProviderKeepsWhatItHasReadWhenThisOneGoes) {
     SimPage& page = AddPage();
-    const auto feed = [this] {
-        return std::make_unique<clsProviderFeed>(Host, "Feed", [] {
-            SourceMedia media;
-            media.Song = "Fed";
-            return media;
-        });
+    /// A source behind this one, which is always there.
+    class Next : public clsProvider {
+     public:
+        explicit Next(MediaState& media) {
+            media.ProviderName = "Next";
+            media.CurrentMedia.Song = "Read by the next";
+        }
+        void GetStationData() override {}
+        void GetSongData() override {}
+        bool RestartRadio() override { return false; }
     };
-    ProviderChoice choice(Host, {[this] { return Make(); }, feed});
+    ProviderChoice choice(Host,
+                          {[this] { return Make(); }, [this] { return std::make_unique<Next>(Media); }});
     choice.Choose();
     choice.GetStationData();
     EXPECT_EQ(Now().Song, "Song");
@@ -411,8 +416,8 @@ TEST_F(Msie, TheNextProviderKeepsWhatItHasReadWhenThisOneGoes) {
     choice.GetStationData();
     EXPECT_TRUE(choice.Wanted());
     choice.Choose();
-    EXPECT_EQ(Media.ProviderName, "Feed");
-    EXPECT_EQ(Now().Song, "Fed");
+    EXPECT_EQ(Media.ProviderName, "Next");
+    EXPECT_EQ(Now().Song, "Read by the next");
 }
 
 }  // namespace

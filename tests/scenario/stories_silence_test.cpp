@@ -189,7 +189,6 @@ TEST(RestartOfTheRadio, IsTriedOnceAMinuteWhileSomethingIsWantedAndTheNextFullSo
             options.Settings.push_back({"Options", "RestartRadioIfSilent", "1"});
             options.RestartRadio = [&] {
                 asked.Seconds.push_back(static_cast<int>(told->Now() - FirstBreak));
-                return true;
             };
             return options;
         },
@@ -218,10 +217,7 @@ TEST(RestartOfTheRadio, IsNotTriedWhileNothingIsWanted) {
         [&] {
             WorldOptions options = Station(200);
             options.Settings.push_back({"Options", "RestartRadioIfSilent", "1"});
-            options.RestartRadio = [&] {
-                ++asked;
-                return true;
-            };
+            options.RestartRadio = [&] { ++asked; };
             return options;
         },
         [&](World& world) {

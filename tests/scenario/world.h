@@ -15,14 +15,19 @@
 
 #include "app/program.h"
 #include "core/profile.h"
+#include "media/provider_wmp.h"
 #include "platform/sim/radio_script.h"
+#include "platform/sim/sim_documents.h"
+#include "platform/sim/sim_http.h"
 #include "platform/sim/sim_machine.h"
+#include "platform/sim/sim_players.h"
+#include "platform/sim/source_players.h"
 
 namespace Corvetape::Test {
 
 /// Places of the made-up user and of the program.
 inline constexpr const char* RadioName = "Radio";
-inline constexpr const char* ProviderOfRadio = "Script";
+inline constexpr const char* ProviderOfRadio = MediaPlayerName;
 inline constexpr const char* IniFile = "/home/user/.config/Corvet/Corvet.ini";
 inline constexpr const char* SongTempFolder = "/home/user/.cache/Corvet";
 inline constexpr const char* MusicFolder = "/home/user/Music";
@@ -64,7 +69,13 @@ struct WorldOptions {
     /// Whether the radio tells its titles, and how many seconds late for the radio's song of this number.
     bool TellsTitles = true;
     std::function<double(size_t song)> TitleDelay;
-    std::function<bool()> RestartRadio;  ///< what the radio does when it is asked to play again
+
+    /// What the radio does when it is asked to play again. With it, the radio plays from a web page, as no
+    /// player can be asked.
+    std::function<void()> RestartRadio;
+
+    /// Gives the run further sources of media data, and whatever else it may have.
+    std::function<void(World&, RunOptions&)> Connect;
 
     /// Takes the temporary song when its encoder has run; empty: it becomes the music file as it is.
     std::function<void(World&, const TransferredSong&)> Encode;
@@ -108,9 +119,12 @@ class World {
         RunOptions run;
         run.CommandLine = Setup.CommandLine;
         run.MaxSongBytes = Setup.MaxSongBytes;
-        if (Setup.TellsTitles) {
-            run.Feeds.push_back({ProviderOfRadio, [this] { return OnAir(); }, Setup.RestartRadio});
+        if (Setup.RestartRadio) {
+            ShowPage(run);
+        } else if (Setup.TellsTitles) {
+            run.Players = &OnAirPlayers;
         }
+        if (Setup.Connect) Setup.Connect(*this, run);
         const Machine machine = Computer.Get();
         Recorder.emplace(Setup.Through ? Setup.Through(machine) : machine, std::move(run), MakeEvents(),
                          Desktop);
@@ -189,6 +203,10 @@ class World {
     }
 
     SimMachine Computer;
+    SourcePlayers OnAirPlayers{Computer.Loop, RadioName, [this] { return OnAir(); }};
+    SimDocuments Browser;
+    SimPlayers Players{Computer.Loop};
+    SimHttp Web{Computer.Loop};
     DesktopSteps Desktop;  ///< for the next program that is made
     std::optional<Program> Recorder;
 
@@ -215,6 +233,19 @@ class World {
             for (const auto& [key, value] : keys) text += key + "=" + value + "\r\n";
         }
         Computer.Files.Put(IniFile, text);
+    }
+
+    /// Plays the radio from a web page, which tells its titles.
+    void ShowPage(RunOptions& run) {
+        run.Documents = &Browser;
+        if (!Browser.All.empty()) return;
+        Computer.Files.Put(Computer.Folders.Program + "/MSIE.ini",
+                           std::string("[- Radio]\nName=") + ProviderOfRadio +
+                               "\nWindow&Doc=;;*;http://radio/\nTitle=-4;0\nRestart=0;play();\n");
+        SimDocument& page = *Browser.Add("http://radio/", "Radio").Top;
+        page.All.push_back({"title", {}});
+        page.Asked = [this, &page] { page.All[0].Text.InnerText = OnAir().Song; };
+        page.WhenRun = [this](const std::string&) { Setup.RestartRadio(); };
     }
 
     /// What the radio tells at this moment.

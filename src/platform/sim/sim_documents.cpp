@@ -55,6 +55,7 @@ class OpenDocument : public Document {
     bool Run(const std::string& expression) override {
         if (!Ask()) return false;
         Shown->Ran.push_back(expression);
+        if (Shown->WhenRun) Shown->WhenRun(expression);
         return Shown->Values.contains(expression);
     }
 

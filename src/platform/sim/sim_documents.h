@@ -29,6 +29,7 @@ struct SimDocument {
     /// Value of each script expression; others are errors.
     std::map<std::string, std::string> Values;
     std::vector<std::string> Ran;  ///< expressions that were run as acts of the user
+    std::function<void(const std::string& expression)> WhenRun;
 
     /// Called for every question to the document, before it is answered.
     std::function<void()> Asked;

@@ -1,0 +1,98 @@
+#include "platform/linux/mpris_values.h"
+
+#include <gtest/gtest.h>
+
+#include <QStringList>
+
+namespace Corvetape {
+namespace {
+
+/// What a player that says nothing yet is told to have said.
+PlayerReport After(const QVariantMap& properties) {
+    return WithProperties({}, properties);
+}
+
+PlayerReport AfterPiece(const QVariantMap& piece) {
+    return After({{"Metadata", piece}});
+}
+
+TEST(MprisValues, ABusNameStandsForAPlayerUnlessItRepeatsOthers) {
+    EXPECT_TRUE(IsPlayerName("org.mpris.MediaPlayer2.mpv"));
+    EXPECT_TRUE(IsPlayerName("org.mpris.MediaPlayer2.chromium.instance7"));
+    EXPECT_FALSE(IsPlayerName("org.mpris.MediaPlayer2.playerctld"));
+    EXPECT_FALSE(IsPlayerName("org.mpris.MediaPlayer2"));
+    EXPECT_FALSE(IsPlayerName("org.freedesktop.DBus"));
+    EXPECT_FALSE(IsPlayerName(""));
+}
+
+TEST(MprisValues, AreTakenFromThePiece) {
+    const PlayerReport report = After({{"PlaybackStatus", "Playing"},
+                                       {"Metadata", QVariantMap{{"xesam:artist", QStringList{"Ann"}},
+                                                                {"xesam:title", "One"},
+                                                                {"xesam:album", "First"},
+                                                                {"xesam:genre", QStringList{"Pop"}},
+                                                                {"mpris:artUrl", "file:///c.jpg"}}}});
+    EXPECT_EQ(report, (PlayerReport{"", true, "Pop", "Ann", "One", "First", "file:///c.jpg"}));
+}
+
+TEST(MprisValues, OnlyTheExactStatusPlays) {
+    EXPECT_TRUE(After({{"PlaybackStatus", "Playing"}}).Playing);
+    for (const QVariant& status : {QVariant("playing"), QVariant("Paused"), QVariant("Stopped"), QVariant(""),
+                                   QVariant(1), QVariant(QStringList{"Playing"})}) {
+        EXPECT_FALSE(After({{"PlaybackStatus", status}}).Playing) << status.toString().toStdString();
+    }
+}
+
+TEST(MprisValues, ThatAreNotSaidStayAsTheyAre) {
+    const PlayerReport before{"player", true, "Pop", "Ann", "One", "First", "cover"};
+    EXPECT_EQ(WithProperties(before, {}), before);
+    EXPECT_EQ(WithProperties(before, {{"Volume", 0.5}}), before);
+    PlayerReport paused = before;
+    paused.Playing = false;
+    EXPECT_EQ(WithProperties(before, {{"PlaybackStatus", "Paused"}}), paused);
+}
+
+TEST(MprisValues, OfANewPieceReplaceAllOfTheOldOne) {
+    const PlayerReport before{"player", true, "Pop", "Ann", "One", "First", "cover"};
+    const PlayerReport after = WithProperties(before, {{"Metadata", QVariantMap{{"xesam:title", "Two"}}}});
+    EXPECT_EQ(after, (PlayerReport{"player", true, "", "", "Two", "", ""}));
+}
+
+TEST(MprisValues, SeveralArtistsAreJoinedWithoutEmptyOnes) {
+    EXPECT_EQ(AfterPiece({{"xesam:artist", QStringList{"Ann", "", "Bob"}}}).Artist, "Ann, Bob");
+    EXPECT_EQ(AfterPiece({{"xesam:artist", "Ann"}}).Artist, "Ann");  // some players say one text
+    EXPECT_EQ(AfterPiece({{"xesam:artist", QStringList()}}).Artist, "");
+}
+
+TEST(MprisValues, OfTheWrongTypeCountAsEmpty) {
+    EXPECT_EQ(AfterPiece({{"xesam:title", 7}, {"xesam:artist", 7}, {"mpris:artUrl", QStringList{"a"}}}),
+              PlayerReport{});
+    EXPECT_EQ(After({{"Metadata", "a text"}}), PlayerReport{});
+    EXPECT_TRUE(BusMap(QVariant(7)).isEmpty());
+    EXPECT_EQ(BusMap(QVariantMap{{"a", 1}}).size(), 1);
+}
+
+TEST(MprisValues, TextsAreCutBetweenTwoCharacters) {
+    const QString text = QString(MostPlayerTextBytes - 1, 'x') + QString::fromUtf8("\xC3\xA4") + "tail";
+    EXPECT_EQ(AfterPiece({{"xesam:title", text}}).Title, std::string(MostPlayerTextBytes - 1, 'x'));
+    const QString fits = QString(MostPlayerTextBytes - 2, 'x') + QString::fromUtf8("\xC3\xA4");
+    EXPECT_EQ(AfterPiece({{"xesam:title", fits}}).Title, fits.toStdString());
+    const QString clef = QString::fromUtf8("\xF0\x9D\x84\x9E");
+    EXPECT_EQ(AfterPiece({{"xesam:title", QString(MostPlayerTextBytes - 3, 'x') + clef}}).Title,
+              std::string(MostPlayerTextBytes - 3, 'x'));
+}
+
+TEST(MprisValues, ManyArtistsEndWithinTheLimit) {
+    const QStringList artists(100'000, QString("Somebody"));
+    EXPECT_EQ(AfterPiece({{"xesam:artist", artists}}).Artist.size(),
+              static_cast<size_t>(MostPlayerTextBytes));
+}
+
+TEST(MprisValues, AnAddressThatIsTooLongIsLeftOut) {
+    EXPECT_EQ(AfterPiece({{"mpris:artUrl", QString(MostPlayerTextBytes, 'x')}}).Cover.size(),
+              static_cast<size_t>(MostPlayerTextBytes));
+    EXPECT_EQ(AfterPiece({{"mpris:artUrl", QString(MostPlayerTextBytes + 1, 'x')}}).Cover, "");
+}
+
+}  // namespace
+}  // namespace Corvetape
