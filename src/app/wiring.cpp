@@ -156,8 +156,10 @@ std::vector<ProviderFactory> FactoriesOf(ProgramParts& parts) {
     AddBrowserFactory(parts, factories);
     if (parts.Bridge) {
         factories.push_back([&parts] {
-            return std::make_unique<clsProviderWMP>(parts.MediaHost, parts.Registry,
-                                                    [&parts] { return parts.Bridge->PlayerPresent(); });
+            auto provider = std::make_unique<clsProviderWMP>(
+                parts.MediaHost, parts.Registry, [&parts] { return parts.Bridge->PlayerPresent(); });
+            if (parts.Owner.Options.Players->AreTheInput()) provider->GetStationData();
+            return provider;
         });
     }
     return factories;

@@ -158,6 +158,7 @@ int RecordVirtually(const RecordArguments& arguments, const std::string& filePat
     VirtualHost host(arguments.Home);
     SourceWaveIn input(host.Clock, host.Loop);
     uint32_t framesPerSecond = 0;
+    SourceMedia tags;
     if (filePath.empty()) {
         input.AddDevice(DemoInput(),
                         [](uint32_t rate) { return std::make_unique<DemoRadio>(DemoSeed, rate); });
@@ -166,15 +167,15 @@ int RecordVirtually(const RecordArguments& arguments, const std::string& filePat
         const auto opened = SoundFileSource::Open(filePath, framesPerSecond);
         if (!opened.Source) return Fail(opened.Error);
         if (const auto text = ConversionText(filePath, opened.Source->Format(), framesPerSecond)) Tell(*text);
+        tags = opened.Source->NowPlaying();
         input.AddDevice({filePath, "file:" + filePath, WaveInKind::File}, [filePath](uint32_t rate) {
             return std::unique_ptr<SoundSource>(SoundFileSource::Open(filePath, rate).Source);
         });
     }
     const std::string names = input.Devices().front().Name + ";";
-    const Recording* running = nullptr;
+    const Recording* running = nullptr;  // before anybody listens
     SourcePlayers player(host.Loop, input.Devices().front().Name, [&] {
-        const bool file = !filePath.empty() && running != nullptr;
-        return file ? Numbered(input.NowPlaying(), running->KeptSongs()) : input.NowPlaying();
+        return filePath.empty() ? input.NowPlaying() : Numbered(tags, running->KeptSongs());
     });
     Recording recording(arguments, host);
     running = &recording;

@@ -24,10 +24,14 @@ class Players {
     virtual ~Players() = default;
 
     /// From now on, and for those that run already: `changed` with everything that a player says, each time
-    /// when something of it has changed, and `gone` when a player has ended. Both on the logic thread, never
-    /// from within Listen itself.
+    /// when something of it has changed, and `gone` when a player has ended. Both on the logic thread, from
+    /// within Listen only by players that know at once what they play.
     virtual void Listen(std::function<void(const PlayerReport&)> changed,
                         std::function<void(const std::string& player)> gone) = 0;
+
+    /// They are the recorded input itself: what they say is complete, and its first title was there before
+    /// its first sound and so is no change of title.
+    virtual bool AreTheInput() const { return false; }
 };
 
 }  // namespace Corvetape

@@ -4,6 +4,7 @@
 
 #include "media/provider_wmp.h"
 #include "platform/sim/sim_machine.h"
+#include "platform/sim/source_players.h"
 #include "support/scripted_players.h"
 
 namespace Corvetape {
@@ -47,6 +48,19 @@ TEST_F(PlayerBridgeTest, KeepsTheFiveValuesAndTheCoverCurrent) {
     EXPECT_EQ(Value("Title"), "One");
     EXPECT_EQ(Value("Album"), "Album");
     EXPECT_EQ(Value("Cover"), "file:///c.jpg");
+}
+
+TEST(PlayersThatKnowAtOnce, AreThereBeforeAnyTimePasses) {
+    SimMachine machine;
+    RegistryBranches registry{machine.Files, "/home/user/user.reg", "/home/user/machine.reg"};
+    SourcePlayers tape(machine.Loop, "tape", [] { return SourceMedia{"Station", "Ann", "One", "", ""}; });
+    const PlayerBridge bridge(tape, registry, machine.Loop);
+    EXPECT_TRUE(bridge.PlayerPresent());
+    const auto value = [&](const char* name) {
+        return TextOf(registry.ReadRegistryValue(RegistryRoot::CurrentUser, PlayerKeyPath, name));
+    };
+    EXPECT_EQ(value("Title"), "One");
+    EXPECT_EQ(value("Status"), "Playing");
 }
 
 TEST_F(PlayerBridgeTest, NothingOfItReachesTheDisk) {

@@ -147,7 +147,8 @@ TEST_P(MediaSources, APageThatIsClosedInASongGivesWayToThePlayerWithinTwoSeconds
     ASSERT_TRUE(Radio->RunUntil([&] { return Radio->Values().Media.ProviderName.empty(); }, asked + 1));
     Radio->RunFor(2);
     EXPECT_EQ(Radio->Values().Media.ProviderName, MediaPlayerName);
-    EXPECT_EQ(Radio->Values().Media.CurrentMedia.Song, "Player Song 2");
+    const auto title = [&] { return Radio->Values().Media.CurrentMedia.Song; };
+    EXPECT_TRUE(Radio->RunUntil([&] { return title() == "Player Song 2"; }, asked)) << title();
     OnAir(3);
     OnAir(4);
     Radio->RunFor(60);

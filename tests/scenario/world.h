@@ -250,7 +250,8 @@ class World {
 
     /// What the radio tells at this moment.
     SourceMedia OnAir() {
-        const auto timeline = Truth();
+        // It is asked already while the program is made.
+        const auto timeline = Recorder ? Truth() : Computer.WaveIn.Timeline(RadioName, 44100);
         const auto frameAt = [&](double second) {
             return static_cast<uint64_t>(std::max(second, 0.0) * timeline->FramesPerSecond());
         };

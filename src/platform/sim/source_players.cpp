@@ -7,7 +7,7 @@ namespace Corvetape {
 
 namespace {
 
-/// Short beside the half second after which what was told is read.
+/// A part of the half second after which what was told is read, so that a reading finds what is new.
 constexpr std::chrono::milliseconds LookEvery{100};
 
 }  // namespace
@@ -20,6 +20,7 @@ void SourcePlayers::Listen(std::function<void(const PlayerReport&)> changed,
     Changed = std::move(changed);
     Told.reset();
     Timer->Start(LookEvery, TimerPrecision::Coarse);
+    Look();
 }
 
 void SourcePlayers::Look() {

@@ -20,6 +20,7 @@ class SourcePlayers : public Players {
 
     void Listen(std::function<void(const PlayerReport&)> changed,
                 std::function<void(const std::string& player)> gone) override;
+    bool AreTheInput() const override { return true; }
 
  private:
     void Look();
