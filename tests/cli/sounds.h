@@ -13,8 +13,8 @@
 
 #include "audio/wav_file.h"
 #include "platform/linux/linux_files.h"
-#include "platform/linux/sound_file_source.h"
 #include "platform/wave_in.h"
+#include "support/read_sound.h"
 #include "support/test_sound.h"
 
 namespace Corvetape::Test {
@@ -64,18 +64,6 @@ inline void WriteSound(const std::string& path, int format, std::span<const Fram
     }
     const auto count = static_cast<sf_count_t>(frames.size());
     ASSERT_EQ(sf_writef_float(file.get(), samples.data(), count), count);
-}
-
-/// The frames of a music file as 16-bit stereo at its own rate.
-inline std::vector<Frame> ReadSound(const std::string& path) {
-    const auto opened = SoundFileSource::Open(path, SoundFileSource::NativeRate(path));
-    if (!opened.Source) {
-        ADD_FAILURE() << opened.Error;
-        return {};
-    }
-    std::vector<Frame> frames(static_cast<size_t>(opened.Source->TotalFrames()));
-    frames.resize(opened.Source->Read(frames));
-    return frames;
 }
 
 /// The text of a tag in a WAV file.

@@ -11,7 +11,7 @@
 
 #include "live/sound_server.h"
 #include "live/test_process.h"
-#include "platform/linux/sound_file_source.h"
+#include "support/read_sound.h"
 #include "support/temp_folder.h"
 #include "support/test_sound.h"
 
@@ -42,17 +42,6 @@ bool WaitFor(const std::function<bool()>& condition, std::chrono::milliseconds l
         std::this_thread::sleep_for(std::chrono::milliseconds(5));  // between two looks
     }
     return true;
-}
-
-std::vector<Frame> ReadSound(const std::string& path) {
-    const auto opened = SoundFileSource::Open(path, Second);
-    if (!opened.Source) {
-        ADD_FAILURE() << opened.Error;
-        return {};
-    }
-    std::vector<Frame> frames(static_cast<size_t>(opened.Source->TotalFrames()));
-    frames.resize(opened.Source->Read(frames));
-    return frames;
 }
 
 /// A run of the command line on a sound server.

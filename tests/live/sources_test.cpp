@@ -8,7 +8,7 @@
 #include "live/live_browser.h"
 #include "live/live_program.h"
 #include "live/page_server.h"
-#include "platform/linux/sound_file_source.h"
+#include "support/read_sound.h"
 #include "support/test_sound.h"
 
 namespace Corvetape {
@@ -28,17 +28,6 @@ constexpr const char* Profiles =
 /// A page that tells a title and, some seconds later, keeps its browser busy for ever.
 constexpr const char* HangingPage = R"html(<!doctype html><title>Hanging</title><p id="now">Hung Song</p>
 <script>setTimeout(() => { for (;;); }, 8000);</script>)html";
-
-std::vector<Frame> ReadSound(const std::string& path) {
-    const auto opened = SoundFileSource::Open(path, Second);
-    if (!opened.Source) {
-        ADD_FAILURE() << opened.Error;
-        return {};
-    }
-    std::vector<Frame> frames(static_cast<size_t>(opened.Source->TotalFrames()));
-    frames.resize(opened.Source->Read(frames));
-    return frames;
-}
 
 class SourcesTest : public testing::Test {
  protected:
