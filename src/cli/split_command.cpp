@@ -212,9 +212,11 @@ class Splitter {
 
 int RunSplit(const SplitArguments& arguments) {
     std::vector<Job> jobs;
+    int refused = ExitDone;
     for (const std::string& path : arguments.Files) {
-        if (const auto error = AddJob(path, jobs)) return Fail(*error);
+        if (const auto error = AddJob(path, jobs)) refused = Fail(*error);
     }
+    if (refused != ExitDone) return refused;
     Splitter splitter(arguments);
     if (const auto obstacle = splitter.Prepare()) return Fail(*obstacle);
     const Interrupt interrupt;

@@ -88,6 +88,15 @@ TEST_F(BadInputTest, OneBadFileAmongGoodOnesIsToldBeforeAnythingIsSplit) {
     ExpectRefusal(Split({PutShow(), "nothing.wav"}), "nothing.wav: no such file");
 }
 
+TEST_F(BadInputTest, EachOfSeveralBadFilesIsTold) {
+    Put("text.txt", "This is no music.\n");
+    const Finished run = Split({"text.txt", PutShow(), "nothing.wav"});
+    EXPECT_EQ(run.Code, 1);
+    EXPECT_EQ(run.Err,
+              "corvetape-cli: text.txt: not a sound file\ncorvetape-cli: nothing.wav: no such file\n");
+    EXPECT_THAT(FilesBelow(Out()), IsEmpty());
+}
+
 TEST_F(BadInputTest, ANameThatWouldSteerTheTerminal) {
     ExpectRefusal(Split({"a\x1b[2J\nb.wav"}), "a [2J b.wav: no such file");
 }
