@@ -73,8 +73,12 @@ bool ProgramParts::IsNeeded(const std::string& path) const {
     const auto isOf = [&path](const std::string& song) {
         return path.starts_with(song.substr(0, song.rfind('.') + 1));
     };
+    const auto isWorkOf = [&path](const std::string& number) {
+        return path.starts_with(number) &&
+               std::string_view("0123456789").find(path[number.size()]) == std::string_view::npos;
+    };
     for (const auto& [job, song] : UnfinishedJobs) {
-        if (isOf(song)) return true;
+        if (isOf(song.TempFile) || isWorkOf(song.WorkFile)) return true;
     }
     if (std::ranges::any_of(SongsWithoutJob, isOf)) return true;
     // A failure has ended the recording in the middle of a song: what was written of it is open to the end.

@@ -84,8 +84,8 @@ struct ProgramParts {
     Machine Host;
     State& Memory;
     ProgramLinks Owner;
-    std::map<std::string, std::string> UnfinishedJobs;  ///< temporary song, by job
-    std::vector<std::string> SongsWithoutJob;           ///< temporary songs that nothing encodes
+    std::map<std::string, TransferredSong> UnfinishedJobs;  ///< by the name of the job
+    std::vector<std::string> SongsWithoutJob;               ///< temporary songs that nothing encodes
     uint64_t RandomSeed = 0;
     std::string RunName;  ///< of this process
     std::set<std::string> OverriddenSources;

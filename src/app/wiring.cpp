@@ -228,7 +228,7 @@ void AttachHandlers(ProgramParts& parts) {
         if (song.JobName.empty()) {
             parts.SongsWithoutJob.push_back(song.TempFile);
         } else {
-            parts.UnfinishedJobs[song.JobName] = song.TempFile;
+            parts.UnfinishedJobs[song.JobName] = song;
         }
         parts.Notes.Remove(song.Media.TempFileName);
         if (parts.Owner.Events.SongTransferred) parts.Owner.Events.SongTransferred(song);

@@ -112,7 +112,10 @@ Arguments ReadArguments(int count, const char* const* words) {
         std::ostringstream error;
         const bool asked = app.exit(answer, out, error) == 0;
         if (asked) return ArgumentsAnswer{ExitDone, out.str()};
-        return ArgumentsAnswer{ExitUsage, std::string(answer.what()) + "; corvetape-cli --help tells more"};
+        const std::vector<std::string> rest = app.remaining();
+        const bool noCommand = app.get_subcommands().empty() && !rest.empty() && !rest[0].starts_with('-');
+        const std::string reason = noCommand ? "There is no command '" + rest[0] + "'" : answer.what();
+        return ArgumentsAnswer{ExitUsage, reason + "; corvetape-cli --help tells more"};
     }
     if (app.got_subcommand("profiles")) return read.Profiles;
     if (app.got_subcommand("record")) return Finish(read.RecordSettings, read.Record);

@@ -103,11 +103,13 @@ TransferredSong TransferJob::StartCommand(const SongNames& names) {
         *row, {State.Options, State.Folders, State.Media.SongMedia, names, State.SongCounter});
     song.Problem = std::move(command.Problem);
     if (command.CommandLine.empty()) return song;
-    const std::string jobName = "song " + std::to_string(State.SongCounter);
+    const std::string jobName = "song " + std::to_string(static_cast<uint32_t>(State.SongCounter));
     if (!Programs.StartHidden({jobName, std::move(command.CommandLine), State.Folders.ProgramFolder})) {
         return song;  // the log line is written all the same, and the temporary song stays
     }
     song.JobName = jobName;
+    song.WorkFile =
+        State.Folders.SongTempFolder + "/" + std::to_string(static_cast<uint32_t>(State.SongCounter));
     song.MusicFile = names.TargetBase + "." + std::string(row->Extension);
     return song;
 }

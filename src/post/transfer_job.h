@@ -20,6 +20,7 @@ struct TransferredSong {
     std::string MusicFile;  ///< that its command makes; empty if no command was started
     std::string TempFile;   ///< the temporary song as it is called now
     std::string JobName;    ///< of the started command, for its result; empty if none was started
+    std::string WorkFile;   ///< what the paths of its command's own temporary files begin with, as JobName
     std::string JobLabel;   ///< kind of its log line; "TEMP" for a song that stays as it is
     std::string Problem;    ///< why no command was started although one was wanted, in English
     STATIONANDSONGDATA Media;

@@ -1,18 +1,18 @@
 #include "recording/session.h"
 
-#include <charconv>
 #include <utility>
+
+#include "core/numbers.h"
 
 namespace Corvetape {
 
 namespace {
 
-/// The minutes in a text box; 0 for anything that is no number.
-int32_t MinutesIn(const TextBox& box) {
-    int32_t minutes = 0;
-    const std::string& text = box.Text();
-    std::from_chars(text.data(), text.data() + text.size(), minutes);
-    return minutes;
+constexpr int32_t SecondsPerMinute = 60;
+
+/// The minutes in a text box as seconds; 0 for anything that begins with no number.
+int32_t SecondsIn(const TextBox& box) {
+    return RoundToInt32(LeadingNumber(box.Text()) * SecondsPerMinute);
 }
 
 }  // namespace
@@ -33,9 +33,9 @@ Session::Session(SessionParts parts, SessionActions actions) : Parts(parts), Act
     form.cmdSkipThisRecording.Click.Connect([&form] { form.chkStartStop[1].Value(1); });
     form.txtRecordingPeriod.Validate = [this] {
         if (Actions.PeriodRefused()) return true;
-        const int32_t minutes = MinutesIn(Parts.Form.txtRecordingPeriod);
-        Parts.Flags.RecordingSecondsLeft = minutes * 60;
-        if (Actions.StorePeriod) Actions.StorePeriod(minutes);
+        const int32_t seconds = SecondsIn(Parts.Form.txtRecordingPeriod);
+        Parts.Flags.RecordingSecondsLeft = seconds;
+        if (Actions.StorePeriod) Actions.StorePeriod(seconds / SecondsPerMinute);
         return false;
     };
 }
@@ -110,8 +110,8 @@ void Session::StopAfterMinutesClicked() {
     frmMain& form = Parts.Form;
     if (form.chkStopRecording[1].Value() != 0) {
         form.chkStopRecording[0].Value(0);
-        Parts.Flags.RecordingSecondsLeft = MinutesIn(form.txtRecordingPeriod) * 60;
-        if (Parts.Flags.RecordingSecondsLeft == 0) {
+        Parts.Flags.RecordingSecondsLeft = SecondsIn(form.txtRecordingPeriod);
+        if (Parts.Flags.RecordingSecondsLeft <= 0) {
             Actions.RefuseZeroMinutes();
             form.chkStopRecording[1].Value(0);
         }

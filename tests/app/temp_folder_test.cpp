@@ -71,6 +71,19 @@ TEST(TempFolder, StaysWithASongThatIsStillEncodedAndGoesBehindIt) {
     EXPECT_TRUE(world.Disk().Exists(std::string(MusicFolder) + "/Radio/Band 1 - Song 1.wav"));
 }
 
+TEST(TempFolder, StaysWithWhatACommandKeepsUnderTheNumberOfItsSong) {
+    WorldOptions options = OneSong({{"Options", "DelTempFolder", "1"}});
+    options.EncodingTime = std::chrono::minutes(5);
+    World world(std::move(options));
+    RecordTheSong(world);
+    const std::string folder = std::string(SongTempFolder) + "/";
+    for (const char* name : {"1", "1.part", "12.part", "2.part"}) world.Disk().Put(folder + name, "samples");
+    world.Recorder->Unload();
+    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(folder + "1", folder + "1.part", Song));
+    world.Finish();
+    EXPECT_FALSE(world.Disk().Exists(SongTempFolder));
+}
+
 TEST(TempFolder, StaysWithASongWhoseEncoderHasFailed) {
     World world(OneSong({{"Options", "DelTempFolder", "1"}}));
     world.Computer.Processes.OnJob = [](const HiddenJob&) { return 1; };

@@ -127,6 +127,7 @@ TEST(ReadArguments, NumbersHaveTheirLimits) {
 TEST(ReadArguments, WhatIsOffIsToldInOneLine) {
     const std::string more = "; corvetape-cli --help tells more";
     EXPECT_EQ(Answer({}).Text, "A subcommand is required" + more);
+    EXPECT_EQ(Answer({"sing", "--loud"}).Text, "There is no command 'sing'" + more);
     EXPECT_EQ(Answer({"split"}).Text, "FILE is required" + more);
     EXPECT_EQ(Answer({"split", "--loud", "a.wav"}).Text,
               "The following argument was not expected: --loud" + more);

@@ -134,6 +134,9 @@ TEST_F(DiskChecks, AFolderThatCannotBeAskedEndsTheProgramAlsoWhileNothingIsRecor
     EXPECT_FALSE(Check.Run());
     EXPECT_THAT(Log, ElementsAre("ERROR 906:/nowhere"));
     EXPECT_THAT(Boxes, ElementsAre("906:/nowhere"));
+    Folders.Paths[0] = "/gone";
+    EXPECT_FALSE(Check.Run());
+    EXPECT_THAT(Log, ElementsAre("ERROR 906:/nowhere", "ERROR 906:/gone")) << "the first of them is told";
 }
 
 TEST_F(DiskChecks, TenMinutesOfSoundAreTheReserve) {
@@ -145,6 +148,18 @@ TEST_F(DiskChecks, TenMinutesOfSoundAreTheReserve) {
     Check.RunIfShort(BytesPerSecond);
     EXPECT_EQ(Status(), "804");
     EXPECT_EQ(Messages.PendingInfo, 834);
+}
+
+TEST_F(DiskChecks, TheReserveIsForARecordingThatIsToGoOn) {
+    Disk.SetFreeSpace("/temp", 0);
+    Flags.RecordingEnabled = false;
+    Check.RunIfShort(BytesPerSecond);
+    EXPECT_EQ(Status(), "");
+    Flags.RecordingEnabled = true;
+    Flags.StopAtEndOfSong = true;
+    Check.RunIfShort(BytesPerSecond);
+    EXPECT_EQ(Status(), "");
+    EXPECT_FALSE(Flags.DisableAtEndOfSong);
 }
 
 TEST_F(DiskChecks, TheReserveOfOneDriveIsToldAsThat) {

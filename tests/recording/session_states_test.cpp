@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <limits>
 #include <string>
 
 #include "watched_rig.h"
@@ -269,8 +270,27 @@ TEST(SessionControls, ATimedRecordingTakesItsMinutesFromTheBox) {
     EXPECT_TRUE(rig.Form.txtRecordingPeriod.Enabled());
 }
 
+TEST(SessionControls, APeriodMeansTheNumberThatItsCheckSees) {
+    for (const char* text : {"90", " 90", "+90", "9e1", "90.0", "0090 "}) {
+        SessionRig rig;
+        rig.Form.txtRecordingPeriod.Text(text);
+        EXPECT_FALSE(rig.Form.txtRecordingPeriod.RunValidate());
+        EXPECT_EQ(rig.Flags.RecordingSecondsLeft, 5400) << text;
+        EXPECT_EQ(rig.PeriodStored, 90) << text;
+        rig.Form.chkStopRecording[1].Value(1);
+        EXPECT_EQ(rig.Flags.RecordingSecondsLeft, 5400) << text;
+    }
+}
+
+TEST(SessionControls, APeriodFromTheFileMayBeLongerThanAnyRecording) {
+    SessionRig rig;
+    rig.Form.txtRecordingPeriod.Text("99999999999");
+    rig.Form.chkStopRecording[1].Value(1);
+    EXPECT_EQ(rig.Flags.RecordingSecondsLeft, std::numeric_limits<int32_t>::max());
+}
+
 TEST(SessionControls, ATimedRecordingOfNoMinutesIsRefused) {
-    for (const char* text : {"0", "", "abc"}) {
+    for (const char* text : {"0", "", "abc", "-5"}) {
         SessionRig rig;
         rig.Form.chkStartStop[0].Value(1);
         rig.Form.txtRecordingPeriod.Text(text);
