@@ -60,7 +60,7 @@ bool ShellScript::AddTemplate(std::string_view text, std::span<const TemplatePar
 
 void ShellScript::RememberSong(const std::string& base) {
     const std::string song = Declare(base + ".wav");
-    Commands += "corvet_song=$(stat -c %d:%i -- \"$" + song + "\")\n";
+    Commands += "if [ -r \"$" + song + "\" ]; then exec 9<\"$" + song + "\"; fi\n";
 }
 
 void ShellScript::DeleteIfAllSucceeded(const std::string& base, const std::string& target) {
@@ -68,9 +68,8 @@ void ShellScript::DeleteIfAllSucceeded(const std::string& base, const std::strin
     const std::string song = Declare(base + ".wav");
     const std::string here = Declare(base.substr(0, base.rfind('/') + 1));
     const std::string there = Declare(target.substr(0, target.rfind('/') + 1));
-    Commands += "if [ \"$corvet_failed\" -eq 0 ] && [ -n \"$corvet_song\" ] && ! [ \"$" + here +
-                "\" -ef \"$" + there + "\" ] && [ \"$corvet_song\" = \"$(stat -c %d:%i -- \"$" + song +
-                "\")\" ]; then\n";
+    Commands += "if [ \"$corvet_failed\" -eq 0 ] && ! [ \"$" + here + "\" -ef \"$" + there +
+                "\" ] && [ /proc/self/fd/9 -ef \"$" + song + "\" ]; then\n";
     // Another song may be called like this one with a dot and more behind it; only one extension counts.
     Commands += "for corvet_file in \"$" + name + "\".*; do case \"${corvet_file#\"$" + name +
                 "\".}\" in *.*) ;; *) rm -f -- \"$corvet_file\" ;; esac; done\nfi\n";

@@ -194,8 +194,7 @@ Script TakeApart(const std::string& text) {
     Require(text.starts_with(empty.substr(0, preamble)) && text.ends_with(end), "a script has its frame");
     std::string_view rest = std::string_view(text).substr(preamble, text.size() - end.size() - preamble);
     Script script;
-    while (rest.starts_with("corvet_") && !rest.starts_with("corvet_end\n") &&
-           !rest.starts_with("corvet_song=")) {
+    while (rest.starts_with("corvet_") && !rest.starts_with("corvet_end\n")) {
         const size_t equals = rest.find('=');
         std::string value;
         size_t i = equals + 1;
