@@ -78,19 +78,25 @@ bool LikePattern::TokenMatches(const Token& token, char32_t character) const {
 bool LikePattern::MatchesCharacters(std::u32string_view text) const {
     size_t at = 0;
     size_t token = 0;
-    size_t starToken = Tokens.size();  // the last "*" and how far its text was taken
-    size_t starAt = 0;
+    size_t afterStar = Tokens.size() + 1;  // the token behind the last "*" and where it was tried
+    size_t tried = 0;
+    // What stands behind a "*" is tried only where it can begin.
+    const auto tryFrom = [&](size_t from) {
+        token = afterStar;
+        const bool isCharacter = token < Tokens.size() && Tokens[token].What == Kind::Character;
+        tried = isCharacter ? text.find(Tokens[token].Character, from) : from;
+        at = tried;
+        return tried != std::u32string_view::npos;
+    };
     while (at < text.size()) {
         if (token < Tokens.size() && Tokens[token].What == Kind::AnyMany) {
-            starToken = token++;
-            starAt = at;
+            afterStar = token + 1;
+            if (afterStar == Tokens.size()) return true;
+            if (!tryFrom(at)) return false;
         } else if (token < Tokens.size() && TokenMatches(Tokens[token], text[at])) {
             ++token;
             ++at;
-        } else if (starToken < Tokens.size()) {
-            token = starToken + 1;
-            at = ++starAt;
-        } else {
+        } else if (afterStar > Tokens.size() || !tryFrom(tried + 1)) {
             return false;
         }
     }
