@@ -15,7 +15,7 @@ namespace {
 
 constexpr int Entries = 100'000;
 constexpr std::string_view SongName =
-    "The Unknown Singers with Friends - A Song That Is on No List (Radio Edit)";
+    "The Unknown Singers with Friends - A Song That Is on No List (1234567890 Mix)";
 
 /// What entries look like. As a list grows by itself most are names without anything special.
 enum Kind : int { Names, Begins, Holds, HoldsSeveral, OneAny, Digits, Ranges, Mixed };
@@ -30,7 +30,7 @@ std::string Entry(int kind, int number, SimRandom& random) {
         case Holds:
             return fmt::format("*Song {}*", number);
         case HoldsSeveral:
-            return fmt::format("*The*Singers*with*a*Song*{}*", number);
+            return fmt::format("*The*Singers*with*a*Song*{} *", number);
         case OneAny:
             return fmt::format("??? Singers ?????? - Song {}", number);
         case Digits:

@@ -20,7 +20,14 @@ constexpr char32_t EndOfCapitals = 0x20000;
 struct FoldedForms {
     std::vector<char32_t> Folded;
     std::vector<char32_t> Forms;
+    std::array<std::span<const char32_t>, 128> OfAscii;  ///< asked for most
 };
+
+std::span<const char32_t> FormsOf(const FoldedForms& forms, char32_t folded) {
+    const auto [first, last] = std::equal_range(forms.Folded.begin(), forms.Folded.end(), folded);
+    return std::span(forms.Forms)
+        .subspan(static_cast<size_t>(first - forms.Folded.begin()), static_cast<size_t>(last - first));
+}
 
 FoldedForms MakeForms() {
     std::vector<std::pair<char32_t, char32_t>> pairs;
@@ -34,6 +41,7 @@ FoldedForms MakeForms() {
         forms.Folded.push_back(folded);
         forms.Forms.push_back(form);
     }
+    for (char32_t each = 0; each < forms.OfAscii.size(); ++each) forms.OfAscii[each] = FormsOf(forms, each);
     return forms;
 }
 
@@ -77,9 +85,7 @@ char32_t FoldCharacter(char32_t character) {
 
 std::span<const char32_t> UnfoldedForms(char32_t folded) {
     static const FoldedForms forms = MakeForms();
-    const auto [first, last] = std::equal_range(forms.Folded.begin(), forms.Folded.end(), folded);
-    return std::span(forms.Forms)
-        .subspan(static_cast<size_t>(first - forms.Folded.begin()), static_cast<size_t>(last - first));
+    return folded < forms.OfAscii.size() ? forms.OfAscii[folded] : FormsOf(forms, folded);
 }
 
 std::u32string CharactersOf(std::string_view text) {

@@ -21,7 +21,7 @@ LikePattern::LikePattern(std::string_view pattern, LikeCase how) : Case(how) {
         } else if (character == U'#') {
             token.What = Kind::Digit;
         } else {
-            token.Character = Case == LikeCase::Ignored ? FoldCharacter(character) : character;
+            token.Value = Case == LikeCase::Ignored ? FoldCharacter(character) : character;
         }
         Tokens.push_back(token);
     }
@@ -34,16 +34,14 @@ bool LikePattern::AddList(std::u32string_view pattern, size_t& position) {
     const size_t end = pattern.find(U']', begin + 1);
     if (end == std::u32string_view::npos) return false;
 
-    Token token;
-    token.What = negated ? Kind::NoneOf : Kind::OneOf;
-    token.FirstRange = static_cast<uint32_t>(Ranges.size());
+    Tokens.push_back({negated ? Kind::NoneOf : Kind::OneOf, static_cast<uint32_t>(Ranges.size())});
     for (size_t i = begin; i < end; ++i) {
         const bool isRange = i + 2 < end && pattern[i + 1] == U'-';
-        Ranges.push_back({pattern[i], isRange ? pattern[i + 2] : pattern[i]});
+        const Range range{pattern[i], isRange ? pattern[i + 2] : pattern[i]};
+        if (range.First <= range.Last) Ranges.push_back(range);
         if (isRange) i += 2;
     }
-    token.RangeCount = static_cast<uint32_t>(Ranges.size()) - token.FirstRange;
-    Tokens.push_back(token);
+    Ranges.push_back(EndOfList);
     position = end + 1;
     return true;
 }
@@ -55,7 +53,7 @@ bool LikePattern::IsPlain() const {
 bool LikePattern::TokenMatches(const Token& token, char32_t character) const {
     switch (token.What) {
         case Kind::Character:
-            return token.Character == character;
+            return token.Value == character;
         case Kind::Digit:
             return character >= U'0' && character <= U'9';
         case Kind::OneOf:
@@ -65,9 +63,9 @@ bool LikePattern::TokenMatches(const Token& token, char32_t character) const {
             return true;
     }
     const auto inList = [&](char32_t each) {
-        const auto first = Ranges.begin() + token.FirstRange;
-        return std::any_of(first, first + token.RangeCount,
-                           [each](const Range& range) { return each >= range.First && each <= range.Last; });
+        auto range = Ranges.begin() + token.Value;
+        while (range->First <= range->Last && (each < range->First || each > range->Last)) ++range;
+        return range->First <= range->Last;
     };
     bool found = inList(character);
     // The text is folded to small letters, but the ranges stand as they were written.
@@ -84,7 +82,7 @@ bool LikePattern::MatchesCharacters(std::u32string_view text) const {
     const auto tryFrom = [&](size_t from) {
         token = afterStar;
         const bool isCharacter = token < Tokens.size() && Tokens[token].What == Kind::Character;
-        tried = isCharacter ? text.find(Tokens[token].Character, from) : from;
+        tried = isCharacter ? text.find(Tokens[token].Value, from) : from;
         at = tried;
         return tried != std::u32string_view::npos;
     };

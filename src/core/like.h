@@ -42,23 +42,22 @@ class LikePattern {
 
  private:
     enum class Kind : uint8_t { Character, AnyOne, AnyMany, Digit, OneOf, NoneOf };
-    struct Token {
+    struct Token {  // small, because a watch list walks through millions of them for a song
         Kind What = Kind::Character;
-        char32_t Character = 0;
-        uint32_t FirstRange = 0;  ///< ranges of a list, in Ranges
-        uint32_t RangeCount = 0;
+        uint32_t Value = 0;  ///< the character, or where the list begins in Ranges
     };
     struct Range {
         char32_t First = 0;
         char32_t Last = 0;
     };
+    static constexpr Range EndOfList{1, 0};
 
     bool AddList(std::u32string_view pattern, size_t& position);
     bool TokenMatches(const Token& token, char32_t character) const;
 
     LikeCase Case;
     std::vector<Token> Tokens;
-    std::vector<Range> Ranges;
+    std::vector<Range> Ranges;  ///< of all lists, each ended by one whose end lies before its begin
 };
 
 /// Whether a text matches a pattern, for single questions.
