@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "core/fold.h"
 #include "core/profile.h"
 #include "core/text.h"
 #include "fuzz/support/fuzz.h"
@@ -62,7 +63,8 @@ void CheckReading(const Profile& file) {
                 "a value is of one line");
         for (const size_t limit : {size_t{0}, size_t{1}, size_t{7}}) {
             const std::string cut = file.ReadText(key.Section, key.Name, "", limit);
-            Require(cut.size() <= limit && key.Value.starts_with(cut), "a value is cut to its limit");
+            Require(CharactersOf(cut).size() <= limit && key.Value.starts_with(cut),
+                    "a value is cut to its limit in characters");
             Require(Fuzz::IsUtf8(cut) || !Fuzz::IsUtf8(key.Value), "no character is cut in two");
         }
         file.ReadInt(key.Section, key.Name, 0);
@@ -75,7 +77,7 @@ void CheckProfiles(const Profile& file) {
                                                   each.DocTitle, each.DocUrl};
         for (const std::string& text : texts) {
             Require(Fuzz::IsUtf8(text), "what a profile holds is UTF-8");
-            Require(text.size() < 3 * ProfileBuffer, "what a profile holds has an end");
+            Require(CharactersOf(text).size() < ProfileBuffer, "what a profile holds has an end");
         }
         const std::array<MediaFieldRule, 8> rules = {each.Station, each.StationDesc, each.Artist,
                                                      each.Title,   each.Album,       each.Cover,
