@@ -70,6 +70,8 @@ bool WatchLists::LoadWatchList(WatchListKind kind) {
 bool WatchLists::SaveWatchList(WatchListKind kind) {
     std::string text;
     for (const std::string& entry : List(kind).Entries()) text.append(entry).append("\r\n");
+    // Reading takes one mark away; what is a part of the first name has to stay.
+    if (text.starts_with(ByteOrderMark)) text.insert(0, ByteOrderMark);
     return Disk.ReplaceAtomically(FileOf(kind), text);
 }
 

@@ -73,6 +73,12 @@ TEST_F(WatchListsTest, TheMarkOfAnEditorAtTheBeginningOfAFileIsNoPartOfAnEntry) 
     EXPECT_EQ(Lists.List(Include).Entries(), (std::vector<std::string>{"One", "Two"}));
 }
 
+TEST_F(WatchListsTest, AFirstEntryThatBeginsWithThatMarkKeepsItInItsFile) {
+    ASSERT_TRUE(Lists.AddToWatchList(Include, "\xEF\xBB\xBFOne"));
+    ASSERT_TRUE(Lists.LoadWatchList(Include));
+    EXPECT_EQ(Lists.List(Include).Entries(), (std::vector<std::string>{"\xEF\xBB\xBFOne"}));
+}
+
 TEST_F(WatchListsTest, ReadingReplacesTheWholeListOfItsIndexOnly) {
     Lists.Add(Include, "Kept");
     Lists.Add(Exclude, "Gone");
