@@ -63,7 +63,8 @@ std::optional<WavInfo> ReadWavInfo(Files& disk, const std::string& path) {
         if (!head) break;
         const uint32_t size = NumberAt(*head, 4, 4);
         at += head->size();
-        if (head->starts_with("fmt ") && size >= 16) {
+        // What stands behind the audio cannot say how it is to be read.
+        if (head->starts_with("fmt ") && size >= 16 && !formatSeen && info.DataStart == 0) {
             const auto format = ReadExactly(disk, path, at, 16);
             if (!format) return std::nullopt;
             info.Format = FormatIn(*format);

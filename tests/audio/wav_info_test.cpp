@@ -74,6 +74,23 @@ TEST_F(WavInfos, ReadsFilesWithOtherChunksBeforeTheAudio) {
     EXPECT_FALSE(RepairWavHeader(Disk, Path)) << "it is no song file of ours";
 }
 
+TEST_F(WavInfos, TheFormatAheadOfTheAudioCounts) {
+    std::string content = Finished(1, 0, false);
+    const std::string mono = [&] {
+        std::string chunk = content.substr(12, 24);
+        chunk[10] = 1;
+        return chunk;
+    }();
+    content[7] = 0x7F;  // the whole file is looked through
+    Disk.Put(Path, content + mono);
+    const auto info = ReadWavInfo(Disk, Path);
+    ASSERT_TRUE(info);
+    EXPECT_EQ(info->Format, MakeWaveFormat(44100));
+
+    Disk.Put(Path, content.substr(0, 12) + content.substr(36) + mono);
+    EXPECT_FALSE(ReadWavInfo(Disk, Path)) << "none ahead of it";
+}
+
 TEST_F(WavInfos, WhatIsNoWavFileHasNoInfo) {
     EXPECT_FALSE(ReadWavInfo(Disk, "/temp/missing.wav"));
     for (const std::string content : {"", "RIFF", "RIFF1234WAVE", "OggS1234WAVEfmt ", "RIFF1234AVI fmt "}) {
