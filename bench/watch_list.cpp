@@ -30,7 +30,7 @@ std::string Entry(int kind, int number, SimRandom& random) {
         case Holds:
             return fmt::format("*Song {}*", number);
         case HoldsSeveral:
-            return fmt::format("*The*Singers*with*a*Song*{} *", number);
+            return fmt::format("*The*Singers*with*a*Song*{:06} *", number);
         case OneAny:
             return fmt::format("??? Singers ?????? - Song {}", number);
         case Digits:

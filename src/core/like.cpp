@@ -8,6 +8,7 @@ namespace Corvetape {
 
 LikePattern::LikePattern(std::string_view pattern, LikeCase how) : Case(how) {
     const std::u32string characters = CharactersOf(pattern);
+    Tokens.reserve(characters.size());
     size_t position = 0;
     while (position < characters.size()) {
         const char32_t character = characters[position];
