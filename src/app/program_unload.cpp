@@ -108,6 +108,8 @@ void Program::FinishAudio() {
     // The song that waits has its own record, which the last song takes over in the next step.
     if (form.tmrEncodeFile.Running()) TransferNow();
     static_cast<void>(Parts->Drain.WriteOut());
+    // Its file may have become full by that and waits now.
+    if (form.tmrEncodeFile.Running()) TransferNow();
     Parts->Writer.WriteClosingPause();
 }
 

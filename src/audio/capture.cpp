@@ -6,6 +6,8 @@
 #include <limits>
 #include <utility>
 
+#include "core/held.h"
+
 namespace Corvetape {
 
 namespace {
@@ -37,6 +39,7 @@ struct Capture::Engine : std::enable_shared_from_this<Capture::Engine> {
     void StopPolling();
     void Tick();
     void Poll();
+    bool TakeFull(uint64_t opening);
     void BufferDone(const WaveHeader& header);
     bool ProcessBuffer(size_t index);
     void NoteArrival();
@@ -61,6 +64,8 @@ struct Capture::Engine : std::enable_shared_from_this<Capture::Engine> {
     uint64_t Generation = 0;  ///< counts every opening and closing
     bool Hooked = false;      ///< buffers that arrive as events are taken
     bool Polling = false;     ///< a tick is running
+    bool Taking = false;      ///< full buffers are being handled
+    int32_t TakenInTick = 0;  ///< buffers
     bool Gone = false;        ///< the capture was destroyed; nothing of the program is touched any more
 };
 
@@ -222,17 +227,34 @@ void Capture::Engine::Tick() {
 
 void Capture::Engine::Poll() {
     const uint64_t opening = Generation;
+    TakenInTick = 0;
     Stream->Deliver();
-    int32_t done = 0;
+    if (TakeFull(opening)) MaxBuffersUsed = std::max(MaxBuffersUsed, TakenInTick);
+}
+
+/// Handles the buffers that are full. False if the program is to end or the input is not the same any more.
+bool Capture::Engine::TakeFull(uint64_t opening) {
+    if (Taking) return Generation == opening;  // a handler runs the loop while it has a buffer
+    const Held taking(Taking);
     while (Generation == opening && ((*Ring)[PollIndex].dwFlags & WHDR_DONE) != 0) {
-        if (!ProcessBuffer(PollIndex) || Generation != opening) return;
+        if (!ProcessBuffer(PollIndex) || Generation != opening) return false;
         PollIndex = (PollIndex + 1) % Ring->size();
-        ++done;
+        ++TakenInTick;
     }
-    MaxBuffersUsed = std::max(MaxBuffersUsed, done);
+    return Generation == opening;
 }
 
 void Capture::Engine::NoteIncident(const WaveInIncident& incident) {
+    const uint64_t opening = Generation;
+    if (IsPolled(Mode)) {
+        // What is full was heard before the loss, though nobody has polled it yet.
+        if (Polling) {
+            static_cast<void>(TakeFull(opening));  // an end of the program is told there
+        } else {
+            Tick();
+        }
+        if (Generation != opening) return;
+    }
     Parts.Signal.FramesLost += incident.LostFrames;
     LostSinceLast += incident.LostFrames;
     const bool wentAndCame =

@@ -48,7 +48,11 @@ SongWriter::Written SongWriter::WriteBuffer(const SignalBuffer& buffer) {
     const std::span<const Frame> frames = FramesOf(buffer);
     if (frames.empty()) return Written::Yes;
     if (SongFile && MustGoOn(frames.size_bytes()) && !GoOnInNextFile()) return Written::NoFile;
-    if (!SongFile) return Written::Failed;
+    return SongFile ? WriteHere(buffer) : Written::Failed;
+}
+
+SongWriter::Written SongWriter::WriteHere(const SignalBuffer& buffer) {
+    const std::span<const Frame> frames = FramesOf(buffer);
     if (!SongFile->Write(frames)) {
         Present.Unbroken = false;
         LastResult = Parts.Disk.LastError();
@@ -264,13 +268,15 @@ void SongWriter::AbortSong() {
 void SongWriter::WriteClosingPause() {
     const bool wanted = Parts.Pause.EndOfSongDetection == EndOfSong::Silence && Parts.Flags.RecordingEnabled;
     if (!wanted) return;
-    std::vector<Frame> samples(FramesPerBufferOf(Place.Format));
+    if (!SongFile) return;
+    std::vector<Frame> samples(FramesPerBufferOf(SongFile->Format()));
     SignalBuffer silence;
     silence.lpData = samples.data();
     silence.dwBytesRecorded = static_cast<uint32_t>(samples.size() * sizeof(Frame));
-    for (int32_t i = 0; i < Parts.Pause.PauseBuffers && SongFile; ++i) {
+    for (int32_t i = 0; i < Parts.Pause.PauseBuffers; ++i) {
         silence.StreamPosition = Present.EndFrame;
-        if (WriteBuffer(silence) != Written::Yes) return;
+        // It is taken off again, so it needs no next file, even where this one is full or of another format.
+        if (WriteHere(silence) != Written::Yes) return;
     }
 }
 

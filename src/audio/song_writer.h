@@ -141,6 +141,7 @@ class SongWriter {
         bool Unbroken = true;
     };
 
+    Written WriteHere(const SignalBuffer& buffer);
     void NameFile();
     bool OpenFile();
     bool GoOnInNextFile();

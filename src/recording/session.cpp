@@ -54,10 +54,16 @@ void Session::StartStopClicked(size_t index) {
     ++Depth;
     if (index == 1) {
         Parts.Flags.RecordNextSong = ticked;
-        if (ticked) form.chkStartStop[0].Value(0);
+        if (ticked) {
+            form.chkStartStop[0].Value(0);
+            Parts.Flags.RecordCurrentSong = false;  // the box may lag behind its flag, and was clear already
+        }
     } else {
         Parts.Flags.RecordCurrentSong = ticked;
-        if (ticked) form.chkStartStop[1].Value(0);
+        if (ticked) {
+            form.chkStartStop[1].Value(0);
+            Parts.Flags.RecordNextSong = false;
+        }
         Actions.ShowRecordingState();
     }
     FollowFlags();

@@ -43,5 +43,22 @@ TEST(HandOver, OfASongThatStillWaitsComesAheadOfTheNextOne) {
     }
 }
 
+TEST(HandOver, OfAFileThatBecomesFullAtTheEndComesAheadOfTheLastOne) {
+    WorldOptions options = ThreeSongs("30000");
+    options.Settings.push_back({ProviderOfRadio, "EndOfSongDetection", "2"});
+    options.MaxSongBytes = uint64_t{12} * 176400;
+    World world(options);
+    ASSERT_TRUE(world.StartRecording());
+    world.RunFor(14);
+    ASSERT_THAT(world.Closed, IsEmpty());
+    world.Finish();
+    ASSERT_THAT(KeptSongs(world), SizeIs(2));
+    ASSERT_THAT(world.Transferred, SizeIs(2));
+    for (size_t i = 0; i < 2; ++i) {
+        EXPECT_EQ(world.Transferred[i].Media.TempFileName, KeptSongs(world)[i].Song.Media.TempFileName);
+        EXPECT_TRUE(world.Disk().Exists(world.Transferred[i].MusicFile));
+    }
+}
+
 }  // namespace
 }  // namespace Corvetape::Test

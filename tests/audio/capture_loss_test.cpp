@@ -43,6 +43,44 @@ TEST_F(CaptureLosses, ABufferBehindAnOverrunHas) {
     EXPECT_EQ(Input().MaxBuffersUsed(), 62);
 }
 
+class PolledLosses : public testing::Test, protected CaptureBench {
+ protected:
+    void SetUp() override {
+        Options.PollRecordingBuffers = 1;
+        ASSERT_TRUE(Input().OpenWaveIn(0));
+    }
+};
+
+TEST_F(PolledLosses, ALossIsCountedBehindWhatWasFullAndNotYetPolled) {
+    Device.Due = 2;
+    Device.Events.Incident({WaveInIncidentKind::Overrun, 500, "radio"});
+    Device.Due = 1;
+    Advance(200);
+    EXPECT_EQ(LostBefore, (std::vector<uint64_t>{0, 0, 500}));
+}
+
+TEST_F(PolledLosses, ALossThatIsToldInTheMiddleOfAPollIsCountedWhereItLies) {
+    Device.OnDeliver = [this] {
+        Device.OnDeliver = nullptr;
+        Device.Fill()->dwFlags |= WHDR_DONE;
+        Device.Events.Incident({WaveInIncidentKind::Overrun, 500, "radio"});
+        Device.Due = 2;
+    };
+    Advance(200);
+    EXPECT_EQ(LostBefore, (std::vector<uint64_t>{0, 500, 0}));
+    EXPECT_EQ(Input().MaxBuffersUsed(), 3);
+}
+
+TEST_F(PolledLosses, ALossThatIsToldWhileABufferIsHandledTakesItNoSecondTime) {
+    OnBuffer = [this](WaveBuffer&) {
+        if (Heard.size() == 1) Device.Events.Incident({WaveInIncidentKind::Overrun, 500, "radio"});
+        return true;
+    };
+    Device.Due = 3;
+    Advance(200);
+    EXPECT_EQ(Heard, (std::vector<int16_t>{1, 2, 3}));
+}
+
 TEST_F(CaptureLosses, TheTimeOfALossIsNoSilence) {
     Advance(10'000);
     Lose(600, WaveInIncidentKind::DeviceLost);

@@ -90,8 +90,8 @@ TEST_F(Captures, OpeningTheOpenDeviceClosesItFirstAndBeginsAnew) {
 TEST_F(Captures, OpeningForgetsWhatTheBuffersHeldAndWhatWasLost) {
     Options.PollRecordingBuffers = 1;
     Input().OpenWaveIn(0);
-    Device.Fill()->dwFlags |= WHDR_DONE;
     Device.Events.Incident({WaveInIncidentKind::Overrun, 500, "radio"});
+    Device.Fill()->dwFlags |= WHDR_DONE;
     Input().OpenWaveIn(0);
     EXPECT_EQ(Input().RecordingRing()[0].dwBytesRecorded, 0U);
     Advance(100);

@@ -189,6 +189,18 @@ TEST_F(Songs, ASongThatEndsWithTheSignalLosesNothingToThePauseThatNeverCame) {
     EXPECT_FALSE(Last().Whole);
 }
 
+TEST_F(Songs, TheClosingPauseNeedsNoNextFileThoughTheInputHasAnotherFormatByNow) {
+    Flags.RecordCurrentSong = true;
+    Hear(10);
+    Format = MakeWaveFormat(48000);
+    Writer.WriteClosingPause();
+    Writer.CloseSongFile();
+    ASSERT_EQ(Closed.size(), 1U);
+    EXPECT_EQ(Last().Fate, SongFate::Kept);
+    EXPECT_EQ(Last().FramesPerSecond, 44100U);
+    EXPECT_EQ(BuffersIn(Last().TempPath), Range(0, 10));
+}
+
 TEST_F(Songs, WithoutASongOrInTheOtherModesThereIsNoClosingPause) {
     Writer.WriteClosingPause();
     EXPECT_FALSE(Writer.SongFileOpen());

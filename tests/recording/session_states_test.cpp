@@ -350,6 +350,20 @@ TEST(SessionControls, TheBoxesFollowTheFlags) {
     EXPECT_EQ(rig.Form.chkStopRecording[0].Value(), 0);
 }
 
+TEST(SessionControls, TheBoxesExcludeEachOtherAlsoWhileTheyLagBehindTheFlags) {
+    SessionRig rig;
+    rig.Form.chkStartStop[1].Value(1);
+    rig.Flags.RecordCurrentSong = true;  // a song has ended, and nobody has shown it yet
+    rig.Flags.RecordNextSong = false;
+    rig.Form.chkStartStop[1].Value(0);
+    rig.Form.chkStartStop[1].Value(1);
+    EXPECT_EQ(StateOf(rig.Flags), "Waiting");
+    rig.Form.chkStartStop[1].Value(0);
+    rig.Flags.RecordNextSong = true;
+    rig.Form.chkStartStop[0].Value(1);
+    EXPECT_EQ(StateOf(rig.Flags), "Recording");
+}
+
 TEST(SessionControls, TheStateIsShownWhenTheCurrentSongsBoxChanges) {
     SessionRig rig;
     rig.Form.chkStartStop[1].Value(1);
