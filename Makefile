@@ -4,6 +4,7 @@
 #   make test       build everything, run all tests
 #   make sanitize   the same with the address and undefined-behaviour sanitizers, without the live tests
 #   make fuzz       every reader of foreign text on made-up input, SECONDS_PER_TARGET (60) each
+#   make soak       SEEDS=20000 random scenarios; a seed that fails is printed
 #   make bench      build and run the measurements
 #   make format     clang-format over all sources
 #   make lint       clang-format and clang-tidy, findings are errors
@@ -15,6 +16,7 @@
 PRESET ?= release
 PREFIX ?= /usr/local
 SECONDS_PER_TARGET ?= 60
+SEEDS ?= 20000
 DESTDIR ?=
 
 BUILD := build/$(PRESET)
@@ -24,7 +26,7 @@ SOURCES = $$(find src tests bench -name '*.h' -o -name '*.cpp' | sort)
 CONFIGURE = cmake --preset $(1) >/dev/null
 CTEST = ctest --output-on-failure --no-tests=error --parallel 2
 
-.PHONY: all run test sanitize fuzz bench format lint install clean
+.PHONY: all run test sanitize fuzz soak bench format lint install clean
 
 all:
 	@scripts/install-deps build
@@ -56,6 +58,12 @@ fuzz:
 	@$(call CONFIGURE,fuzz)
 	cmake --build build/fuzz --target fuzz-targets
 	SECONDS_PER_TARGET=$(SECONDS_PER_TARGET) scripts/fuzz build/fuzz
+
+soak:
+	@scripts/install-deps build run test
+	@$(call CONFIGURE,$(PRESET))
+	cmake --build $(BUILD) --target test-soak
+	CORVETAPE_SEEDS=$(SEEDS) $(BUILD)/bin/test-soak
 
 bench:
 	@scripts/install-deps build run bench

@@ -1,0 +1,193 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "scenario/world.h"
+
+namespace Corvetape::Test {
+
+/// A number that two buffers share only if they hold the same samples, as good as surely.
+uint64_t HashOf(std::span<const std::byte> bytes);
+
+/// One buffer as the program got it, and whether a file may lack it.
+struct BookedBuffer {
+    uint32_t Opening = 0;   ///< of the input, counted from 1
+    uint64_t Position = 0;  ///< of its first frame in the input, counted from the opening
+    uint64_t RadioEnd = 0;  ///< one behind its last frame in the radio, at the rate of the opening
+    uint64_t Lost = 0;      ///< frames of the radio that are missing before or within it
+    uint32_t Frames = 0;
+    uint64_t Hash = 0;          ///< of its samples, behind the gain
+    int32_t Level = 0;          ///< by the measure in force
+    int32_t RingNumber = -1;    ///< its place among all buffers that went into the ring; -1: it did not
+    bool Quiet = false;         ///< not above the thresholds
+    bool Skipped = false;       ///< taken out of what is routed
+    bool MayBeMissing = false;  ///< a rule, a fault or the user has taken it out
+};
+
+/// What the program got and what became of it, compared all the time. It knows the rules by which audio may
+/// be left out and nothing of how they are carried out:
+///
+/// - while recording is off, nothing is written, and what waits in the ring may go;
+/// - end of song by silence: the pause that is recognised, the quiet buffers before it up to its length, and
+///   what is skipped behind it;
+/// - the other ends of song: around a cut one stretch within its window, no buffer of which is louder
+/// than 1.2
+///   times the quietest or 164; what is skipped; silence that is to be ignored;
+/// - a click in fixed time that begins a recording drops what waits in the ring;
+/// - what the device has lost is lost, and its song says how much.
+///
+/// A song that would end where reading stands is followed once round the ring.
+class Book {
+ public:
+    Book();
+    ~Book();
+    Book(const Book&) = delete;
+    Book& operator=(const Book&) = delete;
+
+    /// The machine with this book between its inputs and the program.
+    Machine Through(Machine machine);
+
+    /// The world that runs on that machine. Call before its program is loaded.
+    void Watch(World& world) { Radio = &world; }
+
+    void Opened(uint32_t framesPerSecond);
+    void Arrived(const WaveHeader& buffer);
+    void Closed(const HeardSong& song);
+    void Transferred(const TransferredSong& song);
+    void Encoded(const TransferredSong& song);
+
+    /// After every event of the loop.
+    void AfterEvent();
+
+    /// Around everything that a person does.
+    void BeforePress();
+    void AfterPress();
+
+    /// When a program has ended, and its song was closed.
+    void ProgramEnded();
+
+    /// When the last program has ended and the encoders are done.
+    void Finished();
+
+    /// What is wrong, one thing a line, with the second at which it was found; empty if nothing is.
+    const std::string& Problems() const { return Found; }
+
+    std::function<void(const HeardSong&)> OnClosed;  ///< told of each song before it is looked at
+
+    size_t SongsKept() const { return Wanted.size(); }
+    size_t SongsClosed() const { return Closings; }
+    double SecondsBooked() const { return static_cast<double>(Buffers.size()) / 20.0; }
+
+ private:
+    struct Input;
+
+    /// How far a song file goes: as its header tells, or as far as there is audio.
+    enum class Extent { AsTold, AsWritten };
+
+    struct WantedSong {
+        std::string TempPath;
+        std::vector<uint64_t> Pieces;  ///< hash of each buffer
+        bool Safe = false;             ///< an encoder has had it, or a song of the same name came behind it
+        bool Damaged = false;          ///< a fault struck its file, and was told
+    };
+
+    /// A cut as it was raised, in numbers of buffers in the ring.
+    struct Cut {
+        int32_t At = 0;
+        int32_t Before = 0;
+        int32_t After = 0;
+    };
+
+    /// A song as it was handed over, and the wanted song that it is; none if an earlier run has left it.
+    struct HandedSong {
+        std::string TempFile;
+        std::optional<size_t> Wanted;
+    };
+
+    /// What a song that has ended says of its losses. The buffer that ended it may not be booked yet.
+    struct ToldLoss {
+        uint64_t Told = 0;
+        uint64_t Least = 0;
+        size_t Behind = 0;   ///< one behind its last buffer
+        size_t Present = 0;  ///< the buffer that was being handled, or one behind the last
+    };
+
+    /// Where a file lies among the buffers.
+    struct Place {
+        size_t First = 0;
+        size_t Behind = 0;  ///< one behind its last
+        uint64_t Lost = 0;  ///< frames of the radio that are missing before or within its buffers
+        bool RoundTheRing = false;
+        std::string Problem;
+    };
+
+    void Tell(const std::string& problem);
+    State& Values() { return Radio->Values(); }
+    size_t FirstUnread();
+    void ExcuseUnread(size_t from);
+    void ExcusePause();
+    void NoteCut();
+    void NoteOpenFile();
+    void CheckFlags();
+    void CheckFate(const HeardSong& song);
+    void CheckGap(size_t from, size_t to, const char* where);
+    size_t BehindThrownAway(size_t first, size_t to) const;
+    bool WithinACut(int32_t first, int32_t last) const;
+    std::optional<std::vector<uint64_t>> PiecesOf(const std::string& path, Extent extent = Extent::AsTold);
+    Place Find(const std::vector<uint64_t>& pieces, size_t from, size_t claimed);
+    size_t ClaimedBegin(const HeardSong& song, bool isOpenPath) const;
+    std::optional<Place> Claimed(const HeardSong& song, bool isOpenPath);
+    void LookAtLeftSong();
+    bool WasLeft(std::span<const uint64_t> pieces) const;
+    void CheckLosses();
+    void CheckKept(const HeardSong& song, bool isOpenPath);
+    bool ReachesTheEnd(const Place& place) const;
+    bool GoesBack(bool roundTheRing, size_t behind);
+    bool WasStruck(const std::string& path) const;
+    void LookForWanted();
+    std::vector<std::string> SongFiles();
+
+    World* Radio = nullptr;
+    std::unique_ptr<Input> Between;
+
+    std::vector<BookedBuffer> Buffers;
+    std::vector<size_t> RingBuffers;  ///< of those that went into the ring, their numbers in Buffers
+    std::vector<Cut> Cuts;
+    std::vector<WantedSong> Wanted;
+    std::vector<HandedSong> HandedOver;
+    std::vector<ToldLoss> ToldLosses;
+    uint32_t Openings = 0;
+    uint64_t FirstFrame = 0;                  ///< of the radio in the present opening
+    std::vector<std::vector<uint64_t>> Left;  ///< of songs that no close has seen, their pieces
+    std::string OpenPath;                     ///< the song's file
+    uint32_t OpeningOfPath = 0;               ///< the opening that it was begun in
+    size_t Next = 0;                          ///< first buffer that no closed file has had
+    size_t LastBegin = 0;                     ///< first buffer of the file closed last
+    bool LastKnown = true;                    ///< where the file closed last has ended
+    bool MayOverlap = false;                  ///< the next file may have audio of the last one too
+    size_t Closings = 0;
+
+    // As they were when somebody last looked.
+    int32_t RingIndex = 0;
+    uint64_t Overruns = 0;
+    bool Skipping = false;
+    bool Wished = false;        ///< the song now in the file is to be kept
+    bool WaitsForNext = false;  ///< the next one
+    bool Pressing = false;
+    bool WasCutPending = false;
+    int32_t LastCutIndex = -1;
+    size_t Unread = 0;
+    size_t SizeAtPress = 0;
+    size_t UnreadAtPress = 0;
+
+    std::string Found;
+    size_t FoundCount = 0;
+};
+
+}  // namespace Corvetape::Test

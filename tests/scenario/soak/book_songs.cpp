@@ -1,0 +1,324 @@
+// What became of each song, held against the buffers.
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <functional>
+#include <span>
+#include <utility>
+
+#include "audio/wav_file.h"
+#include "scenario/soak/book.h"
+
+namespace Corvetape::Test {
+
+namespace {
+
+template <typename Items, typename Value, typename Member = std::identity>
+bool Contains(const Items& items, const Value& value, Member member = {}) {
+    return std::ranges::find(items, value, member) != items.end();
+}
+
+}  // namespace
+
+/// Whether the song went where the flags, as they were before the event, say.
+void Book::CheckFate(const HeardSong& song) {
+    const SongFate fate = song.Song.Fate;
+    const State& values = Values();
+    const uint64_t least =
+        static_cast<uint64_t>(std::max(values.Pause.IgnoreShortSongs, 0)) * song.Song.FramesPerSecond;
+    const bool silent = values.Signal.SilenceSeconds >= values.Options.InfoAfterSilence;
+    if (fate == SongFate::Unwanted && Wished && !Pressing && !silent) Tell("a wanted song was thrown away");
+    if (fate == SongFate::Kept && !Wished && !Pressing) Tell("a song was kept that nobody wanted");
+    if (fate == SongFate::Short && song.Song.Frames > least) Tell("a song was called short that is not");
+    if (fate == SongFate::Aborted && values.Signal.SilenceSeconds < values.Pause.QuitAfterSilence) {
+        Tell("a song was broken off");
+    }
+    const bool left = fate != SongFate::Kept && Radio->Disk().Exists(song.Song.TempPath);
+    if (left && !WasStruck(song.Song.TempPath)) Tell("an unwanted file stays: " + song.Song.TempPath);
+}
+
+bool Book::WasStruck(const std::string& path) const {
+    const auto isOfIt = [&path](const std::string& failed) { return failed.find(path) != std::string::npos; };
+    return std::ranges::any_of(Radio->Computer.Files.FailedOperations(), isOfIt);
+}
+
+void Book::Closed(const HeardSong& song) {
+    ++Closings;
+    if (OnClosed) OnClosed(song);
+    CheckFate(song);
+    const bool isOpenPath = song.Song.TempPath == OpenPath;
+    if (isOpenPath) OpenPath.clear();
+    Wished = Values().Flags.RecordCurrentSong;
+    NoteCut();
+    if (!Values().Flags.RecordingEnabled) ExcuseUnread(Unread);
+    if (song.Song.Fate == SongFate::Kept) {
+        CheckKept(song, isOpenPath);
+        return;
+    }
+    if (song.Song.Frames == 0) return;  // nothing but its pause, which was taken off
+    const std::optional<Place> place = Claimed(song, isOpenPath);
+    if (place) {
+        CheckGap(Next, place->First, "ahead of a song that was not kept");
+        LastBegin = place->First;
+        Next = std::max(Next, place->Behind);
+    }
+    LastKnown = place.has_value();
+    MayOverlap = GoesBack(place && ReachesTheEnd(*place), place ? place->Behind : Next);
+}
+
+/// The buffer that a song claims to begin with, or one behind the last.
+size_t Book::ClaimedBegin(const HeardSong& song, bool isOpenPath) const {
+    const uint32_t opening = isOpenPath ? OpeningOfPath : Openings;
+    const auto first = std::ranges::find_if(Buffers, [&](const BookedBuffer& each) {
+        return each.Opening == opening && each.Position == song.Song.BeginFrame;
+    });
+    return static_cast<size_t>(first - Buffers.begin());
+}
+
+/// Where a file that is gone has been, as its song claims; nothing if it had holes or saw two openings.
+std::optional<Book::Place> Book::Claimed(const HeardSong& song, bool isOpenPath) {
+    if (song.Song.Frames != song.Song.EndFrame - song.Song.BeginFrame) return std::nullopt;
+    const auto first = Buffers.begin() + static_cast<std::ptrdiff_t>(ClaimedBegin(song, isOpenPath));
+    const auto last = std::find_if(first, Buffers.end(), [&](const BookedBuffer& each) {
+        return each.Opening == first->Opening && each.Position + each.Frames == song.Song.EndFrame;
+    });
+    if (first == Buffers.end() || last == Buffers.end()) return std::nullopt;
+    Place place;
+    place.First = static_cast<size_t>(first - Buffers.begin());
+    place.Behind = static_cast<size_t>(last - Buffers.begin()) + 1;
+    return place;
+}
+
+std::optional<std::vector<uint64_t>> Book::PiecesOf(const std::string& path, Extent extent) {
+    // Not by way of the disk: looking must not use up a fault.
+    const std::optional<std::string> content = Radio->Disk().Content(path);
+    if (!content || content->size() < WavHeaderBytes) return std::nullopt;
+    const auto number = [&content](size_t at) {
+        uint32_t value = 0;
+        std::memcpy(&value, content->data() + at, sizeof(value));
+        return size_t{value};
+    };
+    const size_t piece = number(28) / 20;
+    if (piece == 0 || number(40) > content->size() - WavHeaderBytes) return std::nullopt;
+    const size_t written = (content->size() - WavHeaderBytes) / piece * piece;
+    auto bytes = std::as_bytes(std::span(*content))
+                     .subspan(WavHeaderBytes, extent == Extent::AsTold ? number(40) : written);
+    std::vector<uint64_t> pieces;
+    for (; !bytes.empty(); bytes = bytes.subspan(std::min(piece, bytes.size()))) {
+        pieces.push_back(HashOf(bytes.first(std::min(piece, bytes.size()))));
+    }
+    return pieces;
+}
+
+/// Whether it may be a song that was followed round the ring.
+bool Book::ReachesTheEnd(const Place& place) const {
+    const bool throughRing = Radio->Recorder->Values().Pause.EndOfSongDetection != EndOfSong::Silence;
+    return throughRing && !RingBuffers.empty() && place.Behind > RingBuffers.back();
+}
+
+/// Whether the next song may begin before what the files up to now have reached.
+bool Book::GoesBack(bool roundTheRing, size_t behind) {
+    return Values().Pause.DuplicatepartOfSong || roundTheRing || behind < Next;
+}
+
+/// Follows a file through the buffers, from `from` on. What it lacks on its way has to have its reason.
+/// Noise comes again, so where it begins as it claims, that is taken.
+Book::Place Book::Find(const std::vector<uint64_t>& pieces, size_t from, size_t claimed) {
+    Place place;
+    if (claimed > from && claimed < Buffers.size() && Buffers[claimed].Hash == pieces[0]) from = claimed;
+    const auto begin = Buffers.begin() + static_cast<std::ptrdiff_t>(from);
+    const auto first = std::ranges::find(begin, Buffers.end(), pieces[0], &BookedBuffer::Hash);
+    if (first == Buffers.end()) {
+        place.Problem = "begins with audio that was never heard, or that another song has";
+        return place;
+    }
+    place.First = static_cast<size_t>(first - Buffers.begin());
+    size_t at = place.First;
+    const auto ring = static_cast<size_t>(Values().Ring.Size());
+    for (size_t number = 0; number < pieces.size(); ++number, ++at) {
+        const auto found = std::ranges::find(Buffers.begin() + static_cast<std::ptrdiff_t>(at), Buffers.end(),
+                                             pieces[number], &BookedBuffer::Hash);
+        if (found == Buffers.end()) {
+            const bool wasHeard = Contains(Buffers, pieces[number], &BookedBuffer::Hash);
+            place.RoundTheRing = wasHeard && pieces.size() - number <= ring;
+            if (!place.RoundTheRing) place.Problem = "holds audio in its middle that was not heard there";
+            break;
+        }
+        const auto index = static_cast<size_t>(found - Buffers.begin());
+        if (index > at) CheckGap(at, index, "within a song");
+        at = index;
+        place.Lost += Buffers[at].Lost;
+    }
+    place.Behind = at;
+    return place;
+}
+
+void Book::CheckKept(const HeardSong& song, bool isOpenPath) {
+    WantedSong wanted{song.Song.TempPath, {}, false, WasStruck(song.Song.TempPath)};
+    const auto pieces = PiecesOf(song.Song.TempPath);
+    const bool readable = pieces && !pieces->empty();
+    if (readable) wanted.Pieces = *pieces;
+    Wanted.push_back(wanted);
+    if (!readable) {
+        LastKnown = false;
+        if (!wanted.Damaged) Tell("a kept song cannot be read: " + song.Song.TempPath);
+        return;
+    }
+    // What is in two songs is there because the user asked for it.
+    const Place place =
+        Find(*pieces, MayOverlap || !LastKnown ? LastBegin : Next, ClaimedBegin(song, isOpenPath));
+    if (place.Problem.empty()) CheckGap(Next, place.First, "ahead of a song");
+    LastKnown = place.Problem.empty() && !wanted.Damaged;
+    MayOverlap = GoesBack(place.RoundTheRing || ReachesTheEnd(place), place.Behind);
+    if (wanted.Damaged) return;
+    if (!place.Problem.empty()) {
+        Tell(song.Song.TempPath + " " + place.Problem);
+        return;
+    }
+    LastBegin = place.First;
+    Next = std::max(Next, place.Behind);
+    if (place.RoundTheRing) return;
+    ToldLosses.push_back({song.Song.LostFrames, place.Lost, place.Behind, Buffers.size()});
+}
+
+void Book::CheckLosses() {
+    for (const ToldLoss& each : ToldLosses) {
+        // What was lost in the pause that was taken off may have been of the song.
+        uint64_t most = each.Least;
+        for (size_t i = each.Behind; i < Buffers.size() && i <= each.Present && Buffers[i].Quiet; ++i) {
+            most += Buffers[i].Lost;
+        }
+        if (each.Told >= each.Least && each.Told <= most) continue;
+        Tell("a song says that it lost " + std::to_string(each.Told) + " frames and has lost " +
+             std::to_string(each.Least));
+    }
+    ToldLosses.clear();
+}
+
+/// The buffers that no file has, from `from` up to `to`: a rule has taken each of them out, or it lies in a
+/// stretch that a cut threw away.
+void Book::CheckGap(size_t from, size_t to, const char* where) {
+    if (!LastKnown) return;
+    for (size_t i = from; i < to;) {
+        const size_t behind = Buffers[i].MayBeMissing ? i + 1 : BehindThrownAway(i, to);
+        if (behind == i) {
+            Tell("a buffer is missing " + std::string(where) + ": number " + std::to_string(i) +
+                 ", between " + std::to_string(from) + " and " + std::to_string(to) + ", level " +
+                 std::to_string(Buffers[i].Level));
+            return;
+        }
+        i = behind;
+    }
+}
+
+/// One behind the longest stretch from `first` on that a cut may have thrown away.
+size_t Book::BehindThrownAway(size_t first, size_t to) const {
+    int32_t lowest = Buffers[first].Level;
+    int32_t highest = lowest;
+    size_t behind = first;
+    for (size_t i = first; i < to && Buffers[i].RingNumber >= 0 && !Buffers[i].MayBeMissing; ++i) {
+        lowest = std::min(lowest, Buffers[i].Level);
+        highest = std::max(highest, Buffers[i].Level);
+        const bool quiet = highest <= std::max<int64_t>(std::lround(lowest * 1.2), 164);
+        if (quiet && WithinACut(Buffers[first].RingNumber, Buffers[i].RingNumber)) behind = i + 1;
+    }
+    return behind;
+}
+
+bool Book::WithinACut(int32_t first, int32_t last) const {
+    return std::ranges::any_of(
+        Cuts, [&](const Cut& cut) { return first >= cut.At - cut.Before && last <= cut.At + cut.After; });
+}
+
+void Book::Transferred(const TransferredSong& song) {
+    // Stamps can come again: of the wanted songs of that name it is the last.
+    HandedSong handed{song.TempFile, std::nullopt};
+    for (size_t i = 0; i < Wanted.size(); ++i) {
+        if (Wanted[i].TempPath.ends_with("/" + song.Media.TempFileName + ".wav")) handed.Wanted = i;
+    }
+    // A song of the same name takes the place of an earlier one whose encoder has not ended.
+    for (const HandedSong& earlier : HandedOver) {
+        const bool replaced = earlier.TempFile == handed.TempFile && earlier.Wanted != handed.Wanted;
+        if (replaced && earlier.Wanted) Wanted[*earlier.Wanted].Safe = true;
+    }
+    HandedOver.push_back(std::move(handed));
+}
+
+void Book::Encoded(const TransferredSong& song) {
+    const auto pieces = PiecesOf(song.TempFile);
+    for (WantedSong& wanted : Wanted) {
+        if (pieces && wanted.Pieces == *pieces) {
+            wanted.Safe = true;
+            return;
+        }
+    }
+    if (pieces && WasLeft(*pieces)) return;
+    if (!WasStruck(song.TempFile)) Tell("an encoder was given a song that was not kept: " + song.TempFile);
+}
+
+/// The song that was in the file when a failure ended the recording is there still, and the next start
+/// decides.
+void Book::LookAtLeftSong() {
+    if (OpenPath.empty() || !Radio->Disk().Exists(OpenPath)) return;
+    const auto pieces = PiecesOf(OpenPath, Extent::AsWritten);
+    if (pieces) Left.push_back(*pieces);
+    LastKnown = LastKnown && pieces && !pieces->empty() && !WasStruck(OpenPath);
+    if (!LastKnown) return;
+    const Place place = Find(*pieces, MayOverlap ? LastBegin : Next, 0);
+    if (!place.Problem.empty()) return Tell("what was left " + place.Problem);
+    CheckGap(Next, place.First, "ahead of what was left");
+    Next = std::max(Next, place.Behind);
+}
+
+/// A repaired file goes as far as the disk took it, which may be a part of a buffer further.
+bool Book::WasLeft(std::span<const uint64_t> pieces) const {
+    return std::ranges::any_of(Left, [pieces](const std::vector<uint64_t>& left) {
+        return pieces.size() <= left.size() + 1 && pieces.size() >= left.size() &&
+               std::ranges::equal(pieces.first(left.size()), left);
+    });
+}
+
+void Book::ProgramEnded() {
+    CheckLosses();
+    LookAtLeftSong();
+    CheckGap(Next, Buffers.size(), "at the end");
+    Next = Buffers.size();
+    LastBegin = Next;
+    LastKnown = true;
+    RingBuffers.clear();
+    Cuts.clear();
+    OpenPath.clear();
+    WasCutPending = false;
+    if (Radio->Disk().OpenHandles() != 0) Tell("a file was left open");
+    LookForWanted();
+}
+
+/// Each song that was kept has been encoded, or it lies where somebody finds it. What he does with it is his
+/// business: a later run may be told to empty the folder.
+void Book::LookForWanted() {
+    std::vector<std::vector<uint64_t>> there;
+    for (const std::string& path : SongFiles()) {
+        if (auto pieces = PiecesOf(path)) there.push_back(std::move(*pieces));
+    }
+    for (WantedSong& wanted : Wanted) {
+        const bool isSafe = wanted.Safe || wanted.Damaged || Contains(there, wanted.Pieces);
+        if (!isSafe) Tell("a wanted song is gone: " + wanted.TempPath);
+        wanted.Safe = true;
+    }
+}
+
+std::vector<std::string> Book::SongFiles() {
+    std::vector<std::string> files = Radio->Disk().Tree(SongTempFolder);
+    std::erase_if(files, [](const std::string& path) { return !path.ends_with(".wav"); });
+    return files;
+}
+
+void Book::Finished() {
+    for (const std::string& path : SongFiles()) {
+        const auto pieces = PiecesOf(path);
+        const bool isWanted = pieces && (Contains(Wanted, *pieces, &WantedSong::Pieces) || WasLeft(*pieces));
+        if (!isWanted && !WasStruck(path)) Tell("a file stays that nobody wants: " + path);
+    }
+}
+
+}  // namespace Corvetape::Test

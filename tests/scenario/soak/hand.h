@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+
+#include "platform/sim/sim_random.h"
+#include "scenario/soak/book.h"
+
+namespace Corvetape::Test {
+
+/// A restless user with a bad machine: presses whatever there is, in any order, while files, devices and the
+/// clock go wrong. What it does follows from its seed alone.
+class Hand {
+ public:
+    Hand(World& world, Book& book, uint64_t seed) : Radio(world), Notes(book), Chance(seed) {}
+
+    /// Does one thing.
+    void Act();
+
+    /// Adds a song that was closed to the story.
+    void NoteSong(const HeardSong& song);
+
+    /// Puts everything back in order, so that the rest can be recorded.
+    void LetGo();
+
+    /// What was done, one thing a line, with its second.
+    const std::string& Story() const { return Done; }
+
+ private:
+    void PressRecording();
+    void ChangeMode();
+    void PressAny();
+    void DisturbDevice();
+    void DisturbDisk();
+    void DisturbClock();
+    void TakeDevice(int64_t which);
+    void LetGoOfDevice();
+    std::string StateText();
+    void Say(const std::string& what);
+
+    World& Radio;
+    Book& Notes;
+    SimRandom Chance;
+    std::string Done;
+    bool Holding = false;  ///< the device delivers nothing for now
+};
+
+}  // namespace Corvetape::Test
