@@ -298,17 +298,17 @@ Program::Next Program::RecoverSongs() {
     for (const LeftSong& song : FindLeftSongs(Host.Files, folder, alive)) {
         const LeftSongDecision decision = DecideLeftSong(Host.Files, folder, song);
         const bool transfer = decision.Fate == LeftSongFate::Transfer;
-        Parts->Journal.WriteLog(
-            {"INFO", Parts->Messages.FormatMsg(transfer ? "840" : "841", {song.BaseName})});
-        if (!transfer) {
-            DeleteLeftSong(Host.Files, folder, song);
-            continue;
-        }
         STATIONANDSONGDATA& media = Memory->Media.SongMedia;
         media = song.Note.Media;
         media.TempFileName = song.BaseName;
         media.Size = decision.Seconds;
-        Parts->Transfer.TransferSong();
+        Parts->Journal.WriteLog(
+            {"INFO", Parts->Messages.FormatMsg(transfer ? "840" : "841", {Parts->NameOfMusicFile()})});
+        if (transfer) {
+            Parts->Transfer.TransferSong();
+        } else {
+            DeleteLeftSong(Host.Files, folder, song);
+        }
         ClearMedia(media);
     }
     return Next::Continue;

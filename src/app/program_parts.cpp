@@ -85,6 +85,10 @@ bool ProgramParts::IsNeeded(const std::string& path) const {
     return Writer.SongFileOpen() && isOf(Writer.SongFilePath());
 }
 
+std::string ProgramParts::NameOfMusicFile() const {
+    return NameSong(Memory.Media, Memory.Options, Memory.Folders, Memory.Pause.EndOfSongDetection).FinalName;
+}
+
 void ProgramParts::NoteSong() {
     if (!Owner.Options.KeepNotes || !Writer.SongFileOpen()) return;
     // While a cut is pending the file still holds the song that has ended.

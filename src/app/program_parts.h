@@ -63,6 +63,9 @@ struct ProgramParts {
     /// it takes longer than the rest of the start.
     std::string WmaEncoderVersion(const std::string& ffmpeg);
 
+    /// What the song in SongMedia is called as a music file, by which people know it.
+    std::string NameOfMusicFile() const;
+
     /// Brings the note beside the song that is being written up to date.
     void NoteSong();
 

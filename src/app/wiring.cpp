@@ -52,7 +52,7 @@ void TellLoss(ProgramParts& parts, const WaveInIncident& incident) {
 /// One line for a kept song in which something is missing; nothing for a healthy one.
 void TellHealth(ProgramParts& parts, const ClosedSong& song) {
     if (song.LostFrames == 0) return;
-    LogInfo(parts, "848", {song.Media.TempFileName, SecondsText(song.LostFrames, song.FramesPerSecond)});
+    LogInfo(parts, "848", {parts.NameOfMusicFile(), SecondsText(song.LostFrames, song.FramesPerSecond)});
 }
 
 void TellAvailability(ProgramParts& parts, bool lost) {

@@ -97,9 +97,11 @@ TEST_F(FolderSelectionTest, OneFolderForTemporaryFilesAndMusicIsRefused) {
 }
 
 TEST_F(FolderSelectionTest, TheLogMayLieInAnyFolder) {
-    Bench.Sim.Dialogs.FolderAnswers = {"/music"};
-    Bench.Form.cmdGetDir[2].Press();
-    EXPECT_EQ(Bench.Folders.Paths[2], "/music");
+    for (const char* folder : {"/temp", "/music"}) {
+        Bench.Sim.Dialogs.FolderAnswers = {folder};
+        Bench.Form.cmdGetDir[2].Press();
+        EXPECT_EQ(Bench.Folders.Paths[2], folder);
+    }
     Bench.Sim.Dialogs.FolderAnswers = {"/music", "/log"};
     Bench.Form.cmdGetDir[0].Press();
     EXPECT_EQ(Bench.Folders.Paths[0], "/temp");

@@ -66,7 +66,7 @@ TEST_P(LostInput, IsToldOnceWithItsLengthAndTheRecordingGoesOn) {
     EXPECT_EQ(kept[0].Song.LostFrames, lost);
     EXPECT_EQ(kept[1].Song.LostFrames, 0U);
     EXPECT_EQ(kept[0].RadioEnd - kept[0].RadioBegin, kept[0].Song.Frames + lost);
-    EXPECT_THAT(info, Contains(texts.FormatMsg("848", {kept[0].Song.Media.TempFileName, "3.200"})));
+    EXPECT_THAT(info, Contains(texts.FormatMsg("848", {"Band 1 - Song 1", "3.200"})));
     const auto frames = FramesOfWav(world.Disk(), world.Transferred[0].MusicFile);
     ASSERT_TRUE(frames);
     auto heard = FramesOfRadio(world.Truth(), kept[0].RadioBegin, frames->size() + lost);
