@@ -161,7 +161,7 @@ TEST(LateBuffers, OfADeviceThatKeepsNoMoreThanItsQueueAreToldAsLost) {
                   EXPECT_FALSE(song.Whole);
                   ASSERT_THAT(world.Logged("INFO"), SizeIs(2));
                   EXPECT_THAT(world.Logged("INFO")[0], HasSubstr("too slow for the sound server"));
-                  EXPECT_THAT(world.Logged("INFO")[1], HasSubstr(song.Media.TempFileName));
+                  EXPECT_THAT(world.Logged("INFO")[1], HasSubstr("\"Band 2 - Song 2\""));
                   EXPECT_THAT(world.Logged("ERROR"), SizeIs(1));
               });
 }
