@@ -21,7 +21,7 @@ CoverImages::~CoverImages() {
 
 void CoverImages::LoadImage(const std::string& address) {
     if (address == LastCoverUrl) return;
-    if (!CoverBytes.empty()) SongCoverBytes = CoverBytes;
+    if (CoverBytes.size() > 1) SongCoverBytes = CoverBytes;
     CoverBytes.clear();
     if (Changed) Changed();
     LastCoverUrl = address;

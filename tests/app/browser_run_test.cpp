@@ -69,6 +69,19 @@ TEST_F(BrowserRun, AClosedPageGivesWayToTheNextSourceWithinTwoSeconds) {
     EXPECT_EQ(Media().ProviderName, MediaPlayerName);
 }
 
+TEST_F(BrowserRun, ASilentPageIsAskedToPlayAgainForARecording) {
+    SimPage& page = Browser.Add("http://radio/", "A Song");
+    page.Top->Values["play()"] = "";
+    Start(PageProfile);
+    Recorder->Values().Form.chkRestartRadioIfSilent.Value(1);
+    RunFor(90);
+    EXPECT_TRUE(page.Top->Ran.empty());  // nothing is recorded
+    Recorder->Values().Form.chkStartStop[0].Value(1);
+    RunFor(120);
+    EXPECT_EQ(page.Top->Ran, (std::vector<std::string>{"play()", "play()"}));
+    EXPECT_EQ(Recorder->Values().Form.chkStartStop[1].Value(), 1);  // with the next song
+}
+
 TEST_F(BrowserRun, ThePortsAreThoseOfTheSettings) {
     Start(PageProfile, "[Browser]\nDevToolsPorts=9333;9444\n");
     RunFor(3);

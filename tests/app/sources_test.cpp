@@ -100,6 +100,19 @@ TEST(CoversOfTheProgram, AreNotAskedForWithoutAWeb) {
     EXPECT_THAT(world.Web.Asked, IsEmpty());
 }
 
+TEST(CoversOfTheProgram, AreAskedForByTheButtonToo) {
+    World world(Silent());
+    ASSERT_TRUE(world.Start());
+    world.Players.Say(Piece("One"));
+    world.RunFor(30);  // an old song is polled every ten seconds only
+    ASSERT_EQ(world.Values().Media.ProviderName, MediaPlayerName);
+    const auto answer = world.Computer.Loop.NewTimer([&] { world.Players.Say(Piece("One", CoverAddress)); });
+    answer->Start(std::chrono::milliseconds(100), TimerPrecision::Coarse);
+    world.Form().cmdGetStationID.Press();
+    answer->Stop();
+    EXPECT_THAT(world.Web.Asked, ElementsAre(CoverAddress));
+}
+
 TEST(SettingsOfEverySource, HoldForWhicheverIsThePresentOne) {
     World world(Silent({{"NoStationData", "LengthOfPause", "300"}, {"Page", "LengthOfPause", "400"}},
                        {{"Source", "LengthOfPause", "750"}, {"source", "LevelMultiplier", "250"}}));

@@ -202,6 +202,16 @@ TEST_F(CoverImagesTest, AShortAnswerIsStoredAsLittleAsItIsShown) {
     }
 }
 
+TEST_F(CoverImagesTest, AnAnswerOfOneByteLeavesTheSongThePictureThatItHas) {
+    Covers.LoadImage("http://127.0.0.1/a.jpg");
+    Web.Answer(PictureOf('a'));
+    Covers.LoadImage("http://127.0.0.1/b.jpg");
+    Web.Answer("b");
+    Covers.LoadImage("http://127.0.0.1/c.jpg");
+    Covers.SaveImage("/home/user/song");
+    EXPECT_EQ(Stored(), PictureOf('a'));
+}
+
 TEST_F(CoverImagesTest, AnAnswerToOneThatHasGoneReachesNobody) {
     std::function<void(const HttpAnswer&)> answered;
     {

@@ -138,6 +138,14 @@ TEST_F(WatchListsTest, AnEntryWithoutWildcardsExcludesTheExactNameOnly) {
     EXPECT_FALSE(Lists.IsExcluded("Ann - One (live)"));
 }
 
+TEST_F(WatchListsTest, ANameWithSignsOfAPatternIsAPatternToo) {
+    Lists.Add(Exclude, "Ann - No. #1");
+    EXPECT_FALSE(Lists.IsExcluded("Ann - No. #1"));
+    EXPECT_TRUE(Lists.IsExcluded("Ann - No. 51"));
+    Lists.Add(Exclude, "Bob - No. [#]1 [[]live]");
+    EXPECT_TRUE(Lists.IsExcluded("Bob - No. #1 [live]"));
+}
+
 TEST_F(WatchListsTest, ARemovedEntryIsGoneAndCanBeAddedAgain) {
     Lists.Add(Exclude, "Ann*");
     Lists.Add(Exclude, "Bob");

@@ -156,6 +156,26 @@ TEST_F(WatchPagesTest, DroppedWithCtrlTheyTakeThemAwayAndTheFileIsReadAgain) {
     EXPECT_EQ(FileText(Exclude), "Bob - Two\r\n");
 }
 
+TEST_F(WatchPagesTest, WithCtrlAListThatCannotBeWrittenIsShownAsItsFileHasIt) {
+    for (const char* entry : {"Ann - One", "Bob - Two"}) Pages.AddToWatchList(Exclude, entry);
+    Machine.Files.AddFault({.Operation = FileOperation::Replace});
+    const Texts paths = {"/m/Ann - One.mp3"};
+    Pages.DragOver(DragContent::Files, DragKeys::Ctrl);
+    Pages.DragDrop(Exclude, DragContent::Files, paths);
+    EXPECT_EQ(Shown(Exclude), (Texts{"Ann - One", "Bob - Two"}));
+    EXPECT_TRUE(Lists.IsExcluded("Ann - One"));
+}
+
+TEST_F(WatchPagesTest, TheLastOfTheDroppedFilesIsScrolledIntoView) {
+    int32_t revealed = -1;
+    Form.lstWatch[1].Revealed.Connect([&](int32_t index) { revealed = index; });
+    const Texts paths = {"/m/b.mp3", "/m/a.mp3", "/m/B.ogg"};
+    Pages.DragOver(DragContent::Files, DragKeys::None);
+    Pages.DragDrop(Exclude, DragContent::Files, paths);
+    EXPECT_EQ(revealed, 0);
+    EXPECT_EQ(Form.lstWatch[1].SelCount(), 0);
+}
+
 TEST_F(WatchPagesTest, TheKeysOfTheLastMoveCount) {
     const Texts paths = {"/m/Ann - One.mp3"};
     Pages.DragOver(DragContent::Files, DragKeys::Ctrl);
