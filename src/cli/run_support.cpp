@@ -49,6 +49,10 @@ std::optional<std::string> ConversionText(const std::string& path, const SoundFi
 
 std::optional<std::string> FindObstacle(Program& program, Files& files) {
     const State& state = program.Values();
+    // A program that begins without media data waits for a silence to end before it records anything.
+    if (!state.Media.StationDataEnabled) {
+        return "the media data are switched off (Providers.Enable=0), so that nothing would be recorded";
+    }
     for (const std::string& folder : {state.Folders.SongTempFolder, state.Folders.Paths[1]}) {
         if (auto obstacle = FolderObstacle(files, folder)) return obstacle;
     }

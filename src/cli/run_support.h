@@ -28,8 +28,8 @@ int Fail(const std::string& line);
 std::optional<std::string> ConversionText(const std::string& path, const SoundFileFormat& format,
                                           uint32_t framesPerSecond);
 
-/// Why nothing could be recorded with the settings as they are loaded; nothing if all is well. Looks at the
-/// two folders and at the chosen format.
+/// Why nothing could be recorded with the settings as they are loaded; nothing if all is well. Looks at
+/// the media data, the two folders and the chosen format.
 std::optional<std::string> FindObstacle(Program& program, Files& files);
 
 /// The events of a program that go to the printer, and its notices, which go to the error output. Whatever is

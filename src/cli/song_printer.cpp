@@ -40,6 +40,10 @@ void SongPrinter::Transferred(const TransferredSong& song) {
     } else if (song.JobName.empty() && song.JobLabel != LabelOfSongsThatStay) {
         Refuse(song.Media, "its encoder could not be started", song.TempFile);
     }
+    if (!song.MusicFile.empty() && !MusicFiles.insert(song.MusicFile).second) {
+        const std::string text = "another song of this name replaces " + song.MusicFile;
+        Print(Errors, fmt::format("corvetape-cli: {}\n", OneLine(text)));
+    }
     // A song that an earlier run has left behind was not closed in this one.
     Entry& entry = found != Waiting.end() ? *found : OfEarlierRuns.emplace_back();
     entry.Song.Media = song.Media;

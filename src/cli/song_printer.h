@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <deque>
+#include <set>
 #include <string>
 
 #include "audio/closed_song.h"
@@ -17,7 +18,8 @@ enum class SongFormat { Lines, Json };
 /// music file is there, in the order of closing.
 class SongPrinter {
  public:
-    /// Neither is owned. `songs` takes the songs, `errors` what an encoder refused.
+    /// Neither is owned. `songs` takes the songs, `errors` what an encoder refused, and which music file of
+    /// this run is replaced by a later song of the same name.
     SongPrinter(SongFormat format, std::FILE* songs, std::FILE* errors);
 
     /// Where encoders write what they have to say; named where one refuses a song.
@@ -50,6 +52,7 @@ class SongPrinter {
     std::FILE* Songs;
     std::FILE* Errors;
     std::string EncodeLog;
+    std::set<std::string> MusicFiles;  ///< of all songs of this run
     std::deque<Entry> Waiting;
     std::deque<Entry> OfEarlierRuns;  ///< handed on by this run without having been closed in it
     int32_t Kept = 0;

@@ -109,6 +109,11 @@ TEST_F(BadInputTest, AnUnknownSetting) {
                   "Options.Encoder takes a whole number, not 'mp3'", 2);
 }
 
+TEST_F(BadInputTest, MediaDataThatAreSwitchedOff) {
+    ExpectRefusal(Split({PutShow(), "--set", "Providers.Enable=0"}),
+                  "the media data are switched off (Providers.Enable=0), so that nothing would be recorded");
+}
+
 TEST_F(BadInputTest, AFormatOrQualityThatIsNotThere) {
     ExpectRefusal(Split({PutShow(), "--set", "Options.Encoder=6"}),
                   "there is no format 6; Options.Encoder goes from 0 to 5");

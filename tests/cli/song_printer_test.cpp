@@ -163,6 +163,21 @@ TEST_F(SongPrinterTest, ASongOfAnEarlierRunIsNotListedButItsRefusalIs) {
     EXPECT_EQ(json.KeptSongs(), 1);
 }
 
+TEST_F(SongPrinterTest, ASongThatTakesThePlaceOfAnEarlierOneIsTold) {
+    for (const char* job : {"job 1", "job 2"}) {
+        lines.Closed(Closed("a"));
+        lines.Transferred(Transferred("a", job));
+        lines.JobEnded({job, 0});
+        lines.Closed(Closed("short", SongFate::Short));
+    }
+    lines.Closed(Closed("b"));
+    lines.Transferred(Transferred("b", "job 3"));
+    for (int i = 0; i < 2; ++i) lines.Transferred(Transferred("stays", ""));
+    ASSERT_THAT(Errors(), SizeIs(3));
+    EXPECT_EQ(Errors()[0], "corvetape-cli: another song of this name replaces /music/a.wav");
+    EXPECT_EQ(lines.RefusedSongs(), 2) << "a replaced song is no failure";
+}
+
 TEST_F(SongPrinterTest, AResultThatBelongsToNoSongIsPassedOver) {
     json.Closed(Closed("a"));
     json.JobEnded({"something else", 1});
