@@ -225,6 +225,9 @@ void AttachHandlers(ProgramParts& parts) {
     frmMain& form = parts.Memory.Form;
     parts.Transfer.Attach(form.tmrEncodeFile);
     parts.Transfer.Transferred.Connect([&parts](const TransferredSong& song) {
+        // A song of the same name that is still encoded has lost its temporary file to this one.
+        std::erase_if(parts.UnfinishedJobs,
+                      [&](const auto& job) { return job.second.TempFile == song.TempFile; });
         if (song.JobName.empty()) {
             parts.SongsWithoutJob.push_back(song.TempFile);
         } else {

@@ -40,9 +40,10 @@ void SongPrinter::Transferred(const TransferredSong& song) {
     } else if (song.JobName.empty() && song.JobLabel != LabelOfSongsThatStay) {
         Refuse(song.Media, "its encoder could not be started", song.TempFile);
     }
-    if (!song.MusicFile.empty() && !MusicFiles.insert(song.MusicFile).second) {
-        const std::string text = "another song of this name replaces " + song.MusicFile;
-        Print(Errors, fmt::format("corvetape-cli: {}\n", OneLine(text)));
+    if (!song.MusicFile.empty()) {
+        const auto [place, isNew] = Makers.insert_or_assign(song.MusicFile, song.JobName);
+        const std::string text = "another song of this name replaces " + place->first;
+        if (!isNew) Print(Errors, fmt::format("corvetape-cli: {}\n", OneLine(text)));
     }
     // A song that an earlier run has left behind was not closed in this one.
     Entry& entry = found != Waiting.end() ? *found : OfEarlierRuns.emplace_back();
@@ -60,7 +61,9 @@ void SongPrinter::JobEnded(const JobResult& result) {
         const auto found = std::ranges::find_if(*entries, isMeant);
         if (found == entries->end()) continue;
         found->Done = true;
-        if (result.ExitCode != 0) {
+        if (result.ExitCode != 0 && Makers[found->MusicFile] != result.Name) {
+            found->MusicFile.clear();  // another song has taken its name, and with it its temporary file
+        } else if (result.ExitCode != 0) {
             const std::string log = EncodeLog.empty() ? "" : ", see " + EncodeLog;
             Refuse(found->Song.Media, fmt::format("its encoder ended with code {}{}", result.ExitCode, log),
                    found->TempFile);

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <deque>
-#include <set>
+#include <map>
 #include <string>
 
 #include "audio/closed_song.h"
@@ -52,7 +52,7 @@ class SongPrinter {
     std::FILE* Songs;
     std::FILE* Errors;
     std::string EncodeLog;
-    std::set<std::string> MusicFiles;  ///< of all songs of this run
+    std::map<std::string, std::string> Makers;  ///< by music file, the job that makes it
     std::deque<Entry> Waiting;
     std::deque<Entry> OfEarlierRuns;  ///< handed on by this run without having been closed in it
     int32_t Kept = 0;

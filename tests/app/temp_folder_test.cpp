@@ -93,6 +93,23 @@ TEST(TempFolder, StaysWithASongWhoseEncoderHasFailed) {
     EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(Song));
 }
 
+TEST(TempFolder, GoesThoughTheEncoderOfASongFailedWhoseNameTheNextOneTook) {
+    WorldOptions options = OneSong({{"Options", "DelTempFolder", "1"}});
+    ScriptSong song;
+    song.Seconds = 10;
+    song.Media = {"Radio", "Band", "Song", "", ""};
+    options.Radio = RadioScript().Pause(3).Song(song).Pause(2).Song(song).Pause(2).SilenceForever();
+    options.EncodingTime = std::chrono::seconds(20);
+    World world(std::move(options));
+    world.Computer.Processes.OnJob = [](const HiddenJob& job) { return job.Name == "song 1" ? 1 : 0; };
+    ASSERT_TRUE(world.StartRecording());
+    world.RunFor(30);
+    world.Finish();
+    ASSERT_THAT(world.EndedJobs, SizeIs(2));
+    EXPECT_EQ(world.Transferred[0].TempFile, world.Transferred[1].TempFile);
+    EXPECT_FALSE(world.Disk().Exists(SongTempFolder));
+}
+
 TEST(TempFolder, StaysWithASongWhoseEncoderCouldNotBeStarted) {
     World world(OneSong({{"Options", "DelTempFolder", "1"}}));
     world.Computer.Processes.RefuseJobs = true;

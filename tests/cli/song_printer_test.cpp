@@ -178,6 +178,18 @@ TEST_F(SongPrinterTest, ASongThatTakesThePlaceOfAnEarlierOneIsTold) {
     EXPECT_EQ(lines.RefusedSongs(), 2) << "a replaced song is no failure";
 }
 
+TEST_F(SongPrinterTest, AFailureOfASongThatIsReplacedAnywayIsNone) {
+    for (const char* job : {"job 1", "job 2"}) {
+        json.Closed(Closed("a"));
+        json.Transferred(Transferred("a", job));
+    }
+    json.JobEnded({"job 1", 1});
+    json.JobEnded({"job 2", 0});
+    EXPECT_THAT(Files(), ElementsAre("", "/music/a.wav"));
+    EXPECT_THAT(Errors(), SizeIs(1));
+    EXPECT_EQ(json.RefusedSongs(), 0);
+}
+
 TEST_F(SongPrinterTest, AResultThatBelongsToNoSongIsPassedOver) {
     json.Closed(Closed("a"));
     json.JobEnded({"something else", 1});
