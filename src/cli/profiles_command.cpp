@@ -100,6 +100,14 @@ std::string FindBrowser(Folders& folders) {
     return "";
 }
 
+/// True once the file is loaded and the browser tells its title, too. A browser begins with an empty page
+/// that has the same place in its list.
+bool IsThere(const PageInfo& page, Document& document) {
+    const std::string title = document.Title().value_or("");
+    return document.Url().starts_with("file:") && (title.empty() || title == page.Title) &&
+           document.Evaluate("document.readyState") == "complete";
+}
+
 int ReportPage(const ProfilesArguments& arguments, ProfileTrial trial, HostParts& host) {
     if (!host.Files.FileSize(arguments.Page)) return Fail(arguments.Page + ": no such file");
     const std::string program = FindBrowser(*host.Folders);
@@ -117,7 +125,7 @@ int ReportPage(const ProfilesArguments& arguments, ProfileTrial trial, HostParts
         documents.BeginPoll();
         const auto pages = documents.Pages();
         const auto document = pages.empty() ? nullptr : documents.Open(pages.front());
-        if (document && document->Evaluate("document.readyState") == "complete") break;
+        if (document && IsThere(pages.front(), *document)) break;
         std::this_thread::sleep_for(milliseconds(50));
     }
     Print(stdout, ProfileReport(trial, &documents, nullptr));
