@@ -98,8 +98,7 @@ class Recording {
         WaitForEncoders(*Running, Host.Processes);
         Running->RemoveTempFolder();
         Printer.Finish();
-        if (!Arguments.Json)
-            Print(stdout, KeptText(Printer) + " in " + Running->Values().Folders.Paths[1] + "\n");
+        if (!Arguments.Json) Print(stdout, KeptText(Printer, FolderOfSongs(Running->Values())) + "\n");
         const bool failed = Failed(*Running, Printer);
         Running.reset();
         return failed ? ExitFailed : ExitDone;

@@ -101,9 +101,13 @@ bool Failed(const Program& program, const SongPrinter& printer) {
     return printer.RefusedSongs() > 0 || messages.PendingError != 0 || messages.PendingInfo != 0;
 }
 
-std::string KeptText(const SongPrinter& printer) {
+const std::string& FolderOfSongs(const State& state) {
+    return state.Options.EncodeOffline ? state.Folders.SongTempFolder : state.Folders.Paths[1];
+}
+
+std::string KeptText(const SongPrinter& printer, const std::string& folder) {
     const int32_t songs = printer.KeptSongs();
-    std::string text = fmt::format("{} {} kept", songs, songs == 1 ? "song" : "songs");
+    std::string text = fmt::format("{} {} kept in {}", songs, songs == 1 ? "song" : "songs", OneLine(folder));
     if (printer.RefusedSongs() > 0) {
         text += fmt::format(", {} of them not as {}", printer.RefusedSongs(),
                             printer.RefusedSongs() == 1 ? "a music file" : "music files");

@@ -46,7 +46,11 @@ void WaitForEncoderRoom(Processes& processes);
 /// True if the program or the printer has an error to answer for.
 bool Failed(const Program& program, const SongPrinter& printer);
 
-/// "1 song kept", "3 songs kept, 2 of them not as music files".
-std::string KeptText(const SongPrinter& printer);
+/// Where the songs of a run end up: the folder of the music, or that of the temporary songs if nothing is
+/// encoded.
+const std::string& FolderOfSongs(const State& state);
+
+/// "1 song kept in /music", "3 songs kept in /music, 2 of them not as music files".
+std::string KeptText(const SongPrinter& printer, const std::string& folder);
 
 }  // namespace Corvetape

@@ -138,7 +138,7 @@ class Splitter {
 
     int Finish() {
         Printer.Finish();
-        if (!Arguments.Json && BegunAny) Print(stdout, KeptText(Printer) + "\n");
+        if (!Arguments.Json && BegunAny) Print(stdout, KeptText(Printer, Folder) + "\n");
         return ExitCode;
     }
 
@@ -190,6 +190,7 @@ class Splitter {
     }
 
     void End(Program& program) {
+        Folder = FolderOfSongs(program.Values());
         program.Unload();
         Line.Clear();
         WaitForEncoders(program, Host.Processes);
@@ -204,6 +205,7 @@ class Splitter {
     TerminalLine Line;
     SongPrinter Printer;
     std::optional<MediaTable> Table;
+    std::string Folder;  ///< of the songs
     bool BegunAny = false;
     int ExitCode = ExitDone;
 };

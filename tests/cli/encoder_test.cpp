@@ -67,7 +67,7 @@ TEST_F(EncoderTest, ARefusedSongIsNamedAndItsSoundIsKept) {
 TEST_F(EncoderTest, TheEndTellsHowManySongsAreNoMusicFiles) {
     const Finished run = Split({PutWave("show.wav", MakeRecording()), "--set", "Encode.WAV44=exit 3\\r\\n"});
     EXPECT_EQ(run.Code, 1);
-    EXPECT_EQ(LinesOf(run.Out).back(), "3 songs kept, 3 of them not as music files");
+    EXPECT_EQ(LinesOf(run.Out).back(), "3 songs kept in " + Out() + ", 3 of them not as music files");
 }
 
 TEST_F(EncoderTest, ASongThatIsNotToBeEncodedIsNoFailure) {
@@ -77,6 +77,14 @@ TEST_F(EncoderTest, ASongThatIsNotToBeEncodedIsNoFailure) {
     EXPECT_EQ(run.Err, "");
     for (const Json& song : Objects(run.Out)) EXPECT_EQ(song["file"], "");
     EXPECT_THAT(FilesBelow(Out()), SizeIs(3));
+}
+
+TEST_F(EncoderTest, TheEndTellsWhereSongsAreThatAreNotToBeEncoded) {
+    const Finished run = Split({PutWave("show.wav", MakeRecording()), "--set", "Options.EncodeOffline=1"});
+    const std::string begin = "3 songs kept in ";
+    const std::string end = LinesOf(run.Out).back();
+    ASSERT_TRUE(end.starts_with(begin)) << end;
+    EXPECT_THAT(FilesBelow(end.substr(begin.size())), SizeIs(3));
 }
 
 TEST_F(EncoderTest, AWaitingEncoderHoldsBackTheEndAndNothingElse) {

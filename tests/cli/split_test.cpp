@@ -65,7 +65,7 @@ TEST_F(SplitTest, WithoutJsonEachSongIsALineAndTheEndTellsTheirNumber) {
     const std::vector<std::string> lines = LinesOf(run.Out);
     ASSERT_THAT(lines, SizeIs(2));
     EXPECT_TRUE(lines[0].starts_with("kept         0:03  show ")) << lines[0];
-    EXPECT_EQ(lines[1], "1 song kept");
+    EXPECT_EQ(lines[1], "1 song kept in " + Out());
 }
 
 TEST_F(SplitTest, FlacIsSplitBitForBit) {
