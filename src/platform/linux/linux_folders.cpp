@@ -157,6 +157,7 @@ std::optional<std::string> LinuxFolders::Environment(const std::string& name) {
         return cache;
     }
     if (wanted == "userprofile=") return home;
+    if (wanted == "path=") return UsualSearchPath;  // or it would be gone as soon as a folder is added to it
     return std::nullopt;
 }
 

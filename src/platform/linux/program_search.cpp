@@ -22,7 +22,7 @@ std::optional<std::string> SearchProgram(const std::string& name) {
         return IsProgram(name) ? std::optional(name) : std::nullopt;
     }
     const char* const variable = std::getenv("PATH");
-    std::string_view rest = variable != nullptr ? variable : "/usr/local/bin:/usr/bin:/bin";
+    std::string_view rest = variable != nullptr ? variable : UsualSearchPath;
     while (!rest.empty()) {
         const size_t colon = rest.find(':');
         const std::string folder(rest.substr(0, colon));

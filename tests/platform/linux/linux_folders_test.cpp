@@ -109,6 +109,14 @@ TEST_F(LinuxFoldersTest, VariablesAreComparedExactlyThenIgnoringCase) {
     EXPECT_EQ(folders.Environment("CORVET_TES"), std::nullopt);
 }
 
+TEST_F(LinuxFoldersTest, WithoutASearchPathThereIsTheUsualOne) {
+    Set("PATH", std::nullopt);
+    Set("Path", std::nullopt);
+    LinuxFolders folders;
+    EXPECT_EQ(folders.Environment("Path"), "/usr/local/bin:/usr/bin:/bin");
+    EXPECT_TRUE(folders.FindProgram("sh"));
+}
+
 TEST_F(LinuxFoldersTest, SettingPathSetsTheSearchPath) {
     Set("PATH", "/bin");
     Set("Path", std::nullopt);
