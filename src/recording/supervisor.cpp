@@ -211,7 +211,7 @@ Supervisor::Next Supervisor::CountDown() {
 
 Supervisor::Next Supervisor::WatchBuffers() {
     Parts.Form.lblMaxBuffers.Caption(std::to_string(Parts.MaxBuffersUsed));
-    if (Parts.MaxBuffersUsed < Parts.Settings.RecordingBuffers - 1) return Next::Continue;
+    if (int64_t{Parts.MaxBuffersUsed} + 1 < Parts.Settings.RecordingBuffers) return Next::Continue;
     const std::string text = Text("814", {std::to_string(Parts.MaxBuffersUsed)});
     Actions.WriteLog("ERROR", text);
     Parts.Form.lblStatus[1].Caption(text);

@@ -45,12 +45,14 @@ TEST_F(BadInputTest, AFileThatIsNotThere) {
 
 TEST_F(BadInputTest, AFileThatIsNoSound) {
     Put("text.txt", "This is no music.\n");
-    ExpectRefusal(Split({"text.txt"}), "text.txt: not a sound file");
+    ExpectRefusal(Split({"text.txt"}),
+                  "text.txt: not a sound file that can be read, such as WAV, FLAC, Ogg or MP3");
 }
 
 TEST_F(BadInputTest, AnEmptyFile) {
     Put("empty.wav", "");
-    ExpectRefusal(Split({"empty.wav"}), "empty.wav: not a sound file");
+    ExpectRefusal(Split({"empty.wav"}),
+                  "empty.wav: not a sound file that can be read, such as WAV, FLAC, Ogg or MP3");
 }
 
 TEST_F(BadInputTest, ABrokenHeader) {
@@ -93,7 +95,8 @@ TEST_F(BadInputTest, EachOfSeveralBadFilesIsTold) {
     const Finished run = Split({"text.txt", PutShow(), "nothing.wav"});
     EXPECT_EQ(run.Code, 1);
     EXPECT_EQ(run.Err,
-              "corvetape-cli: text.txt: not a sound file\ncorvetape-cli: nothing.wav: no such file\n");
+              "corvetape-cli: text.txt: not a sound file that can be read, such as WAV, FLAC, Ogg or MP3\n"
+              "corvetape-cli: nothing.wav: no such file\n");
     EXPECT_THAT(FilesBelow(Out()), IsEmpty());
 }
 

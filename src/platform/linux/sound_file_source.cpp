@@ -231,8 +231,10 @@ uint32_t BitsOf(int libraryFormat) {
 OpenedFile OpenByLibrary(const std::string& path, int descriptor) {
     std::unique_ptr<LibraryDecoder> decoder = LibraryDecoder::Open(path);
     if (!decoder) {
-        return LooksLikeSound(descriptor) ? Failed(SoundFileProblem::BrokenHeader, "its header is broken")
-                                          : Failed(SoundFileProblem::NotASoundFile, "not a sound file");
+        return LooksLikeSound(descriptor)
+                   ? Failed(SoundFileProblem::BrokenHeader, "its header is broken")
+                   : Failed(SoundFileProblem::NotASoundFile,
+                            "not a sound file that can be read, such as WAV, FLAC, Ogg or MP3");
     }
     OpenedFile opened;
     opened.Rate = static_cast<uint32_t>(std::max(decoder->Info.samplerate, 0));

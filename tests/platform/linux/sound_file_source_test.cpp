@@ -337,9 +337,11 @@ TEST_F(SoundFileSourceTest, WhatIsNoSoundIsTold) {
         EXPECT_FALSE(opened.Error.empty());
     }
     Put("hello world\n");
-    EXPECT_EQ(Why(SoundFileProblem::NotASoundFile), "not a sound file");
+    EXPECT_EQ(Why(SoundFileProblem::NotASoundFile),
+              "not a sound file that can be read, such as WAV, FLAC, Ogg or MP3");
     Put("");
-    EXPECT_EQ(Why(SoundFileProblem::NotASoundFile), "not a sound file");
+    EXPECT_EQ(Why(SoundFileProblem::NotASoundFile),
+              "not a sound file that can be read, such as WAV, FLAC, Ogg or MP3");
 }
 
 TEST_F(SoundFileSourceTest, ABrokenHeaderIsTold) {
