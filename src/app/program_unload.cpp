@@ -110,7 +110,7 @@ void Program::FinishAudio() {
     static_cast<void>(Parts->Drain.WriteOut());
     // Its file may have become full by that and waits now.
     if (form.tmrEncodeFile.Running()) TransferNow();
-    Parts->Writer.WriteClosingPause();
+    Parts->Writer.EndWithoutPause();
 }
 
 void Program::TakeOverMedia() {

@@ -167,6 +167,7 @@ WaveInEvents Capture::Engine::MakeEvents() {
     events.BufferDone = guarded([](Engine& self, const WaveHeader& header) { self.BufferDone(header); });
     events.Incident = guarded([](Engine& self, const WaveInIncident& what) { self.NoteIncident(what); });
     events.Availability = guarded([](Engine& self, bool lost) {
+        self.LastArrival = 0;  // how much was lost is told only when it is known, which may be buffers later
         if (self.Events.Availability) self.Events.Availability(lost);
     });
     events.Ended = guarded([](Engine& self) { self.NoteEnd(); });

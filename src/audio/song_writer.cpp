@@ -48,13 +48,10 @@ SongWriter::Written SongWriter::WriteBuffer(const SignalBuffer& buffer) {
     const std::span<const Frame> frames = FramesOf(buffer);
     if (frames.empty()) return Written::Yes;
     if (SongFile && MustGoOn(frames.size_bytes()) && !GoOnInNextFile()) return Written::NoFile;
-    return SongFile ? WriteHere(buffer) : Written::Failed;
-}
-
-SongWriter::Written SongWriter::WriteHere(const SignalBuffer& buffer) {
-    const std::span<const Frame> frames = FramesOf(buffer);
+    if (!SongFile) return Written::Failed;
     if (!SongFile->Write(frames)) {
         Present.Unbroken = false;
+        Present.Failing = true;
         LastResult = Parts.Disk.LastError();
         RaiseError(ErrorWritingSong);
         return Written::Failed;
@@ -72,6 +69,11 @@ bool SongWriter::MustGoOn(size_t bytes) const {
 
 void SongWriter::Note(const SignalBuffer& buffer) {
     if (Present.Empty) Present.BeginFrame = buffer.StreamPosition;
+    // What the disk has refused since then is missing, unless it has waited in the ring.
+    const bool failed = std::exchange(Present.Failing, false);
+    if (failed && !Present.Empty && buffer.StreamPosition > Present.EndFrame) {
+        Present.LostFrames += buffer.StreamPosition - Present.EndFrame;
+    }
     Present.Empty = false;
     Present.EndFrame = buffer.StreamPosition + FramesOf(buffer).size();
     Present.LostFrames += buffer.FramesLostBefore;
@@ -92,18 +94,20 @@ bool SongWriter::CreateSongFile() {
 
 void SongWriter::NameFile() {
     const std::string stamp = SafePathPart(Place.BaseName ? Place.BaseName() : "song");
-    const std::string& folder = Place.Folders.SongTempFolder;
-    BaseName = stamp;
-    FilePath = folder + "/" + BaseName + ".wav";
-    for (int32_t number = 2; Parts.Disk.FileSize(FilePath); ++number) {
-        BaseName = stamp + "-" + std::to_string(number);
-        FilePath = folder + "/" + BaseName + ".wav";
-    }
+    // A disk that fails to look must not cost the song that was kept in the same second.
+    const bool again = stamp == Kept.Stamp;
+    Name = {stamp, again ? Kept.Number : 0};
+    do {
+        ++Name.Number;
+        BaseName = Name.Number == 1 ? stamp : stamp + "-" + std::to_string(Name.Number);
+        FilePath = Place.Folders.SongTempFolder + "/" + BaseName + ".wav";
+    } while (Parts.Disk.FileSize(FilePath));
 }
 
 bool SongWriter::OpenFile() {
     BytesOfSong = 0;
     Present = {};
+    PauseNeverCame = false;
     Present.BegunAtBoundary = std::exchange(NextBeginsAtBoundary, false);
     SongFile = WavFile::Create(Parts.Disk, FilePath, Place.Format);
     if (!SongFile) {
@@ -170,6 +174,7 @@ bool SongWriter::CloseSongFile(SongEnd how) {
 }
 
 void SongWriter::TakePauseOff() {
+    if (PauseNeverCame) return;
     const int64_t pause = std::max<int64_t>(Parts.Pause.PauseBuffers, 0) * BufferBytesOf(SongFile->Format());
     BytesOfSong -= pause;
     if (BytesOfSong <= 0) return;
@@ -191,6 +196,7 @@ SongFate SongWriter::Fate() const {
 }
 
 void SongWriter::Keep(int32_t part) {
+    Kept = Name;
     STATIONANDSONGDATA& media = Parts.Media.SongMedia;
     const auto check = [this](bool good) {
         if (good) return;
@@ -263,21 +269,6 @@ void SongWriter::AbortSong() {
     const ClosedSong song = Describe(SongFate::Aborted);
     ForgetFile();
     if (Events.SongClosed) Events.SongClosed(song);
-}
-
-void SongWriter::WriteClosingPause() {
-    const bool wanted = Parts.Pause.EndOfSongDetection == EndOfSong::Silence && Parts.Flags.RecordingEnabled;
-    if (!wanted) return;
-    if (!SongFile) return;
-    std::vector<Frame> samples(FramesPerBufferOf(SongFile->Format()));
-    SignalBuffer silence;
-    silence.lpData = samples.data();
-    silence.dwBytesRecorded = static_cast<uint32_t>(samples.size() * sizeof(Frame));
-    for (int32_t i = 0; i < Parts.Pause.PauseBuffers; ++i) {
-        silence.StreamPosition = Present.EndFrame;
-        // It is taken off again, so it needs no next file, even where this one is full or of another format.
-        if (WriteHere(silence) != Written::Yes) return;
-    }
 }
 
 void SongWriter::RaiseError(int32_t number) {

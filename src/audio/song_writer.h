@@ -103,9 +103,8 @@ class SongWriter {
     /// Breaks the song off: recording ends and its file is deleted.
     void AbortSong();
 
-    /// With the end of song by silence, for a song that ends without its pause, as the signal has ended:
-    /// appends the digital silence that the close will take off again.
-    void WriteClosingPause();
+    /// The song that plays ends without its pause, as the signal has ended: the close takes nothing off.
+    void EndWithoutPause() { PauseNeverCame = true; }
 
     /// The next song begins at a boundary though no file was open to be closed there.
     void NoteBoundary() { NextBeginsAtBoundary = true; }
@@ -139,9 +138,15 @@ class SongWriter {
         bool Empty = true;
         bool BegunAtBoundary = false;
         bool Unbroken = true;
+        bool Failing = false;  ///< the last buffer could not be written
     };
 
-    Written WriteHere(const SignalBuffer& buffer);
+    /// How a file was named: by the stamp, from the second of that stamp on with its number.
+    struct NumberedName {
+        std::string Stamp;
+        int32_t Number = 0;
+    };
+
     void NameFile();
     bool OpenFile();
     bool GoOnInNextFile();
@@ -164,6 +169,9 @@ class SongWriter {
     int64_t BytesOfSong = 0;
     std::string BaseName;
     std::string FilePath;
+    NumberedName Name;  ///< of the present or last file
+    NumberedName Kept;  ///< of the last one that was kept
+    bool PauseNeverCame = false;
     Notes Present;
     int32_t FullFiles = 0;  ///< files of this song that were closed because they were full
     int64_t BytesInFullFiles = 0;

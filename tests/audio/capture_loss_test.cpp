@@ -36,6 +36,16 @@ TEST_F(CaptureLosses, ABufferBehindALossHasNotWaited) {
     }
 }
 
+TEST_F(CaptureLosses, ABufferBehindADeviceThatIsBackHasNotWaitedThoughItsLossIsNotToldYet) {
+    ArriveAfter(50);
+    Device.Events.Availability(true);
+    Advance(5000);
+    Device.Events.Availability(false);
+    ArriveAfter(50);
+    ArriveAfter(50);
+    EXPECT_EQ(Input().MaxBuffersUsed(), 2);
+}
+
 TEST_F(CaptureLosses, ABufferBehindAnOverrunHas) {
     ArriveAfter(50);
     Lose(3, WaveInIncidentKind::Overrun);

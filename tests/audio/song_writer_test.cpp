@@ -181,7 +181,7 @@ TEST_F(Songs, AnAbortWithoutAFileEndsTheRecordingAndTellsNothing) {
 TEST_F(Songs, ASongThatEndsWithTheSignalLosesNothingToThePauseThatNeverCame) {
     Flags.RecordCurrentSong = true;
     Hear(10);
-    Writer.WriteClosingPause();
+    Writer.EndWithoutPause();
     Writer.CloseSongFile();
     EXPECT_EQ(BuffersIn(Last().TempPath), Range(0, 10));
     EXPECT_EQ(Last().Frames, 10U * BufferFrames);
@@ -189,29 +189,36 @@ TEST_F(Songs, ASongThatEndsWithTheSignalLosesNothingToThePauseThatNeverCame) {
     EXPECT_FALSE(Last().Whole);
 }
 
-TEST_F(Songs, TheClosingPauseNeedsNoNextFileThoughTheInputHasAnotherFormatByNow) {
+TEST_F(Songs, ThatEndWithTheSignalNeedNoRoomForTheirPause) {
     Flags.RecordCurrentSong = true;
     Hear(10);
-    Format = MakeWaveFormat(48000);
-    Writer.WriteClosingPause();
+    Disk.SetFreeSpace("/", 0);
+    Writer.EndWithoutPause();
     Writer.CloseSongFile();
     ASSERT_EQ(Closed.size(), 1U);
     EXPECT_EQ(Last().Fate, SongFate::Kept);
-    EXPECT_EQ(Last().FramesPerSecond, 44100U);
     EXPECT_EQ(BuffersIn(Last().TempPath), Range(0, 10));
 }
 
-TEST_F(Songs, WithoutASongOrInTheOtherModesThereIsNoClosingPause) {
-    Writer.WriteClosingPause();
-    EXPECT_FALSE(Writer.SongFileOpen());
-    Hear(1);
-    Pause.EndOfSongDetection = EndOfSong::MediaData;
-    Writer.WriteClosingPause();
-    EXPECT_EQ(Writer.SongBytes(), BufferBytes);
-    Pause.EndOfSongDetection = EndOfSong::Silence;
-    Flags.RecordingEnabled = false;
-    Writer.WriteClosingPause();
-    EXPECT_EQ(Writer.SongBytes(), BufferBytes);
+TEST_F(Songs, TheSongBehindOneThatEndedWithTheSignalGivesItsPause) {
+    Flags.RecordCurrentSong = true;
+    Hear(10);
+    Writer.EndWithoutPause();
+    Writer.CloseSongFile();
+    Record(10);
+    EXPECT_EQ(Last().Frames, 8U * BufferFrames);
+}
+
+TEST_F(Songs, TheNameOfAKeptSongIsNotTakenAgainThoughTheDiskFailsToSeeIt) {
+    Record(10);
+    const std::string kept = Last().TempPath;
+    FileFault blind;
+    blind.Operation = FileOperation::Look;
+    Disk.AddFault(blind);
+    Record(5);
+    Disk.ClearFaults();
+    EXPECT_NE(Last().TempPath, kept);
+    EXPECT_EQ(BuffersIn(kept), Range(0, 8));
 }
 
 }  // namespace Corvetape::Test

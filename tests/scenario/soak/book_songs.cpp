@@ -78,6 +78,7 @@ size_t Book::ClaimedBegin(const HeardSong& song, bool isOpenPath) const {
 /// Where a file that is gone has been, as its song claims; nothing if it had holes or saw two openings.
 std::optional<Book::Place> Book::Claimed(const HeardSong& song, bool isOpenPath) {
     if (song.Song.Frames != song.Song.EndFrame - song.Song.BeginFrame) return std::nullopt;
+    if (isOpenPath && OpeningOfPath != Openings) return std::nullopt;
     const auto first = Buffers.begin() + static_cast<std::ptrdiff_t>(ClaimedBegin(song, isOpenPath));
     const auto last = std::find_if(first, Buffers.end(), [&](const BookedBuffer& each) {
         return each.Opening == first->Opening && each.Position + each.Frames == song.Song.EndFrame;
