@@ -5,6 +5,7 @@
 #   make sanitize   the same with the address and undefined-behaviour sanitizers, without the live tests
 #   make fuzz       every reader of foreign text on made-up input, SECONDS_PER_TARGET (60) each
 #   make soak       SEEDS=20000 random scenarios; a seed that fails is printed
+#   make soak-live  an hour (MINUTES=60) of a live recording, with a dying sound server and a full disk
 #   make bench      build and run the measurements
 #   make format     clang-format over all sources
 #   make lint       clang-format and clang-tidy, findings are errors
@@ -17,6 +18,7 @@ PRESET ?= release
 PREFIX ?= /usr/local
 SECONDS_PER_TARGET ?= 60
 SEEDS ?= 20000
+MINUTES ?= 60
 DESTDIR ?=
 
 BUILD := build/$(PRESET)
@@ -26,7 +28,7 @@ SOURCES = $$(find src tests bench -name '*.h' -o -name '*.cpp' | sort)
 CONFIGURE = cmake --preset $(1) >/dev/null
 CTEST = ctest --output-on-failure --no-tests=error --parallel 2
 
-.PHONY: all run test sanitize fuzz soak bench format lint install clean
+.PHONY: all run test sanitize fuzz soak soak-live bench format lint install clean
 
 all:
 	@scripts/install-deps build
@@ -64,6 +66,12 @@ soak:
 	@$(call CONFIGURE,$(PRESET))
 	cmake --build $(BUILD) --target test-soak
 	CORVETAPE_SEEDS=$(SEEDS) $(BUILD)/bin/test-soak
+
+soak-live:
+	@scripts/install-deps build run test
+	@$(call CONFIGURE,$(PRESET))
+	cmake --build $(BUILD) --target corvetape-cli live-radio
+	scripts/soak-live $(BUILD) $(MINUTES)
 
 bench:
 	@scripts/install-deps build run bench
