@@ -4,6 +4,8 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
+#include <filesystem>
+#include <system_error>
 
 #include "core/settings_table.h"
 #include "core/text.h"
@@ -40,6 +42,16 @@ bool IsPortsKey(const SettingArgument& argument) {
     return EqualIgnoringCase(argument.Section, "Browser") && EqualIgnoringCase(argument.Key, "DevToolsPorts");
 }
 
+/// A folder as somebody types it: from the present folder or from his home on. Encoders run elsewhere.
+std::string WholePath(const std::string& folder) {
+    constexpr std::string_view wholeBegins = "/\\%";  // a placeholder stands for a whole path, too
+    if (folder.empty() || wholeBegins.find(folder[0]) != std::string_view::npos) return folder;
+    if (folder == "~" || folder.starts_with("~/")) return "%UserProfile%" + folder.substr(1);
+    std::error_code failed;  // without a present folder the path stays as it is, and is refused
+    const std::filesystem::path here = std::filesystem::current_path(failed);
+    return failed ? folder : (here / folder).lexically_normal().string();
+}
+
 }  // namespace
 
 std::variant<SettingArgument, std::string> ReadSettingArgument(std::string_view text) {
@@ -57,6 +69,7 @@ std::variant<SettingArgument, std::string> ReadSettingArgument(std::string_view 
     bool number = false;
     if (const SettingRow* row = FindSetting(argument.Section, argument.Key)) {
         number = NeedsNumber(*row);
+        if (row->ControlName == "txtPath") argument.Value = WholePath(argument.Value);
     } else if (std::ranges::any_of(DataKeys, [&](const DataKey& data) {
                    return isKey(data) && EqualIgnoringCase(data.Section, argument.Section);
                })) {

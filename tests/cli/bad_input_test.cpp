@@ -112,6 +112,11 @@ TEST_F(BadInputTest, AnUnknownSetting) {
                   "Options.Encoder takes a whole number, not 'mp3'", 2);
 }
 
+TEST_F(BadInputTest, AFolderThatIsNoWholePath) {
+    ExpectRefusal(Split({PutShow(), "--set", "Options.TempPath=%Nothing%/x"}),
+                  "the folder %Nothing%/x/Corvet is no whole path; it has to begin with /");
+}
+
 TEST_F(BadInputTest, MediaDataThatAreSwitchedOff) {
     ExpectRefusal(Split({PutShow(), "--set", "Providers.Enable=0"}),
                   "the media data are switched off (Providers.Enable=0), so that nothing would be recorded");

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 namespace Corvetape {
 namespace {
 
@@ -32,6 +34,22 @@ TEST(SettingArgument, APauseValueBelongsToAnySource) {
 
 TEST(SettingArgument, AnEncoderTemplateLiesInTheDataFile) {
     EXPECT_TRUE(Good("Encode.MP3=lame %1.wav %2.mp3").InDataFile);
+}
+
+TEST(SettingArgument, AFolderIsMeantFromThePresentOneOrFromHomeOn) {
+    const std::string here = std::filesystem::current_path().string();
+    for (const char* key : {"Options.MusicPath", "options.temppath", "Options.LogFilePath"}) {
+        const std::string begin = std::string(key) + "=";
+        EXPECT_EQ(Good(begin + "songs").Value, here + "/songs");
+        EXPECT_EQ(Good(begin + "./songs/../new").Value, here + "/new");
+        EXPECT_EQ(Good(begin + "~/songs").Value, "%UserProfile%/songs");
+        EXPECT_EQ(Good(begin + "~").Value, "%UserProfile%");
+        for (const char* whole : {"", "/songs", "%MyMusic%/x", "~other/x"}) {
+            const std::string expected = *whole == '~' ? here + "/" + whole : whole;
+            EXPECT_EQ(Good(begin + whole).Value, expected);
+        }
+    }
+    EXPECT_EQ(Good("Options.MusicFolderTemplate=songs").Value, "songs");
 }
 
 TEST(SettingArgument, AnythingElseIsRefusedWithItsReason) {

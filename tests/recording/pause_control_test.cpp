@@ -271,6 +271,12 @@ TEST(PauseControls, BeforeAnyProviderWriteIntoTheSectionOfNone) {
     EXPECT_EQ(rig.Stored("NoStationData", "IgnoreShortSongs"), "40");
 }
 
+TEST(PauseControls, BeforeAnyProviderShowTheGainThatHolds) {
+    PauseRig rig;
+    EXPECT_EQ(rig.Form.lblMultiplier.Caption(), "100%");
+    EXPECT_EQ(rig.Pause.LevelMultiplier, 100);
+}
+
 /// What the page allows in a mode.
 struct ModeRow {
     int32_t Mode;
