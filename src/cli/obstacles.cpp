@@ -44,7 +44,6 @@ bool MakeFolders(Files& files, const std::string& folder) {
 }
 
 std::optional<std::string> FolderObstacle(Files& files, const std::string& folder) {
-    if (!folder.starts_with('/')) return "the folder " + folder + " is no whole path; it has to begin with /";
     if (!MakeFolders(files, folder)) return "cannot make the folder " + folder;
     const std::string probe = folder + "/.corvetape-probe";
     if (files.Create(probe) == nullptr) return "cannot write into the folder " + folder;

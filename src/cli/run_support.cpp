@@ -54,6 +54,8 @@ std::optional<std::string> FindObstacle(Program& program, Files& files) {
         return "the media data are switched off (Providers.Enable=0), so that nothing would be recorded";
     }
     for (const std::string& folder : {state.Folders.SongTempFolder, state.Folders.Paths[1]}) {
+        if (!folder.starts_with('/'))
+            return "the folder " + folder + " is no whole path; it has to begin with /";
         if (auto obstacle = FolderObstacle(files, folder)) return obstacle;
     }
     return FormatObstacle(state.Options, state.Form);

@@ -67,6 +67,17 @@ TEST_F(RecordTest, SecondsEndsThereAndKeepsThePartialSong) {
     EXPECT_EQ(songs[0]["whole"], false);
 }
 
+TEST_F(RecordTest, FoldersAreMeantFromThePresentOneOn) {
+    CommandStart start = Demo({"--songs", "1", "--json", "--set", "Options.MusicPath=songs"});
+    start.Arguments[2] = "own";  // of --home
+    const Finished run = RunCommand(start);
+    EXPECT_EQ(run.Err, "");
+    ASSERT_THAT(Objects(run.Out), SizeIs(1));
+    EXPECT_TRUE(std::filesystem::exists(folder / "own/config/Corvet/Corvet.ini"));
+    EXPECT_THAT(Objects(run.Out)[0]["file"].get<std::string>(), testing::StartsWith(folder / "songs/"));
+    EXPECT_THAT(FilesBelow(folder / "songs"), SizeIs(1));
+}
+
 TEST_F(RecordTest, NextBeginsWithTheNextSong) {
     const std::vector<Json> songs = RecordDemo({"--next", "--songs", "1"});
     EXPECT_THAT(ReasonsOf(songs), ElementsAre("unwanted", "kept"));
