@@ -142,6 +142,15 @@ TEST_F(PlayerBridgeTest, AskedAnewThePlayerThatBeganLastStillCounts) {
     EXPECT_EQ(Value("Title"), "Second");
 }
 
+TEST_F(PlayerBridgeTest, AskedAnewThePlayersHaveTheirWholeTimeToAnswer) {
+    Say(Report("a", true, "One"));
+    Radio.Changed(Report("a", true, "Two"));
+    Machine.Loop.RunFor(std::chrono::milliseconds(PlayerSettleMs - 50));
+    Bridge.ListenAnew();
+    Machine.Loop.RunFor(std::chrono::milliseconds(PlayerSettleMs - 50));
+    EXPECT_TRUE(Bridge.PlayerPresent());
+}
+
 TEST_F(PlayerBridgeTest, AHugeFieldIsCut) {
     Say(Report("a", true, std::string(1'000'000, 'x')));
     EXPECT_EQ(Value("Title").size(), 4096u);
@@ -191,6 +200,7 @@ TEST_F(MediaPlayerTest, ARunningPlayerIsEnoughToBecomeTheProvider) {
 
 TEST_F(MediaPlayerTest, WithoutAPlayerTheNameStaysAsItWas) {
     Media.ProviderName = NoStationData;
+    Media.MixerSectionName = "MixerPage";
     Make();
     EXPECT_EQ(Media.ProviderName, NoStationData);
     EXPECT_EQ(Media.MixerSectionName, "Mixer");
@@ -216,9 +226,10 @@ TEST_F(MediaPlayerTest, AnyOtherStatusLeavesTheFieldsEmpty) {
     for (const char* status : {"playing", "PLAYING", "Paused", ""}) {
         ASSERT_TRUE(Registry.WriteRegistryValue(RegistryRoot::CurrentUser, PlayerKeyPath, "Status",
                                                 std::string(status)));
-        Media.CurrentMedia.Song = "Old";
+        STATIONANDSONGDATA& now = Media.CurrentMedia;
+        now.StationName = now.StationDescr = now.Artist = now.Song = now.Album = now.Cover = "Old";
         provider.GetSongData();
-        EXPECT_EQ(Media.CurrentMedia.Song, "") << status;
+        EXPECT_EQ(now, STATIONANDSONGDATA{}) << status;
     }
 }
 

@@ -178,6 +178,20 @@ TEST_F(Msie, AWindowIsReadByItsTitle) {
     EXPECT_EQ(Now().Song, "Some Song");
 }
 
+TEST_F(Msie, ADocumentHasNothingOfTheWindowThatWasReadBefore) {
+    Write(
+        "[- Page]\nName=P\nWindow&Doc=;;*;*\nArtist=-3;;\nTitle=-1;;\n"
+        "[- Window]\nName=W\nWindow&Doc=Player;*\nTitle=-3;;\n");
+    Desktop.Add("Song of the window", "Player");
+    const auto provider = Make();
+    provider->GetStationData();
+    ASSERT_EQ(Now().Song, "Song of the window");
+    AddPage();
+    provider->GetStationData();
+    EXPECT_EQ(Now().Song, "Page One");
+    EXPECT_EQ(Now().Artist, "");
+}
+
 TEST_F(Msie, TheOrderOfTheFileIsThePriority) {
     Write("[- 1]\nName=First\nWindow&Doc=;;*B;*\n[- 2]\nName=Second\nWindow&Doc=;;*;*\n");
     Browser.Add("http://a/", "A");

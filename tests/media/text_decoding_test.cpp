@@ -96,6 +96,11 @@ TEST(DecodeWebText, WhatTheEntitiesFormIsPutRightAtTheEnd) {
     EXPECT_EQ(DecodeWebText("&ATILDE;%B6"), "ö");
 }
 
+TEST(DecodeWebText, MisreadTextIsPutRightTwice) {
+    EXPECT_EQ(RepairUtf8("Ãƒ¤"), "Ã¤");
+    EXPECT_EQ(DecodeWebText("Ãƒ¤"), "ä");
+}
+
 TEST(DecodeWebText, NumericAndUnknownEntitiesStay) {
     EXPECT_EQ(DecodeWebText("&#228;&#xE4;&hearts;&auml"), "&#228;&#xE4;&hearts;&auml");
 }

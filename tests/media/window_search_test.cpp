@@ -128,6 +128,13 @@ TEST_F(Search, ThePagesOwnTitleCountsAndNotWhatTheBrowserKnows) {
     EXPECT_EQ(Find("", "", "*", "http://b/"), "http://b/");
 }
 
+TEST_F(Search, ThePagesOwnAddressCountsAndNotWhatTheBrowserKnew) {
+    SimPage& page = Browser.Add("http://a/", "Radio");
+    SearchPlace place(&Browser, &Desktop);
+    page.Top->Url = "http://b/";
+    EXPECT_FALSE(place.FindDocumentByPatterns("", "", "Radio", "http://a/"));
+}
+
 TEST_F(Search, AWindowProfileMatchesTitleAndClassAsPatterns) {
     const uint64_t player = Desktop.Add("Artist - Song", "PlayerClass");
     Desktop.Add("Other", "OtherClass");
