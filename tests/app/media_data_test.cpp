@@ -78,6 +78,7 @@ TEST(MediaData, SwitchedOnAgainWaitForTheNextTickToFindTheirProvider) {
     ASSERT_TRUE(world.Start());
     world.RunFor(10.2 - world.Now());
     world.Form().chkStationDataEnable.Press();
+    world.Values().Flags.RecordingEnabled = false;
     world.Form().chkStationDataEnable.Press();
     EXPECT_EQ(world.Stored("Providers", "Enable"), "1");
     EXPECT_TRUE(world.Form().cmdGetStationID.Enabled());

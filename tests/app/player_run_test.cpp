@@ -65,10 +65,15 @@ TEST_F(PlayerRun, TheButtonAsksThePlayerAnewAndWaitsForItsAnswer) {
     RunFor(2);
     ASSERT_EQ(Now().Media.ProviderName, MediaPlayerName);
     ASSERT_EQ(Players.Asked, 1);
-    const auto answer = Computer.Loop.NewTimer([this] { Say("Missed"); });
+    bool pressable = true;
+    const auto answer = Computer.Loop.NewTimer([&] {
+        pressable = Now().Form.cmdGetStationID.Enabled();
+        Say("Missed");
+    });
     answer->Start(std::chrono::milliseconds(100), TimerPrecision::Coarse);
     Now().Form.cmdGetStationID.Press();
     answer->Stop();
+    EXPECT_FALSE(pressable);
     EXPECT_EQ(Players.Asked, 2);
     EXPECT_EQ(Now().Media.CurrentMedia.Song, "Missed");
     EXPECT_TRUE(Now().Form.cmdGetStationID.Enabled());

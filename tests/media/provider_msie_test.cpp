@@ -353,7 +353,15 @@ TEST_F(Msie, RestartRunsTheScriptInThePage) {
     EXPECT_TRUE(provider->RestartRadio());
     EXPECT_EQ(page.Top->Ran, std::vector<std::string>{"play()"});
     page.Top->Values.clear();
+    const size_t before = Browser.Polls;
     EXPECT_FALSE(provider->RestartRadio());
+    EXPECT_EQ(Browser.Polls, before + 1);  // a page that was slow before has its whole time again
+}
+
+TEST_F(Msie, RestartWithAScriptButWithoutAPageIsFalse) {
+    Write("[- 1]\nName=R\nWindow&Doc=Player;*\nRestart=0;play();\n");
+    Desktop.Add("Song", "Player");
+    EXPECT_FALSE(Make()->RestartRadio());
 }
 
 TEST_F(Msie, RestartWithoutAScriptIsTrue) {

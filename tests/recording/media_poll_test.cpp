@@ -145,11 +145,12 @@ TEST_F(MediaPolls, ALateCoverReachesTheSongInTheFileWithoutACut) {
     EXPECT_THAT(Covers, ElementsAre("late"));
 }
 
-TEST_F(MediaPolls, AnAlbumThatStaysIsNotCopied) {
+TEST_F(MediaPolls, AnAlbumOrCoverThatStaysIsNotCopied) {
     Read("A", "One");
-    Media.SongMedia.Album = "of the song in the file";
+    Media.SongMedia.Album = Media.SongMedia.Cover = "of the song in the file";
     EXPECT_FALSE(Read("A", "One"));
     EXPECT_EQ(Media.SongMedia.Album, "of the song in the file");
+    EXPECT_EQ(Media.SongMedia.Cover, "of the song in the file");
 }
 
 TEST_F(MediaPolls, DoNotOverlapWhileTheUserIsAsked) {
