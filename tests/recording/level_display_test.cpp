@@ -233,6 +233,9 @@ TEST(LevelDisplay, AMarkInThePastHasTheWholePictureDrawnOnce) {
     rig.Append(3000, 4);
     rig.Tick();
     EXPECT_TRUE(rig.Display.Histogram().Scrolled);
+    rig.Signal.History.ReplaceLast(MarkSongEnd);
+    rig.Tick();
+    EXPECT_FALSE(rig.Display.Histogram().Scrolled);
 }
 
 TEST(LevelDisplay, ShowsTheExtremeLevelsOfTenSeconds) {
