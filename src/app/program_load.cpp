@@ -85,6 +85,12 @@ void Run(const std::function<void(Arguments...)>& step, Given&&... arguments) {
     if (step) step(std::forward<Given>(arguments)...);
 }
 
+/// Key of the message about a song that an earlier run has left.
+const char* KeyOf(LeftSongFate fate) {
+    if (fate == LeftSongFate::Transfer) return "840";
+    return fate == LeftSongFate::Delete ? "841" : "849";
+}
+
 }  // namespace
 
 Program::Next Program::TakeBusyPointer() {
@@ -297,17 +303,16 @@ Program::Next Program::RecoverSongs() {
     const auto alive = [this](const std::string& run) { return Host.System.RunIsAlive(run); };
     for (const LeftSong& song : FindLeftSongs(Host.Files, folder, alive)) {
         const LeftSongDecision decision = DecideLeftSong(Host.Files, folder, song);
-        const bool transfer = decision.Fate == LeftSongFate::Transfer;
         STATIONANDSONGDATA& media = Memory->Media.SongMedia;
         media = song.Note.Media;
         media.TempFileName = song.BaseName;
         media.Size = decision.Seconds;
         Parts->Journal.WriteLog(
-            {"INFO", Parts->Messages.FormatMsg(transfer ? "840" : "841", {Parts->NameOfMusicFile()})});
-        if (transfer) {
-            Parts->Transfer.TransferSong();
-        } else {
-            DeleteLeftSong(Host.Files, folder, song);
+            {"INFO", Parts->Messages.FormatMsg(KeyOf(decision.Fate), {Parts->NameOfMusicFile()})});
+        if (decision.Fate == LeftSongFate::Transfer) Parts->Transfer.TransferSong();
+        if (decision.Fate == LeftSongFate::Delete) DeleteLeftSong(Host.Files, folder, song);
+        if (decision.Fate == LeftSongFate::Leave) {
+            Parts->SongsWithoutJob.push_back(folder + "/" + song.BaseName + ".wav");
         }
         ClearMedia(media);
     }

@@ -82,10 +82,20 @@ std::vector<LeftSong> FindLeftSongs(Files& files, const std::string& songTempFol
 
 LeftSongDecision DecideLeftSong(Files& files, const std::string& songTempFolder, const LeftSong& song) {
     LeftSongDecision decision;
-    const std::string path = songTempFolder + "/" + song.BaseName + ".wav";
-    if (!song.Note.Wanted || !RepairWavHeader(files, path)) return decision;
+    const std::string name = song.BaseName + ".wav";
+    const std::string path = songTempFolder + "/" + name;
+    const std::vector<FileEntry> entries = files.List(songTempFolder);
+    const bool isThere = std::ranges::find(entries, name, &FileEntry::Name) != entries.end();
+    if (!song.Note.Wanted || !isThere) return decision;
+    const bool repaired = RepairWavHeader(files, path);
     const std::optional<WavInfo> info = ReadWavInfo(files, path);
-    if (!info || info->Format.nAvgBytesPerSec == 0) return decision;
+    if (!repaired || !info || info->Format.nAvgBytesPerSec == 0) {
+        // Only what is surely no song may go.
+        const std::optional<std::string> begin = files.ReadPart(path, 0, WavHeaderBytes + 1);
+        const bool isNone = begin && (begin->size() <= WavHeaderBytes || !begin->starts_with("RIFF"));
+        if (!isNone) decision.Fate = LeftSongFate::Leave;
+        return decision;
+    }
     const uint64_t least = song.Note.LeastSeconds > 0 ? static_cast<uint64_t>(song.Note.LeastSeconds) : 0;
     if (info->DataBytes <= least * info->Format.nAvgBytesPerSec) return decision;
     decision.Seconds = static_cast<int32_t>(info->DataBytes / info->Format.nAvgBytesPerSec);

@@ -56,7 +56,11 @@ std::vector<LeftSong> FindLeftSongs(Files& files, const std::string& songTempFol
                                     const std::function<bool(const std::string& run)>& isAlive);
 
 /// What is to become of a song that was left behind.
-enum class LeftSongFate { Transfer, Delete };
+enum class LeftSongFate {
+    Transfer,
+    Delete,
+    Leave,  ///< for a later start: its disk fails now
+};
 
 struct LeftSongDecision {
     LeftSongFate Fate = LeftSongFate::Delete;
@@ -64,7 +68,8 @@ struct LeftSongDecision {
 };
 
 /// Repairs the header of a song and decides as its close would have done: kept if it was wanted and is longer
-/// than the least length. A file that is no song, or that holds no sound, is deleted.
+/// than the least length. A file that is no song, or that holds no sound, is deleted. A wanted song that
+/// cannot be read or repaired is left.
 LeftSongDecision DecideLeftSong(Files& files, const std::string& songTempFolder, const LeftSong& song);
 
 /// Deletes all files of a song that was left behind, its note among them.

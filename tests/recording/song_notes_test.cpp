@@ -140,6 +140,29 @@ TEST_F(SongNotesTest, ANoteWithoutItsSongOrWithSomethingElseIsDeleted) {
     EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Fate, LeftSongFate::Delete);
 }
 
+TEST_F(SongNotesTest, AWantedSongWhoseDiskFailsIsLeftForALaterStart) {
+    LeaveSong("song", 40);
+    Notes.Write("song", Note(true));
+    const LeftSong song = Found().at(0);
+    for (const FileOperation operation : {FileOperation::Patch, FileOperation::Read}) {
+        FileFault fault;
+        fault.Pattern = "*.wav";
+        fault.Operation = operation;
+        Machine.Files.AddFault(fault);
+        EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, song).Fate, LeftSongFate::Leave);
+        Machine.Files.ClearFaults();
+    }
+    EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, song).Fate, LeftSongFate::Transfer);
+}
+
+TEST_F(SongNotesTest, AHeaderWithoutSoundIsNothingToBeLeft) {
+    LeaveSong("song", 0);
+    Notes.Write("song", Note(true));
+    EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Fate, LeftSongFate::Delete);
+    ASSERT_TRUE(Machine.Files.Patch(std::string(Folder) + "/song.wav", 12, "none"));
+    EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Fate, LeftSongFate::Delete);
+}
+
 TEST_F(SongNotesTest, DeletingTakesTheSongsOwnFilesOnly) {
     LeaveSong("song", 1);
     LeaveSong("song.2", 1);

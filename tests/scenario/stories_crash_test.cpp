@@ -147,6 +147,30 @@ TEST(CrashInAWantedSong, ThatIsTooShortYetDeletesItAsItsCloseWouldHave) {
               });
 }
 
+TEST(CrashInAWantedSong, LeavesItWhereItsDiskFailsAtTheNextStart) {
+    TellTwice(
+        [] {
+            return Station({{"Options", "DelTempFolder", "1"}});
+        },
+        [](World& world) {
+            ASSERT_TRUE(world.StartRecording());
+            RunTo(world, BeginOf(2) + 58);
+            Crash(world);
+            FileFault fault;
+            fault.Pattern = "*.wav";
+            fault.Operation = FileOperation::Patch;
+            fault.Times = 1;
+            world.Disk().AddFault(fault);
+            StartAgain(world);
+            EXPECT_THAT(world.Logged("INFO"), ElementsAre(Text("849", {"Band 2 - Song 2"})));
+            world.Finish();
+            world.Log.clear();
+            StartAgain(world, "run-3");
+            EXPECT_THAT(world.Logged("INFO"), ElementsAre(Text("840", {"Band 2 - Song 2"})));
+            ExpectTheSecondSongUpTo(world, BeginOf(2) + 58);
+        });
+}
+
 TEST(CrashInAnUnwantedSong, DeletesItAtTheNextStart) {
     TellTwice([] { return Station(); },
               [](World& world) {
