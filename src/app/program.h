@@ -40,7 +40,11 @@ struct SettingOverride {
 struct RunOptions {
     std::string CommandLine;  ///< as it stands, with the switches
     std::vector<SettingOverride> Overrides;
-    bool KeepNotes = true;      ///< beside each temporary song, for a run that ends before it does
+    bool KeepNotes = true;  ///< beside each temporary song, for a run that ends before it does
+    /// The folder for temporary songs in that for temporary files; empty: the one of all runs. A run that is
+    /// to delete its folder at its end has one of its own.
+    std::string SongTempFolderName;
+
     uint64_t MaxSongBytes = 0;  ///< largest song file, 0 for what the format can hold
 
     /// Comes before the date and time that name a song without a title.

@@ -138,7 +138,8 @@ Program::Next Program::LoadSettings() {
     Parts->Store.LoadSettings(
         targets, [&] { ShowListsInForm(form, Memory->Options); },
         [&](const SettingRow& row, const std::string& value) { ApplySettingToForm(form, row, value); });
-    Memory->Folders.SongTempFolder = Memory->Folders.Paths[0] + "/" + ProgramShortName;
+    const std::string& own = Options.SongTempFolderName;
+    Memory->Folders.SongTempFolder = Memory->Folders.Paths[0] + "/" + (own.empty() ? ProgramShortName : own);
     return Next::Continue;
 }
 

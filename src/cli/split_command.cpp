@@ -110,6 +110,8 @@ class Splitter {
         RunOptions options;
         options.CommandLine = "-dontask";
         options.KeepNotes = false;
+        // Songs of other runs lie in the common folder, and this one's is deleted.
+        if (Arguments.Out.empty()) options.SongTempFolderName = fmt::format("split-{}", getpid());
         options.ProbeAllTools = false;
         options.SongNamePrefix = NamePrefix(job.Path);
         options.Overrides = SplitOverrides(Arguments, job);

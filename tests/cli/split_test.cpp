@@ -177,6 +177,21 @@ TEST_F(SplitTest, WithoutAFolderTheMusicGoesWhereItAlwaysGoes) {
         EXPECT_TRUE(song["file"].get<std::string>().starts_with(Home() + "/Music/"));
 }
 
+TEST_F(SplitTest, TemporarySongsOfOtherRunsStayWhereTheyAre) {
+    const std::string others = Home() + "/cache/Corvet";
+    std::filesystem::create_directories(others);
+    Put("home/cache/Corvet/left on purpose.wav", "a song");
+    const std::string show = PutWave("show.wav", MakeRecording());
+    EXPECT_EQ(RunCommand(With("split", {show})).Code, 0);
+    EXPECT_EQ(RunCommand(With("split", {show, "--set", "Options.Encoder=9"})).Code, 1);
+    EXPECT_THAT(FilesBelow(Home() + "/cache"), ElementsAre("Corvet/left on purpose.wav"));
+    EXPECT_FALSE(std::filesystem::is_empty(Home() + "/Music"));
+    size_t folders = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(Home() + "/cache"))
+        folders += entry.exists();
+    EXPECT_EQ(folders, 1U) << "the split's own one has gone";
+}
+
 TEST_F(SplitTest, AFolderThatIsNotThereYetIsMadeWithItsParents) {
     const Finished run = RunCommand(With("split", {PutWave("show.wav", MakeRecording()), "--out", "x/y/z"}));
     EXPECT_EQ(run.Code, 0);
