@@ -135,6 +135,26 @@ TEST_F(SimWaveInTest, DroppedFramesAreToldAtOnceAndTakeTheirTime) {
     ExpectTruth(User);
 }
 
+TEST_F(SimWaveInTest, ALossIsToldBehindTheBuffersThatAreHeldUpAheadOfIt) {
+    for (const BufferReturn mode : {BufferReturn::Loop, BufferReturn::PollByTimer}) {
+        WaveInUser user;
+        ASSERT_TRUE(user.Open(Machine.WaveIn, 0, mode));
+        size_t buffersAhead = 0;
+        user.OnIncident = [&] { buffersAhead = user.Order.size() + user.FullBuffers(); };
+        Machine.WaveIn.Hold("radio");
+        Machine.Loop.RunFor(1020ms);
+        Machine.WaveIn.Lose("radio", 4410);
+        Machine.Loop.RunFor(500ms);
+        EXPECT_TRUE(user.Incidents.empty());
+        Machine.WaveIn.Release("radio");
+        Machine.Loop.RunFor(100ms);
+        if (mode == BufferReturn::PollByTimer) user.Poll();
+        ASSERT_EQ(user.Incidents.size(), 1U);
+        EXPECT_EQ(buffersAhead, 20U);
+        EXPECT_GT(user.Order.size(), 20U);
+    }
+}
+
 TEST_F(SimWaveInTest, AFullQueueKeepsTheOldestAndLosesTheRest) {
     Machine.WaveIn.SetQueueLimit(20);
     ASSERT_TRUE(User.Open(Machine.WaveIn));

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <new>
 #include <string>
@@ -28,7 +30,10 @@ class WaveInUser {
     WaveInEvents Events() {
         WaveInEvents events;
         events.BufferDone = [this](WaveHeader& header) { Take(header); };
-        events.Incident = [this](const WaveInIncident& incident) { Incidents.push_back(incident); };
+        events.Incident = [this](const WaveInIncident& incident) {
+            Incidents.push_back(incident);
+            if (OnIncident) OnIncident();
+        };
         events.Availability = [this](bool lost) { Availabilities.push_back(lost); };
         events.Ended = [this] { ++Ends; };
         return events;
@@ -50,6 +55,12 @@ class WaveInUser {
             PollIndex = (PollIndex + 1) % Buffers;
             Take(header);
         }
+    }
+
+    /// Those that wait for their poll.
+    size_t FullBuffers() const {
+        return static_cast<size_t>(std::ranges::count_if(
+            Headers, [](const WaveHeader& header) { return (header.dwFlags & WHDR_DONE) != 0; }));
     }
 
     void Take(WaveHeader& header) {
@@ -75,6 +86,7 @@ class WaveInUser {
     std::vector<uint32_t> Sizes;
     bool DoneFlags = true;  ///< every buffer came with WHDR_DONE
     std::vector<WaveInIncident> Incidents;
+    std::function<void()> OnIncident;
     std::vector<bool> Availabilities;
     size_t Ends = 0;
 };

@@ -50,7 +50,7 @@ void SourceFeed::Open(FeedSetup setup) {
     Held = Interrupted = ToldGone = EndReached = false;
     DeliveredFrames = HeardBefore = 0;
     LostParts.clear();
-    NextGap = 0;
+    NextGap = NextToTell = 0;
 }
 
 void SourceFeed::Close() {
@@ -85,12 +85,14 @@ void SourceFeed::AddBuffer(WaveHeader& header) {
 void SourceFeed::Deliver() {
     if (Setup == nullptr || !Polled()) return;
     ApplyQueueLimit();
-    while (Delivering() && Queued.Size() > 0 && NextIsDue()) {
+    const uint64_t began = Generation;
+    for (TellGaps(); began == Generation; TellGaps()) {
+        if (!Delivering() || Queued.Size() == 0 || !NextIsDue()) break;
         WaveHeader& header = Queued.Front();
         if (!FillNext()) break;
         header.dwFlags |= WHDR_DONE;
     }
-    if (EndReached) TellEnd();
+    if (began == Generation && EndReached) TellEnd();
 }
 
 bool SourceFeed::Polled() const {
@@ -167,6 +169,7 @@ void SourceFeed::Tick() {
         Loop.Post([this, generation = Generation] {
             if (generation == Generation) HandOver();
         });
+        PostGaps();
     }
     if (EndReached) {
         TellEnd();
@@ -212,10 +215,29 @@ void SourceFeed::PostAvailability(bool lost) {
 void SourceFeed::AddGap(uint64_t at, uint64_t frames, WaveInIncidentKind kind) {
     if (frames == 0) return;
     LostParts.push_back({at, frames, kind});
-    PostEvent([frames, kind](SourceFeed& feed) {
-        const std::shared_ptr<FeedSetup> setup = feed.Setup;
-        if (setup->Events.Incident) setup->Events.Incident({kind, frames, setup->Device.Name});
-    });
+    if (!Polled()) PostGaps();
+}
+
+bool SourceFeed::GapIsNext() const {
+    return NextToTell < LostParts.size() && LostParts[NextToTell].At < DeliveredFrames + FramesOfNext();
+}
+
+void SourceFeed::TellGap(const FeedGap& gap) {
+    const std::shared_ptr<FeedSetup> setup = Setup;
+    if (setup->Events.Incident) setup->Events.Incident({gap.Kind, gap.Frames, setup->Device.Name});
+}
+
+/// Behind the buffers that were filled so far.
+void SourceFeed::PostGaps() {
+    for (; GapIsNext(); ++NextToTell) {
+        PostEvent([gap = LostParts[NextToTell]](SourceFeed& feed) { feed.TellGap(gap); });
+    }
+}
+
+/// At once, for an owner who polls.
+void SourceFeed::TellGaps() {
+    const uint64_t began = Generation;
+    while (began == Generation && GapIsNext()) TellGap(FeedGap(LostParts[NextToTell++]));
 }
 
 void SourceFeed::ApplyQueueLimit() {

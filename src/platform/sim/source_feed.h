@@ -66,7 +66,8 @@ class SourceFeed {
     void Hold();
     void Release();
 
-    /// The device drops what it hears next, `frames` of it; told at once.
+    /// The device drops what it hears next, `frames` of it. Told when the buffers before it are delivered, as
+    /// every loss: in the polling modes from Deliver.
     void Lose(uint64_t frames, WaveInIncidentKind kind);
 
     /// Changes the device's own clock from now on.
@@ -111,6 +112,10 @@ class SourceFeed {
     bool FillNext();
     void Tick();
     void HandOver();
+    bool GapIsNext() const;
+    void TellGap(const FeedGap& gap);
+    void PostGaps();
+    void TellGaps();
     void AddGap(uint64_t at, uint64_t frames, WaveInIncidentKind kind);
     void ApplyQueueLimit();
     void PostAvailability(bool lost);
@@ -139,7 +144,8 @@ class SourceFeed {
     uint64_t HeardBefore = 0;  ///< frames heard before RunningSince
     uint64_t DeliveredFrames = 0;
     std::vector<FeedGap> LostParts;
-    size_t NextGap = 0;  ///< the first one that is not yet passed over
+    size_t NextGap = 0;     ///< the first one that is not yet passed over
+    size_t NextToTell = 0;  ///< the first one that its owner does not know yet
 };
 
 }  // namespace Corvetape

@@ -114,6 +114,7 @@ class Book {
     struct ToldLoss {
         uint64_t Told = 0;
         uint64_t Least = 0;
+        uint64_t Most = 0;   ///< with what it lacks within; the disk may have refused that
         size_t Behind = 0;   ///< one behind its last buffer
         size_t Present = 0;  ///< the buffer that was being handled, or one behind the last
     };
@@ -121,8 +122,9 @@ class Book {
     /// Where a file lies among the buffers.
     struct Place {
         size_t First = 0;
-        size_t Behind = 0;  ///< one behind its last
-        uint64_t Lost = 0;  ///< frames of the radio that are missing before or within its buffers
+        size_t Behind = 0;     ///< one behind its last
+        uint64_t Lost = 0;     ///< frames of the radio that are missing before or within its buffers
+        uint64_t LeftOut = 0;  ///< frames of buffers that it lacks in its middle
         bool RoundTheRing = false;
         std::string Problem;
     };

@@ -147,7 +147,7 @@ Book::Place Book::Find(const std::vector<uint64_t>& pieces, size_t from, size_t 
         }
         const auto index = static_cast<size_t>(found - Buffers.begin());
         if (index > at) CheckGap(at, index, "within a song");
-        at = index;
+        for (; at < index; ++at) place.LeftOut += Buffers[at].Lost + Buffers[at].Frames;
         place.Lost += Buffers[at].Lost;
     }
     place.Behind = at;
@@ -179,13 +179,14 @@ void Book::CheckKept(const HeardSong& song, bool isOpenPath) {
     LastBegin = place.First;
     Next = std::max(Next, place.Behind);
     if (place.RoundTheRing) return;
-    ToldLosses.push_back({song.Song.LostFrames, place.Lost, place.Behind, Buffers.size()});
+    ToldLosses.push_back(
+        {song.Song.LostFrames, place.Lost, place.Lost + place.LeftOut, place.Behind, Buffers.size()});
 }
 
 void Book::CheckLosses() {
     for (const ToldLoss& each : ToldLosses) {
         // What was lost in the pause that was taken off may have been of the song.
-        uint64_t most = each.Least;
+        uint64_t most = each.Most;
         for (size_t i = each.Behind; i < Buffers.size() && i <= each.Present && Buffers[i].Quiet; ++i) {
             most += Buffers[i].Lost;
         }

@@ -131,8 +131,6 @@ void Hand::DisturbDevice() {
 
 void Hand::TakeDevice(int64_t which) {
     SimWaveIn& inputs = Radio.Computer.WaveIn;
-    // A loss is told at once: behind audio that is held up, it would be counted to what was heard before it.
-    if (Holding) return LetGoOfDevice();
     switch (which) {
         case 0:
             return inputs.Vanish(RadioName);
@@ -147,9 +145,9 @@ void Hand::TakeDevice(int64_t which) {
         case 5:
             return inputs.Restart(RadioName);
         case 6:
-        case 7:
-            Holding = true;
             return inputs.Hold(RadioName);
+        case 7:
+            return inputs.Release(RadioName);
         case 8:
             return inputs.Lose(RadioName, Chance.Below(20000));
         default:
@@ -195,7 +193,6 @@ void Hand::DisturbClock() {
 
 /// What was held up arrives before anything else happens.
 void Hand::LetGoOfDevice() {
-    Holding = false;
     Radio.Computer.WaveIn.Release(RadioName);
     Radio.RunUntil(
         [this] {

@@ -41,7 +41,6 @@ class Hand {
     Book& Notes;
     SimRandom Chance;
     std::string Done;
-    bool Holding = false;  ///< the device delivers nothing for now
 };
 
 }  // namespace Corvetape::Test
