@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
-#include <set>
+#include <vector>
 
 #include "app/program.h"
 #include "app/program_parts.h"
@@ -141,10 +141,16 @@ void Program::DeleteTempFolder() {
     if (!Memory->Options.DelTempFolder || Memory->Options.EncodeOffline) return;
     const std::string& folder = Memory->Folders.SongTempFolder;
     CollectJobs();
+    const auto isOwnOrOver = [this](const std::string& run) {
+        return run == Parts->RunName || !Host.System.RunIsAlive(run);
+    };
+    const std::vector<LeftSong> others = FindLeftSongs(Host.Files, folder, isOwnOrOver);
     for (const FileEntry& entry : Host.Files.List(folder)) {
         const std::string path = folder + "/" + entry.Name;
         // What an encoder still needs, or could not encode, is all that there is of a song.
         if (entry.IsFolder || Parts->IsNeeded(path)) continue;
+        const auto isOf = [&](const LeftSong& song) { return entry.Name.starts_with(song.BaseName + "."); };
+        if (std::ranges::any_of(others, isOf)) continue;
         Host.Files.Delete(path);  // one that stays keeps the folder
     }
     Host.Files.DeleteFolder(folder);  // fails while files are left in it

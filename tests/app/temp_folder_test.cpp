@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "app/desktop_notes.h"
+#include "recording/song_notes.h"
 #include "scenario/song_audio.h"
 
 namespace Corvetape::Test {
@@ -69,6 +70,21 @@ TEST(TempFolder, StaysWithASongThatIsStillEncodedAndGoesBehindIt) {
     world.Recorder->RemoveTempFolder();
     EXPECT_FALSE(world.Disk().Exists(SongTempFolder));
     EXPECT_TRUE(world.Disk().Exists(std::string(MusicFolder) + "/Radio/Band 1 - Song 1.wav"));
+}
+
+TEST(TempFolder, StaysWithTheSongsThatAnotherRunIsWriting) {
+    World world(OneSong({{"Options", "DelTempFolder", "1"}}));
+    RecordTheSong(world);
+    world.Computer.System.AliveRuns.insert("other");
+    const std::string folder = std::string(SongTempFolder) + "/";
+    SongNote note;
+    for (const auto& [run, name] : {std::pair{"other", "one"}, {"ended", "two"}}) {
+        note.Run = run;
+        world.Disk().Put(folder + name + ".note", SongNoteText(note));
+        world.Disk().Put(folder + name + ".wav", "samples");
+    }
+    world.Finish();
+    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(folder + "one.note", folder + "one.wav"));
 }
 
 TEST(TempFolder, StaysWithWhatACommandKeepsUnderTheNumberOfItsSong) {
