@@ -21,6 +21,7 @@ inline std::optional<std::vector<Frame>> FramesOfWav(SimFiles& disk, const std::
     const auto content = disk.Content(path);
     if (!info || !content || info->DataStart + info->DataBytes > content->size()) return std::nullopt;
     std::vector<Frame> frames(static_cast<size_t>(info->DataBytes / sizeof(Frame)));
+    if (frames.empty()) return frames;
     std::memcpy(frames.data(), content->data() + info->DataStart, frames.size() * sizeof(Frame));
     return frames;
 }

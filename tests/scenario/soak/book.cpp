@@ -135,6 +135,7 @@ void Book::Arrived(const WaveHeader& buffer) {
     if (overruns != Overruns) ExcuseUnread(Unread);
     Overruns = overruns;
     Unread = FirstUnread();
+    RingSize = static_cast<size_t>(Values().Ring.Size());
 }
 
 /// The first buffer that waits in the ring.

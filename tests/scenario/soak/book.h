@@ -160,6 +160,7 @@ class Book {
 
     std::vector<BookedBuffer> Buffers;
     std::vector<size_t> RingBuffers;  ///< of those that went into the ring, their numbers in Buffers
+    size_t RingSize = 0;              ///< how many the ring holds; asked for also when the program is gone
     std::vector<Cut> Cuts;
     std::vector<WantedSong> Wanted;
     std::vector<HandedSong> HandedOver;

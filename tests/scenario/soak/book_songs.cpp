@@ -135,13 +135,12 @@ Book::Place Book::Find(const std::vector<uint64_t>& pieces, size_t from, size_t 
     }
     place.First = static_cast<size_t>(first - Buffers.begin());
     size_t at = place.First;
-    const auto ring = static_cast<size_t>(Values().Ring.Size());
     for (size_t number = 0; number < pieces.size(); ++number, ++at) {
         const auto found = std::ranges::find(Buffers.begin() + static_cast<std::ptrdiff_t>(at), Buffers.end(),
                                              pieces[number], &BookedBuffer::Hash);
         if (found == Buffers.end()) {
             const bool wasHeard = Contains(Buffers, pieces[number], &BookedBuffer::Hash);
-            place.RoundTheRing = wasHeard && pieces.size() - number <= ring;
+            place.RoundTheRing = wasHeard && pieces.size() - number <= RingSize;
             if (!place.RoundTheRing) place.Problem = "holds audio in its middle that was not heard there";
             break;
         }
