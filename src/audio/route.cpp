@@ -45,10 +45,9 @@ bool KeepInRing(const SignalBuffer& buffer, const RouteParts& parts, const Route
         }
     }
     ring.Put(buffer);
-    // A cut that nobody carries out while recording is off outlives what it points at. It stays before all that
-    // the ring holds, where it ends the old song and moves nothing.
-    if (!parts.Flags.RecordingEnabled && parts.Cut.CutPending &&
-        ring.AudioWriteIndex == parts.Cut.CutIndex) {
+    // A cut that nobody carries out while recording is off outlives what it points at. It stays before all
+    // that the ring holds, where it ends the old song and moves nothing.
+    if (!parts.Flags.RecordingEnabled && parts.Cut.CutPending && ring.AudioWriteIndex == parts.Cut.CutIndex) {
         parts.Cut.CutIndex = ring.Wrapped(int64_t{ring.AudioWriteIndex} + 1);
     }
     return true;
