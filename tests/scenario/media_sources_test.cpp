@@ -97,6 +97,21 @@ class MediaSources : public testing::TestWithParam<int> {
         return title + " is missing";
     }
 
+    /// Records four songs; three of them end, and each of these has what its source told of it.
+    void RecordThreeSongsOf(const std::string& source, const std::string& place) {
+        ASSERT_TRUE(Radio->StartRecording());
+        for (int song = 1; song <= 4; ++song) OnAir(song);
+        Radio->RunFor(60);
+        Radio->Finish();
+        for (int song = 1; song <= 3; ++song) {
+            const std::string number = " " + std::to_string(song);
+            EXPECT_EQ(Fault(source + " Band" + number, source + " Song" + number, source + " Album",
+                            Place(place, song)),
+                      "");
+        }
+        EXPECT_EQ(MusicComparedWithRadio(*Radio), "");
+    }
+
     std::optional<World> Radio;
     bool PlayerRuns = false;
 };
@@ -104,32 +119,14 @@ class MediaSources : public testing::TestWithParam<int> {
 TEST_P(MediaSources, APageNamesTheSongsAndGivesThemTheirCovers) {
     Begin();
     OpenPage();
-    ASSERT_TRUE(Radio->StartRecording());
-    for (int song = 1; song <= 4; ++song) OnAir(song);
-    Radio->RunFor(60);
-    Radio->Finish();
-    for (int song = 1; song <= 3; ++song) {
-        const std::string number = std::to_string(song);
-        EXPECT_EQ(Fault("Page Band " + number, "Page Song " + number, "Page Album", Place("page", song)), "");
-    }
+    RecordThreeSongsOf("Page", "page");
     EXPECT_THAT(Radio->Transferred[0].MusicFile, HasSubstr("/Radio & Page/"));
-    EXPECT_EQ(MusicComparedWithRadio(*Radio), "");
 }
 
 TEST_P(MediaSources, APlayerNamesTheSongsAndGivesThemTheirCovers) {
     Begin();
     PlayerRuns = true;
-    ASSERT_TRUE(Radio->StartRecording());
-    for (int song = 1; song <= 4; ++song) OnAir(song);
-    Radio->RunFor(60);
-    Radio->Finish();
-    for (int song = 1; song <= 3; ++song) {
-        const std::string number = std::to_string(song);
-        EXPECT_EQ(
-            Fault("Player Band " + number, "Player Song " + number, "Player Album", Place("player", song)),
-            "");
-    }
-    EXPECT_EQ(MusicComparedWithRadio(*Radio), "");
+    RecordThreeSongsOf("Player", "player");
 }
 
 TEST_P(MediaSources, APageThatIsClosedInASongGivesWayToThePlayerWithinTwoSeconds) {
