@@ -1,11 +1,11 @@
 #include "platform/linux/disk_syncer.h"
 
 #include <fcntl.h>
-#include <pthread.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <utility>
+
+#include "platform/linux/thread_signals.h"
 
 namespace Corvetape {
 
@@ -40,9 +40,7 @@ void DiskSyncer::Add(int descriptor) {
 }
 
 void DiskSyncer::Run() {
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, nullptr);  // signals belong to the main thread
+    LeaveSignalsToTheMainThread();
     std::unique_lock guard(lock);
     for (;;) {
         changed.wait(guard, [this] { return ending || !waiting.empty(); });

@@ -17,6 +17,7 @@
 #include "platform/linux/child.h"
 #include "platform/linux/descriptor.h"
 #include "platform/linux/program_search.h"
+#include "platform/linux/thread_signals.h"
 
 namespace Corvetape {
 
@@ -77,9 +78,7 @@ class LinuxProcesses::Collector {
     }
 
     void Collect() {
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, nullptr);  // signals belong to the main thread
+        LeaveSignalsToTheMainThread();
         std::vector<pollfd> waits;
         for (;;) {
             waits.assign(1, {wake.Number(), POLLIN, 0});

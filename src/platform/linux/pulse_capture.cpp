@@ -4,7 +4,7 @@
 #include <sys/eventfd.h>
 #include <time.h>
 
-#include <csignal>
+#include "platform/linux/thread_signals.h"
 
 namespace Corvetape {
 namespace {
@@ -61,9 +61,7 @@ void PulseCapture::Finish(Attempt result) {
 }
 
 void PulseCapture::Run() {
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, nullptr);  // signals belong to the main thread
+    LeaveSignalsToTheMainThread();
     pthread_setname_np(pthread_self(), "capture");
     loop.reset(pa_mainloop_new());
     if (!loop) {

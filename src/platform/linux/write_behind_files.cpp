@@ -1,17 +1,16 @@
 #include "platform/linux/write_behind_files.h"
 
-#include <pthread.h>
-
 #include <algorithm>
 #include <atomic>
 #include <condition_variable>
-#include <csignal>
 #include <cstring>
 #include <deque>
 #include <mutex>
 #include <thread>
 #include <utility>
 #include <vector>
+
+#include "platform/linux/thread_signals.h"
 
 namespace Corvetape {
 namespace {
@@ -102,9 +101,7 @@ class WriteBehindFile : public File {
     }
 
     void WritePieces() {
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, nullptr);  // signals belong to the main thread
+        LeaveSignalsToTheMainThread();
         std::unique_lock guard(lock);
         for (;;) {
             changed.wait(guard, [this] { return ending || !waiting.empty(); });
