@@ -63,8 +63,8 @@ ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
       Poll({state.Form, state.Media, state.Cut, state.Signal, state.Ring}, MediaPollActionsOf(*this)),
       Inputs({state.Form, machine.WaveIn, state.Options, Store, state.Media},
              {Journal, machine.Dialogs, Messages, state.Lifecycle}, InputListActionsOf(*this)),
-      Watch({state.Form, machine.Clock, state.Options, state.Pause, state.Lifecycle, state.Flags, state.Cut,
-             state.Signal, state.Media, state.Ring, Input.MaxBuffersUsed()},
+      Watch({state.Form, state.CoverBar, machine.Clock, state.Options, state.Pause, state.Lifecycle,
+             state.Flags, state.Cut, state.Signal, state.Media, state.Ring, Input.MaxBuffersUsed()},
             SupervisorActionsOf(*this)) {
     AttachHandlers(*this);
 }

@@ -9,6 +9,7 @@
 #include "core/lifecycle_flags.h"
 #include "core/media_state.h"
 #include "core/settings.h"
+#include "forms/frm_cover_buttons.h"
 #include "forms/frm_main.h"
 
 namespace Corvetape {
@@ -17,6 +18,7 @@ namespace Corvetape {
 /// part is handed that part.
 struct State {
     frmMain Form;
+    frmCoverButtons CoverBar;
     Settings Options;
     WorkingFolders Folders;
     LifecycleFlags Lifecycle;

@@ -165,6 +165,8 @@ Supervisor::Next Supervisor::ShowMedia() {
 void Supervisor::ShowNoMedia() {
     Parts.Form.txtTimeRemaining.Text("");
     Parts.Form.lblStatus[3].Caption("");
+    Parts.CoverBar.lblArtist.Caption(frmCoverButtons::NoTitleText);
+    Parts.CoverBar.lblSong.Caption(frmCoverButtons::NoTitleText);
     const std::string text = Text("100");
     Parts.Form.Caption(text);
     Actions.ShowTrayTip(text);
@@ -173,6 +175,8 @@ void Supervisor::ShowNoMedia() {
 void Supervisor::ShowMediaTexts() {
     const STATIONANDSONGDATA& media = Parts.Media.CurrentMedia;
     Parts.Form.Caption("Corvetape \xC2\xB7 " + media.Artist + " \xC2\xB7 " + media.Song);
+    Parts.CoverBar.lblArtist.Caption(media.Artist);
+    Parts.CoverBar.lblSong.Caption(media.Song);
     // A tray tip takes an ampersand for a mark of the next letter; three of them show one.
     const auto shown = [](const std::string& field) { return ReplaceAll(field, "&", "&&&"); };
     Actions.ShowTrayTip(shown(media.Artist) + ":\n" + shown(media.Song) + "\n" + shown(media.Album));

@@ -13,6 +13,7 @@
 #include "core/lifecycle_flags.h"
 #include "core/media_state.h"
 #include "core/settings.h"
+#include "forms/frm_cover_buttons.h"
 #include "forms/frm_main.h"
 #include "platform/clock.h"
 
@@ -21,6 +22,7 @@ namespace Corvetape {
 /// The state that the supervisor watches and changes. All of it outlives the supervisor.
 struct SupervisorParts {
     frmMain& Form;
+    frmCoverButtons& CoverBar;
     const Corvetape::Clock& Clock;
     const Corvetape::Settings& Settings;
     const PauseSettings& Pause;

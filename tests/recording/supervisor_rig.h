@@ -22,7 +22,8 @@ class StandingClock : public Clock {
 class SupervisorRig {
  public:
     SupervisorRig()
-        : Watch({Form, Time, Options, Pause, Lifecycle, Flags, Cut, Signal, Media, Ring, MaxBuffersUsed},
+        : Watch({Form, CoverBar, Time, Options, Pause, Lifecycle, Flags, Cut, Signal, Media, Ring,
+                 MaxBuffersUsed},
                 MakeActions()) {
         Options.RecordingBuffers = 30;
         Options.InfoAfterSilence = 60;
@@ -60,6 +61,7 @@ class SupervisorRig {
 
     StandingClock Time;
     frmMain Form;
+    frmCoverButtons CoverBar;
     Settings Options;
     PauseSettings Pause;
     LifecycleFlags Lifecycle;

@@ -23,6 +23,7 @@ class WatchedRig : public SessionRig {
         }
     }
 
+    frmCoverButtons CoverBar;
     LifecycleFlags Lifecycle;
     int32_t MaxBuffersUsed = 0;
     bool Excluded = false;
@@ -31,8 +32,8 @@ class WatchedRig : public SessionRig {
 
  private:
     SupervisorParts MakeParts() {
-        return {Form, Machine.Clock, Options, Pause, Lifecycle,     Flags,
-                Cut,  Signal,        Media,   Ring,  MaxBuffersUsed};
+        return {Form,  CoverBar, Machine.Clock, Options, Pause, Lifecycle,
+                Flags, Cut,      Signal,        Media,   Ring,  MaxBuffersUsed};
     }
 
     SupervisorActions MakeActions() {
