@@ -103,7 +103,7 @@ void Capture::Engine::Prepare() {
         buffer.dwUser = index++;
         buffer.dwFlags = 0;
     }
-    Parts.Signal.FramesReceived = 0;
+    Parts.Signal.FramesOfEarlierInputs += std::exchange(Parts.Signal.FramesReceived, 0);
     LostSinceLast = 0;
     LastArrival = 0;  // while the input was closed nothing had to wait
     ChangesSinceLast = 0;
@@ -187,7 +187,7 @@ bool Capture::Engine::ProcessBuffer(size_t index) {
     buffer.dwBytesRecorded = std::min(buffer.dwBytesRecorded, buffer.dwBufferLength);
     const uint64_t opening = Generation;
     if (const size_t frames = FramesOf(buffer).size(); frames > 0) {
-        buffer.StreamPosition = Parts.Signal.FramesReceived;
+        buffer.StreamPosition = Parts.Signal.FramesOfEarlierInputs + Parts.Signal.FramesReceived;
         buffer.FramesLostBefore = std::exchange(LostSinceLast, 0);
         buffer.DeviceChangesBefore = std::exchange(ChangesSinceLast, 0);
         Parts.Signal.FramesReceived += frames;

@@ -18,7 +18,7 @@ enum class SongFate {
 /// A song as its file was closed, for those who report on it.
 struct ClosedSong {
     SongFate Fate = SongFate::Unwanted;
-    uint64_t BeginFrame = 0;  ///< first frame of the file in the input, counted from its opening
+    uint64_t BeginFrame = 0;  ///< first frame of the file among all that any input has given
     uint64_t EndFrame = 0;    ///< one behind the last frame that the file keeps
     uint64_t Frames = 0;      ///< frames in the file
     uint32_t FramesPerSecond = 44100;

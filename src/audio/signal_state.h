@@ -60,9 +60,10 @@ struct SignalState {
     int32_t PeakLeft = 0;          ///< highest magnitude since the meter last read it
     int32_t PeakRight = 0;
     LevelHistory History;
-    uint64_t FramesReceived = 0;  ///< frames of this input since it was opened
-    uint64_t FramesLost = 0;      ///< frames that the device reported lost since the program started
-    uint64_t ClippedSamples = 0;  ///< samples at full scale since the program started
+    uint64_t FramesReceived = 0;         ///< frames of this input since it was opened
+    uint64_t FramesOfEarlierInputs = 0;  ///< frames of all that were open before it
+    uint64_t FramesLost = 0;             ///< frames that the device reported lost since the program started
+    uint64_t ClippedSamples = 0;         ///< samples at full scale since the program started
 };
 
 }  // namespace Corvetape

@@ -245,8 +245,6 @@ ClosedSong SongWriter::Describe(SongFate fate) const {
     song.Frames = static_cast<uint64_t>(std::max<int64_t>(BytesOfSong, 0)) / sizeof(Frame);
     song.BeginFrame = Present.BeginFrame;
     song.EndFrame = Present.EndFrame;
-    // The input was opened anew in the middle of the song and its count began again.
-    if (song.EndFrame < song.BeginFrame) song.EndFrame = song.BeginFrame + song.Frames;
     song.FramesPerSecond = SongFile->Format().nSamplesPerSec;
     song.LostFrames = Present.LostFrames;
     song.DeviceChanges = Present.DeviceChanges;

@@ -20,7 +20,7 @@ constexpr uint32_t FramesPerBufferOf(const WaveFormat& format) {
 /// 50 ms of the signal as it lies somewhere: the header that a device filled, and what was noted of the audio
 /// since. It does not own its samples.
 struct SignalBuffer : WaveHeader {
-    uint64_t StreamPosition = 0;       ///< number of the first frame, counted from the opening of the input
+    uint64_t StreamPosition = 0;       ///< number of the first frame among all that any input has given
     uint64_t FramesLostBefore = 0;     ///< frames that the device lost between the buffer before and this one
     uint32_t DeviceChangesBefore = 0;  ///< times that the device went and came back since the buffer before
     uint32_t ClippedSamples = 0;       ///< samples at full scale, as the analysis found them

@@ -154,7 +154,7 @@ TEST_F(Captures, BuffersArriveInModes0And3AsEvents) {
     }
 }
 
-TEST_F(Captures, BuffersAreNumberedByFramesFromTheOpeningOn) {
+TEST_F(Captures, BuffersAreNumberedByFramesThroughAllOpenings) {
     Input().OpenWaveIn(0);
     Device.Arrive();
     Device.Arrive();
@@ -164,7 +164,9 @@ TEST_F(Captures, BuffersAreNumberedByFramesFromTheOpeningOn) {
     EXPECT_EQ(Signal.FramesReceived, 4510U + 2205U);
     Input().OpenWaveIn(0);
     Device.Arrive();
-    EXPECT_EQ(Positions.back(), 0U);
+    EXPECT_EQ(Positions.back(), 6715U);
+    EXPECT_EQ(Signal.FramesReceived, 2205U) << "of this opening";
+    EXPECT_EQ(Signal.FramesOfEarlierInputs, 6715U);
 }
 
 TEST_F(Captures, AnEmptyBufferIsGivenBackUnheard) {

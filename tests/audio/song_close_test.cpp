@@ -315,15 +315,6 @@ TEST_F(SongCloses, ASongThatHasLostFramesIsNotWhole) {
     EXPECT_TRUE(Last().Whole);
 }
 
-TEST_F(SongCloses, ASongAcrossAnotherOpeningOfTheInputHasAnEndBehindItsBegin) {
-    Next = 1000;
-    Hear(10);
-    Next = 0;
-    Record(30);
-    EXPECT_EQ(Last().BeginFrame, 1000U * BufferFrames);
-    EXPECT_EQ(Last().EndFrame, (1000U + 38U) * BufferFrames);
-}
-
 TEST_F(SongCloses, TheEventsMayBeMissing) {
     SongWriter writer({Disk, Flags, Signal, Pause, Media, Messages},
                       {Format, Options, Folders, [] { return std::string("quiet"); }}, {});

@@ -215,6 +215,42 @@ TEST(DiskThatIsFull, TheNextStartOfTheProgramHandsOnWhatIsThereOfTheSong) {
               });
 }
 
+/// Without a source of titles the recording is put in order every second, so that a song goes on as soon as
+/// its disk has room again.
+void TellOfAGapOf10Seconds(const std::function<void(World&)>& meanwhile) {
+    TellTwice(
+        [] {
+            WorldOptions options = Station();
+            options.TellsTitles = false;
+            return options;
+        },
+        [&](World& world) {
+            world.Disk().Mount(TempVolume, 10'000 * Megabyte);
+            ASSERT_TRUE(RecordTheSecondSong(world));
+            FillUp(world);
+            RunTo(world, BeginOf(2) + 32);
+            meanwhile(world);
+            RunTo(world, BeginOf(2) + 40);
+            world.Disk().SetFreeSpace(TempVolume, 10'000 * Megabyte);
+            RunTo(world, BeginOf(3) + 1);
+            ASSERT_THAT(world.Closed, SizeIs(2));
+            const ClosedSong& song = world.Closed[1].Song;
+            EXPECT_EQ(song.Fate, SongFate::Kept);
+            EXPECT_NEAR(static_cast<double>(song.LostFrames) / 44100, 10, 1);
+            EXPECT_NEAR(static_cast<double>(song.Frames + song.LostFrames) / 44100, 60, 0.2);
+            EXPECT_EQ(song.EndFrame - song.BeginFrame, song.Frames + song.LostFrames);
+            EXPECT_FALSE(song.Whole);
+        });
+}
+
+TEST(DiskThatIsFull, TheSongGoesOnWhenThereIsRoomAndTellsWhatItLacks) {
+    TellOfAGapOf10Seconds([](World&) {});
+}
+
+TEST(DiskThatIsFull, WhatTheSongLacksIsToldAlsoIfAnInputWasChosenMeanwhile) {
+    TellOfAGapOf10Seconds([](World& world) { world.Form().cmbInputDevices.Select(0); });
+}
+
 TEST(DiskThatCannotBeWrittenTo, EndsTheProgramWithItsReason) {
     TellTwice([] { return Station(); },
               [](World& world) {

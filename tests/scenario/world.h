@@ -264,12 +264,17 @@ class World {
         return media;
     }
 
+    /// The frame of the radio that the program got as this one of all frames; the number itself if that was
+    /// before the present opening.
+    uint64_t RadioFrameOf(uint64_t frame) {
+        const uint64_t before = Values().Signal.FramesOfEarlierInputs;
+        return frame < before ? frame : Computer.WaveIn.RadioFrameOf(frame - before).value_or(frame);
+    }
+
     ProgramEvents MakeEvents() {
         ProgramEvents events;
         events.SongClosed = [this](const ClosedSong& song) {
-            HeardSong heard{song, song.BeginFrame, song.EndFrame};
-            if (const auto frame = Computer.WaveIn.RadioFrameOf(song.BeginFrame)) heard.RadioBegin = *frame;
-            if (const auto frame = Computer.WaveIn.RadioFrameOf(song.EndFrame)) heard.RadioEnd = *frame;
+            HeardSong heard{song, RadioFrameOf(song.BeginFrame), RadioFrameOf(song.EndFrame)};
             Closed.push_back(heard);
             if (Setup.OnClosed) Setup.OnClosed(heard);
         };

@@ -101,9 +101,10 @@ void Book::Arrived(const WaveHeader& buffer) {
     const std::span<const Frame> frames(buffer.lpData, buffer.dwBytesRecorded / sizeof(Frame));
     booked.Opening = Openings;
     booked.Frames = static_cast<uint32_t>(frames.size());
-    booked.Position = values.Signal.FramesReceived - frames.size();
+    const uint64_t inOpening = values.Signal.FramesReceived - frames.size();
+    booked.Position = FramesOfEarlierRuns + values.Signal.FramesOfEarlierInputs + inOpening;
     const SimWaveIn& inputs = Radio->Computer.WaveIn;
-    const uint64_t last = booked.Position + std::max<uint64_t>(frames.size(), 1) - 1;
+    const uint64_t last = inOpening + std::max<uint64_t>(frames.size(), 1) - 1;
     booked.RadioEnd = inputs.RadioFrameOf(last).value_or(0) + 1;
     const bool isFirst = Buffers.empty() || Buffers.back().Opening != Openings;
     const uint64_t before = isFirst ? FirstFrame : Buffers.back().RadioEnd;
@@ -123,6 +124,7 @@ void Book::Arrived(const WaveHeader& buffer) {
     }
     const bool ignored = values.Signal.InPause && (!throughRing || values.Pause.IgnoreSilence);
     booked.Skipped = skipped;
+    booked.Off = !values.Flags.RecordingEnabled;
     booked.MayBeMissing = !values.Flags.RecordingEnabled || skipped || ignored;
     if (throughRing && !tookIndex && !booked.MayBeMissing) Tell("a buffer did not get into the ring");
     Buffers.push_back(booked);
@@ -197,7 +199,6 @@ void Book::NoteOpenFile() {
     if (open.size() > 1) Tell("more than one file is open");
     if (open.empty() || open[0] == OpenPath) return;
     OpenPath = open[0];
-    OpeningOfPath = Openings;
 }
 
 void Book::CheckFlags() {

@@ -18,15 +18,16 @@ uint64_t HashOf(std::span<const std::byte> bytes);
 /// One buffer as the program got it, and whether a file may lack it.
 struct BookedBuffer {
     uint32_t Opening = 0;   ///< of the input, counted from 1
-    uint64_t Position = 0;  ///< of its first frame in the input, counted from the opening
+    uint64_t Position = 0;  ///< of its first frame among all that the inputs have given
     uint64_t RadioEnd = 0;  ///< one behind its last frame in the radio, at the rate of the opening
     uint64_t Lost = 0;      ///< frames of the radio that are missing before or within it
     uint32_t Frames = 0;
-    uint64_t Hash = 0;          ///< of its samples, behind the gain
-    int32_t Level = 0;          ///< by the measure in force
-    int32_t RingNumber = -1;    ///< its place among all buffers that went into the ring; -1: it did not
-    bool Quiet = false;         ///< not above the thresholds
-    bool Skipped = false;       ///< taken out of what is routed
+    uint64_t Hash = 0;        ///< of its samples, behind the gain
+    int32_t Level = 0;        ///< by the measure in force
+    int32_t RingNumber = -1;  ///< its place among all buffers that went into the ring; -1: it did not
+    bool Quiet = false;       ///< not above the thresholds
+    bool Skipped = false;     ///< taken out of what is routed
+    bool Off = false;  ///< recording was off behind it: in the middle of a song the disk has refused it
     bool MayBeMissing = false;  ///< a rule, a fault or the user has taken it out
 };
 
@@ -40,7 +41,7 @@ struct BookedBuffer {
 /// than 1.2
 ///   times the quietest or 164; what is skipped; silence that is to be ignored;
 /// - a click in fixed time that begins a recording drops what waits in the ring;
-/// - what the device has lost is lost, and its song says how much.
+/// - what the device has lost and the disk has refused is lost, and its song says how much.
 ///
 /// A song that would end where reading stands is followed once round the ring.
 class Book {
@@ -114,7 +115,7 @@ class Book {
     struct ToldLoss {
         uint64_t Told = 0;
         uint64_t Least = 0;
-        uint64_t Most = 0;   ///< with what it lacks within; the disk may have refused that
+        uint64_t Most = 0;   ///< with all that it lacks within
         size_t Behind = 0;   ///< one behind its last buffer
         size_t Present = 0;  ///< the buffer that was being handled, or one behind the last
     };
@@ -125,6 +126,7 @@ class Book {
         size_t Behind = 0;     ///< one behind its last
         uint64_t Lost = 0;     ///< frames of the radio that are missing before or within its buffers
         uint64_t LeftOut = 0;  ///< frames of buffers that it lacks in its middle
+        uint64_t Refused = 0;  ///< those of them that the disk has refused
         bool RoundTheRing = false;
         std::string Problem;
     };
@@ -143,12 +145,12 @@ class Book {
     bool WithinACut(int32_t first, int32_t last) const;
     std::optional<std::vector<uint64_t>> PiecesOf(const std::string& path, Extent extent = Extent::AsTold);
     Place Find(const std::vector<uint64_t>& pieces, size_t from, size_t claimed);
-    size_t ClaimedBegin(const HeardSong& song, bool isOpenPath) const;
-    std::optional<Place> Claimed(const HeardSong& song, bool isOpenPath);
+    size_t ClaimedBegin(const HeardSong& song) const;
+    std::optional<Place> Claimed(const HeardSong& song) const;
     void LookAtLeftSong();
     bool WasLeft(std::span<const uint64_t> pieces) const;
     void CheckLosses();
-    void CheckKept(const HeardSong& song, bool isOpenPath);
+    void CheckKept(const HeardSong& song);
     bool ReachesTheEnd(const Place& place) const;
     bool GoesBack(bool roundTheRing, size_t behind);
     bool WasStruck(const std::string& path) const;
@@ -167,9 +169,9 @@ class Book {
     std::vector<ToldLoss> ToldLosses;
     uint32_t Openings = 0;
     uint64_t FirstFrame = 0;                  ///< of the radio in the present opening
+    uint64_t FramesOfEarlierRuns = 0;         ///< of the program, which counts anew with each start
     std::vector<std::vector<uint64_t>> Left;  ///< of songs that no close has seen, their pieces
     std::string OpenPath;                     ///< the song's file
-    uint32_t OpeningOfPath = 0;               ///< the opening that it was begun in
     size_t Next = 0;                          ///< first buffer that no closed file has had
     size_t LastBegin = 0;                     ///< first buffer of the file closed last
     bool LastKnown = true;                    ///< where the file closed last has ended

@@ -46,17 +46,16 @@ void Book::Closed(const HeardSong& song) {
     ++Closings;
     if (OnClosed) OnClosed(song);
     CheckFate(song);
-    const bool isOpenPath = song.Song.TempPath == OpenPath;
-    if (isOpenPath) OpenPath.clear();
+    if (song.Song.TempPath == OpenPath) OpenPath.clear();
     Wished = Values().Flags.RecordCurrentSong;
     NoteCut();
     if (!Values().Flags.RecordingEnabled) ExcuseUnread(Unread);
     if (song.Song.Fate == SongFate::Kept) {
-        CheckKept(song, isOpenPath);
+        CheckKept(song);
         return;
     }
     if (song.Song.Frames == 0) return;  // nothing but its pause, which was taken off
-    const std::optional<Place> place = Claimed(song, isOpenPath);
+    const std::optional<Place> place = Claimed(song);
     if (place) {
         CheckGap(Next, place->First, "ahead of a song that was not kept");
         LastBegin = place->First;
@@ -67,21 +66,18 @@ void Book::Closed(const HeardSong& song) {
 }
 
 /// The buffer that a song claims to begin with, or one behind the last.
-size_t Book::ClaimedBegin(const HeardSong& song, bool isOpenPath) const {
-    const uint32_t opening = isOpenPath ? OpeningOfPath : Openings;
-    const auto first = std::ranges::find_if(Buffers, [&](const BookedBuffer& each) {
-        return each.Opening == opening && each.Position == song.Song.BeginFrame;
-    });
+size_t Book::ClaimedBegin(const HeardSong& song) const {
+    const auto first =
+        std::ranges::find(Buffers, FramesOfEarlierRuns + song.Song.BeginFrame, &BookedBuffer::Position);
     return static_cast<size_t>(first - Buffers.begin());
 }
 
-/// Where a file that is gone has been, as its song claims; nothing if it had holes or saw two openings.
-std::optional<Book::Place> Book::Claimed(const HeardSong& song, bool isOpenPath) {
+/// Where a file that is gone has been, as its song claims; nothing if it had holes.
+std::optional<Book::Place> Book::Claimed(const HeardSong& song) const {
     if (song.Song.Frames != song.Song.EndFrame - song.Song.BeginFrame) return std::nullopt;
-    if (isOpenPath && OpeningOfPath != Openings) return std::nullopt;
-    const auto first = Buffers.begin() + static_cast<std::ptrdiff_t>(ClaimedBegin(song, isOpenPath));
+    const auto first = Buffers.begin() + static_cast<std::ptrdiff_t>(ClaimedBegin(song));
     const auto last = std::find_if(first, Buffers.end(), [&](const BookedBuffer& each) {
-        return each.Opening == first->Opening && each.Position + each.Frames == song.Song.EndFrame;
+        return each.Position + each.Frames == FramesOfEarlierRuns + song.Song.EndFrame;
     });
     if (first == Buffers.end() || last == Buffers.end()) return std::nullopt;
     Place place;
@@ -146,14 +142,17 @@ Book::Place Book::Find(const std::vector<uint64_t>& pieces, size_t from, size_t 
         }
         const auto index = static_cast<size_t>(found - Buffers.begin());
         if (index > at) CheckGap(at, index, "within a song");
-        for (; at < index; ++at) place.LeftOut += Buffers[at].Lost + Buffers[at].Frames;
+        for (; at < index; ++at) {
+            place.LeftOut += Buffers[at].Lost + Buffers[at].Frames;
+            if (Buffers[at].Off) place.Refused += Buffers[at].Frames;
+        }
         place.Lost += Buffers[at].Lost;
     }
     place.Behind = at;
     return place;
 }
 
-void Book::CheckKept(const HeardSong& song, bool isOpenPath) {
+void Book::CheckKept(const HeardSong& song) {
     WantedSong wanted{song.Song.TempPath, {}, false, WasStruck(song.Song.TempPath)};
     const auto pieces = PiecesOf(song.Song.TempPath);
     const bool readable = pieces && !pieces->empty();
@@ -165,21 +164,21 @@ void Book::CheckKept(const HeardSong& song, bool isOpenPath) {
         return;
     }
     // What is in two songs is there because the user asked for it.
-    const Place place =
-        Find(*pieces, MayOverlap || !LastKnown ? LastBegin : Next, ClaimedBegin(song, isOpenPath));
+    const Place place = Find(*pieces, MayOverlap || !LastKnown ? LastBegin : Next, ClaimedBegin(song));
     if (place.Problem.empty()) CheckGap(Next, place.First, "ahead of a song");
     LastKnown = place.Problem.empty() && !wanted.Damaged;
     MayOverlap = GoesBack(place.RoundTheRing || ReachesTheEnd(place), place.Behind);
-    if (wanted.Damaged) return;
     if (!place.Problem.empty()) {
-        Tell(song.Song.TempPath + " " + place.Problem);
+        if (!wanted.Damaged) Tell(song.Song.TempPath + " " + place.Problem);
         return;
     }
-    LastBegin = place.First;
-    Next = std::max(Next, place.Behind);
+    if (!wanted.Damaged) {
+        LastBegin = place.First;
+        Next = std::max(Next, place.Behind);
+    }
     if (place.RoundTheRing) return;
-    ToldLosses.push_back(
-        {song.Song.LostFrames, place.Lost, place.Lost + place.LeftOut, place.Behind, Buffers.size()});
+    ToldLosses.push_back({song.Song.LostFrames, place.Lost + place.Refused, place.Lost + place.LeftOut,
+                          place.Behind, Buffers.size()});
 }
 
 void Book::CheckLosses() {
@@ -286,6 +285,7 @@ void Book::ProgramEnded() {
     Next = Buffers.size();
     LastBegin = Next;
     LastKnown = true;
+    if (!Buffers.empty()) FramesOfEarlierRuns = Buffers.back().Position + Buffers.back().Frames;
     RingBuffers.clear();
     Cuts.clear();
     OpenPath.clear();

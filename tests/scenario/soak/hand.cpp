@@ -162,7 +162,7 @@ void Hand::DisturbDisk() {
         disk.ClearFaults();
         disk.SetCapacity("/", uint64_t{1} << 40U);
         Say("a good disk");
-    } else if (what < 0.5) {
+    } else if (what < 0.6) {
         const uint64_t bytes = Chance.Below(uint64_t{8} << 20U);
         disk.SetFreeSpace("/", bytes);
         Say("room for " + std::to_string(bytes));

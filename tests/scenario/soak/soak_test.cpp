@@ -37,13 +37,16 @@ WorldOptions WorldOf(uint64_t seed, double seconds, Book& book) {
     const auto number = [&chance](int64_t low, int64_t high) {
         return std::to_string(chance.Between(low, high));
     };
+    // Without a source of titles the recording is put in order every second, whatever the disk has said.
+    options.TellsTitles = chance.Chance(0.7);
+    const std::string source = options.TellsTitles ? ProviderOfRadio : NoStationData;
     options.Settings = {
-        {ProviderOfRadio, "EndOfSongDetection", number(0, 2)},
-        {ProviderOfRadio, "LengthOfPause", std::to_string(50 * chance.Between(int64_t{1}, int64_t{20}))},
-        {ProviderOfRadio, "IgnoreShortSongs", number(0, 8)},
-        {ProviderOfRadio, "EndOfSongTimer", number(3, 30)},
-        {ProviderOfRadio, "DetectSilenceByPeak", number(0, 1)},
-        {ProviderOfRadio, "IgnorePauseFor", chance.Chance(0.2) ? "300" : "0"},
+        {source, "EndOfSongDetection", number(0, 2)},
+        {source, "LengthOfPause", std::to_string(50 * chance.Between(int64_t{1}, int64_t{20}))},
+        {source, "IgnoreShortSongs", number(0, 8)},
+        {source, "EndOfSongTimer", number(3, 30)},
+        {source, "DetectSilenceByPeak", number(0, 1)},
+        {source, "IgnorePauseFor", chance.Chance(0.2) ? "300" : "0"},
         {"Options", "InfoAfterSilence", number(5, 30)},
         {"Options", "LowTempSpace", "1"},
         {"Options", "LowMusicSpace", "1"},
