@@ -50,6 +50,7 @@ SongWriter::Written SongWriter::WriteBuffer(const SignalBuffer& buffer) {
     if (SongFile && MustGoOn(frames.size_bytes()) && !GoOnInNextFile()) return Written::NoFile;
     if (!SongFile) return Written::Failed;
     if (!SongFile->Write(frames)) {
+        Begin(buffer);
         Present.Unbroken = false;
         Present.Failing = true;
         LastResult = Parts.Disk.LastError();
@@ -67,14 +68,19 @@ bool SongWriter::MustGoOn(size_t bytes) const {
     return BytesOfSong > 0 && static_cast<uint64_t>(BytesOfSong) + bytes > Place.MaxSongBytes;
 }
 
+void SongWriter::Begin(const SignalBuffer& buffer) {
+    if (std::exchange(Present.Begun, true)) return;
+    Present.BeginFrame = buffer.StreamPosition;
+    Present.EndFrame = buffer.StreamPosition;
+}
+
 void SongWriter::Note(const SignalBuffer& buffer) {
-    if (Present.Empty) Present.BeginFrame = buffer.StreamPosition;
+    Begin(buffer);
     // What the disk has refused since then is missing, unless it has waited in the ring.
     const bool failed = std::exchange(Present.Failing, false);
-    if (failed && !Present.Empty && buffer.StreamPosition > Present.EndFrame) {
+    if (failed && buffer.StreamPosition > Present.EndFrame) {
         Present.LostFrames += buffer.StreamPosition - Present.EndFrame;
     }
-    Present.Empty = false;
     Present.EndFrame = buffer.StreamPosition + FramesOf(buffer).size();
     Present.LostFrames += buffer.FramesLostBefore;
     Present.DeviceChanges += buffer.DeviceChangesBefore;

@@ -135,7 +135,7 @@ class SongWriter {
         uint64_t LostFrames = 0;
         uint32_t DeviceChanges = 0;
         uint64_t ClippedSamples = 0;
-        bool Empty = true;
+        bool Begun = false;  ///< a buffer has come, whether or not it could be written
         bool BegunAtBoundary = false;
         bool Unbroken = true;
         bool Failing = false;  ///< the last buffer could not be written
@@ -151,6 +151,7 @@ class SongWriter {
     bool OpenFile();
     bool GoOnInNextFile();
     bool MustGoOn(size_t bytes) const;
+    void Begin(const SignalBuffer& buffer);
     void Note(const SignalBuffer& buffer);
     void TakePauseOff();
     SongFate Fate() const;

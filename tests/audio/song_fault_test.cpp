@@ -208,6 +208,19 @@ TEST(SongFaults, ASongGoesOnInItsFileWhenRecordingIsEnabledAgain) {
     EXPECT_EQ(bench.Last().LostFrames, 5U * BufferFrames);
 }
 
+TEST(SongFaults, WhatTheDiskRefusesOfTheBeginningIsLost) {
+    SongBench bench;
+    bench.HearPause();
+    bench.Disk.AddFault({.Operation = FileOperation::Write, .Error = ENOSPC, .AfterCalls = 1, .Times = 1});
+    bench.Hear(5);  // the header is written, the first buffer is not, the others are not taken
+    bench.Flags.RecordingEnabled = true;
+    bench.Record(15);
+    EXPECT_EQ(bench.BuffersIn(bench.Last().TempPath), SongBench::Range(6, 13));
+    EXPECT_FALSE(bench.Last().Whole);
+    EXPECT_EQ(bench.Last().LostFrames, 5U * BufferFrames);
+    EXPECT_EQ(bench.Last().BeginFrame, BufferFrames);
+}
+
 TEST(SongFaults, OnlyTheFirstFailureIsKept) {
     SongBench bench;
     bench.Hear(10);

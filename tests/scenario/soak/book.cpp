@@ -124,12 +124,15 @@ void Book::Arrived(const WaveHeader& buffer) {
     }
     const bool ignored = values.Signal.InPause && (!throughRing || values.Pause.IgnoreSilence);
     booked.Skipped = skipped;
-    booked.Off = !values.Flags.RecordingEnabled;
+    booked.Off = !values.Flags.RecordingEnabled && !skipped && !ignored;
     booked.MayBeMissing = !values.Flags.RecordingEnabled || skipped || ignored;
     if (throughRing && !tookIndex && !booked.MayBeMissing) Tell("a buffer did not get into the ring");
     Buffers.push_back(booked);
     if (!throughRing && values.Signal.InPause) ExcusePause();
-    if (!values.Flags.RecordingEnabled) ExcuseUnread(FirstUnread());
+    if (!values.Flags.RecordingEnabled) {
+        ExcuseUnread(Unread);
+        ExcuseUnread(FirstUnread());
+    }
 
     const uint64_t overruns = values.Ring.OverrunBuffers;
     const bool written = tookIndex && values.Flags.RecordingEnabled && values.Ring.Unread() == 0;

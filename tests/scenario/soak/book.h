@@ -27,7 +27,8 @@ struct BookedBuffer {
     int32_t RingNumber = -1;  ///< its place among all buffers that went into the ring; -1: it did not
     bool Quiet = false;       ///< not above the thresholds
     bool Skipped = false;     ///< taken out of what is routed
-    bool Off = false;  ///< recording was off behind it: in the middle of a song the disk has refused it
+    bool Off = false;  ///< kept out by recording alone, which was off: in the middle of a song the disk has
+                       ///< refused it
     bool MayBeMissing = false;  ///< a rule, a fault or the user has taken it out
 };
 
@@ -125,7 +126,7 @@ class Book {
         size_t First = 0;
         size_t Behind = 0;     ///< one behind its last
         uint64_t Lost = 0;     ///< frames of the radio that are missing before or within its buffers
-        uint64_t LeftOut = 0;  ///< frames of buffers that it lacks in its middle
+        uint64_t LeftOut = 0;  ///< frames of buffers that it lacks
         uint64_t Refused = 0;  ///< those of them that the disk has refused
         bool RoundTheRing = false;
         std::string Problem;
@@ -144,6 +145,7 @@ class Book {
     size_t BehindThrownAway(size_t first, size_t to) const;
     bool WithinACut(int32_t first, int32_t last) const;
     std::optional<std::vector<uint64_t>> PiecesOf(const std::string& path, Extent extent = Extent::AsTold);
+    void LeaveOut(Place& place, size_t first, size_t behind) const;
     Place Find(const std::vector<uint64_t>& pieces, size_t from, size_t claimed);
     size_t ClaimedBegin(const HeardSong& song) const;
     std::optional<Place> Claimed(const HeardSong& song) const;

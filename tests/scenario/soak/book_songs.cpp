@@ -118,11 +118,18 @@ bool Book::GoesBack(bool roundTheRing, size_t behind) {
     return Values().Pause.DuplicatepartOfSong || roundTheRing || behind < Next;
 }
 
+void Book::LeaveOut(Place& place, size_t first, size_t behind) const {
+    for (size_t i = first; i < behind; ++i) {
+        place.LeftOut += Buffers[i].Lost + Buffers[i].Frames;
+        if (Buffers[i].Off) place.Refused += Buffers[i].Frames;
+    }
+}
+
 /// Follows a file through the buffers, from `from` on. What it lacks on its way has to have its reason.
-/// Noise comes again, so where it begins as it claims, that is taken.
+/// Noise comes again, so it is not looked for ahead of where it claims to begin.
 Book::Place Book::Find(const std::vector<uint64_t>& pieces, size_t from, size_t claimed) {
     Place place;
-    if (claimed > from && claimed < Buffers.size() && Buffers[claimed].Hash == pieces[0]) from = claimed;
+    if (claimed < Buffers.size()) from = std::max(from, claimed);
     const auto begin = Buffers.begin() + static_cast<std::ptrdiff_t>(from);
     const auto first = std::ranges::find(begin, Buffers.end(), pieces[0], &BookedBuffer::Hash);
     if (first == Buffers.end()) {
@@ -142,10 +149,8 @@ Book::Place Book::Find(const std::vector<uint64_t>& pieces, size_t from, size_t 
         }
         const auto index = static_cast<size_t>(found - Buffers.begin());
         if (index > at) CheckGap(at, index, "within a song");
-        for (; at < index; ++at) {
-            place.LeftOut += Buffers[at].Lost + Buffers[at].Frames;
-            if (Buffers[at].Off) place.Refused += Buffers[at].Frames;
-        }
+        LeaveOut(place, at, index);
+        at = index;
         place.Lost += Buffers[at].Lost;
     }
     place.Behind = at;
@@ -164,7 +169,9 @@ void Book::CheckKept(const HeardSong& song) {
         return;
     }
     // What is in two songs is there because the user asked for it.
-    const Place place = Find(*pieces, MayOverlap || !LastKnown ? LastBegin : Next, ClaimedBegin(song));
+    const size_t claimed = ClaimedBegin(song);
+    Place place = Find(*pieces, MayOverlap || !LastKnown ? LastBegin : Next, claimed);
+    LeaveOut(place, claimed, place.First);
     if (place.Problem.empty()) CheckGap(Next, place.First, "ahead of a song");
     LastKnown = place.Problem.empty() && !wanted.Damaged;
     MayOverlap = GoesBack(place.RoundTheRing || ReachesTheEnd(place), place.Behind);
