@@ -80,8 +80,10 @@ void SongWriter::Note(const SignalBuffer& buffer) {
     const bool failed = std::exchange(Present.Failing, false);
     if (failed && buffer.StreamPosition > Present.EndFrame) {
         Present.LostFrames += buffer.StreamPosition - Present.EndFrame;
+        Present.FramesBehindGap = 0;
     }
     Present.EndFrame = buffer.StreamPosition + FramesOf(buffer).size();
+    if (Present.FramesBehindGap) *Present.FramesBehindGap += FramesOf(buffer).size();
     Present.LostFrames += buffer.FramesLostBefore;
     Present.DeviceChanges += buffer.DeviceChangesBefore;
     Present.ClippedSamples += buffer.ClippedSamples;
@@ -181,7 +183,11 @@ bool SongWriter::CloseSongFile(SongEnd how) {
 
 void SongWriter::TakePauseOff() {
     if (PauseNeverCame) return;
-    const int64_t pause = std::max<int64_t>(Parts.Pause.PauseBuffers, 0) * BufferBytesOf(SongFile->Format());
+    int64_t pause = std::max<int64_t>(Parts.Pause.PauseBuffers, 0) * BufferBytesOf(SongFile->Format());
+    // What of the pause the disk has refused is not there to be taken off.
+    if (const auto behind = Present.FramesBehindGap) {
+        pause = std::min(pause, static_cast<int64_t>(*behind * sizeof(Frame)));
+    }
     BytesOfSong -= pause;
     if (BytesOfSong <= 0) return;
     if (!SongFile->TakeOff(static_cast<uint64_t>(pause))) {

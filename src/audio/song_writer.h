@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -132,6 +133,7 @@ class SongWriter {
     struct Notes {
         uint64_t BeginFrame = 0;
         uint64_t EndFrame = 0;
+        std::optional<uint64_t> FramesBehindGap;  ///< since the disk last refused some; nothing if it has not
         uint64_t LostFrames = 0;
         uint32_t DeviceChanges = 0;
         uint64_t ClippedSamples = 0;

@@ -224,6 +224,21 @@ TEST(SongFaults, WhatTheDiskRefusesOfTheBeginningIsLost) {
     EXPECT_EQ(bench.Last().BeginFrame, BufferFrames);
 }
 
+TEST(SongFaults, OfAPauseThatTheDiskHasRefusedOnlyTheRestIsTakenOff) {
+    SongBench bench;
+    bench.Pause.PauseBuffers = 4;
+    bench.Flags.RecordCurrentSong = true;
+    bench.HearPause();
+    bench.Hear(30);
+    bench.Disk.AddFault({.Operation = FileOperation::Write, .Error = ENOSPC, .Times = 1});
+    bench.Hear(5);
+    bench.Flags.RecordingEnabled = true;
+    bench.Hear(1);
+    bench.HearPause();
+    EXPECT_EQ(bench.BuffersIn(bench.Last().TempPath), SongBench::Range(1, 30)) << "two were taken off";
+    EXPECT_EQ(bench.Last().LostFrames, 5U * BufferFrames);
+}
+
 TEST(SongFaults, OnlyTheFirstFailureIsKept) {
     SongBench bench;
     bench.Hear(10);

@@ -129,6 +129,7 @@ class Book {
         uint64_t LeftOut = 0;  ///< frames of buffers that it lacks
         uint64_t Refused = 0;  ///< those of them that the disk has refused
         bool RoundTheRing = false;
+        bool Followed = true;  ///< up to its last buffer
         std::string Problem;
     };
 

@@ -143,7 +143,11 @@ Book::Place Book::Find(const std::vector<uint64_t>& pieces, size_t from, size_t 
                                              pieces[number], &BookedBuffer::Hash);
         if (found == Buffers.end()) {
             const bool wasHeard = Contains(Buffers, pieces[number], &BookedBuffer::Hash);
-            place.RoundTheRing = wasHeard && pieces.size() - number <= RingSize;
+            // A full disk may have broken the round off, and the song goes on behind it.
+            const auto present = Buffers.begin() + static_cast<std::ptrdiff_t>(place.First);
+            const bool wasRefused = std::any_of(present, Buffers.end(), std::mem_fn(&BookedBuffer::Off));
+            place.RoundTheRing = wasHeard && (wasRefused || pieces.size() - number <= RingSize);
+            place.Followed = !wasRefused;
             if (!place.RoundTheRing) place.Problem = "holds audio in its middle that was not heard there";
             break;
         }
@@ -173,7 +177,7 @@ void Book::CheckKept(const HeardSong& song) {
     Place place = Find(*pieces, MayOverlap || !LastKnown ? LastBegin : Next, claimed);
     LeaveOut(place, claimed, place.First);
     if (place.Problem.empty()) CheckGap(Next, place.First, "ahead of a song");
-    LastKnown = place.Problem.empty() && !wanted.Damaged;
+    LastKnown = place.Problem.empty() && place.Followed && !wanted.Damaged;
     MayOverlap = GoesBack(place.RoundTheRing || ReachesTheEnd(place), place.Behind);
     if (!place.Problem.empty()) {
         if (!wanted.Damaged) Tell(song.Song.TempPath + " " + place.Problem);
@@ -190,10 +194,12 @@ void Book::CheckKept(const HeardSong& song) {
 
 void Book::CheckLosses() {
     for (const ToldLoss& each : ToldLosses) {
-        // What was lost in the pause that was taken off may have been of the song.
+        // What is missing behind the last buffer, in the pause that was taken off or before it, may have been
+        // of the song.
         uint64_t most = each.Most;
-        for (size_t i = each.Behind; i < Buffers.size() && i <= each.Present && Buffers[i].Quiet; ++i) {
-            most += Buffers[i].Lost;
+        for (size_t i = each.Behind; i < Buffers.size() && i <= each.Present; ++i) {
+            if (!Buffers[i].Quiet && !Buffers[i].MayBeMissing) break;
+            most += Buffers[i].Lost + (Buffers[i].MayBeMissing ? Buffers[i].Frames : 0);
         }
         if (each.Told >= each.Least && each.Told <= most) continue;
         Tell("a song says that it lost " + std::to_string(each.Told) + " frames and has lost " +
