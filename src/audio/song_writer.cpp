@@ -256,7 +256,8 @@ ClosedSong SongWriter::Describe(SongFate fate) const {
     song.Fate = fate;
     song.Frames = static_cast<uint64_t>(std::max<int64_t>(BytesOfSong, 0)) / sizeof(Frame);
     song.BeginFrame = Present.BeginFrame;
-    song.EndFrame = Present.EndFrame;
+    // A song that was followed round the ring ends with audio from before its beginning.
+    song.EndFrame = std::max(Present.EndFrame, Present.BeginFrame + song.Frames);
     song.FramesPerSecond = SongFile->Format().nSamplesPerSec;
     song.LostFrames = Present.LostFrames;
     song.DeviceChanges = Present.DeviceChanges;

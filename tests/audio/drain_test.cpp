@@ -218,6 +218,8 @@ TEST_F(Drains, ASongThatWouldEndAtTheReadIndexIsFollowedOnceRoundTheRing) {
     EXPECT_EQ(written.size(), 400U);
     EXPECT_EQ(written.front(), 390);
     EXPECT_EQ(written.back(), 389);
+    EXPECT_EQ(Last().EndFrame, Last().BeginFrame + 400U * BufferFrames)
+        << "behind its beginning all the same";
     EXPECT_EQ(Ring.AudioReadIndex, 391);
 }
 
