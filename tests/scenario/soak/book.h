@@ -27,8 +27,7 @@ struct BookedBuffer {
     int32_t RingNumber = -1;  ///< its place among all buffers that went into the ring; -1: it did not
     bool Quiet = false;       ///< not above the thresholds
     bool Skipped = false;     ///< taken out of what is routed
-    bool Off = false;  ///< kept out by recording alone, which was off: in the middle of a song the disk has
-                       ///< refused it
+    bool Off = false;  ///< recording was off, and nothing else keeps it out: within a song the disk did
     bool MayBeMissing = false;  ///< a rule, a fault or the user has taken it out
 };
 
@@ -38,9 +37,8 @@ struct BookedBuffer {
 /// - while recording is off, nothing is written, and what waits in the ring may go;
 /// - end of song by silence: the pause that is recognised, the quiet buffers before it up to its length, and
 ///   what is skipped behind it;
-/// - the other ends of song: around a cut one stretch within its window, no buffer of which is louder
-/// than 1.2
-///   times the quietest or 164; what is skipped; silence that is to be ignored;
+/// - the other ends of song: around a cut one stretch within its window, no buffer of which is louder than
+///   1.2 times the quietest or 164; what is skipped; silence that is to be ignored;
 /// - a click in fixed time that begins a recording drops what waits in the ring;
 /// - what the device has lost and the disk has refused is lost, and its song says how much.
 ///
