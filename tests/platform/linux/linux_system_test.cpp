@@ -72,7 +72,7 @@ TEST(LinuxClock, FollowsAChangeOfTheTimeZone) {
     const std::string kept = before != nullptr ? before : "";
     setenv("TZ", "UTC0", 1);
     const DateTime there = LinuxClock().LocalNow();
-    setenv("TZ", "XXX-5:30", 1);
+    setenv("TZ", "IST-5:30", 1);
     const DateTime here = LinuxClock().LocalNow();
     const int minutes = (here.Hour * 60 + here.Minute) - (there.Hour * 60 + there.Minute);
     EXPECT_NEAR((minutes + 1440) % 1440, 330, 1);
