@@ -31,8 +31,15 @@ function(corvetape_test name)
     add_executable(test-${name} ${sources})
     target_include_directories(test-${name} PRIVATE ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE_DIR}/tests)
     target_link_libraries(test-${name} PRIVATE ${TEST_USES} GTest::gmock GTest::gtest_main corvetape_options)
-    target_compile_definitions(test-${name} PRIVATE
-        CORVETAPE_SOURCE_DIR="${CMAKE_SOURCE_DIR}" CORVETAPE_BINARY_DIR="${CMAKE_BINARY_DIR}")
+    # Only the sources that name a folder of the checkout are compiled with it, so that a compiler cache serves
+    # all others to every checkout.
+    foreach(source IN LISTS sources)
+        file(STRINGS ${source} places REGEX "CORVETAPE_(SOURCE|BINARY)_DIR" LIMIT_COUNT 1)
+        if(places)
+            set_source_files_properties(${source} PROPERTIES COMPILE_DEFINITIONS
+                "CORVETAPE_SOURCE_DIR=\"${CMAKE_SOURCE_DIR}\";CORVETAPE_BINARY_DIR=\"${CMAKE_BINARY_DIR}\"")
+        endif()
+    endforeach()
     if(TEST_DEPENDS)
         add_dependencies(test-${name} ${TEST_DEPENDS})
     endif()

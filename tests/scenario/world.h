@@ -2,13 +2,11 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <fstream>
 #include <functional>
 #include <initializer_list>
 #include <map>
 #include <memory>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,6 +20,7 @@
 #include "platform/sim/sim_machine.h"
 #include "platform/sim/sim_players.h"
 #include "platform/sim/source_players.h"
+#include "support/data_file.h"
 
 namespace Corvetape::Test {
 
@@ -39,14 +38,6 @@ struct IniLine {
     std::string Key;
     std::string Value;
 };
-
-/// A file that comes with the program, as it lies in the tree.
-inline std::string DataFile(const std::string& name) {
-    std::ifstream stream(CORVETAPE_SOURCE_DIR "/data/" + name, std::ios::binary);
-    std::ostringstream text;
-    text << stream.rdbuf();
-    return text.str();
-}
 
 class World;
 
