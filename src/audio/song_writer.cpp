@@ -13,6 +13,15 @@ namespace {
 
 constexpr std::array<std::string_view, 4> TagIds = {"IGNR", "IART", "IALB", "INAM"};
 
+/// What is made beside a temporary song under its name: the song, its note and its cover.
+constexpr std::array<std::string_view, 5> ExtensionsOfSong = {".wav", ".note", ".jpg", ".png", ".gif"};
+
+/// A name that goes on after the song's with anything else is that of another song.
+bool IsFileOfSong(std::string_view name, std::string_view baseName) {
+    return name.starts_with(baseName) &&
+           std::ranges::find(ExtensionsOfSong, name.substr(baseName.size())) != ExtensionsOfSong.end();
+}
+
 /// Bytes of one buffer of 50 ms.
 int64_t BufferBytesOf(const WaveFormat& format) {
     return int64_t{FramesPerBufferOf(format)} * static_cast<int64_t>(sizeof(Frame));
@@ -246,7 +255,7 @@ void SongWriter::DeleteSongFiles() {
     Parts.Disk.Delete(FilePath);  // by its name, so that it goes even where the folder cannot be listed
     const std::string folder = FilePath.substr(0, FilePath.rfind('/'));
     for (const FileEntry& entry : Parts.Disk.List(folder)) {
-        const bool ours = !entry.IsFolder && entry.Name.starts_with(BaseName + ".");
+        const bool ours = !entry.IsFolder && IsFileOfSong(entry.Name, BaseName);
         if (ours) Parts.Disk.Delete(folder + "/" + entry.Name);  // one that stays does no harm
     }
 }

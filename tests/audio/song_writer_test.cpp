@@ -148,16 +148,21 @@ TEST_F(Songs, InTheOtherModesTheHistoryGetsNoMarks) {
 
 // Breaking off.
 
-TEST_F(Songs, AnAbortedSongIsDeletedWithEverythingOfItsName) {
+TEST_F(Songs, AnAbortedSongIsDeletedWithItsNoteAndCoverAndNothingElse) {
     Flags.RecordCurrentSong = true;
     Hear(10);
     const std::string base = Writer.SongBaseName();
     Disk.Put("/temp/Corvet/" + base + ".jpg", "cover");
     Disk.Put("/temp/Corvet/" + base + "-2.wav", "another");
+    Disk.Put("/temp/Corvet/" + base + ".note", "note");
+    Disk.Put("/temp/Corvet/" + base + ". Live.wav", "another");
+    Disk.Put("/temp/Corvet/" + base + ".txt", "another's");
     Disk.Put("/temp/Corvet/2405141200.wav", "another");
     Writer.AbortSong();
-    EXPECT_EQ(Disk.Tree("/temp/Corvet"),
-              (std::vector<std::string>{"/temp/Corvet/2405141200.wav", "/temp/Corvet/240514120000-2.wav"}));
+    EXPECT_EQ(
+        Disk.Tree("/temp/Corvet"),
+        (std::vector<std::string>{"/temp/Corvet/2405141200.wav", "/temp/Corvet/240514120000-2.wav",
+                                  "/temp/Corvet/240514120000. Live.wav", "/temp/Corvet/240514120000.txt"}));
     EXPECT_FALSE(Flags.RecordingEnabled);
     EXPECT_FALSE(Writer.SongFileOpen());
     EXPECT_EQ(Writer.SongBytes(), 0);
