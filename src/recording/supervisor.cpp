@@ -216,7 +216,9 @@ Supervisor::Next Supervisor::CountDown() {
 Supervisor::Next Supervisor::WatchBuffers() {
     Parts.Form.lblMaxBuffers.Caption(std::to_string(Parts.MaxBuffersUsed));
     if (int64_t{Parts.MaxBuffersUsed} + 1 < Parts.Settings.RecordingBuffers) return Next::Continue;
-    const std::string text = Text("814", {std::to_string(Parts.MaxBuffersUsed)});
+    // Late is not lost: the sound server keeps what nobody has fetched yet.
+    const bool lost = std::exchange(FramesLostWhenTold, Parts.Signal.FramesLost) != Parts.Signal.FramesLost;
+    const std::string text = Text(lost ? "870" : "814", {std::to_string(Parts.MaxBuffersUsed)});
     Actions.WriteLog("ERROR", text);
     Parts.Form.lblStatus[1].Caption(text);
     Parts.MaxBuffersUsed = 0;
@@ -227,7 +229,9 @@ Supervisor::Next Supervisor::CutByTime() {
     if (Parts.Pause.EndOfSongDetection != EndOfSong::FixedTime) return Next::Continue;
     CutState& cut = Parts.Cut;
     ++cut.FixedTimeSeconds;
-    if (cut.FixedTimeSeconds != Parts.Pause.EndOfSongTimer) return Next::Continue;
+    // The time may have been shortened since the last cut. Without a time nothing is cut.
+    const int32_t due = Parts.Pause.EndOfSongTimer;
+    if (due <= 0 || cut.FixedTimeSeconds < due) return Next::Continue;
     cut.FixedTimeSeconds = 0;
     cut.SongBoundary = true;
     cut.CutIndex = Parts.Ring.AudioWriteIndex;

@@ -52,6 +52,7 @@ struct SupervisorActions {
     // Recording.
     std::function<void()> ShowFlags;  ///< check boxes follow the flags
     std::function<bool()> SongFileOpen;
+    std::function<void()> BreakOff;  ///< the song that plays is not kept; the next one is
     std::function<void()> AbortSong;
     std::function<bool()> DrainAudioRing;  ///< false if a song file could not be made: the program ends
     std::function<bool()> CheckDisk;       ///< once a minute; false if the program has to end
@@ -127,6 +128,7 @@ class Supervisor {
     bool SilenceNoticeShown = false;
     bool EndAfterSilenceDone = false;
     int16_t MinuteCounter = 0;
+    uint64_t FramesLostWhenTold = 0;  ///< when this computer was last reported too busy
 };
 
 }  // namespace Corvetape

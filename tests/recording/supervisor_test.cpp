@@ -403,6 +403,36 @@ TEST(Supervisor, ReportsAnOverrunWhenOneBufferIsLeft) {
     EXPECT_EQ(rig.MaxBuffersUsed, 0);
 }
 
+TEST(Supervisor, SaysThatMusicIsMissingOnlyIfFramesWereLost) {
+    SupervisorRig rig;
+    rig.MaxBuffersUsed = 29;
+    rig.Signal.FramesLost = 441;
+    rig.Tick();
+    EXPECT_EQ(rig.Form.lblStatus[1].Caption(), "#870 29");
+    rig.MaxBuffersUsed = 30;
+    rig.Tick();
+    EXPECT_EQ(rig.Form.lblStatus[1].Caption(), "#814 30") << "that loss was reported the last time";
+}
+
+TEST(Supervisor, CutsAtOnceWhenTheTimeIsShortenedBelowWhatHasPassed) {
+    SupervisorRig rig;
+    rig.Pause.EndOfSongDetection = EndOfSong::FixedTime;
+    rig.Pause.EndOfSongTimer = 60;
+    rig.Ticks(10);
+    rig.Pause.EndOfSongTimer = 5;
+    rig.Tick();
+    EXPECT_TRUE(rig.Cut.CutPending);
+    EXPECT_EQ(rig.Cut.FixedTimeSeconds, 0);
+}
+
+TEST(Supervisor, WithoutATimeNothingIsCutByTime) {
+    SupervisorRig rig;
+    rig.Pause.EndOfSongDetection = EndOfSong::FixedTime;
+    rig.Pause.EndOfSongTimer = 0;
+    rig.Ticks(10);
+    EXPECT_FALSE(rig.Cut.CutPending);
+}
+
 TEST(Supervisor, CutsByTimeWhenTheTimeIsReached) {
     SupervisorRig rig;
     rig.Pause.EndOfSongDetection = EndOfSong::FixedTime;
