@@ -37,6 +37,7 @@ void AddMedia(SupervisorActions& actions, ProgramParts& parts) {
 void AddRecording(SupervisorActions& actions, ProgramParts& parts) {
     actions.ShowFlags = [&parts] { parts.Recording.ShowFlags(); };
     actions.SongFileOpen = [&parts] { return parts.Writer.SongFileOpen(); };
+    actions.BreakOff = [&parts] { parts.Recording.BreakOff(); };
     actions.AbortSong = [&parts] { parts.Writer.AbortSong(); };
     actions.DrainAudioRing = [&parts] { return parts.Drain.DrainAudioRing(false); };
     actions.CheckDisk = [&parts] { return parts.Disk.Run(); };

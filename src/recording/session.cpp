@@ -48,6 +48,25 @@ void Session::ShowFlags() {
     Following = false;
 }
 
+void Session::BreakOff() {
+    RecordingFlags& flags = Parts.Flags;
+    if (Parts.Pause.EndOfSongDetection != EndOfSong::FixedTime) {
+        Parts.Form.chkStartStop[1].Value(1);
+        return;
+    }
+    if (!flags.RecordCurrentSong) return;
+    const bool last = flags.StopAtEndOfSong;
+    flags.RecordCurrentSong = false;
+    Actions.CloseSongFile();
+    Parts.Cut.FixedTimeSeconds = 0;
+    Parts.Cut.CutPending = false;
+    Parts.Ring.AudioReadIndex = Parts.Ring.AudioWriteIndex;
+    // Where the disk is nearly full, recording has ended with this piece.
+    if (!flags.RecordingEnabled) return;
+    flags.RecordCurrentSong = true;
+    flags.StopAtEndOfSong = last;
+}
+
 void Session::StartStopClicked(size_t index) {
     frmMain& form = Parts.Form;
     const bool ticked = form.chkStartStop[index].Value() != 0;

@@ -40,6 +40,10 @@ class Session {
     /// nothing is cut: nobody has clicked.
     void ShowFlags();
 
+    /// Silence has broken off what plays: it is not kept, and the wish to record passes on. By fixed time no
+    /// other song will come, so the next piece begins at once.
+    void BreakOff();
+
  private:
     void StartStopClicked(size_t index);
     void FollowFlags();

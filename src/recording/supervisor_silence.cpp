@@ -29,10 +29,12 @@ Supervisor::Next Supervisor::ReactToSilence() {
     if (due && wanted && Parts.Settings.RestartRadioIfSilent && !Parts.Lifecycle.WizardRequested &&
         Parts.Media.StationDataEnabled) {
         Actions.RestartRadio();
-        form.chkStartStop[1].Value(1);
+        Actions.BreakOff();
     }
     // A song that the silence broke off is not kept; the next one is.
-    if (Parts.Flags.RecordCurrentSong && Actions.SongFileOpen()) form.chkStartStop[1].Value(1);
+    // A piece by time waits for no sound, so its silence is given up every second, before it is in a file.
+    const bool plays = Actions.SongFileOpen() || Parts.Pause.EndOfSongDetection == EndOfSong::FixedTime;
+    if (Parts.Flags.RecordCurrentSong && plays) Actions.BreakOff();
     if (silent >= Parts.Pause.QuitAfterSilence && !EndAfterSilenceDone) return EndAfterSilence();
     return Next::Continue;
 }

@@ -91,5 +91,33 @@ TEST_F(SessionAtOnce, AStopAtTheEndIsClearedByTurningRecordingOff) {
     EXPECT_EQ(Rig.Closed.back(), SongFate::Kept);
 }
 
+// Silence.
+
+TEST_F(SessionAtOnce, APieceThatSilenceBreaksOffIsNotKeptAndTheNextOneBeginsAtOnce) {
+    Rig.Form.chkStartStop[0].Value(1);
+    Rig.Play(300);
+    Rig.Closed.clear();
+    Rig.Recording.BreakOff();
+    EXPECT_EQ(Rig.Closed, std::vector{SongFate::Unwanted});
+    EXPECT_TRUE(Rig.Flags.RecordCurrentSong);
+    EXPECT_EQ(Rig.Form.chkStartStop[0].Value(), 1);
+    EXPECT_EQ(Rig.Cut.FixedTimeSeconds, 0);
+    EXPECT_EQ(Rig.Ring.Unread(), 0);
+}
+
+TEST_F(SessionAtOnce, APieceThatSilenceBreaksOffLeavesTheWishToStopToTheNextOne) {
+    Rig.Form.cmdQuickRecord.Press();
+    Rig.Play(300);
+    Rig.Recording.BreakOff();
+    EXPECT_TRUE(Rig.Flags.RecordCurrentSong);
+    EXPECT_TRUE(Rig.Flags.StopAtEndOfSong);
+}
+
+TEST_F(SessionAtOnce, WhatNobodyWantsIsNotBrokenOff) {
+    Rig.Recording.BreakOff();
+    EXPECT_TRUE(Rig.Closed.empty());
+    EXPECT_TRUE(Rig.Writer.SongFileOpen());
+}
+
 }  // namespace
 }  // namespace Corvetape::Test

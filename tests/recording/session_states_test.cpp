@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <limits>
+#include <optional>
 #include <string>
 
 #include "watched_rig.h"
@@ -153,6 +154,7 @@ struct Row {
     UserState To[4];  ///< from Watching, Waiting, Recording, LastSong
     bool BySilence = true;
     bool InOtherModes = true;
+    std::optional<bool> ByTime{};  ///< where it differs from the other modes
 };
 
 constexpr Row Table[] = {
@@ -173,7 +175,9 @@ constexpr Row Table[] = {
     {UserEvent::SongIsExcluded, "SongIsExcluded", {Watching, Waiting, Waiting, Waiting}},
     {UserEvent::LongSilence, "LongSilence", {Watching, Watching, Watching, Watching}, true, false},
     // A song that the silence has broken off passes its wish on to the next one.
-    {UserEvent::LongSilence, "LongSilence", {Watching, Waiting, Waiting, Waiting}, false, true},
+    {UserEvent::LongSilence, "LongSilence", {Watching, Waiting, Waiting, Waiting}, false, true, false},
+    // By time no other song comes, so the wish ends with the recording.
+    {UserEvent::LongSilence, "LongSilence", {Watching, Waiting, Watching, Watching}, false, false, true},
 };
 
 class SessionStates : public testing::TestWithParam<EndOfSong> {};
@@ -181,7 +185,9 @@ class SessionStates : public testing::TestWithParam<EndOfSong> {};
 TEST_P(SessionStates, FollowTheTable) {
     const bool bySilence = GetParam() == EndOfSong::Silence;
     for (const Row& row : Table) {
-        if (!(bySilence ? row.BySilence : row.InOtherModes)) continue;
+        const bool byTime = GetParam() == EndOfSong::FixedTime;
+        const bool otherwise = byTime ? row.ByTime.value_or(row.InOtherModes) : row.InOtherModes;
+        if (!(bySilence ? row.BySilence : otherwise)) continue;
         for (const UserState from : {Watching, Waiting, Recording, LastSong}) {
             WatchedRig rig;
             rig.Pause.EndOfSongDetection = GetParam();

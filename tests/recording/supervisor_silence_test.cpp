@@ -99,6 +99,15 @@ TEST(SupervisorSilence, ASongThatTheSilenceBrokeOffPassesItsWishToTheNextOne) {
     EXPECT_EQ(rig.Form.chkStartStop[1].Value(), 1);
 }
 
+TEST(SupervisorSilence, APieceByTimeIsBrokenOffBeforeItsSilenceIsInAFile) {
+    SupervisorRig rig;
+    rig.Pause.EndOfSongDetection = EndOfSong::FixedTime;
+    rig.Flags.RecordCurrentSong = true;
+    rig.Signal.SilenceSeconds = 60;
+    rig.Tick();
+    EXPECT_EQ(rig.Form.chkStartStop[1].Value(), 1);
+}
+
 TEST(SupervisorSilence, ASongThatNobodyWantsPassesNoWishOn) {
     SupervisorRig rig;
     rig.FileOpen = true;

@@ -51,6 +51,7 @@ class WatchedRig : public SessionRig {
         actions.IsSongExcluded = [this] { return Excluded; };
         actions.ShowFlags = [this] { Recording.ShowFlags(); };
         actions.SongFileOpen = [this] { return Writer.SongFileOpen(); };
+        actions.BreakOff = [this] { Recording.BreakOff(); };
         actions.AbortSong = [this] { Writer.AbortSong(); };
         actions.DrainAudioRing = [this] { return Drain.DrainAudioRing(false); };
         actions.CheckDisk = [] { return true; };

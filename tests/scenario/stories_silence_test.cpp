@@ -85,6 +85,29 @@ TEST(QuietStation, ByMediaDataTheSongThatTheSilenceBrokeOffIsNotKeptButTheNextOn
               });
 }
 
+TEST(QuietStation, ByTimeNoPieceOfSilenceIsKeptAndTheReturningSoundIsInOne) {
+    TellTwice(
+        [] {
+            WorldOptions options = Station(200, "2");
+            options.Settings.push_back({ProviderOfRadio, "EndOfSongTimer", "300"});
+            options.Settings.push_back({ProviderOfRadio, "QuitAfterSilence", "60"});
+            return options;
+        },
+        [](World& world) {
+            ASSERT_TRUE(world.StartRecording());
+            RunTo(world, FirstBreak + 199);
+            ASSERT_THAT(world.Closed, SizeIs(1));
+            EXPECT_EQ(world.Closed[0].Song.Fate, SongFate::Unwanted);
+            RunTo(world, FirstBreak + 330);
+            world.Finish();
+            ASSERT_THAT(world.Closed, SizeIs(2));
+            EXPECT_EQ(world.Closed[1].Song.Fate, SongFate::Kept);
+            const uint64_t sound = world.Truth()->Songs()[2].Begin;
+            EXPECT_LE(world.Closed[1].RadioBegin, sound);
+            EXPECT_GE(world.Closed[1].RadioBegin + 2 * uint64_t{44100}, sound);
+        });
+}
+
 TEST(QuietStation, IsNotToldWhereSilenceIsToBeIgnored) {
     TellTwice(
         [] {
