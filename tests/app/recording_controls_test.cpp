@@ -69,6 +69,19 @@ TEST(TimedStop, OfNoMinutesIsRefusedWithItsText) {
     EXPECT_EQ(world.Form().chkStopRecording[1].Value(), 0);
 }
 
+TEST(TimedStop, OfNoMinutesIsRefusedAheadOfItsTickThatGoes) {
+    World world(Songs({60}));
+    ASSERT_TRUE(world.Start());
+    world.Form().chkStartStop[0].Value(1);
+    world.Form().txtRecordingPeriod.Text("0");
+    std::vector<int32_t> ticked;
+    world.Computer.Dialogs.WhileOpen = [&](const ShownBox&) {
+        ticked.push_back(world.Form().chkStopRecording[1].Value());
+    };
+    world.Form().chkStopRecording[1].Press();
+    EXPECT_THAT(ticked, ElementsAre(1));
+}
+
 TEST(TimedStop, ShowsTheMinutesThatAreLeftAndDoesNotStoreThem) {
     World world(Songs({600}));
     ASSERT_TRUE(world.StartRecording());

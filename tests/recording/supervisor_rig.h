@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <vector>
@@ -73,6 +74,7 @@ class SupervisorRig {
     int32_t MaxBuffersUsed = 0;
 
     std::vector<std::string> Asked;
+    std::function<void()> WhileBoxIsOpen;
     bool DevicesThere = true;
     bool NeedsProvider = false;
     bool Launching = false;
@@ -128,7 +130,10 @@ class SupervisorRig {
         actions.WriteLog = [this](const std::string& kind, const std::string& text) {
             Note("Log " + kind + " " + text);
         };
-        actions.WarningBox = [this](const std::string& text) { Note("Box " + text); };
+        actions.WarningBox = [this](const std::string& text) {
+            Note("Box " + text);
+            if (WhileBoxIsOpen) WhileBoxIsOpen();
+        };
         actions.ShowTrayTip = [this](const std::string& tip) { Note("Tip " + tip); };
         actions.ShowTrayState = [this](int32_t state) { Note("Tray " + std::to_string(state)); };
     }

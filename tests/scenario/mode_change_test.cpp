@@ -66,6 +66,31 @@ TEST(ChangeOfMode, WhileRecordingIsOffBringsNothingOldIntoALaterSong) {
     EXPECT_EQ(ComparedWithRadio(world, second, world.Transferred[1].MusicFile), "equal");
 }
 
+TEST(ChangeOfMode, WhileRecordingIsOffForgetsTheCutThatIsDue) {
+    WorldOptions options;
+    options.Radio = NumberedRadio({40, 20, 100}, {.SecondsBetweenRests = 4});
+    options.Settings = {{ProviderOfRadio, "LengthOfPause", "500"},
+                        {ProviderOfRadio, "IgnoreShortSongs", "5"}};
+    World world(std::move(options));
+    ASSERT_TRUE(world.StartRecording());
+    world.Form().optEndOfSong[1].Press();
+    world.RunFor(20);
+    ASSERT_TRUE(world.RunUntil([&] { return world.Values().Cut.CutPending; }, 40));
+    world.Values().Flags.RecordingEnabled = false;  // such as by a full disk
+    world.Form().optEndOfSong[0].Press();
+    world.RunFor(5);
+    world.Values().Flags.RecordingEnabled = true;
+    world.RunFor(90 - world.Now());  // in the third song, which the new cut would shorten
+    world.Form().optEndOfSong[1].Press();
+    world.RunFor(175 - world.Now());
+    world.Finish();
+    ASSERT_FALSE(world.Transferred.empty());
+    const HeardSong third = KeptSongs(world).back();
+    EXPECT_LE(third.RadioBegin, world.Truth()->Songs()[2].Begin);
+    EXPECT_GE(third.RadioEnd, world.Truth()->Songs()[2].End);
+    EXPECT_EQ(ComparedWithRadio(world, third, world.Transferred.back().MusicFile), "equal");
+}
+
 class ReopenedInput : public testing::TestWithParam<int> {};
 
 TEST_P(ReopenedInput, KeepsWhatWasHeardBefore) {

@@ -1,0 +1,55 @@
+// What the steps of the start bring about, beyond that they are there.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/desktop_notes.h"
+#include "scenario/song_audio.h"
+
+namespace Corvetape::Test {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(StartEffects, TheMainWindowSpeaksTheLanguageOfTheUser) {
+    World world(Starting("", {{"General", "Language", "german"}}));
+    world.Disk().Put("/opt/corvetape/german.lang", "test1=Aufnahme|Nimmt auf\r\n");
+    Label label(world.Form(), "lblTest", -1, "test1");
+    label.Caption("Recording");
+    ASSERT_TRUE(world.Load());
+    EXPECT_EQ(label.Caption(), "Aufnahme");
+    EXPECT_EQ(label.ToolTip(), "Nimmt auf");
+}
+
+TEST(StartEffects, WhatWaitedIsHandledOnceBehindTheBusyPointer) {
+    World world;
+    DesktopNotes desktop;
+    std::vector<std::string> seen;
+    EventLoop& loop = world.Computer.Loop;
+    desktop.WhileAsked = [&](const std::string& what) {
+        if (what == "ShowWindow") loop.Post([&] { seen.emplace_back("event"); });
+        if (what == "LoadBars" || what == "normal pointer") seen.push_back(what);
+    };
+    PutOn(world, desktop);
+    ASSERT_TRUE(world.Load());
+    EXPECT_THAT(seen, ElementsAre("LoadBars", "normal pointer", "event"));
+}
+
+TEST(StartEffects, TheSourceIsNotPolledInTheFirstSecond) {
+    WorldOptions options = Starting("", {{ProviderOfRadio, "EndOfSongDetection", "1"}});
+    options.Machine.WallTime.Millisecond = 600;  // the timers begin in the middle of a second
+    options.RestartRadio = [] {};                // so that it plays from a page
+    options.Radio = NumberedRadio({60}, {.FirstPause = 0});
+    World world(std::move(options));
+    ASSERT_TRUE(world.Load());
+    // A poll now would take the title that plays for a new one, and cut there before there is any sound.
+    world.RunFor(1.2);
+    EXPECT_TRUE(world.Form().tmrGetMediaData.Running());
+    EXPECT_FALSE(world.Form().chkStartStop[0].Enabled()) << "it is the first second still";
+    EXPECT_FALSE(world.Values().Cut.CutPending);
+    EXPECT_FALSE(world.Values().Cut.SongBoundary);
+    world.RunFor(1);
+    EXPECT_EQ(world.Values().Media.CurrentMedia.Song, "Song 1");
+}
+
+}  // namespace
+}  // namespace Corvetape::Test
