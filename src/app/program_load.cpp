@@ -121,7 +121,6 @@ Program::Next Program::ShowVersion() {
 
 Program::Next Program::LayOutPages() {
     Run(Desktop.LayOutPages);
-    Memory->Form.chkNoStartupInfo.Visible(false);
     return Next::Continue;
 }
 
@@ -282,7 +281,7 @@ Program::Next Program::ShowWindow() {
 }
 
 Program::Next Program::LoadBars() {
-    Memory->Form.chkQuickButtons.Value(Memory->Options.QuickButtonsVisible ? 1 : 0);
+    Memory->Form.chkQuickButtons.Value(Memory->Options.QuickButtonsVisible ? 0 : 1);
     Run(Desktop.LoadBars);
     return Next::Continue;
 }

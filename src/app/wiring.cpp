@@ -250,7 +250,7 @@ void AttachHandlers(ProgramParts& parts) {
         parts.NoteSong();
         parts.Owner.CollectJobs();
     });
-    form.Methods["Quit"] = [&parts] { parts.Owner.Close(); };
+    form.Methods.Add("Quit", [&parts] { parts.Owner.Close(); });
 }
 
 }  // namespace Corvetape

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string>
@@ -38,6 +39,25 @@ class ControlArray {
 
  private:
     std::array<ControlType, Count> Members;
+};
+
+/// A control array whose indices are not 0, 1, 2 and so on.
+template <typename ControlType, int32_t... Indices>
+class SparseControlArray {
+ public:
+    SparseControlArray(Form& form, const char* name) : Members{ControlType(form, name, Indices)...} {}
+
+    /// The member of an index, which must be one of `Indices`.
+    ControlType& operator[](int32_t index) {
+        return *std::ranges::find(Members, index, [](const ControlType& each) { return each.Index(); });
+    }
+    auto begin() { return Members.begin(); }
+    auto end() { return Members.end(); }
+    auto begin() const { return Members.begin(); }
+    auto end() const { return Members.end(); }
+
+ private:
+    std::array<ControlType, sizeof...(Indices)> Members;
 };
 
 /// A control array of option buttons, of which one at most is set.

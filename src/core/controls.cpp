@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/form.h"
+#include "core/text.h"
 #include "platform/event_loop.h"
 
 namespace Corvetape {
@@ -17,10 +18,17 @@ bool ReadWhole(std::string_view text, int32_t& value) {
     return error == std::errc() && end == text.data() + text.size();
 }
 
+/// Runs the handlers of `event` if `wanted` is its name.
+bool RunIfNamed(std::string_view wanted, std::string_view name, const Event<>& event) {
+    if (!EqualIgnoringCase(wanted, name)) return false;
+    event.Raise();
+    return true;
+}
+
 }  // namespace
 
 Control::Control(Form& form, std::string name, int32_t index, std::string textKey)
-    : OwnName(std::move(name)), OwnIndex(index), OwnTextKey(std::move(textKey)) {
+    : Parent(form), OwnName(std::move(name)), OwnIndex(index), OwnTextKey(std::move(textKey)) {
     form.Members.push_back(this);
 }
 
@@ -48,8 +56,23 @@ void Control::Caption(std::string text) {
     Changed.Raise();
 }
 
+void Control::Wording(std::string textKey, std::string defaultCaption) {
+    TextKey(std::move(textKey));
+    Caption(std::move(defaultCaption));
+}
+
 bool Control::SetValueText(std::string_view /*text*/) {
     return false;
+}
+
+bool Control::RunHandler(std::string_view /*event*/) {
+    return false;
+}
+
+bool Control::SetFocus() {
+    if (!IsEnabled || !IsVisible) return false;
+    Parent.Focus(*this);
+    return true;
 }
 
 bool Label::SetValueText(std::string_view text) {
@@ -61,8 +84,16 @@ void Label::Press() {
     if (Enabled()) Click.Raise();
 }
 
+bool Label::RunHandler(std::string_view event) {
+    return RunIfNamed(event, "Click", Click);
+}
+
 void CommandButton::Press() {
     if (Enabled()) Click.Raise();
+}
+
+bool CommandButton::RunHandler(std::string_view event) {
+    return RunIfNamed(event, "Click", Click);
 }
 
 void CheckBox::Value(int32_t value) {
@@ -82,6 +113,10 @@ bool CheckBox::SetValueText(std::string_view text) {
 
 void CheckBox::Press() {
     if (Enabled()) Value(1 - Value());
+}
+
+bool CheckBox::RunHandler(std::string_view event) {
+    return RunIfNamed(event, "Click", Click);
 }
 
 int32_t OptionGroup::Selected() const {
@@ -118,6 +153,10 @@ void OptionButton::Press() {
     if (Enabled()) Value(true);
 }
 
+bool OptionButton::RunHandler(std::string_view event) {
+    return RunIfNamed(event, "Click", Click);
+}
+
 void TextBox::Text(std::string text) {
     if (OwnText == text) return;
     OwnText = std::move(text);
@@ -135,6 +174,18 @@ bool TextBox::SetValueText(std::string_view text) {
     if (!RunValidate()) return true;
     Text(before);
     return false;
+}
+
+void TextBox::Press() {
+    if (Enabled()) Click.Raise();
+}
+
+bool TextBox::RunHandler(std::string_view event) {
+    if (!EqualIgnoringCase(event, "Validate")) {
+        return RunIfNamed(event, "Change", Change) || RunIfNamed(event, "Click", Click);
+    }
+    RunValidate();
+    return true;
 }
 
 void ListBox::Clear() {
@@ -192,6 +243,10 @@ bool ListBox::Select(int32_t index) {
 bool ListBox::SetValueText(std::string_view text) {
     int32_t index = 0;
     return ReadWhole(text, index) && ListIndex(index);
+}
+
+bool ListBox::RunHandler(std::string_view event) {
+    return RunIfNamed(event, "Click", Click);
 }
 
 bool MultiListBox::Selected(int32_t index, bool selected) {
@@ -263,24 +318,36 @@ bool Slider::SetValueText(std::string_view text) {
     return true;
 }
 
-void TabStrip::AddTab(std::string key, TabTexts texts) {
-    OwnKeys.push_back(std::move(key));
-    OwnTexts.push_back(std::move(texts));
+bool Slider::RunHandler(std::string_view event) {
+    return RunIfNamed(event, "Change", Change) || RunIfNamed(event, "Scroll", Scroll);
+}
+
+void TabStrip::AddTab(Tab tab) {
+    OwnTabs.push_back(std::move(tab));
     Changed.Raise();
 }
 
-void TabStrip::Texts(size_t index, TabTexts texts) {
-    OwnTexts.at(index) = std::move(texts);
+void TabStrip::Texts(size_t index, std::string caption, std::string toolTip) {
+    Tab& tab = OwnTabs.at(index);
+    tab.Caption = std::move(caption);
+    tab.ToolTip = std::move(toolTip);
     Changed.Raise();
 }
 
 bool TabStrip::Select(std::string_view key) {
-    if (std::ranges::find(OwnKeys, key) == OwnKeys.end()) return false;
-    if (Selected == key) return true;
-    Selected = key;
+    const auto found =
+        std::ranges::find_if(OwnTabs, [key](const Tab& each) { return EqualIgnoringCase(each.Key, key); });
+    if (found == OwnTabs.end()) return false;
+    const auto index = static_cast<size_t>(found - OwnTabs.begin());
+    if (index == Current) return true;
+    Current = index;
     Changed.Raise();
     Click.Raise();
     return true;
+}
+
+bool TabStrip::RunHandler(std::string_view event) {
+    return RunIfNamed(event, "Click", Click);
 }
 
 TimerControl::TimerControl(Form& form, std::string name, int32_t intervalMs)
@@ -317,6 +384,10 @@ void TimerControl::Apply() {
     } else {
         Backing->Stop();
     }
+}
+
+bool TimerControl::RunHandler(std::string_view event) {
+    return RunIfNamed(event, "Timer", Timer);
 }
 
 }  // namespace Corvetape

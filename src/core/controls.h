@@ -33,6 +33,15 @@ class Control {
     const std::string& Name() const { return OwnName; }
     int32_t Index() const { return OwnIndex; }
     const std::string& TextKey() const { return OwnTextKey; }
+    void TextKey(std::string textKey) { OwnTextKey = std::move(textKey); }
+
+    /// Gives it the key of its texts and the caption that it has until a language file replaces it. A text
+    /// box takes no caption: a label of its own names it.
+    void Wording(std::string textKey, std::string defaultCaption = {});
+
+    /// A word for whoever handles the control; it is never shown. Empty unless it is set.
+    const std::string& Tag() const { return OwnTag; }
+    void Tag(std::string tag) { OwnTag = std::move(tag); }
 
     bool Enabled() const { return IsEnabled; }
     void Enabled(bool enabled);
@@ -54,13 +63,22 @@ class Control {
     /// What a click does. Nothing on a disabled control.
     virtual void Press() {}
 
+    /// Runs the handlers of an event by its name, such as "Click" or "Validate", ignoring case, without the
+    /// event itself: the value stays, and a disabled control runs them too. False if it has no such event.
+    virtual bool RunHandler(std::string_view event);
+
+    /// Asks for the keyboard. False if it cannot have it, because it is disabled or invisible.
+    bool SetFocus();
+
     /// Anything that can be seen has changed.
     Event<> Changed;
 
  private:
+    Form& Parent;
     std::string OwnName;
     int32_t OwnIndex;
     std::string OwnTextKey;
+    std::string OwnTag;
     std::string OwnCaption;
     std::string OwnToolTip;
     bool IsEnabled = true;
@@ -73,6 +91,7 @@ class Label : public Control {
     std::string ValueText() const override { return Caption(); }
     bool SetValueText(std::string_view text) override;
     void Press() override;
+    bool RunHandler(std::string_view event) override;
     Event<> Click;
 };
 
@@ -80,6 +99,7 @@ class CommandButton : public Control {
  public:
     using Control::Control;
     void Press() override;
+    bool RunHandler(std::string_view event) override;
     Event<> Click;
 };
 
@@ -92,6 +112,7 @@ class CheckBox : public Control {
     std::string ValueText() const override { return Ticked ? "1" : "0"; }
     bool SetValueText(std::string_view text) override;
     void Press() override;
+    bool RunHandler(std::string_view event) override;
     Event<> Click;
 
  private:
@@ -121,6 +142,7 @@ class OptionButton : public Control {
     std::string ValueText() const override { return IsSet ? "1" : "0"; }
     bool SetValueText(std::string_view text) override;
     void Press() override;
+    bool RunHandler(std::string_view event) override;
     Event<> Click;
 
  private:
@@ -144,7 +166,10 @@ class TextBox : public Control {
     /// Sets the text and leaves the field. A refused text is taken back.
     bool SetValueText(std::string_view text) override;
 
+    bool RunHandler(std::string_view event) override;
+    void Press() override;
     Event<> Change;
+    Event<> Click;
     std::function<bool()> Validate;  ///< true refuses; one owner
 
  private:
@@ -187,6 +212,7 @@ class ListBox : public Control {
 
     std::string ValueText() const override { return std::to_string(Index_); }
     bool SetValueText(std::string_view text) override;
+    bool RunHandler(std::string_view event) override;
     Event<> Click;
     Event<int32_t> Revealed;
 
@@ -241,6 +267,7 @@ class Slider : public Control {
     void Step(int32_t step) { OwnStep = step; }
     std::string ValueText() const override { return std::to_string(OwnValue); }
     bool SetValueText(std::string_view text) override;
+    bool RunHandler(std::string_view event) override;
     Event<> Scroll;
     Event<> Change;
 
@@ -257,36 +284,40 @@ class ScrollBar : public Slider {
     using Slider::Slider;
 };
 
-/// What a tab shows beside its key.
-struct TabTexts {
+/// A tab of a tab strip.
+struct Tab {
+    std::string Key;            ///< unique in its strip, compared ignoring case
+    std::string Tag;            ///< name of the panel that it brings up and of its help page
     std::string TextKey = "0";  ///< key of caption and tool tip in the language file, "0" for none
-    std::string Caption;
+    std::string Caption;        ///< "&&" stands for one "&"
     std::string ToolTip;
 };
 
 class TabStrip : public Control {
  public:
     using Control::Control;
-    void AddTab(std::string key, TabTexts texts = {});
-    const std::vector<std::string>& Keys() const { return OwnKeys; }
+    void AddTab(Tab tab);
+    const std::vector<Tab>& Tabs() const { return OwnTabs; }
 
-    /// Texts of the tabs, in the order of Keys.
-    const std::vector<TabTexts>& Texts() const { return OwnTexts; }
+    /// Replaces caption and tool tip of the tab at `index`, which must be there.
+    void Texts(size_t index, std::string caption, std::string toolTip);
 
-    /// Replaces the texts of the tab at `index`, which must be there.
-    void Texts(size_t index, TabTexts texts);
-    const std::string& SelectedKey() const { return Selected; }
+    /// The selected tab. Null before the first selection.
+    const Tab* Selected() const { return Current < OwnTabs.size() ? &OwnTabs[Current] : nullptr; }
 
-    /// False if there is no such tab.
+    /// Key of the selected tab as it was added, empty before the first selection.
+    std::string SelectedKey() const { return Selected() ? Selected()->Key : std::string(); }
+
+    /// Selects a tab by its key, ignoring case, and runs Click if it is another one. False if there is none.
     bool Select(std::string_view key);
-    std::string ValueText() const override { return Selected; }
+    std::string ValueText() const override { return SelectedKey(); }
     bool SetValueText(std::string_view text) override { return Select(text); }
+    bool RunHandler(std::string_view event) override;
     Event<> Click;
 
  private:
-    std::vector<std::string> OwnKeys;
-    std::vector<TabTexts> OwnTexts;
-    std::string Selected;
+    std::vector<Tab> OwnTabs;
+    size_t Current = SIZE_MAX;  // none
 };
 
 /// A timer of a form. It fires every Interval milliseconds while it is enabled; an interval of 0 never fires.
@@ -303,6 +334,7 @@ class TimerControl : public Control {
     int32_t Interval() const { return IntervalMs; }
     void Interval(int32_t milliseconds);
     std::string ValueText() const override { return On ? "1" : "0"; }
+    bool RunHandler(std::string_view event) override;
     Event<> Timer;
 
  private:

@@ -107,13 +107,11 @@ void clsLocalizeControls::LocalizeControl(Control& control) const {
 }
 
 void clsLocalizeControls::LocalizeTabs(TabStrip& tabs) const {
-    for (size_t i = 0; i < tabs.Texts().size(); ++i) {
-        TabTexts texts = tabs.Texts()[i];
-        if (texts.TextKey == "0") continue;
-        texts.ToolTip = ToolTip(texts.TextKey);
-        const std::string caption = Caption(texts.TextKey);
-        if (!caption.empty()) texts.Caption = caption;
-        tabs.Texts(i, std::move(texts));
+    for (size_t i = 0; i < tabs.Tabs().size(); ++i) {
+        const Tab& tab = tabs.Tabs()[i];
+        if (tab.TextKey == "0") continue;
+        const std::string caption = Caption(tab.TextKey);
+        tabs.Texts(i, caption.empty() ? tab.Caption : caption, ToolTip(tab.TextKey));
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/control_array.h"
+#include "core/form_parts.h"
 
 namespace Corvetape {
 
@@ -16,10 +17,16 @@ struct AudioPage {
     CommandButton cmdSaveMixerSettings;
     CommandButton cmdResetMixerSettings;
     CheckBox chkMixerAutoUpdate;
+    GroupBox fraVUMeter;
+    Picture picVUMeter;
     ScrollBar vscMultiplier;  ///< per cent, from 1000 at the top to 100 at the bottom
     Label lblMultiplier;
+    GroupBox fraHistogram;
+    Picture picHistogram;
+    ControlArray<Label, 2> lblHistogram;  ///< names of the two values below
     Label lblHistogramMin;
     Label lblHistogramMax;
+    Label lblMaxBuffersUsed;  ///< names the value below
     Label lblMaxBuffers;
 };
 

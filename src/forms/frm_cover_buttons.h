@@ -1,7 +1,8 @@
 #pragma once
 
-#include "core/controls.h"
+#include "core/control_array.h"
 #include "core/form.h"
+#include "core/form_parts.h"
 
 namespace Corvetape {
 
@@ -12,8 +13,23 @@ struct frmCoverButtons : Form {
     /// What the labels show while there is no title: the program's name.
     static constexpr const char* NoTitleText = "Corvetape";
 
+    Picture imgCover;
+    Picture shpTop;  ///< behind the text
     Label lblArtist;
     Label lblSong;
+    Panel picButtons;  ///< holds the pictures that serve as buttons
+    Picture imgStartStop;
+    Picture imgStart;
+    Picture imgStop;
+    ControlArray<Picture, 2> imgSkip;  ///< 0 cannot be used, 1 skips
+    Picture Image1;                    ///< artwork
+    Picture Image2;
+    Control inet;  ///< what fetches the cover; never seen
+    Menu mnuContext;
+
+    /// 10 Hide/show, 20 Close, 30 Switch design; 19 is a separator.
+    SparseControlArray<MenuItem, 10, 19, 20, 30> mnuContextItem;
+    TimerControl tmrHide;  ///< 2000 ms after the pointer has left, text and buttons go
 };
 
 }  // namespace Corvetape

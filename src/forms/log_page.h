@@ -1,19 +1,25 @@
 #pragma once
 
 #include "core/control_array.h"
+#include "core/form_parts.h"
 
 namespace Corvetape {
 
 /// Tab "Log file".
 struct LogPage {
     explicit LogPage(Form& form)
-        : txtLogFile(form, "txtLogFile"),
-          fraLogFile(form, "fraLogFile"),
+        : fraLogFile(form, "fraLogFile"),
+          txtLogFile(form, "txtLogFile"),
           cmdOpenLogFile(form, "cmdOpenLogFile"),
-          cmdDeleteLogFiles(form, "cmdDeleteLogFiles") {}
+          cmdDeleteLogFiles(form, "cmdDeleteLogFiles") {
+        fraLogFile.Caption("Log file ");
+        txtLogFile.TextKey("1200");
+        cmdOpenLogFile.Wording("1201", "Open log file...");
+        cmdDeleteLogFiles.Wording("1202", "Delete log files...");
+    }
 
+    GroupBox fraLogFile;  ///< its caption is written with the log that is on show
     TextBox txtLogFile;
-    Label fraLogFile;
     CommandButton cmdOpenLogFile;
     CommandButton cmdDeleteLogFiles;
 };

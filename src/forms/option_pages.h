@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/control_array.h"
+#include "core/form_parts.h"
 
 namespace Corvetape {
 
@@ -17,22 +18,27 @@ struct Options1Page {
     CheckBox chkDisableSoundScheme;
     CheckBox chkRestartRadioIfSilent;
     CheckBox chkStoreCoverImage;
-    CheckBox chkNoStartupInfo;
-    ListBox lstEncodeDelay;  ///< entries 30 down to 0
-    ListBox lstBufferFlag;   ///< entries 4 down to 1
+    CheckBox chkNoStartupInfo;  ///< on no page and yet visible: it is for pages of the assistant
+    ListBox lstEncodeDelay;     ///< entries 30 down to 0
+    ListBox lstBufferFlag;      ///< entries 4 down to 1
 };
 
 /// Tab "Options 2": disk limits, programs to launch.
 struct Options2Page {
     explicit Options2Page(Form& form);
 
+    GroupBox fraLowSpace;
     TextBox txtLowTempSpace;
+    Label lblLowTempSpace;  ///< stands after its text box
     TextBox txtLowMusicSpace;
+    Label lblLowMusicSpace;  ///< stands after its text box
     CheckBox chkStartApp;
     TextBox txtStartApp;
+    Label lblStartAppCommandLine;
     TextBox txtStartAppCommandLine;
     CheckBox chkStopApp;
     TextBox txtStopApp;
+    Label lblStopAppCommandLine;
     TextBox txtStopAppCommandLine;
     ControlArray<CommandButton, 2> cmdAppSearch;
 };
@@ -41,10 +47,13 @@ struct Options2Page {
 struct FoldersPage {
     explicit FoldersPage(Form& form);
 
-    ControlArray<TextBox, 3> txtPath;  ///< 0 temporary, 1 music, 2 log
+    ControlArray<Label, 3> lblPath;
+    ControlArray<TextBox, 3> txtPath;  ///< 0 temporary, 1 music, 2 log; the tool tip is the whole path
     ControlArray<CommandButton, 3> cmdGetDir;
     CheckBox chkUseMusicSubfolder;
+    Label lblMusicFolderTemplate;
     TextBox txtMusicFolderTemplate;
+    ControlArray<Label, 2> lblMusicFileTemplate;
     ControlArray<TextBox, 2> txtMusicFileTemplate;
 };
 

@@ -1,30 +1,38 @@
 #pragma once
 
 #include "core/control_array.h"
+#include "core/form_parts.h"
 
 namespace Corvetape {
 
-/// Tab "Pause Recognition": how the end of a song is noticed.
+/// Tab "Pause Recognition": how the end of a song is noticed. Of two labels beside a text box, 0 names it and
+/// 1 is its unit.
 struct PausePage {
     explicit PausePage(Form& form);
 
     TextBox txtLengthOfPause;
-    Label lblLengthOfPause;  ///< its unit
+    ControlArray<Label, 2> lblLengthOfPause;
     TextBox txtSilenceAmplitude;
-    Label lblSilenceAmplitude;  ///< its unit
+    ControlArray<Label, 2> lblSilenceAmplitude;
     TextBox txtEndOfSilenceAmplitude;
+    ControlArray<Label, 2> lblEndOfSilenceAmplitude;
     CheckBox chkDetectSilenceByPeak;
     Label lblDetectSilenceByPeak;  ///< the rest of its caption
     CheckBox chkIgnoreSilence;
-    Label txtIgnoreSilence;
+    Label txtIgnoreSilence;  ///< the rest of its caption
     TextBox txtQuitAfterSilence;
-    ControlArray<Label, 2> lblQuitAfterSilence;  ///< what it is, its unit
+    ControlArray<Label, 2> lblQuitAfterSilence;
     TextBox txtIgnoreShortSongs;
+    ControlArray<Label, 2> lblIgnoreShortSongs;
+    GroupBox fraEndOfSong;
     OptionArray<3> optEndOfSong;
     TextBox txtEndOfSongTimer;
+    Label lblEndOfSongTimer;  ///< its unit
     OptionArray<2> optDuplicatePartOfSong;
     Slider sldEndOfSongThreshold0;  ///< half-seconds before the change, -10 to 0
     Slider sldEndOfSongThreshold1;  ///< half-seconds after the change, 0 to 10
+
+    /// 0 and 1 name the sliders, 2 what they are about; 3 and 4 are the seconds, 5 and 6 the unit.
     ControlArray<Label, 7> lblEndOfSongThreshold;
     CommandButton cmdAutoPauseParams;
 

@@ -93,9 +93,9 @@ TEST_F(ClosingRequest, ThatWaitsIsTakenBackByAClickOnTheOption) {
 TEST_F(ClosingRequest, ComesAlsoFromThePublicMethod) {
     Begin(1);
     Form().chkStartStop[0].Value(1);
-    Form().Methods.at("Quit")();
+    Form().Methods.Call("Quit");
     EXPECT_TRUE(Runs());
-    Form().Methods.at("Quit")();
+    Form().Methods.Call("Quit");
     EXPECT_EQ(Place->Ends, 1U);
 }
 

@@ -57,7 +57,7 @@ TEST(Start, ShowsTheVersionAndHidesTheBoxForPages) {
     ASSERT_TRUE(world.Load());
     EXPECT_EQ(world.Form().lblVersion.Caption(), ProgramVersion);
     EXPECT_THAT(world.Form().lblVersion.Caption(), testing::MatchesRegex("[0-9]+\\.[0-9]+\\.[0-9]+"));
-    EXPECT_FALSE(world.Form().chkNoStartupInfo.Visible());
+    EXPECT_TRUE(world.Form().chkNoStartupInfo.Visible());
 }
 
 TEST(Start, PutsTheCommonFolderBehindTheSearchPathOnce) {

@@ -12,8 +12,8 @@ namespace {
 
 struct Window : Form {
     Window() : Form("frmTest", "Title", "300") {
-        tbsTabs.AddTab("ONE");
-        tbsTabs.AddTab("TWO", {"301", "Two", "tip"});
+        tbsTabs.AddTab({"ONE", "one", "0", "", ""});
+        tbsTabs.AddTab({"TWO", "two", "301", "Two", "tip"});
         lstItems.AddItem("a", 7);
         lstItems.AddItem("b");
     }
@@ -274,13 +274,25 @@ TEST(TabStrip, SelectsByKey) {
     EXPECT_EQ(window.tbsTabs.SelectedKey(), "TWO");
 }
 
+TEST(TabStrip, FindsATabByItsKeyIgnoringCaseAndKeepsTheKeyAsItWasAdded) {
+    Window window;
+    EXPECT_EQ(window.tbsTabs.Selected(), nullptr);
+    EXPECT_TRUE(window.tbsTabs.Select("two"));
+    EXPECT_EQ(window.tbsTabs.SelectedKey(), "TWO");
+    ASSERT_NE(window.tbsTabs.Selected(), nullptr);
+    EXPECT_EQ(window.tbsTabs.Selected()->Tag, "two");
+    const Counter clicks(window.tbsTabs.Click);
+    EXPECT_TRUE(window.tbsTabs.Select("Two"));
+    EXPECT_EQ(clicks.Count, 0);
+}
+
 TEST(TabStrip, EachTabHasItsTexts) {
     Window window;
     const Counter changed(window.tbsTabs.Changed);
-    EXPECT_EQ(window.tbsTabs.Texts()[0].TextKey, "0");
-    EXPECT_EQ(window.tbsTabs.Texts()[1].Caption, "Two");
-    window.tbsTabs.Texts(0, {"302", "One", ""});
-    EXPECT_EQ(window.tbsTabs.Texts()[0].Caption, "One");
+    EXPECT_EQ(window.tbsTabs.Tabs()[0].TextKey, "0");
+    EXPECT_EQ(window.tbsTabs.Tabs()[1].Caption, "Two");
+    window.tbsTabs.Texts(0, "One", "");
+    EXPECT_EQ(window.tbsTabs.Tabs()[0].Caption, "One");
     EXPECT_EQ(changed.Count, 1);
 }
 

@@ -133,8 +133,8 @@ struct TestForm : Form {
     TestForm() : Form("frmTest", "Default title", "300") {
         lblPlain.Caption("default");
         lblNoKey.Caption("default");
-        tbsTabs.AddTab("ONE", {"301", "One", ""});
-        tbsTabs.AddTab("TWO");
+        tbsTabs.AddTab({"ONE", "", "301", "One", ""});
+        tbsTabs.AddTab({"TWO", "", "0", "", ""});
     }
     Label lblPlain{*this, "lblPlain", -1, "301"};
     Label lblNoKey{*this, "lblNoKey"};
@@ -164,10 +164,10 @@ TEST_F(MessagesTest, ATabTakesItsTextsByItsOwnKey) {
     TestForm form;
     Load("301=Caption|Tip\n");
     Texts.LocalizeControls(form);
-    EXPECT_EQ(form.tbsTabs.Texts()[0].Caption, "Caption");
-    EXPECT_EQ(form.tbsTabs.Texts()[0].ToolTip, "Tip");
-    EXPECT_EQ(form.tbsTabs.Texts()[1].Caption, "");
-    EXPECT_EQ(form.tbsTabs.Keys(), (std::vector<std::string>{"ONE", "TWO"}));
+    EXPECT_EQ(form.tbsTabs.Tabs()[0].Caption, "Caption");
+    EXPECT_EQ(form.tbsTabs.Tabs()[0].ToolTip, "Tip");
+    EXPECT_EQ(form.tbsTabs.Tabs()[1].Caption, "");
+    EXPECT_EQ(form.tbsTabs.Tabs()[0].Key, "ONE");
 }
 
 TEST_F(MessagesTest, AControlWithTheKeyZeroIsLeftAlone) {

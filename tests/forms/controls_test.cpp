@@ -410,8 +410,8 @@ TEST(Sliders, DraggedBackToWhereTheyWereHaveNotChanged) {
 TEST(TabStrips, RunTheirHandlerWhenAnotherTabIsSelected) {
     Form form("frm", "");
     TabStrip tabs(form, "tbs");
-    tabs.AddTab("TAB_A");
-    tabs.AddTab("TAB_B");
+    tabs.AddTab({"TAB_A", "", "0", "", ""});
+    tabs.AddTab({"TAB_B", "", "0", "", ""});
     const Count clicks(tabs.Click);
     EXPECT_TRUE(tabs.Select("TAB_B"));
     EXPECT_TRUE(tabs.Select("TAB_B"));
@@ -424,7 +424,7 @@ TEST(TabStrips, RunTheirHandlerWhenAnotherTabIsSelected) {
 TEST(TabStrips, RefuseATabThatIsNotThere) {
     Form form("frm", "");
     TabStrip tabs(form, "tbs");
-    tabs.AddTab("TAB_A");
+    tabs.AddTab({"TAB_A", "", "0", "", ""});
     EXPECT_FALSE(tabs.Select("TAB_C"));
     EXPECT_EQ(tabs.SelectedKey(), "");
 }

@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace Corvetape::Test {
 namespace {
@@ -14,9 +15,14 @@ using testing::ElementsAre;
 
 TEST(MainForm, HasItsElevenTabsInOrderAndBeginsWithTheFirst) {
     const frmMain form;
-    EXPECT_THAT(form.tbsMain.Keys(), ElementsAre("TAB_RECORDING", "TAB_AUDIO", "TAB_PAUSE", "TAB_MP3_WMA",
-                                                 "TAB_OPTIONS1", "TAB_OPTIONS2", "TAB_FOLDERS", "TAB_LOGFILE",
-                                                 "TAB_INCLUDE", "TAB_EXCLUDE", "TAB_ABOUT"));
+    std::vector<std::string> tabs;
+    for (const Tab& tab : form.tbsMain.Tabs()) tabs.push_back(tab.Key + " " + tab.Tag + " " + tab.Caption);
+    EXPECT_THAT(tabs, ElementsAre("TAB_RECORDING recording Recording", "TAB_AUDIO audio Audio Devices",
+                                  "TAB_PAUSE pauserecognition Pause Recognition",
+                                  "TAB_MP3_WMA mp3wma MP3, WMA, ...", "TAB_OPTIONS1 options1 Options 1",
+                                  "TAB_OPTIONS2 options2 Options 2", "TAB_FOLDERS folders Folders && Files ",
+                                  "TAB_LOGFILE logfile Log file", "TAB_INCLUDE include White List",
+                                  "TAB_EXCLUDE exclude Blacklist", "TAB_ABOUT about About"));
     EXPECT_EQ(form.tbsMain.SelectedKey(), "TAB_RECORDING");
 }
 
@@ -90,11 +96,11 @@ struct CaptionRow {
 };
 
 constexpr CaptionRow CaptionTable[] = {
-    {"txtLengthOfPause", -1, "Length of pause between songs:"},
-    {"lblLengthOfPause", -1, "msec"},
-    {"txtSilenceAmplitude", -1, "Max. silence volume (no sound):"},
-    {"lblSilenceAmplitude", -1, "units"},
-    {"txtEndOfSilenceAmplitude", -1, "End of silence volume (sound):"},
+    {"lblLengthOfPause", 0, "Length of pause between songs:"},
+    {"lblLengthOfPause", 1, "msec"},
+    {"lblSilenceAmplitude", 0, "Max. silence volume (no sound):"},
+    {"lblSilenceAmplitude", 1, "units"},
+    {"lblEndOfSilenceAmplitude", 0, "End of silence volume (sound):"},
     {"chkDetectSilenceByPeak", -1, "Detect silence"},
     {"lblDetectSilenceByPeak", -1, "by peak level"},
     {"chkIgnoreSilence", -1, "Do not record"},
@@ -106,7 +112,7 @@ constexpr CaptionRow CaptionTable[] = {
     {"optDuplicatePartOfSong", 1, "Duplicate this amount of music"},
     {"lblQuitAfterSilence", 0, "End of recording after silence:"},
     {"lblQuitAfterSilence", 1, "minutes"},
-    {"txtIgnoreShortSongs", -1, "Ignore songs that are shorter than:"},
+    {"lblIgnoreShortSongs", 0, "Ignore songs that are shorter than:"},
     {"cmdAutoPauseParams", -1, "Optimize pause recogn."},
     {"chkNormalize", -1, "Normalize music files after recording"},
     {"chkEncodeOffline", -1, "Do not encode while recording"},
@@ -117,11 +123,11 @@ constexpr CaptionRow CaptionTable[] = {
     {"chkDisableSoundScheme", -1, "Disable sound scheme when Corvetape starts"},
     {"chkRestartRadioIfSilent", -1, "Try to restart radio if silence detected"},
     {"chkUseMusicSubfolder", -1, "Put (encode) music files into subfolder(s) with the following name:"},
-    {"txtMusicFolderTemplate", -1, "Format or name of music subfolder (if song data available):"},
-    {"txtMusicFileTemplate", 0, "Format of music file name (if NO song data available):"},
-    {"txtMusicFileTemplate", 1, "Format of music file name (if song data available):"},
-    {"txtLowTempSpace", -1, "MB in folder for temporary data"},
-    {"txtLowMusicSpace", -1, "MB in music folder"},
+    {"lblMusicFolderTemplate", -1, "Format or name of music subfolder (if song data available):"},
+    {"lblMusicFileTemplate", 0, "Format of music file name (if NO song data available):"},
+    {"lblMusicFileTemplate", 1, "Format of music file name (if song data available):"},
+    {"lblLowTempSpace", -1, "MB in folder for temporary data"},
+    {"lblLowMusicSpace", -1, "MB in music folder"},
     {"chkStartApp", -1, "Launch this program when Corvetape starts:"},
     {"chkStopApp", -1, "Launch this program when Corvetape quits:"},
     {"lstEncodeDelay", -1, "Start encoding to MP3, WMA etc. after a delay of n seconds"},
@@ -133,6 +139,16 @@ constexpr CaptionRow CaptionTable[] = {
     {"cmdOpenMixer", -1, "Open mixer settings"},
     {"cmdSaveMixerSettings", -1, "Save mixer settings"},
     {"cmdResetMixerSettings", -1, "Reset mixer settings"},
+    {"fraVUMeter", -1, "Rec. level"},
+    {"fraHistogram", -1, "Recording level statistic for 10 seconds"},
+    {"cmdQuickRecord", -1, "Quick recording"},
+    {"cmdStartStop", -1, "Record"},
+    {"cmdLaunchURL", -1, "Launch selection"},
+    {"fraEndOfSong", -1, "Assume end of song when"},
+    {"mnuTaskbarItem", 10, "Restore"},
+    {"mnuTaskbarItem", 15, "Quick buttons"},
+    {"mnuTaskbarItem", 20, "Quick recording"},
+    {"mnuTaskbarItem", 90, "Quit"},
     {"chkMixerAutoUpdate", -1, "Use saved mixer settings at start of Corvetape"},
 };
 
@@ -145,9 +161,21 @@ TEST(MainForm, EachControlOfThePagesHasItsCaption) {
     }
 }
 
-TEST(MainForm, TheBoxThatOnlyPagesSetIsOutOfSight) {
+TEST(MainForm, TheBoxThatOnlyPagesSetCanBePressedByThem) {
     const frmMain form;
-    EXPECT_FALSE(form.chkNoStartupInfo.Visible());
+    EXPECT_TRUE(form.chkNoStartupInfo.Visible());
+}
+
+TEST(MainForm, ThePanelOfTheSelectedTabIsSeenAndNoOther) {
+    frmMain form;
+    for (const Tab& tab : form.tbsMain.Tabs()) {
+        form.tbsMain.Select(tab.Key);
+        std::string seen;
+        for (const Panel& panel : form.picOptions) {
+            if (panel.Visible()) seen += panel.Tag();
+        }
+        EXPECT_EQ(seen, tab.Tag);
+    }
 }
 
 TEST(MainForm, TwoFormsShareNothing) {

@@ -43,7 +43,7 @@ void CheckWindow(const clsLocalizeControls& texts) {
     for (const Control* control : form.Controls()) {
         Require(IsText(control->Caption()) && IsText(control->ToolTip()), "a control shows one field");
     }
-    for (const TabTexts& tab : form.tbsMain.Texts()) {
+    for (const Tab& tab : form.tbsMain.Tabs()) {
         Require(IsText(tab.Caption) && IsText(tab.ToolTip), "a tab shows one field");
     }
     Require(IsText(form.Caption()), "the window shows one field");

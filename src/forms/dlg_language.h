@@ -1,0 +1,18 @@
+#pragma once
+
+#include "core/form.h"
+#include "core/form_parts.h"
+
+namespace Corvetape {
+
+/// The question for the language, asked at the first start.
+struct dlgLanguage : Form {
+    dlgLanguage();
+
+    Label Label1;  ///< in both languages, since none is known yet
+    ComboBox cboLanguage;
+    ListBox flist;  ///< never seen: the language files
+    CommandButton cmdOK;
+};
+
+}  // namespace Corvetape
