@@ -65,6 +65,7 @@ std::span<const char* const> Program::LoadStepNames() {
 
 bool Program::Load() {
     Stage = LifeStage::Loading;
+    Memory->KeptOpen.push_back(Memory->Opened.Open(Memory->Form));
     // Priorities come first of all: nothing has been loaded that could disturb a running recording.
     Host.System.RaisePriority();
     for (const LoadStep& step : LoadSteps) {
@@ -281,6 +282,10 @@ Program::Next Program::ShowWindow() {
 }
 
 Program::Next Program::LoadBars() {
+    for (Form* bar : {static_cast<Form*>(&Memory->PlainBar), static_cast<Form*>(&Memory->CoverBar)}) {
+        Parts->Messages.LocalizeControls(*bar);
+        Memory->KeptOpen.push_back(Memory->Opened.Open(*bar));
+    }
     Memory->Form.chkQuickButtons.Value(Memory->Options.QuickButtonsVisible ? 0 : 1);
     Run(Desktop.LoadBars);
     return Next::Continue;

@@ -58,6 +58,7 @@ ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
       Disk({state.Form, machine.Files, state.Options, state.Folders, state.Flags, state.Messages},
            DiskCheckActionsOf(*this)),
       Notes(machine.Files, state.Folders),
+      Look(state.Form, state.PlainBar, state.CoverBar, Messages),
       Recording({state.Form, state.Flags, state.Cut, state.Media, state.Pause, state.Ring},
                 SessionActionsOf(*this)),
       Poll({state.Form, state.Media, state.Cut, state.Signal, state.Ring}, MediaPollActionsOf(*this)),

@@ -31,6 +31,7 @@
 #include "recording/level_display.h"
 #include "recording/media_poll.h"
 #include "recording/pause_control.h"
+#include "recording/recording_look.h"
 #include "recording/session.h"
 #include "recording/song_notes.h"
 #include "recording/supervisor.h"
@@ -117,6 +118,7 @@ struct ProgramParts {
     TransferJob Transfer;
     DiskCheck Disk;
     SongNotes Notes;
+    RecordingLook Look;
     Session Recording;
     MediaPoll Poll;
     InputList Inputs;

@@ -66,6 +66,7 @@ void Program::Unload() {
     Stage = LifeStage::Unloading;
     for (const UnloadStep& step : UnloadSteps) (this->*step.Run)();
     DetachTimers();  // the loop may run on, for encoders that have not ended yet
+    Memory->KeptOpen.clear();
     Stage = LifeStage::Ended;
     if (Events.Ended) Events.Ended();
 }

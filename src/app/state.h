@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "audio/audio_ring.h"
 #include "audio/cut_state.h"
 #include "audio/pause_settings.h"
@@ -8,9 +10,11 @@
 #include "core/deferred_messages.h"
 #include "core/lifecycle_flags.h"
 #include "core/media_state.h"
+#include "core/open_forms.h"
 #include "core/settings.h"
 #include "forms/frm_cover_buttons.h"
 #include "forms/frm_main.h"
+#include "forms/frm_quick_buttons.h"
 
 namespace Corvetape {
 
@@ -18,7 +22,10 @@ namespace Corvetape {
 /// part is handed that part.
 struct State {
     frmMain Form;
+    frmQuickButtons PlainBar;
     frmCoverButtons CoverBar;
+    OpenForms Opened;                  ///< the forms that pages can reach
+    std::vector<Connection> KeptOpen;  ///< those of Opened that are open as long as the program runs
     Settings Options;
     WorkingFolders Folders;
     LifecycleFlags Lifecycle;

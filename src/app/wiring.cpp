@@ -188,7 +188,7 @@ SessionActions SessionActionsOf(ProgramParts& parts) {
     actions.RefuseZeroMinutes = [&parts] {
         parts.Host.Dialogs.MessageBox(parts.Messages.FormatMsg("802"), DialogIcon::Exclamation);
     };
-    actions.ShowRecordingState = [] {};  // pictures and captions follow with the window
+    actions.ShowRecordingState = [&parts] { parts.Look.ShowRecording(); };
     actions.PeriodRefused = [&parts] {
         constexpr int32_t longestMinutes = 1440;
         return ValidateNumber(parts.Memory.Form.txtRecordingPeriod, 1, longestMinutes, 1, parts.Host.Dialogs,

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <string>
+#include <vector>
 
 #include "app/desktop_notes.h"
 #include "core/registry.h"
@@ -58,6 +60,33 @@ TEST(Start, ShowsTheVersionAndHidesTheBoxForPages) {
     EXPECT_EQ(world.Form().lblVersion.Caption(), ProgramVersion);
     EXPECT_THAT(world.Form().lblVersion.Caption(), testing::MatchesRegex("[0-9]+\\.[0-9]+\\.[0-9]+"));
     EXPECT_TRUE(world.Form().chkNoStartupInfo.Visible());
+}
+
+TEST(Start, OpensTheMainWindowAndThenBothBars) {
+    World world;
+    ASSERT_TRUE(world.Load());
+    std::vector<std::string> names;
+    for (const Form* form : world.Values().Opened.InOrder()) names.push_back(form->Name());
+    EXPECT_THAT(names, testing::ElementsAre("frmMain", "frmQuickButtons", "frmCoverButtons"));
+}
+
+TEST(Start, TheBoxOfTheBarIsClearWhereTheBarIsShown) {
+    World shown;
+    ASSERT_TRUE(shown.Load());
+    EXPECT_EQ(shown.Form().chkQuickButtons.Value(), 0);
+    WorldOptions options;
+    options.Settings = {{"QuickButtons", "Visible", "0"}};
+    World hidden(options);
+    ASSERT_TRUE(hidden.Load());
+    EXPECT_EQ(hidden.Form().chkQuickButtons.Value(), 1);
+}
+
+TEST(Start, ThePagesReachTheRecordButtonByItsName) {
+    World world;
+    ASSERT_TRUE(world.Load());
+    EXPECT_TRUE(world.Form().Methods.Call("cmdquickrecord_click"));
+    EXPECT_EQ(world.Form().chkStopRecording[0].Value(), 1);
+    EXPECT_EQ(world.Form().cmdStartStop.Caption(), "Stop");
 }
 
 TEST(Start, PutsTheCommonFolderBehindTheSearchPathOnce) {
