@@ -250,6 +250,11 @@ void AttachHandlers(ProgramParts& parts) {
         parts.NoteSong();
         parts.Owner.CollectJobs();
     });
+    form.Methods.Add<int32_t, std::string>("AddToWatchList", [&parts](int32_t list,
+                                                                      const std::string& entry) {
+        if (list != 0 && list != 1) return;
+        parts.WatchTabs.AddToWatchList(list == 0 ? WatchListKind::Include : WatchListKind::Exclude, entry);
+    });
     form.Methods.Add("Quit", [&parts] { parts.Owner.Close(); });
 }
 

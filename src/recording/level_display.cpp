@@ -47,6 +47,10 @@ LevelDisplay::LevelDisplay(frmMain& form, SignalState& signal, const PauseSettin
     : Form(form), Signal(signal), Pause(pause), Bars{{{0, 8, {}}, {10, 19, {}}}} {
     Form.tbsMain.Click.Connect([this] { TabChanged(); });
     Form.tmrVU.Timer.Connect([this] { Tick(); });
+    Form.picHistogram.Click.Connect([this] { HistogramClicked(); });
+    Form.picHistogram.MouseMove.Connect([this](int32_t column) {
+        if (column >= 0) HistogramMouseMove(static_cast<size_t>(column));
+    });
 }
 
 void LevelDisplay::TabChanged() {
@@ -110,6 +114,7 @@ void LevelDisplay::HistogramClicked() {
     Signal.History.RedrawWanted = !Frozen;
     if (!Frozen) {
         ToolTip.clear();
+        Form.picHistogram.ToolTip("");
         return;
     }
     for (size_t i = 0; i < Signal.History.Size(); ++i) FrozenHistory[i] = Signal.History[i];
@@ -118,6 +123,7 @@ void LevelDisplay::HistogramClicked() {
 void LevelDisplay::HistogramMouseMove(size_t column) {
     if (!Frozen || column >= FrozenHistory.size()) return;
     ToolTip = std::to_string(std::max(std::abs(FrozenHistory[column]), Lowest));
+    Form.picHistogram.ToolTip(ToolTip);
 }
 
 }  // namespace Corvetape

@@ -89,6 +89,18 @@ TEST(Start, ThePagesReachTheRecordButtonByItsName) {
     EXPECT_EQ(world.Form().cmdStartStop.Caption(), "Stop");
 }
 
+TEST(Start, ThePagesReachTheListsByTheirMethod) {
+    World world;
+    ASSERT_TRUE(world.Load());
+    const MethodArgument song[] = {1, "No more of this"};
+    EXPECT_TRUE(world.Form().Methods.Call("AddToWatchList", song));
+    const MethodArgument nowhere[] = {2, "No list"};
+    EXPECT_TRUE(world.Form().Methods.Call("AddToWatchList", nowhere));
+    ASSERT_EQ(world.Form().lstWatch[1].Items().size(), 1U);
+    EXPECT_EQ(world.Form().lstWatch[1].Items()[0].Text, "No more of this");
+    EXPECT_TRUE(world.Form().lstWatch[0].Items().empty());
+}
+
 TEST(Start, PutsTheCommonFolderBehindTheSearchPathOnce) {
     World world;
     ASSERT_TRUE(world.Load());

@@ -399,5 +399,19 @@ TEST(FrozenHistogram, LosesItsToolTipWhenItGoesOn) {
     EXPECT_EQ(rig.Display.HistogramToolTip(), "");
 }
 
+TEST(FrozenHistogram, IsClickedAndAskedForItsLevelsThroughThePicture) {
+    DisplayRig rig;
+    rig.Append(1000, 200);
+    rig.Tick();
+    rig.Form.picHistogram.Press();
+    EXPECT_TRUE(rig.Display.HistogramFrozen());
+    rig.Form.picHistogram.MouseMove.Raise(-1);
+    EXPECT_EQ(rig.Form.picHistogram.ToolTip(), "");
+    rig.Form.picHistogram.MouseMove.Raise(0);
+    EXPECT_EQ(rig.Form.picHistogram.ToolTip(), "1000");
+    rig.Form.picHistogram.Press();
+    EXPECT_EQ(rig.Form.picHistogram.ToolTip(), "");
+}
+
 }  // namespace
 }  // namespace Corvetape::Test
