@@ -49,6 +49,10 @@ double Program::InputSeconds() const {
     return static_cast<double>(Memory->Signal.FramesReceived) / Parts->Input.Format().nSamplesPerSec;
 }
 
+bool Program::InputOpen() const {
+    return Parts->Input.IsOpen();
+}
+
 uint64_t Program::SongAgeSeconds() const {
     return static_cast<uint64_t>(Parts->Watch.SongAgeSeconds());
 }

@@ -149,6 +149,9 @@ class Program {
     /// Seconds of the input that have been received, from frame counts.
     double InputSeconds() const;
 
+    /// An input is open. One that is gone for a while stays open.
+    bool InputOpen() const;
+
     /// The names of the steps, in their order.
     static std::span<const char* const> LoadStepNames();
     static std::span<const char* const> UnloadStepNames();

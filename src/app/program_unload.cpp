@@ -171,7 +171,7 @@ void Program::TellError() {
     const std::string text =
         Parts->Messages.FormatMsg(std::to_string(messages.PendingError),
                                   {messages.PendingErrorText, std::to_string(messages.PendingErrorCode)});
-    Parts->Journal.WriteLog({"ERROR", text});
+    if (!messages.ErrorLogged) Parts->Journal.WriteLog({"ERROR", text});
     if (!Memory->Lifecycle.DontAsk) Host.Dialogs.MessageBox(text, DialogIcon::Critical);
 }
 

@@ -55,6 +55,17 @@ void TellHealth(ProgramParts& parts, const ClosedSong& song) {
     LogInfo(parts, "848", {parts.NameOfMusicFile(), SecondsText(song.LostFrames, song.FramesPerSecond)});
 }
 
+/// The recording has stopped: whoever looks has to see it now, and not only when the program ends.
+void ReportFailure(ProgramParts& parts, const SongFailure& failure) {
+    DeferredMessages& messages = parts.Memory.Messages;
+    const std::string text = parts.Messages.FormatMsg(std::to_string(failure.Number),
+                                                      {failure.Path, std::to_string(failure.Code)});
+    parts.Journal.WriteLog({"ERROR", text});
+    parts.Memory.Form.lblStatus[1].Caption(text);
+    const SongFailure pending{messages.PendingError, messages.PendingErrorText, messages.PendingErrorCode};
+    if (failure == pending) messages.ErrorLogged = true;
+}
+
 void TellAvailability(ProgramParts& parts, bool lost) {
     LogInfo(parts, lost ? "842" : "843");
 }
@@ -118,6 +129,7 @@ SongEvents SongEventsOf(ProgramParts& parts) {
     };
     events.HandOver = [&parts] { parts.Memory.Form.tmrEncodeFile.Running(true); };
     events.QuitWanted = [&parts] { parts.Owner.RequestUnload(); };
+    events.Failed = [&parts](const SongFailure& failure) { ReportFailure(parts, failure); };
     return events;
 }
 

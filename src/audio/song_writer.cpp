@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <utility>
 #include <vector>
 
@@ -58,7 +59,12 @@ SongWriter::Written SongWriter::WriteBuffer(const SignalBuffer& buffer) {
     if (frames.empty()) return Written::Yes;
     if (SongFile && MustGoOn(frames.size_bytes()) && !GoOnInNextFile()) return Written::NoFile;
     if (!SongFile) return Written::Failed;
-    if (!SongFile->Write(frames)) {
+    bool written = SongFile->Write(frames);
+    if (!written && FileIsLargest()) {
+        if (!GoOnInNextFile()) return Written::NoFile;
+        written = SongFile && SongFile->Write(frames);
+    }
+    if (!written) {
         Begin(buffer);
         Present.Unbroken = false;
         Present.Failing = true;
@@ -75,6 +81,11 @@ SongWriter::Written SongWriter::WriteBuffer(const SignalBuffer& buffer) {
 bool SongWriter::MustGoOn(size_t bytes) const {
     if (SongFile->Format() != Place.Format) return true;
     return BytesOfSong > 0 && static_cast<uint64_t>(BytesOfSong) + bytes > Place.MaxSongBytes;
+}
+
+/// The system has refused to let a file grow further that holds some of the song already.
+bool SongWriter::FileIsLargest() const {
+    return BytesOfSong > 0 && Parts.Disk.LastError() == EFBIG;
 }
 
 void SongWriter::Begin(const SignalBuffer& buffer) {
@@ -246,6 +257,8 @@ void SongWriter::WriteInfoChunk(std::span<const std::string_view> ids, std::span
     std::vector<InfoTag> tags;
     for (size_t i = 0; i < ids.size(); ++i) tags.push_back({ids[i], texts[i]});
     if (SongFile->WriteInfo(tags)) return;
+    // A file of the largest size has no room for tags. Its music file takes them from the record.
+    if (FileIsLargest()) return;
     LastResult = Parts.Disk.LastError();
     RaiseError(ErrorClosingSong);
 }
@@ -298,6 +311,10 @@ void SongWriter::RaiseError(int32_t number) {
     }
     Parts.Messages.RaiseError(number, FilePath, LastResult);
     Parts.Flags.RecordingEnabled = false;
+    const SongFailure failure{number, FilePath, LastResult};
+    if (failure == LastReported) return;
+    LastReported = failure;
+    if (Events.Failed) Events.Failed(failure);
 }
 
 }  // namespace Corvetape

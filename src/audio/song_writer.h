@@ -50,6 +50,15 @@ struct SongPlace {
     uint64_t MaxSongBytes = 0;
 };
 
+/// A file that could not be made, written or finished.
+struct SongFailure {
+    int32_t Number = 0;  ///< 903, 904 or 905
+    std::string Path;
+    int32_t Code = 0;  ///< the system's
+
+    bool operator==(const SongFailure&) const = default;
+};
+
 /// What a song writer tells. Those that are not set are left out. They may not call the writer.
 struct SongEvents {
     std::function<void(const std::string& path)> SongBegun;  ///< a file was made
@@ -59,6 +68,7 @@ struct SongEvents {
     std::function<void(const std::string& basePath)> StoreCover;  ///< path of the song without ".wav"
     std::function<void()> HandOver;    ///< SongMedia holds a kept song: start the delay of its transfer
     std::function<void()> QuitWanted;  ///< a song was discarded that the end of the program waited for
+    std::function<void(const SongFailure&)> Failed;  ///< recording has stopped; once a file and kind
 };
 
 /// How a song came to its end.
@@ -153,6 +163,7 @@ class SongWriter {
     bool OpenFile();
     bool GoOnInNextFile();
     bool MustGoOn(size_t bytes) const;
+    bool FileIsLargest() const;
     void Begin(const SignalBuffer& buffer);
     void Note(const SignalBuffer& buffer);
     void TakePauseOff();
@@ -183,6 +194,7 @@ class SongWriter {
     int32_t LastResult = 0;
     int32_t FirstError = 0;
     std::string FirstErrorPath;
+    SongFailure LastReported;
 };
 
 }  // namespace Corvetape

@@ -22,6 +22,8 @@ std::string Meter(int32_t peak) {
 }
 
 const char* WishText(const RecordingFlags& flags) {
+    const bool wanted = flags.RecordCurrentSong || flags.RecordNextSong;
+    if (wanted && !flags.RecordingEnabled) return "stopped";
     if (flags.RecordCurrentSong) return flags.StopAtEndOfSong ? "last song" : "recording";
     return flags.RecordNextSong ? "waiting" : "watching";
 }

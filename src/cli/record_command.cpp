@@ -5,6 +5,7 @@
 #include <chrono>
 #include <ctime>
 #include <optional>
+#include <utility>
 
 #include "cli/chosen_input.h"
 #include "cli/commands.h"
@@ -15,6 +16,7 @@
 #include "cli/obstacles.h"
 #include "cli/output.h"
 #include "cli/run_support.h"
+#include "cli/run_time.h"
 #include "platform/linux/devtools_documents.h"
 #include "platform/linux/linux_http.h"
 #include "platform/linux/mpris_players.h"
@@ -30,6 +32,10 @@ namespace Corvetape {
 namespace {
 
 constexpr uint64_t DemoSeed = 1;
+constexpr double SecondsPerMinute = 60;
+
+/// The input is opened two seconds after the start; a machine under load takes longer.
+constexpr double SecondsToOpen = 6;
 
 /// One recording by its command line, on whichever machine.
 class Recording {
@@ -72,6 +78,8 @@ class Recording {
             return Fail(*obstacle);
         }
         Printer.TellEncodeLog(Running->Values().Folders.Paths[2] + "/encode.log");
+        Clock = &machine.Clock;
+        Begun = ClockSeconds();
         PressControls();
         if (!Line.Visible()) return std::nullopt;
         Watch = machine.Loop.NewTimer([this] { Line.Show(LiveStateText(*Running, Printer.KeptSongs())); });
@@ -80,13 +88,23 @@ class Recording {
     }
 
     /// True when nothing more is to be recorded.
-    bool Over() const {
+    bool Over() {
+        LookAtTime();
         const bool songs = Arguments.Songs && Printer.KeptSongs() >= *Arguments.Songs;
-        const bool seconds = Arguments.Seconds && Running->InputSeconds() >= *Arguments.Seconds;
+        const bool seconds = Arguments.Seconds && Time.Seconds() >= *Arguments.Seconds;
+        // The end of the song does not come without sound.
+        const bool minutes = Arguments.Minutes && Time.InputIsGone() &&
+                             Time.Seconds() >= SecondsPerMinute * *Arguments.Minutes;
+        const bool nothingComes = (seconds || minutes) && Time.InputIsGone();
+        if (nothingComes) Problem = "the input gave no sound any more, and the time is over";
+        if (!Running->InputOpen() && ClockSeconds() - Begun > SecondsToOpen)
+            Problem = "the input cannot be opened";
+        const bool failed = Problem != nullptr || RecordingFailed(*Running);
         // Nobody is there who could press the controls again.
         const RecordingFlags& flags = Running->Values().Flags;
         const bool nothingWanted = !flags.RecordCurrentSong && !flags.RecordNextSong;
-        return songs || seconds || nothingWanted || InputEnded || !Running->Running() || Interrupt::Wanted();
+        const bool ended = nothingWanted || InputEnded || !Running->Running() || Interrupt::Wanted();
+        return songs || seconds || failed || ended;
     }
 
     /// Ends in order: the song is closed and transferred, the encoders finish.
@@ -95,11 +113,12 @@ class Recording {
         Running->Unload();
         Watch.reset();
         Line.Clear();
+        if (Problem != nullptr) Tell(Problem);
         WaitForEncoders(*Running, Host.Processes);
         Running->RemoveTempFolder();
         Printer.Finish();
         if (!Arguments.Json) Print(stdout, KeptText(Printer, FolderOfSongs(Running->Values())) + "\n");
-        const bool failed = Failed(*Running, Printer);
+        const bool failed = Problem != nullptr || Failed(*Running, Printer);
         Running.reset();
         return failed ? ExitFailed : ExitDone;
     }
@@ -113,6 +132,19 @@ class Recording {
         events.InputEnded = [this] { InputEnded = true; };
         return events;
     }
+
+    /// Follows the time that is counted for the end of the run.
+    void LookAtTime() {
+        Time.Look(ClockSeconds(), Running->InputSeconds());
+        if (!Arguments.Seconds && !Arguments.Minutes) return;
+        const bool gone = Time.InputIsGone();
+        if (gone == std::exchange(CountsByClock, gone) || !gone) return;
+        Line.Clear();
+        Tell(fmt::format("the input has given no sound for {} seconds; they count as time of the recording",
+                         RunTime::GraceSeconds));
+    }
+
+    double ClockSeconds() const { return static_cast<double>(Clock->MonotonicNanoseconds()) / 1e9; }
 
     void PressControls() {
         frmMain& form = Running->Values().Form;
@@ -135,6 +167,11 @@ class Recording {
     std::unique_ptr<Program> Running;
     std::unique_ptr<LoopTimer> Watch;
     bool InputEnded = false;
+    const Corvetape::Clock* Clock = nullptr;  ///< of the machine that records
+    double Begun = 0;                         ///< by the clock
+    RunTime Time;
+    bool CountsByClock = false;
+    const char* Problem = nullptr;  ///< why the run has to end, if it does not end as it should
 };
 
 void WaitFor(std::chrono::nanoseconds duration) {

@@ -8,6 +8,7 @@
 #include <memory>
 #include <thread>
 
+#include "audio/song_writer.h"
 #include "cli/notices.h"
 #include "cli/obstacles.h"
 #include "cli/output.h"
@@ -79,7 +80,8 @@ ProgramEvents EventsTo(SongPrinter& printer, TerminalLine& line) {
         line.Clear();
         Tell(text);
     });
-    events.Logged = [notices](const std::string& kind, const std::string& text) {
+    events.Logged = [notices, &printer](const std::string& kind, const std::string& text) {
+        if (kind == "ERROR") printer.Failed(text);
         notices->Logged(kind, text);
     };
     events.StatusShown = [notices](const std::string& text) { notices->Status(text); };
@@ -101,6 +103,11 @@ void WaitForEncoderRoom(Processes& processes) {
 bool Failed(const Program& program, const SongPrinter& printer) {
     const DeferredMessages& messages = program.Values().Messages;
     return printer.RefusedSongs() > 0 || messages.PendingError != 0 || messages.PendingInfo != 0;
+}
+
+bool RecordingFailed(const Program& program) {
+    const int32_t error = program.Values().Messages.PendingError;
+    return error == ErrorCreatingSong || error == ErrorClosingSong || error == ErrorWritingSong;
 }
 
 const std::string& FolderOfSongs(const State& state) {

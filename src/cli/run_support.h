@@ -46,6 +46,9 @@ void WaitForEncoderRoom(Processes& processes);
 /// True if the program or the printer has an error to answer for.
 bool Failed(const Program& program, const SongPrinter& printer);
 
+/// True if a song could not be written. Recording has stopped, and nobody is there who could begin it again.
+bool RecordingFailed(const Program& program);
+
 /// Where the songs of a run end up: the folder of the music, or that of the temporary songs if nothing is
 /// encoded.
 const std::string& FolderOfSongs(const State& state);

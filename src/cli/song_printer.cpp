@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "cli/json_text.h"
 #include "cli/output.h"
 #include "cli/song_report.h"
 #include "platform/linux/one_line.h"
@@ -72,6 +73,10 @@ void SongPrinter::JobEnded(const JobResult& result) {
         break;
     }
     PrintReady();
+}
+
+void SongPrinter::Failed(const std::string& text) {
+    if (Format == SongFormat::Json) Print(Songs, fmt::format("{{\"error\":{}}}\n", JsonText(text)));
 }
 
 void SongPrinter::Finish() {

@@ -29,6 +29,10 @@ class SongPrinter {
     void Transferred(const TransferredSong& song);
     void JobEnded(const JobResult& result);
 
+    /// Something has gone wrong, as a line of the log: an object of its own among the songs. Nothing is
+    /// printed among lines, whose reader sees the error output.
+    void Failed(const std::string& text);
+
     /// Prints what still waits; after it nothing comes any more.
     void Finish();
 

@@ -179,7 +179,7 @@ class Splitter {
                 shown = now;
                 Line.Show(ProgressText(seconds > 0 ? program.InputSeconds() / seconds : 1));
             }
-            return inputEnded || !program.Running() || Interrupt::Wanted();
+            return inputEnded || RecordingFailed(program) || !program.Running() || Interrupt::Wanted();
         };
         Host.Loop.RunUntil(over, std::chrono::hours(24 * 365));
     }

@@ -11,6 +11,7 @@ struct DeferredMessages {
     int32_t PendingError = 0;      ///< key of the text
     std::string PendingErrorText;  ///< its first argument, a path or a description
     int32_t PendingErrorCode = 0;  ///< its second argument, a result code
+    bool ErrorLogged = false;      ///< the log has it since it happened
     int32_t PendingInfo = 0;       ///< key of a text without arguments
 
     /// The first error wins; later ones are dropped.

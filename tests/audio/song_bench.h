@@ -94,6 +94,7 @@ class SongBench {
     std::vector<std::string> Covers;
     std::string Told;  ///< names of the events in their order
     int32_t QuitsWanted = 0;
+    std::vector<SongFailure> Failures;
     int32_t Next = 0;
     SongWriter Writer;
 
@@ -131,6 +132,7 @@ class SongBench {
             Told += "quit ";
             ++QuitsWanted;
         };
+        events.Failed = [this](const SongFailure& failure) { Failures.push_back(failure); };
         return events;
     }
 };

@@ -183,6 +183,42 @@ TEST(SongFaults, AFailedWriteEndsTheRecordingButNotTheProgram) {
     EXPECT_EQ(bench.Writer.SongBytes(), 10 * BufferBytes) << "what failed does not count";
 }
 
+TEST(SongFaults, AFileThatMayNotGrowFurtherGoesOnInANextOne) {
+    SongBench bench;
+    bench.Flags.RecordCurrentSong = true;
+    bench.Hear(10);
+    bench.Disk.AddFault({.Operation = FileOperation::Write, .Error = EFBIG, .Times = 1});
+    EXPECT_TRUE(bench.Hear(5));
+    EXPECT_TRUE(bench.Flags.RecordingEnabled);
+    EXPECT_EQ(bench.Messages.PendingError, 0);
+    ASSERT_EQ(bench.Closed.size(), 1U);
+    EXPECT_TRUE(bench.Last().Continues);
+    EXPECT_EQ(bench.BuffersIn(bench.Last().TempPath), SongBench::Range(0, 10));
+    EXPECT_EQ(bench.BuffersIn(bench.Writer.SongFilePath()).size(), 0U) << "its header follows";
+    EXPECT_EQ(bench.Writer.SongBytes(), 5 * BufferBytes);
+    EXPECT_EQ(bench.Media.SongMedia.FilePart, 1);
+}
+
+TEST(SongFaults, AFileThatTakesNoBufferAtAllIsAFullDisk) {
+    SongBench bench;
+    bench.Disk.AddFault({.Operation = FileOperation::Write, .Error = EFBIG, .AfterCalls = 1});
+    EXPECT_TRUE(bench.Hear(1));
+    EXPECT_FALSE(bench.Flags.RecordingEnabled);
+    EXPECT_EQ(bench.Messages.PendingErrorCode, EFBIG);
+    EXPECT_TRUE(bench.Closed.empty());
+}
+
+TEST(SongFaults, AFailureIsReportedWhenItHappensOnceAFile) {
+    SongBench bench;
+    bench.Hear(10);
+    bench.Disk.AddFault({.Operation = FileOperation::Write, .Error = ENOSPC});
+    for (int second = 0; second < 3; ++second) {
+        bench.Flags.RecordingEnabled = true;
+        bench.Hear(1);
+    }
+    EXPECT_EQ(bench.Failures, (std::vector<SongFailure>{{905, SongBench::PathOf("240514120000"), ENOSPC}}));
+}
+
 TEST(SongFaults, AFailedWriteOfTheLastBufferDoesNotCloseTheSong) {
     SongBench bench;
     bench.Flags.RecordCurrentSong = true;

@@ -33,12 +33,20 @@ TEST_F(LiveState, ShowsTheNewestPeakInStepsOfThreeDecibels) {
 }
 
 TEST_F(LiveState, NamesWhatIsKept) {
+    Flags.RecordingEnabled = true;
     Flags.RecordNextSong = true;
     EXPECT_EQ(Text().substr(32, 9), "waiting  ");
     Flags.RecordCurrentSong = true;
     EXPECT_EQ(Text().substr(32, 9), "recording");
     Flags.StopAtEndOfSong = true;
     EXPECT_EQ(Text().substr(32, 9), "last song");
+}
+
+TEST_F(LiveState, ShowsThatNothingIsWrittenThoughItIsWanted) {
+    Flags.RecordNextSong = true;
+    EXPECT_EQ(Text().substr(32, 9), "stopped  ");
+    Flags.RecordNextSong = false;
+    EXPECT_EQ(Text().substr(32, 9), "watching ");
 }
 
 TEST_F(LiveState, TellsSilenceOnceItLastsAndFitsATerminal) {

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <csignal>
 
@@ -172,6 +173,60 @@ TEST_F(RecordTest, WhatAKilledRecordingHasLeftIsBroughtHomeByTheNextOne) {
     const std::vector<std::string> music = FilesBelow(Home() + "/Music");
     ASSERT_THAT(music, SizeIs(1));
     EXPECT_GE(ReadSound(Home() + "/Music/" + music[0]).size(), size_t{5} * Rate);
+}
+
+/// What this process starts meanwhile may make no file larger than so many bytes.
+class FileLimit {
+ public:
+    explicit FileLimit(rlim_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &Before);
+        const rlimit limit{bytes, Before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileLimit() { setrlimit(RLIMIT_FSIZE, &Before); }
+    FileLimit(const FileLimit&) = delete;
+    FileLimit& operator=(const FileLimit&) = delete;
+
+ private:
+    rlimit Before{};
+};
+
+TEST_F(RecordTest, ASongThatReachesTheLargestFileGoesOnInNextFilesWithoutALostFrame) {
+    const Recording recording = MakeRecording();
+    const std::string path = PutWave("show.wav", recording);
+    const auto start = [&] {
+        const FileLimit limit(400'000);  // a little more than two seconds
+        return std::make_unique<Command>(
+            With("record", {"--input", "file:" + path, "--speed", "1000", "--json"}));
+    };
+    const auto command = start();
+    EXPECT_EQ(command->Wait(), 0) << command->Err;
+    const std::vector<Json> parts = Objects(command->Out);
+    ASSERT_GT(parts.size(), 3U);
+    std::vector<Frame> all;
+    for (const Json& part : parts) {
+        EXPECT_EQ(part["lost_frames"], 0);
+        const std::vector<Frame> frames = ReadSound(part["file"]);
+        EXPECT_EQ(frames.size(), part["frames"]);
+        all.insert(all.end(), frames.begin(), frames.end());
+    }
+    std::vector<Frame> songs;
+    for (const std::vector<Frame>& song : recording.Songs)
+        songs.insert(songs.end(), song.begin(), song.end());
+    EXPECT_EQ(Comparison(songs, all), "equal");
+}
+
+TEST_F(RecordTest, ADiskThatTakesNothingMoreEndsTheRunWithItsReason) {
+    const auto start = [&] {
+        const FileLimit limit(5'000);  // less than one buffer
+        return std::make_unique<Command>(Demo({"--json"}, "20"));
+    };
+    const auto command = start();
+    EXPECT_EQ(command->Wait(), 1);
+    EXPECT_THAT(command->Err, HasSubstr("could not be written any further (error 27)"));
+    const std::vector<Json> objects = Objects(command->Out);
+    ASSERT_THAT(objects, testing::Not(IsEmpty()));
+    EXPECT_THAT(objects[0]["error"].get<std::string>(), HasSubstr("could not be written any further"));
 }
 
 TEST_F(RecordTest, ATerminalShowsTheStateOfTheRecording) {

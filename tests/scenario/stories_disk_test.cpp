@@ -164,6 +164,8 @@ TEST(DiskThatIsFull, EndsTheRecordingAndTheFirstErrorIsToldAtTheEnd) {
                   EXPECT_FALSE(world.Values().Flags.RecordingEnabled);
                   EXPECT_TRUE(world.Recorder->Running()) << "the program goes on";
                   EXPECT_EQ(world.Values().Messages.PendingError, 905);
+                  EXPECT_THAT(world.Logged("ERROR"), SizeIs(1)) << "reported when it happens";
+                  EXPECT_EQ(world.Logged("ERROR")[0], world.Form().lblStatus[1].Caption());
                   RunTo(world, BeginOf(4));
                   EXPECT_THAT(world.Boxes(), IsEmpty());
                   const std::string song = world.Values().Messages.PendingErrorText;

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <limits>
 
@@ -126,7 +127,10 @@ class LinuxFile : public File {
 
 }  // namespace
 
-LinuxFiles::LinuxFiles() : lastError(std::make_shared<int32_t>(0)), syncer(std::make_shared<DiskSyncer>()) {}
+LinuxFiles::LinuxFiles() : lastError(std::make_shared<int32_t>(0)), syncer(std::make_shared<DiskSyncer>()) {
+    // A file that may not grow further is a write that fails, and no reason to die.
+    std::signal(SIGXFSZ, SIG_IGN);
+}
 
 bool LinuxFiles::Result(bool succeeded) const {
     if (!succeeded) *lastError = errno;
