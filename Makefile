@@ -6,6 +6,7 @@
 #   make fuzz       every reader of foreign text on made-up input, SECONDS_PER_TARGET (60) each
 #   make soak       SEEDS=20000 random scenarios; a seed that fails is printed
 #   make soak-live  an hour (MINUTES=60) of a live recording, with a dying sound server and a full disk
+#   make mutants    change MUTANTS=40 lines of ROOM=audio one at a time, list what no test notices (SEED=1)
 #   make bench      build and run the measurements
 #   make format     clang-format over all sources
 #   make lint       clang-format and clang-tidy, findings are errors
@@ -19,6 +20,9 @@ PREFIX ?= /usr/local
 SECONDS_PER_TARGET ?= 60
 SEEDS ?= 20000
 MINUTES ?= 60
+ROOM ?= audio
+MUTANTS ?= 40
+SEED ?= 1
 DESTDIR ?=
 
 BUILD := build/$(PRESET)
@@ -28,7 +32,7 @@ SOURCES = $$(find src tests bench -name '*.h' -o -name '*.cpp' | sort)
 CONFIGURE = cmake --preset $(1) >/dev/null
 CTEST = ctest --output-on-failure --no-tests=error --parallel 2
 
-.PHONY: all run test sanitize fuzz soak soak-live bench format lint install clean
+.PHONY: all run test sanitize fuzz soak soak-live mutants bench format lint install clean
 
 all:
 	@scripts/install-deps build
@@ -72,6 +76,10 @@ soak-live:
 	@$(call CONFIGURE,$(PRESET))
 	cmake --build $(BUILD) --target corvetape-cli live-radio
 	scripts/soak-live $(BUILD) $(MINUTES)
+
+mutants:
+	@scripts/install-deps build run test mutants
+	@scripts/mutants --mutants $(MUTANTS) --seed $(SEED) $(ROOM)
 
 bench:
 	@scripts/install-deps build run bench
