@@ -34,6 +34,14 @@ TEST(StartEffects, WhatWaitedIsHandledOnceBehindTheBusyPointer) {
     EXPECT_THAT(seen, ElementsAre("LoadBars", "normal pointer", "event"));
 }
 
+TEST(StartEffects, TheFloatingBarIsShownByAClearBoxIfItWasVisible) {
+    for (const auto& [visible, box] : {std::pair("1", 0), std::pair("0", 1)}) {
+        World world(Starting("", {{"QuickButtons", "Visible", visible}}));
+        ASSERT_TRUE(world.Load());
+        EXPECT_EQ(world.Form().chkQuickButtons.Value(), box) << visible;
+    }
+}
+
 TEST(StartEffects, TheSourceIsNotPolledInTheFirstSecond) {
     WorldOptions options = Starting("", {{ProviderOfRadio, "EndOfSongDetection", "1"}});
     options.Machine.WallTime.Millisecond = 600;  // the timers begin in the middle of a second
