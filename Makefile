@@ -26,7 +26,7 @@ SEED ?= 1
 DESTDIR ?=
 
 BUILD := build/$(PRESET)
-PROGRAMS := corvetape-cli
+PROGRAMS := corvetape corvetape-cli
 SOURCES = $$(find src tests bench -name '*.h' -o -name '*.cpp' | sort)
 
 CONFIGURE = cmake --preset $(1) >/dev/null

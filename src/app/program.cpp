@@ -57,6 +57,14 @@ uint64_t Program::SongAgeSeconds() const {
     return static_cast<uint64_t>(Parts->Watch.SongAgeSeconds());
 }
 
+const clsLocalizeControls& Program::Texts() const {
+    return Parts->Messages;
+}
+
+LevelDisplay& Program::Levels() {
+    return Parts->Levels;
+}
+
 void Program::StopKeeping() {
     Memory->Flags.RecordCurrentSong = false;
     Memory->Flags.RecordNextSong = false;

@@ -16,8 +16,10 @@
 
 namespace Corvetape {
 
+class clsLocalizeControls;
 class Documents;
 class Http;
+class LevelDisplay;
 class Players;
 struct dlgProvider;
 struct ProgramLinks;
@@ -142,6 +144,12 @@ class Program {
     uint64_t SongAgeSeconds() const;
 
     bool Running() const { return Stage == LifeStage::Running; }
+
+    /// The texts of the chosen language; none before the step of the start that chooses it.
+    const clsLocalizeControls& Texts() const;
+
+    /// The meter and the statistic of the tab "TAB_AUDIO".
+    LevelDisplay& Levels();
 
     State& Values() { return *Memory; }
     const State& Values() const { return *Memory; }

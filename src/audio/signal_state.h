@@ -30,7 +30,11 @@ class LevelHistory {
         }
         Entries[(First + Count) % Capacity] = level;
         ++Count;
+        ++Total;
     }
+
+    /// How many entries have ever been appended, for those who look less often than once an entry.
+    uint64_t Appended() const { return Total; }
 
     /// Replaces the newest entry and asks for a redraw. False, and no change, on an empty history.
     bool ReplaceLast(int32_t value) {
@@ -46,6 +50,7 @@ class LevelHistory {
     std::array<int32_t, Capacity> Entries{};
     size_t First = 0;
     size_t Count = 0;
+    uint64_t Total = 0;
 };
 
 /// What the analysis knows of the signal now. Written once a buffer; read between buffers by everyone.

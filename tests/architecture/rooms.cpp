@@ -144,6 +144,9 @@ const std::vector<Room>& Rooms() {
     static const Names belowCommandLine = {"app",      "recording",    "media",         "post",
                                            "mixer",    "audio",        "forms",         "core",
                                            "platform", "platform/sim", "platform/linux"};
+    static const Names belowDesktop = {"app",  "ui",       "recording",    "media",
+                                       "post", "mixer",    "audio",        "forms",
+                                       "core", "platform", "platform/sim", "platform/linux"};
     static const std::vector<Room> rooms = {
         {"platform", {}, {}, {}},
         // Work may be posted to the simulated loop from any thread, as to the real one.
@@ -160,6 +163,7 @@ const std::vector<Room>& Rooms() {
         {"ui", belowScreen, {}, {}, false},
         {"app", belowPrograms, {"fmt/"}, {"app/main"}},
         {"cli", belowCommandLine, {}, {}, false},
+        {"desktop", belowDesktop, {}, {}, false},
     };
     return rooms;
 }

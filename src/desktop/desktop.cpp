@@ -1,0 +1,148 @@
+#include "desktop/desktop.h"
+
+#include <QApplication>
+#include <QLocale>
+#include <QScreen>
+#include <utility>
+
+#include "core/messages.h"
+#include "platform/sim/demo_radio.h"
+#include "ui/provider_question.h"
+
+namespace Corvetape {
+
+namespace {
+
+constexpr uint64_t DemoSeed = 1;
+constexpr const char* DemoName = "Demo radio";
+constexpr const char* DemoQuestion = "60001";
+constexpr int TwipsPerPixel = 15;
+
+}  // namespace
+
+Desktop::Desktop(DesktopArguments arguments)
+    : Arguments(std::move(arguments)),
+      Folders(Arguments.Home.empty() ? std::make_unique<LinuxFolders>()
+                                     : std::make_unique<LinuxFolders>(Arguments.Home)),
+      Instance(
+          [this] {
+              if (Shown) Shown->ComeForward();
+          },
+          // A run with folders of its own disturbs no other one.
+          Arguments.Home.empty() ? LinuxSingleInstance::DefaultFolder() : Arguments.Home),
+      Pulse(Loop),
+      Radio(Clock, Loop),
+      RadioTitles(Loop, DemoName, [this] { return Radio.NowPlaying(); }),
+      MediaPlayers(Loop),
+      Web(Loop) {
+    Radio.AddDevice({DemoName, "demo", WaveInKind::Demo},
+                    [](uint32_t rate) { return std::make_unique<DemoRadio>(DemoSeed, rate); });
+}
+
+Desktop::~Desktop() {
+    Shown.reset();
+    Trace.reset();
+    Recorder.reset();
+}
+
+/// A file of texts that fits the language of the desktop.
+std::string Desktop::SystemLanguage() {
+    const std::string wanted =
+        QLocale::languageToString(QLocale::system().language()).toLower().toStdString();
+    const bool there = Files.FileSize(Folders->ProgramFolder() + "/" + wanted + ".lang").has_value();
+    return there ? wanted : "english";
+}
+
+/// Where there is nothing to record, the demo radio is offered.
+bool Desktop::ChooseInput() {
+    if (Arguments.Demo) return true;
+    if (!Pulse.Devices().empty()) return false;
+    clsLocalizeControls texts(Files, Folders->ProgramFolder(), Dialogs);
+    texts.Load(SystemLanguage());
+    return Dialogs.AskYesNo(texts.FormatMsg(DemoQuestion), DialogIcon::Information);
+}
+
+Machine Desktop::ThisMachine() {
+    WaveIn& inputs = Demo ? static_cast<WaveIn&>(Radio) : Pulse;
+    return {Clock, Loop, inputs, Files, Processes, *Folders, Dialogs, System, Instance};
+}
+
+RunOptions Desktop::Options() {
+    RunOptions options;
+    options.CommandLine = Arguments.CommandLine;
+    options.Documents = &Documents;
+    options.Windows = &AllWindows;
+    options.Web = &Web;
+    options.Players = &MediaPlayers;
+    if (Demo) {
+        // The choice among the inputs of this computer stays what it is.
+        options.Overrides = {{"Mixer", "InputDevice", "0"},
+                             {"Mixer", "InputDeviceNames", std::string(DemoName) + ";"}};
+        options.Players = &RadioTitles;
+    }
+    return options;
+}
+
+ProgramEvents Desktop::Events() {
+    ProgramEvents events;
+    events.SongClosed = [this](const ClosedSong& song) {
+        Trace->SongClosed(song);
+        Songs.SongClosed(song);
+    };
+    events.SongTransferred = [this](const TransferredSong& song) { Songs.SongTransferred(song); };
+    events.JobEnded = [this](const JobResult& result) { Songs.JobEnded(result); };
+    events.Ended = [this] {
+        if (Shown) {
+            Shown->LetGo();
+            Shown->close();
+        }
+        Loop.Quit();
+    };
+    return events;
+}
+
+DesktopSteps Desktop::Steps() {
+    DesktopSteps steps;
+    steps.BusyPointer = [](bool busy) {
+        if (busy == (QApplication::overrideCursor() != nullptr)) return;
+        if (busy) {
+            QApplication::setOverrideCursor(Qt::WaitCursor);
+        } else {
+            QApplication::restoreOverrideCursor();
+        }
+    };
+    steps.ChooseLanguage = [this] { return SystemLanguage(); };
+    steps.SizeStatusLine = [this] { MakeWindow(); };  // now its texts are there
+    steps.MoveWindow = [this](int32_t left, int32_t top) {
+        Shown->move(left / TwipsPerPixel, top / TwipsPerPixel);
+    };
+    steps.MinimizeWindow = [this] { Shown->showMinimized(); };
+    steps.ShowWindow = [this] {
+        if (!Shown->isMinimized()) Shown->show();
+    };
+    steps.AskForSettings = [this](dlgProvider& dialog) { AskOver(Shown.get(), dialog); };
+    return steps;
+}
+
+void Desktop::MakeWindow() {
+    State& state = Recorder->Values();
+    Shown = std::make_unique<MainWindow>(
+        UiParts{state.Form, state.Flags, state.Signal, state.Media, state.Pause, Recorder->Levels(), *Trace,
+                Songs, Words(Recorder->Texts()), [this] { return Recorder->SongAgeSeconds(); },
+                [this] { return Recorder->Close(); }});
+    Dialogs.Over(Shown.get());
+}
+
+int Desktop::Run() {
+    Demo = ChooseInput();
+    Recorder = std::make_unique<Program>(ThisMachine(), Options(), Events(), Steps());
+    State& state = Recorder->Values();
+    Trace = std::make_unique<SignalTrace>(state.Signal, state.Pause, Clock);
+    // Also while nobody looks: the history would forget before the next look.
+    state.Form.tmr1Second.Timer.Connect([this] { Trace->Follow(); });
+    if (!Recorder->Load()) return 0;
+    if (Recorder->Running()) Loop.Run();
+    return 0;
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/program.h"
+#include "desktop/desktop_arguments.h"
+#include "desktop/qt_dialogs.h"
+#include "platform/linux/devtools_documents.h"
+#include "platform/linux/linux_clock.h"
+#include "platform/linux/linux_files.h"
+#include "platform/linux/linux_folders.h"
+#include "platform/linux/linux_http.h"
+#include "platform/linux/linux_processes.h"
+#include "platform/linux/linux_system.h"
+#include "platform/linux/mpris_players.h"
+#include "platform/linux/pulse_wave_in.h"
+#include "platform/linux/qt_loop.h"
+#include "platform/linux/single_instance.h"
+#include "platform/linux/x11_windows.h"
+#include "platform/sim/source_players.h"
+#include "platform/sim/source_wave_in.h"
+#include "recording/run_songs.h"
+#include "recording/signal_trace.h"
+#include "ui/main_window.h"
+
+namespace Corvetape {
+
+/// The desktop program: this machine, the recorder on it, and its window. Made on the thread of the
+/// QApplication and gone before it.
+class Desktop {
+ public:
+    explicit Desktop(DesktopArguments arguments);
+    ~Desktop();
+    Desktop(const Desktop&) = delete;
+    Desktop& operator=(const Desktop&) = delete;
+
+    /// Runs until the program has ended. The exit code of the process.
+    int Run();
+
+    /// The window; null until the start has come to it.
+    MainWindow* Window() { return Shown.get(); }
+
+ private:
+    bool ChooseInput();
+    Machine ThisMachine();
+    RunOptions Options();
+    ProgramEvents Events();
+    DesktopSteps Steps();
+    void MakeWindow();
+    std::string SystemLanguage();
+
+    DesktopArguments Arguments;
+    LinuxClock Clock;
+    QtLoop Loop;
+    LinuxFiles Files;
+    LinuxProcesses Processes;
+    std::unique_ptr<LinuxFolders> Folders;
+    QtDialogs Dialogs;
+    LinuxSystemInfo System;
+    LinuxSingleInstance Instance;
+    PulseWaveIn Pulse;
+    SourceWaveIn Radio;
+    bool Demo = false;
+    SourcePlayers RadioTitles;
+    MprisPlayers MediaPlayers;
+    LinuxHttp Web;
+    DevToolsDocuments Documents;
+    X11Windows AllWindows;
+    std::unique_ptr<Program> Recorder;
+    RunSongs Songs;
+    std::unique_ptr<SignalTrace> Trace;
+    std::unique_ptr<MainWindow> Shown;
+};
+
+}  // namespace Corvetape

@@ -1,0 +1,58 @@
+#include "desktop/qt_dialogs.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QMessageBox>
+
+namespace Corvetape {
+
+namespace {
+
+QMessageBox::Icon IconOf(DialogIcon icon) {
+    if (icon == DialogIcon::Critical) return QMessageBox::Critical;
+    return icon == DialogIcon::Exclamation ? QMessageBox::Warning : QMessageBox::Information;
+}
+
+int Show(QWidget* window, const std::string& text, DialogIcon icon, QMessageBox::StandardButtons buttons) {
+    QMessageBox box(IconOf(icon), "Corvetape", QString::fromStdString(text), buttons, window);
+    box.setTextFormat(Qt::PlainText);  // titles of strangers stand in it
+    return box.exec();
+}
+
+}  // namespace
+
+void QtDialogs::MessageBox(const std::string& text, DialogIcon icon) {
+    Show(Window, text, icon, QMessageBox::Ok);
+}
+
+bool QtDialogs::AskYesNo(const std::string& text, DialogIcon icon) {
+    return Show(Window, text, icon, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+}
+
+void QtDialogs::Beep() {
+    QApplication::beep();
+}
+
+std::optional<std::string> QtDialogs::BrowseForFolder(const std::string& title, const std::string& start) {
+    const QString chosen = QFileDialog::getExistingDirectory(Window, QString::fromStdString(title),
+                                                             QString::fromStdString(start));
+    if (chosen.isEmpty()) return std::nullopt;
+    return chosen.toStdString();
+}
+
+std::optional<std::string> QtDialogs::OpenFile(const std::string& title, const std::string& filter,
+                                               const std::string& start) {
+    // Names and patterns of the filter stand one after the other, with a NUL between.
+    const QStringList parts = QString::fromStdString(filter).split(QChar(0));
+    QStringList filters;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+        filters << parts[i].section('(', 0, 0).trimmed() + " (" + QString(parts[i + 1]).replace(';', ' ') +
+                       ")";
+    }
+    const QString chosen = QFileDialog::getOpenFileName(Window, QString::fromStdString(title),
+                                                        QString::fromStdString(start), filters.join(";;"));
+    if (chosen.isEmpty()) return std::nullopt;
+    return chosen.toStdString();
+}
+
+}  // namespace Corvetape

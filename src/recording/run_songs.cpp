@@ -1,0 +1,62 @@
+#include "recording/run_songs.h"
+
+#include <algorithm>
+
+namespace Corvetape {
+
+namespace {
+
+SongHealth HealthOf(const ClosedSong& song) {
+    if (song.LostFrames > 0) return SongHealth::Damaged;
+    return song.Whole ? SongHealth::Whole : SongHealth::NotWhole;
+}
+
+SongProgress ProgressOf(const TransferredSong& song) {
+    if (!song.JobName.empty()) return SongProgress::Encoding;
+    return song.Problem.empty() ? SongProgress::Stays : SongProgress::Failed;
+}
+
+}  // namespace
+
+void RunSongs::SongClosed(const ClosedSong& song) {
+    RunSong entry;
+    entry.Fate = song.Fate;
+    entry.Health = HealthOf(song);
+    entry.Seconds = song.Frames / std::max<uint32_t>(song.FramesPerSecond, 1);
+    entry.Media = song.Media;
+    entry.TempFile = song.TempPath;
+    if (song.Fate == SongFate::Kept) {
+        entry.Progress = SongProgress::Waiting;
+        ++Kept;
+        Seconds += entry.Seconds;
+    } else {
+        ++Others;
+    }
+    Entries.insert(Entries.begin(), std::move(entry));
+    if (Entries.size() > Capacity) Entries.pop_back();
+    Added.Raise();
+}
+
+void RunSongs::SongTransferred(const TransferredSong& song) {
+    const auto found = std::ranges::find_if(Entries, [&song](const RunSong& entry) {
+        return entry.Fate == SongFate::Kept && entry.Media.TempFileName == song.Media.TempFileName;
+    });
+    if (found == Entries.end()) return;  // left by an earlier run
+    found->Progress = ProgressOf(song);
+    found->MusicFile = song.MusicFile;
+    found->TempFile = song.TempFile;
+    found->JobName = song.JobName;
+    found->Media = song.Media;
+    ProgressChanged.Raise(static_cast<size_t>(found - Entries.begin()));
+}
+
+void RunSongs::JobEnded(const JobResult& result) {
+    const auto found = std::ranges::find_if(Entries, [&result](const RunSong& entry) {
+        return entry.JobName == result.Name && entry.Progress == SongProgress::Encoding;
+    });
+    if (found == Entries.end()) return;  // left by an earlier run
+    found->Progress = result.ExitCode == 0 ? SongProgress::Made : SongProgress::Failed;
+    ProgressChanged.Raise(static_cast<size_t>(found - Entries.begin()));
+}
+
+}  // namespace Corvetape

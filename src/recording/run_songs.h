@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "audio/closed_song.h"
+#include "core/event.h"
+#include "platform/processes.h"
+#include "post/transfer_job.h"
+
+namespace Corvetape {
+
+/// How far a kept song is on its way to the music folder.
+enum class SongProgress {
+    None,      ///< not kept, so there is no way
+    Waiting,   ///< for its turn
+    Encoding,  ///< its encoder runs
+    Made,      ///< the music file is there
+    Stays,     ///< as the recording itself, because no encoder is chosen
+    Failed,    ///< the encoder refused, or could not be started; the recording itself is still there
+};
+
+/// How good a song is that was kept.
+enum class SongHealth {
+    Whole,     ///< from its beginning to its end, nothing missing
+    NotWhole,  ///< begun or ended in the middle
+    Damaged,   ///< some of its sound was lost
+};
+
+/// A song of this run as a list shows it.
+struct RunSong {
+    SongFate Fate = SongFate::Unwanted;
+    SongHealth Health = SongHealth::NotWhole;
+    SongProgress Progress = SongProgress::None;
+    uint64_t Seconds = 0;
+    STATIONANDSONGDATA Media;
+    std::string TempFile;   ///< the recording itself; it may be gone
+    std::string MusicFile;  ///< empty if none is made
+    std::string JobName;    ///< of its encoder; empty if none was started
+};
+
+/// The songs that this run has seen, and what became of each.
+class RunSongs {
+ public:
+    /// Songs that are remembered. A radio that runs for weeks must not fill the memory.
+    static constexpr size_t Capacity = 2000;
+
+    void SongClosed(const ClosedSong& song);
+    void SongTransferred(const TransferredSong& song);
+    void JobEnded(const JobResult& result);
+
+    /// Newest first.
+    const std::vector<RunSong>& Songs() const { return Entries; }
+
+    /// Songs kept, songs not kept, and the seconds of those kept, of the whole run.
+    uint64_t KeptSongs() const { return Kept; }
+    uint64_t OtherSongs() const { return Others; }
+    uint64_t KeptSeconds() const { return Seconds; }
+
+    Event<> Added;                  ///< there is a new first one
+    Event<size_t> ProgressChanged;  ///< the song at this index is further on its way
+
+ private:
+    std::vector<RunSong> Entries;
+    uint64_t Kept = 0;
+    uint64_t Others = 0;
+    uint64_t Seconds = 0;
+};
+
+}  // namespace Corvetape

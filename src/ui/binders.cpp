@@ -1,0 +1,180 @@
+#include "ui/binders.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QSlider>
+#include <QStyle>
+
+#include "ui/binding.h"
+#include "ui/make.h"
+
+namespace Corvetape {
+
+QString WidgetName(const Control& control) {
+    const QString name = QString::fromStdString(control.Name());
+    return control.Index() < 0 ? name : name + "_" + QString::number(control.Index());
+}
+
+void ShowCommon(const Control& control, QWidget& widget) {
+    if (widget.objectName().isEmpty()) widget.setObjectName(WidgetName(control));
+    widget.setEnabled(control.Enabled());
+    // A widget that has no parent yet would become a window of its own.
+    if (widget.isHidden() == control.Visible() && (widget.parentWidget() || !control.Visible())) {
+        widget.setVisible(control.Visible());
+    }
+    widget.setToolTip(QString::fromStdString(control.ToolTip()));
+}
+
+namespace {
+
+template <typename Button>
+void ShowCaption(const Control& control, Button& widget) {
+    const QString caption = QString::fromStdString(control.Caption());
+    if (widget.text() != caption) widget.setText(caption);
+}
+
+/// What a click of the user does to a control that is set by clicking. The widget follows the control, also
+/// if the control does not follow the click.
+template <typename Button, typename ControlType>
+void SendClicks(Button* widget, ControlType& control) {
+    QObject::connect(widget, &QAbstractButton::clicked, [widget, &control] {
+        control.Press();
+        widget->setChecked(control.Value() != 0);
+    });
+}
+
+void Mark(QLineEdit& field, bool refused) {
+    if (field.property("refused").toBool() == refused) return;
+    field.setProperty("refused", refused);
+    field.style()->unpolish(&field);
+    field.style()->polish(&field);
+}
+
+/// Validating may show a box, which takes the focus and so leaves the field once more.
+void Leave(QLineEdit& field, TextBox& control) {
+    if (field.property("leaving").toBool()) return;
+    field.setProperty("leaving", true);
+    const bool refused = control.RunValidate();
+    field.setProperty("leaving", false);
+    Mark(field, refused);
+    if (refused) field.setFocus();
+}
+
+}  // namespace
+
+QCheckBox* BoundTo(CheckBox& control) {
+    auto* const widget = Make<QCheckBox>();
+    SendClicks(widget, control);
+    Follow(control, widget, [](const CheckBox& from, QCheckBox& to) {
+        ShowCaption(from, to);
+        to.setChecked(from.Value() != 0);
+    });
+    return widget;
+}
+
+QRadioButton* BoundTo(OptionButton& control) {
+    auto* const widget = Make<QRadioButton>();
+    widget->setAutoExclusive(false);  // the group of the controls decides
+    SendClicks(widget, control);
+    Follow(control, widget, [](const OptionButton& from, QRadioButton& to) {
+        ShowCaption(from, to);
+        to.setChecked(from.Value());
+    });
+    return widget;
+}
+
+QPushButton* BoundTo(CommandButton& control) {
+    auto* const widget = Make<QPushButton>();
+    widget->setAutoDefault(false);
+    QObject::connect(widget, &QPushButton::clicked, [&control] { control.Press(); });
+    Follow(control, widget, [](const CommandButton& from, QPushButton& to) { ShowCaption(from, to); });
+    return widget;
+}
+
+QLabel* BoundTo(Label& control) {
+    auto* const widget = Make<QLabel>();
+    widget->setTextFormat(Qt::PlainText);
+    Follow(control, widget, [](const Label& from, QLabel& to) { ShowCaption(from, to); });
+    return widget;
+}
+
+QLineEdit* BoundTo(TextBox& control) {
+    auto* const widget = Make<QLineEdit>();
+    QObject::connect(widget, &QLineEdit::textEdited,
+                     [&control](const QString& text) { control.Text(text.toStdString()); });
+    QObject::connect(widget, &QLineEdit::editingFinished, [widget, &control] { Leave(*widget, control); });
+    Follow(control, widget, [](const TextBox& from, QLineEdit& to) {
+        const QString text = QString::fromStdString(from.Text());
+        if (to.text() != text) to.setText(text);
+        to.setAccessibleName(QString::fromStdString(from.Caption()));
+    });
+    return widget;
+}
+
+QPlainTextEdit* BoundToLines(TextBox& control) {
+    auto* const widget = Make<QPlainTextEdit>();
+    widget->setReadOnly(true);
+    widget->setLineWrapMode(QPlainTextEdit::NoWrap);
+    Follow(control, widget, [](const TextBox& from, QPlainTextEdit& to) {
+        const QString text = QString::fromStdString(from.Text());
+        if (to.toPlainText() == text) return;
+        to.setPlainText(text);
+        to.verticalScrollBar()->setValue(to.verticalScrollBar()->maximum());
+    });
+    return widget;
+}
+
+QLineEdit* BoundToShown(TextBox& control) {
+    auto* const widget = Make<QLineEdit>();
+    widget->setReadOnly(true);
+    widget->setProperty("plain", true);
+    widget->setFocusPolicy(Qt::ClickFocus);
+    Follow(control, widget, [](const TextBox& from, QLineEdit& to) {
+        const QString text = QString::fromStdString(from.Text());
+        if (to.text() == text) return;
+        to.setText(text);
+        to.setCursorPosition(0);
+    });
+    return widget;
+}
+
+QSlider* BoundTo(Slider& control) {
+    auto* const widget = Make<QSlider>(Qt::Horizontal);
+    widget->setRange(control.Minimum(), control.Maximum());
+    widget->setSingleStep(control.Step());
+    widget->setPageStep(control.Step() * 5);
+    QObject::connect(widget, &QSlider::sliderMoved, [&control](int value) { control.Drag(value); });
+    QObject::connect(widget, &QSlider::sliderReleased,
+                     [widget, &control] { control.Value(widget->value()); });
+    QObject::connect(widget, &QSlider::valueChanged, [widget, &control](int value) {
+        if (!widget->isSliderDown()) control.Value(value);
+    });
+    Follow(control, widget, [](const Slider& from, QSlider& to) {
+        if (to.isSliderDown()) return;
+        const QSignalBlocker quiet(to);
+        to.setValue(from.Value());
+    });
+    return widget;
+}
+
+QLabel* CaptionOf(Control& control, QWidget* buddy) {
+    auto* const widget = Make<QLabel>();
+    widget->setBuddy(buddy);
+    widget->setWordWrap(true);
+    const auto update = [&control, kept = QPointer<QLabel>(widget)] {
+        if (!kept) return;
+        ShowCaption(control, *kept);
+        kept->setEnabled(control.Enabled());
+    };
+    update();
+    control.Changed.Connect(update);
+    return widget;
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+#include "core/controls.h"
+
+namespace Corvetape {
+
+/// Object name of the widget of a control.
+QString WidgetName(const Control& control);
+
+/// Shows what all kinds of controls have: name, tool tip, whether it is enabled and visible.
+void ShowCommon(const Control& control, QWidget& widget);
+
+/// Calls `show` now and whenever the control has changed, for as long as the widget is there.
+template <typename Widget, typename ControlType, typename Show>
+void Follow(ControlType& control, Widget* widget, Show show) {
+    const auto update = [&control, show, kept = QPointer<Widget>(widget)] {
+        if (!kept) return;
+        ShowCommon(control, *kept);
+        show(control, *kept);
+    };
+    update();
+    control.Changed.Connect(update);
+}
+
+}  // namespace Corvetape

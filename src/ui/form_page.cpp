@@ -1,0 +1,102 @@
+#include "ui/form_page.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QVBoxLayout>
+
+#include "ui/look.h"
+#include "ui/make.h"
+
+namespace Corvetape {
+
+QLabel* DimText(const QString& text) {
+    auto* const label = Make<QLabel>(text);
+    label->setProperty("dim", true);
+    label->setWordWrap(true);
+    return label;
+}
+
+QLineEdit* NumberField(TextBox& control) {
+    QLineEdit* const field = BoundTo(control);
+    field->setFixedWidth(10 * Grid);
+    return field;
+}
+
+Card::Card(const QString& heading, const QString& explanation) : Lines(Make<QVBoxLayout>(this)) {
+    setObjectName("card");
+    Lines->setContentsMargins(2 * Grid, 2 * Grid, 2 * Grid, 2 * Grid);
+    Lines->setSpacing(Grid);
+    if (!heading.isEmpty()) {
+        auto* const label = Make<QLabel>(heading);
+        label->setFont(ScaledFont(1, QFont::DemiBold));
+        Lines->addWidget(label);
+    }
+    if (!explanation.isEmpty()) Lines->addWidget(DimText(explanation));
+}
+
+void Card::AddWidget(QWidget* widget) {
+    Fields = nullptr;
+    Lines->addWidget(widget);
+}
+
+void Card::AddField(Control& captionOf, QWidget* field, QWidget* unit) {
+    if (!Fields) {
+        Fields = Make<QGridLayout>();
+        Fields->setHorizontalSpacing(Grid);
+        Fields->setVerticalSpacing(Grid);
+        Fields->setColumnMinimumWidth(0, 30 * Grid);
+        Fields->setColumnStretch(unit ? 2 : 1, 1);
+        Lines->addLayout(Fields);
+    }
+    const int row = Fields->rowCount();
+    Fields->addWidget(CaptionOf(captionOf, field), row, 0);
+    Fields->addWidget(field, row, 1);
+    if (unit) Fields->addWidget(unit, row, 2);
+}
+
+void Card::AddRow(std::initializer_list<QWidget*> widgets) {
+    Fields = nullptr;
+    auto* const row = Make<QHBoxLayout>();
+    row->setSpacing(Grid);
+    for (QWidget* widget : widgets) row->addWidget(widget);
+    row->addStretch(1);
+    Lines->addLayout(row);
+}
+
+FormPage::FormPage(const QString& name, const QString& explanation) {
+    auto* const page = Make<QWidget>();
+    page->setObjectName("page");
+    Cards = Make<QVBoxLayout>(page);
+    Cards->setContentsMargins(3 * Grid, 3 * Grid, 3 * Grid, 3 * Grid);
+    Cards->setSpacing(2 * Grid);
+    auto* const title = Make<QLabel>(name);
+    title->setFont(ScaledFont(1.5, QFont::Bold));
+    auto* const head = Make<QVBoxLayout>();
+    head->setSpacing(Grid / 2);
+    head->addWidget(title);
+    if (!explanation.isEmpty()) head->addWidget(DimText(explanation));
+    Cards->addLayout(head);
+    setWidget(page);
+    setWidgetResizable(true);
+    setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setAccessibleName(name);
+}
+
+Card& FormPage::AddCard(const QString& heading, const QString& explanation) {
+    auto* const card = Make<Card>(heading, explanation);
+    Cards->addWidget(card);
+    return *card;
+}
+
+void FormPage::AddFilling(QWidget* widget) {
+    Cards->addWidget(widget, 1);
+}
+
+void FormPage::Finish() {
+    Cards->addStretch(0);
+}
+
+}  // namespace Corvetape

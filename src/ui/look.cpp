@@ -1,0 +1,92 @@
+#include "ui/look.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QPalette>
+#include <QWidget>
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <utility>
+
+/// The pictures lie in a library, where nothing else would take them into the program.
+static void TakeInPictures() {
+    Q_INIT_RESOURCE(icons);
+}
+
+namespace Corvetape {
+
+namespace {
+
+const Look Light{false,     "#f6f6f4", "#ffffff", "#efeeea", "#e0deda", "#1d1d1b", "#686762",
+                 "#c8371f", "#ffffff", "#fbe9e5", "#2a7448", "#8f6000", "#b9b7b0"};
+const Look Dark{true,      "#1c1c1e", "#252528", "#202023", "#39393e", "#f0efec", "#a8a6a0",
+                "#ff6a4d", "#1c1c1e", "#42251f", "#63c088", "#e0b04a", "#5d5c62"};
+
+QPalette PaletteOf(const Look& look) {
+    QPalette palette(look.Text, look.Panel, look.Panel, look.Line, look.Line, look.Text, look.OnAccent,
+                     look.Panel, look.Window);
+    palette.setColor(QPalette::Highlight, look.Accent);
+    palette.setColor(QPalette::HighlightedText, look.OnAccent);
+    palette.setColor(QPalette::Link, look.Accent);
+    palette.setColor(QPalette::PlaceholderText, look.Dim);
+    palette.setColor(QPalette::AlternateBase, look.Window);
+    palette.setColor(QPalette::ToolTipBase, look.Panel);
+    palette.setColor(QPalette::ToolTipText, look.Text);
+    for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText}) {
+        palette.setColor(QPalette::Disabled, role, look.Wave);
+    }
+    return palette;
+}
+
+QString StyleSheetOf(const Look& look) {
+    QFile file(":/ui/window.qss");
+    if (!file.open(QIODevice::ReadOnly)) return {};
+    QString sheet = QString::fromUtf8(file.readAll());
+    using Named = std::pair<const char*, QColor>;
+    const std::array names{Named{"@window", look.Window},
+                           Named{"@panel", look.Panel},
+                           Named{"@navigation", look.Navigation},
+                           Named{"@line", look.Line},
+                           Named{"@text", look.Text},
+                           Named{"@dim", look.Dim},
+                           Named{"@accent", look.Accent},
+                           Named{"@onaccent", look.OnAccent},
+                           Named{"@soft", look.Soft},
+                           Named{"@good", look.Good},
+                           Named{"@warning", look.Warning},
+                           Named{"@wave", look.Wave}};
+    for (const auto& [name, colour] : names) sheet.replace(name, colour.name());
+    return sheet.replace("$mark", look.Dark ? "dark" : "light");
+}
+
+}  // namespace
+
+const Look& PresentLook() {
+    return QApplication::palette().color(QPalette::Window).lightness() < 128 ? Dark : Light;
+}
+
+void Dress(QWidget& window) {
+    TakeInPictures();
+    const Look& look = PresentLook();
+    window.setPalette(PaletteOf(look));
+    window.setStyleSheet(StyleSheetOf(look));
+}
+
+QFont ScaledFont(double scale, QFont::Weight weight) {
+    QFont font = QApplication::font();
+    font.setPointSizeF(font.pointSizeF() * scale);
+    font.setWeight(weight);
+    return font;
+}
+
+NameColours ColoursOf(const QString& name) {
+    uint32_t hash = 2166136261U;  // the same in every run, unlike the toolkit's own
+    for (const QChar letter : name) hash = (hash ^ letter.unicode()) * 16777619U;
+    const auto hue = static_cast<int>(hash % 360);
+    const auto turn = static_cast<int>(60 + hash / 360 % 80);
+    return {QColor::fromHsl(hue, 110, 84), QColor::fromHsl((hue + turn) % 360, 92, 100),
+            QColor::fromHsl((hue + 2 * turn) % 360, 150, 146)};
+}
+
+}  // namespace Corvetape

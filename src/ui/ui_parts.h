@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "audio/pause_settings.h"
+#include "audio/recording_flags.h"
+#include "audio/signal_state.h"
+#include "core/media_state.h"
+#include "forms/frm_main.h"
+#include "recording/level_display.h"
+#include "recording/run_songs.h"
+#include "recording/signal_trace.h"
+#include "ui/words.h"
+
+namespace Corvetape {
+
+/// What the window shows and what it hands on. All of it outlives the window.
+struct UiParts {
+    frmMain& Form;
+    const RecordingFlags& Flags;
+    const SignalState& Signal;
+    const MediaState& Media;
+    const PauseSettings& Pause;
+    LevelDisplay& Levels;
+    SignalTrace& Trace;
+    RunSongs& Songs;
+    Words Say;
+    std::function<uint64_t()> SongAgeSeconds;
+    std::function<bool()> Close;  ///< the user closes the window; false if it has to stay for now
+};
+
+}  // namespace Corvetape

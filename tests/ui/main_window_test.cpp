@@ -1,0 +1,124 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QPushButton>
+#include <QToolButton>
+#include <algorithm>
+#include <cmath>
+
+#include "ui/look.h"
+#include "ui/navigation.h"
+#include "ui/ui_world.h"
+
+namespace Corvetape::Test {
+namespace {
+
+TEST(MainWindow, SaysWhatIsDoneWithTheSongThatPlays) {
+    UiWorld world;
+    ASSERT_TRUE(world.Loaded);
+    world.RunFor(10);
+    const auto* const state = world.Find<QLabel>("lblPresentState");
+    EXPECT_EQ(state->text(), "Listening - nothing is kept");
+    world.Find<QPushButton>("cmdStartStop")->click();
+    EXPECT_EQ(world.Form().chkStartStop[0].Value(), 1);
+    EXPECT_EQ(state->text(), "Recording - this song had already begun");
+    world.RunFor(70);
+    EXPECT_EQ(state->text(), "Recording - kept from its beginning");
+    world.Find<QPushButton>("cmdSkipThisRecording")->click();
+    world.RunFor(1);
+    EXPECT_EQ(state->text(), "Waiting for the next song");
+}
+
+TEST(MainWindow, ListsEachSongWithWhatBecameOfIt) {
+    UiWorld world;
+    world.RunFor(5);
+    world.Form().chkStartStop[1].Value(1);
+    world.RunFor(200);
+    const auto* const list = world.Find<QListView>("songs");
+    ASSERT_GE(list->model()->rowCount(), 2);
+    const QString oldest =
+        list->model()->index(list->model()->rowCount() - 1, 0).data(Qt::AccessibleTextRole).toString();
+    EXPECT_TRUE(oldest.contains("not wanted")) << oldest.toStdString();
+    const QString next =
+        list->model()->index(list->model()->rowCount() - 2, 0).data(Qt::AccessibleTextRole).toString();
+    EXPECT_TRUE(next.contains("whole") && next.contains("MP3 made")) << next.toStdString();
+}
+
+TEST(MainWindow, ShowsArtistAndTitleOfWhatPlays) {
+    UiWorld world;
+    world.RunFor(20);
+    EXPECT_FALSE(world.Form().txtSong.Text().empty());
+    EXPECT_EQ(world.Find<QLineEdit>("txtSong")->text().toStdString(), world.Form().txtSong.Text());
+    EXPECT_EQ(world.Find<QLineEdit>("txtArtist")->text().toStdString(), world.Form().txtArtist.Text());
+}
+
+TEST(MainWindow, BringsUpTheTabsByTheirButtonsAndKeys) {
+    UiWorld world;
+    TabStrip& tabs = world.Form().tbsMain;
+    world.Find<QToolButton>("TAB_PAUSE")->click();
+    EXPECT_EQ(tabs.SelectedKey(), "TAB_PAUSE");
+    tabs.Select("TAB_ABOUT");
+    EXPECT_TRUE(world.Find<QToolButton>("TAB_ABOUT")->isChecked());
+    SelectNeighbour(tabs, 1);
+    EXPECT_EQ(tabs.SelectedKey(), "TAB_RECORDING");
+    SelectNeighbour(tabs, -1);
+    EXPECT_EQ(tabs.SelectedKey(), "TAB_ABOUT");
+}
+
+TEST(MainWindow, FollowsThePaletteOfTheDesktop) {
+    const QPalette before = QApplication::palette();
+    UiWorld world;
+    QApplication::setPalette(QPalette(Qt::white, QColor(30, 30, 30)));
+    QApplication::processEvents();
+    EXPECT_TRUE(PresentLook().Dark);
+    EXPECT_LT(world.Window->palette().color(QPalette::Window).lightness(), 128);
+    QApplication::setPalette(QPalette(Qt::black, QColor(240, 240, 240)));
+    QApplication::processEvents();
+    EXPECT_GT(world.Window->palette().color(QPalette::Window).lightness(), 128);
+    QApplication::setPalette(before);
+}
+
+TEST(MainWindow, IsClosedByTheProgramAlone) {
+    UiWorld world;
+    world.RunFor(5);
+    world.Form().chkDelayUnload.Value(1);
+    world.Form().chkStartStop[0].Value(1);
+    world.Window->show();
+    EXPECT_FALSE(world.Window->close());
+    EXPECT_TRUE(world.Recorder->Running());
+    EXPECT_TRUE(world.Window->close());
+    EXPECT_FALSE(world.Recorder->Running());
+}
+
+double Contrast(const QColor& first, const QColor& second) {
+    const auto light = [](const QColor& colour) {
+        const auto linear = [](double part) {
+            return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+               0.0722 * linear(colour.blueF());
+    };
+    const double a = light(first) + 0.05;
+    const double b = light(second) + 0.05;
+    return std::max(a, b) / std::min(a, b);
+}
+
+TEST(MainWindow, ItsTextsCanBeReadInBothPalettes) {
+    const QPalette before = QApplication::palette();
+    for (const QColor paper : {QColor(30, 30, 30), QColor(240, 240, 240)}) {
+        QApplication::setPalette(QPalette(paper, paper));
+        const Look& look = PresentLook();
+        for (const QColor& ink : {look.Text, look.Dim, look.Accent, look.Good, look.Warning}) {
+            EXPECT_GE(Contrast(ink, look.Window), 4.5) << ink.name().toStdString();
+            EXPECT_GE(Contrast(ink, look.Panel), 4.5) << ink.name().toStdString();
+        }
+        EXPECT_GE(Contrast(look.OnAccent, look.Accent), 4.5);
+    }
+    QApplication::setPalette(before);
+}
+
+}  // namespace
+}  // namespace Corvetape::Test

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/program.h"
+#include "platform/sim/demo_radio.h"
+#include "platform/sim/sim_machine.h"
+#include "platform/sim/source_players.h"
+#include "recording/run_songs.h"
+#include "recording/signal_trace.h"
+#include "support/data_file.h"
+#include "ui/main_window.h"
+
+namespace Corvetape::Test {
+
+/// The whole program with its window, on a simulated machine whose only input is the demo radio.
+class UiWorld {
+ public:
+    explicit UiWorld(const std::string& language = "english") {
+        for (const char* name : {"english.lang", "german.lang", "CorvetFix.ini"}) {
+            Computer.Files.Put(Computer.Folders.Program + "/" + name, DataFile(name));
+        }
+        Computer.Files.MakeFolders("/home/user/Music");
+        Computer.WaveIn.AddDevice({"Demo radio", "demo", WaveInKind::Demo},
+                                  [](uint32_t rate) { return std::make_unique<DemoRadio>(1, rate); });
+        Computer.Processes.DurationOf = [](const HiddenJob&) { return std::chrono::seconds(30); };
+        RunOptions options;
+        options.Players = &Titles;
+        options.Overrides = {{"Mixer", "InputDevice", "0"},
+                             {"Mixer", "InputDeviceNames", "Demo radio;"},
+                             {"General", "Language", language},
+                             {"Options", "NoStartupInfo", "1"},
+                             {"Options", "Encoder", "1"}};
+        Recorder = std::make_unique<Program>(Computer.Get(), std::move(options), Events(), Steps());
+        State& state = Recorder->Values();
+        Trace = std::make_unique<SignalTrace>(state.Signal, state.Pause, Computer.Clock);
+        state.Form.tmr1Second.Timer.Connect([this] { Trace->Follow(); });
+        Loaded = Recorder->Load();
+    }
+    ~UiWorld() {
+        Window.reset();
+        Trace.reset();
+        Recorder.reset();
+    }
+    UiWorld(const UiWorld&) = delete;
+    UiWorld& operator=(const UiWorld&) = delete;
+
+    void RunFor(int seconds) { Computer.Loop.RunFor(std::chrono::seconds(seconds)); }
+    frmMain& Form() { return Recorder->Values().Form; }
+
+    /// Keys of all tabs, in their order.
+    std::vector<std::string> TabKeys() { return Form().tbsMain.Keys(); }
+
+    /// The widget of a control by the name of both.
+    template <typename Widget>
+    Widget* Find(const char* name) {
+        return Window->findChild<Widget*>(name);
+    }
+
+    SimMachine Computer;
+    SourcePlayers Titles{Computer.Loop, "Demo radio", [this] { return Computer.WaveIn.NowPlaying(); }};
+    RunSongs Songs;
+    std::unique_ptr<Program> Recorder;
+    std::unique_ptr<SignalTrace> Trace;
+    std::unique_ptr<MainWindow> Window;
+    bool Loaded = false;
+
+ private:
+    ProgramEvents Events() {
+        ProgramEvents events;
+        events.SongClosed = [this](const ClosedSong& song) {
+            Trace->SongClosed(song);
+            Songs.SongClosed(song);
+        };
+        events.SongTransferred = [this](const TransferredSong& song) { Songs.SongTransferred(song); };
+        events.JobEnded = [this](const JobResult& result) { Songs.JobEnded(result); };
+        return events;
+    }
+
+    DesktopSteps Steps() {
+        DesktopSteps steps;
+        steps.SizeStatusLine = [this] {
+            State& state = Recorder->Values();
+            Window = std::make_unique<MainWindow>(
+                UiParts{state.Form, state.Flags, state.Signal, state.Media, state.Pause, Recorder->Levels(),
+                        *Trace, Songs, Words(Recorder->Texts()),
+                        [this] { return Recorder->SongAgeSeconds(); }, [this] { return Recorder->Close(); }});
+        };
+        steps.ShowWindow = [this] { Window->show(); };
+        return steps;
+    }
+};
+
+}  // namespace Corvetape::Test
