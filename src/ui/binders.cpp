@@ -23,12 +23,13 @@ QString WidgetName(const Control& control) {
 
 void ShowCommon(const Control& control, QWidget& widget) {
     if (widget.objectName().isEmpty()) widget.setObjectName(WidgetName(control));
-    widget.setEnabled(control.Enabled());
+    const QString notBuilt = widget.property("notBuilt").toString();
+    widget.setEnabled(control.Enabled() && notBuilt.isEmpty());
     // A widget that has no parent yet would become a window of its own.
     if (widget.isHidden() == control.Visible() && (widget.parentWidget() || !control.Visible())) {
         widget.setVisible(control.Visible());
     }
-    widget.setToolTip(QString::fromStdString(control.ToolTip()));
+    widget.setToolTip(notBuilt.isEmpty() ? QString::fromStdString(control.ToolTip()) : notBuilt);
 }
 
 namespace {

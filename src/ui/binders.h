@@ -39,6 +39,11 @@ QLineEdit* BoundToShown(TextBox& control);
 /// Lists keep the place where they are scrolled to, unless the control asks for an entry to be seen.
 QComboBox* BoundTo(ComboBox& control);
 QListView* BoundTo(ListBox& control);
+
+/// A list of few entries, as one that opens.
+QComboBox* BoundToChoice(ListBox& control);
+
+/// A list of which any number of entries can be selected.
 QListView* BoundTo(MultiListBox& control);
 
 /// Horizontal; a scroll bar of the program runs from the right to the left like its numbers.

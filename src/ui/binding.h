@@ -5,6 +5,8 @@
 #include <QWidget>
 
 #include "core/controls.h"
+#include "ui/text_keys.h"
+#include "ui/words.h"
 
 namespace Corvetape {
 
@@ -13,6 +15,16 @@ QString WidgetName(const Control& control);
 
 /// Shows what all kinds of controls have: name, tool tip, whether it is enabled and visible.
 void ShowCommon(const Control& control, QWidget& widget);
+
+/// For a control whose function this version does not have yet: it cannot be pressed, and its tool tip says
+/// so, whatever its control says.
+template <typename Widget>
+Widget* NotBuilt(Widget* widget, const Words& say) {
+    widget->setProperty("notBuilt", say(Key::NotBuilt));
+    widget->setEnabled(false);
+    widget->setToolTip(say(Key::NotBuilt));
+    return widget;
+}
 
 /// Calls `show` now and whenever the control has changed, for as long as the widget is there.
 template <typename Widget, typename ControlType, typename Show>

@@ -51,6 +51,7 @@ void Card::AddField(Control& captionOf, QWidget* field, QWidget* unit) {
         Lines->addLayout(Fields);
     }
     const int row = Fields->rowCount();
+    field->setAccessibleName(QString::fromStdString(captionOf.Caption()));
     Fields->addWidget(CaptionOf(captionOf, field), row, 0);
     Fields->addWidget(field, row, 1);
     if (unit) Fields->addWidget(unit, row, 2);
@@ -91,12 +92,12 @@ Card& FormPage::AddCard(const QString& heading, const QString& explanation) {
     return *card;
 }
 
-void FormPage::AddFilling(QWidget* widget) {
-    Cards->addWidget(widget, 1);
+void FormPage::AddFilling(QWidget* widget, int stretch) {
+    Cards->addWidget(widget, stretch);
 }
 
 void FormPage::Finish() {
-    Cards->addStretch(0);
+    Cards->addStretch(1);
 }
 
 }  // namespace Corvetape

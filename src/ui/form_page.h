@@ -46,8 +46,8 @@ class FormPage : public QScrollArea {
 
     Card& AddCard(const QString& heading, const QString& explanation = {});
 
-    /// Anything else below the cards, taking the space that is left.
-    void AddFilling(QWidget* widget);
+    /// Anything else below the cards; above a `stretch` of 0 it shares the space that is left.
+    void AddFilling(QWidget* widget, int stretch);
 
     /// To be called when all is added.
     void Finish();

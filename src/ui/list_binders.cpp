@@ -87,15 +87,19 @@ void SelectRows(const std::vector<ListItem>& items, QListView& view) {
 }  // namespace
 
 QComboBox* BoundTo(ComboBox& control) {
+    return BoundToChoice(control);
+}
+
+QComboBox* BoundToChoice(ListBox& control) {
     auto* const widget = Make<QComboBox>();
     widget->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    widget->setMinimumContentsLength(12);
+    widget->setMinimumContentsLength(4);
     widget->setModel(Make<ItemsModel>(widget));
     QObject::connect(widget, &QComboBox::activated, [widget, &control](int index) {
         control.ListIndex(index);
         widget->setCurrentIndex(control.ListIndex());
     });
-    Follow(control, widget, [](const ComboBox& from, QComboBox& to) {
+    Follow(control, widget, [](const ListBox& from, QComboBox& to) {
         const QSignalBlocker quiet(to);
         static_cast<ItemsModel&>(*to.model()).Show(from.Items());
         to.setCurrentIndex(from.ListIndex());

@@ -27,7 +27,4 @@ class Navigation : public QFrame {
 /// Selects the tab `step` places on; after the last one comes the first.
 void SelectNeighbour(TabStrip& tabs, int step);
 
-/// The tag of a tab: what its panel, its icon and its page of the help are called.
-std::string TagOf(const std::string& key);
-
 }  // namespace Corvetape

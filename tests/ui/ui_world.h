@@ -52,7 +52,11 @@ class UiWorld {
     frmMain& Form() { return Recorder->Values().Form; }
 
     /// Keys of all tabs, in their order.
-    std::vector<std::string> TabKeys() { return Form().tbsMain.Keys(); }
+    std::vector<std::string> TabKeys() {
+        std::vector<std::string> keys;
+        for (const Tab& tab : Form().tbsMain.Tabs()) keys.push_back(tab.Key);
+        return keys;
+    }
 
     /// The widget of a control by the name of both.
     template <typename Widget>

@@ -1,0 +1,94 @@
+#include "ui/level_views.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPointer>
+#include <QToolTip>
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "ui/look.h"
+
+namespace Corvetape {
+
+namespace {
+
+constexpr double MeterScale = 19;  // of the places of its bars
+
+QColor Shown(const Colour& ink) {
+    return {ink.Red, ink.Green, ink.Blue};
+}
+
+/// Stretches from the bottom of a place to its top.
+void PaintLines(QPainter& painter, const QRectF& place, const LevelLines& lines) {
+    for (const LevelLine& line : lines) {
+        const double top = place.bottom() - place.height() * line.To / FullScale;
+        const double bottom = place.bottom() - place.height() * line.From / FullScale;
+        painter.fillRect(QRectF(place.left(), top, place.width(), bottom - top), Shown(line.Ink));
+    }
+}
+
+template <typename View>
+void UpdateWhenDrawn(const UiParts& parts, View* view) {
+    parts.Levels.Drawn.Connect([kept = QPointer<View>(view)] {
+        if (kept) kept->update();
+    });
+}
+
+}  // namespace
+
+MeterView::MeterView(const UiParts& parts) : Parts(parts) {
+    setObjectName(QString::fromStdString(Parts.Form.picVUMeter.Name()));
+    setAccessibleName(QString::fromStdString(Parts.Form.fraVUMeter.Caption()));
+    setFixedSize(12 * Grid, 18 * Grid);
+    UpdateWhenDrawn(Parts, this);
+}
+
+void MeterView::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    const QRectF place(0, 6, 6.0 * Grid, height() - 12);
+    painter.fillRect(place, QColor(Qt::white));
+    for (const MeterBar& bar : Parts.Levels.Meter()) {
+        const double left = place.left() + place.width() * bar.Left / MeterScale;
+        const double right = place.left() + place.width() * bar.Right / MeterScale;
+        PaintLines(painter, QRectF(left, place.top(), right - left, place.height()), bar.Lines);
+    }
+    painter.setPen(PresentLook().Dim);
+    painter.setFont(ScaledFont(0.85));
+    for (const int decibels : {0, -3, -6, -10, -20}) {
+        const double y = place.bottom() - place.height() * std::pow(10, decibels / 20.0);
+        painter.drawText(QRectF(place.right() + 6, y - 8, 5 * Grid, 16), Qt::AlignLeft | Qt::AlignVCenter,
+                         QString::number(decibels) + " dB");
+    }
+}
+
+HistogramView::HistogramView(const UiParts& parts) : Parts(parts) {
+    setObjectName(QString::fromStdString(Parts.Form.picHistogram.Name()));
+    setAccessibleName(QString::fromStdString(Parts.Form.fraHistogram.Caption()));
+    setMinimumSize(HistogramPicture::Width, 14 * Grid);
+    setMouseTracking(true);
+    UpdateWhenDrawn(Parts, this);
+}
+
+void HistogramView::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.fillRect(rect(), QColor(Qt::white));
+    const double wide = width() / static_cast<double>(HistogramPicture::Width);
+    for (size_t column = 0; column < HistogramPicture::Width; ++column) {
+        PaintLines(painter, QRectF(wide * static_cast<double>(column), 0, wide + 0.5, height()),
+                   Parts.Levels.Histogram().Columns[column]);
+    }
+}
+
+void HistogramView::mousePressEvent(QMouseEvent* /*event*/) {
+    Parts.Levels.HistogramClicked();
+}
+
+void HistogramView::mouseMoveEvent(QMouseEvent* event) {
+    const double part = event->position().x() / std::max(width(), 1);
+    Parts.Levels.HistogramMouseMove(static_cast<size_t>(std::max(part, 0.0) * HistogramPicture::Width));
+    setToolTip(QString::fromStdString(Parts.Levels.HistogramToolTip()));
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,74 @@
+#include "ui/pages/audio_view.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QSlider>
+#include <QVBoxLayout>
+
+#include "ui/binding.h"
+#include "ui/form_page.h"
+#include "ui/level_views.h"
+#include "ui/look.h"
+#include "ui/make.h"
+#include "ui/text_keys.h"
+
+namespace Corvetape {
+
+namespace {
+
+void AddInput(FormPage& page, const UiParts& parts) {
+    frmMain& form = parts.Form;
+    Card& card = page.AddCard(parts.Say(Key::InputCard), parts.Say(Key::InputCardLine));
+    QComboBox* const inputs = BoundTo(form.cmbInputDevices);
+    card.AddWidget(CaptionOf(form.cmbInputDevices, inputs));
+    card.AddWidget(inputs);
+    card.Add(form.chk48kHz);
+    card.AddRow({NotBuilt(BoundTo(form.cmdAutoInput), parts.Say)});
+}
+
+void AddLevel(FormPage& page, const UiParts& parts) {
+    frmMain& form = parts.Form;
+    Card& card =
+        page.AddCard(QString::fromStdString(form.fraVUMeter.Caption()), parts.Say(Key::LevelCardLine));
+    auto* const row = Make<QWidget>();
+    auto* const columns = Make<QHBoxLayout>(row);
+    columns->setContentsMargins(0, 0, 0, 0);
+    columns->setSpacing(2 * Grid);
+    columns->addWidget(Make<MeterView>(parts));
+    auto* const right = Make<QVBoxLayout>();
+    right->addWidget(Make<QLabel>(QString::fromStdString(form.fraHistogram.Caption())));
+    right->addWidget(Make<HistogramView>(parts), 1);
+    columns->addLayout(right, 1);
+    card.AddWidget(row);
+    card.AddRow({BoundTo(form.lblHistogram[0]), BoundTo(form.lblHistogramMin), BoundTo(form.lblHistogram[1]),
+                 BoundTo(form.lblHistogramMax)});
+    card.AddRow({BoundTo(form.lblMaxBuffersUsed), BoundTo(form.lblMaxBuffers)});
+}
+
+void AddGain(FormPage& page, const UiParts& parts) {
+    frmMain& form = parts.Form;
+    Card& card = page.AddCard(parts.Say(Key::GainCard), parts.Say(Key::GainCardLine));
+    QSlider* const gain = BoundTo(static_cast<Slider&>(form.vscMultiplier));
+    gain->setMinimumWidth(40 * Grid);
+    card.AddRow({gain, BoundTo(form.lblMultiplier)});
+    card.AddRow({NotBuilt(BoundTo(form.cmdAGC), parts.Say), NotBuilt(BoundTo(form.cmdOpenMixer), parts.Say)});
+    card.AddRow({NotBuilt(BoundTo(form.cmdSaveMixerSettings), parts.Say),
+                 NotBuilt(BoundTo(form.cmdResetMixerSettings), parts.Say)});
+    card.Add(form.chkMixerAutoUpdate);
+}
+
+}  // namespace
+
+QWidget* MakeAudioView(const UiParts& parts) {
+    auto* const page = Make<FormPage>(parts.Say(Key::AudioName), parts.Say(Key::AudioLine));
+    AddInput(*page, parts);
+    AddLevel(*page, parts);
+    AddGain(*page, parts);
+    page->Finish();
+    return page;
+}
+
+}  // namespace Corvetape

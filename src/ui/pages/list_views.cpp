@@ -1,0 +1,98 @@
+#include "ui/pages/list_views.h"
+
+#include <QCheckBox>
+#include <QFontDatabase>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "ui/binding.h"
+#include "ui/form_page.h"
+#include "ui/look.h"
+#include "ui/make.h"
+#include "ui/text_keys.h"
+
+namespace Corvetape {
+
+namespace {
+
+QWidget* Row(std::initializer_list<QWidget*> widgets) {
+    auto* const whole = Make<QWidget>();
+    auto* const row = Make<QHBoxLayout>(whole);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(Grid);
+    for (QWidget* widget : widgets) row->addWidget(widget);
+    row->addStretch(1);
+    return whole;
+}
+
+QWidget* WatchView(const UiParts& parts, size_t list, const char* name, const char* line) {
+    frmMain& form = parts.Form;
+    auto* const page = Make<FormPage>(parts.Say(name), parts.Say(line));
+    QListView* const entries = BoundTo(form.lstWatch[list]);
+    page->AddFilling(CaptionOf(form.lblWatch[list], entries), 0);
+    page->AddFilling(entries, 1);
+    auto* const added = Make<QWidget>();
+    auto* const row = Make<QHBoxLayout>(added);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(Grid);
+    QLineEdit* const text = BoundTo(form.txtWatch[list]);
+    row->addWidget(BoundTo(form.lblNewWatch[list]));
+    row->addWidget(text, 1);
+    row->addWidget(BoundTo(form.cmdAddToWatchList[list]));
+    text->setAccessibleName(QString::fromStdString(form.lblNewWatch[list].Caption()));
+    page->AddFilling(added, 0);
+    page->AddFilling(Row({BoundTo(form.cmdDeleteFromWatchList[list]), BoundTo(form.cmdEditWatchList[list])}),
+                     0);
+    if (list == 1) page->AddFilling(BoundTo(form.chkAutoExclude), 0);
+    return page;
+}
+
+}  // namespace
+
+QWidget* MakeLogView(const UiParts& parts) {
+    frmMain& form = parts.Form;
+    auto* const page = Make<FormPage>(parts.Say(Key::LogName), parts.Say(Key::LogLine));
+    QPlainTextEdit* const log = BoundToLines(form.txtLogFile);
+    log->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    page->AddFilling(CaptionOf(form.fraLogFile, log), 0);
+    page->AddFilling(log, 1);
+    page->AddFilling(Row({NotBuilt(BoundTo(form.cmdOpenLogFile), parts.Say),
+                          NotBuilt(BoundTo(form.cmdDeleteLogFiles), parts.Say)}),
+                     0);
+    return page;
+}
+
+QWidget* MakeIncludeView(const UiParts& parts) {
+    return WatchView(parts, 0, Key::IncludeName, Key::IncludeLine);
+}
+
+QWidget* MakeExcludeView(const UiParts& parts) {
+    return WatchView(parts, 1, Key::ExcludeName, Key::ExcludeLine);
+}
+
+QWidget* MakeAboutView(const UiParts& parts) {
+    frmMain& form = parts.Form;
+    auto* const page = Make<FormPage>(parts.Say(Key::AboutName), parts.Say(Key::AboutLine));
+    Card& card = page->AddCard({});
+    auto* const logo = Make<QLabel>();
+    logo->setObjectName("picLogo");
+    logo->setPixmap(QIcon(":/ui/icons/corvetape.svg").pixmap(12 * Grid, 12 * Grid));
+    auto* const name = Make<QLabel>("Corvetape");
+    name->setFont(ScaledFont(2, QFont::Bold));
+    card.AddRow({logo, name, BoundTo(form.lblVersion)});
+    card.AddRow(
+        {NotBuilt(BoundTo(form.lblHomePage), parts.Say), NotBuilt(BoundTo(form.lblMailTo), parts.Say)});
+    card.AddRow(
+        {NotBuilt(BoundTo(form.cmdNews), parts.Say), NotBuilt(BoundTo(form.cmdCheckUpdateNow), parts.Say)});
+    QLineEdit* const keys = BoundToShown(form.txtlblF1);
+    card.AddWidget(NotBuilt(keys, parts.Say));
+    page->Finish();
+    return page;
+}
+
+}  // namespace Corvetape
