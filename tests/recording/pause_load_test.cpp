@@ -353,6 +353,16 @@ TEST(PauseStoring, PutsAllThatWasLoadedUnderThePresentProvider) {
     EXPECT_THAT(rig.Told(), testing::IsEmpty());
 }
 
+TEST(PauseStoring, PutsChoicesThatAreOffUnderThePresentProviderToo) {
+    PauseRig rig("[Radio]\nIgnoreSilence=0\nDetectSilenceByPeak=0\nDuplicatepartOfSong=0\n");
+    rig.Media.ProviderName = "New";
+    rig.Control.LoadProviderSettings("Radio");
+    rig.Control.StoreProviderSettings();
+    for (const char* key : {"IgnoreSilence", "DetectSilenceByPeak", "DuplicatepartOfSong"}) {
+        EXPECT_EQ(rig.Stored("New", key), "0") << key;
+    }
+}
+
 TEST(PauseStoring, TellsWhatItsValidationRefusesAndStoresTheRest) {
     PauseRig rig("[Radio]\nLengthOfPause=75\nIgnoreShortSongs=60\n");
     rig.Media.ProviderName = "New";

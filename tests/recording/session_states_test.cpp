@@ -264,6 +264,18 @@ TEST(SessionControls, SkipNeedsMediaDataAndARecording) {
     EXPECT_FALSE(rig.Form.cmdSkipThisRecording.Enabled());
 }
 
+TEST(SessionControls, ASongThatIsBrokenOffPassesTheWishOnWhateverEndsSongsButTheClock) {
+    for (const EndOfSong mode : {EndOfSong::Silence, EndOfSong::MediaData}) {
+        SessionRig rig;
+        rig.Pause.EndOfSongDetection = mode;
+        rig.Form.chkStartStop[0].Value(1);
+        rig.Recording.BreakOff();
+        EXPECT_EQ(rig.Form.chkStartStop[1].Value(), 1);
+        EXPECT_TRUE(rig.Flags.RecordNextSong);
+        EXPECT_FALSE(rig.Flags.RecordCurrentSong);
+    }
+}
+
 TEST(SessionControls, ATimedRecordingTakesItsMinutesFromTheBox) {
     SessionRig rig;
     rig.Form.chkStartStop[0].Value(1);
