@@ -1,5 +1,6 @@
 #include "recording/disk_check.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace Corvetape {
@@ -49,9 +50,37 @@ DiskLimit FindDiskLimit(const WorkingFolders& folders, const Settings& settings,
 DiskCheck::DiskCheck(DiskCheckParts parts, DiskCheckActions actions)
     : Parts(parts), Actions(std::move(actions)) {}
 
+/// Songs go to the folder that the program was started with, also when another one was chosen since. Both
+/// have to have room: the next start writes to the new one.
+std::string DiskCheck::FolderOfSongs() const {
+    return Parts.Folders.SongTempFolder.substr(0, Parts.Folders.SongTempFolder.rfind('/'));
+}
+
+std::optional<uint64_t> DiskCheck::TempSpace() const {
+    const std::optional<uint64_t> chosen = Parts.Files.FreeSpace(Parts.Folders.Paths[0]);
+    const std::string songs = FolderOfSongs();
+    if (songs.empty() || songs == Parts.Folders.Paths[0]) return chosen;
+    const std::optional<uint64_t> present = Parts.Files.FreeSpace(songs);
+    if (!chosen || !present) return std::nullopt;
+    return std::min(*chosen, *present);
+}
+
+bool DiskCheck::HasRoom(uint32_t bytesPerSecond) {
+    const std::optional<uint64_t> temp = TempSpace();
+    const std::optional<uint64_t> music = Parts.Files.FreeSpace(Parts.Folders.Paths[1]);
+    return temp && music && *temp >= SecondsOfReserve * bytesPerSecond &&
+           FindDiskLimit(Parts.Folders, Parts.Settings, *temp, *music) == DiskLimit::None;
+}
+
 bool DiskCheck::Run() {
-    const std::optional<uint64_t> temp = Ask(Parts.Folders.Paths[0]);
+    std::optional<uint64_t> temp = Ask(Parts.Folders.Paths[0]);
     if (!temp) return false;
+    const std::string songs = FolderOfSongs();
+    if (!songs.empty() && songs != Parts.Folders.Paths[0]) {
+        const std::optional<uint64_t> present = Ask(songs);
+        if (!present) return false;
+        temp = std::min(*temp, *present);
+    }
     const std::optional<uint64_t> music = Ask(Parts.Folders.Paths[1]);
     if (!music) return false;
     if (Applies()) React(FindDiskLimit(Parts.Folders, Parts.Settings, *temp, *music));
@@ -60,7 +89,7 @@ bool DiskCheck::Run() {
 
 void DiskCheck::RunIfShort(uint32_t bytesPerSecond) {
     if (!Applies()) return;
-    const std::optional<uint64_t> temp = Parts.Files.FreeSpace(Parts.Folders.Paths[0]);
+    const std::optional<uint64_t> temp = TempSpace();
     if (!temp || *temp >= SecondsOfReserve * bytesPerSecond) return;
     const std::optional<uint64_t> music = Parts.Files.FreeSpace(Parts.Folders.Paths[1]);
     const bool oneDrive = music && OnOneDrive(Parts.Folders, *temp, *music);

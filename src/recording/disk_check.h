@@ -50,11 +50,16 @@ class DiskCheck {
     /// Once a minute. False if a folder cannot be asked: the program ends.
     bool Run();
 
+    /// There is room for a recording. False also if a folder cannot be asked.
+    bool HasRoom(uint32_t bytesPerSecond);
+
     /// Between the minutes: runs the reaction at once if the space left in the temporary folder is enough for
     /// less than ten minutes at `bytesPerSecond`. A folder that cannot be asked is left to Run.
     void RunIfShort(uint32_t bytesPerSecond);
 
  private:
+    std::string FolderOfSongs() const;
+    std::optional<uint64_t> TempSpace() const;
     std::optional<uint64_t> Ask(const std::string& folder);
     std::string Text(const std::string& key, std::initializer_list<std::string> arguments) const;
     bool Applies() const;

@@ -65,6 +65,50 @@ class DiskChecks : public testing::Test {
     DiskCheck Check{{Form, Disk, Options, Folders, Flags, Messages}, MakeActions()};
 };
 
+// The folder of the start, after another one was chosen.
+
+TEST_F(DiskChecks, ATempFolderThatSongsStillGoToIsAskedTooAfterAnotherWasChosen) {
+    Disk.Mount("/before", 100 * Megabyte);
+    Folders.SongTempFolder = "/before/Corvet";
+    EXPECT_TRUE(Check.Run());
+    EXPECT_EQ(Status(), "804");
+}
+
+TEST_F(DiskChecks, TheReserveIsLookedForWhereSongsGo) {
+    Disk.Mount("/before", TenMinutes - 1);
+    Folders.SongTempFolder = "/before/Corvet";
+    Check.RunIfShort(BytesPerSecond);
+    EXPECT_EQ(Status(), "804");
+}
+
+TEST_F(DiskChecks, ASongsFolderThatCannotBeAskedEndsTheProgram) {
+    Folders.SongTempFolder = "/gone/Corvet";
+    EXPECT_FALSE(Check.Run());
+    EXPECT_THAT(Log, ElementsAre("ERROR 906:/gone"));
+}
+
+TEST_F(DiskChecks, TheChosenFolderIsAskedToo) {
+    Disk.Mount("/before", 1'000'000 * Megabyte);
+    Folders.SongTempFolder = "/before/Corvet";
+    Disk.SetFreeSpace("/temp", 300 * Megabyte);
+    EXPECT_TRUE(Check.Run());
+    EXPECT_EQ(Status(), "804");
+}
+
+TEST_F(DiskChecks, ThereIsRoomOnlyIfNoLimitIsReachedAndTheReserveIsThere) {
+    EXPECT_TRUE(Check.HasRoom(BytesPerSecond));
+    Disk.SetFreeSpace("/music", 200 * Megabyte);
+    EXPECT_FALSE(Check.HasRoom(BytesPerSecond));
+    Disk.SetFreeSpace("/music", 900 * Megabyte);
+    Options.LowTempSpace = 1;
+    Disk.SetFreeSpace("/temp", TenMinutes - 1);
+    EXPECT_FALSE(Check.HasRoom(BytesPerSecond));
+    Disk.SetFreeSpace("/temp", TenMinutes);
+    EXPECT_TRUE(Check.HasRoom(BytesPerSecond));
+    Folders.Paths[0] = "/gone";
+    EXPECT_FALSE(Check.HasRoom(BytesPerSecond));
+}
+
 TEST_F(DiskChecks, EnoughSpaceChangesNothing) {
     EXPECT_TRUE(Check.Run());
     EXPECT_EQ(Status(), "");
