@@ -143,6 +143,26 @@ std::string ProgramParts::WmaEncoderVersion(const std::string& ffmpeg) {
     return version;
 }
 
+void ProgramParts::ResumeRecording() {
+    RecordingFlags& flags = Memory.Flags;
+    Label& status = Memory.Form.lblStatus[1];
+    if (!Memory.Media.StationDataEnabled) {
+        status.Caption(Messages.FormatMsg("871"));
+        return;
+    }
+    // A silence that ended the recording is over when there is sound again.
+    const int32_t info = Memory.Messages.PendingInfo;
+    const bool byDisk = (info >= 833 && info <= 835) || Writer.SongFileError() != 0;
+    if (!byDisk) return;
+    if (!Disk.HasRoom(Input.Format().nAvgBytesPerSec)) {
+        status.Caption(Messages.FormatMsg("872"));
+        return;
+    }
+    flags.DisableAtEndOfSong = false;
+    flags.RecordingEnabled = true;
+    status.Caption("");
+}
+
 void ProgramParts::StationDataClicked() {
     frmMain& form = Memory.Form;
     const bool enabled = form.chkStationDataEnable.Value() != 0;

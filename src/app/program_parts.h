@@ -79,6 +79,10 @@ struct ProgramParts {
     /// Asks for the picture at an address, if this run asks the web.
     void LoadImage(const std::string& address);
 
+    /// Somebody wants to record while nothing is written. Writes again where a full disk was the reason and
+    /// there is room now; otherwise the status line says why nothing is recorded.
+    void ResumeRecording();
+
     /// A click on chkStationDataEnable.
     void StationDataClicked();
 

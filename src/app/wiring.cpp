@@ -197,6 +197,7 @@ SessionActions SessionActionsOf(ProgramParts& parts) {
     actions.CutNow = [&parts] {
         if (!parts.Drain.DrainAudioRing(true)) parts.Owner.RequestUnload();
     };
+    actions.ResumeRecording = [&parts] { parts.ResumeRecording(); };
     actions.RefuseZeroMinutes = [&parts] {
         parts.Host.Dialogs.MessageBox(parts.Messages.FormatMsg("802"), DialogIcon::Exclamation);
     };

@@ -4,7 +4,9 @@ namespace Corvetape {
 
 void ReArmRecording(ProviderHost& host) {
     host.Signal.PauseRecognition = PauseRecognitionRunning;
-    host.Flags.RecordingEnabled = true;
+    // A recording that has ended for good stays off, however often a source is looked for.
+    const bool wanted = host.Flags.RecordCurrentSong || host.Flags.RecordNextSong;
+    if (wanted || !host.Flags.DisableAtEndOfSong) host.Flags.RecordingEnabled = true;
 }
 
 void ClearMedia(STATIONANDSONGDATA& media) {

@@ -87,8 +87,12 @@ void Session::StartStopClicked(size_t index) {
     }
     FollowFlags();
     --Depth;
+    const bool clicked = !Following && Depth == 0;
+    if (clicked && ticked && !Parts.Flags.RecordingEnabled && Actions.ResumeRecording) {
+        Actions.ResumeRecording();
+    }
     // The boxes clear one another: one click cuts once, however many handlers it runs.
-    if (Parts.Pause.EndOfSongDetection == EndOfSong::FixedTime && !Following && Depth == 0) CutAtOnce();
+    if (Parts.Pause.EndOfSongDetection == EndOfSong::FixedTime && clicked) CutAtOnce();
 }
 
 void Session::FollowFlags() {
@@ -108,7 +112,10 @@ void Session::CutAtOnce() {
     RecordingFlags& flags = Parts.Flags;
     if (flags.RecordCurrentSong) {
         flags.RecordCurrentSong = false;
+        // What ends here is what nobody wanted, and not the song that recording is to end with.
+        const bool last = std::exchange(flags.DisableAtEndOfSong, false);
         Actions.CloseSongFile();
+        flags.DisableAtEndOfSong = last;
         Parts.Cut.FixedTimeSeconds = 0;
         Parts.Ring.AudioReadIndex = Parts.Ring.AudioWriteIndex;
         flags.RecordCurrentSong = true;

@@ -24,6 +24,8 @@ struct SessionParts {
 struct SessionActions {
     std::function<void()> CloseSongFile;
     std::function<void()> CutNow;              ///< drains the ring up to a pending cut without waiting
+    std::function<void()> ResumeRecording;     ///< wanted while nothing is written: writes again, or says why
+                                               ///< not; may be missing
     std::function<void()> RefuseZeroMinutes;   ///< tells that a timed recording needs a time
     std::function<void()> ShowRecordingState;  ///< captions and pictures follow RecordCurrentSong
     std::function<void(int32_t minutes)> StorePeriod;  ///< keeps a period that was typed; may be missing

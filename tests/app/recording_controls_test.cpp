@@ -103,6 +103,30 @@ TEST(RecordButton, InTheMiddleOfASongKeepsItFromItsBeginning) {
     EXPECT_LE(KeptSongs(world)[0].RadioBegin, world.Truth()->Songs()[0].Begin);
 }
 
+TEST(RecordButton, SaysWhyNothingIsRecordedWithoutMediaData) {
+    World world(Songs({60}, {{"Providers", "Enable", "0"}}));
+    ASSERT_TRUE(world.Start());
+    world.Form().cmdStartStop.Press();
+    EXPECT_THAT(world.Form().lblStatus[1].Caption(), testing::HasSubstr("media data are switched off"));
+}
+
+TEST(RecordButton, RecordsAgainAfterAFullDiskAsSoonAsThereIsRoom) {
+    constexpr uint64_t megabyte = 1024 * 1024;
+    World world(Songs({70, 30, 30, 60}));
+    ASSERT_TRUE(world.StartRecording());
+    world.Disk().SetFreeSpace("/", 200 * megabyte);
+    ASSERT_TRUE(world.RunUntil([&] { return !world.Values().Flags.RecordingEnabled; }, 150));
+    world.Form().cmdStartStop.Press();
+    EXPECT_FALSE(world.Values().Flags.RecordingEnabled);
+    EXPECT_THAT(world.Form().lblStatus[1].Caption(), testing::HasSubstr("the disk has no room"));
+    world.Disk().SetFreeSpace("/", 10'000 * megabyte);
+    world.Form().cmdStartStop.Press();
+    world.Form().cmdStartStop.Press();
+    EXPECT_TRUE(world.Values().Flags.RecordingEnabled);
+    EXPECT_FALSE(world.Values().Flags.DisableAtEndOfSong);
+    EXPECT_EQ(world.Form().lblStatus[1].Caption(), "");
+}
+
 TEST(QuickRecording, KeepsTheSongThatPlaysAndNoOther) {
     World world(Songs({30, 30, 30}));
     ASSERT_TRUE(world.Start());

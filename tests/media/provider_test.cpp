@@ -96,6 +96,16 @@ TEST_F(Providers, TheNullProviderReArmsTheRecording) {
     EXPECT_TRUE(Flags.RecordingEnabled);
 }
 
+TEST_F(Providers, TheNullProviderLeavesARecordingOffThatHasEndedForGood) {
+    Flags.RecordingEnabled = false;
+    Flags.DisableAtEndOfSong = true;
+    const clsProviderNull ended(Host);
+    EXPECT_FALSE(Flags.RecordingEnabled);
+    Flags.RecordCurrentSong = true;
+    const clsProviderNull wanted(Host);
+    EXPECT_TRUE(Flags.RecordingEnabled) << "the song that plays is still to be finished";
+}
+
 TEST_F(Providers, TheNullProviderLeavesTheRecordOfASongThatWaitsForItsHandOver) {
     Pending = true;
     const clsProviderNull provider(Host);

@@ -91,6 +91,16 @@ TEST_F(SessionAtOnce, AStopAtTheEndIsClearedByTurningRecordingOff) {
     EXPECT_EQ(Rig.Closed.back(), SongFate::Kept);
 }
 
+// Programs that are to end with their recording.
+
+TEST_F(SessionAtOnce, WhatPlayedBeforeTheRecordingDoesNotEndIt) {
+    Rig.Flags.DisableAtEndOfSong = true;
+    Rig.Form.chkStartStop[0].Value(1);
+    EXPECT_TRUE(Rig.Flags.RecordingEnabled);
+    EXPECT_TRUE(Rig.Flags.DisableAtEndOfSong);
+    EXPECT_TRUE(Rig.Flags.RecordCurrentSong);
+}
+
 // Silence.
 
 TEST_F(SessionAtOnce, APieceThatSilenceBreaksOffIsNotKeptAndTheNextOneBeginsAtOnce) {

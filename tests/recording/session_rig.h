@@ -81,6 +81,7 @@ class SessionRig {
     std::vector<Frame> Sound = std::vector<Frame>(FramesPerBuffer, Frame{1000, 1000});
 
     std::vector<SongFate> Closed;
+    int ResumesAsked = 0;
     int ZeroMinutesRefused = 0;
     int StatesShown = 0;
     bool RefusePeriod = false;
@@ -101,6 +102,7 @@ class SessionRig {
         SessionActions actions;
         actions.CloseSongFile = [this] { Writer.CloseSongFile(); };
         actions.CutNow = [this] { Drain.DrainAudioRing(true); };
+        actions.ResumeRecording = [this] { ++ResumesAsked; };
         actions.RefuseZeroMinutes = [this] { ++ZeroMinutesRefused; };
         actions.ShowRecordingState = [this] { ++StatesShown; };
         actions.StorePeriod = [this](int32_t minutes) { PeriodStored = minutes; };

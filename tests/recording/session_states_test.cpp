@@ -382,6 +382,20 @@ TEST(SessionControls, TheBoxesExcludeEachOtherAlsoWhileTheyLagBehindTheFlags) {
     EXPECT_EQ(StateOf(rig.Flags), "Recording");
 }
 
+TEST(SessionControls, AClickThatWantsARecordingWhileNothingIsWrittenAsksForIt) {
+    SessionRig rig;
+    rig.Form.chkStartStop[1].Value(1);
+    EXPECT_EQ(rig.ResumesAsked, 0) << "it is written anyway";
+    rig.Flags.RecordingEnabled = false;
+    rig.Form.chkStartStop[0].Value(1);
+    EXPECT_EQ(rig.ResumesAsked, 1);
+    rig.Form.chkStartStop[0].Value(0);
+    EXPECT_EQ(rig.ResumesAsked, 1) << "nothing is wanted any more";
+    rig.Flags.RecordNextSong = true;
+    rig.Recording.ShowFlags();
+    EXPECT_EQ(rig.ResumesAsked, 1) << "nobody has clicked";
+}
+
 TEST(SessionControls, TheStateIsShownWhenTheCurrentSongsBoxChanges) {
     SessionRig rig;
     rig.Form.chkStartStop[1].Value(1);
