@@ -2,9 +2,9 @@
 
 #include <QApplication>
 #include <QLocale>
-#include <QScreen>
 #include <utility>
 
+#include "core/command_line.h"
 #include "core/messages.h"
 #include "platform/sim/demo_radio.h"
 #include "ui/provider_question.h"
@@ -56,7 +56,7 @@ std::string Desktop::SystemLanguage() {
 /// Where there is nothing to record, the demo radio is offered.
 bool Desktop::ChooseInput() {
     if (Arguments.Demo) return true;
-    if (!Pulse.Devices().empty()) return false;
+    if (!Pulse.Devices().empty() || ReadSwitches(Arguments.CommandLine).DontAsk) return false;
     clsLocalizeControls texts(Files, Folders->ProgramFolder(), Dialogs);
     texts.Load(SystemLanguage());
     return Dialogs.AskYesNo(texts.FormatMsg(DemoQuestion), DialogIcon::Information);

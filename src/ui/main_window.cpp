@@ -40,6 +40,7 @@ MainWindow::MainWindow(UiParts parts) : Parts(std::move(parts)) {
     AddPages();
     AddKeys();
     setCentralWidget(whole);
+    Pages->setFocus();  // no button looks chosen before a key has been pressed
     resize(125 * Grid, 90 * Grid);
     const auto follow = [kept = QPointer<MainWindow>(this)] {
         if (kept) kept->setWindowTitle(QString::fromStdString(kept->Parts.Form.Caption()));

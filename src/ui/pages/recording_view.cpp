@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include "ui/binders.h"
+#include "ui/binding.h"
 #include "ui/cover_view.h"
 #include "ui/form_page.h"
 #include "ui/icons.h"
@@ -152,13 +153,13 @@ QWidget* RecordingView::Options() {
     auto* const media = Make<QHBoxLayout>();
     media->setSpacing(Grid / 2);
     media->addWidget(BoundTo(form.chkStationDataEnable));
-    media->addWidget(BoundTo(form.lblStationDataEnable));
-    media->addStretch(1);
+    media->addWidget(BoundTo(form.lblStationDataEnable), 1);
+    media->addWidget(BoundTo(form.cmdGetStationID));
     grid->addLayout(media, 0, 2);
     auto* const station = Make<QHBoxLayout>();
     station->setSpacing(Grid);
     station->addWidget(BoundTo(form.cmbURL), 1);
-    station->addWidget(BoundTo(form.cmdLaunchURL));
+    station->addWidget(NotBuilt(BoundTo(form.cmdLaunchURL), Parts.Say));
     grid->addLayout(station, 1, 2);
     grid->setColumnStretch(2, 1);
     return options;

@@ -1,0 +1,42 @@
+#include "recording/present_state.h"
+
+#include <gtest/gtest.h>
+
+namespace Corvetape::Test {
+namespace {
+
+struct Facts {
+    PresentState Now() const { return PresentStateOf({Flags, Signal, InputOpen, SecondsWithoutBuffers}); }
+
+    RecordingFlags Flags;
+    SignalState Signal;
+    bool InputOpen = true;
+    double SecondsWithoutBuffers = 0;
+};
+
+TEST(PresentState, FollowsTheWishesOfTheUser) {
+    Facts facts;
+    EXPECT_EQ(facts.Now(), PresentState::Listening);
+    facts.Flags.RecordNextSong = true;
+    EXPECT_EQ(facts.Now(), PresentState::Waiting);
+    facts.Flags.RecordCurrentSong = true;
+    EXPECT_EQ(facts.Now(), PresentState::Recording);
+    facts.Flags.StopAtEndOfSong = true;
+    EXPECT_EQ(facts.Now(), PresentState::LastSong);
+}
+
+TEST(PresentState, TroubleComesAheadOfWishes) {
+    Facts facts;
+    facts.Flags.RecordCurrentSong = true;
+    facts.Signal.SilenceSeconds = 9;
+    EXPECT_EQ(facts.Now(), PresentState::Recording);
+    facts.Signal.SilenceSeconds = 10;
+    EXPECT_EQ(facts.Now(), PresentState::NoSound);
+    facts.SecondsWithoutBuffers = 3;
+    EXPECT_EQ(facts.Now(), PresentState::InputGone);
+    facts.InputOpen = false;
+    EXPECT_EQ(facts.Now(), PresentState::NoInput);
+}
+
+}  // namespace
+}  // namespace Corvetape::Test

@@ -1,0 +1,111 @@
+// Each page holds the controls that belong to it, under their names.
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QLabel>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <string>
+#include <vector>
+
+#include "ui/pages/pages.h"
+#include "ui/ui_world.h"
+
+namespace Corvetape::Test {
+namespace {
+
+struct PageOfTable {
+    std::string Tab;
+    std::vector<const char*> Controls;
+};
+
+const std::vector<PageOfTable> Expected{
+    {"TAB_RECORDING",
+     {"cmdStartStop", "cmdSkipThisRecording", "cmdQuickRecord", "chkStartStop_0", "chkStartStop_1",
+      "chkStopRecording_0", "chkStopRecording_1", "txtRecordingPeriod", "lblStopRecording", "txtSong",
+      "txtArtist", "chkStationDataEnable", "lblStationDataEnable", "cmdGetStationID", "cmbURL",
+      "cmdLaunchURL"}},
+    {"TAB_AUDIO",
+     {"cmbInputDevices", "chk48kHz", "cmdAutoInput", "cmdAGC", "cmdOpenMixer", "cmdSaveMixerSettings",
+      "cmdResetMixerSettings", "chkMixerAutoUpdate", "picVUMeter", "vscMultiplier", "lblMultiplier",
+      "picHistogram", "lblHistogramMin", "lblHistogramMax", "lblMaxBuffers"}},
+    {"TAB_PAUSE",
+     {"txtLengthOfPause", "txtSilenceAmplitude", "txtEndOfSilenceAmplitude", "chkDetectSilenceByPeak",
+      "chkIgnoreSilence", "txtQuitAfterSilence", "txtIgnoreShortSongs", "optEndOfSong_0", "optEndOfSong_1",
+      "optEndOfSong_2", "txtEndOfSongTimer", "optDuplicatePartOfSong_0", "optDuplicatePartOfSong_1",
+      "sldEndOfSongThreshold_0", "sldEndOfSongThreshold_1", "cmdAutoPauseParams"}},
+    {"TAB_MP3_WMA",
+     {"optEncoder_0", "optEncoder_1", "optEncoder_2", "optEncoder_3", "optEncoder_4", "optEncoder_5",
+      "cmbMP3", "cmbOgg", "cmbWMA44", "cmbWMA48", "cmdGetEncoder_0", "cmdGetEncoder_1"}},
+    {"TAB_OPTIONS1",
+     {"chkNormalize", "chkEncodeOffline", "chkDelTemp", "chkDelTempFolder", "chkQuitAfterRecording",
+      "chkDelayUnload", "chkDisableSoundScheme", "chkRestartRadioIfSilent", "chkStoreCoverImage",
+      "lstEncodeDelay", "lstBufferFlag"}},
+    {"TAB_OPTIONS2",
+     {"txtLowTempSpace", "txtLowMusicSpace", "chkStartApp", "txtStartApp", "txtStartAppCommandLine",
+      "chkStopApp", "txtStopApp", "txtStopAppCommandLine", "cmdAppSearch_0", "cmdAppSearch_1"}},
+    {"TAB_FOLDERS",
+     {"txtPath_0", "txtPath_1", "txtPath_2", "cmdGetDir_0", "cmdGetDir_1", "cmdGetDir_2",
+      "chkUseMusicSubfolder", "txtMusicFolderTemplate", "txtMusicFileTemplate_0", "txtMusicFileTemplate_1"}},
+    {"TAB_LOGFILE", {"txtLogFile", "cmdOpenLogFile", "cmdDeleteLogFiles"}},
+    {"TAB_INCLUDE",
+     {"lstWatch_0", "txtWatch_0", "cmdAddToWatchList_0", "cmdDeleteFromWatchList_0", "cmdEditWatchList_0"}},
+    {"TAB_EXCLUDE",
+     {"lstWatch_1", "txtWatch_1", "cmdAddToWatchList_1", "cmdDeleteFromWatchList_1", "cmdEditWatchList_1",
+      "chkAutoExclude"}},
+    {"TAB_ABOUT",
+     {"lblVersion", "lblHomePage", "lblMailTo", "picLogo", "cmdNews", "cmdCheckUpdateNow", "txtlblF1"}},
+};
+
+TEST(Pages, HoldTheirControlsByName) {
+    UiWorld world;
+    const auto* const pages = world.Window->findChild<QStackedWidget*>();
+    ASSERT_NE(pages, nullptr);
+    ASSERT_EQ(static_cast<size_t>(pages->count()), Expected.size());
+    for (const PageOfTable& page : Expected) {
+        world.Form().tbsMain.Select(page.Tab);
+        const QWidget* const shown = pages->currentWidget();
+        EXPECT_EQ(shown->property("tab").toString().toStdString(), page.Tab);
+        for (const char* name : page.Controls) {
+            EXPECT_NE(shown->findChild<QWidget*>(name), nullptr) << page.Tab << " " << name;
+        }
+    }
+}
+
+TEST(Pages, HaveADrawnIconForEachTab) {
+    UiWorld world;
+    for (const Tab& tab : world.Form().tbsMain.Tabs()) {
+        EXPECT_TRUE(QFile::exists(":/ui/icons/" + QString::fromStdString(tab.Tag) + ".svg")) << tab.Tag;
+    }
+}
+
+TEST(Pages, WhatIsNotThereYetCannotBePressedAndSaysSo) {
+    UiWorld world;
+    for (const char* name : {"cmdAGC", "cmdOpenMixer", "cmdCheckUpdateNow", "cmdLaunchURL"}) {
+        const auto* const button = world.Find<QPushButton>(name);
+        EXPECT_FALSE(button->isEnabled()) << name;
+        EXPECT_EQ(button->toolTip(), "This is not there yet in this version") << name;
+    }
+}
+
+TEST(Pages, TheRecordButtonSaysWhatItWillDo) {
+    UiWorld world;
+    world.RunFor(5);
+    auto* const button = world.Find<QPushButton>("cmdStartStop");
+    EXPECT_EQ(button->text(), "Record");
+    button->click();
+    EXPECT_EQ(button->text(), "Stop");
+    EXPECT_FALSE(world.Form().picStart.Visible());
+    button->click();
+    EXPECT_EQ(button->text(), "Record");
+}
+
+TEST(Pages, AreThereInGerman) {
+    UiWorld world("german");
+    world.RunFor(5);
+    EXPECT_EQ(world.Find<QLabel>("lblPresentState")->text(),
+              QString::fromUtf8("Hört zu - nichts wird behalten"));
+}
+
+}  // namespace
+}  // namespace Corvetape::Test
