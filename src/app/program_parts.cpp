@@ -36,7 +36,7 @@ ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
       Messages(machine.Files, machine.Folders.ProgramFolder(), machine.Dialogs),
       Input({machine.WaveIn, machine.Loop, machine.Clock, state.Options, state.Signal, state.Ring},
             CaptureEventsOf(*this)),
-      Writer({machine.Files, state.Flags, state.Signal, state.Pause, state.Media, state.Messages},
+      Writer({machine.Files, state.Flags, state.Signal, state.Pause, state.Media, state.Messages, state.Cut},
              SongPlaceOf(*this), SongEventsOf(*this)),
       Drain({state.Ring, state.Cut, state.Pause, state.Flags, Writer}),
       Path({state.Signal, state.Pause, state.Ring, machine.Clock},
@@ -61,7 +61,8 @@ ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
       Look(state.Form, state.PlainBar, state.CoverBar, Messages),
       Recording({state.Form, state.Flags, state.Cut, state.Media, state.Pause, state.Ring},
                 SessionActionsOf(*this)),
-      Poll({state.Form, state.Media, state.Cut, state.Signal, state.Ring}, MediaPollActionsOf(*this)),
+      Poll({state.Form, state.Media, state.Cut, state.Flags, state.Signal, state.Ring},
+           MediaPollActionsOf(*this)),
       Inputs({state.Form, machine.WaveIn, state.Options, Store, state.Media},
              {Journal, machine.Dialogs, Messages, state.Lifecycle}, InputListActionsOf(*this)),
       Watch({state.Form, state.CoverBar, machine.Clock, state.Options, state.Pause, state.Lifecycle,
@@ -94,15 +95,22 @@ void ProgramParts::NoteSong() {
     if (!Owner.Options.KeepNotes || !Writer.SongFileOpen()) return;
     // While a cut is pending the file still holds the song that has ended.
     const MediaState& media = Memory.Media;
+    const std::optional<EndedSong>& ended = Memory.Cut.Ended;
+    const bool wanted = ended ? ended->Wanted : Memory.Flags.RecordCurrentSong;
     const bool current = !Memory.Cut.CutPending && !media.CurrentMedia.Song.empty();
-    NoteSong(Writer.SongBaseName(), current ? media.CurrentMedia : media.SongMedia);
+    const bool told = ended && !ended->Media.Song.empty();
+    NoteSong(Writer.SongBaseName(),
+             told      ? ended->Media
+             : current ? media.CurrentMedia
+                       : media.SongMedia,
+             wanted);
 }
 
-void ProgramParts::NoteSong(const std::string& baseName, const STATIONANDSONGDATA& media) {
+void ProgramParts::NoteSong(const std::string& baseName, const STATIONANDSONGDATA& media, bool wanted) {
     if (!Owner.Options.KeepNotes) return;
     SongNote note;
     note.Run = RunName;
-    note.Wanted = Memory.Flags.RecordCurrentSong;
+    note.Wanted = wanted;
     note.LeastSeconds = Memory.Pause.IgnoreShortSongs;
     const bool named =
         Memory.Media.StationDataEnabled && Memory.Pause.EndOfSongDetection != EndOfSong::FixedTime;

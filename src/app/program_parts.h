@@ -71,7 +71,7 @@ struct ProgramParts {
     void NoteSong();
 
     /// Notes what is known of a song, open or closed.
-    void NoteSong(const std::string& baseName, const STATIONANDSONGDATA& media);
+    void NoteSong(const std::string& baseName, const STATIONANDSONGDATA& media, bool wanted);
 
     /// Reads the settings of a source, those of this run for any source among them.
     void LoadProviderSettings(const std::string& name);

@@ -75,7 +75,7 @@ void TellAvailability(ProgramParts& parts, bool lost) {
 void EmptyRing(ProgramParts& parts) {
     const bool written = parts.Drain.FinishCut() && parts.Drain.WriteOut();
     if (!written) parts.Owner.RequestUnload();
-    parts.Memory.Cut.CutPending = false;
+    parts.Memory.Cut.Settle();
     parts.Memory.Ring.AudioReadIndex = parts.Memory.Ring.AudioWriteIndex;
 }
 
@@ -116,7 +116,7 @@ SongEvents SongEventsOf(ProgramParts& parts) {
     events.SongBegun = [&parts](const std::string& /*path*/) { parts.NoteSong(); };
     events.SongClosed = [&parts](const ClosedSong& song) {
         if (song.Fate == SongFate::Kept) {
-            parts.NoteSong(song.Media.TempFileName, song.Media);
+            parts.NoteSong(song.Media.TempFileName, song.Media, true);
             TellHealth(parts, song);
         }
         if (parts.Owner.Events.SongClosed) parts.Owner.Events.SongClosed(song);
@@ -216,7 +216,8 @@ SessionActions SessionActionsOf(ProgramParts& parts) {
 
 MediaPollActions MediaPollActionsOf(ProgramParts& parts) {
     return {[&parts] { return parts.Watch.Ticks() >= 2; }, [&parts] { parts.Providers.GetStationData(); },
-            [&parts](const std::string& cover) { parts.LoadImage(cover); }};
+            [&parts](const std::string& cover) { parts.LoadImage(cover); },
+            [&parts] { parts.Recording.ShowFlags(); }};
 }
 
 InputListActions InputListActionsOf(ProgramParts& parts) {

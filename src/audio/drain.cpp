@@ -77,7 +77,7 @@ bool AudioDrain::CarryOutCut(bool now) {
         Parts.Song.NoteBoundary();
     }
     ring.AudioReadIndex = place.NewBegin;
-    Parts.Cut.CutPending = false;
+    Parts.Cut.Settle();
     return true;
 }
 
@@ -89,7 +89,7 @@ bool AudioDrain::DropPassedCut() {
     } else {
         Parts.Song.NoteBoundary();
     }
-    Parts.Cut.CutPending = false;
+    Parts.Cut.Settle();
     return true;
 }
 

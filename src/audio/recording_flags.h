@@ -13,6 +13,18 @@ struct RecordingFlags {
     bool QuitAtEndOfSong = false;     ///< the program ends with the song
     bool DisableAtEndOfSong = false;  ///< RecordingEnabled ends with the song
     int32_t RecordingSecondsLeft = 0;
+
+    /// A song has ended: what was wished for the next one holds for the song that begins.
+    void PassOn() {
+        if (RecordNextSong) {
+            RecordCurrentSong = true;
+            RecordNextSong = false;
+        }
+        if (StopAtEndOfSong) {
+            StopAtEndOfSong = false;
+            RecordCurrentSong = false;
+        }
+    }
 };
 
 }  // namespace Corvetape

@@ -149,7 +149,8 @@ bool SongWriter::OpenFile() {
 
 bool SongWriter::GoOnInNextFile() {
     ++FullFiles;
-    const bool kept = Parts.Flags.RecordCurrentSong && BytesOfSong > 0;
+    TakeEndedMedia();
+    const bool kept = IsWanted() && BytesOfSong > 0;
     if (kept) {
         Keep(FullFiles);
     } else {
@@ -172,21 +173,15 @@ bool SongWriter::CloseSongFile(SongEnd how) {
     if (bySilence) Parts.Signal.History.ReplaceLast(MarkSongEnd);
     if (!flags.RecordingEnabled || !SongFile) return true;
     if (bySilence) TakePauseOff();
+    TakeEndedMedia();
 
     const SongFate fate = Fate();
     if (fate == SongFate::Kept) {
         Keep(FullFiles > 0 ? FullFiles + 1 : 0);
     } else {
         DeleteSongFiles();
-        if (flags.RecordNextSong) {
-            flags.RecordCurrentSong = true;
-            flags.RecordNextSong = false;
-        }
     }
-    if (flags.StopAtEndOfSong) {
-        flags.StopAtEndOfSong = false;
-        flags.RecordCurrentSong = false;
-    }
+    if (!Parts.Cut.Ended) flags.PassOn();
     ClosedSong song = Describe(fate);
     song.Whole =
         Present.BegunAtBoundary && how == SongEnd::Boundary && Present.Unbroken && Present.LostFrames == 0;
@@ -219,8 +214,19 @@ void SongWriter::TakePauseOff() {
     Present.EndFrame -= std::min(frames, Present.EndFrame);
 }
 
+/// A song may be over before it was taken over into SongMedia, which may still be that of a song that waits.
+void SongWriter::TakeEndedMedia() {
+    if (!Parts.Cut.Ended || Parts.Cut.Ended->Media.Song.empty()) return;
+    if (Events.BeforeHandOver) Events.BeforeHandOver();
+    Parts.Media.SongMedia = Parts.Cut.Ended->Media;
+}
+
+bool SongWriter::IsWanted() const {
+    return Parts.Cut.Ended ? Parts.Cut.Ended->Wanted : Parts.Flags.RecordCurrentSong;
+}
+
 SongFate SongWriter::Fate() const {
-    if (!Parts.Flags.RecordCurrentSong) return SongFate::Unwanted;
+    if (!IsWanted()) return SongFate::Unwanted;
     const int64_t least = Parts.Pause.IgnoreShortSongs * BufferBytesOf(SongFile->Format()) * BuffersPerSecond;
     // The last file of a song that filled others may be short, but not empty.
     const bool tooShort = BytesOfSong <= 0 || BytesOfSong + BytesInFullFiles <= least;

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "audio/closed_song.h"
+#include "audio/cut_state.h"
 #include "audio/pause_settings.h"
 #include "audio/recording_flags.h"
 #include "audio/signal_state.h"
@@ -34,6 +35,7 @@ struct SongParts {
     const PauseSettings& Pause;
     MediaState& Media;
     DeferredMessages& Messages;
+    const CutState& Cut;  ///< the song that it has ended is kept and named as it says
 };
 
 /// Where song files go, how they are named and what they hold. The references outlive the writer.
@@ -167,6 +169,8 @@ class SongWriter {
     void Begin(const SignalBuffer& buffer);
     void Note(const SignalBuffer& buffer);
     void TakePauseOff();
+    void TakeEndedMedia();
+    bool IsWanted() const;
     SongFate Fate() const;
     void Keep(int32_t part);
     void WriteInfoChunk(std::span<const std::string_view> ids, std::span<const std::string> texts);

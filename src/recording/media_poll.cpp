@@ -15,18 +15,41 @@ void MediaPoll::Tick() {
     if (Busy || !Actions.Ready()) return;
     const Held busy(Busy);
     const bool running = Parts.Form.tmrGetMediaData.Running();
-    Parts.Media.PreviousMedia = Parts.Media.CurrentMedia;
+    MediaState& media = Parts.Media;
+    media.PreviousMedia = media.CurrentMedia;
+    // A source that is lost takes what it told of the song with it. Others poll too, before the end of song
+    // is by media data.
+    const auto forgetLost = [&] {
+        if (std::exchange(LastSource, media.ProviderName) != media.ProviderName) LastTold = {};
+    };
+    forgetLost();
+    if (!media.PreviousMedia.Song.empty()) LastTold = media.PreviousMedia;
     Actions.GetStationData();
+    forgetLost();
     if (Parts.Media.CurrentMedia.Song.empty()) return;
     Actions.LoadImage(Parts.Media.CurrentMedia.Cover);
+    const STATIONANDSONGDATA ended = std::exchange(LastTold, Parts.Media.CurrentMedia);
     if (!Compare()) return;
     Parts.Signal.History.ReplaceLast(MarkMediaChange);
     Parts.Cut.SongBoundary = true;
     // The settings of another source may have ended the cuts by media data. Nobody would carry this one out
     // before its place in the ring is long gone.
     if (running && !Parts.Form.tmrGetMediaData.Running()) return;
+    EndSong(ended);
     Parts.Cut.CutIndex = Parts.Ring.AudioWriteIndex;
     Parts.Cut.CutPending = true;
+}
+
+void MediaPoll::EndSong(const STATIONANDSONGDATA& ended) {
+    // Without a recording no file is cut off here, and a wish for the next song waits for one.
+    if (!Parts.Flags.RecordingEnabled) return;
+    std::optional<EndedSong>& song = Parts.Cut.Ended;
+    const bool wanted = Parts.Flags.RecordCurrentSong;
+    // A cut that is still pending moves: what lies between goes with the song before, unless only it is
+    // wanted.
+    if (!song || (wanted && !song->Wanted)) song = EndedSong{ended, wanted};
+    Parts.Flags.PassOn();
+    Actions.ShowFlags();
 }
 
 bool MediaPoll::Compare() {
@@ -34,7 +57,11 @@ bool MediaPoll::Compare() {
     const STATIONANDSONGDATA& now = media.CurrentMedia;
     const STATIONANDSONGDATA& before = media.PreviousMedia;
     if (now.Artist != before.Artist || now.Song != before.Song) return true;
-    // A late album or cover still reaches the song in the file.
+    // A late album or cover still reaches the song in the file. Up to the cut that is another one, and up to
+    // its transfer the record is: what is told now comes with the take-over.
+    const bool taken = !Parts.Cut.CutPending && !Parts.Form.tmrEncodeFile.Running() &&
+                       media.SongMedia.Artist == now.Artist && media.SongMedia.Song == now.Song;
+    if (!taken) return false;
     if (now.Album != before.Album) media.SongMedia.Album = now.Album;
     if (now.Cover != before.Cover) media.SongMedia.Cover = now.Cover;
     return false;

@@ -4,6 +4,7 @@
 
 #include "audio/audio_ring.h"
 #include "audio/cut_state.h"
+#include "audio/recording_flags.h"
 #include "audio/signal_state.h"
 #include "core/media_state.h"
 #include "forms/frm_main.h"
@@ -14,6 +15,7 @@ struct MediaPollParts {
     frmMain& Form;
     MediaState& Media;
     CutState& Cut;
+    RecordingFlags& Flags;
     SignalState& Signal;
     const AudioRing& Ring;
 };
@@ -22,10 +24,12 @@ struct MediaPollActions {
     std::function<bool()> Ready;           ///< false in the first second of the program
     std::function<void()> GetStationData;  ///< asks the present provider
     std::function<void(const std::string& cover)> LoadImage;
+    std::function<void()> ShowFlags;  ///< check boxes follow the flags
 };
 
 /// The poll of the media data in end of song by media data: every 500 ms while tmrGetMediaData runs. A
-/// change of artist or title raises the cut.
+/// change of artist or title raises the cut. From then on the flags mean the song whose title is shown; the
+/// one that has ended keeps those it had, and what was told of it last, until its file is closed.
 class MediaPoll {
  public:
     MediaPoll(MediaPollParts parts, MediaPollActions actions);
@@ -36,9 +40,13 @@ class MediaPoll {
     /// True if another song plays.
     bool Compare();
 
+    void EndSong(const STATIONANDSONGDATA& ended);
+
     MediaPollParts Parts;
     MediaPollActions Actions;
-    bool Busy = false;  ///< a tick waits for an answer of the user
+    STATIONANDSONGDATA LastTold;  ///< the last reading with a title
+    std::string LastSource;       ///< the provider that it is from
+    bool Busy = false;            ///< a tick waits for an answer of the user
 };
 
 }  // namespace Corvetape

@@ -57,9 +57,9 @@ void Session::BreakOff() {
     if (!flags.RecordCurrentSong) return;
     const bool last = flags.StopAtEndOfSong;
     flags.RecordCurrentSong = false;
+    Parts.Cut.Settle();
     Actions.CloseSongFile();
     Parts.Cut.FixedTimeSeconds = 0;
-    Parts.Cut.CutPending = false;
     Parts.Ring.AudioReadIndex = Parts.Ring.AudioWriteIndex;
     // Where the disk is nearly full, recording has ended with this piece.
     if (!flags.RecordingEnabled) return;
@@ -110,6 +110,7 @@ void Session::FollowFlags() {
 
 void Session::CutAtOnce() {
     RecordingFlags& flags = Parts.Flags;
+    Parts.Cut.Ended.reset();  // the end of song was by media data a moment ago
     if (flags.RecordCurrentSong) {
         flags.RecordCurrentSong = false;
         // What ends here is what nobody wanted, and not the song that recording is to end with.

@@ -123,6 +123,8 @@ Supervisor::Next Supervisor::TakeSongData() {
     MediaState& media = Parts.Media;
     if (!media.StationDataEnabled || SongDataTaken) return Next::Continue;
     if (SongAge <= Parts.Settings.EncodeDelay / 1000 + 1) return Next::Continue;
+    // Up to its cut the file holds the song before, which needs its record and its flags.
+    if (Parts.Cut.CutPending) return Next::Continue;
     if (Parts.Form.tmrEncodeFile.Running() || media.CurrentMedia.Song.empty()) return Next::Continue;
     const bool same = media.CurrentMedia.Artist == media.SongMedia.Artist &&
                       media.CurrentMedia.Song == media.SongMedia.Song;

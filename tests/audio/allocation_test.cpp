@@ -121,7 +121,7 @@ class SignalWay : public testing::TestWithParam<std::pair<EndOfSong, int32_t>> {
     DeferredMessages Messages;
     AudioRing Ring;
     WaveFormat Format;
-    SongWriter Writer{{Disk, Flags, Signal, Pause, Media, Messages},
+    SongWriter Writer{{Disk, Flags, Signal, Pause, Media, Messages, Cut},
                       {Format, Options, Folders, [] { return std::string("song"); }},
                       {}};
     AudioDrain Drain{{Ring, Cut, Pause, Flags, Writer}};

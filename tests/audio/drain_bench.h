@@ -41,7 +41,6 @@ class Drains : public testing::Test, protected SongBench {
     int64_t Written() const { return Writer.SongBytes() / BufferBytes; }
 
     AudioRing Ring;
-    CutState Cut;
     AudioDrain Drain;
 };
 

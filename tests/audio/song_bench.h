@@ -16,7 +16,7 @@ namespace Corvetape::Test {
 class SongBench {
  public:
     explicit SongBench(uint64_t maxSongBytes = 0)
-        : Writer({Disk, Flags, Signal, Pause, Media, Messages}, MakePlace(maxSongBytes), MakeEvents()) {
+        : Writer({Disk, Flags, Signal, Pause, Media, Messages, Cut}, MakePlace(maxSongBytes), MakeEvents()) {
         Folders.SongTempFolder = "/temp/Corvet";
         Disk.MakeFolders(Folders.SongTempFolder);
         Flags.RecordingEnabled = true;
@@ -80,6 +80,7 @@ class SongBench {
     SimFiles Disk;
     RecordingFlags Flags;
     SignalState Signal;
+    CutState Cut;
     PauseSettings Pause;
     MediaState Media;
     DeferredMessages Messages;

@@ -316,7 +316,7 @@ TEST_F(SongCloses, ASongThatHasLostFramesIsNotWhole) {
 }
 
 TEST_F(SongCloses, TheEventsMayBeMissing) {
-    SongWriter writer({Disk, Flags, Signal, Pause, Media, Messages},
+    SongWriter writer({Disk, Flags, Signal, Pause, Media, Messages, Cut},
                       {Format, Options, Folders, [] { return std::string("quiet"); }}, {});
     Media.SongMedia.Cover = "cover";
     Flags.RecordCurrentSong = true;

@@ -210,7 +210,7 @@ TEST(LongSongLimits, AtFourGibibytesASongGoesOnInTheNextFileWithoutALostFrame) {
     std::vector<ClosedSong> closed;
     SongEvents events;
     events.SongClosed = [&](const ClosedSong& song) { closed.push_back(song); };
-    SongWriter writer({disk, bench.Flags, bench.Signal, bench.Pause, bench.Media, bench.Messages},
+    SongWriter writer({disk, bench.Flags, bench.Signal, bench.Pause, bench.Media, bench.Messages, bench.Cut},
                       {bench.Format, bench.Options, bench.Folders, [] { return std::string("song"); }},
                       events);
     bench.Flags.RecordCurrentSong = true;

@@ -106,8 +106,9 @@ TEST_F(Songs, ANameCannotLeadOutOfItsFolder) {
 
 TEST(SongNames, WithoutAStampAFileStillHasAName) {
     SongBench bench;
-    SongWriter writer({bench.Disk, bench.Flags, bench.Signal, bench.Pause, bench.Media, bench.Messages},
-                      {bench.Format, bench.Options, bench.Folders, nullptr}, {});
+    SongWriter writer(
+        {bench.Disk, bench.Flags, bench.Signal, bench.Pause, bench.Media, bench.Messages, bench.Cut},
+        {bench.Format, bench.Options, bench.Folders, nullptr}, {});
     EXPECT_TRUE(writer.CreateSongFile());
     EXPECT_EQ(writer.SongBaseName(), "song");
 }

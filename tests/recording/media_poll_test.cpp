@@ -53,20 +53,22 @@ class MediaPolls : public testing::Test {
                     Media.CurrentMedia = Next;
                     if (WhilePolled) WhilePolled();
                 },
-                [this](const std::string& cover) { Covers.push_back(cover); }};
+                [this](const std::string& cover) { Covers.push_back(cover); }, [this] { ++FlagsShown; }};
     }
 
     frmMain Form;
     MediaState Media;
     CutState Cut;
+    RecordingFlags Flags;
     SignalState Signal;
     AudioRing Ring;
     STATIONANDSONGDATA Next;
     bool Ready = true;
     int Polls = 0;
+    int FlagsShown = 0;
     std::function<void()> WhilePolled;
     std::vector<std::string> Covers;
-    MediaPoll Poll{{Form, Media, Cut, Signal, Ring}, MakeActions()};
+    MediaPoll Poll{{Form, Media, Cut, Flags, Signal, Ring}, MakeActions()};
 };
 
 TEST_F(MediaPolls, RunEvery500Milliseconds) {
@@ -235,12 +237,123 @@ TEST_F(MediaPolls, TheReadingBeforeIsKeptWhole) {
 TEST_F(MediaPolls, AlbumAndCoverThatComeTogetherBothReachTheSong) {
     STATIONANDSONGDATA media = Reading("A", "One");
     Read(media);
+    Media.SongMedia = media;
     media.Album = "Late";
     media.Cover = "late";
     EXPECT_FALSE(Read(media));
     EXPECT_EQ(Media.SongMedia.Album, "Late");
     EXPECT_EQ(Media.SongMedia.Cover, "late");
-    EXPECT_EQ(Media.SongMedia.Song, "");
+    EXPECT_EQ(Media.SongMedia.Song, "One");
+}
+
+TEST_F(MediaPolls, ALateAlbumOrCoverLeavesTheRecordOfAnotherSongAlone) {
+    Media.SongMedia = Reading("A", "One");
+    Read("A", "One");
+    STATIONANDSONGDATA media = Reading("A", "Two");
+    Read(media);
+    media.Album = media.Cover = "late";
+    for (const auto& [pending, waiting] : {std::pair{true, false}, {false, true}, {false, false}}) {
+        Cut.CutPending = pending;
+        Form.tmrEncodeFile.Running(waiting);
+        Next = media;
+        Form.tmrGetMediaData.Timer.Raise();
+        EXPECT_EQ(Media.SongMedia, Reading("A", "One"));
+        media.Album += "r";
+        media.Cover += "r";
+    }
+}
+
+TEST_F(MediaPolls, ALateAlbumOrCoverLeavesARecordThatWaitsAloneUnderTheSameTitleToo) {
+    Media.SongMedia = Reading("A", "One");
+    Read("A", "One");
+    STATIONANDSONGDATA media = Reading("A", "One");
+    media.Album = "of the second time";
+    for (const auto& [pending, waiting] : {std::pair{true, false}, {false, true}}) {
+        Cut.CutPending = pending;
+        Form.tmrEncodeFile.Running(waiting);
+        Next = media;
+        Form.tmrGetMediaData.Timer.Raise();
+        EXPECT_EQ(Media.SongMedia.Album, "Album");
+        media.Album += " ";
+    }
+}
+
+TEST_F(MediaPolls, ASongThatEndsHasWhatWasToldOfItLast) {
+    Flags.RecordingEnabled = true;
+    STATIONANDSONGDATA media = Reading("A", "One");
+    Read(media);
+    media.Album = media.Cover = "late";
+    Read(media);
+    Read("A", "");  // a reading that fails
+    Read("A", "Two");
+    ASSERT_TRUE(Cut.Ended);
+    EXPECT_EQ(Cut.Ended->Media, media);
+}
+
+TEST_F(MediaPolls, ASongThatOthersHaveReadAheadOfTheFirstPollIsKnown) {
+    Flags.RecordingEnabled = true;
+    Media.ProviderName = "Page";
+    Media.CurrentMedia = Reading("A", "One");
+    Read("A", "Two");
+    ASSERT_TRUE(Cut.Ended);
+    EXPECT_EQ(Cut.Ended->Media, Reading("A", "One"));
+}
+
+TEST_F(MediaPolls, ASongOfASourceThatWasLostEndsWithNothingTold) {
+    Flags.RecordingEnabled = true;
+    Media.ProviderName = "Page";
+    Read("A", "One");
+    Media.ProviderName = "Player";
+    Media.CurrentMedia = {};
+    Read("A", "Two");
+    ASSERT_TRUE(Cut.Ended);
+    EXPECT_EQ(Cut.Ended->Media.Song, "");
+}
+
+TEST_F(MediaPolls, ASongThatEndsKeepsItsWishAndTheFlagsMeanTheNextOne) {
+    Flags.RecordingEnabled = true;
+    struct Row {
+        bool Current, Next, Stop;
+        bool CurrentThen, NextThen;
+    };
+    for (const Row& row : {Row{false, false, false, false, false}, Row{false, true, false, true, false},
+                           Row{true, false, false, true, false}, Row{true, false, true, false, false}}) {
+        Read("A", "One");
+        Flags.RecordCurrentSong = row.Current;
+        Flags.RecordNextSong = row.Next;
+        Flags.StopAtEndOfSong = row.Stop;
+        FlagsShown = 0;
+        Read("A", "Two");
+        ASSERT_TRUE(Cut.Ended);
+        EXPECT_EQ(Cut.Ended->Wanted, row.Current);
+        EXPECT_EQ(Flags.RecordCurrentSong, row.CurrentThen);
+        EXPECT_EQ(Flags.RecordNextSong, row.NextThen);
+        EXPECT_FALSE(Flags.StopAtEndOfSong);
+        EXPECT_EQ(FlagsShown, 1);
+    }
+}
+
+TEST_F(MediaPolls, ACutThatMovesLeavesTheSongBeforeItUnlessOnlyTheShortOneIsWanted) {
+    Flags.RecordingEnabled = true;
+    for (const bool wanted : {true, false}) {
+        Read("A", "Long");
+        Flags.RecordCurrentSong = wanted;
+        Read("A", "Short");
+        Flags.RecordCurrentSong = true;
+        Next = Reading("A", "Next");
+        Form.tmrGetMediaData.Timer.Raise();
+        ASSERT_TRUE(Cut.Ended);
+        EXPECT_TRUE(Cut.Ended->Wanted);
+        EXPECT_EQ(Cut.Ended->Media.Song, wanted ? "Long" : "Short");
+    }
+}
+
+TEST_F(MediaPolls, WithoutARecordingNoSongEndsAndNoFlagPasses) {
+    Flags.RecordNextSong = true;
+    Read("A", "One");
+    EXPECT_FALSE(Cut.Ended);
+    EXPECT_TRUE(Flags.RecordNextSong);
+    EXPECT_FALSE(Flags.RecordCurrentSong);
 }
 
 TEST_F(MediaPolls, AProviderThatFailsLeavesTheLastReading) {

@@ -15,7 +15,7 @@ namespace Corvetape::Test {
 class SessionRig {
  public:
     SessionRig()
-        : Writer({Machine.Files, Flags, Signal, Pause, Media, Messages},
+        : Writer({Machine.Files, Flags, Signal, Pause, Media, Messages, Cut},
                  {Format, Options, Folders, [] { return std::string("song"); }}, Events()),
           Drain({Ring, Cut, Pause, Flags, Writer}),
           Recording({Form, Flags, Cut, Media, Pause, Ring}, Actions()) {

@@ -48,6 +48,23 @@ TEST(SupervisorTakeOver, WaitsForTheDelayInWholeSecondsAndTwoMore) {
     EXPECT_EQ(SecondsToTheTakeOver(30'000), 32);
 }
 
+TEST(SupervisorTakeOver, WaitsUntilThePendingCutIsMade) {
+    SupervisorRig rig;
+    rig.Options.EncodeDelay = 0;
+    rig.Media.SongMedia.Song = "Old";
+    rig.Media.CurrentMedia.Song = "New";
+    rig.Flags.RecordCurrentSong = true;
+    rig.Excluded = true;
+    rig.Cut.CutPending = true;
+    rig.Ticks(10);
+    EXPECT_EQ(rig.Media.SongMedia.Song, "Old");
+    EXPECT_TRUE(rig.Flags.RecordCurrentSong);
+    rig.Cut.Settle();
+    rig.Tick();
+    EXPECT_EQ(rig.Media.SongMedia.Song, "New");
+    EXPECT_TRUE(rig.Flags.RecordNextSong);
+}
+
 /// What of a reading makes it another song than the one in the file.
 struct TakeOverRow {
     const char* Artist;

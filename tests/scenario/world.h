@@ -61,6 +61,10 @@ struct WorldOptions {
     bool TellsTitles = true;
     std::function<double(size_t song)> TitleDelay;
 
+    /// How many seconds after its title the radio tells a song's album and its cover.
+    double AlbumDelay = 0;
+    double CoverDelay = 0;
+
     /// What the radio does when it is asked to play again. With it, the radio plays from a web page, as no
     /// player can be asked.
     std::function<void()> RestartRadio;
@@ -241,15 +245,23 @@ class World {
 
     /// What the radio tells at this moment.
     SourceMedia OnAir() {
+        SourceMedia media = TitledAt(Now());
+        if (TitledAt(Now() - Setup.AlbumDelay) != media) media.Album.clear();
+        if (TitledAt(Now() - Setup.CoverDelay) != media) media.Cover.clear();
+        return media;
+    }
+
+    /// The song whose title the radio tells at a second of the machine.
+    SourceMedia TitledAt(double now) {
         // It is asked already while the program is made.
         const auto timeline = Recorder ? Truth() : Computer.WaveIn.Timeline(RadioName, 44100);
         const auto frameAt = [&](double second) {
             return static_cast<uint64_t>(std::max(second, 0.0) * timeline->FramesPerSecond());
         };
-        if (!Setup.TitleDelay) return timeline->MediaAt(frameAt(Now()));
+        if (!Setup.TitleDelay) return timeline->MediaAt(frameAt(now));
         SourceMedia media;
         for (size_t song = 0; song < timeline->Songs().size(); ++song) {
-            if (frameAt(Now() - Setup.TitleDelay(song)) < timeline->Songs()[song].Begin) break;
+            if (frameAt(now - Setup.TitleDelay(song)) < timeline->Songs()[song].Begin) break;
             media = timeline->Songs()[song].Media;
         }
         return media;

@@ -171,6 +171,10 @@ void Book::NoteCut() {
     const CutState& cut = Values().Cut;
     const PauseSettings& pause = Values().Pause;
     const bool isNew = cut.CutPending && (!WasCutPending || cut.CutIndex != LastCutIndex);
+    if (isNew && (!WasCutPending || (Wished && !EndedWished))) {
+        Ended = Told;
+        EndedWished = Wished;
+    }
     if (isNew) Cuts.push_back({static_cast<int32_t>(RingBuffers.size()), 0, 0});
     if (cut.CutPending || WasCutPending) {
         // Both may be changed while the cut waits.
@@ -181,11 +185,18 @@ void Book::NoteCut() {
     LastCutIndex = cut.CutIndex;
 }
 
+void Book::NoteTold() {
+    const MediaState& media = Values().Media;
+    if (std::exchange(Source, media.ProviderName) != media.ProviderName) Told = {};
+    if (!media.CurrentMedia.Song.empty()) Told = media.CurrentMedia;
+}
+
 void Book::AfterEvent() {
     if (!Radio->Recorder) return;
     CheckFlags();
     CheckLosses();
     NoteCut();
+    NoteTold();
     const RecordingFlags& flags = Values().Flags;
     if (!flags.RecordingEnabled) {
         ExcuseUnread(Unread);

@@ -12,6 +12,10 @@
 
 namespace Corvetape::Test {
 
+/// What the radio calls the album and the cover of a title begins so, and goes on with the title.
+inline constexpr const char* AlbumOf = "Album of ";
+inline constexpr const char* CoverOf = "http://covers/";
+
 /// A number that two buffers share only if they hold the same samples, as good as surely.
 uint64_t HashOf(std::span<const std::byte> bytes);
 
@@ -43,6 +47,10 @@ struct BookedBuffer {
 /// - what the device has lost and the disk has refused is lost, and its song says how much.
 ///
 /// A song that would end where reading stands is followed once round the ring.
+///
+/// It compares names too: a song that a change of title has ended is kept or not as was wished when the title
+/// changed, and has the title, album and cover that were told last before. No song has the album or the cover
+/// of another one. What is handed over has the names that its song was closed with.
 class Book {
  public:
     Book();
@@ -95,6 +103,7 @@ class Book {
         std::vector<uint64_t> Pieces;  ///< hash of each buffer
         bool Safe = false;             ///< an encoder has had it, or a song of the same name came behind it
         bool Damaged = false;          ///< a fault struck its file, and was told
+        STATIONANDSONGDATA Media;      ///< as it was closed
     };
 
     /// A cut as it was raised, in numbers of buffers in the ring.
@@ -137,6 +146,8 @@ class Book {
     void ExcuseUnread(size_t from);
     void ExcusePause();
     void NoteCut();
+    void NoteTold();
+    void CheckMedia(const HeardSong& song);
     void NoteOpenFile();
     void CheckFlags();
     void CheckFate(const HeardSong& song);
@@ -183,6 +194,10 @@ class Book {
     int32_t RingIndex = 0;
     uint64_t Overruns = 0;
     bool Skipping = false;
+    STATIONANDSONGDATA Told;    ///< the last reading with a title, of the present source
+    std::string Source;         ///< the provider
+    STATIONANDSONGDATA Ended;   ///< Told when the title changed and a cut was raised
+    bool EndedWished = false;   ///< Wished at that moment
     bool Wished = false;        ///< the song now in the file is to be kept
     bool WaitsForNext = false;  ///< the next one
     bool Pressing = false;

@@ -24,17 +24,36 @@ bool Contains(const Items& items, const Value& value, Member member = {}) {
 void Book::CheckFate(const HeardSong& song) {
     const SongFate fate = song.Song.Fate;
     const State& values = Values();
+    const bool wished = values.Cut.Ended ? EndedWished : Wished;
     const uint64_t least =
         static_cast<uint64_t>(std::max(values.Pause.IgnoreShortSongs, 0)) * song.Song.FramesPerSecond;
     const bool silent = values.Signal.SilenceSeconds >= values.Options.InfoAfterSilence;
-    if (fate == SongFate::Unwanted && Wished && !Pressing && !silent) Tell("a wanted song was thrown away");
-    if (fate == SongFate::Kept && !Wished && !Pressing) Tell("a song was kept that nobody wanted");
+    if (fate == SongFate::Unwanted && wished && !Pressing && !silent) Tell("a wanted song was thrown away");
+    if (fate == SongFate::Kept && !wished && !Pressing) Tell("a song was kept that nobody wanted");
     if (fate == SongFate::Short && song.Song.Frames > least) Tell("a song was called short that is not");
     if (fate == SongFate::Aborted && values.Signal.SilenceSeconds < values.Pause.QuitAfterSilence) {
         Tell("a song was broken off");
     }
     const bool left = fate != SongFate::Kept && Radio->Disk().Exists(song.Song.TempPath);
     if (left && !WasStruck(song.Song.TempPath)) Tell("an unwanted file stays: " + song.Song.TempPath);
+}
+
+/// Whether a kept song has its own names, as far as they were told.
+void Book::CheckMedia(const HeardSong& song) {
+    const STATIONANDSONGDATA& media = song.Song.Media;
+    const auto isOf = [&media](const std::string& what, const std::string& field) {
+        return field.empty() || field == what + media.Song;
+    };
+    if (!isOf(AlbumOf, media.Album)) Tell(media.Song + " has another song's album: " + media.Album);
+    if (!isOf(CoverOf, media.Cover)) Tell(media.Song + " has another song's cover: " + media.Cover);
+    const State& values = Values();
+    const bool byTitle =
+        values.Pause.EndOfSongDetection == EndOfSong::MediaData && values.Cut.CutPending && !Pressing;
+    if (!byTitle || Ended.Song.empty()) return;
+    const auto names = [](const STATIONANDSONGDATA& each) {
+        return each.Artist + ", " + each.Song + ", " + each.Album + ", " + each.Cover;
+    };
+    if (names(media) != names(Ended)) Tell("what was " + names(Ended) + " is kept as " + names(media));
 }
 
 bool Book::WasStruck(const std::string& path) const {
@@ -51,6 +70,7 @@ void Book::Closed(const HeardSong& song) {
     NoteCut();
     if (!Values().Flags.RecordingEnabled) ExcuseUnread(Unread);
     if (song.Song.Fate == SongFate::Kept) {
+        CheckMedia(song);
         CheckKept(song);
         return;
     }
@@ -162,7 +182,7 @@ Book::Place Book::Find(const std::vector<uint64_t>& pieces, size_t from, size_t 
 }
 
 void Book::CheckKept(const HeardSong& song) {
-    WantedSong wanted{song.Song.TempPath, {}, false, WasStruck(song.Song.TempPath)};
+    WantedSong wanted{song.Song.TempPath, {}, false, WasStruck(song.Song.TempPath), song.Song.Media};
     const auto pieces = PiecesOf(song.Song.TempPath);
     const bool readable = pieces && !pieces->empty();
     if (readable) wanted.Pieces = *pieces;
@@ -253,6 +273,13 @@ void Book::Transferred(const TransferredSong& song) {
     for (const HandedSong& earlier : HandedOver) {
         const bool replaced = earlier.TempFile == handed.TempFile && earlier.Wanted != handed.Wanted;
         if (replaced && earlier.Wanted) Wanted[*earlier.Wanted].Safe = true;
+    }
+    if (handed.Wanted) {
+        const STATIONANDSONGDATA& closed = Wanted[*handed.Wanted].Media;
+        if (song.Media.Artist != closed.Artist || song.Media.Song != closed.Song ||
+            song.Media.Album != closed.Album || song.Media.Cover != closed.Cover) {
+            Tell("what was closed as " + closed.Song + " is handed over as " + song.Media.Song);
+        }
     }
     HandedOver.push_back(std::move(handed));
 }

@@ -110,7 +110,7 @@ void Hand::PressAny() {
     } else if (auto* list = dynamic_cast<ListBox*>(&control)) {
         value = number(-1, static_cast<int64_t>(list->Items().size()));
     } else if (auto* tabs = dynamic_cast<TabStrip*>(&control)) {
-        value = Chance.Pick(tabs->Keys());
+        if (!tabs->Tabs().empty()) value = Chance.Pick(tabs->Tabs()).Key;
     } else if (dynamic_cast<TextBox*>(&control) != nullptr) {
         constexpr std::array<int64_t, 5> sizes = {3, 30, 300, 3000, 30000};
         value = number(0, Chance.Pick(sizes));

@@ -32,6 +32,12 @@ WorldOptions WorldOf(uint64_t seed, double seconds, Book& book) {
 
     WorldOptions options;
     options.Radio = RandomRadio(radio);
+    for (RadioScript::Item& item : options.Radio.Items) {
+        SourceMedia& media = item.Song.Media;
+        if (media.Song.empty()) continue;
+        media.Album = AlbumOf + media.Song;
+        media.Cover = CoverOf + media.Song;
+    }
     options.Radio.Pause(600).SilenceForever();  // of zeros, one buffer is like the next
     options.Machine.Seed = seed;
     const auto number = [&chance](int64_t low, int64_t high) {
@@ -53,6 +59,12 @@ WorldOptions WorldOf(uint64_t seed, double seconds, Book& book) {
         {"Options", "DelTempFolder", number(0, 1)},
         {"DoNotChange", "EncodeDelay", number(0, 6000)},
         {"DoNotChange", "PollRecordingBuffers", number(0, 3)}};
+    // Half of the radios tell albums and covers with the titles, the others up to some seconds later.
+    SimRandom late(MixSeed(seed, 4));
+    if (late.Chance(0.5)) {
+        options.AlbumDelay = late.Between(0.0, 8.0);
+        options.CoverDelay = late.Between(0.0, 8.0);
+    }
     options.EncodingTime = std::chrono::milliseconds(chance.Between(int64_t{1}, int64_t{4000}));
     options.Through = [&book](Machine machine) { return book.Through(machine); };
     options.OnClosed = [&book](const HeardSong& song) { book.Closed(song); };
