@@ -12,6 +12,13 @@ bool IsCoverFetched(const std::string& address) {
            !EqualIgnoringCase(address.substr(address.size() - extension), "gif");
 }
 
+bool IsWebAddress(std::string_view address) {
+    const auto begins = [address](std::string_view with) {
+        return EqualIgnoringCase(address.substr(0, with.size()), with);
+    };
+    return begins("http://") || begins("https://");
+}
+
 CoverImages::CoverImages(Http& http, Files& files, const PauseSettings& pause)
     : Web(http), Disk(files), Pause(pause), Alive(std::make_shared<bool>(true)) {}
 
@@ -27,13 +34,17 @@ void CoverImages::LoadImage(const std::string& address) {
     LastCoverUrl = address;
     Web.Cancel();
     if (!IsCoverFetched(address)) return;
-    Web.Get(address, MostCoverBytes, [this, alive = std::weak_ptr<bool>(Alive)](const HttpAnswer& answer) {
-        if (!alive.expired()) Answered(answer);
+    const bool fromWeb = IsWebAddress(address);
+    // One byte more shows that a file goes on.
+    const size_t limit = fromWeb ? MostCoverBytes : MostCoverBytes + 1;
+    Web.Get(address, limit, [this, fromWeb, alive = std::weak_ptr<bool>(Alive)](const HttpAnswer& answer) {
+        if (!alive.expired()) Answered(answer, fromWeb);
     });
 }
 
-void CoverImages::Answered(const HttpAnswer& answer) {
+void CoverImages::Answered(const HttpAnswer& answer, bool fromWeb) {
     if (answer.Failed) return;
+    if (!fromWeb && (answer.Body.size() > MostCoverBytes || !ReadImageSize(answer.Body))) return;
     CoverBytes = answer.Body.substr(0, MostCoverBytes);
     // Without cuts by media data the new picture belongs to the running song at once.
     if (Pause.EndOfSongDetection != EndOfSong::MediaData) SongCoverBytes = CoverBytes;

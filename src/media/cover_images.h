@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "audio/pause_settings.h"
 #include "platform/files.h"
@@ -20,10 +21,16 @@ inline constexpr size_t LeastCoverBytes = 1025;
 /// True for the address of a picture that is fetched: not an empty one, and no GIF.
 bool IsCoverFetched(const std::string& address);
 
+/// True for an address in the web, by http or https.
+bool IsWebAddress(std::string_view address);
+
 /// Fetches the pictures whose addresses the providers give, and stores that of a song beside it.
 ///
 /// Of two pictures in a row the older one stays at hand: with the end of song by media data the address of
 /// the next picture comes while the song is still being finished.
+///
+/// A file of this machine counts only if it is a picture and not longer than MostCoverBytes: what stands
+/// beside the songs is never a copy of another file, or a part of one.
 class CoverImages {
  public:
     /// All of them outlive it.
@@ -51,7 +58,7 @@ class CoverImages {
     std::function<void()> Changed;
 
  private:
-    void Answered(const HttpAnswer& answer);
+    void Answered(const HttpAnswer& answer, bool fromWeb);
 
     Http& Web;
     Files& Disk;

@@ -5,6 +5,8 @@
 
 #include "core/held.h"
 #include "core/profile.h"
+#include "media/cover_images.h"
+#include "media/text_decoding.h"
 #include "media/window_search.h"
 
 namespace Corvetape {
@@ -79,7 +81,13 @@ void clsProviderMSIE::BecomeProvider() {
 
 bool clsProviderMSIE::ReadField(std::string& field, const MediaFieldRule& rule, FieldKind kind) {
     RuleReading reading = EvaluateRule(From, rule, kind);
-    if (!reading.Skipped) field = std::move(reading.Value);
+    if (reading.Skipped) return !reading.Failed;
+    if (kind == FieldKind::Text) {
+        field = MediaText(reading.Value);
+    } else {
+        // A page may name any file of this machine as its picture.
+        field = IsWebAddress(reading.Value) ? std::move(reading.Value) : std::string();
+    }
     return !reading.Failed;
 }
 

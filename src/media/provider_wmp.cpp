@@ -4,6 +4,7 @@
 #include <variant>
 
 #include "media/player_bridge.h"
+#include "media/text_decoding.h"
 
 namespace Corvetape {
 
@@ -36,10 +37,10 @@ bool clsProviderWMP::ReadMediaRegistry() {
     media.Album.clear();
     media.Cover.clear();
     if (Read("Status") != "Playing") return false;
-    media.StationName = Read("Genre");
-    media.Artist = Read("Artist");
-    media.Song = Read("Title");
-    media.Album = Read("Album");
+    media.StationName = MediaText(Read("Genre"));
+    media.Artist = MediaText(Read("Artist"));
+    media.Song = MediaText(Read("Title"));
+    media.Album = MediaText(Read("Album"));
     media.Cover = Read("Cover");
     return true;
 }

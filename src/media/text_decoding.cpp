@@ -165,6 +165,25 @@ std::string DecodeWebText(std::string_view text) {
     return RepairUtf8(decoded);
 }
 
+std::string MediaText(std::string_view text) {
+    const auto turns = [](std::string_view character) {
+        return (character >= "\xE2\x80\xAA" && character <= "\xE2\x80\xAE") ||
+               (character >= "\xE2\x81\xA6" && character <= "\xE2\x81\xA9");
+    };
+    std::string clean;
+    size_t characters = 0;
+    while (!text.empty() && characters < MostMediaCharacters) {
+        const size_t length = CharacterLength(text);
+        const std::string_view character = text.substr(0, length);
+        if (length > 0 && !turns(character)) {
+            clean += character;
+            ++characters;
+        }
+        text.remove_prefix(length > 0 ? length : 1);
+    }
+    return clean;
+}
+
 std::string TextFromFile(std::string_view bytes) {
     const std::u32string characters = CharactersOf(bytes);
     if (std::ranges::none_of(characters, [](char32_t each) { return each >= LoneByte; })) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -29,6 +30,14 @@ uint8_t AnsiCode(char32_t character);
 
 /// The character of an ANSI code.
 char32_t CharacterOfAnsi(uint8_t code);
+
+/// Most characters of a title, an artist, an album or a station.
+inline constexpr size_t MostMediaCharacters = 1000;
+
+/// A field of the media data as it may enter the program: bytes that are no UTF-8 and marks that turn the
+/// direction of writing (U+202A to U+202E, U+2066 to U+2069) are left out, and so is what comes after
+/// MostMediaCharacters. A mark would show names, of files too, in another order than they have.
+std::string MediaText(std::string_view text);
 
 /// A text from a file: as it is if it is UTF-8, otherwise read as ANSI.
 std::string TextFromFile(std::string_view bytes);

@@ -52,6 +52,30 @@ TEST_F(CoverImagesTest, TheSameAddressIsFetchedOnce) {
     EXPECT_EQ(Web.Limit, 1'000'000u);
 }
 
+TEST_F(CoverImagesTest, AFileCountsOnlyAsAWholePicture) {
+    Pause.EndOfSongDetection = EndOfSong::Silence;
+    const std::string head("\x89PNG\r\n\x1A\n\0\0\0\x0DIHDR\0\0\0\x10\0\0\0\x10\x08\2\0\0\0", 29);
+    const auto stored = [this](const std::string& address, const std::string& body) {
+        Covers.LoadImage(address);
+        Web.Answer(body);
+        Machine.Files.Delete("/home/user/song.jpg");
+        Covers.SaveImage("/home/user/song");
+        const std::string bytes = Stored();
+        Covers.LoadImage("");
+        Covers.SaveImage("");  // the next picture has none before it
+        return bytes;
+    };
+    const std::string picture = head + std::string(2000, 'x');
+    const std::string largest = head + std::string(1'000'000 - head.size(), 'x');
+    EXPECT_EQ(stored("file:///c.png", picture), picture);
+    EXPECT_TRUE(stored("file:///largest.png", largest) == largest);
+    EXPECT_TRUE(stored("file:///longer.png", largest + "x").empty());
+    EXPECT_EQ(stored("file:///home/user/letter.txt", std::string(2000, 'x')), "");
+    EXPECT_EQ(stored("/home/user/letter.txt", std::string(2000, 'x')), "");
+    EXPECT_EQ(stored("http://127.0.0.1/a", std::string(2000, 'x')), std::string(2000, 'x'));
+    EXPECT_EQ(stored("HTTPS://127.0.0.1/a", std::string(2000, 'x')), std::string(2000, 'x'));
+}
+
 TEST_F(CoverImagesTest, NeitherAGifNorNothingIsFetched) {
     Covers.LoadImage("http://127.0.0.1/a.GIF");
     Covers.LoadImage("");

@@ -220,6 +220,18 @@ TEST_F(MediaPlayerTest, ReadsWhatPlaysWithTheGenreAsTheStation) {
     EXPECT_EQ(Media.CurrentMedia.StationDescr, "");
 }
 
+TEST_F(MediaPlayerTest, TakesNoMarksAndNoMoreThanAThousandCharactersOfAField) {
+    PlayerReport report = Report("a", true, "One");
+    report.Genre = report.Artist = report.Title = report.Album = "\u202E" + std::string(3000, 'x');
+    Say(report);
+    clsProviderWMP provider = Make();
+    provider.GetStationData();
+    const STATIONANDSONGDATA& now = Media.CurrentMedia;
+    for (const std::string& field : {now.StationName, now.Artist, now.Song, now.Album}) {
+        EXPECT_EQ(field, std::string(1000, 'x'));
+    }
+}
+
 TEST_F(MediaPlayerTest, AnyOtherStatusLeavesTheFieldsEmpty) {
     Say(Report("a", true, "One"));
     clsProviderWMP provider = Make();

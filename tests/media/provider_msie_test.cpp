@@ -120,6 +120,32 @@ TEST_F(Msie, ARefreshReadsAllFields) {
     EXPECT_EQ(Now(), expected);
 }
 
+TEST_F(Msie, TakesNoMarksAndNoMoreThanAThousandCharactersOfAField) {
+    SimPage& page = AddPage();
+    const std::string longText = "\u2066" + std::string(3000, 'x');
+    for (size_t field = 0; field < 3; ++field) page.Top->All[field].Text.InnerText = longText;
+    for (size_t field = 0; field < 3; ++field) page.Top->All[field].Text.Title = longText;
+    const auto provider = Make();
+    provider->GetStationData();
+    for (const std::string& field : {Now().Artist, Now().Song, Now().Album}) {
+        EXPECT_EQ(field, std::string(1000, 'x'));
+    }
+}
+
+TEST_F(Msie, ACoverComesFromTheWebOnly) {
+    SimPage& page = AddPage();
+    const auto provider = Make();
+    for (const char* address : {"file:///home/user/letter.txt", "/home/user/letter.txt", "c.jpg",
+                                "ftp://radio/c", "data:image/png;base64,AAAA"}) {
+        page.Top->All[3].Text.Src = address;
+        provider->GetStationData();
+        EXPECT_EQ(Now().Cover, "") << address;
+    }
+    page.Top->All[3].Text.Src = "https://radio/c.jpg";
+    provider->GetStationData();
+    EXPECT_EQ(Now().Cover, "https://radio/c.jpg");
+}
+
 TEST_F(Msie, ARefreshReArmsTheRecordingEachTime) {
     AddPage();
     const auto provider = Make();

@@ -220,6 +220,29 @@ TEST(AnsiCode, EveryCodeComesBackFromItsCharacter) {
     EXPECT_EQ(CharacterOfAnsi(0x80), U'€');
 }
 
+TEST(MediaText, HasNoMarkThatTurnsTheDirectionOfWriting) {
+    for (const char* mark :
+         {"\u202A", "\u202B", "\u202C", "\u202D", "\u202E", "\u2066", "\u2067", "\u2068", "\u2069"}) {
+        EXPECT_EQ(MediaText(mark + std::string("a") + mark + "b" + mark), "ab");
+    }
+    for (const char* other : {"\u2029", "\u202F", "\u2065", "\u206A", "\u05D0", "\u00E9", "\U0001F3B5"}) {
+        EXPECT_EQ(MediaText(other), other);
+    }
+}
+
+TEST(MediaText, HasNoBytesThatAreNoUtf8) {
+    EXPECT_EQ(MediaText("K\xF6ln \xE2\x80"), "Kln ");
+    EXPECT_EQ(MediaText("\xC3\xA4\xFF\xC3\xA4"), "ää");
+}
+
+TEST(MediaText, EndsAfterAThousandCharacters) {
+    std::string text;
+    for (int i = 0; i < 1001; ++i) text += "ä";
+    EXPECT_EQ(MediaText(text), text.substr(0, 2000));
+    EXPECT_EQ(MediaText("\u202E" + text.substr(0, 2000)), text.substr(0, 2000));
+    EXPECT_EQ(MediaText(std::string(5'000'000, 'x')).size(), 1000U);
+}
+
 TEST(TextFromFile, TextThatIsNotUtf8IsAnsi) {
     EXPECT_EQ(TextFromFile("Radio K\xF6ln \x80"), "Radio Köln €");
     EXPECT_EQ(TextFromFile("Radio Köln"), "Radio Köln");

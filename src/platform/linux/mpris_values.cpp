@@ -22,6 +22,15 @@ std::string Address(const QString& text) {
     return bytes.size() > MostPlayerTextBytes ? std::string() : bytes.toStdString();
 }
 
+/// Whether a piece may name this picture. Files of this machine are those of pieces that are files
+/// themselves: whatever a page or a stream is told by others to show is fetched from the web.
+bool MayShow(const QString& address, const QString& piece) {
+    const auto begins = [](const QString& text, const char* with) {
+        return text.startsWith(QLatin1String(with), Qt::CaseInsensitive);
+    };
+    return begins(address, "http://") || begins(address, "https://") || begins(piece, "file://");
+}
+
 /// A text, or a list of texts in one.
 QString Joined(const QVariant& value) {
     if (value.typeId() == QMetaType::QString) return value.toString();
@@ -66,7 +75,9 @@ PlayerReport WithProperties(PlayerReport report, const QVariantMap& properties) 
     report.Artist = Text(Joined(piece.value(QStringLiteral("xesam:artist"))));
     report.Title = Text(Single(piece.value(QStringLiteral("xesam:title"))));
     report.Album = Text(Single(piece.value(QStringLiteral("xesam:album"))));
-    report.Cover = Address(Single(piece.value(QStringLiteral("mpris:artUrl"))));
+    const QString cover = Single(piece.value(QStringLiteral("mpris:artUrl")));
+    const bool shown = MayShow(cover, Single(piece.value(QStringLiteral("xesam:url"))));
+    report.Cover = shown ? Address(cover) : std::string();
     return report;
 }
 

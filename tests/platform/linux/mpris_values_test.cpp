@@ -26,13 +26,28 @@ TEST(MprisValues, ABusNameStandsForAPlayerUnlessItRepeatsOthers) {
 }
 
 TEST(MprisValues, AreTakenFromThePiece) {
-    const PlayerReport report = After({{"PlaybackStatus", "Playing"},
-                                       {"Metadata", QVariantMap{{"xesam:artist", QStringList{"Ann"}},
-                                                                {"xesam:title", "One"},
-                                                                {"xesam:album", "First"},
-                                                                {"xesam:genre", QStringList{"Pop"}},
-                                                                {"mpris:artUrl", "file:///c.jpg"}}}});
-    EXPECT_EQ(report, (PlayerReport{"", true, "Pop", "Ann", "One", "First", "file:///c.jpg"}));
+    const PlayerReport report =
+        After({{"PlaybackStatus", "Playing"},
+               {"Metadata", QVariantMap{{"xesam:artist", QStringList{"Ann"}},
+                                        {"xesam:title", "One"},
+                                        {"xesam:album", "First"},
+                                        {"xesam:genre", QStringList{"Pop"}},
+                                        {"mpris:artUrl", "http://127.0.0.1/c.jpg"}}}});
+    EXPECT_EQ(report, (PlayerReport{"", true, "Pop", "Ann", "One", "First", "http://127.0.0.1/c.jpg"}));
+}
+
+TEST(MprisValues, OnlyAPieceThatIsAFileMayShowAPictureFromAFile) {
+    const auto coverOf = [](const char* cover, const char* piece) {
+        return AfterPiece({{"mpris:artUrl", cover}, {"xesam:url", piece}}).Cover;
+    };
+    EXPECT_EQ(coverOf("file:///c.jpg", "file:///music/a.flac"), "file:///c.jpg");
+    EXPECT_EQ(coverOf("/c.jpg", "FILE:///music/a.flac"), "/c.jpg");
+    for (const char* stream : {"http://radio/", "https://radio/", "cdda://1", "/music/a.flac", "", "file"}) {
+        EXPECT_EQ(coverOf("file:///c.jpg", stream), "") << stream;
+        EXPECT_EQ(coverOf("/c.jpg", stream), "") << stream;
+        EXPECT_EQ(coverOf("HTTPS://radio/c.jpg", stream), "HTTPS://radio/c.jpg") << stream;
+    }
+    EXPECT_EQ(AfterPiece({{"mpris:artUrl", "file:///c.jpg"}}).Cover, "");
 }
 
 TEST(MprisValues, OnlyTheExactStatusPlays) {
