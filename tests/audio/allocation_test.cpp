@@ -8,6 +8,7 @@
 
 #include "audio/capture.h"
 #include "audio/drain.h"
+#include "audio/evidence_cut.h"
 #include "audio/route.h"
 #include "audio/signal_bench.h"
 #include "audio/song_writer.h"
@@ -141,6 +142,30 @@ TEST_P(SignalWay, AllocatesNothingForABuffer) {
     EXPECT_EQ(allocations, allocated);
     EXPECT_TRUE(Drained);
     EXPECT_GT(Disk.BytesTaken, written + uint64_t{50} * MakeWaveFormat(44100).nAvgBytesPerSec);
+}
+
+TEST(EvidenceCutter, AllocatesNothingForASlotOrADecision) {
+    constexpr int64_t change = 400;
+    std::vector<Frame> frames(2205);
+    const std::vector<int32_t> levels(500, 8000);
+    FeatureMeter meter(44100);
+    FeatureHistory history(HistorySlots);
+    EvidenceCutter cutter;
+    CutPrior prior;
+    const auto live = [&] {
+        for (int slot = 0; slot < 650; ++slot) {
+            std::ranges::fill(frames, Frame{static_cast<int16_t>(slot * 40), 100});
+            history.Add(meter.Measure(frames));
+        }
+        const bool decided = cutter.Decide({history, change, levels, 0, {170, 199}}, prior).has_value();
+        cutter.Teach(prior);
+        return decided;
+    };
+    EXPECT_TRUE(live());  // what is computed once is there from now on
+    history.Restart(0);
+    const int64_t allocated = allocations;
+    EXPECT_TRUE(live());
+    EXPECT_EQ(allocations, allocated);
 }
 
 INSTANTIATE_TEST_SUITE_P(ModesAndGains, SignalWay,

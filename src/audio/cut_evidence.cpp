@@ -1,0 +1,258 @@
+#include "audio/cut_evidence.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace Corvetape {
+
+namespace {
+
+// The weights of the evidence were fitted to radios made of recordings of real music.
+constexpr float ShortShiftWeight = 25;
+constexpr float LongShiftWeight = 32;
+constexpr float FadeWeight = 0.008F;
+constexpr float FluxWeight = 1.1F;
+constexpr float HardJoinBonus = 0.75F;  ///< hard joins are more common than any one length of fade
+
+/// Added to every variance: below this, differences are noise.
+constexpr double LeastVariance = 0.08;
+
+/// A side that is shorter says nothing about its song.
+constexpr int32_t LeastSideSlots = 20;
+
+/// Replaces the lower triangle of a positive definite matrix by its Cholesky factor, with the inverse of the
+/// diagonal in its place.
+template <size_t Pairs>
+void Factorize(std::array<float, Pairs>& triangle) {
+    size_t rowStart = 0;
+    for (size_t row = 0; row < TextureSize; ++row) {
+        size_t columnStart = 0;
+        for (size_t column = 0; column <= row; ++column) {
+            float sum = triangle[rowStart + column];
+            for (size_t i = 0; i < column; ++i) sum -= triangle[rowStart + i] * triangle[columnStart + i];
+            const bool diagonal = column == row;
+            triangle[rowStart + column] =
+                diagonal ? 1 / std::sqrt(sum) : sum * triangle[columnStart + column];
+            columnStart += column + 1;
+        }
+        rowStart += row + 1;
+    }
+}
+
+/// Solves L y = v in place, for one vector or, element by element, for several.
+template <size_t Pairs>
+void Whiten(const std::array<float, Pairs>& factor, Texture& vector) {
+    size_t at = 0;
+    for (size_t row = 0; row < TextureSize; ++row) {
+        float sum = vector[row];
+        for (size_t i = 0; i < row; ++i) sum -= factor[at++] * vector[i];
+        vector[row] = sum * factor[at++];
+    }
+}
+
+template <size_t Pairs, size_t Count>
+void Whiten(const std::array<float, Pairs>& factor,
+            std::array<std::array<float, Count>, TextureSize>& vectors) {
+    size_t at = 0;
+    for (size_t row = 0; row < TextureSize; ++row) {
+        std::array<float, Count> sums = vectors[row];
+        for (size_t i = 0; i < row; ++i) {
+            const float factorHere = factor[at++];
+            for (size_t point = 0; point < Count; ++point) sums[point] -= factorHere * vectors[i][point];
+        }
+        const float inverse = factor[at++];
+        for (size_t point = 0; point < Count; ++point) vectors[row][point] = sums[point] * inverse;
+    }
+}
+
+/// Where between two songs a point of a fade is, 0 to 1: points lie in the middle of equal parts.
+template <size_t Count>
+float ShareAt(size_t point) {
+    return (static_cast<float>(point) + 0.5F) / static_cast<float>(Count);
+}
+
+}  // namespace
+
+CutEvidence::CutEvidence() : Running(Positions) {}
+
+void CutEvidence::AddUp(const FeatureHistory& history, int64_t change) {
+    const auto clamped = [&](int64_t slot) {
+        return static_cast<int32_t>(std::clamp<int64_t>(slot - change, FirstSlotOfSearch, SlotsAfterChange));
+    };
+    Begin = clamped(history.First());
+    End = std::max(Begin, clamped(history.End()));
+    size_t position = static_cast<size_t>(Begin - FirstSlotOfSearch);
+    Running[position] = {};
+    for (int32_t slot = Begin; slot < End; ++slot, ++position) {
+        const SlotFeatures& features = history[change + slot];
+        const Sums& before = Running[position];
+        Sums& after = Running[position + 1];
+        size_t pair = 0;
+        for (size_t row = 0; row < TextureSize; ++row) {
+            const double value = features.Sound[row];
+            after.Sound[row] = before.Sound[row] + value;
+            for (size_t column = 0; column <= row; ++column, ++pair) {
+                after.Products[pair] = before.Products[pair] + value * features.Sound[column];
+            }
+        }
+        for (size_t band = 0; band < MelBands; ++band) {
+            after.Mel[band] = before.Mel[band] + features.Mel[band];
+        }
+    }
+}
+
+int32_t CutEvidence::Clamped(int32_t slot) const {
+    return std::clamp(slot, Begin, End);
+}
+
+CutEvidence::Stretch CutEvidence::LeftOf(int32_t edge, int32_t fade, int32_t length) const {
+    const int32_t end = edge - fade / 2;
+    return {Clamped(end - length), Clamped(end)};
+}
+
+CutEvidence::Stretch CutEvidence::RightOf(int32_t edge, int32_t fade, int32_t length) const {
+    const int32_t begin = edge + fade / 2;
+    return {Clamped(begin), Clamped(begin + length)};
+}
+
+bool CutEvidence::Measure(Stretch left, Stretch right, Sides& sides) const {
+    const int32_t leftCount = left.End - left.Begin;
+    const int32_t rightCount = right.End - right.Begin;
+    if (leftCount < LeastSideSlots || rightCount < LeastSideSlots) return false;
+    const Sums& leftBegin = At(left.Begin);
+    const Sums& leftEnd = At(left.End);
+    const Sums& rightBegin = At(right.Begin);
+    const Sums& rightEnd = At(right.End);
+    const double leftShare = 1.0 / leftCount;
+    const double rightShare = 1.0 / rightCount;
+    std::array<double, TextureSize> leftMean{};
+    std::array<double, TextureSize> rightMean{};
+    Texture difference{};
+    for (size_t i = 0; i < TextureSize; ++i) {
+        leftMean[i] = (leftEnd.Sound[i] - leftBegin.Sound[i]) * leftShare;
+        rightMean[i] = (rightEnd.Sound[i] - rightBegin.Sound[i]) * rightShare;
+        sides.Left[i] = static_cast<float>(leftMean[i]);
+        sides.Right[i] = static_cast<float>(rightMean[i]);
+        difference[i] = static_cast<float>(rightMean[i] - leftMean[i]);
+    }
+    size_t pair = 0;
+    for (size_t row = 0; row < TextureSize; ++row) {
+        for (size_t column = 0; column <= row; ++column, ++pair) {
+            const double leftPart = (leftEnd.Products[pair] - leftBegin.Products[pair]) * leftShare -
+                                    leftMean[row] * leftMean[column];
+            const double rightPart = (rightEnd.Products[pair] - rightBegin.Products[pair]) * rightShare -
+                                     rightMean[row] * rightMean[column];
+            const double floor = row == column ? LeastVariance : 0;
+            sides.Factor[pair] = static_cast<float>((leftPart + rightPart) / 2 + floor);
+        }
+    }
+    Factorize(sides.Factor);
+    Whiten(sides.Factor, difference);
+    float distance = 0;
+    for (const float part : difference) distance += part * part;
+    sides.Shift = std::log1p(distance / 4) / TextureSize;
+    return true;
+}
+
+void CutEvidence::MixSongs(Stretch left, Stretch right, const Sides& sides) {
+    static const std::array<Points, 2> fading = [] {
+        std::array<Points, 2> powers{};  // of the song that ends, and of the one that begins
+        for (size_t point = 0; point < FadePoints; ++point) {
+            const float angle = ShareAt<FadePoints>(point) * std::numbers::pi_v<float> / 2;
+            powers[0][point] = std::cos(angle) * std::cos(angle);
+            powers[1][point] = std::sin(angle) * std::sin(angle);
+        }
+        return powers;
+    }();
+    const auto powerIn = [this](Stretch stretch, size_t band) {
+        const double sum = At(stretch.End).Mel[band] - At(stretch.Begin).Mel[band];
+        return static_cast<float>(std::pow(10, sum / (stretch.End - stretch.Begin)));
+    };
+    const MelShapeTable& shape = ShapeOfMel();
+    for (size_t i = 0; i < MelCoefficients; ++i) Mixed[i].fill(0);
+    for (size_t band = 0; band < MelBands; ++band) {
+        const float leftPower = powerIn(left, band);
+        const float rightPower = powerIn(right, band);
+        Points mel{};
+        for (size_t point = 0; point < FadePoints; ++point) {
+            mel[point] = std::log10(fading[0][point] * leftPower + fading[1][point] * rightPower);
+        }
+        for (size_t i = 0; i < MelCoefficients; ++i) {
+            for (size_t point = 0; point < FadePoints; ++point)
+                Mixed[i][point] += mel[point] * shape[band][i];
+        }
+    }
+    for (size_t i = MelCoefficients; i < TextureSize; ++i) {
+        for (size_t point = 0; point < FadePoints; ++point) {
+            const float share = ShareAt<FadePoints>(point);
+            Mixed[i][point] = (1 - share) * sides.Left[i] + share * sides.Right[i];
+        }
+    }
+}
+
+float CutEvidence::FadeGain(const FeatureHistory& history, int64_t change, int32_t edge, int32_t fade) {
+    const Stretch left = LeftOf(edge, fade, LongSideSlots);
+    const Stretch right = RightOf(edge, fade, LongSideSlots);
+    Sides sides;
+    if (!Measure(left, right, sides)) return 0;
+    MixSongs(left, right, sides);
+    for (size_t point = 0; point < FadePoints; ++point) {
+        const auto step = static_cast<int32_t>(static_cast<float>(fade) * ShareAt<FadePoints>(point));
+        const Texture& sound = history[change + edge - fade / 2 + step].Sound;
+        for (size_t i = 0; i < TextureSize; ++i) {
+            Heard[i][point] = sound[i];
+            Mixed[i][point] = sound[i] - Mixed[i][point];
+        }
+    }
+    Whiten(sides.Factor, Heard);
+    Whiten(sides.Factor, Mixed);
+    Whiten(sides.Factor, sides.Left);
+    Whiten(sides.Factor, sides.Right);
+    Points fromLeft{};
+    Points fromRight{};
+    Points fromMixed{};
+    for (size_t i = 0; i < TextureSize; ++i) {
+        for (size_t point = 0; point < FadePoints; ++point) {
+            const float left1 = Heard[i][point] - sides.Left[i];
+            const float right1 = Heard[i][point] - sides.Right[i];
+            fromLeft[point] += left1 * left1;
+            fromRight[point] += right1 * right1;
+            fromMixed[point] += Mixed[i][point] * Mixed[i][point];
+        }
+    }
+    float gain = LongShiftWeight * sides.Shift;
+    const float perPoint = FadeWeight * static_cast<float>(fade) / 2;
+    for (size_t point = 0; point < FadePoints; ++point) {
+        gain += perPoint * (std::min(fromLeft[point], fromRight[point]) - fromMixed[point]);
+    }
+    return gain;
+}
+
+float CutEvidence::ScoreOf(const FeatureHistory& history, int64_t change, int32_t edge, size_t fade) {
+    const int32_t slots = FadeSlots[fade];
+    Sides sides;
+    float score = 0;
+    if (Measure(LeftOf(edge, slots, ShortSideSlots), RightOf(edge, slots, ShortSideSlots), sides)) {
+        score += ShortShiftWeight * sides.Shift;
+    }
+    if (slots > 0) return score + FadeGain(history, change, edge, slots);
+    if (Measure(LeftOf(edge, 0, LongSideSlots), RightOf(edge, 0, LongSideSlots), sides)) {
+        score += LongShiftWeight * sides.Shift;
+    }
+    return score + FluxWeight * history[change + edge].Flux + HardJoinBonus;
+}
+
+const EdgeTable& CutEvidence::Score(const FeatureHistory& history, int64_t change) {
+    AddUp(history, change);
+    for (size_t fade = 0; fade < FadeCount; ++fade) {
+        for (size_t index = 0; index < EdgeCount; ++index) {
+            const int32_t edge = EdgeAt(index);
+            const bool possible = edge - FadeSlots[fade] / 2 > Begin && edge + FadeSlots[fade] / 2 < End;
+            Table[fade][index] = possible ? ScoreOf(history, change, edge, fade) : NoEvidence;
+        }
+    }
+    return Table;
+}
+
+}  // namespace Corvetape
