@@ -103,6 +103,42 @@ TEST_F(LinuxHttpTest, ABodyWithoutEndIsDroppedAtTheLimit) {
     EXPECT_TRUE(session.WaitFor([this] { return server.Open == 0; }, seconds(30)));
 }
 
+TEST_F(LinuxHttpTest, AHeadWithoutEndIsDroppedAndTheNextRequestIsAnswered) {
+    server.On("/endless", [](QTcpSocket& socket) {
+        socket.write("HTTP/1.1 200 OK\r\n");
+        const auto more = [&socket] {
+            QByteArray lines;
+            for (int i = 0; i < 1000; ++i) lines += "X-Filler: " + QByteArray(50, 'x') + "\r\n";
+            socket.write(lines);
+        };
+        QObject::connect(&socket, &QTcpSocket::bytesWritten, &socket, more);
+        more();
+    });
+    server.Body("/next", "next");
+    ExpectFailed(server.Address("/endless"));
+    EXPECT_TRUE(session.WaitFor([this] { return server.Open == 0; }, seconds(30))) << "it is still read";
+    EXPECT_EQ(Get(server.Address("/next")).Body, "next");
+}
+
+TEST_F(LinuxHttpTest, AHeadThatComesByDropsFailsAtTheTimeLimit) {
+    LinuxHttp impatient(session.Loop, milliseconds(300));
+    server.On("/drops", [](QTcpSocket& socket) {
+        socket.write("HTTP/1.1 200 OK\r\nX: ");
+        QObject::connect(&socket, &QTcpSocket::bytesWritten, &socket, [&socket] {
+            if (socket.state() == QTcpSocket::ConnectedState) socket.write("x");
+        });
+    });
+    EXPECT_TRUE(Get(impatient, server.Address("/drops")).Failed);
+    EXPECT_TRUE(session.WaitFor([this] { return server.Open == 0; }, seconds(30)));
+}
+
+TEST_F(LinuxHttpTest, ABodyInChunksIsPutTogether) {
+    server.Say("/chunks",
+               "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
+               "3\r\none\r\n5;x=y\r\n two \r\n0\r\n\r\n");
+    EXPECT_EQ(Get(server.Address("/chunks")).Body, "one two ");
+}
+
 TEST_F(LinuxHttpTest, WhatIsNotThereHasFailed) {
     ExpectFailed(server.Address("/missing"));
     server.Say("/broken", "HTTP/1.1 500 Oops\r\nContent-Length: 3\r\n\r\noho");

@@ -13,7 +13,7 @@ class WebRequest;
 /// Fetches from the web with plain requests, and from files of this machine: file addresses and absolute
 /// paths. No cookies, no credentials, no cache; at most 5 redirects. An answer that is not whole within the
 /// time limit, but for the limit of its size, has failed. The transfer of a body that reaches the limit of
-/// its size is dropped.
+/// its size is dropped, as is an answer whose headers exceed 64 KiB.
 ///
 /// Of files only regular ones are read, on a thread of their own: a disk that hangs is not waited for.
 class LinuxHttp : public Http {

@@ -1,6 +1,7 @@
 #include "platform/linux/web_request.h"
 
-#include <QNetworkRequest>
+#include <QNetworkProxy>
+#include <QNetworkProxyFactory>
 #include <utility>
 
 namespace Corvetape {
@@ -11,29 +12,56 @@ constexpr int MostRedirects = 5;
 /// What may wait to be read, beside the body that is kept.
 constexpr qint64 ReadBufferBytes = 256LL * 1024;
 
-QNetworkRequest PlainRequest(const QUrl& url) {
-    QNetworkRequest request(url);
-    const auto set = [&request](QNetworkRequest::Attribute attribute, const QVariant& value) {
-        request.setAttribute(attribute, value);
-    };
-    // Each redirect is looked at here: it may lead from http to https and back, but out of the web never.
-    set(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    set(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-    set(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    set(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
-    set(QNetworkRequest::CacheSaveControlAttribute, false);
-    set(QNetworkRequest::Http2AllowedAttribute, false);
-    // The limit is one of the bytes that are sent; nothing is to grow behind it.
-    request.setRawHeader("Accept-Encoding", "identity");
-    return request;
+constexpr int HttpPort = 80;
+constexpr int HttpsPort = 443;
+
+bool IsEncrypted(const QUrl& url) {
+    return url.scheme() == QStringLiteral("https");
+}
+
+QByteArray HostField(const QUrl& url) {
+    QByteArray host = url.host(QUrl::FullyEncoded).toUtf8();
+    if (host.contains(':')) host = '[' + host + ']';
+    if (url.port() >= 0) host += ':' + QByteArray::number(url.port());
+    return host;
+}
+
+/// The way out that the system's settings name for an address.
+QNetworkProxy ProxyFor(const QUrl& url) {
+    const auto proxies = QNetworkProxyFactory::systemProxyForQuery(QNetworkProxyQuery(url));
+    return proxies.isEmpty() ? QNetworkProxy(QNetworkProxy::NoProxy) : proxies.first();
+}
+
+/// A proxy that is asked in place of the server; of encrypted connections it passes on the bytes only.
+bool IsAskedInstead(const QNetworkProxy& proxy, const QUrl& url) {
+    const bool speaksHttp =
+        proxy.type() == QNetworkProxy::HttpProxy || proxy.type() == QNetworkProxy::HttpCachingProxy;
+    return speaksHttp && !IsEncrypted(url);
+}
+
+/// No cookies, no credentials of ours, and nothing compressed: the limit is one of the bytes that are sent.
+QByteArray PlainRequest(const QUrl& url, const QNetworkProxy& proxy) {
+    QByteArray target = url.path(QUrl::FullyEncoded).toUtf8();
+    if (target.isEmpty()) target = "/";
+    if (url.hasQuery()) target += '?' + url.query(QUrl::FullyEncoded).toUtf8();
+    const bool instead = IsAskedInstead(proxy, url);
+    if (instead) target = url.scheme().toUtf8() + "://" + HostField(url) + target;
+    QByteArray request = "GET " + target + " HTTP/1.1\r\nHost: " + HostField(url) +
+                         "\r\nUser-Agent: Mozilla/5.0\r\nAccept: */*\r\nAccept-Encoding: identity\r\n"
+                         "Connection: close\r\n";
+    if (instead && !proxy.user().isEmpty()) {
+        const QByteArray account = (proxy.user() + ':' + proxy.password()).toUtf8();
+        request += "Proxy-Authorization: Basic " + account.toBase64() + "\r\n";
+    }
+    return request + "\r\n";
 }
 
 }  // namespace
 
-void WebRequest::Abandon::operator()(QNetworkReply* reply) const {
-    reply->disconnect(Listener);
-    if (reply->isRunning()) reply->abort();
-    reply->deleteLater();
+void WebRequest::Abandon::operator()(QSslSocket* socket) const {
+    socket->disconnect(Listener);
+    socket->abort();
+    socket->deleteLater();
 }
 
 WebRequest::WebRequest(std::function<void(const HttpAnswer&)> ended) : Ended(std::move(ended)) {}
@@ -49,64 +77,95 @@ bool WebRequest::Takes(const QUrl& url) {
 void WebRequest::Begin(const QUrl& url, size_t limit) {
     Limit = limit;
     Redirects = 0;
-    Send(url);
+    Connect(url);
 }
 
 void WebRequest::Drop() {
-    Reply.reset();
-    Body.clear();
+    Socket.reset();
+    Answer.reset();
 }
 
-void WebRequest::Send(const QUrl& url) {
+void WebRequest::Connect(const QUrl& url) {
     Drop();
-    QUrl plain = url;
-    plain.setUserInfo(QString());
-    Reply.reset(Manager.get(PlainRequest(plain)));
-    Reply->setReadBufferSize(ReadBufferBytes);
-    QObject::connect(Reply.get(), &QNetworkReply::readyRead, &Listener, [this] { Take(); });
-    QObject::connect(Reply.get(), &QNetworkReply::finished, &Listener, [this] {
-        if (IsRedirect()) {
-            Follow();
-        } else {
-            const int status = Status();
-            End(Reply->error() != QNetworkReply::NoError || status < 200 || status > 299);
-        }
-    });
+    Asked = url;
+    Answer.emplace(Limit);
+    Socket.reset(std::make_unique<QSslSocket>(&Listener).release());  // it may go in one of its own signals
+    Socket->setReadBufferSize(ReadBufferBytes);
+    const bool encrypted = IsEncrypted(url);
+    // Queued: a connection that fails at once must not be reported from within Begin.
+    QObject::connect(Socket.get(), encrypted ? &QSslSocket::encrypted : &QAbstractSocket::connected,
+                     &Listener, [this] { Send(); });
+    QObject::connect(Socket.get(), &QAbstractSocket::readyRead, &Listener, [this] { Read(); });
+    QObject::connect(
+        Socket.get(), &QAbstractSocket::disconnected, &Listener,
+        [this, socket = Socket.get()] {
+            if (Socket.get() != socket) return;
+            Read();
+            if (Socket.get() != socket) return;
+            Answer->Close();
+            Judge();
+        },
+        Qt::QueuedConnection);
+    QObject::connect(
+        Socket.get(), &QAbstractSocket::errorOccurred, &Listener,
+        [this, socket = Socket.get()](QAbstractSocket::SocketError error) {
+            if (Socket.get() == socket && error != QAbstractSocket::RemoteHostClosedError) End(true);
+        },
+        Qt::QueuedConnection);
+    const QNetworkProxy proxy = ProxyFor(url);
+    Request = PlainRequest(url, proxy);
+    const bool instead = IsAskedInstead(proxy, url);
+    Socket->setProxy(instead ? QNetworkProxy(QNetworkProxy::NoProxy) : proxy);
+    const QString host = instead ? proxy.hostName() : url.host(QUrl::FullyEncoded);
+    const auto port =
+        static_cast<quint16>(instead ? proxy.port() : url.port(encrypted ? HttpsPort : HttpPort));
+    if (encrypted) {
+        Socket->connectToHostEncrypted(host, port);
+    } else {
+        Socket->connectToHost(host, port);
+    }
 }
 
-int WebRequest::Status() const {
-    return Reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+void WebRequest::Send() {
+    Socket->write(Request);
+}
+
+void WebRequest::Read() {
+    const QByteArray bytes = Socket->readAll();
+    Answer->Take({bytes.constData(), static_cast<size_t>(bytes.size())});
+    Judge();
+}
+
+/// Looks whether enough of the answer has come.
+void WebRequest::Judge() {
+    const int status = Answer->Status();
+    if (IsRedirect()) {
+        Follow();
+    } else if (Answer->HasFailed() || (status != 0 && (status < 200 || status > 299))) {
+        End(true);
+    } else if (Answer->IsOver()) {
+        End(false);
+    }
 }
 
 bool WebRequest::IsRedirect() const {
-    const int status = Status();
+    const int status = Answer->Status();
     return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
 
+// Each redirect is looked at here: it may lead from http to https and back, but out of the web never.
 void WebRequest::Follow() {
-    const QUrl target = Reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
-    const QUrl next = Reply->url().resolved(target);
+    const QUrl target(QString::fromStdString(Answer->Field("location")));
+    const QUrl next = Asked.resolved(target);
     if (target.isEmpty() || !Takes(next) || ++Redirects > MostRedirects) {
         End(true);
     } else {
-        Send(next);
+        Connect(next);
     }
-}
-
-void WebRequest::Take() {
-    if (IsRedirect()) {
-        Follow();
-        return;
-    }
-    // What an error says of itself stays unread; `finished` comes for it, or the time limit.
-    const int status = Status();
-    if (status < 200 || status > 299) return;
-    Body += Reply->read(static_cast<qint64>(Limit - Body.size())).toStdString();
-    if (Body.size() >= Limit) End(false);
 }
 
 void WebRequest::End(bool failed) {
-    const HttpAnswer answer{failed, failed ? std::string() : std::move(Body)};
+    const HttpAnswer answer{failed, failed ? std::string() : Answer->Body()};
     Drop();
     Ended(answer);
 }

@@ -1,19 +1,20 @@
 #pragma once
 
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QObject>
+#include <QSslSocket>
 #include <QUrl>
 #include <cstddef>
 #include <functional>
 #include <memory>
-#include <string>
+#include <optional>
 
 #include "platform/http.h"
+#include "platform/linux/http_reader.h"
 
 namespace Corvetape {
 
-/// One plain request to the web at a time, through redirects to its answer.
+/// One plain request to the web at a time, through redirects to its answer. On a connection of its own: the
+/// toolkit's HTTP client reads a head without end on a thread that listens to nobody meanwhile.
 class WebRequest {
  public:
     /// `ended` is called once for each request that is not dropped, never from within Begin. It may drop or
@@ -33,27 +34,28 @@ class WebRequest {
     void Drop();
 
  private:
-    /// Gives a reply up, also within one of its own signals. Only our own connections go: the reply needs its
-    /// inner ones to close its transfer.
+    /// Gives a connection up, also within one of its own signals.
     struct Abandon {
         QObject* Listener = nullptr;
-        void operator()(QNetworkReply* reply) const;
+        void operator()(QSslSocket* socket) const;
     };
 
-    void Send(const QUrl& url);
+    void Connect(const QUrl& url);
+    void Send();
+    void Read();
+    void Judge();
     void Follow();
-    void Take();
     void End(bool failed);
     bool IsRedirect() const;
-    int Status() const;
 
     const std::function<void(const HttpAnswer&)> Ended;
-    QNetworkAccessManager Manager;
     QObject Listener;
-    std::unique_ptr<QNetworkReply, Abandon> Reply{nullptr, Abandon{&Listener}};
+    std::unique_ptr<QSslSocket, Abandon> Socket{nullptr, Abandon{&Listener}};
+    std::optional<HttpReader> Answer;
+    QUrl Asked;
+    QByteArray Request;
     size_t Limit = 0;
     int Redirects = 0;
-    std::string Body;
 };
 
 }  // namespace Corvetape
