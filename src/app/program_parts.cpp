@@ -131,6 +131,7 @@ void ProgramParts::LoadProviderSettings(const std::string& name) {
         };
         if (std::ranges::none_of(overrides, own)) Store.Ini().Override(section, each.Key, each.Value);
     }
+    Store.Ini().Reload();  // somebody may have edited the section by hand
     Pauses.LoadProviderSettings(name);
 }
 

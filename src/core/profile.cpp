@@ -47,8 +47,58 @@ bool FitsName(std::string_view name) {
     return std::ranges::none_of(name, IsLineEnd) && Trim(name) == name;
 }
 
+/// True if only blanks, and perhaps a comment, follow from `position` on.
+bool IsRestOver(std::string_view text, size_t position) {
+    const size_t next = text.find_first_not_of(" \t", position);
+    return next == std::string_view::npos || text[next] == ';';
+}
+
+/// True for a name that stands between its brackets as it is.
+bool IsPlainSection(std::string_view name) {
+    if (Trim(name) != name || name.starts_with('"')) return false;
+    for (size_t i = name.find(']'); i != std::string_view::npos; i = name.find(']', i + 1)) {
+        const size_t next = name.find_first_not_of(" \t", i + 1);
+        if (next != std::string_view::npos && name[next] == ';') return false;
+    }
+    return true;
+}
+
+struct SectionName {
+    std::string_view Name;
+    std::string_view Raw;  ///< with the blanks between the brackets
+};
+
+/// The name in a line that begins with "[". It may hold brackets itself: the one that ends it has nothing but
+/// a comment behind it.
+std::optional<SectionName> ReadSection(std::string_view line) {
+    constexpr std::string_view quoted = "[\"";
+    constexpr std::string_view quotedEnd = "\"]";
+    if (line.starts_with(quoted)) {
+        for (size_t i = line.find(quotedEnd, 2); i != std::string_view::npos;
+             i = line.find(quotedEnd, i + 1)) {
+            const std::string_view name = line.substr(2, i - 2);
+            if (IsRestOver(line, i + 2) && !IsPlainSection(name)) return SectionName{name, name};
+        }
+    }
+    const size_t first = line.find(']');
+    if (first == std::string_view::npos) return std::nullopt;
+    size_t close = first;
+    while (close != std::string_view::npos && !IsRestOver(line, close + 1)) close = line.find(']', close + 1);
+    const std::string_view raw = line.substr(1, (close == std::string_view::npos ? first : close) - 1);
+    return SectionName{Trim(raw), raw};
+}
+
+/// What has to be written so that it reads as a section of this name.
+std::string WrittenSection(std::string_view name) {
+    const std::string quote = IsPlainSection(name) ? "" : "\"";
+    return "[" + quote + std::string(name) + quote + "]";
+}
+
 bool FitsSection(std::string_view name) {
-    return FitsName(name) && name.find(']') == std::string_view::npos;
+    if (std::ranges::any_of(name, IsLineEnd)) return false;
+    const std::string written = WrittenSection(name);
+    const auto read = ReadSection(written);
+    return read && read->Name == name;
 }
 
 bool FitsKey(std::string_view name) {
@@ -66,6 +116,7 @@ struct Line {
     size_t TextEnd = 0;     ///< before the line end
     size_t End = 0;         ///< behind the line end
     std::string_view Name;  ///< of the section or key
+    std::string_view Raw;   ///< name of the section with the blanks round it
     std::string_view Value;
     bool Blank = false;
 };
@@ -77,10 +128,11 @@ void Classify(Line& line, std::string_view file, size_t textBegin) {
     line.Blank = trimmed.empty();
     if (line.Blank || trimmed.front() == ';') return;
     if (trimmed.front() == '[') {
-        const size_t close = trimmed.find(']');
-        if (close == std::string_view::npos) return;
+        const auto name = ReadSection(trimmed);
+        if (!name) return;
         line.Kind = LineKind::Section;
-        line.Name = Trim(trimmed.substr(1, close - 1));
+        line.Name = name->Name;
+        line.Raw = name->Raw;
         return;
     }
     const size_t equals = text.find('=');
@@ -126,6 +178,11 @@ std::string_view MissingLineEnd(std::string_view file) {
     return file.ends_with('\r') ? "\n" : LineEnd(file);
 }
 
+/// A name with blanks at its ends finds also a section that somebody wrote by hand with these blanks.
+bool IsNamed(const Line& line, std::string_view name) {
+    return EqualIgnoringCase(line.Name, name) || EqualIgnoringCase(line.Raw, name);
+}
+
 /// Where a section stands among the lines: from its first line behind the header to the next header.
 struct LineRange {
     size_t First = 0;
@@ -136,7 +193,7 @@ std::optional<LineRange> FindSection(const std::vector<Line>& lines, std::string
     size_t first = 0;
     if (!section.empty()) {
         while (first < lines.size() &&
-               !(lines[first].Kind == LineKind::Section && EqualIgnoringCase(lines[first].Name, section))) {
+               !(lines[first].Kind == LineKind::Section && IsNamed(lines[first], section))) {
             ++first;
         }
         if (first == lines.size()) return std::nullopt;
@@ -179,7 +236,7 @@ std::string AppendSection(std::string_view file, const std::vector<Line>& lines,
         result += MissingLineEnd(file);
         if (!lines.back().Blank) result += end;
     }
-    return result.append("[").append(section).append("]").append(end).append(line).append(end);
+    return result.append(WrittenSection(section)).append(end).append(line).append(end);
 }
 
 std::string WithValue(std::string_view file, std::string_view section, std::string_view key,
@@ -216,7 +273,7 @@ std::string WithoutSection(std::string_view file, std::string_view section) {
     std::string result;
     bool inside = section.empty();
     for (const Line& line : SplitLines(file)) {
-        if (line.Kind == LineKind::Section) inside = EqualIgnoringCase(line.Name, section);
+        if (line.Kind == LineKind::Section) inside = IsNamed(line, section);
         if (!inside) result.append(file.substr(line.Begin, line.End - line.Begin));
     }
     return result;
@@ -227,18 +284,24 @@ std::string WithoutSection(std::string_view file, std::string_view section) {
 Profile::Profile(Files& files, std::string path, WriteCare care)
     : Disk(files), OwnPath(std::move(path)), Care(care) {}
 
+const Profile::Section* Profile::Content::Find(std::string_view name) const {
+    const auto found = Places.find(LowerCase(name));
+    return found == Places.end() ? nullptr : &Sections[found->second];
+}
+
 Profile::Content Profile::Parse(std::string_view text) {
-    Content content{Section{}};
-    size_t current = 0;
-    constexpr size_t doubled = std::numeric_limits<size_t>::max();
+    Content content{{Section{}}, {{"", 0}}};
+    Section* current = content.Sections.data();
     for (const Line& line : SplitLines(text)) {
         if (line.Kind == LineKind::Section) {
-            const auto same = [&](const Section& each) { return EqualIgnoringCase(each.Name, line.Name); };
-            const bool known = std::ranges::any_of(content, same);
-            current = known ? doubled : content.size();
-            if (!known) content.push_back({std::string(line.Name), {}});
-        } else if (line.Kind == LineKind::Key && current != doubled && !line.Name.empty()) {
-            content[current].Entries.push_back({std::string(line.Name), std::string(line.Value)});
+            const size_t place = content.Sections.size();
+            const bool byName = content.Places.emplace(LowerCase(line.Name), place).second;
+            const bool byRaw = content.Places.emplace(LowerCase(line.Raw), place).second;
+            current = nullptr;  // one that nobody can ask for
+            if (!byName && !byRaw) continue;
+            current = &content.Sections.emplace_back(Section{std::string(line.Name), {}});
+        } else if (line.Kind == LineKind::Key && current != nullptr && !line.Name.empty()) {
+            current->Entries.push_back({std::string(line.Name), std::string(line.Value)});
         }
     }
     return content;
@@ -262,12 +325,10 @@ const Profile::Content& Profile::Load() const {
 std::optional<std::string> Profile::Find(std::string_view section, std::string_view key) const {
     const auto overridden = Overrides.find({LowerCase(section), LowerCase(key)});
     if (overridden != Overrides.end()) return overridden->second.Value;
-    for (const Section& each : Load()) {
-        if (!EqualIgnoringCase(each.Name, section)) continue;
-        for (const Entry& entry : each.Entries) {
-            if (EqualIgnoringCase(entry.Key, key)) return entry.Value;
-        }
-        return std::nullopt;
+    const Section* const found = Load().Find(section);
+    if (found == nullptr) return std::nullopt;
+    for (const Entry& entry : found->Entries) {
+        if (EqualIgnoringCase(entry.Key, key)) return entry.Value;
     }
     return std::nullopt;
 }
@@ -301,9 +362,8 @@ bool Profile::HasKey(std::string_view section, std::string_view key) const {
 
 std::vector<std::string> Profile::Keys(std::string_view section, size_t bufferBytes) const {
     std::vector<std::string> names;
-    for (const Section& each : Load()) {
-        if (!EqualIgnoringCase(each.Name, section)) continue;
-        for (const Entry& entry : each.Entries) names.push_back(entry.Key);
+    if (const Section* const found = Load().Find(section)) {
+        for (const Entry& entry : found->Entries) names.push_back(entry.Key);
     }
     for (const auto& [name, entry] : Overrides) {
         if (!EqualIgnoringCase(entry.Section, section)) continue;
@@ -328,8 +388,10 @@ std::vector<std::string> Profile::Keys(std::string_view section, size_t bufferBy
 
 std::vector<std::string> Profile::Sections() const {
     std::vector<std::string> names;
-    for (const Section& each : Load()) {
-        if (!each.Name.empty()) names.push_back(each.Name);
+    const Content& content = Load();
+    for (const Section& each : content.Sections) {
+        // One of the same name may follow with other blanks round it.
+        if (!each.Name.empty() && content.Find(each.Name) == &each) names.push_back(each.Name);
     }
     for (const auto& [name, entry] : Overrides) {
         const auto same = [&section = entry.Section](const std::string& each) {

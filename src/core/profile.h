@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -23,9 +24,10 @@ enum class WriteCare {
 /// A settings file of sections in brackets and `key=value` lines.
 ///
 /// Names of sections and keys are compared with A to Z taken as a to z. Of sections or keys of one name the
-/// first counts. Blanks and tabs round names and values do not count, and one pair of quotes, single or
-/// double, round a value is taken off. A line whose first character is ";" is a comment, a line without "="
-/// is none of a key's. The section with the empty name holds the lines before the first section.
+/// first counts. A section's name may hold "]"; one that would not read back as it is stands in quotes
+/// between its brackets. Blanks and tabs round names and values do not count, and one pair of quotes, single
+/// or double, round a value is taken off. A line whose first character is ";" is a comment, a line without
+/// "=" is none of a key's. The section with the empty name holds the lines before the first section.
 ///
 /// Every write replaces the file at once and as a whole; there is nothing to flush. All lines but the one
 /// concerned stay byte for byte as they are. Reads come from memory, since the program is the only writer; a
@@ -90,7 +92,14 @@ class Profile {
         std::string Name;
         std::vector<Entry> Entries;
     };
-    using Content = std::vector<Section>;
+    struct Content {
+        std::vector<Section> Sections;
+
+        /// Places by the small letters of the names, with and without the blanks round them.
+        std::unordered_map<std::string, size_t> Places;
+
+        const Section* Find(std::string_view name) const;
+    };
 
     struct Overridden {
         std::string Section;

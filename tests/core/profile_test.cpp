@@ -380,6 +380,41 @@ TEST_F(ProfileTest, TextBehindASectionsBracketIsPassedOver) {
     EXPECT_EQ(Open("[A] ; see [B]\nx=1\n").ReadText("A", "x", ""), "1");
 }
 
+TEST_F(ProfileTest, ASectionMayHaveAnyNameOfOneLine) {
+    for (const std::string name : {"Radio [live]", "]", "[]", " Radio ", "Radio\t", "\"Radio\"", "\"",
+                                   "a ] ; b", "a]b", "\" a \"", "  ", "[", "Radio];"}) {
+        Profile profile = Open("[A]\nx=1\n");
+        EXPECT_TRUE(profile.Write(name, "x", "2")) << name;
+        EXPECT_EQ(profile.ReadText(name, "x", ""), "2") << Written();
+        EXPECT_EQ(profile.Sections(), (Names{"A", name})) << Written();
+        EXPECT_TRUE(profile.Write(name, "x", "3")) << name;
+        Profile again = Open(Written());
+        EXPECT_EQ(again.ReadText(name, "x", ""), "3") << Written();
+        EXPECT_EQ(again.ReadText("A", "x", ""), "1");
+        EXPECT_TRUE(again.DeleteSection(name));
+        EXPECT_EQ(again.Sections(), Names{"A"});
+    }
+}
+
+TEST_F(ProfileTest, ASectionThatWasWrittenByHandIsFound) {
+    const Profile profile = Open("[Radio [live]] ; mine\nx=1\n[ Blank ]\nx=2\n[\"Quoted\"]\nx=3\n");
+    EXPECT_EQ(profile.ReadText("Radio [live]", "x", ""), "1");
+    EXPECT_EQ(profile.ReadText("Blank", "x", ""), "2");
+    EXPECT_EQ(profile.ReadText(" Blank ", "x", ""), "2");
+    EXPECT_EQ(profile.ReadText("\"Quoted\"", "x", ""), "3");
+    EXPECT_EQ(profile.Sections(), (Names{"Radio [live]", "Blank", "\"Quoted\""}));
+}
+
+TEST_F(ProfileTest, OfSectionsThatDifferInBlanksEachIsReachedByItsOwnName) {
+    Profile profile = Open("[A]\nx=1\n[ A ]\nx=2\n[A]\nx=3\n");
+    EXPECT_EQ(profile.ReadText("A", "x", ""), "1");
+    EXPECT_EQ(profile.ReadText(" A ", "x", ""), "2");
+    EXPECT_EQ(profile.Sections(), Names{"A"});
+    EXPECT_TRUE(profile.Write(" A ", "x", "4"));
+    EXPECT_EQ(Written(), "[A]\nx=1\n[ A ]\nx=4\n[A]\nx=3\n");
+    EXPECT_EQ(profile.ReadText(" A ", "x", ""), "4");
+}
+
 TEST_F(ProfileTest, AHugeLineIsReadWhole) {
     const std::string huge(3'000'000, 'x');
     Profile profile = Open("[A]\nbig=" + huge + "\nx=1\n");
