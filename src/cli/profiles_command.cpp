@@ -1,3 +1,5 @@
+#include <fmt/format.h>
+
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QProcess>
@@ -142,6 +144,10 @@ int RunProfiles(const ProfilesArguments& arguments) {
     const LinuxClock clock;
     const ProfileSettings settings = SettingsOf(arguments, host, clock);
     if (!host.Files.FileSize(settings.Path)) return Fail(settings.Path + ": no such file");
+    if (const size_t unread = CountUnreadProfiles(Profile(host.Files, settings.Path)); unread > 0) {
+        Tell(fmt::format("{}: {} profiles are not read; the list of their names is full", settings.Path,
+                         unread));
+    }
     const std::vector<uint16_t> ports = DevToolsPorts(settings.Ports);
     const auto trial = [&] {
         return ProfileTrial{settings.Path, ReadProfiles(Profile(host.Files, settings.Path)), ports};

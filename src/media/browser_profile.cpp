@@ -1,5 +1,6 @@
 #include "media/browser_profile.h"
 
+#include <algorithm>
 #include <array>
 
 #include "core/text.h"
@@ -88,6 +89,14 @@ std::vector<ProviderProfile> ReadProfiles(const Profile& file) {
         if (section.starts_with(ProfileMark)) profiles.push_back(ReadProfile(file, section));
     }
     return profiles;
+}
+
+size_t CountUnreadProfiles(const Profile& file) {
+    const auto isProfile = [](const std::string& section) { return section.starts_with(ProfileMark); };
+    const auto count = [&](const std::vector<std::string>& names) {
+        return static_cast<size_t>(std::ranges::count_if(names, isProfile));
+    };
+    return count(file.Sections()) - count(SectionNames(file));
 }
 
 }  // namespace Corvetape

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -49,6 +50,9 @@ inline constexpr const char* ProfileFileName = "MSIE.ini";
 /// empty, further ones are passed over. Values and the list of section names are cut where a buffer of 32767
 /// characters ends. Values that are not UTF-8 are read as ANSI.
 std::vector<ProviderProfile> ReadProfiles(const Profile& file);
+
+/// How many profiles of a file ReadProfiles leaves out, because the list of names is full before them.
+size_t CountUnreadProfiles(const Profile& file);
 
 /// Where the profiles are: in the folder of the settings file, if the user has put a file of his own there,
 /// and else beside the program.

@@ -30,7 +30,9 @@ clsProviderMSIE::~clsProviderMSIE() {
 }
 
 void clsProviderMSIE::LoadProfiles() {
-    Profiles = ReadProfiles(Profile(Sources.Files, Sources.ProfilePath));
+    const Profile file(Sources.Files, Sources.ProfilePath);
+    Profiles = ReadProfiles(file);
+    if (const size_t unread = CountUnreadProfiles(file); unread > 0) Sources.ProfilesUnread(unread);
 }
 
 bool clsProviderMSIE::Find() {

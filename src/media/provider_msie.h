@@ -21,6 +21,7 @@ struct BrowserSources {
     Corvetape::Documents* Documents = nullptr;    ///< none: there are no pages
     Corvetape::Windows* Windows = nullptr;        ///< none: there are no windows
     std::function<void()> WindowsWanted = [] {};  ///< a profile asks for windows, and the desktop shows none
+    std::function<void(size_t unread)> ProfilesUnread = [](size_t) {};  ///< so many did not fit into the list
 };
 
 /// Reads what plays from a web page or from the title of a window, by the profiles of a file.

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <string>
 
 #include "media/devtools_ports.h"
@@ -52,6 +53,28 @@ TEST(ReadProfiles, OnlySectionsThatBeginWithADashAndABlankAreProfiles) {
 TEST(ReadProfiles, AFileWithoutSuchSectionsHasNoProfiles) {
     EXPECT_TRUE(Read("[Radio]\nName=3\n").empty());
     EXPECT_TRUE(Read("").empty());
+}
+
+TEST(ReadProfiles, AHundredThousandProfilesAreReadUpToTheLimitAndCountedInLessThanASecond) {
+    std::string content;
+    for (int i = 0; i < 100'000; ++i) {
+        content += "[- " + std::to_string(100'000 + i) + "]\nName=" + std::to_string(i) + "\n";
+    }
+    SimMachine machine;
+    machine.Files.Put(Path, content);
+    const auto begin = std::chrono::steady_clock::now();
+    const Profile file(machine.Files, Path);
+    const auto profiles = ReadProfiles(file);
+    const size_t unread = CountUnreadProfiles(file);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+    EXPECT_EQ(profiles.size(), 32767U / 9 + 1) << "the last name is cut where the list ends";
+    EXPECT_EQ(profiles.size() + unread, 100'000U);
+}
+
+TEST(ReadProfiles, NoneIsLeftOutOfAnOrdinaryFile) {
+    SimMachine machine;
+    machine.Files.Put(Path, "[- a]\nName=1\n[b]\n");
+    EXPECT_EQ(CountUnreadProfiles(Profile(machine.Files, Path)), 0U);
 }
 
 TEST(ReadProfiles, AMissingFileHasNoProfiles) {
