@@ -114,11 +114,11 @@ class Program {
     ~Program();
 
     /// The start, step by step. False if the process is to end at once: another instance runs, or a switch
-    /// asked for nothing more. Nothing needs to be unloaded then.
+    /// asked for nothing more, or the end was asked for meanwhile. Nothing needs to be unloaded then.
     bool Load();
 
     /// A request to close. It is refused once if a recording runs and the user wants its song to finish.
-    /// True if it passed; the program is then unloaded.
+    /// True if it passed; the program is then unloaded. One during the start is put off to its end.
     bool Close();
 
     /// The stop, step by step. Does nothing the second time.
@@ -243,6 +243,8 @@ class Program {
     DesktopSteps Desktop;
     LifeStage Stage = LifeStage::Made;
     bool UnloadPosted = false;
+    bool UnloadWanted = false;  ///< during the start, which comes to its end first
+    bool CloseWanted = false;   ///< the same, by a request that may be refused
     std::unique_ptr<State> Memory;
     std::unique_ptr<ProgramParts> Parts;
     std::shared_ptr<bool> Alive;  ///< guards work that is posted and may come after the end

@@ -75,7 +75,12 @@ bool Program::Load() {
         }
     }
     Stage = LifeStage::Running;
-    return true;
+    if (UnloadWanted) {
+        Unload();
+    } else if (CloseWanted) {
+        static_cast<void>(Close());  // a refusal keeps the program running as any other does
+    }
+    return Running();
 }
 
 namespace {

@@ -46,6 +46,10 @@ std::span<const char* const> Program::UnloadStepNames() {
 }
 
 bool Program::Close() {
+    if (Stage == LifeStage::Loading) {
+        CloseWanted = true;
+        return false;
+    }
     if (Stage != LifeStage::Running) return true;
     frmMain& form = Memory->Form;
     RecordingFlags& flags = Memory->Flags;
@@ -72,6 +76,7 @@ void Program::Unload() {
 }
 
 void Program::RequestUnload() {
+    if (Stage == LifeStage::Loading) UnloadWanted = true;
     if (UnloadPosted || Stage != LifeStage::Running) return;
     UnloadPosted = true;
     // Whoever asks may be in the middle of a buffer or a timer; the stop closes both, so it comes after.
@@ -81,7 +86,7 @@ void Program::RequestUnload() {
 }
 
 bool Program::RestartElevated(const std::string& parameters) {
-    if (!IsWindowsVista(Host.System.Version())) return false;
+    if (!Host.System.RestartsElevated() || !IsWindowsVista(Host.System.Version())) return false;
     if (Parts->Registry.CanWriteMachineBranch(Host.Clock)) return false;
     if (Host.Dialogs.AskYesNo(Parts->Messages.FormatMsg("989VI"), DialogIcon::Critical)) {
         const std::string& folder = Memory->Folders.ProgramFolder;
@@ -127,6 +132,7 @@ void Program::DisableRecording() {
 }
 
 void Program::CloseCapture() {
+    Parts->Inputs.End();  // this may run in the middle of a change of the input
     Parts->Input.CloseWaveIn();
 }
 

@@ -98,6 +98,7 @@ void InputList::DeviceClicked() {
         Actions.CloseWaveIn();
         for (CheckBox& box : form.chkStartStop) box.Enabled(false);
     }
+    if (Ended) return;  // events are served while a device closes
     const int32_t index = form.cmbInputDevices.ListIndex();
     if (index < 0) return;  // a click that somebody raised on an empty list
     const int64_t device = form.cmbInputDevices.Items().at(static_cast<size_t>(index)).Data;

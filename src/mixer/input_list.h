@@ -54,6 +54,9 @@ class InputList {
     /// 48 kHz.
     bool FillInputDevices();
 
+    /// The program ends: nothing is opened from now on, also not by a change that waits for its closing.
+    void End() { Ended = true; }
+
     /// Number of the device of the chosen entry, as WaveIn counts them. It stays at the last one chosen if
     /// there are no devices any more.
     int32_t WaveInDeviceId() const { return ChosenDevice; }
@@ -69,6 +72,7 @@ class InputList {
     InputListNotices Notices;
     InputListActions Actions;
     int32_t ChosenDevice = 0;
+    bool Ended = false;
 };
 
 }  // namespace Corvetape

@@ -19,6 +19,9 @@ class SystemInfo {
 
     virtual SystemVersion Version() = 0;
 
+    /// True where a program can be started again with the rights of an administrator.
+    virtual bool RestartsElevated() { return false; }
+
     /// A number to begin a sequence of random numbers with.
     virtual uint64_t RandomSeed() = 0;
 

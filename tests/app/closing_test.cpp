@@ -99,6 +99,59 @@ TEST_F(ClosingRequest, ComesAlsoFromThePublicMethod) {
     EXPECT_EQ(Place->Ends, 1U);
 }
 
+/// A start during which something is asked of the program while its window is shown.
+class RequestDuringTheStart : public testing::Test {
+ protected:
+    bool StartWith(const std::function<void()>& request) {
+        Desktop.WhileAsked = [request](const std::string& what) {
+            if (what == "ShowWindow") request();
+        };
+        PutOn(Place, Desktop);
+        return Place.Load();
+    }
+
+    DesktopNotes Desktop;
+    World Place{Starting("", {{"Options", "DelayUnload", "1"}})};
+};
+
+TEST_F(RequestDuringTheStart, ToCloseIsCarriedOutWhenTheStartIsThrough) {
+    EXPECT_FALSE(StartWith([&] { EXPECT_FALSE(Place.Recorder->Close()); }));
+    EXPECT_FALSE(Place.Recorder->Running());
+    EXPECT_EQ(Place.Ends, 1U);
+    EXPECT_THAT(LoggedKinds(Place), testing::ElementsAre("START", "END "));
+    EXPECT_EQ(Desktop.Asked.back(), "SaveBars") << "every step of the start, and then those of the end";
+}
+
+TEST_F(RequestDuringTheStart, ToCloseIsRefusedOnceAsAnyOther) {
+    EXPECT_TRUE(StartWith([&] {
+        Place.Form().chkStartStop[0].Value(1);
+        EXPECT_FALSE(Place.Recorder->Close());
+    }));
+    EXPECT_TRUE(Place.Recorder->Running());
+    EXPECT_TRUE(Place.Values().Flags.QuitAtEndOfSong);
+}
+
+TEST_F(RequestDuringTheStart, ForMoreRightsEndsTheProgramToo) {
+    Place.Computer.System.VersionRecord = {2, 6, 0, 6000};
+    Place.Computer.Dialogs.YesNoAnswers = {true};
+    EXPECT_FALSE(StartWith([&] { EXPECT_TRUE(Place.Recorder->RestartElevated("-update")); }));
+    EXPECT_EQ(Place.Ends, 1U);
+}
+
+TEST_F(ClosingRequest, InTheMiddleOfAChangeOfTheInputLeavesNothingOpen) {
+    Place.emplace(Starting(""));
+    Place->Computer.WaveIn.AddRadio("Other", RadioScript().SilenceForever());
+    ASSERT_TRUE(Place->Start());
+    // Events are served while a device closes.
+    Place->Computer.Loop.Post([&] { Place->Recorder->Unload(); });
+    Place->Form().cmbInputDevices.Select(1);
+    EXPECT_EQ(Place->Ends, 1U);
+    const uint64_t received = Place->Values().Signal.FramesReceived;
+    Place->RunFor(2);
+    EXPECT_EQ(Place->Values().Signal.FramesReceived, received) << "the other input is open";
+    EXPECT_FALSE(Form().chkStartStop[0].Enabled());
+}
+
 TEST_F(ClosingRequest, BehindTheEndDoesNothing) {
     Begin(0);
     ASSERT_TRUE(Close());

@@ -59,6 +59,17 @@ TEST_F(RestartElevated, AsksNobodyWhereTheMachinesBranchCanBeWritten) {
     EXPECT_EQ(Answers().size(), 1U);
 }
 
+TEST_F(RestartElevated, AsksNobodyWhereNoRestartGivesMoreRights) {
+    Place.Computer.System.Elevates = false;
+    Begin(Vista, true);
+    EXPECT_FALSE(Place.Recorder->RestartElevated("-update"));
+    EXPECT_EQ(Answers().size(), 1U);
+    EXPECT_THAT(Place.Computer.Processes.ShellCalls, IsEmpty());
+    Place.RunFor(1);
+    EXPECT_TRUE(Place.Recorder->Running());
+    EXPECT_FALSE(Place.Values().Flags.DisableAtEndOfSong);
+}
+
 TEST_F(RestartElevated, AsksNobodyOnAnotherSystem) {
     Begin({2, 5, 1, 2600}, true);
     EXPECT_FALSE(Place.Recorder->RestartElevated("-update"));

@@ -50,6 +50,8 @@ class InputListTest : public testing::Test {
         Media.StationDataEnabled = false;
     }
 
+    std::function<void()> WhileClosing = [] {};
+
     InputListActions MakeActions() {
         return {
             [this] { return OpenDevice >= 0; },
@@ -61,6 +63,7 @@ class InputListTest : public testing::Test {
             [this] {
                 Asked.emplace_back("close");
                 OpenDevice = -1;
+                WhileClosing();
             },
             [this] {
                 Asked.emplace_back("GetStationData with InputDevice " + std::to_string(Options.InputDevice));
@@ -412,6 +415,16 @@ TEST_F(AudioPageBoxes, TheUseOfSavedMixerSettingsIsStoredAtOnce) {
     Form.chkMixerAutoUpdate.Press();
     EXPECT_FALSE(Options.AutoUpdate);
     EXPECT_EQ(Stored("AutoUpdate"), "0");
+}
+
+TEST_F(InputListTest, OpensNothingIfTheProgramEndsWhileTheOldInputCloses) {
+    KnowThreeDevices();
+    ASSERT_TRUE(Choice.FillInputDevices());
+    WhileClosing = [this] { Choice.End(); };
+    Asked.clear();
+    Form.cmbInputDevices.Select(2);
+    EXPECT_THAT(Asked, ElementsAre("close"));
+    EXPECT_EQ(Options.InputDevice, 1);
 }
 
 }  // namespace
