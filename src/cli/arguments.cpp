@@ -20,6 +20,11 @@ struct Words {
     std::vector<std::string> SplitSettings;
 };
 
+/// An empty name would mean no folder of its own.
+std::string AFolder(const std::string& text) {
+    return text.empty() ? "The name of the folder is empty" : "";
+}
+
 /// A range lets "nan" pass: it lies outside of none.
 std::string ANumber(const std::string& text) {
     return NumberFromText(text) ? "" : "Value " + text + " is no number";
@@ -32,6 +37,7 @@ void AddCommon(CLI::App& command, CommonArguments& arguments, std::vector<std::s
         ->type_name("TEXT")
         ->allow_extra_args(false);
     command.add_option("--home", arguments.Home, "Keep settings, logs, temporary and music files below DIR")
+        ->check(AFolder)
         ->type_name("DIR");
     command.add_flag("--json", arguments.Json, "Print one JSON object for each closed song");
 }
@@ -60,7 +66,7 @@ void AddSplit(CLI::App& app, Words& words) {
     CLI::App* command = app.add_subcommand("split", "Cut sound files into songs");
     SplitArguments& to = words.Split;
     command->add_option("FILE", to.Files, "Sound files to cut")->required();
-    command->add_option("--out", to.Out, "Put the songs into DIR")->type_name("DIR");
+    command->add_option("--out", to.Out, "Put the songs into DIR")->check(AFolder)->type_name("DIR");
     command->add_option("--media", to.Media, "Table of seconds,station,artist,title,album")->type_name("CSV");
     AddCommon(*command, to, words.SplitSettings);
 }
@@ -74,7 +80,7 @@ void AddProfiles(CLI::App& app, Words& words) {
         ->type_name("FILE.html")
         ->excludes(watch);
     command->add_option("--ports", to.Ports, "DevTools ports of browsers, between \";\"")->type_name("LIST");
-    command->add_option("--home", to.Home, "Keep settings below DIR")->type_name("DIR");
+    command->add_option("--home", to.Home, "Keep settings below DIR")->check(AFolder)->type_name("DIR");
 }
 
 /// The settings of a command, or the reason why one is refused.

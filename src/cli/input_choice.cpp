@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <vector>
 
 #include "core/text.h"
 
@@ -19,13 +20,23 @@ std::optional<size_t> NumberIn(std::string_view words) {
 }
 
 template <typename Matches>
+std::vector<size_t> All(std::span<const WaveInDevice> devices, Matches matches) {
+    std::vector<size_t> found;
+    for (size_t i = 0; i < devices.size(); ++i) {
+        if (matches(devices[i])) found.push_back(i);
+    }
+    return found;
+}
+
+template <typename Matches>
 std::optional<size_t> TheOnly(std::span<const WaveInDevice> devices, Matches matches) {
     const auto found = std::ranges::find_if(devices, matches);
     if (found == devices.end() || std::ranges::count_if(devices, matches) != 1) return std::nullopt;
     return static_cast<size_t>(found - devices.begin());
 }
 
-std::optional<size_t> FindByName(std::string_view words, std::span<const WaveInDevice> devices) {
+/// The inputs that words fit best: exactly, but for their case, or in a part.
+std::vector<size_t> FindByName(std::string_view words, std::span<const WaveInDevice> devices) {
     const auto exact = [&](const WaveInDevice& device) { return device.Id == words || device.Name == words; };
     const auto similar = [&](const WaveInDevice& device) {
         return EqualIgnoringCase(device.Id, words) || EqualIgnoringCase(device.Name, words);
@@ -34,9 +45,18 @@ std::optional<size_t> FindByName(std::string_view words, std::span<const WaveInD
         return FindIgnoringCase(device.Name, words) != std::string::npos ||
                FindIgnoringCase(device.Id, words) != std::string::npos;
     };
-    if (const auto found = TheOnly(devices, exact)) return found;
-    if (const auto found = TheOnly(devices, similar)) return found;
-    return TheOnly(devices, holds);
+    if (auto found = All(devices, exact); found.size() == 1) return found;
+    if (auto found = All(devices, similar); found.size() == 1) return found;
+    return All(devices, holds);
+}
+
+/// "2 Radio, 5 Web radio": number and name of each.
+std::string Listed(std::span<const size_t> numbers, std::span<const WaveInDevice> devices) {
+    std::string text;
+    for (const size_t number : numbers) {
+        text += (text.empty() ? "" : ", ") + std::to_string(number) + " " + devices[number].Name;
+    }
+    return text;
 }
 
 }  // namespace
@@ -67,10 +87,14 @@ InputChoice ChooseInput(std::string_view words, std::span<const WaveInDevice> de
         }
         return choice;
     }
-    choice.Device = FindByName(words, devices);
-    if (!choice.Device) {
+    const std::vector<size_t> found = FindByName(words, devices);
+    if (found.size() == 1) {
+        choice.Device = found.front();
+    } else if (found.empty()) {
         choice.Error =
-            "there is no one input called '" + std::string(words) + "'; corvetape-cli devices lists them";
+            "there is no input called '" + std::string(words) + "'; corvetape-cli devices lists them";
+    } else {
+        choice.Error = "'" + std::string(words) + "' fits several inputs: " + Listed(found, devices);
     }
     return choice;
 }

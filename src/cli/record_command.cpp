@@ -67,6 +67,11 @@ class Recording {
             options.Overrides.insert(options.Overrides.begin(),
                                      {"Mixer", "SPDIF48kHz", framesPerSecond == 48000 ? "1" : "0"});
         }
+        // What the controls are set to below holds for this run only.
+        if (Arguments.Quit) options.Overrides.push_back({"Options", "QuitAfterRecording", "1"});
+        if (Arguments.Minutes) {
+            options.Overrides.push_back({"Record", "StopAfter", std::to_string(*Arguments.Minutes)});
+        }
         options.Documents = Pages;
         options.Windows = Desktop;
         options.Players = MediaPlayers;

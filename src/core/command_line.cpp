@@ -34,7 +34,9 @@ Switches ReadSwitches(std::string_view commandLine) {
         if (row.Member != nullptr) {
             switches.*row.Member = true;
         } else {
-            switches.TimeMinutes = RoundToInt32(LeadingNumber(commandLine.substr(found + row.Text.size())));
+            const double minutes = LeadingNumber(commandLine.substr(found + row.Text.size()));
+            // Rounded to 0, a part of a minute would mean a recording without end.
+            switches.TimeMinutes = minutes > 0 && minutes < 1 ? 1 : RoundToInt32(minutes);
         }
     }
     return switches;

@@ -197,12 +197,21 @@ TEST_F(BadInputTest, AnInputThatIsNotThere) {
         return RunCommand(With("record", {"--input", input}));
     };
     ExpectRefusal(record("7"), "there is no input 7; corvetape-cli devices lists them");
-    ExpectRefusal(record("Kitchen"),
-                  "there is no one input called 'Kitchen'; corvetape-cli devices lists them");
+    ExpectRefusal(record("Kitchen"), "there is no input called 'Kitchen'; corvetape-cli devices lists them");
     ExpectRefusal(record("file:nothing.wav"), "nothing.wav: no such file");
     ExpectRefusal(record("file:"), "file: needs a path behind it");
     ExpectRefusal(RunCommand(With("record", {})),
                   "there is no sound server to record from; try --input demo or --input file:PATH");
+}
+
+TEST_F(BadInputTest, AnEmptyHomeIsNone) {
+    for (const std::vector<std::string>& words : {std::vector<std::string>{"record", "--home", ""},
+                                                  {"split", "--home", "", PutShow()},
+                                                  {"profiles", "--home", ""}}) {
+        const auto run = RunCommand({words, {}, "", false});
+        EXPECT_EQ(run.ExitCode, ExitUsage) << words[0];
+        EXPECT_THAT(run.Errors, testing::HasSubstr("The name of the folder is empty")) << words[0];
+    }
 }
 
 TEST_F(BadInputTest, WrongWordsAreTheUsersMistake) {

@@ -42,7 +42,7 @@ TEST(ChooseInput, ANumberIsThePlaceInTheList) {
     EXPECT_EQ(Chosen("4"), "demo");
     EXPECT_EQ(Chosen("5"), "there is no input 5; corvetape-cli devices lists them");
     EXPECT_EQ(Chosen("99999999999999999999"),
-              "there is no one input called '99999999999999999999'; corvetape-cli devices lists them");
+              "there is no input called '99999999999999999999'; corvetape-cli devices lists them");
 }
 
 TEST(ChooseInput, AnIdOrANameIsTakenExactlyFirst) {
@@ -58,11 +58,14 @@ TEST(ChooseInput, ThenIgnoringCaseThenByAPart) {
     EXPECT_EQ(Chosen("Made-Up"), "demo");
 }
 
-TEST(ChooseInput, WordsThatFitSeveralOrNoneAreRefused) {
-    for (const std::string words : {"LINE IN", "monitor", "kitchen"}) {
-        EXPECT_EQ(Chosen(words),
-                  "there is no one input called '" + words + "'; corvetape-cli devices lists them");
-    }
+TEST(ChooseInput, WordsThatFitNoneAreRefused) {
+    EXPECT_EQ(Chosen("kitchen"), "there is no input called 'kitchen'; corvetape-cli devices lists them");
+}
+
+TEST(ChooseInput, OfWordsThatFitSeveralAllAreNamed) {
+    EXPECT_EQ(Chosen("LINE IN"), "'LINE IN' fits several inputs: 2 Line in, 3 line in");
+    EXPECT_EQ(Chosen("monitor"),
+              "'monitor' fits several inputs: 0 Monitor of Speakers, 1 Monitor of Headset");
 }
 
 TEST(ChooseInput, FileStandsBeforeAPath) {
