@@ -97,6 +97,8 @@ struct ProgramParts {
     uint64_t RandomSeed = 0;
     std::string RunName;  ///< of this process
     std::set<std::string> OverriddenSources;
+    bool SettingsProblemReported = false;
+    bool LogProblemReported = false;
 
     RegistryBranches Registry;
     Placeholders Expansion;

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <utility>
+
 #include "app/program_parts.h"
 #include "app/wiring_browser.h"
 #include "core/date_format.h"
@@ -68,6 +70,24 @@ void ReportFailure(ProgramParts& parts, const SongFailure& failure) {
 
 void TellAvailability(ProgramParts& parts, bool lost) {
     LogInfo(parts, lost ? "842" : "843");
+}
+
+/// A line in the log, and in the window until something else happens.
+void ReportProblem(ProgramParts& parts, const char* key, const std::string& path) {
+    const std::string text = parts.Messages.FormatMsg(key, {path});
+    parts.Journal.WriteLog({"ERROR", text});
+    parts.Memory.Form.lblStatus[1].Caption(text);
+}
+
+/// Settings and log lines are written as things happen, in the middle of whatever it is; that they are lost
+/// is reported afterwards, once.
+void ReportUnwritable(ProgramParts& parts) {
+    if (parts.Store.HasFailed() && !std::exchange(parts.SettingsProblemReported, true)) {
+        ReportProblem(parts, "877", parts.Store.Ini().Path());
+    }
+    if (parts.Journal.HasFailed() && !std::exchange(parts.LogProblemReported, true)) {
+        ReportProblem(parts, "878", parts.Memory.Folders.Paths[2]);
+    }
 }
 
 /// Writes the sound that waits in the ring into its song, because it will not be drained any more. What
@@ -257,12 +277,17 @@ void AttachHandlers(ProgramParts& parts) {
     form.lblStatus[1].Changed.Connect([&parts, &form] {
         if (parts.Owner.Events.StatusShown) parts.Owner.Events.StatusShown(form.lblStatus[1].Caption());
     });
+    parts.WatchTabs.Unreadable = [&parts](const std::string& path) { ReportProblem(parts, "876", path); };
+    parts.FolderPage.LogFolderChanged = [&parts](const std::string& before) {
+        parts.WatchTabs.FollowFolder(before);
+    };
     form.chkStationDataEnable.Click.Connect([&parts] { parts.StationDataClicked(); });
     form.lblStationDataEnable.Click.Connect([&form] { form.chkStationDataEnable.Press(); });
     form.cmdGetStationID.Click.Connect([&parts] { parts.StationIDClicked(); });
     form.tmr1Second.Timer.Connect([&parts] {
         parts.NoteSong();
         parts.Owner.CollectJobs();
+        ReportUnwritable(parts);
     });
     form.Methods.Add<int32_t, std::string>("AddToWatchList", [&parts](int32_t list,
                                                                       const std::string& entry) {

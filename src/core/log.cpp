@@ -46,7 +46,7 @@ void Log::WriteLog() {
 void Log::Append(std::string line) {
     if (!Options.LogToFile) return;
     const std::string text = FormatDate("hh:nn:ss", Time.LocalNow()) + std::move(line);
-    Disk.Append(FileName(), OneLine(text) + "\r\n");  // a line that is lost has nobody to be told to
+    if (!Disk.Append(FileName(), OneLine(text) + "\r\n")) Lost = true;
 }
 
 std::string Log::FileName() const {

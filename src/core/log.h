@@ -13,7 +13,7 @@ class Clock;
 class Files;
 
 /// The daily journal, `LogFilePath`/yyyymmdd.log: a line of time, tab, kind, tab, further fields, CR LF.
-/// Each line opens, appends and closes; a line that cannot be written is lost without a word.
+/// Each line opens, appends and closes; a line that cannot be written is lost.
 class Log {
  public:
     /// All of them must outlive it. LogToFile and the folder are looked at for each line.
@@ -30,6 +30,9 @@ class Log {
     /// line breaks as they are. Called also while LogToFile is off.
     std::function<void(const std::string& kind, const std::string& text)> Listener;
 
+    /// True once a line has been lost.
+    bool HasFailed() const { return Lost; }
+
     /// Today's file.
     std::string FileName() const;
 
@@ -40,6 +43,7 @@ class Log {
     const Clock& Time;
     const Settings& Options;
     const WorkingFolders& Folders;
+    bool Lost = false;
 };
 
 }  // namespace Corvetape

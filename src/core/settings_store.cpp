@@ -202,7 +202,7 @@ void SettingsStore::LoadKnownProviders(MediaState& media) const {
 
 void SettingsStore::WriteSetting(std::string_view section, std::string_view key, std::string_view value) {
     if (!Loading) {
-        IniProfile.Write(section, key, value);  // a file that cannot be written is nobody's business
+        if (!IniProfile.Write(section, key, value)) Failed = true;
         return;
     }
     if (PendingWrite* const pending = FindPending(section, key)) {

@@ -56,9 +56,12 @@ class SettingsStore {
     void LoadSettings(SettingsTargets targets, const std::function<void()>& listsLoaded,
                       const ApplySetting& apply);
 
-    /// Writes a key of the settings file at once. A failure is not told to anybody.
+    /// Writes a key of the settings file at once. A failure is seen by HasFailed only.
     void WriteSetting(std::string_view section, std::string_view key, std::string_view value);
     void WriteSetting(std::string_view section, std::string_view key, int32_t value);
+
+    /// True once WriteSetting could not write the file.
+    bool HasFailed() const { return Failed; }
 
     /// Reads a key of a provider's section as it stands in the file now.
     int32_t ReadProviderInt(std::string_view section, std::string_view key, int32_t fallback) const;
@@ -99,6 +102,7 @@ class SettingsStore {
     };
     PendingWrite* FindPending(std::string_view section, std::string_view key);
 
+    bool Failed = false;
     bool Loading = false;
     std::vector<PendingWrite> Pending;  ///< only while loading
 };

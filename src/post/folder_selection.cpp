@@ -2,6 +2,7 @@
 
 #include <array>
 #include <optional>
+#include <utility>
 
 #include "core/messages.h"
 #include "core/settings_store.h"
@@ -16,6 +17,7 @@ namespace {
 
 constexpr size_t TemporaryFolder = 0;
 constexpr size_t MusicFolder = 1;
+constexpr size_t LogFolder = 2;
 constexpr int32_t FirstFolderTextKey = 4801;
 
 struct FolderRow {
@@ -71,9 +73,10 @@ void FolderSelection::Take(size_t index, const std::string& folder) {
     const FolderRow& row = FolderTable[index];
     Store.WriteSetting("Options", row.Key, folder);
     Targets.Values.*row.Value = folder;
-    Targets.Folders.Paths[index] = folder;
+    const std::string before = std::exchange(Targets.Folders.Paths[index], folder);
     Form.txtPath[index].ToolTip(folder);
     Form.txtPath[index].Text(folder);
+    if (index == LogFolder && LogFolderChanged) LogFolderChanged(before);
     if (index == TemporaryFolder) {
         Boxes.MessageBox(Messages.FormatMsg("813"), DialogIcon::Information);
     }

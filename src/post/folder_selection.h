@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 
 #include "core/settings.h"
@@ -28,6 +29,9 @@ class FolderSelection {
                     Dialogs& dialogs, const clsLocalizeControls& messages);
     FolderSelection(const FolderSelection&) = delete;
     FolderSelection& operator=(const FolderSelection&) = delete;
+
+    /// Another folder of the logs was chosen; the one before.
+    std::function<void(const std::string& before)> LogFolderChanged;
 
     /// Asks until the folder that is set exists. frmMain is disabled meanwhile.
     void GetDir(size_t index);

@@ -55,6 +55,8 @@ std::string WatchLists::FileOf(WatchListKind kind) const {
 
 bool WatchLists::LoadWatchList(WatchListKind kind) {
     const auto text = Disk.ReadAll(FileOf(kind), LargestList);
+    bool& unread = Unread[static_cast<size_t>(kind)];
+    unread = !text && Disk.FileSize(FileOf(kind)).has_value();
     if (!text) return false;
     std::string_view content = *text;
     if (content.starts_with(ByteOrderMark)) content.remove_prefix(ByteOrderMark.size());
@@ -67,7 +69,22 @@ bool WatchLists::LoadWatchList(WatchListKind kind) {
     return true;
 }
 
+void WatchLists::FollowFolder(const std::string& before) {
+    for (const WatchListKind kind : {WatchListKind::Include, WatchListKind::Exclude}) {
+        const std::string file = FileOf(kind);
+        if (Disk.FileSize(file)) {
+            LoadWatchList(kind);  // asked of IsUnread
+        } else if (IsUnread(kind)) {
+            Disk.Copy(before + file.substr(file.rfind('/')),
+                      file);  // a list that stays behind is still there
+        } else if (!List(kind).Entries().empty()) {
+            SaveWatchList(kind);  // in memory it holds until the program ends
+        }
+    }
+}
+
 bool WatchLists::SaveWatchList(WatchListKind kind) {
+    if (IsUnread(kind)) return false;
     std::string text;
     for (const std::string& entry : List(kind).Entries()) text.append(entry).append("\r\n");
     // Reading takes one mark away; what is a part of the first name has to stay.

@@ -52,11 +52,19 @@ class WatchLists {
 
     const WatchList& List(WatchListKind kind) const { return Lists[static_cast<size_t>(kind)]; }
 
-    /// Replaces the list by what its file holds; false, and no change, if the file cannot be read. Lines are
-    /// taken as they are typed, empty ones left out; doubled ones vanish.
+    /// Replaces the list by what its file holds; false, and no change, if the file cannot be read. A file
+    /// that is there all the same is not written from then on, until it has been read. Lines are taken as
+    /// they are typed, empty ones left out; doubled ones vanish.
     bool LoadWatchList(WatchListKind kind);
 
-    /// Rewrites the whole file. False if that failed; the list in memory stays.
+    /// True while the list's file is there and could not be read.
+    bool IsUnread(WatchListKind kind) const { return Unread[static_cast<size_t>(kind)]; }
+
+    /// The folder of the logs was `before`: a list that the new one does not have is taken along, one that it
+    /// has is read.
+    void FollowFolder(const std::string& before);
+
+    /// Rewrites the whole file. False if that failed or the file could not be read; the list in memory stays.
     bool SaveWatchList(WatchListKind kind);
 
     /// Adds an entry without the blanks at its ends and saves the list. False if it was there already, or is
@@ -81,6 +89,7 @@ class WatchLists {
     Files& Disk;
     const WorkingFolders& Folders;
     std::array<WatchList, 2> Lists;
+    std::array<bool, 2> Unread = {false, false};
 };
 
 /// The name that a song is looked up by: the template for names with song data, with artist, title and album

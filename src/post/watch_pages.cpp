@@ -48,8 +48,21 @@ void WatchPages::Attach(WatchListKind kind) {
 void WatchPages::LoadWatchLists() {
     for (const WatchListKind kind : {WatchListKind::Include, WatchListKind::Exclude}) {
         Lists.LoadWatchList(kind);  // a list without a file is empty
+        ReportUnread(kind);
         Show(kind);
     }
+}
+
+void WatchPages::FollowFolder(const std::string& before) {
+    Lists.FollowFolder(before);
+    for (const WatchListKind kind : {WatchListKind::Include, WatchListKind::Exclude}) {
+        ReportUnread(kind);
+        Show(kind);
+    }
+}
+
+void WatchPages::ReportUnread(WatchListKind kind) const {
+    if (Lists.IsUnread(kind) && Unreadable) Unreadable(Lists.FileOf(kind));
 }
 
 void WatchPages::Show(WatchListKind kind) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <span>
 #include <string>
 
@@ -19,6 +20,12 @@ class WatchPages {
 
     /// Reads both files and shows them.
     void LoadWatchLists();
+
+    /// The lists follow to the folder of the logs, which was `before`, and are shown.
+    void FollowFolder(const std::string& before);
+
+    /// Gets the path of a list's file that is there and could not be read.
+    std::function<void(const std::string& path)> Unreadable;
 
     /// Adds an entry to the list, to its page and to its file; one that is there already is dropped.
     void AddToWatchList(WatchListKind kind, const std::string& entry);
@@ -46,6 +53,7 @@ class WatchPages {
  private:
     void Attach(WatchListKind kind);
     void Show(WatchListKind kind);
+    void ReportUnread(WatchListKind kind) const;
     void ShowNew(WatchListKind kind, const std::string& entry);
     void DeleteSelected(WatchListKind kind);
     void AddDropped(WatchListKind kind, std::span<const std::string> names);

@@ -188,5 +188,31 @@ TEST(Overrides, HoldForThisRunAndAreNotWritten) {
     EXPECT_EQ(world.Stored("Options", "Normalize"), "-");
 }
 
+TEST(FilesThatCannotBeWritten, AreReportedOnce) {
+    World world;
+    world.Disk().AddFault({.Pattern = IniFile, .Operation = FileOperation::Replace});
+    world.Disk().AddFault({.Pattern = std::string(LogFolder) + "/*.log", .Operation = FileOperation::Append});
+    ASSERT_TRUE(world.Start());
+    for (int i = 1; i <= 3; ++i) {
+        world.Form().txtRecordingPeriod.SetValueText(std::to_string(i));
+        world.RunFor(3);
+    }
+    const std::vector<std::string> expected = {
+        std::string("The log could not be written into the folder \"") + LogFolder + "\".",
+        std::string("The settings could not be written into the file \"") + IniFile +
+            "\". Changes to them hold until Corvetape ends."};
+    std::vector<std::string> reported = world.Logged("ERROR");
+    std::ranges::sort(reported);
+    EXPECT_EQ(reported, expected);
+}
+
+TEST(FilesThatCannotBeWritten, AreNoneOnAHealthyDisk) {
+    World world;
+    ASSERT_TRUE(world.Start());
+    world.Form().txtRecordingPeriod.SetValueText("7");
+    world.RunFor(3);
+    EXPECT_TRUE(world.Logged("ERROR").empty());
+}
+
 }  // namespace
 }  // namespace Corvetape::Test

@@ -251,13 +251,13 @@ class EnglishTest : public MessagesTest {
 
 TEST_F(EnglishTest, HasEveryKeyThatTheProgramAsksFor) {
     for (const char* key :
-         {"100",  "701",   "702",      "703",   "704",        "705",  "706",  "707",  "708",  "802",  "803",
-          "804",  "805",   "811",      "812",   "813",        "814",  "870",  "871",  "872",  "815",  "816",
-          "817",  "818",   "819",      "820",   "821",        "822",  "825",  "826",  "827",  "828",  "829",
-          "833",  "834",   "835",      "900",   "901",        "902",  "903",  "904",  "905",  "906",  "840",
-          "841",  "849",   "842",      "843",   "844",        "845",  "846",  "847",  "848",  "865",  "907",
-          "908",  "909",   "4800",     "4801",  "4802",       "4803", "5900", "5910", "7010", "7900", "7910",
-          "7920", "50010", "homepage", "email", "onlinehelp", "989VI"}) {
+         {"100",  "701",  "702",  "703",  "704",  "705",   "706",      "707",   "708",        "802",  "803",
+          "804",  "805",  "811",  "812",  "813",  "814",   "870",      "871",   "872",        "815",  "816",
+          "817",  "818",  "819",  "820",  "821",  "822",   "825",      "826",   "827",        "828",  "829",
+          "833",  "834",  "835",  "900",  "901",  "902",   "903",      "904",   "905",        "906",  "840",
+          "841",  "849",  "842",  "843",  "844",  "845",   "846",      "847",   "848",        "865",  "876",
+          "877",  "878",  "879",  "907",  "908",  "909",   "4800",     "4801",  "4802",       "4803", "5900",
+          "5910", "7010", "7900", "7910", "7920", "50010", "homepage", "email", "onlinehelp", "989VI"}) {
         EXPECT_NE(Texts.FormatMsg(key), "") << key;
     }
 }
@@ -283,6 +283,12 @@ TEST_F(EnglishTest, AMessageUsesTheArgumentsThatItIsGivenAndNoOthers) {
         const std::string text = Texts.FormatMsg(key, arguments);
         EXPECT_EQ(text.find('%'), std::string::npos) << key;
         for (const std::string& each : arguments) EXPECT_NE(text.find(each), std::string::npos) << key;
+    }
+}
+
+TEST_F(EnglishTest, WhatIsSaidOfAFullDiskHoldsAlsoWithoutAWindow) {
+    for (const char* key : {"803", "804", "805", "833", "834", "835"}) {
+        EXPECT_EQ(Texts.FormatMsg(key).find("tab \""), std::string::npos) << key;
     }
 }
 

@@ -52,6 +52,49 @@ TEST_F(WatchPagesTest, ShowsTheListsSortedWhileTheFileKeepsItsOrder) {
     EXPECT_TRUE(Shown(Include).empty());
 }
 
+TEST_F(WatchPagesTest, AListThatCouldNotBeReadIsReportedAndNeverWritten) {
+    const std::string file = Lists.FileOf(Exclude);
+    Machine.Files.Put(file, "One\r\nTwo\r\n");
+    Machine.Files.AddFault({.Pattern = file, .Operation = FileOperation::Read, .Times = 1});
+    Texts reported;
+    Pages.Unreadable = [&](const std::string& path) { reported.push_back(path); };
+    Pages.LoadWatchLists();
+    EXPECT_EQ(reported, Texts{file});
+    Pages.AddToWatchList(Exclude, "Three");
+    EXPECT_EQ(Machine.Files.Content(file), "One\r\nTwo\r\n");
+    EXPECT_EQ(Shown(Exclude), Texts{"Three"}) << "it holds until the program ends";
+    Pages.LoadWatchLists();
+    EXPECT_EQ(reported.size(), 1U);
+    Pages.AddToWatchList(Exclude, "Three");
+    EXPECT_EQ(Machine.Files.Content(file), "One\r\nTwo\r\nThree\r\n");
+}
+
+TEST_F(WatchPagesTest, ListsFollowToAnotherFolderOfTheLogs) {
+    Machine.Files.MakeFolders("/home/user/new");
+    Machine.Files.Put("/home/user/new/Exclude.txt", "Other\r\n");
+    Pages.AddToWatchList(Include, "Mine");
+    Pages.AddToWatchList(Exclude, "Old");
+    Folders.Paths[2] = "/home/user/new";
+    Pages.FollowFolder("/home/user/log");
+    EXPECT_EQ(Machine.Files.Content("/home/user/new/Include.txt"), "Mine\r\n");
+    EXPECT_EQ(Machine.Files.Content("/home/user/new/Exclude.txt"), "Other\r\n");
+    EXPECT_EQ(Shown(Include), Texts{"Mine"});
+    EXPECT_EQ(Shown(Exclude), Texts{"Other"});
+    EXPECT_EQ(Machine.Files.Content("/home/user/log/Exclude.txt"), "Old\r\n");
+}
+
+TEST_F(WatchPagesTest, AListThatCouldNotBeReadFollowsAsItIs) {
+    const std::string file = Lists.FileOf(Exclude);
+    Machine.Files.Put(file, "One\r\n");
+    Machine.Files.AddFault({.Pattern = file, .Operation = FileOperation::Read, .Times = 1});
+    Pages.LoadWatchLists();
+    Pages.AddToWatchList(Exclude, "Two");
+    Machine.Files.MakeFolders("/home/user/new");
+    Folders.Paths[2] = "/home/user/new";
+    Pages.FollowFolder("/home/user/log");
+    EXPECT_EQ(Machine.Files.Content("/home/user/new/Exclude.txt"), "One\r\n");
+}
+
 TEST_F(WatchPagesTest, ATextInTheBoxEnablesTheButtonThatAddsIt) {
     EXPECT_FALSE(Form.cmdAddToWatchList[0].Enabled());
     Form.txtWatch[0].Text("One");
