@@ -296,7 +296,8 @@ Profile::Content Profile::Parse(std::string_view text) {
         if (line.Kind == LineKind::Section) {
             const size_t place = content.Sections.size();
             const bool byName = content.Places.emplace(LowerCase(line.Name), place).second;
-            const bool byRaw = content.Places.emplace(LowerCase(line.Raw), place).second;
+            const bool blanks = line.Raw.size() != line.Name.size();
+            const bool byRaw = blanks && content.Places.emplace(LowerCase(line.Raw), place).second;
             current = nullptr;  // one that nobody can ask for
             if (!byName && !byRaw) continue;
             current = &content.Sections.emplace_back(Section{std::string(line.Name), {}});

@@ -260,7 +260,7 @@ TEST_F(ProfileTest, ANameThatCannotStandInAFileIsRefused) {
     EXPECT_FALSE(profile.Write("A", ";a", "v"));
     EXPECT_FALSE(profile.Write("A", "[a", "v"));
     EXPECT_FALSE(profile.Write("A", "a\nb", "v"));
-    EXPECT_FALSE(profile.Write("A]", "a", "v"));
+    EXPECT_FALSE(profile.Write(" a\"] ;", "a", "v"));
     EXPECT_FALSE(profile.Write("A\n", "a", "v"));
     EXPECT_EQ(Written(), "[A]\nx=1\n");
 }
