@@ -83,6 +83,25 @@ std::string NamePrefix(const std::string& path) {
     return std::string(CutText(stem, most)) + " ";
 }
 
+/// A sound file on its way into the recorder, whose damage outlives it.
+class CheckedFile : public SoundSource {
+ public:
+    CheckedFile(std::unique_ptr<SoundFileSource> file, std::optional<SoundFileDamage>& damage)
+        : File(std::move(file)), Damage(damage) {}
+
+    uint32_t FramesPerSecond() const override { return File->FramesPerSecond(); }
+    size_t Read(std::span<Frame> frames) override {
+        const size_t got = File->Read(frames);
+        if (got < frames.size()) Damage = File->Damage();
+        return got;
+    }
+    SourceMedia NowPlaying() const override { return File->NowPlaying(); }
+
+ private:
+    std::unique_ptr<SoundFileSource> File;
+    std::optional<SoundFileDamage>& Damage;
+};
+
 /// One command: its files one after the other on one machine, whose clock goes on from each to the next.
 class Splitter {
  public:
@@ -103,10 +122,14 @@ class Splitter {
 
     /// False if the settings stand in the way of this file, and so of the next ones.
     bool Split(const Job& job) {
+        std::optional<SoundFileDamage> damage;
         SourceWaveIn input(Host.Clock, Host.Loop);
-        input.AddDevice({job.Path, "file:" + job.Path, WaveInKind::File}, [&](uint32_t framesPerSecond) {
-            return std::unique_ptr<SoundSource>(SoundFileSource::Open(job.Path, framesPerSecond).Source);
-        });
+        input.AddDevice({job.Path, "file:" + job.Path, WaveInKind::File},
+                        [&](uint32_t framesPerSecond) -> std::unique_ptr<SoundSource> {
+                            auto opened = SoundFileSource::Open(job.Path, framesPerSecond);
+                            if (!opened.Source) return nullptr;
+                            return std::make_unique<CheckedFile>(std::move(opened.Source), damage);
+                        });
         RunOptions options;
         options.CommandLine = "-dontask";
         options.KeepNotes = false;
@@ -135,6 +158,7 @@ class Splitter {
             if (!inputEnded) TellTheBreak(program, job);
         }
         End(program);
+        if (damage) TellDamage(*damage, job);
         return began;
     }
 
@@ -189,6 +213,16 @@ class Splitter {
         ExitCode = Fail(Interrupt::Wanted() ? job.Path + " was split only up to the interruption"
                                             : fmt::format("{} was split only up to {:.1f} s", job.Path,
                                                           program.InputSeconds()));
+    }
+
+    void TellDamage(const SoundFileDamage& damage, const Job& job) {
+        const double seconds = static_cast<double>(job.Frames) / job.FramesPerSecond;
+        const std::string what =
+            damage.MissingSeconds > 0
+                ? fmt::format("{:.1f} of {:.1f} s could not be read", damage.MissingSeconds, seconds)
+                : "is damaged";
+        const std::string why = damage.Why.empty() ? "" : " (" + damage.Why + ")";
+        ExitCode = Fail(job.Path + ": " + what + why + "; what could be read was split");
     }
 
     void End(Program& program) {

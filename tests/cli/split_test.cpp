@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
+
 #include "cli/cli_test.h"
 
 namespace Corvetape {
@@ -235,6 +238,46 @@ TEST_F(SplitTest, SettingsOfOneRunAreNotWritten) {
     EXPECT_NE(ini, "");
     EXPECT_EQ(ini.find(Out()), std::string::npos) << ini;
     EXPECT_EQ(ini.find("IgnoreShortSongs"), std::string::npos) << ini;
+}
+
+/// Writes the first part of a file, with some of its bytes changed, beside it.
+std::string Damaged(const std::string& path, double part, bool flipped) {
+    std::ifstream whole(path, std::ios::binary);
+    std::string bytes((std::istreambuf_iterator<char>(whole)), {});
+    bytes.resize(static_cast<size_t>(static_cast<double>(bytes.size()) * part));
+    for (size_t i = bytes.size() / 2; flipped && i < bytes.size() / 2 + 20000; i += 50) {
+        bytes[i] = static_cast<char>(bytes[i] ^ 0x55);
+    }
+    const std::string damaged = path.substr(0, path.rfind('.')) + "-damaged" + path.substr(path.rfind('.'));
+    std::ofstream(damaged, std::ios::binary) << bytes;
+    return damaged;
+}
+
+TEST_F(SplitTest, OfATruncatedFileIsKeptWhatCouldBeRead) {
+    const Recording recording = MakeRecording();
+    WriteSound(folder / "show.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_16, recording.Frames);
+    WriteSound(folder / "show.ogg", SF_FORMAT_OGG | SF_FORMAT_VORBIS, recording.Frames);
+    const Finished flac = Split({Damaged(folder / "show.flac", 0.5, false), "--json"});
+    EXPECT_EQ(flac.Code, 1);
+    EXPECT_THAT(flac.Err, testing::ContainsRegex("show-damaged.flac: [0-9.]+ of 15.0 s could not be read"));
+    EXPECT_GE(Objects(flac.Out).size(), 1U);
+    EXPECT_EQ(Objects(flac.Out)[0]["kept"], true);
+    const Finished ogg = Split({Damaged(folder / "show.ogg", 0.5, false), "--json"});
+    EXPECT_EQ(ogg.Code, 1);
+    EXPECT_THAT(ogg.Err, HasSubstr("the end of the file is missing"));
+    EXPECT_GE(Objects(ogg.Out).size(), 1U);
+}
+
+TEST_F(SplitTest, OfADamagedFileIsToldWhatCouldNotBeRead) {
+    const Recording recording = MakeRecording();
+    WriteSound(folder / "show.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_16, recording.Frames);
+    WriteSound(folder / "show.ogg", SF_FORMAT_OGG | SF_FORMAT_VORBIS, recording.Frames);
+    for (const char* name : {"show.flac", "show.ogg"}) {
+        const Finished run = Split({Damaged(folder / name, 1, true), "--json"});
+        EXPECT_EQ(run.Code, 1) << name;
+        EXPECT_THAT(run.Err, HasSubstr("what could be read was split")) << name;
+        EXPECT_GE(Objects(run.Out).size(), 1U) << name;
+    }
 }
 
 }  // namespace

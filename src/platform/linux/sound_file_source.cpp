@@ -135,6 +135,8 @@ class LibraryDecoder : public Decoder {
         while (got < wanted) {
             const sf_count_t some = sf_readf_float(file.get(), samples.data() + got * Channels(),
                                                    static_cast<sf_count_t>(wanted - got));
+            // The next call forgets what went wrong in this one.
+            if (firstError == SF_ERR_NO_ERROR) firstError = sf_error(file.get());
             if (some <= 0) break;
             got += static_cast<size_t>(some);
         }
@@ -142,7 +144,7 @@ class LibraryDecoder : public Decoder {
     }
 
     std::string Error() const override {
-        return sf_error(file.get()) == SF_ERR_NO_ERROR ? "" : sf_strerror(file.get());
+        return firstError == SF_ERR_NO_ERROR ? "" : sf_error_number(firstError);
     }
 
     SourceMedia Tags() const {
@@ -169,7 +171,30 @@ class LibraryDecoder : public Decoder {
 
     std::unique_ptr<SNDFILE, Closer> file;
     bool isMpeg = false;
+    int firstError = SF_ERR_NO_ERROR;
 };
+
+/// True if the last page of an Ogg file is cut off, or does not say that it is the last one.
+bool OggEndIsMissing(int descriptor, uint64_t fileSize) {
+    constexpr uint64_t mostOfAPage =
+        65'307;  // its header with the longest table, and 255 pieces of 255 bytes
+    constexpr size_t headerBytes = 27;
+    constexpr size_t flagsAt = 5;
+    constexpr std::byte lastPage{4};
+    const uint64_t begin = fileSize - std::min(fileSize, mostOfAPage);
+    std::vector<std::byte> bytes(static_cast<size_t>(fileSize - begin));
+    bytes.resize(ReadAt(descriptor, begin, bytes));
+    const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    const size_t page = text.rfind("OggS");
+    if (page == std::string_view::npos || bytes.size() - page < headerBytes) return true;
+    const auto pieces = std::to_integer<size_t>(bytes[page + headerBytes - 1]);
+    size_t end = page + headerBytes + pieces;
+    if (end > bytes.size()) return true;
+    for (size_t i = page + headerBytes; i < page + headerBytes + pieces; ++i) {
+        end += std::to_integer<size_t>(bytes[i]);
+    }
+    return end > bytes.size() || (bytes[page + flagsAt] & lastPage) == std::byte{0};
+}
 
 int16_t Sample16(float value) {
     const float scaled = value * 32768.0F;
@@ -189,6 +214,7 @@ struct OpenedFile {
     uint32_t Channels = 0;
     uint32_t BitsPerSample = 0;  // 0 where the format has none
     uint64_t Frames = 0;
+    bool EndMissing = false;
     SourceMedia Tags;
 };
 
@@ -228,7 +254,7 @@ uint32_t BitsOf(int libraryFormat) {
     }
 }
 
-OpenedFile OpenByLibrary(const std::string& path, int descriptor) {
+OpenedFile OpenByLibrary(const std::string& path, int descriptor, uint64_t fileSize) {
     std::unique_ptr<LibraryDecoder> decoder = LibraryDecoder::Open(path);
     if (!decoder) {
         return LooksLikeSound(descriptor)
@@ -241,6 +267,8 @@ OpenedFile OpenByLibrary(const std::string& path, int descriptor) {
     opened.Channels = decoder->Channels();
     opened.BitsPerSample = BitsOf(decoder->Info.format);
     opened.Frames = static_cast<uint64_t>(std::max<sf_count_t>(decoder->Info.frames, 0));
+    opened.EndMissing =
+        (decoder->Info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_OGG && OggEndIsMissing(descriptor, fileSize);
     opened.Tags = decoder->Tags();
     opened.Samples = std::move(decoder);
     return opened;
@@ -261,7 +289,9 @@ OpenedFile OpenByPath(const std::string& path) {
     if (wave.State == WaveFileState::Broken) {
         return Failed(SoundFileProblem::BrokenHeader, "its header is broken");
     }
-    if (wave.State != WaveFileState::Usable) return OpenByLibrary(path, file.Number());
+    if (wave.State != WaveFileState::Usable) {
+        return OpenByLibrary(path, file.Number(), static_cast<uint64_t>(status.st_size));
+    }
     OpenedFile opened;
     opened.Wave = wave.Info;
     opened.Rate = wave.Info.FramesPerSecond;
@@ -363,6 +393,8 @@ SoundFileSource::Result SoundFileSource::Open(const std::string& path, uint32_t 
     source->rate = framesPerSecond;
     source->format = {opened.Rate, opened.Channels, opened.BitsPerSample};
     source->media = opened.Tags;
+    source->lengthKnown = opened.Frames < static_cast<uint64_t>(SF_COUNT_MAX);
+    source->endMissing = opened.EndMissing;
     const uint64_t begun = opened.Frames % opened.Rate * framesPerSecond;  // of the last second
     source->totalFrames =
         opened.Frames / opened.Rate * framesPerSecond + (begun + opened.Rate - 1) / opened.Rate;
@@ -378,7 +410,21 @@ uint32_t SoundFileSource::NativeRate(const std::string& path) {
 SoundFileSource::~SoundFileSource() = default;
 
 size_t SoundFileSource::Read(std::span<Frame> frames) {
-    return feed->Read(frames);
+    const size_t got = feed->Read(frames);
+    givenFrames += got;
+    return got;
+}
+
+std::optional<SoundFileDamage> SoundFileSource::Damage() const {
+    SoundFileDamage damage{0, feed->Error()};
+    // Decoders that cut padding off are off by less.
+    const uint64_t least = rate / 10;
+    if (lengthKnown && givenFrames + least < totalFrames) {
+        damage.MissingSeconds = static_cast<double>(totalFrames - givenFrames) / rate;
+    }
+    if (endMissing && damage.Why.empty()) damage.Why = "the end of the file is missing";
+    if (damage.MissingSeconds == 0 && damage.Why.empty()) return std::nullopt;
+    return damage;
 }
 
 std::string SoundFileSource::ReadError() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/sound_source.h"
@@ -16,6 +17,12 @@ enum class SoundFileProblem {
     BrokenHeader,     ///< a known format whose description of itself makes no sense
     NoFrames,         ///< nothing to hear in it
     TooManyChannels,  ///< more than two
+};
+
+/// What could not be read of a sound file that was opened.
+struct SoundFileDamage {
+    double MissingSeconds = 0;  ///< 0: cannot be told, or below a tenth
+    std::string Why;            ///< in a few words; may be empty
 };
 
 /// How the sound lies in a file.
@@ -63,6 +70,10 @@ class SoundFileSource : public SoundSource {
     /// Why Read ended before the end of the file; empty if it did not.
     std::string ReadError() const;
 
+    /// What is wrong with the file, as far as it has been read; nothing if all of it came. Asked when Read
+    /// has come to the end.
+    std::optional<SoundFileDamage> Damage() const;
+
  private:
     class Feed;
     SoundFileSource() = default;
@@ -70,6 +81,9 @@ class SoundFileSource : public SoundSource {
     uint32_t rate = 0;
     SoundFileFormat format;
     uint64_t totalFrames = 0;
+    uint64_t givenFrames = 0;
+    bool lengthKnown = true;
+    bool endMissing = false;
     SourceMedia media;
     std::unique_ptr<Feed> feed;
 };
