@@ -48,9 +48,12 @@ ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
       Adoption(state.Media, AdoptionActionsOf(*this)),
       MediaHost(ProviderHostOf(*this)),
       Providers(MediaHost, FactoriesOf(*this)),
+      Launcher({state.Form, state.Options, Store, Expansion, machine.Processes, machine.Loop}),
       Encoders(state.Form, state.Options, Store, state.Lifecycle),
       OptionPages(state.Form, state.Options, Store, state.Flags, machine.Dialogs, Messages),
       FolderPage(state.Form, {state.Options, state.Folders}, Store, machine.Files, machine.Dialogs, Messages),
+      LogPage(
+          {state.Form, state.Folders, machine.Files, machine.Clock, machine.Loop, machine.Dialogs, Messages}),
       Watched(machine.Files, state.Folders),
       WatchTabs(state.Form, Watched, machine.Processes),
       Transfer({state.Media, state.Options, state.Folders, state.Pause, state.Flags, state.SongCounter},

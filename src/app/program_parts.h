@@ -20,10 +20,12 @@
 #include "media/player_bridge.h"
 #include "media/provider_adoption.h"
 #include "media/provider_choice.h"
+#include "media/station_launch.h"
 #include "mixer/input_list.h"
 #include "post/encoder_choice.h"
 #include "post/encoder_tools.h"
 #include "post/folder_selection.h"
+#include "post/log_viewer.h"
 #include "post/program_options.h"
 #include "post/transfer_job.h"
 #include "post/watch_pages.h"
@@ -116,9 +118,11 @@ struct ProgramParts {
     ProviderAdoption Adoption;
     ProviderHost MediaHost;
     ProviderChoice Providers;
+    StationLaunch Launcher;
     EncoderChoice Encoders;
     ProgramOptions OptionPages;
     FolderSelection FolderPage;
+    LogViewer LogPage;
     WatchLists Watched;
     WatchPages WatchTabs;
     TransferJob Transfer;

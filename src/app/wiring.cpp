@@ -277,6 +277,12 @@ void AttachHandlers(ProgramParts& parts) {
     form.lblStatus[1].Changed.Connect([&parts, &form] {
         if (parts.Owner.Events.StatusShown) parts.Owner.Events.StatusShown(form.lblStatus[1].Caption());
     });
+    parts.Encoders.SetUrl = [&parts](const std::string& page) {
+        if (parts.Owner.Desktop.OpenAssistant) parts.Owner.Desktop.OpenAssistant(page);
+    };
+    parts.Launcher.ShowBusy = [&parts](bool busy) {
+        if (parts.Owner.Desktop.BusyPointer) parts.Owner.Desktop.BusyPointer(busy);
+    };
     parts.WatchTabs.Unreadable = [&parts](const std::string& path) { ReportProblem(parts, "876", path); };
     parts.FolderPage.LogFolderChanged = [&parts](const std::string& before) {
         parts.WatchTabs.FollowFolder(before);

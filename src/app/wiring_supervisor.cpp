@@ -26,7 +26,7 @@ void AddMedia(SupervisorActions& actions, ProgramParts& parts) {
     actions.GetStationData = [&parts] { parts.Providers.GetStationData(); };
     actions.RestartRadio = [&parts] { parts.Providers.RestartRadio(); };
     actions.LoadImage = [&parts](const std::string& cover) { parts.LoadImage(cover); };
-    actions.LaunchInProgress = [] { return false; };  // pages are launched from the window
+    actions.LaunchInProgress = [&parts] { return parts.Launcher.BrowserLoading(); };
     actions.IsSongExcluded = [&parts] {
         const State& state = parts.Memory;
         return parts.Watched.IsExcluded(

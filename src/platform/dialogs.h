@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace Corvetape {
 
@@ -24,6 +25,13 @@ class Dialogs {
     /// Lets the user choose a file; nothing if cancelled.
     virtual std::optional<std::string> OpenFile(const std::string& title, const std::string& filter,
                                                 const std::string& start) = 0;
+
+    /// Lets the user choose any number of files; none if cancelled.
+    virtual std::vector<std::string> OpenFiles(const std::string& title, const std::string& filter,
+                                               const std::string& start) {
+        const auto file = OpenFile(title, filter, start);
+        return file ? std::vector<std::string>{*file} : std::vector<std::string>{};
+    }
 };
 
 }  // namespace Corvetape

@@ -73,6 +73,16 @@ bool DiskCheck::HasRoom(uint32_t bytesPerSecond) {
 }
 
 bool DiskCheck::Run() {
+    try {
+        return Check();
+    } catch (...) {
+        // Something that nobody foresaw, such as memory that ran out.
+        Report(Text("907", {}));
+        return false;
+    }
+}
+
+bool DiskCheck::Check() {
     std::optional<uint64_t> temp = Ask(Parts.Folders.Paths[0]);
     if (!temp) return false;
     const std::string songs = FolderOfSongs();
@@ -111,12 +121,13 @@ void DiskCheck::React(DiskLimit limit) {
 
 std::optional<uint64_t> DiskCheck::Ask(const std::string& folder) {
     const std::optional<uint64_t> free = Parts.Files.FreeSpace(folder);
-    if (!free) {
-        const std::string text = Text("906", {folder});
-        Actions.WriteLog("ERROR", text);
-        Actions.ErrorBox(text);
-    }
+    if (!free) Report(Text("906", {folder}));
     return free;
+}
+
+void DiskCheck::Report(const std::string& text) {
+    Actions.WriteLog("ERROR", text);
+    Actions.ErrorBox(text);
 }
 
 std::string DiskCheck::Text(const std::string& key, std::initializer_list<std::string> arguments) const {

@@ -62,6 +62,8 @@ class DiskCheck {
     std::optional<uint64_t> TempSpace() const;
     std::optional<uint64_t> Ask(const std::string& folder);
     std::string Text(const std::string& key, std::initializer_list<std::string> arguments) const;
+    bool Check();
+    void Report(const std::string& text);
     bool Applies() const;
     void React(DiskLimit limit);
 

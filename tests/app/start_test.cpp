@@ -387,5 +387,16 @@ TEST(FaultyStart, GoesOnWhicheverFileOperationFails) {
     }
 }
 
+TEST(AssistantOfTheProgram, IsOpenedByTheButtonsThatTellWhereToGetAnEncoder) {
+    DesktopNotes desktop;
+    World world(Starting(""));
+    PutOn(world, desktop);
+    ASSERT_TRUE(world.Load());
+    world.Form().cmdGetEncoder[0].Press();
+    EXPECT_EQ(desktop.Asked.back(), "OpenAssistant wiz_wma.htm");
+    world.Form().cmdGetEncoder[1].Press();
+    EXPECT_EQ(desktop.Asked.back(), "OpenAssistant wiz_lame.htm");
+}
+
 }  // namespace
 }  // namespace Corvetape::Test

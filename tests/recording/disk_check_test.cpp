@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -224,6 +225,20 @@ TEST_F(DiskChecks, BetweenTheMinutesAFolderThatCannotBeAskedIsLeftAlone) {
     Check.RunIfShort(BytesPerSecond);
     EXPECT_EQ(Status(), "");
     EXPECT_THAT(Log, IsEmpty());
+}
+
+/// A disk that fails in a way that nobody foresaw.
+class ThrowingDisk : public SimFiles {
+ public:
+    std::optional<uint64_t> FreeSpace(const std::string&) override { throw std::bad_alloc(); }
+};
+
+TEST_F(DiskChecks, AnUnexpectedErrorIsReportedAndEndsTheProgram) {
+    ThrowingDisk broken;
+    DiskCheck check({Form, broken, Options, Folders, Flags, Messages}, MakeActions());
+    EXPECT_FALSE(check.Run());
+    EXPECT_THAT(Log, ElementsAre("ERROR 907"));
+    EXPECT_THAT(Boxes, ElementsAre("907"));
 }
 
 }  // namespace

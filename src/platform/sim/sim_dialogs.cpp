@@ -43,4 +43,10 @@ std::optional<std::string> SimDialogs::OpenFile(const std::string& title, const 
     return NextOf(FileAnswers, std::optional<std::string>());
 }
 
+std::vector<std::string> SimDialogs::OpenFiles(const std::string& title, const std::string& filter,
+                                               const std::string& start) {
+    Show({BoxKind::File, title, DialogIcon::Information, filter, start});
+    return NextOf(FilesAnswers, std::vector<std::string>());
+}
+
 }  // namespace Corvetape

@@ -35,10 +35,14 @@ class SimDialogs : public Dialogs {
     std::optional<std::string> OpenFile(const std::string& title, const std::string& filter,
                                         const std::string& start) override;
 
+    std::vector<std::string> OpenFiles(const std::string& title, const std::string& filter,
+                                       const std::string& start) override;
+
     /// Answers to come, used up from the front, one queue a kind of box.
     std::deque<bool> YesNoAnswers;
     std::deque<std::optional<std::string>> FolderAnswers;
     std::deque<std::optional<std::string>> FileAnswers;
+    std::deque<std::vector<std::string>> FilesAnswers;
 
     /// Called while a box is open: the place to let time pass or to press something behind it.
     std::function<void(const ShownBox&)> WhileOpen;
