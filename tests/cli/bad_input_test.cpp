@@ -209,8 +209,8 @@ TEST_F(BadInputTest, AnEmptyHomeIsNone) {
                                                   {"split", "--home", "", PutShow()},
                                                   {"profiles", "--home", ""}}) {
         const auto run = RunCommand({words, {}, "", false});
-        EXPECT_EQ(run.ExitCode, ExitUsage) << words[0];
-        EXPECT_THAT(run.Errors, testing::HasSubstr("The name of the folder is empty")) << words[0];
+        EXPECT_EQ(run.Code, 2) << words[0];
+        EXPECT_THAT(run.Err, testing::HasSubstr("The name of the folder is empty")) << words[0];
     }
 }
 
