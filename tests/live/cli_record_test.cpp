@@ -200,6 +200,15 @@ TEST_P(CliRecordTest, RecordingGoesOnAfterTheServerWasKilledAndTheGapIsTold) {
     EXPECT_EQ(Comparison(std::span(before).first(std::min(before.size(), heard.size())), heard), "equal");
 }
 
+TEST_P(CliRecordTest, ARunOfLimitedTimeEndsAlsoIfItsInputIsGoneForGood) {
+    CliRun run(server, {"record", "--input", "radio.monitor", "--seconds", "5"});
+    ASSERT_TRUE(run.WaitUntilItRecords()) << run.Printed();
+    server.Kill();
+    EXPECT_EQ(run.Process().Wait(Patience), 1) << run.Printed();
+    EXPECT_THAT(run.Printed(), HasSubstr("the input has given no sound for 10 seconds"));
+    EXPECT_THAT(run.Printed(), HasSubstr("the input gave no sound any more, and the time is over"));
+}
+
 TEST_P(CliRecordTest, AStoppedProcessLosesNothingThatTheServerCanKeep) {
     const std::vector<std::vector<Frame>> songs = {Noise(12 * Second, 41)};
     const std::string show = PutShow("show.wav", songs);
