@@ -201,8 +201,11 @@ TEST_P(CliRecordTest, RecordingGoesOnAfterTheServerWasKilledAndTheGapIsTold) {
 }
 
 TEST_P(CliRecordTest, ARunOfLimitedTimeEndsAlsoIfItsInputIsGoneForGood) {
-    CliRun run(server, {"record", "--input", "radio.monitor", "--seconds", "5"});
+    const std::string show = PutShow("show.wav", {Noise(20 * Second, 33)});
+    CliRun run(server, {"record", "--input", "radio.monitor", "--seconds", "8"});
     ASSERT_TRUE(run.WaitUntilItRecords()) << run.Printed();
+    const auto player = server.Play(show);
+    ASSERT_TRUE(run.WaitForSong(Second / 2)) << run.Printed();
     server.Kill();
     EXPECT_EQ(run.Process().Wait(Patience), 1) << run.Printed();
     EXPECT_THAT(run.Printed(), HasSubstr("the input has given no sound for 10 seconds"));
