@@ -40,6 +40,7 @@ Desktop::Desktop(DesktopArguments arguments)
 }
 
 Desktop::~Desktop() {
+    Tray.reset();
     Shown.reset();
     Trace.reset();
     Recorder.reset();
@@ -120,6 +121,14 @@ DesktopSteps Desktop::Steps() {
     steps.ShowWindow = [this] {
         if (!Shown->isMinimized()) Shown->show();
     };
+    steps.AddTrayIcon = [this] { MakeTrayIcon(); };
+    steps.RemoveTrayIcon = [this] { Tray.reset(); };
+    steps.ShowTrayTip = [this](const std::string& tip) {
+        if (Tray) Tray->ShowTip(tip);
+    };
+    steps.ShowTrayState = [this](int32_t state) {
+        if (Tray) Tray->ShowState(state);
+    };
     steps.AskForSettings = [this](dlgProvider& dialog) { AskOver(Shown.get(), dialog); };
     return steps;
 }
@@ -131,6 +140,16 @@ void Desktop::MakeWindow() {
                 Songs, Words(Recorder->Texts()), [this] { return Recorder->SongAgeSeconds(); },
                 [this] { return Recorder->Close(); }});
     Dialogs.Over(Shown.get());
+}
+
+void Desktop::MakeTrayIcon() {
+    frmMain& form = Recorder->Values().Form;
+    form.mnuTaskbarItem[15].Enabled(false);  // there is no bar of quick buttons yet
+    form.mnuTaskbarItem[10].Click.Connect([this] { Shown->ComeForward(); });
+    form.mnuTaskbarItem[20].Click.Connect([&form] { form.cmdQuickRecord.Press(); });
+    form.mnuTaskbarItem[90].Click.Connect([this] { Loop.Post([this] { Shown->close(); }); });
+    Tray = std::make_unique<TrayIcon>(form, [this] { Shown->ComeForward(); });
+    Shown->HideWhenMinimised([this] { return Tray && Tray->Present(); });
 }
 
 int Desktop::Run() {

@@ -24,6 +24,7 @@
 #include "recording/run_songs.h"
 #include "recording/signal_trace.h"
 #include "ui/main_window.h"
+#include "ui/tray_icon.h"
 
 namespace Corvetape {
 
@@ -49,6 +50,7 @@ class Desktop {
     ProgramEvents Events();
     DesktopSteps Steps();
     void MakeWindow();
+    void MakeTrayIcon();
     std::string SystemLanguage();
 
     DesktopArguments Arguments;
@@ -72,6 +74,7 @@ class Desktop {
     RunSongs Songs;
     std::unique_ptr<SignalTrace> Trace;
     std::unique_ptr<MainWindow> Shown;
+    std::unique_ptr<TrayIcon> Tray;
 };
 
 }  // namespace Corvetape

@@ -135,6 +135,7 @@ QLineEdit* BoundToShown(TextBox& control) {
     auto* const widget = Make<QLineEdit>();
     widget->setReadOnly(true);
     widget->setProperty("plain", true);
+    widget->setTextMargins(-2, 0, 0, 0);  // in line with the texts of labels
     widget->setFocusPolicy(Qt::ClickFocus);
     Follow(control, widget, [](const TextBox& from, QLineEdit& to) {
         const QString text = QString::fromStdString(from.Text());

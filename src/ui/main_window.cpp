@@ -118,6 +118,13 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     }
 }
 
+void MainWindow::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() != QEvent::WindowStateChange || !isMinimized() || !Hides || !Hides()) return;
+    hide();
+    setWindowState(windowState() & ~Qt::WindowMinimized);  // a later show finds it as it was
+}
+
 /// The desktop has another palette: dark or light follows at once.
 bool MainWindow::event(QEvent* event) {
     if (event->type() == QEvent::ApplicationPaletteChange && !Dressing) Redress();

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QMainWindow>
+#include <functional>
+#include <utility>
 
 #include "ui/ui_parts.h"
 
@@ -16,6 +18,9 @@ class MainWindow : public QMainWindow {
  public:
     explicit MainWindow(UiParts parts);
 
+    /// Whether a minimised window goes out of sight: only where something else brings it back.
+    void HideWhenMinimised(std::function<bool()> wanted) { Hides = std::move(wanted); }
+
     /// Brings it to the front, wherever it was.
     void ComeForward();
 
@@ -24,6 +29,7 @@ class MainWindow : public QMainWindow {
 
  protected:
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
     bool event(QEvent* event) override;
 
  private:
@@ -36,6 +42,7 @@ class MainWindow : public QMainWindow {
     UiParts Parts;
     Navigation* Tabs = nullptr;
     QStackedWidget* Pages = nullptr;
+    std::function<bool()> Hides;
     bool Ended = false;
     bool Dressing = false;
 };
