@@ -201,6 +201,18 @@ void Program::LaunchStopApp() {
 
 void Program::SaveWindowPlace() {
     if (Desktop.SaveWindowPlace) Desktop.SaveWindowPlace();
+    const frmMain& form = Memory->Form;
+    const WindowPlace& place = form.Place();
+    if (place == WindowPlace{}) return;  // a run without a window
+    std::string text;
+    for (const int32_t number : {place.Left, place.Top, place.Width, place.Height}) {
+        text += (text.empty() ? "" : ";") + std::to_string(number);
+    }
+    const bool normal = form.State() == WindowState::Normal;
+    if (normal && text != Memory->Options.FormPos) Parts->Store.WriteSetting("Form", "Pos", text);
+    const auto state = static_cast<int32_t>(form.State());
+    const bool minimised = form.State() == WindowState::Minimised;
+    if (!minimised && state != Memory->Options.FormState) Parts->Store.WriteSetting("Form", "State", state);
 }
 
 void Program::RemoveTrayIcon() {

@@ -121,6 +121,16 @@ DesktopSteps Desktop::Steps() {
     steps.ShowWindow = [this] {
         if (!Shown->isMinimized()) Shown->show();
     };
+    steps.SaveWindowPlace = [this] {
+        frmMain& form = Recorder->Values().Form;
+        if (Shown->isMinimized()) {
+            form.State(WindowState::Minimised);
+        } else {
+            form.State(Shown->isMaximized() ? WindowState::Maximised : WindowState::Normal);
+        }
+        form.Place({Shown->x() * TwipsPerPixel, Shown->y() * TwipsPerPixel, Shown->width() * TwipsPerPixel,
+                    Shown->height() * TwipsPerPixel});
+    };
     steps.AddTrayIcon = [this] { MakeTrayIcon(); };
     steps.RemoveTrayIcon = [this] { Tray.reset(); };
     steps.ShowTrayTip = [this](const std::string& tip) {

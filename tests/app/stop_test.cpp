@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "app/desktop_notes.h"
+#include "core/profile.h"
 #include "scenario/song_audio.h"
 
 namespace Corvetape::Test {
@@ -66,6 +67,44 @@ TEST(Stop, TellsAndAsksInTheOrderOfItsSteps) {
     EXPECT_THAT(order.OfTheStop(),
                 ElementsAre("RestoreMixer", "ERROR", "box", "INFO", "box", "START", "SaveWindowPlace",
                             "RemoveTrayIcon", "UnloadAssistant", "SaveBars", "END "));
+}
+
+std::string StoredForm(World& world, const char* key) {
+    return Profile(world.Computer.Files, IniFile).ReadText("Form", key, "", 99);
+}
+
+TEST(Stop, StoresWhereTheWindowIs) {
+    World world;
+    ASSERT_TRUE(world.Load());
+    world.Form().Place({1500, 750, 15000, 10800});
+    world.Recorder->Unload();
+    EXPECT_EQ(StoredForm(world, "Pos"), "1500;750;15000;10800");
+    EXPECT_EQ(StoredForm(world, "State"), "");
+}
+
+TEST(Stop, StoresThePlaceOfANormalWindowAndTheStateOfOneThatIsNotMinimised) {
+    World maximised;
+    ASSERT_TRUE(maximised.Load());
+    maximised.Form().Place({1500, 750, 15000, 10800});
+    maximised.Form().State(WindowState::Maximised);
+    maximised.Recorder->Unload();
+    EXPECT_EQ(StoredForm(maximised, "Pos"), "");
+    EXPECT_EQ(StoredForm(maximised, "State"), "2");
+    World minimised(Starting("", {{"Form", "State", "2"}}));
+    ASSERT_TRUE(minimised.Load());
+    minimised.Form().Place({1500, 750, 15000, 10800});
+    minimised.Form().State(WindowState::Minimised);
+    minimised.Recorder->Unload();
+    EXPECT_EQ(StoredForm(minimised, "Pos"), "");
+    EXPECT_EQ(StoredForm(minimised, "State"), "2");
+}
+
+TEST(Stop, ARunWithoutAWindowLeavesThePlaceOfTheLastOne) {
+    World world(Starting("", {{"Form", "Pos", "1;2;3;4"}, {"Form", "State", "2"}}));
+    ASSERT_TRUE(world.Load());
+    world.Recorder->Unload();
+    EXPECT_EQ(StoredForm(world, "Pos"), "1;2;3;4");
+    EXPECT_EQ(StoredForm(world, "State"), "2");
 }
 
 TEST(Stop, RestoresTheMixerOnlyWhereTheUserWantsThat) {
