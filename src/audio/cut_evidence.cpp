@@ -11,7 +11,7 @@ namespace {
 // The weights of the evidence were fitted to radios made of recordings of real music.
 constexpr float ShortShiftWeight = 25;
 constexpr float LongShiftWeight = 32;
-constexpr float FadeWeight = 0.008F;
+constexpr float FadeWeight = 0.0004F;  ///< of a slot: neighbouring slots say much the same
 constexpr float FluxWeight = 1.1F;
 constexpr float HardJoinBonus = 0.75F;  ///< hard joins are more common than any one length of fade
 

