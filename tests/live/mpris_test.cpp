@@ -87,6 +87,7 @@ TEST_F(MprisTest, APlayerThatRunsAlreadyIsTold) {
     metadata["xesam:album"] = "Album";
     metadata["xesam:genre"] = QStringList{"Rock", "Pop"};
     metadata["mpris:artUrl"] = "file:///tmp/a.jpg";
+    metadata["xesam:url"] = "file:///tmp/a.flac";  // only a piece in a file may show a picture from one
     metadata["mpris:length"] = qlonglong{1000};
     const PlayerReport expected{"org.mpris.MediaPlayer2.one", true, "Rock, Pop", "Artist", "Title", "Album",
                                 "file:///tmp/a.jpg"};
