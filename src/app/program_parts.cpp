@@ -182,6 +182,8 @@ void ProgramParts::StationDataClicked() {
     Store.WriteSetting("Providers", "Enable", enabled ? 1 : 0);
     form.cmdGetStationID.Enabled(enabled);
     for (Label& label : form.lblMedia) label.Enabled(enabled);
+    // Without media data nothing says when the next song begins.
+    form.cmdSkipThisRecording.Enabled(enabled && Memory.Flags.RecordCurrentSong);
     Memory.Flags.RecordingEnabled = enabled;
     // A song that waits for its hand-over keeps its record: there is only this one.
     if (!form.tmrEncodeFile.Running()) ClearMedia(Memory.Media.SongMedia);

@@ -6,6 +6,7 @@
 
 #include "app/program_parts.h"
 #include "app/wiring_browser.h"
+#include "core/artist_and_title.h"
 #include "core/date_format.h"
 #include "core/lifecycle.h"
 #include "core/validate_number.h"
@@ -66,6 +67,18 @@ void ReportFailure(ProgramParts& parts, const SongFailure& failure) {
     parts.Memory.Form.lblStatus[1].Caption(text);
     const SongFailure pending{messages.PendingError, messages.PendingErrorText, messages.PendingErrorCode};
     if (failure == pending) messages.ErrorLogged = true;
+}
+
+/// One line for a wanted song that is not kept because it is too short.
+void ReportShort(ProgramParts& parts, const ClosedSong& song) {
+    const STATIONANDSONGDATA& media = song.Media;
+    const std::string file = song.TempPath.substr(song.TempPath.rfind('/') + 1);
+    const std::string name = media.Song.empty() ? file : ArtistAndTitle(media);
+    const std::string seconds =
+        fmt::format("{:.1f}", static_cast<double>(song.Frames) / song.FramesPerSecond);
+    const std::string text = parts.Messages.FormatMsg("861", {name, seconds});
+    parts.Journal.WriteLog({"INFO", text});
+    parts.Memory.Form.lblStatus[1].Caption(text);
 }
 
 void TellAvailability(ProgramParts& parts, bool lost) {
@@ -139,6 +152,7 @@ SongEvents SongEventsOf(ProgramParts& parts) {
             parts.NoteSong(song.Media.TempFileName, song.Media, true);
             TellHealth(parts, song);
         }
+        if (song.Fate == SongFate::Short && song.Frames > 0) ReportShort(parts, song);
         if (parts.Owner.Events.SongClosed) parts.Owner.Events.SongClosed(song);
     };
     events.BeforeHandOver = [&parts] {

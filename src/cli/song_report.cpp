@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cli/json_text.h"
+#include "core/artist_and_title.h"
 #include "platform/linux/one_line.h"
 
 namespace Corvetape {
@@ -20,7 +21,7 @@ double Seconds(uint64_t frames, const ClosedSong& song) {
 
 std::string SongName(const STATIONANDSONGDATA& media) {
     if (media.Song.empty()) return media.TempFileName;
-    return media.Artist.empty() ? media.Song : media.Artist + " - " + media.Song;
+    return ArtistAndTitle(media);
 }
 
 std::string FateText(SongFate fate) {

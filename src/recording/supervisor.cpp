@@ -6,6 +6,7 @@
 #include <limits>
 #include <utility>
 
+#include "core/artist_and_title.h"
 #include "core/text.h"
 
 namespace Corvetape {
@@ -134,6 +135,7 @@ Supervisor::Next Supervisor::TakeSongData() {
     if (Parts.Flags.RecordCurrentSong && Actions.IsSongExcluded()) {
         Parts.Flags.RecordCurrentSong = false;
         Parts.Flags.RecordNextSong = true;
+        ReportDecision(Text("860", {ArtistAndTitle(media.SongMedia)}));
     }
     return Next::Continue;
 }
@@ -259,6 +261,11 @@ Supervisor::Next Supervisor::WatchDisk() {
     }
     Actions.CheckUpdate();
     return Next::Continue;
+}
+
+void Supervisor::ReportDecision(const std::string& text) {
+    Actions.WriteLog("INFO", text);
+    Parts.Form.lblStatus[1].Caption(text);
 }
 
 std::string Supervisor::Text(const std::string& key, std::initializer_list<std::string> arguments) const {

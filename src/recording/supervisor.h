@@ -112,6 +112,9 @@ class Supervisor {
     Next ReactToSilence();
     Next EndAfterSilence();
     void SoundReturned();
+    /// What the recorder decides by itself is in the log and in the window.
+    void ReportDecision(const std::string& text);
+
     void ShowNoMedia();
     void ShowMediaTexts();
     std::string Text(const std::string& key, std::initializer_list<std::string> arguments = {}) const;

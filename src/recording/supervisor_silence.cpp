@@ -22,6 +22,9 @@ Supervisor::Next Supervisor::ReactToSilence() {
         Actions.WriteLog("INFO", notice);
         SilenceNoticeShown = true;
     }
+    // A piece by time waits for no sound, so its silence is given up every second, before it is in a file.
+    const bool plays = Actions.SongFileOpen() || Parts.Pause.EndOfSongDetection == EndOfSong::FixedTime;
+    const bool recorded = Parts.Flags.RecordCurrentSong && plays;
     // A hand-edited interval of 0 would divide by zero; every second is then due.
     const int32_t interval = Parts.Settings.InfoAfterSilence;
     const bool due = interval <= 0 || silent % interval == 0;
@@ -32,9 +35,9 @@ Supervisor::Next Supervisor::ReactToSilence() {
         Actions.BreakOff();
     }
     // A song that the silence broke off is not kept; the next one is.
-    // A piece by time waits for no sound, so its silence is given up every second, before it is in a file.
-    const bool plays = Actions.SongFileOpen() || Parts.Pause.EndOfSongDetection == EndOfSong::FixedTime;
     if (Parts.Flags.RecordCurrentSong && plays) Actions.BreakOff();
+    // By time the piece is given up again every second, which the notice says already.
+    if (recorded && Parts.Flags.RecordNextSong) ReportDecision(Text("862", {std::to_string(silent)}));
     if (silent >= Parts.Pause.QuitAfterSilence && !EndAfterSilenceDone) return EndAfterSilence();
     return Next::Continue;
 }

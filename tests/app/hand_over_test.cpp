@@ -9,7 +9,9 @@
 namespace Corvetape::Test {
 namespace {
 
+using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::MatchesRegex;
 using testing::SizeIs;
 
 WorldOptions ThreeSongs(const char* delayMs) {
@@ -58,6 +60,23 @@ TEST(HandOver, OfAFileThatBecomesFullAtTheEndComesAheadOfTheLastOne) {
         EXPECT_EQ(world.Transferred[i].Media.TempFileName, KeptSongs(world)[i].Song.Media.TempFileName);
         EXPECT_TRUE(world.Disk().Exists(world.Transferred[i].MusicFile));
     }
+}
+
+TEST(ShortSong, IsReportedInLogAndWindowWithItsNameAndLength) {
+    WorldOptions options = Starting(
+        "", {{ProviderOfRadio, "LengthOfPause", "500"}, {ProviderOfRadio, "IgnoreShortSongs", "15"}});
+    options.Radio = NumberedRadio({20, 10, 20});
+    World world(options);
+    ASSERT_TRUE(world.StartRecording());
+    const auto second = [&] {
+        return !world.Closed.empty() && world.Closed.back().Song.Media.Song == "Song 2";
+    };
+    ASSERT_TRUE(world.RunUntil(second, 60));
+    ASSERT_EQ(world.Closed.back().Song.Fate, SongFate::Short);
+    const std::string line = world.Form().lblStatus[1].Caption();
+    EXPECT_THAT(line,
+                MatchesRegex("\"Band 2 - Song 2\" is not kept: with 1[0-2]\\.. seconds it is too short\\."));
+    EXPECT_THAT(world.Logged("INFO"), ElementsAre(line));
 }
 
 }  // namespace

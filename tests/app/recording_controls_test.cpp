@@ -128,6 +128,16 @@ TEST(RecordButton, RecordsAgainAfterAFullDiskAsSoonAsThereIsRoom) {
     EXPECT_EQ(world.Form().lblStatus[1].Caption(), "");
 }
 
+TEST(SkipButton, IsOutOfReachWithoutMediaData) {
+    World world(Songs({60}));
+    ASSERT_TRUE(world.StartRecording());
+    ASSERT_TRUE(world.Form().cmdSkipThisRecording.Enabled());
+    world.Form().chkStationDataEnable.Press();
+    EXPECT_FALSE(world.Form().cmdSkipThisRecording.Enabled());
+    world.Form().chkStationDataEnable.Press();
+    EXPECT_TRUE(world.Form().cmdSkipThisRecording.Enabled());
+}
+
 TEST(QuickRecording, KeepsTheSongThatPlaysAndNoOther) {
     World world(Songs({30, 30, 30}));
     ASSERT_TRUE(world.Start());

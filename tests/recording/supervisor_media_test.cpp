@@ -63,6 +63,8 @@ TEST(SupervisorTakeOver, WaitsUntilThePendingCutIsMade) {
     rig.Tick();
     EXPECT_EQ(rig.Media.SongMedia.Song, "New");
     EXPECT_TRUE(rig.Flags.RecordNextSong);
+    EXPECT_TRUE(rig.WasAsked("Log INFO #860 New"));
+    EXPECT_EQ(rig.Form.lblStatus[1].Caption(), "#860 New");
 }
 
 /// What of a reading makes it another song than the one in the file.

@@ -112,7 +112,12 @@ class SupervisorRig {
     void AddRecording(SupervisorActions& actions) {
         actions.ShowFlags = [this] { Note("ShowFlags"); };
         actions.SongFileOpen = [this] { return FileOpen; };
-        actions.BreakOff = [this] { Form.chkStartStop[1].Value(1); };
+        actions.BreakOff = [this] {
+            Form.chkStartStop[1].Value(1);
+            if (Pause.EndOfSongDetection == EndOfSong::FixedTime) return;
+            Flags.RecordCurrentSong = false;
+            Flags.RecordNextSong = true;
+        };
         actions.AbortSong = [this] { Note("AbortSong"); };
         actions.DrainAudioRing = [this] { return Note("DrainAudioRing"), DrainWorks; };
         actions.CheckDisk = [this] { return Note("CheckDisk"), DiskWorks; };

@@ -99,6 +99,37 @@ TEST(SupervisorSilence, ASongThatTheSilenceBrokeOffPassesItsWishToTheNextOne) {
     EXPECT_EQ(rig.Form.chkStartStop[1].Value(), 1);
 }
 
+TEST(SupervisorSilence, ReportsASongThatItBrokeOffInLogAndWindow) {
+    for (const bool restarts : {false, true}) {
+        SupervisorRig rig;
+        rig.Options.RestartRadioIfSilent = restarts;
+        rig.Flags.RecordCurrentSong = true;
+        rig.FileOpen = true;
+        rig.Signal.SilenceSeconds = 60;
+        rig.Tick();
+        EXPECT_TRUE(rig.WasAsked("Log INFO #862 60")) << restarts;
+        EXPECT_EQ(rig.Form.lblStatus[1].Caption(), "#862 60") << restarts;
+        rig.Tick();
+        EXPECT_FALSE(rig.WasAsked("Log INFO #862 60")) << "reported once";
+    }
+}
+
+TEST(SupervisorSilence, ReportsNoSongWhereNoneIsLost) {
+    SupervisorRig rig;
+    rig.Options.RestartRadioIfSilent = true;
+    rig.Flags.RecordCurrentSong = true;
+    rig.Signal.SilenceSeconds = 60;
+    rig.Tick();
+    EXPECT_FALSE(rig.WasAsked("Log INFO #862 60"));
+
+    SupervisorRig byTime;
+    byTime.Pause.EndOfSongDetection = EndOfSong::FixedTime;
+    byTime.Flags.RecordCurrentSong = true;
+    byTime.Signal.SilenceSeconds = 60;
+    byTime.Tick();
+    EXPECT_FALSE(byTime.WasAsked("Log INFO #862 60"));
+}
+
 TEST(SupervisorSilence, APieceByTimeIsBrokenOffBeforeItsSilenceIsInAFile) {
     SupervisorRig rig;
     rig.Pause.EndOfSongDetection = EndOfSong::FixedTime;

@@ -8,6 +8,7 @@
 namespace Corvetape::Test {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -54,6 +55,7 @@ TEST_P(DelaysAndWindows, DropTheExcludedSongAndNoOther) {
     ASSERT_TRUE(world.StartRecording());
     PlayOut(world);
     EXPECT_THAT(KeptTitles(world), ElementsAre("Song 1", "Song 3", "Song 4"));
+    EXPECT_THAT(world.Logged("INFO"), Contains(Text("860", {"Band 2 - Song 2"})).Times(1));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, DelaysAndWindows,
