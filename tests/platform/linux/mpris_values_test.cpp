@@ -104,9 +104,11 @@ TEST(MprisValues, ManyArtistsEndWithinTheLimit) {
 }
 
 TEST(MprisValues, AnAddressThatIsTooLongIsLeftOut) {
-    EXPECT_EQ(AfterPiece({{"mpris:artUrl", QString(MostPlayerTextBytes, 'x')}}).Cover.size(),
-              static_cast<size_t>(MostPlayerTextBytes));
-    EXPECT_EQ(AfterPiece({{"mpris:artUrl", QString(MostPlayerTextBytes + 1, 'x')}}).Cover, "");
+    const auto coverOfSize = [](qsizetype size) {
+        return AfterPiece({{"mpris:artUrl", QString("http://").leftJustified(size, 'x')}}).Cover;
+    };
+    EXPECT_EQ(coverOfSize(MostPlayerTextBytes).size(), static_cast<size_t>(MostPlayerTextBytes));
+    EXPECT_EQ(coverOfSize(MostPlayerTextBytes + 1), "");
 }
 
 }  // namespace
