@@ -72,7 +72,7 @@ void Program::StopKeeping() {
 
 void Program::CollectJobs() {
     for (const JobResult& result : Host.Processes.TakeFinished()) {
-        if (result.ExitCode == 0) Parts->UnfinishedJobs.erase(result.Name);
+        Parts->EndJob(result);
         if (Events.JobEnded) Events.JobEnded(result);
     }
 }

@@ -49,6 +49,9 @@ struct RunOptions {
 
     uint64_t MaxSongBytes = 0;  ///< largest song file, 0 for what the format can hold
 
+    /// Sound files that the inputs of this run play: never written, never deleted.
+    std::vector<std::string> InputFiles;
+
     /// Comes before the date and time that name a song without a title.
     std::string SongNamePrefix;
 
@@ -98,6 +101,8 @@ struct DesktopSteps {
 struct ProgramEvents {
     std::function<void(const ClosedSong&)> SongClosed;
     std::function<void(const TransferredSong&)> SongTransferred;
+    /// An encoder has made this music file, whose name may have a number behind it; comes before JobEnded.
+    std::function<void(const std::string& job, const std::string& musicFile)> MusicMade;
     std::function<void(const JobResult&)> JobEnded;  ///< an encoder has ended, well or not
     std::function<void(const std::string& kind, const std::string& text)> Logged;
     std::function<void(const std::string& text)>

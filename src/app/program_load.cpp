@@ -91,12 +91,6 @@ void Run(const std::function<void(Arguments...)>& step, Given&&... arguments) {
     if (step) step(std::forward<Given>(arguments)...);
 }
 
-/// Key of the message about a song that an earlier run has left.
-const char* KeyOf(LeftSongFate fate) {
-    if (fate == LeftSongFate::Transfer) return "840";
-    return fate == LeftSongFate::Delete ? "841" : "849";
-}
-
 }  // namespace
 
 Program::Next Program::TakeBusyPointer() {
@@ -149,7 +143,7 @@ Program::Next Program::LoadSettings() {
 }
 
 Program::Next Program::ReadSongCounter() {
-    Memory->SongCounter = RoundToInt32(NumberOf(Parts->Registry.ReadUserValue("", "TotalCountOfSongs")));
+    Memory->SongCounter = RoundToInt32(NumberOf(Parts->Registry.ReadUserValue("", SongTotal)));
     return Next::Continue;
 }
 
@@ -309,23 +303,8 @@ Program::Next Program::LoadWatchLists() {
 
 Program::Next Program::RecoverSongs() {
     if (!Options.KeepNotes) return Next::Continue;
-    const std::string& folder = Memory->Folders.SongTempFolder;
-    const auto alive = [this](const std::string& run) { return Host.System.RunIsAlive(run); };
-    for (const LeftSong& song : FindLeftSongs(Host.Files, folder, alive)) {
-        const LeftSongDecision decision = DecideLeftSong(Host.Files, folder, song);
-        STATIONANDSONGDATA& media = Memory->Media.SongMedia;
-        media = song.Note.Media;
-        media.TempFileName = song.BaseName;
-        media.Size = decision.Seconds;
-        Parts->Journal.WriteLog(
-            {"INFO", Parts->Messages.FormatMsg(KeyOf(decision.Fate), {Parts->NameOfMusicFile()})});
-        if (decision.Fate == LeftSongFate::Transfer) Parts->Transfer.TransferSong();
-        if (decision.Fate == LeftSongFate::Delete) DeleteLeftSong(Host.Files, folder, song);
-        if (decision.Fate == LeftSongFate::Leave) {
-            Parts->SongsWithoutJob.push_back(folder + "/" + song.BaseName + ".wav");
-        }
-        ClearMedia(media);
-    }
+    Parts->LeftSongs = ListNotedSongs(Host.Files, Memory->Folders.SongTempFolder);
+    std::ranges::reverse(Parts->LeftSongs);
     return Next::Continue;
 }
 

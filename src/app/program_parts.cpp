@@ -56,11 +56,12 @@ ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
           {state.Form, state.Folders, machine.Files, machine.Clock, machine.Loop, machine.Dialogs, Messages}),
       Watched(machine.Files, state.Folders),
       WatchTabs(state.Form, Watched, machine.Processes),
-      Transfer({state.Media, state.Options, state.Folders, state.Pause, state.Flags, state.SongCounter},
-               machine.Files, machine.Processes, Journal, TransferCallbacksOf(*this)),
+      Notes(machine.Files, state.Folders),
+      Transfer({state.Media, state.Options, state.Folders, state.Pause, state.Flags, state.SongCounter,
+                RunName, Owner.Options.InputFiles, Owner.Options.KeepNotes},
+               machine.Files, machine.Processes, Journal, Notes, TransferCallbacksOf(*this)),
       Disk({state.Form, machine.Files, state.Options, state.Folders, state.Flags, state.Messages},
            DiskCheckActionsOf(*this)),
-      Notes(machine.Files, state.Folders),
       Look(state.Form, state.PlainBar, state.CoverBar, Messages),
       Recording({state.Form, state.Flags, state.Cut, state.Media, state.Pause, state.Ring},
                 SessionActionsOf(*this)),
@@ -72,22 +73,6 @@ ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
              state.Flags, state.Cut, state.Signal, state.Media, state.Ring, Input.MaxBuffersUsed()},
             SupervisorActionsOf(*this)) {
     AttachHandlers(*this);
-}
-
-bool ProgramParts::IsNeeded(const std::string& path) const {
-    const auto isOf = [&path](const std::string& song) {
-        return path.starts_with(song.substr(0, song.rfind('.') + 1));
-    };
-    const auto isWorkOf = [&path](const std::string& number) {
-        return path.starts_with(number) &&
-               std::string_view("0123456789").find(path[number.size()]) == std::string_view::npos;
-    };
-    for (const auto& [job, song] : UnfinishedJobs) {
-        if (isOf(song.TempFile) || isWorkOf(song.WorkFile)) return true;
-    }
-    if (std::ranges::any_of(SongsWithoutJob, isOf)) return true;
-    // A failure has ended the recording in the middle of a song: what was written of it is open to the end.
-    return Writer.SongFileOpen() && isOf(Writer.SongFilePath());
 }
 
 std::string ProgramParts::NameOfMusicFile() const {

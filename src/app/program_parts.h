@@ -27,6 +27,7 @@
 #include "post/folder_selection.h"
 #include "post/log_viewer.h"
 #include "post/program_options.h"
+#include "post/song_notes.h"
 #include "post/transfer_job.h"
 #include "post/watch_pages.h"
 #include "recording/disk_check.h"
@@ -35,10 +36,12 @@
 #include "recording/pause_control.h"
 #include "recording/recording_look.h"
 #include "recording/session.h"
-#include "recording/song_notes.h"
 #include "recording/supervisor.h"
 
 namespace Corvetape {
+
+/// Name of the value that counts the songs of all runs.
+inline constexpr const char* SongTotal = "TotalCountOfSongs";
 
 /// What the parts need of the program that they belong to. The references outlive the parts.
 struct ProgramLinks {
@@ -58,9 +61,11 @@ struct ProgramParts {
     ProgramParts(const ProgramParts&) = delete;
     ProgramParts& operator=(const ProgramParts&) = delete;
 
-    /// True for files of a song of which there is nothing else: an encoder still needs it or could not encode
-    /// it, none was started for it, or a failure has broken it off.
-    bool IsNeeded(const std::string& path) const;
+    /// An encoder has ended: takes what it tells of its music file, and lets go of a song that has one.
+    void EndJob(const JobResult& result);
+
+    /// Looks after a few of the songs that earlier runs have left, beside the recording.
+    void RecoverSongs();
 
     /// Asks an ffmpeg for its WMA encoder, or remembers that this very file had it the last time: starting
     /// it takes longer than the rest of the start.
@@ -95,7 +100,8 @@ struct ProgramParts {
     State& Memory;
     ProgramLinks Owner;
     std::map<std::string, TransferredSong> UnfinishedJobs;  ///< by the name of the job
-    std::vector<std::string> SongsWithoutJob;               ///< temporary songs that nothing encodes
+    std::vector<std::string> FinishedSongs;  ///< temporary songs of this run that have their music files
+    std::vector<std::string> LeftSongs;      ///< names of songs that may be of earlier runs, the first last
     uint64_t RandomSeed = 0;
     std::string RunName;  ///< of this process
     std::set<std::string> OverriddenSources;
@@ -125,9 +131,9 @@ struct ProgramParts {
     LogViewer LogPage;
     WatchLists Watched;
     WatchPages WatchTabs;
+    SongNotes Notes;
     TransferJob Transfer;
     DiskCheck Disk;
-    SongNotes Notes;
     RecordingLook Look;
     Session Recording;
     MediaPoll Poll;

@@ -148,17 +148,11 @@ void Program::DeleteTempFolder() {
     if (!Memory->Options.DelTempFolder || Memory->Options.EncodeOffline) return;
     const std::string& folder = Memory->Folders.SongTempFolder;
     CollectJobs();
-    const auto isOwnOrOver = [this](const std::string& run) {
-        return run == Parts->RunName || !Host.System.RunIsAlive(run);
-    };
-    const std::vector<LeftSong> others = FindLeftSongs(Host.Files, folder, isOwnOrOver);
-    for (const FileEntry& entry : Host.Files.List(folder)) {
-        const std::string path = folder + "/" + entry.Name;
-        // What an encoder still needs, or could not encode, is all that there is of a song.
-        if (entry.IsFolder || Parts->IsNeeded(path)) continue;
-        const auto isOf = [&](const LeftSong& song) { return entry.Name.starts_with(song.BaseName + "."); };
-        if (std::ranges::any_of(others, isOf)) continue;
-        Host.Files.Delete(path);  // one that stays keeps the folder
+    // Only what this run has made and finished with: others may keep songs here, or their own files.
+    for (const std::string& song : Parts->FinishedSongs) {
+        const std::string base = song.substr(0, song.rfind('.'));
+        if (Host.Files.FileSize(base + ".note")) continue;  // another song has taken the name since
+        for (const char* extension : {".wav", ".jpg"}) Host.Files.Delete(base + extension);
     }
     Host.Files.DeleteFolder(folder);  // fails while files are left in it
 }

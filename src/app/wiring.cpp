@@ -217,10 +217,7 @@ TransferCallbacks TransferCallbacksOf(ProgramParts& parts) {
         const WatchListKind kind = list == 0 ? WatchListKind::Include : WatchListKind::Exclude;
         parts.WatchTabs.AddToWatchList(kind, entry);
     };
-    callbacks.StoreSongCounter = [&parts](int32_t count) {
-        // A counter that cannot be kept is no reason to stop recording.
-        static_cast<void>(parts.Registry.WriteUserValue("", "TotalCountOfSongs", count));
-    };
+    callbacks.CountSong = [&parts] { return parts.Registry.RaiseUserNumber("", SongTotal); };
     callbacks.Unload = [&parts] { parts.Owner.RequestUnload(); };
     return callbacks;
 }
@@ -273,15 +270,7 @@ void AttachHandlers(ProgramParts& parts) {
     frmMain& form = parts.Memory.Form;
     parts.Transfer.Attach(form.tmrEncodeFile);
     parts.Transfer.Transferred.Connect([&parts](const TransferredSong& song) {
-        // A song of the same name that is still encoded has lost its temporary file to this one.
-        std::erase_if(parts.UnfinishedJobs,
-                      [&](const auto& job) { return job.second.TempFile == song.TempFile; });
-        if (song.JobName.empty()) {
-            parts.SongsWithoutJob.push_back(song.TempFile);
-        } else {
-            parts.UnfinishedJobs[song.JobName] = song;
-        }
-        parts.Notes.Remove(song.Media.TempFileName);
+        if (!song.JobName.empty()) parts.UnfinishedJobs[song.JobName] = song;
         if (parts.Owner.Events.SongTransferred) parts.Owner.Events.SongTransferred(song);
     });
     parts.Pauses.LeavingRing = [&parts] { EmptyRing(parts); };
@@ -308,6 +297,7 @@ void AttachHandlers(ProgramParts& parts) {
         parts.NoteSong();
         parts.Owner.CollectJobs();
         ReportUnwritable(parts);
+        parts.RecoverSongs();
     });
     form.Methods.Add<int32_t, std::string>("AddToWatchList", [&parts](int32_t list,
                                                                       const std::string& entry) {

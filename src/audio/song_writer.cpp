@@ -126,10 +126,14 @@ void SongWriter::NameFile() {
     const bool again = stamp == Kept.Stamp;
     Name = {stamp, again ? Kept.Number : 0};
     do {
-        ++Name.Number;
-        BaseName = Name.Number == 1 ? stamp : stamp + "-" + std::to_string(Name.Number);
-        FilePath = Place.Folders.SongTempFolder + "/" + BaseName + ".wav";
+        TakeNextNumber();
     } while (Parts.Disk.FileSize(FilePath));
+}
+
+void SongWriter::TakeNextNumber() {
+    ++Name.Number;
+    BaseName = Name.Number == 1 ? Name.Stamp : Name.Stamp + "-" + std::to_string(Name.Number);
+    FilePath = Place.Folders.SongTempFolder + "/" + BaseName + ".wav";
 }
 
 bool SongWriter::OpenFile() {
@@ -138,6 +142,12 @@ bool SongWriter::OpenFile() {
     PauseNeverCame = false;
     Present.BegunAtBoundary = std::exchange(NextBeginsAtBoundary, false);
     SongFile = WavFile::Create(Parts.Disk, FilePath, Place.Format);
+    // Another run has taken the name at this moment, or a link that leads nowhere has it.
+    constexpr int32_t mostNumbers = 1000;
+    while (!SongFile && Parts.Disk.LastError() == EEXIST && Name.Number < mostNumbers) {
+        TakeNextNumber();
+        SongFile = WavFile::Create(Parts.Disk, FilePath, Place.Format);
+    }
     if (!SongFile) {
         LastResult = Parts.Disk.LastError();
         RaiseError(ErrorCreatingSong);

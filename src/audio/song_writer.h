@@ -162,6 +162,7 @@ class SongWriter {
     };
 
     void NameFile();
+    void TakeNextNumber();
     bool OpenFile();
     bool GoOnInNextFile();
     bool MustGoOn(size_t bytes) const;

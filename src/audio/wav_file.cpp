@@ -62,7 +62,7 @@ std::string TagChunk(const InfoTag& tag) {
 }  // namespace
 
 std::unique_ptr<WavFile> WavFile::Create(Files& disk, const std::string& path, const WaveFormat& format) {
-    std::unique_ptr<File> output = disk.Create(path);
+    std::unique_ptr<File> output = disk.CreateNew(path);
     if (!output) return nullptr;
     if (!output->Write(MakeHeader(format, 0, 0))) {
         output.reset();

@@ -39,7 +39,7 @@ struct InfoTag {
 /// After a failure each operation may be called again; it goes on where the good audio ends.
 class WavFile {
  public:
-    /// Creates or empties the file and writes its header. Nothing on failure.
+    /// Makes a new file with its header. Nothing on failure, also if something stands at the path.
     static std::unique_ptr<WavFile> Create(Files& disk, const std::string& path, const WaveFormat& format);
 
     /// Goes on with a file that holds nothing but its header.

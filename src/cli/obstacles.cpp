@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <random>
+
 #include "core/text.h"
 #include "post/encode_job.h"
 
@@ -45,8 +47,10 @@ bool MakeFolders(Files& files, const std::string& folder) {
 
 std::optional<std::string> FolderObstacle(Files& files, const std::string& folder) {
     if (!MakeFolders(files, folder)) return "cannot make the folder " + folder;
-    const std::string probe = folder + "/.corvetape-probe";
-    if (files.Create(probe) == nullptr) return "cannot write into the folder " + folder;
+    // A name that nobody can have prepared.
+    std::random_device random;
+    const std::string probe = fmt::format("{}/.corvetape-probe-{:08x}{:08x}", folder, random(), random());
+    if (files.CreateNew(probe) == nullptr) return "cannot write into the folder " + folder;
     files.Delete(probe);  // made a moment ago
     return std::nullopt;
 }

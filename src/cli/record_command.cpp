@@ -48,6 +48,9 @@ class Recording {
     /// Lets the recording know what players play. They outlive it.
     void Ask(Players& players) { MediaPlayers = &players; }
 
+    /// The sound file that is to be recorded.
+    void From(const std::string& file) { InputFile = file; }
+
     /// Lets the recording fetch covers. Outlives it.
     void Ask(Http& web) { Web = &web; }
 
@@ -72,6 +75,7 @@ class Recording {
         if (Arguments.Minutes) {
             options.Overrides.push_back({"Record", "StopAfter", std::to_string(*Arguments.Minutes)});
         }
+        if (!InputFile.empty()) options.InputFiles = {InputFile};
         options.Documents = Pages;
         options.Windows = Desktop;
         options.Players = MediaPlayers;
@@ -165,6 +169,7 @@ class Recording {
     HostParts& Host;
     SongPrinter Printer;
     TerminalLine Line;
+    std::string InputFile;
     Documents* Pages = nullptr;
     Windows* Desktop = nullptr;
     Players* MediaPlayers = nullptr;
@@ -220,6 +225,7 @@ int RecordVirtually(const RecordArguments& arguments, const std::string& filePat
     });
     Recording recording(arguments, host);
     running = &recording;
+    recording.From(filePath);
     recording.Ask(player);
     const auto code = recording.Start(host.With(input), names, framesPerSecond);
     if (code) return *code;

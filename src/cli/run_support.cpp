@@ -72,6 +72,9 @@ ProgramEvents EventsTo(SongPrinter& printer, TerminalLine& line) {
         line.Clear();
         printer.Transferred(song);
     };
+    events.MusicMade = [&](const std::string& job, const std::string& musicFile) {
+        printer.MusicMade(job, musicFile);
+    };
     events.JobEnded = [&](const JobResult& result) {
         line.Clear();
         printer.JobEnded(result);

@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 #include "cli/json_text.h"
 #include "cli/output.h"
@@ -41,11 +43,6 @@ void SongPrinter::Transferred(const TransferredSong& song) {
     } else if (song.JobName.empty() && song.JobLabel != LabelOfSongsThatStay) {
         Refuse(song.Media, "its encoder could not be started", song.TempFile);
     }
-    if (!song.MusicFile.empty()) {
-        const auto [place, isNew] = Makers.insert_or_assign(song.MusicFile, song.JobName);
-        const std::string text = "another song of this name replaces " + place->first;
-        if (!isNew) Print(Errors, fmt::format("corvetape-cli: {}\n", OneLine(text)));
-    }
     // A song that an earlier run has left behind was not closed in this one.
     Entry& entry = found != Waiting.end() ? *found : OfEarlierRuns.emplace_back();
     entry.Song.Media = song.Media;
@@ -56,15 +53,21 @@ void SongPrinter::Transferred(const TransferredSong& song) {
     PrintReady();
 }
 
+void SongPrinter::MusicMade(const std::string& job, const std::string& musicFile) {
+    for (std::deque<Entry>* entries : {&Waiting, &OfEarlierRuns}) {
+        for (Entry& entry : *entries) {
+            if (!entry.Done && entry.JobName == job) entry.MusicFile = musicFile;
+        }
+    }
+}
+
 void SongPrinter::JobEnded(const JobResult& result) {
     const auto isMeant = [&](const Entry& entry) { return !entry.Done && entry.JobName == result.Name; };
     for (std::deque<Entry>* entries : {&Waiting, &OfEarlierRuns}) {
         const auto found = std::ranges::find_if(*entries, isMeant);
         if (found == entries->end()) continue;
         found->Done = true;
-        if (result.ExitCode != 0 && Makers[found->MusicFile] != result.Name) {
-            found->MusicFile.clear();  // another song has taken its name, and with it its temporary file
-        } else if (result.ExitCode != 0) {
+        if (result.ExitCode != 0) {
             const std::string log = EncodeLog.empty() ? "" : ", see " + EncodeLog;
             Refuse(found->Song.Media, fmt::format("its encoder ended with code {}{}", result.ExitCode, log),
                    found->TempFile);
@@ -95,10 +98,13 @@ void SongPrinter::PrintReady() {
     }
 }
 
-void SongPrinter::Refuse(const STATIONANDSONGDATA& media, const std::string& why, const std::string& kept) {
+void SongPrinter::Refuse(const STATIONANDSONGDATA& media, const std::string& why,
+                         const std::string& tempFile) {
     ++Refused;
-    const std::string text =
-        fmt::format("no music file of {}: {}; the song stays as {}", SongName(media), why, kept);
+    std::string text = fmt::format("no music file of {}: {}", SongName(media), why);
+    if (std::error_code none; std::filesystem::exists(tempFile, none)) {
+        text += "; the song stays as " + tempFile;
+    }
     Print(Errors, fmt::format("corvetape-cli: {}\n", OneLine(text)));
 }
 

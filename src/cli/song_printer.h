@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <deque>
-#include <map>
 #include <string>
 
 #include "audio/closed_song.h"
@@ -18,8 +17,7 @@ enum class SongFormat { Lines, Json };
 /// music file is there, in the order of closing.
 class SongPrinter {
  public:
-    /// Neither is owned. `songs` takes the songs, `errors` what an encoder refused, and which music file of
-    /// this run is replaced by a later song of the same name.
+    /// Neither is owned. `songs` takes the songs, `errors` what an encoder refused.
     SongPrinter(SongFormat format, std::FILE* songs, std::FILE* errors);
 
     /// Where encoders write what they have to say; named where one refuses a song.
@@ -27,6 +25,8 @@ class SongPrinter {
 
     void Closed(const ClosedSong& song);
     void Transferred(const TransferredSong& song);
+    /// An encoder has given its music file this name.
+    void MusicMade(const std::string& job, const std::string& musicFile);
     void JobEnded(const JobResult& result);
 
     /// Something has gone wrong, as a line of the log: an object of its own among the songs. Nothing is
@@ -50,13 +50,12 @@ class SongPrinter {
         bool Done = false;
     };
     void PrintReady();
-    void Refuse(const STATIONANDSONGDATA& media, const std::string& why, const std::string& kept);
+    void Refuse(const STATIONANDSONGDATA& media, const std::string& why, const std::string& tempFile);
 
     SongFormat Format;
     std::FILE* Songs;
     std::FILE* Errors;
     std::string EncodeLog;
-    std::map<std::string, std::string> Makers;  ///< by music file, the job that makes it
     std::deque<Entry> Waiting;
     std::deque<Entry> OfEarlierRuns;  ///< handed on by this run without having been closed in it
     int32_t Kept = 0;

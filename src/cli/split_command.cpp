@@ -133,6 +133,7 @@ class Splitter {
         RunOptions options;
         options.CommandLine = "-dontask";
         options.KeepNotes = false;
+        options.InputFiles = Arguments.Files;
         // Songs of other runs lie in the common folder, and this one's is deleted.
         if (Arguments.Out.empty()) options.SongTempFolderName = fmt::format("split-{}", getpid());
         options.ProbeAllTools = false;

@@ -6,6 +6,7 @@
 #include "core/numbers.h"
 #include "core/text.h"
 #include "platform/clock.h"
+#include "platform/files.h"
 
 #include <fmt/format.h>
 
@@ -97,7 +98,8 @@ RegistryValue ShortDefault(std::string text, RegistryValue fallback) {
 }  // namespace
 
 RegistryBranches::RegistryBranches(Files& files, std::string userFile, std::string machineFile)
-    : User(files, std::move(userFile), WriteCare::Process),
+    : Disk(files),
+      User(files, std::move(userFile), WriteCare::Process),
       Machine(files, std::move(machineFile), WriteCare::Process) {}
 
 RegistryValue RegistryBranches::ReadUserValue(std::string_view section, std::string_view name,
@@ -118,6 +120,21 @@ bool RegistryBranches::WriteUserValue(std::string_view section, std::string_view
 bool RegistryBranches::WriteMachineValue(std::string_view section, std::string_view name,
                                          const RegistryValue& value) {
     return WriteRegistryValue(RegistryRoot::LocalMachine, BranchPath(section), name, value);
+}
+
+std::optional<int32_t> RegistryBranches::RaiseUserNumber(std::string_view section, std::string_view name) {
+    const auto lock = LockOf(RegistryRoot::CurrentUser);
+    User.Reload();
+    const auto present = static_cast<uint32_t>(RoundToInt32(NumberOf(ReadUserValue(section, name))));
+    const auto next = static_cast<int32_t>(present + 1);
+    if (!WriteLocked(RegistryRoot::CurrentUser, BranchPath(section), name, next)) return std::nullopt;
+    return next;
+}
+
+/// Keeps other processes from writing between a look at the file and its replacement. A folder where no lock
+/// can be made takes no file either, most likely; the write is tried all the same.
+std::unique_ptr<FileLock> RegistryBranches::LockOf(RegistryRoot root) {
+    return Disk.Lock(Store(root).Path() + ".lock");
 }
 
 const RegistryBranches::VolatileKey* RegistryBranches::FindVolatile(RegistryRoot root,
@@ -162,6 +179,14 @@ bool RegistryBranches::WriteRegistryValue(RegistryRoot root, std::string_view ke
         (*key)[LowerCase(StoredName(name))] = ReadStored(Stored(written));
         return true;
     }
+    const auto lock = LockOf(root);
+    return WriteLocked(root, keyPath, name, value);
+}
+
+bool RegistryBranches::WriteLocked(RegistryRoot root, std::string_view keyPath, std::string_view name,
+                                   const RegistryValue& value) {
+    const bool remove = std::holds_alternative<std::monostate>(value) && !IsDefault(name);
+    const RegistryValue written = IsDefault(name) ? RegistryValue(TextOf(value)) : value;
     Profile& store = Store(root);
     const std::string section = EncodePath(keyPath);
     const std::string key = EncodeName(StoredName(name));

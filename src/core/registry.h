@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -12,6 +14,7 @@
 namespace Corvetape {
 
 class Clock;
+class FileLock;
 class Files;
 
 /// Nothing, a text, or a 32-bit number. The two kinds of value keep their kind from write to read.
@@ -45,6 +48,11 @@ class RegistryBranches {
     bool WriteUserValue(std::string_view section, std::string_view name, const RegistryValue& value = {});
     bool WriteMachineValue(std::string_view section, std::string_view name, const RegistryValue& value = {});
 
+    /// Raises a number of the user's branch by one and returns it, so that no other process gets the same.
+    /// Nothing if it could not be written. A missing one counts as 0; the largest number is followed by the
+    /// smallest.
+    std::optional<int32_t> RaiseUserNumber(std::string_view section, std::string_view name);
+
     /// The same over a whole key path, with backslashes between its levels. A key that does not exist is
     /// created with an empty default value.
     RegistryValue ReadRegistryValue(RegistryRoot root, std::string_view keyPath, std::string_view name,
@@ -62,6 +70,9 @@ class RegistryBranches {
  private:
     using VolatileKey = std::map<std::string, RegistryValue>;
 
+    std::unique_ptr<FileLock> LockOf(RegistryRoot root);
+    bool WriteLocked(RegistryRoot root, std::string_view keyPath, std::string_view name,
+                     const RegistryValue& value);
     VolatileKey* FindVolatile(RegistryRoot root, std::string_view keyPath);
     const VolatileKey* FindVolatile(RegistryRoot root, std::string_view keyPath) const;
     Profile& Store(RegistryRoot root) { return root == RegistryRoot::CurrentUser ? User : Machine; }
@@ -69,6 +80,7 @@ class RegistryBranches {
         return root == RegistryRoot::CurrentUser ? User : Machine;
     }
 
+    Files& Disk;
     Profile User;
     Profile Machine;
     std::map<std::string, VolatileKey> VolatileKeys;  // by key path in lower case

@@ -16,6 +16,13 @@ struct QualityList {
     std::vector<std::string> EncParams;
 };
 
+/// What becomes of a music file whose name a new song gets. Other values of the setting count as the default.
+enum class SameNameRule : int32_t {
+    Replace = 0,     ///< it goes
+    KeepLonger = 1,  ///< the longer one keeps the name, of equal ones the new one; the other is numbered
+    NumberAll = 2,   ///< it stays, and the new one is numbered
+};
+
 /// All settings that are not kept per provider, as loaded at start and as the controls change them.
 /// Named by their keys; a key whose name says too little has its section before it.
 struct Settings {
@@ -53,6 +60,7 @@ struct Settings {
     bool QuitAfterRecording = false;
     bool DelTemp = false;
     bool DelTempFolder = false;
+    int32_t SameName = 1;  ///< what becomes of a music file whose name a new song gets, see SameNameRule
     int32_t Encoder = 0;
     int32_t MP3Quality = 5;
     int32_t OggVorbisQuality = 5;

@@ -55,6 +55,7 @@ constexpr SettingRow Table[] = {
      "chkQuitAfterRecording"},
     {"Options", "DelTemp", "0", Bool, &Settings::DelTemp, Load, "chkDelTemp"},
     {"Options", "DelTempFolder", "0", Bool, &Settings::DelTempFolder, Load, "chkDelTempFolder"},
+    {"Options", "SameName", "1", Int, &Settings::SameName},
     {"Options", "Encoder", "0", Int, &Settings::Encoder, Last, "optEncoder"},
     {"Options", "MP3Quality", "5", Int, &Settings::MP3Quality, Load, "cmbMP3"},
     {"Options", "OggVorbisQuality", "5", Int, &Settings::OggVorbisQuality, Load, "cmbOgg"},

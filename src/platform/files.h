@@ -32,6 +32,12 @@ class File {
     virtual bool Close() = 0;
 };
 
+/// Something that only one process has at a time, as long as the object lives.
+class FileLock {
+ public:
+    virtual ~FileLock() = default;
+};
+
 struct FileEntry {
     std::string Name;  ///< without its folder
     uint64_t Size = 0;
@@ -47,6 +53,12 @@ class Files {
 
     /// Creates or empties a file. Nothing on failure; LastError tells why.
     virtual std::unique_ptr<File> Create(const std::string& path) = 0;
+
+    /// Creates a file that is not there yet. Whatever stands at the path makes it fail, also a symbolic link
+    /// that leads nowhere: nobody's file is written over or written through a link.
+    virtual std::unique_ptr<File> CreateNew(const std::string& path) {
+        return FileSize(path) ? nullptr : Create(path);
+    }
 
     /// The whole content if the file exists and holds at most `limit` bytes.
     virtual std::optional<std::string> ReadAll(const std::string& path, uint64_t limit) = 0;
@@ -88,6 +100,15 @@ class Files {
 
     /// What a folder holds, in the order of names; nothing if it cannot be read.
     virtual std::vector<FileEntry> List(const std::string& folder) = 0;
+
+    /// True if both paths lead to one file, under whatever names.
+    virtual bool SameFile(const std::string& one, const std::string& other) {
+        return one == other && FileSize(one);
+    }
+
+    /// Waits, for a fraction of a second at most, until no other process has the lock of this name, a path
+    /// whose file is made for it. Null if it could not be had.
+    virtual std::unique_ptr<FileLock> Lock(const std::string& /*path*/) { return nullptr; }
 
     /// Bytes free for this user on the folder's disk; nothing if it cannot be asked.
     virtual std::optional<uint64_t> FreeSpace(const std::string& folder) = 0;

@@ -28,6 +28,10 @@ class Processes {
     /// nowhere. It runs on when the program ends. False if it could not be started.
     virtual bool StartHidden(const HiddenJob& job) = 0;
 
+    /// Name of the process that StartHidden started last, as SystemInfo::RunIsAlive takes it. Empty if it is
+    /// not known.
+    virtual std::string StartedRun() { return {}; }
+
     /// Opens a program or document as a desktop would. Returns above 32 on success, else one of the codes
     /// that ShellErrorText knows (2: not found, 5: access denied, 11: not a program, ...).
     virtual int32_t ShellOpen(const std::string& path, const std::string& parameters,

@@ -20,7 +20,7 @@ std::string EncodeLog(const WorkingFolders& folders) {
 
 std::vector<TemplateParameter> EncoderParameters(const EncoderRow& row, const EncodeRequest& request) {
     const std::string* options = QualityOptions(request.Options, row);
-    return {Text(request.Names.SourceBase),
+    return {Text(request.SourceBase),
             Text(request.Names.TargetBase),
             Text(TagText(request.Media.Artist)),
             Text(TagText(request.Media.Song)),
@@ -31,7 +31,7 @@ std::vector<TemplateParameter> EncoderParameters(const EncoderRow& row, const En
 }
 
 std::vector<TemplateParameter> NormalizeParameters(const EncodeRequest& request) {
-    return {Text(request.Names.SourceBase), Text(EncodeLog(request.Folders)),
+    return {Text(request.SourceBase), Text(EncodeLog(request.Folders)),
             Text(std::to_string(static_cast<uint32_t>(request.SongCounter))),
             Text(request.Folders.SongTempFolder + "/")};
 }
@@ -65,16 +65,20 @@ EncodeCommand MakeEncodeCommand(const EncoderRow& row, const EncodeRequest& requ
         return {{}, "There is no command " + std::string(row.TemplateKey) + " to make this format."};
     }
     ShellScript script(ToolFolders(request.Folders));
+    script.Export("CORVET_SAME_NAME", std::to_string(static_cast<int32_t>(request.SameName)));
+    script.Export("CORVET_WORK", request.Work);
+    script.Export("CORVET_MADE", request.MadeFile);
     if (request.Options.Normalize &&
         !script.AddTemplate(request.Options.NormalizeCommand, NormalizeParameters(request))) {
         return {{}, BrokenTemplate("Normalize")};
     }
-    if (request.Options.DelTemp) script.RememberSong(request.Names.SourceBase);
+    if (request.Options.DelTemp) script.RememberSong(request.SourceBase);
     if (!script.AddTemplate(command, EncoderParameters(row, request))) {
         return {{}, BrokenTemplate(row.TemplateKey)};
     }
+    if (!request.Note.empty()) script.DeleteNoteIfMade(request.Note, request.MadeFile, request.Reader);
     if (request.Options.DelTemp) {
-        script.DeleteIfAllSucceeded(request.Names.SourceBase, request.Names.TargetBase);
+        script.DeleteIfAllSucceeded(request.SourceBase, request.Names.TargetBase);
     }
     return {script.Text(), {}};
 }

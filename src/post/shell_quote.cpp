@@ -41,6 +41,10 @@ std::string ShellScript::Declare(std::string_view value) {
     return name;
 }
 
+void ShellScript::Export(const std::string& name, std::string_view value) {
+    Declarations += name + "=" + ShellWord(value) + "\nexport " + name + "\n";
+}
+
 bool ShellScript::AddTemplate(std::string_view text, std::span<const TemplateParameter> parameters) {
     std::vector<TemplateText> texts;
     for (const TemplateParameter& parameter : parameters) {
@@ -61,6 +65,16 @@ bool ShellScript::AddTemplate(std::string_view text, std::span<const TemplatePar
 void ShellScript::RememberSong(const std::string& base) {
     const std::string song = Declare(base + ".wav");
     Commands += "if [ -r \"$" + song + "\" ]; then exec 9<\"$" + song + "\"; fi\n";
+}
+
+void ShellScript::DeleteNoteIfMade(const std::string& note, const std::string& made,
+                                   const std::string& reader) {
+    const std::string noteName = Declare(note);
+    const std::string madeName = Declare(made);
+    const std::string process = Declare("/proc/" + reader);
+    Commands += "if [ \"$corvet_failed\" -eq 0 ] || [ -s \"$" + madeName + "\" ]; then rm -f -- \"$" +
+                noteName + "\"; fi\n";
+    Commands += "[ -d \"$" + process + "\" ] || rm -f -- \"$" + madeName + "\"\n";
 }
 
 void ShellScript::DeleteIfAllSucceeded(const std::string& base, const std::string& target) {

@@ -47,6 +47,9 @@ class ShellScript {
     /// Folders to be searched for programs ahead of the search path, the first one first.
     explicit ShellScript(std::span<const std::string> programFolders);
 
+    /// Lets all commands see a value under this name in their environment.
+    void Export(const std::string& name, std::string_view value);
+
     /// Adds the commands of a template. `parameters[0]` is %1; at most nine count. A percent sign with any
     /// other character behind it is left alone. False, and nothing is added, for a template whose
     /// quotations or parentheses are not closed: the shell would read what follows as part of them.
@@ -58,6 +61,11 @@ class ShellScript {
     /// Deletes at the end the files of the name `base` with any one extension, if all commands succeeded,
     /// the remembered song file is still the same one, and `base` and `target` lie in different folders.
     void DeleteIfAllSucceeded(const std::string& base, const std::string& target);
+
+    /// Deletes the note of the song at the end, if all commands succeeded or the file `made`, which tells of
+    /// the finished music, is there. Without the process of the number `reader`, nobody is left to read what
+    /// `made` tells, and it goes too.
+    void DeleteNoteIfMade(const std::string& note, const std::string& made, const std::string& reader);
 
     /// The whole command line.
     std::string Text() const;

@@ -128,9 +128,20 @@ class RealEncoders : public ::testing::Test {
         Job.TransferSong();
         EXPECT_TRUE(Processes.WaitForAll(JobLimit));
         for (const JobResult& result : Processes.TakeFinished()) {
-            if (result.Name == Song.JobName) return result.ExitCode;
+            if (result.Name != Song.JobName) continue;
+            const auto music = ReadMadeMusic(Files, Song.MadeFile);
+            Made = music ? music->MusicFile : "";
+            Older = music ? music->Older : "";
+            Files.Delete(Song.MadeFile);
+            NoteStood = Exists(NoteOf(Song));
+            Job.NoteEnd(Song, true);
+            return result.ExitCode;
         }
         return -1;
+    }
+
+    static std::string NoteOf(const TransferredSong& song) {
+        return song.TempFile.substr(0, song.TempFile.size() - 3) + "note";
     }
 
     std::string Content(const std::string& path) { return Files.ReadAll(path, ReadLimit).value_or("(none)"); }
@@ -162,7 +173,16 @@ class RealEncoders : public ::testing::Test {
     RecordingFlags Flags;
     Log Journal{Files, Clock, Options, Folders};
     int32_t SongCounter = 0;
-    TransferJob Job{{Media, Options, Folders, Pause, Flags, SongCounter}, Files, Processes, Journal, {}};
+    SongNotes Notes{Files, Folders};
+    TransferJob Job{{Media, Options, Folders, Pause, Flags, SongCounter, "1-run", {}},
+                    Files,
+                    Processes,
+                    Journal,
+                    Notes,
+                    {}};
+    bool NoteStood = false;  ///< the note was there when the last command had ended
+    std::string Made;        ///< what the last command says of its music file
+    std::string Older;       ///< and of an older one
     TransferredSong Song;
     std::string Root;
 };
@@ -316,6 +336,118 @@ TEST_F(RealEncoders, ANewSongOfTheNameReplacesTheWavFileAndNotItsContent) {
     EXPECT_EQ(Content(Root + "/kept.wav"), first);
 }
 
+TEST_F(RealEncoders, OfTwoSongsOfANameTheLongerKeepsItAndTheOtherIsNumbered) {
+    for (const int32_t encoder : {0, 1, 2, 3}) {
+        const std::string extension(EncoderTable[static_cast<size_t>(encoder)].Extension);
+        const std::string base = Root + "/music/Radio \xc3\x84/Artist - Title";
+        PutSong(ToneFile(44100, 2, 8000));
+        ASSERT_EQ(Transfer(encoder), 0);
+        EXPECT_EQ(Made, base + "." + extension);
+        const std::string longest = Content(Made);
+        PutSong(ToneFile(44100, 1, 7000));
+        ASSERT_EQ(Transfer(encoder), 0);
+        EXPECT_EQ(Made, base + " (2)." + extension);
+        EXPECT_EQ(Content(base + "." + extension), longest);
+        PutSong(ToneFile(44100, 3, 6000));
+        ASSERT_EQ(Transfer(encoder), 0) << Content(Root + "/log/encode.log");
+        EXPECT_EQ(Made, base + "." + extension);
+        EXPECT_EQ(Older, "3");
+        EXPECT_EQ(Content(base + " (3)." + extension), longest);
+    }
+}
+
+TEST_F(RealEncoders, AnOlderSongThatIsNumberedTakesItsCoverAlong) {
+    PutSong(ToneFile(44100, 1, 8000));
+    PutCover("100x100");
+    ASSERT_EQ(Transfer(1), 0);
+    const std::string cover = Root + "/music/Radio \xc3\x84/Artist - Title";
+    const std::string first = Content(cover + ".jpg");
+    PutSong(ToneFile(44100, 2, 8000));
+    PutCover("50x50");
+    ASSERT_EQ(Transfer(1), 0);
+    EXPECT_EQ(Content(cover + " (2).jpg"), first);
+    EXPECT_NE(Content(cover + ".jpg"), first);
+}
+
+TEST_F(RealEncoders, TheSameSongAgainIsThereOnce) {
+    for (const int32_t encoder : {0, 1}) {
+        for (int i = 0; i < 2; ++i) {
+            PutSong(ToneFile(44100, 1, 8000));
+            ASSERT_EQ(Transfer(encoder), 0);
+        }
+    }
+    EXPECT_EQ(Listing(Root + "/music/Radio \xc3\x84"), "Artist - Title.mp3\nArtist - Title.wav\n");
+}
+
+TEST_F(RealEncoders, ByTheOtherRulesLengthDoesNotCount) {
+    Options.SameName = 2;
+    for (const double seconds : {1.0, 2.0, 0.5}) {
+        PutSong(ToneFile(44100, seconds, 8000));
+        ASSERT_EQ(Transfer(0), 0);
+    }
+    EXPECT_EQ(Listing(Root + "/music/Radio \xc3\x84"),
+              "Artist - Title (2).wav\nArtist - Title (3).wav\nArtist - Title.wav\n");
+    EXPECT_EQ(Content(Root + "/music/Radio \xc3\x84/Artist - Title.wav"), ToneFile(44100, 1, 8000));
+    Options.SameName = 0;
+    PutSong(ToneFile(44100, 0.5, 4000));
+    ASSERT_EQ(Transfer(0), 0);
+    EXPECT_EQ(Older, "0");
+    EXPECT_EQ(Content(Root + "/music/Radio \xc3\x84/Artist - Title.wav"), ToneFile(44100, 0.5, 4000));
+}
+
+TEST_F(RealEncoders, NoLinkIsWrittenThrough) {
+    const std::string victim = Root + "/victim";
+    for (const int32_t encoder : {0, 1, 2, 3}) {
+        const std::string extension(EncoderTable[static_cast<size_t>(encoder)].Extension);
+        ASSERT_TRUE(Files.ReplaceAtomically(victim, "precious"));
+        PutSong(ToneFile(44100, 1, 8000));
+        const std::string number = std::to_string(SongCounter + 1);
+        RunShell("mkdir -p " + ShellWord(Root + "/music/Radio \xc3\x84") + "; cd " +
+                 ShellWord(Root + "/music/Radio \xc3\x84") + "; rm -f *; ln -s " + ShellWord(victim) +
+                 " .corvet-1-run-" + number + ".part; ln -s " + ShellWord(victim) + " " +
+                 ShellWord("Artist - Title." + extension));
+        ASSERT_EQ(Transfer(encoder), 0) << Content(Root + "/log/encode.log");
+        EXPECT_EQ(Content(victim), "precious") << encoder;
+        EXPECT_EQ(Made, Root + "/music/Radio \xc3\x84/Artist - Title (2)." + extension);
+    }
+}
+
+TEST_F(RealEncoders, TwoRunsThatNormalizeTheSameSongNumberDoNotMixTheirSound) {
+    Options.Normalize = true;
+    WorkingFolders otherFolders = Folders;
+    MediaState otherMedia = Media;
+    int32_t otherCounter = 0;
+    otherMedia.SongMedia.Song = "Other";
+    otherMedia.SongMedia.TempFileName = "other";
+    TransferJob other{{otherMedia, Options, otherFolders, Pause, Flags, otherCounter, "2-run", {}},
+                      Files,
+                      Processes,
+                      Journal,
+                      Notes,
+                      {}};
+    std::string otherMusic;
+    other.Transferred.Connect([&](const TransferredSong& each) { otherMusic = each.MusicFile; });
+    PutSong(ToneFile(44100, 20, 8000));
+    ASSERT_TRUE(Files.ReplaceAtomically(Folders.SongTempFolder + "/other.wav", ToneFile(44100, 10, 2000)));
+    Options.Encoder = 0;
+    Job.TransferSong();
+    other.TransferSong();
+    ASSERT_TRUE(Processes.WaitForAll(JobLimit));
+    for (const JobResult& result : Processes.TakeFinished()) EXPECT_EQ(result.ExitCode, 0);
+    EXPECT_EQ(Content(Song.MusicFile).size(), ToneFile(44100, 20, 1).size());
+    EXPECT_EQ(Content(otherMusic).size(), ToneFile(44100, 10, 1).size());
+}
+
+TEST_F(RealEncoders, TheCommandDeletesTheNoteOnlyWhenTheMusicIsThere) {
+    PutSong(ToneFile(44100, 1, 8000));
+    ASSERT_EQ(Transfer(1), 0);
+    EXPECT_FALSE(NoteStood);
+    Options.MP3.EncParams.assign(6, "--no-such-option");
+    PutSong(ToneFile(44100, 1, 8000));
+    EXPECT_GT(Transfer(1), 0);
+    EXPECT_TRUE(NoteStood);
+}
+
 TEST_F(RealEncoders, WithDelTempTheTemporaryFilesGoAndTheMusicStays) {
     Options.DelTemp = true;
     for (int32_t encoder = 0; encoder < 6; ++encoder) {
@@ -405,7 +537,10 @@ TEST_F(RealEncoders, ASongThatCannotBeNormalizedIsEncodedAsItIs) {
     Options.Normalize = Options.DelTemp = true;
     const std::string song = ToneFile(44100, 0.5, 8000);
     PutSong(song);
-    ASSERT_TRUE(Files.MakeFolder(Folders.SongTempFolder + "/1.part"));
+    // The place for what sox makes cannot be had.
+    for (const char* mark : {"", ".2", ".3"}) {
+        ASSERT_TRUE(Files.MakeFolder(Folders.SongTempFolder + "/1.1-run-1" + mark + ".part"));
+    }
     EXPECT_GT(Transfer(0), 0);
     EXPECT_EQ(Content(Song.MusicFile), song);
     EXPECT_EQ(Content(Song.TempFile), song);

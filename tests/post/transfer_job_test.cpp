@@ -47,9 +47,12 @@ class TransferJobTest : public ::testing::Test {
     }
 
     bool Exists(const std::string& path) { return Bench.Sim.Files.Exists(path); }
+    /// The temporary files but the notes.
     std::vector<std::string> TempFiles() {
         std::vector<std::string> names;
-        for (const FileEntry& entry : Bench.Sim.Files.List("/temp/Corvet")) names.push_back(entry.Name);
+        for (const FileEntry& entry : Bench.Sim.Files.List("/temp/Corvet")) {
+            if (!entry.Name.ends_with(".note")) names.push_back(entry.Name);
+        }
         return names;
     }
 
@@ -58,18 +61,31 @@ class TransferJobTest : public ::testing::Test {
 
     Testing::PostBench Bench;
     int32_t SongCounter = 41;
-    int32_t StoredCounter = 0;
+    int32_t StoredCounter = 41;
+    bool CounterFails = false;
     int32_t Unloads = 0;
     std::vector<std::string> Excluded;
     std::vector<TransferredSong> Songs;
-    TransferJob Job{{Bench.Media, Bench.Options, Bench.Folders, Bench.Pause, Bench.Flags, SongCounter},
-                    Bench.Sim.Files,
-                    Bench.Sim.Processes,
-                    Bench.Journal,
-                    {[this](int32_t list, const std::string& entry) {
-                         Excluded.push_back(std::to_string(list) + " " + entry);
-                     },
-                     [this](int32_t counter) { StoredCounter = counter; }, [this] { ++Unloads; }}};
+    SongNotes Notes{Bench.Sim.Files, Bench.Folders};
+    TransferJob MakeJob() {
+        return {{Bench.Media, Bench.Options, Bench.Folders, Bench.Pause, Bench.Flags, SongCounter, "run-1",
+                 Inputs},
+                Bench.Sim.Files,
+                Bench.Sim.Processes,
+                Bench.Journal,
+                Notes,
+                {[this](int32_t list, const std::string& entry) {
+                     Excluded.push_back(std::to_string(list) + " " + entry);
+                 },
+                 [this]() -> std::optional<int32_t> {
+                     if (CounterFails) return std::nullopt;
+                     return ++StoredCounter;
+                 },
+                 [this] { ++Unloads; }}};
+    }
+
+    std::vector<std::string> Inputs;
+    TransferJob Job = MakeJob();
 };
 
 TEST_F(TransferJobTest, TheTemporaryFilesGetTheFinalName) {
@@ -185,6 +201,7 @@ TEST_F(TransferJobTest, TheSongCounterRisesForEverySong) {
 
 TEST_F(TransferJobTest, TheSongCounterGoesOnPastItsLargestNumber) {
     SongCounter = std::numeric_limits<int32_t>::max();
+    CounterFails = true;
     Job.TransferSong();
     EXPECT_EQ(SongCounter, std::numeric_limits<int32_t>::min());
 }
@@ -294,10 +311,10 @@ TEST_F(TransferJobTest, TheJobFailsWithItsEncoder) {
 
 TEST_F(TransferJobTest, OnlyWithDelTempAnythingIsDeletedAtTheEnd) {
     Job.TransferSong();
-    EXPECT_THAT(Bench.Sim.Processes.Jobs[0].CommandLine, ::testing::Not(HasSubstr("rm -f")));
+    EXPECT_THAT(Bench.Sim.Processes.Jobs[0].CommandLine, ::testing::Not(HasSubstr("for corvet_file")));
     Bench.Options.DelTemp = true;
     Job.TransferSong();
-    EXPECT_THAT(Bench.Sim.Processes.Jobs[1].CommandLine, HasSubstr("rm -f"));
+    EXPECT_THAT(Bench.Sim.Processes.Jobs[1].CommandLine, HasSubstr("for corvet_file"));
 }
 
 TEST_F(TransferJobTest, TheJobRunsInTheProgramFolderWithItsToolsAheadOfTheSearchPath) {
@@ -330,11 +347,11 @@ TEST_F(TransferJobTest, WithMediaDataSwitchedOffTheLineNamesTheTemporaryFile) {
     EXPECT_EQ(Bench.LogLines(), "WAV44\t" + std::string(Stamp) + "\n");
 }
 
-TEST_F(TransferJobTest, TheLineOfAnUnknownSongHoldsTheHyphenOnly) {
+TEST_F(TransferJobTest, TheLineOfAnUnknownSongNamesTheTemporaryFile) {
     Bench.Media.SongMedia.Artist.clear();
     Bench.Media.SongMedia.Song.clear();
     Job.TransferSong();
-    EXPECT_EQ(Bench.LogLines(), "WAV44\t - \n");
+    EXPECT_EQ(Bench.LogLines(), "WAV44\t" + std::string(Stamp) + "\n");
 }
 
 TEST_F(TransferJobTest, AnEncoderOutsideTheTableIsToldAndTheSongStays) {
@@ -347,7 +364,8 @@ TEST_F(TransferJobTest, AnEncoderOutsideTheTableIsToldAndTheSongStays) {
     EXPECT_THAT(Bench.Sim.Processes.Jobs, IsEmpty());
     EXPECT_EQ(Bench.LogLines(),
               "ERROR\tThere is no encoder 6. The song stays as /temp/Corvet/Artist - Title.wav\n"
-              "ERROR\tThere is no encoder -1. The song stays as /temp/Corvet/Artist - Title.wav\n");
+              "ERROR\tThere is no encoder -1.\n")
+        << "the second time there is no file";
 }
 
 TEST_F(TransferJobTest, AQualityOutsideItsListIsToldAndTheSongStays) {
@@ -359,7 +377,7 @@ TEST_F(TransferJobTest, AQualityOutsideItsListIsToldAndTheSongStays) {
     EXPECT_THAT(Bench.Sim.Processes.Jobs, IsEmpty());
     EXPECT_EQ(Bench.LogLines(),
               "ERROR\tThere is no quality 2 for MP3. The song stays as /temp/Corvet/Artist - Title.wav\n"
-              "ERROR\tThere is no quality -1 for MP3. The song stays as /temp/Corvet/Artist - Title.wav\n");
+              "ERROR\tThere is no quality -1 for MP3.\n");
     EXPECT_EQ(SongCounter, 43);
 }
 
@@ -398,6 +416,84 @@ TEST_F(TransferJobTest, ThePendingEndOfTheProgramFollowsTheSong) {
     Job.TransferSong();
     EXPECT_EQ(Unloads, 3);
     EXPECT_EQ(Songs.size(), 4U);
+}
+
+TEST_F(TransferJobTest, ASongWhoseNameAnUnfinishedOneHasGetsANumberAndLeavesItsFilesAlone) {
+    Job.TransferSong();
+    Bench.Sim.Files.Put("/temp/Corvet/second.wav", "second sound");
+    Bench.Media.SongMedia.TempFileName = "second";
+    Job.TransferSong();
+    EXPECT_THAT(TempFiles(), ElementsAre("Artist - Title (2).wav", "Artist - Title.wav"));
+    EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.wav"), "sound");
+    EXPECT_THAT(Bench.Sim.Processes.Jobs[1].CommandLine, HasSubstr("/temp/Corvet/Artist - Title (2)'"));
+    EXPECT_EQ(Songs[1].MusicFile, Songs[0].MusicFile) << "the command decides about the music";
+}
+
+TEST_F(TransferJobTest, ANoteStaysUntilTheMusicFileIsThere) {
+    Bench.Sim.Files.Put("/temp/Corvet/" + std::string(Stamp) + ".note", "[Song]\n");
+    Job.TransferSong();
+    EXPECT_FALSE(Exists("/temp/Corvet/" + std::string(Stamp) + ".note"));
+    const std::string note = Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.note").value_or("");
+    for (const char* line : {"Run=\"run-1\"", "HandedOn=1", "Number=42", "Work=\"run-1-42\"", "Wanted=1",
+                             "Title=\"Title\"", "Encoder=\"job-1\""}) {
+        EXPECT_THAT(note, HasSubstr(line));
+    }
+    Job.NoteEnd(Songs[0], false);
+    EXPECT_TRUE(Exists("/temp/Corvet/Artist - Title.note"));
+    Job.NoteEnd(Songs[0], true);
+    EXPECT_FALSE(Exists("/temp/Corvet/Artist - Title.note"));
+}
+
+TEST_F(TransferJobTest, WhatIsEncodedOfflineHasNoNote) {
+    Bench.Options.EncodeOffline = true;
+    Job.TransferSong();
+    EXPECT_FALSE(Exists("/temp/Corvet/Artist - Title.note"));
+}
+
+TEST_F(TransferJobTest, OfSongsThatStayTheLongerKeepsTheNameAndTheOtherIsNumbered) {
+    Bench.Options.EncodeOffline = true;
+    Job.TransferSong();
+    const auto another = [&](const std::string& sound) {
+        Bench.Sim.Files.Put("/temp/Corvet/next.wav", sound);
+        Bench.Media.SongMedia.TempFileName = "next";
+        Job.TransferSong();
+    };
+    another("longer sound");
+    another("x");
+    EXPECT_THAT(TempFiles(),
+                ElementsAre("Artist - Title (2).wav", "Artist - Title (3).wav", "Artist - Title.wav"));
+    EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.wav"), "longer sound");
+    EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title (2).wav"), "sound");
+    Bench.Options.SameName = 2;
+    another("the longest sound of all");
+    EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.wav"), "longer sound");
+    Bench.Options.SameName = 0;
+    another("y");
+    EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.wav"), "y");
+}
+
+TEST_F(TransferJobTest, AFileThatIsBeingRecordedIsNeitherDeletedNorItsNameTaken) {
+    Bench.Sim.Files.Put("/temp/Corvet/Artist - Title.wav", "input");
+    Inputs.push_back("/temp/Corvet/Artist - Title.wav");
+    Bench.Sim.Files.Put("/music/Pop/Artist - Title.wav", "input too");
+    Inputs.push_back("/music/Pop/Artist - Title.wav");
+    Bench.Options.EncoderCommand[0] = "printf %s \"$CORVET_SAME_NAME\"";
+    Bench.Options.SameName = 0;
+    TransferJob job = MakeJob();
+    job.TransferSong();
+    EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.wav"), "input");
+    EXPECT_TRUE(Exists("/temp/Corvet/Artist - Title (2).wav"));
+    EXPECT_EQ(RunLastJob().Output, "2") << "the music is numbered whatever the rule";
+}
+
+TEST_F(TransferJobTest, TheCommandIsToldTheRuleForMusicOfTheSameName) {
+    Bench.Options.EncoderCommand[0] = "printf %s \"$CORVET_SAME_NAME,$CORVET_WORK,$CORVET_MADE\"";
+    for (const int32_t rule : {0, 1, 2}) {
+        Bench.Options.SameName = rule;
+        Job.TransferSong();
+        EXPECT_THAT(RunLastJob().Output, ::testing::StartsWith(std::to_string(rule) + ",run-1-4"));
+        EXPECT_THAT(RunLastJob().Output, HasSubstr(",/temp/Corvet/run-1-4"));
+    }
 }
 
 TEST_F(TransferJobTest, TheTimerRunsTheJobOnce) {

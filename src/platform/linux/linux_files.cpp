@@ -2,14 +2,17 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <chrono>
 #include <cstdio>
 #include <limits>
+#include <thread>
 
 #include "platform/linux/descriptor.h"
 #include "platform/linux/new_file.h"
@@ -143,6 +146,12 @@ std::unique_ptr<File> LinuxFiles::Create(const std::string& path) {
     return std::make_unique<LinuxFile>(std::move(file), lastError, syncer);
 }
 
+std::unique_ptr<File> LinuxFiles::CreateNew(const std::string& path) {
+    Descriptor file = OpenFile(path, O_WRONLY | O_CREAT | O_EXCL);
+    if (!Result(static_cast<bool>(file))) return nullptr;
+    return std::make_unique<LinuxFile>(std::move(file), lastError, syncer);
+}
+
 std::optional<std::string> LinuxFiles::ReadAll(const std::string& path, uint64_t limit) {
     const std::optional<Readable> file = OpenForReading(path);
     if (!Result(file.has_value())) return std::nullopt;
@@ -257,6 +266,35 @@ std::vector<FileEntry> LinuxFiles::List(const std::string& folder) {
     }
     std::ranges::sort(entries, {}, &FileEntry::Name);
     return entries;
+}
+
+bool LinuxFiles::SameFile(const std::string& one, const std::string& other) {
+    struct stat first {};
+    struct stat second {};
+    return stat(one.c_str(), &first) == 0 && stat(other.c_str(), &second) == 0 &&
+           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+std::unique_ptr<FileLock> LinuxFiles::Lock(const std::string& path) {
+    class HeldLock : public FileLock {
+     public:
+        explicit HeldLock(Descriptor open) : file(std::move(open)) {}
+
+     private:
+        Descriptor file;  // its closing gives the lock back
+    };
+    Descriptor file = OpenFile(path, O_RDWR | O_CREAT | O_NOFOLLOW);
+    if (!Result(static_cast<bool>(file))) return nullptr;
+    // Whoever holds it does so for the time of one small write. A process that was stopped in the middle of
+    // that must not stop this one.
+    constexpr int tries = 200;
+    for (int i = 0; i < tries; ++i) {
+        if (flock(file.Number(), LOCK_EX | LOCK_NB) == 0) return std::make_unique<HeldLock>(std::move(file));
+        if (errno != EWOULDBLOCK && errno != EINTR) break;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    Result(false);
+    return nullptr;
 }
 
 std::optional<uint64_t> LinuxFiles::FreeSpace(const std::string& folder) {

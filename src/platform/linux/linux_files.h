@@ -16,6 +16,7 @@ class LinuxFiles : public Files {
     LinuxFiles();
 
     std::unique_ptr<File> Create(const std::string& path) override;
+    std::unique_ptr<File> CreateNew(const std::string& path) override;
     std::optional<std::string> ReadAll(const std::string& path, uint64_t limit) override;
     std::optional<std::string> ReadPart(const std::string& path, uint64_t offset, size_t count) override;
     bool Patch(const std::string& path, uint64_t offset, std::string_view bytes) override;
@@ -39,6 +40,8 @@ class LinuxFiles : public Files {
     bool IsFolder(const std::string& path) override;
     std::optional<uint64_t> FileSize(const std::string& path) override;
     std::vector<FileEntry> List(const std::string& folder) override;
+    bool SameFile(const std::string& one, const std::string& other) override;
+    std::unique_ptr<FileLock> Lock(const std::string& path) override;
     std::optional<uint64_t> FreeSpace(const std::string& folder) override;
 
     /// errno of the last failure, of these operations and of the files opened by Create.

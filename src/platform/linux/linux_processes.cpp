@@ -16,6 +16,7 @@
 
 #include "platform/linux/child.h"
 #include "platform/linux/descriptor.h"
+#include "platform/linux/linux_system.h"
 #include "platform/linux/program_search.h"
 #include "platform/linux/thread_signals.h"
 
@@ -211,6 +212,7 @@ bool LinuxProcesses::StartHidden(const HiddenJob& job) {
     const StartedChild child =
         StartChild({"/bin/sh", {"/bin/sh", "-c", job.CommandLine}, job.WorkingFolder, 10});
     if (child.Pid < 0) return false;
+    startedRun = RunNameOf(child.Pid);  // before anybody can collect it
     collector->Watch(child.Pid, job.Name);
     return true;
 }

@@ -27,6 +27,8 @@ class LinuxProcesses : public Processes {
     /// its own file. False if the shell or the working folder is not there.
     bool StartHidden(const HiddenJob& job) override;
 
+    std::string StartedRun() override { return startedRun; }
+
     /// A program file is started with its parameters, without a shell. Anything else, also a folder or an
     /// address such as "https://...", is handed to the desktop through xdg-open, without the parameters.
     /// A name without a folder is searched on the search path. An empty working folder means this one.
@@ -42,6 +44,7 @@ class LinuxProcesses : public Processes {
  private:
     class Collector;
     std::unique_ptr<Collector> collector;
+    std::string startedRun;
 };
 
 }  // namespace Corvetape

@@ -33,9 +33,14 @@ std::string StartOf(const std::string& process) {
 
 }  // namespace
 
+std::string RunNameOf(int process) {
+    const std::string number = std::to_string(process);
+    const std::string start = StartOf(number);
+    return start.empty() ? start : number + "-" + start;
+}
+
 std::string LinuxSystemInfo::RunName() {
-    const std::string process = std::to_string(getpid());
-    return process + "-" + StartOf(process);
+    return RunNameOf(getpid());
 }
 
 bool LinuxSystemInfo::RunIsAlive(const std::string& runName) {
@@ -43,7 +48,8 @@ bool LinuxSystemInfo::RunIsAlive(const std::string& runName) {
     if (dash == 0 || dash == std::string::npos) return false;
     const std::string process = runName.substr(0, dash);
     if (process.find_first_not_of("0123456789") != std::string::npos) return false;
-    return StartOf(process) == runName.substr(dash + 1);
+    const std::string start = StartOf(process);
+    return !start.empty() && start == runName.substr(dash + 1);
 }
 
 SystemVersion LinuxSystemInfo::Version() {

@@ -4,6 +4,9 @@
 
 namespace Corvetape {
 
+/// The name of a process of this machine as a run; empty if there is none of this number.
+std::string RunNameOf(int process);
+
 class LinuxSystemInfo : public SystemInfo {
  public:
     /// Platform 2, version 6.0: the record of a system on which every input is a device of its own, which

@@ -140,6 +140,17 @@ class WriteBehindFile : public File {
 std::unique_ptr<File> WriteBehindFiles::Create(const std::string& path) {
     auto disk = std::make_unique<LinuxFiles>();
     std::unique_ptr<File> file = disk->Create(path);
+    return Behind(std::move(disk), std::move(file));
+}
+
+std::unique_ptr<File> WriteBehindFiles::CreateNew(const std::string& path) {
+    auto disk = std::make_unique<LinuxFiles>();
+    std::unique_ptr<File> file = disk->CreateNew(path);
+    return Behind(std::move(disk), std::move(file));
+}
+
+/// `file` of `disk`, or the number of its failure.
+std::unique_ptr<File> WriteBehindFiles::Behind(std::unique_ptr<LinuxFiles> disk, std::unique_ptr<File> file) {
     if (!file) {
         *ErrorPlace() = disk->LastError();
         return nullptr;

@@ -14,6 +14,10 @@ namespace Corvetape {
 class WriteBehindFiles : public LinuxFiles {
  public:
     std::unique_ptr<File> Create(const std::string& path) override;
+    std::unique_ptr<File> CreateNew(const std::string& path) override;
+
+ private:
+    std::unique_ptr<File> Behind(std::unique_ptr<LinuxFiles> disk, std::unique_ptr<File> file);
 };
 
 }  // namespace Corvetape

@@ -123,6 +123,17 @@ std::unique_ptr<File> SimFiles::Create(const std::string& path) {
     return std::make_unique<SimFile>(*this, normal, std::move(created.Data));
 }
 
+std::unique_ptr<File> SimFiles::CreateNew(const std::string& path) {
+    if (!Done(Disk.Find(SimDisk::Normal(path)) != nullptr ? EEXIST : 0)) return nullptr;
+    return Create(path);
+}
+
+bool SimFiles::SameFile(const std::string& one, const std::string& other) {
+    const SimDisk::Node* first = Disk.Find(SimDisk::Normal(one));
+    const SimDisk::Node* second = Disk.Find(SimDisk::Normal(other));
+    return first != nullptr && second != nullptr && !first->IsFolder() && first->Data == second->Data;
+}
+
 std::optional<std::string> SimFiles::ReadAll(const std::string& path, uint64_t limit) {
     const std::string normal = SimDisk::Normal(path);
     if (!Passes(FileOperation::Read, normal)) return std::nullopt;

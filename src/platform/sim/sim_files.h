@@ -31,6 +31,7 @@ class SimFiles : public Files {
     SimFiles& operator=(const SimFiles&) = delete;
 
     std::unique_ptr<File> Create(const std::string& path) override;
+    std::unique_ptr<File> CreateNew(const std::string& path) override;
     std::optional<std::string> ReadAll(const std::string& path, uint64_t limit) override;
     std::optional<std::string> ReadPart(const std::string& path, uint64_t offset, size_t count) override;
     bool Patch(const std::string& path, uint64_t offset, std::string_view bytes) override;
@@ -44,6 +45,7 @@ class SimFiles : public Files {
     bool IsFolder(const std::string& path) override;
     std::optional<uint64_t> FileSize(const std::string& path) override;
     std::vector<FileEntry> List(const std::string& folder) override;
+    bool SameFile(const std::string& one, const std::string& other) override;
     std::optional<uint64_t> FreeSpace(const std::string& folder) override;
     int32_t LastError() const override { return Error; }
 

@@ -13,6 +13,13 @@ SimMachine::SimMachine(SimMachineOptions options)
       System(options.Seed),
       Instance(options.Place != nullptr ? std::move(options.Place) : std::make_shared<InstancePlace>()) {
     Files.DelayWith([this](std::chrono::milliseconds delay) { Loop.Sleep(delay); });
+    Processes.OnRun = [this](const std::string& run, bool alive) {
+        if (alive) {
+            System.AliveRuns.insert(run);
+        } else {
+            System.AliveRuns.erase(run);
+        }
+    };
     Files.MakeFolders("/home/user/.cache");
     Files.MakeFolders("/home/user/.config");
     Files.MakeFolders(Folders.Program);

@@ -19,11 +19,14 @@ bool SimProcesses::StartHidden(const HiddenJob& job) {
     Jobs.push_back(job);
     if (RefuseJobs) return false;
     const std::chrono::milliseconds duration = DurationOf ? DurationOf(job) : std::chrono::milliseconds(0);
+    LastRun = "job-" + std::to_string(++Runs);
     if (duration.count() <= 0) {
         Finish(job);
         return true;
     }
-    RunningJobs.push_back({job, Time.MonotonicNanoseconds() + std::chrono::nanoseconds(duration).count()});
+    RunningJobs.push_back(
+        {job, Time.MonotonicNanoseconds() + std::chrono::nanoseconds(duration).count(), LastRun});
+    Tell(LastRun, true);
     Arm();
     return true;
 }
@@ -70,9 +73,16 @@ void SimProcesses::FinishDue() {
         const auto next = std::ranges::min_element(RunningJobs, {}, &RunningJob::EndsAt);
         if (next->EndsAt > Time.MonotonicNanoseconds()) break;
         const HiddenJob job = std::move(next->Job);
+        Tell(next->Run, false);
         RunningJobs.erase(next);
         Finish(job);
     }
+    Arm();
+}
+
+void SimProcesses::KillAll() {
+    for (const RunningJob& job : RunningJobs) Tell(job.Run, false);
+    RunningJobs.clear();
     Arm();
 }
 

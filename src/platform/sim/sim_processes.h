@@ -31,11 +31,18 @@ class SimProcesses : public Processes {
     bool StartHidden(const HiddenJob& job) override;
     int32_t ShellOpen(const std::string& path, const std::string& parameters,
                       const std::string& workingFolder) override;
+    std::string StartedRun() override { return LastRun; }
     size_t Running() override;
     std::vector<JobResult> TakeFinished() override;
 
     /// Moves virtual time on by at most `limit`, handling no events.
     bool WaitForAll(std::chrono::milliseconds limit) override;
+
+    /// All jobs are gone at once, with the recorder, and have done nothing.
+    void KillAll();
+
+    /// Told when the process of a job begins and ends.
+    std::function<void(const std::string& run, bool alive)> OnRun;
 
     /// Everything that was asked for, in order, also what was refused.
     std::vector<HiddenJob> Jobs;
@@ -57,10 +64,14 @@ class SimProcesses : public Processes {
     struct RunningJob {
         HiddenJob Job;
         int64_t EndsAt = 0;  ///< monotonic nanoseconds
+        std::string Run;
     };
 
     void FinishDue();
     void Finish(const HiddenJob& job);
+    void Tell(const std::string& run, bool alive) {
+        if (OnRun) OnRun(run, alive);
+    }
     void Arm();
     int64_t NextEnd() const;
 
@@ -69,6 +80,8 @@ class SimProcesses : public Processes {
     std::unique_ptr<LoopTimer> Timer;
     std::vector<RunningJob> RunningJobs;  ///< in the order of their starts
     std::vector<JobResult> Finished;
+    std::string LastRun;
+    size_t Runs = 0;
 };
 
 }  // namespace Corvetape

@@ -1,4 +1,4 @@
-#include "recording/song_notes.h"
+#include "post/song_notes.h"
 
 #include <gtest/gtest.h>
 
@@ -44,7 +44,13 @@ class SongNotesTest : public testing::Test {
     }
 
     std::vector<LeftSong> Found() {
-        return FindLeftSongs(Machine.Files, Folder, [](const std::string& run) { return run == "alive"; });
+        std::vector<LeftSong> songs;
+        for (const std::string& name : ListNotedSongs(Machine.Files, Folder)) {
+            const auto song = ReadLeftSong(Machine.Files, Folder, name,
+                                           [](const std::string& run) { return run == "alive"; });
+            if (song) songs.push_back(*song);
+        }
+        return songs;
     }
 
     bool Exists(const std::string& name) {
@@ -105,6 +111,76 @@ TEST_F(SongNotesTest, ASongOfARunThatStillRunsIsLeftAlone) {
     SongNote note = Note(true);
     note.Run = "alive";
     Notes.Write("song", note);
+    EXPECT_TRUE(Found().empty());
+}
+
+TEST_F(SongNotesTest, ASongWhoseEncoderStillWorksIsLeftToIt) {
+    SongNote note = Note(true);
+    note.HandedOn = 1;
+    note.Encoder = "alive";
+    Notes.Store("song", note);
+    EXPECT_TRUE(Found().empty());
+    note.Encoder = "gone";
+    Notes.Store("song", note);
+    EXPECT_EQ(Found().size(), 1u);
+}
+
+TEST_F(SongNotesTest, ASongIsHandedOnASecondTimeAndThenNoMore) {
+    SongNote note = Note(true);
+    note.HandedOn = 1;
+    note.LeastSeconds = 0;
+    LeaveSong("song", 40);
+    Notes.Store("song", note);
+    EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Fate, LeftSongFate::Transfer);
+    note.HandedOn = 2;
+    Notes.Store("song", note);
+    EXPECT_TRUE(Found().empty());
+}
+
+TEST_F(SongNotesTest, ASongWhoseMusicIsThereIsNotHandedOnAgain) {
+    SongNote note = Note(true);
+    note.HandedOn = 1;
+    note.Work = "run-1-7";
+    LeaveSong("song", 40);
+    Notes.Store("song", note);
+    Machine.Files.Put(MadeFileOf(Folder, "run-1-7"), "/music/song.mp3\n");
+    EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Fate, LeftSongFate::IsMade);
+}
+
+TEST_F(SongNotesTest, WhatAnEncoderHasNotFinishedGoesAndNothingElse) {
+    SongNote note = Note(true);
+    note.HandedOn = 1;
+    note.Number = 7;
+    note.Work = "run-1-7";
+    note.MusicFolder = "/music/Pop";
+    const std::vector<std::string> gone = {"/music/Pop/.corvet-run-1-7.part",
+                                           "/music/Pop/.corvet-run-1-7.part.new",
+                                           std::string(Folder) + "/7.run-1-7.part"};
+    const std::vector<std::string> stay = {"/music/Pop/.corvet-run-2-7.part", "/music/Pop/Ann.mp3",
+                                           std::string(Folder) + "/7.part"};
+    for (const auto* paths : {&gone, &stay}) {
+        for (const std::string& path : *paths) Machine.Files.Put(path, "x");
+    }
+    DeleteHalfMade(Machine.Files, Folder, note);
+    for (const std::string& path : gone) EXPECT_FALSE(Machine.Files.Exists(path)) << path;
+    for (const std::string& path : stay) EXPECT_TRUE(Machine.Files.Exists(path)) << path;
+    note.Work = "../../music/Pop/Ann";
+    DeleteHalfMade(Machine.Files, Folder, note);
+    EXPECT_TRUE(Machine.Files.Exists("/music/Pop/Ann.mp3"));
+}
+
+TEST_F(SongNotesTest, ANameIsClaimedOnce) {
+    EXPECT_EQ(Notes.Claim("song", Note(true)), SongNotes::Claimed::Yes);
+    EXPECT_EQ(Notes.Claim("song", Note(true)), SongNotes::Claimed::Taken);
+    Notes.Remove("song");
+    FileFault fault;
+    fault.Operation = FileOperation::Create;
+    Machine.Files.AddFault(fault);
+    EXPECT_EQ(Notes.Claim("song", Note(true)), SongNotes::Claimed::Failed);
+}
+
+TEST_F(SongNotesTest, AClaimThatIsBeingMadeIsNoLeftSong) {
+    Machine.Files.Put(std::string(Folder) + "/song.note", "");
     EXPECT_TRUE(Found().empty());
 }
 
