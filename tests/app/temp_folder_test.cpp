@@ -32,13 +32,25 @@ void RecordTheSong(World& world) {
 }
 
 const std::string Song = std::string(SongTempFolder) + "/Band 1 - Song 1.wav";
+const std::string Note = std::string(SongTempFolder) + "/Band 1 - Song 1.note";
 
-TEST(TempFolder, GoesWithAllFilesInIt) {
+TEST(TempFolder, GoesWithTheSongsOfThisRun) {
     World world(OneSong({{"Options", "DelTempFolder", "1"}}));
     RecordTheSong(world);
-    world.Disk().Put(SongTempFolder + std::string("/something else.txt"), "text");
+    world.RunFor(5);
     world.Recorder->Unload();
     EXPECT_FALSE(world.Disk().Exists(SongTempFolder));
+}
+
+TEST(TempFolder, StaysWithWhateverThisRunHasNotMade) {
+    World world(OneSong({{"Options", "DelTempFolder", "1"}}));
+    const std::string folder = std::string(SongTempFolder) + "/";
+    world.Disk().Put(folder + "Other - Song.wav", "a song that was promised to stay");
+    world.Disk().Put(folder + "something else.txt", "text");
+    RecordTheSong(world);
+    world.Finish();
+    EXPECT_THAT(world.Disk().Tree(SongTempFolder),
+                ElementsAre(folder + "Other - Song.wav", folder + "something else.txt"));
 }
 
 TEST(TempFolder, StaysWithoutTheOption) {
@@ -61,9 +73,8 @@ TEST(TempFolder, StaysWithASongThatIsStillEncodedAndGoesBehindIt) {
     options.EncodingTime = std::chrono::minutes(5);
     World world(std::move(options));
     RecordTheSong(world);
-    world.Disk().Put(SongTempFolder + std::string("/something else.txt"), "text");
     world.Recorder->Unload();
-    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(Song));
+    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(Note, Song));
 
     ASSERT_TRUE(world.Computer.Processes.WaitForAll(std::chrono::minutes(10)));
     world.Recorder->CollectJobs();
@@ -84,20 +95,9 @@ TEST(TempFolder, StaysWithTheSongsThatAnotherRunIsWriting) {
         world.Disk().Put(folder + name + ".wav", "samples");
     }
     world.Finish();
-    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(folder + "one.note", folder + "one.wav"));
-}
-
-TEST(TempFolder, StaysWithWhatACommandKeepsUnderTheNumberOfItsSong) {
-    WorldOptions options = OneSong({{"Options", "DelTempFolder", "1"}});
-    options.EncodingTime = std::chrono::minutes(5);
-    World world(std::move(options));
-    RecordTheSong(world);
-    const std::string folder = std::string(SongTempFolder) + "/";
-    for (const char* name : {"1", "1.part", "12.part", "2.part"}) world.Disk().Put(folder + name, "samples");
-    world.Recorder->Unload();
-    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(folder + "1", folder + "1.part", Song));
-    world.Finish();
-    EXPECT_FALSE(world.Disk().Exists(SongTempFolder));
+    EXPECT_THAT(world.Disk().Tree(SongTempFolder),
+                ElementsAre(folder + "one.note", folder + "one.wav", folder + "two.note", folder + "two.wav"))
+        << "the next start looks after the songs of a run that has ended";
 }
 
 TEST(TempFolder, StaysWithASongWhoseEncoderHasFailed) {
@@ -106,10 +106,10 @@ TEST(TempFolder, StaysWithASongWhoseEncoderHasFailed) {
     RecordTheSong(world);
     world.Finish();
     EXPECT_THAT(world.EndedJobs, SizeIs(1));
-    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(Song));
+    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(Note, Song));
 }
 
-TEST(TempFolder, GoesThoughTheEncoderOfASongFailedWhoseNameTheNextOneTook) {
+TEST(TempFolder, KeepsASongWhoseEncoderFailedThoughTheNextOneHasItsName) {
     WorldOptions options = OneSong({{"Options", "DelTempFolder", "1"}});
     ScriptSong song;
     song.Seconds = 10;
@@ -122,8 +122,8 @@ TEST(TempFolder, GoesThoughTheEncoderOfASongFailedWhoseNameTheNextOneTook) {
     world.RunFor(30);
     world.Finish();
     ASSERT_THAT(world.EndedJobs, SizeIs(2));
-    EXPECT_EQ(world.Transferred[0].TempFile, world.Transferred[1].TempFile);
-    EXPECT_FALSE(world.Disk().Exists(SongTempFolder));
+    EXPECT_TRUE(world.Disk().Exists(world.Transferred[0].TempFile));
+    EXPECT_FALSE(world.Disk().Exists(world.Transferred[1].TempFile));
 }
 
 TEST(TempFolder, StaysWithASongWhoseEncoderCouldNotBeStarted) {
@@ -131,7 +131,7 @@ TEST(TempFolder, StaysWithASongWhoseEncoderCouldNotBeStarted) {
     world.Computer.Processes.RefuseJobs = true;
     RecordTheSong(world);
     world.Finish();
-    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(Song));
+    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(Note, Song));
 }
 
 TEST(TempFolder, StaysWithASongForWhichThereIsNoCommand) {
@@ -140,7 +140,7 @@ TEST(TempFolder, StaysWithASongForWhichThereIsNoCommand) {
     RecordTheSong(world);
     world.Finish();
     EXPECT_THAT(world.Logged("ERROR"), ElementsAre(HasSubstr("The song stays as " + Song)));
-    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(Song));
+    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(Note, Song));
 }
 
 TEST(TempFolder, StaysWithASongThatCouldNotBeRenamed) {
@@ -148,11 +148,12 @@ TEST(TempFolder, StaysWithASongThatCouldNotBeRenamed) {
     FileFault fault;
     fault.Operation = FileOperation::Rename;
     world.Disk().AddFault(fault);
+    world.Computer.Processes.OnJob = [](const HiddenJob&) { return 1; };  // there is no song of its name
     RecordTheSong(world);
     world.Finish();
-    const std::string stamped = std::string(SongTempFolder) + "/240514120003.wav";
-    EXPECT_EQ(world.Transferred[0].TempFile, stamped);
-    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(stamped));
+    const std::string stamped = std::string(SongTempFolder) + "/240514120003";
+    EXPECT_EQ(world.Transferred[0].TempFile, stamped + ".wav");
+    EXPECT_THAT(world.Disk().Tree(SongTempFolder), ElementsAre(stamped + ".note", stamped + ".wav"));
 }
 
 TEST(TempFolder, StaysWithASongThatWasBrokenOffByItsDisk) {

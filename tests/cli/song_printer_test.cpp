@@ -112,14 +112,15 @@ TEST_F(SongPrinterTest, TheNamesAreThoseOfTheHandOver) {
     EXPECT_THAT(Songs()[0], testing::HasSubstr("\"artist\":\"Ann\",\"title\":\"One\""));
 }
 
-TEST_F(SongPrinterTest, ARefusedSongIsNamedWithWhereItStays) {
+TEST_F(SongPrinterTest, ARefusedSongIsNamed) {
     json.TellEncodeLog("/log/encode.log");
     json.Closed(Closed("a"));
     json.Transferred(Transferred("a", "job"));
     json.JobEnded({"job", 3});
     EXPECT_THAT(Files(), ElementsAre(""));
     EXPECT_THAT(Errors(), ElementsAre("corvetape-cli: no music file of a: its encoder ended with code 3, see "
-                                      "/log/encode.log; the song stays as /temp/a.wav"));
+                                      "/log/encode.log"))
+        << "there is no temporary song that could stay";
     EXPECT_EQ(json.RefusedSongs(), 1);
 }
 
@@ -127,9 +128,7 @@ TEST_F(SongPrinterTest, AnEncoderThatCouldNotBeStartedIsARefusal) {
     json.Closed(Closed("a"));
     json.Transferred(Transferred("a", ""));
     EXPECT_THAT(Files(), ElementsAre(""));
-    EXPECT_THAT(Errors(),
-                ElementsAre("corvetape-cli: no music file of a: its encoder could not be started; the "
-                            "song stays as /temp/a.wav"));
+    EXPECT_THAT(Errors(), ElementsAre("corvetape-cli: no music file of a: its encoder could not be started"));
     EXPECT_EQ(json.RefusedSongs(), 1);
 }
 
@@ -163,31 +162,15 @@ TEST_F(SongPrinterTest, ASongOfAnEarlierRunIsNotListedButItsRefusalIs) {
     EXPECT_EQ(json.KeptSongs(), 1);
 }
 
-TEST_F(SongPrinterTest, ASongThatTakesThePlaceOfAnEarlierOneIsTold) {
-    for (const char* job : {"job 1", "job 2"}) {
-        lines.Closed(Closed("a"));
-        lines.Transferred(Transferred("a", job));
-        lines.JobEnded({job, 0});
-        lines.Closed(Closed("short", SongFate::Short));
-    }
-    lines.Closed(Closed("b"));
-    lines.Transferred(Transferred("b", "job 3"));
-    for (int i = 0; i < 2; ++i) lines.Transferred(Transferred("stays", ""));
-    ASSERT_THAT(Errors(), SizeIs(3));
-    EXPECT_EQ(Errors()[0], "corvetape-cli: another song of this name replaces /music/a.wav");
-    EXPECT_EQ(lines.RefusedSongs(), 2) << "a replaced song is no failure";
-}
-
-TEST_F(SongPrinterTest, AFailureOfASongThatIsReplacedAnywayIsNone) {
+TEST_F(SongPrinterTest, TheFileIsTheOneThatTheEncoderHasMade) {
     for (const char* job : {"job 1", "job 2"}) {
         json.Closed(Closed("a"));
         json.Transferred(Transferred("a", job));
     }
-    json.JobEnded({"job 1", 1});
+    json.MusicMade("job 2", "/music/a (2).wav");
+    json.JobEnded({"job 1", 0});
     json.JobEnded({"job 2", 0});
-    EXPECT_THAT(Files(), ElementsAre("", "/music/a.wav"));
-    EXPECT_THAT(Errors(), SizeIs(1));
-    EXPECT_EQ(json.RefusedSongs(), 0);
+    EXPECT_THAT(Files(), ElementsAre("/music/a.wav", "/music/a (2).wav"));
 }
 
 TEST_F(SongPrinterTest, AResultThatBelongsToNoSongIsPassedOver) {

@@ -38,7 +38,8 @@ void Crash(World& world) {
 /// The next start of the program, as another process.
 void StartAgain(World& world, const std::string& run = "run-2", bool otherIsGone = true) {
     world.Computer.System.OwnRun = run;
-    if (otherIsGone) world.Computer.System.AliveRuns.clear();
+    std::set<std::string>& alive = world.Computer.System.AliveRuns;
+    if (otherIsGone) std::erase_if(alive, [](const std::string& each) { return each.starts_with("run-"); });
     world.Computer.System.AliveRuns.insert(run);
     world.Made();
     ASSERT_TRUE(world.Start());
@@ -273,6 +274,51 @@ TEST(CrashWhileTheEncoderRuns, LeavesTheSongToTheEncoder) {
                   const ScriptedSong& truth = world.Truth()->Songs()[1];
                   ExpectTheSecondSongUpTo(world, static_cast<double>(truth.End) / 44100);
               });
+}
+
+TEST(CrashOfRecorderAndEncoder, HasTheSongEncodedByTheNextStartAndOnlyOnce) {
+    TellTwice(
+        [] {
+            return Station({{"Options", "DelTempFolder", "1"}});
+        },
+        [](World& world) {
+            ASSERT_TRUE(world.StartRecording());
+            RunTo(world, BeginOf(3) + 4);
+            ASSERT_EQ(world.Computer.Processes.Running(), 1U);
+            world.Computer.Processes.KillAll();
+            const std::string part = MusicFolder + std::string("/Radio/.corvet-run-1-2.part");
+            world.Disk().Put(part, "half");
+            Crash(world);
+            StartAgain(world);
+            world.RunFor(5);
+            ASSERT_THAT(world.Transferred, SizeIs(3));
+            EXPECT_EQ(world.Transferred[2].MusicFile, world.Transferred[1].MusicFile);
+            EXPECT_TRUE(world.Disk().Exists(world.Transferred[2].MusicFile));
+            EXPECT_FALSE(world.Disk().Exists(part));
+            world.Finish();
+            StartAgain(world, "run-3");
+            world.RunFor(5);
+            EXPECT_THAT(world.Transferred, SizeIs(3));
+        });
+}
+
+TEST(CrashOfRecorderAndEncoder, ThatHappensAgainLeavesTheSongAsItIs) {
+    TellTwice(
+        [] {
+            return Station({{"Options", "DelTempFolder", "1"}});
+        },
+        [](World& world) {
+            ASSERT_TRUE(world.StartRecording());
+            RunTo(world, BeginOf(3) + 4);
+            for (const char* run : {"run-2", "run-3", "run-4"}) {
+                world.Computer.Processes.KillAll();
+                Crash(world);
+                StartAgain(world, run);
+            }
+            EXPECT_THAT(world.Transferred, SizeIs(3)) << "by its own run and by the next one";
+            world.Finish();
+            EXPECT_TRUE(world.Disk().Exists(SongTempFolder + std::string("/Band 2 - Song 2.wav")));
+        });
 }
 
 }  // namespace
