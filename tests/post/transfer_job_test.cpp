@@ -1,14 +1,4 @@
-#include "post/transfer_job.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <limits>
-#include <string>
-#include <vector>
-
-#include "post/post_bench.h"
-#include "post/run_shell.h"
+#include "post/transfer_rig.h"
 
 namespace Corvetape {
 namespace {
@@ -16,77 +6,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-
-constexpr const char* Stamp = "240131120000";
-
-/// Prints the parameters of an encoder's template, %5 as it comes.
-constexpr const char* PrintAll = "printf '%s\\0' %1 %2 a=%3 t=%4 %5 s=%6 %7 b=%8\\r\\n";
-
-class TransferJobTest : public ::testing::Test {
- protected:
-    void SetUp() override {
-        Bench.Options.MusicFolderTemplate = "%Genre%";
-        Bench.Options.MusicFileTemplate[1] = "%Artist% - %Title%";
-        Bench.Options.EncoderCommand = {"printf wav44",   PrintAll,         "printf 'ogg %5'",
-                                        "printf wma44%5", "printf wma48%5", "printf wav48"};
-        Bench.Options.NormalizeCommand = "printf '%s\\0' n %1 %2 %3 %4\\r\\n";
-        Bench.Options.MP3.EncParams = {"-b 128", "-V 2 --x"};
-        Bench.Options.OggVorbis.EncParams = {"-q 1"};
-        Bench.Options.WMA44.EncParams = {"44a"};
-        Bench.Options.WMA48.EncParams = {"48a"};
-        Bench.Options.MP3Quality = 1;
-        Bench.Options.OggVorbisQuality = Bench.Options.WMA44Quality = Bench.Options.WMA48Quality = 0;
-        STATIONANDSONGDATA& song = Bench.Media.SongMedia;
-        song.StationName = "Pop";
-        song.Artist = "Artist";
-        song.Song = "Title";
-        song.Album = "Album";
-        song.TempFileName = Stamp;
-        Bench.Sim.Files.Put("/temp/Corvet/" + std::string(Stamp) + ".wav", "sound");
-        Job.Transferred.Connect([this](const TransferredSong& each) { Songs.push_back(each); });
-    }
-
-    bool Exists(const std::string& path) { return Bench.Sim.Files.Exists(path); }
-    /// The temporary files but the notes.
-    std::vector<std::string> TempFiles() {
-        std::vector<std::string> names;
-        for (const FileEntry& entry : Bench.Sim.Files.List("/temp/Corvet")) {
-            if (!entry.Name.ends_with(".note")) names.push_back(entry.Name);
-        }
-        return names;
-    }
-
-    /// What the shell does with the command line of the last job.
-    Testing::ShellRun RunLastJob() { return Testing::RunShell(Bench.Sim.Processes.Jobs.back().CommandLine); }
-
-    Testing::PostBench Bench;
-    int32_t SongCounter = 41;
-    int32_t StoredCounter = 41;
-    bool CounterFails = false;
-    int32_t Unloads = 0;
-    std::vector<std::string> Excluded;
-    std::vector<TransferredSong> Songs;
-    SongNotes Notes{Bench.Sim.Files, Bench.Folders};
-    TransferJob MakeJob() {
-        return {{Bench.Media, Bench.Options, Bench.Folders, Bench.Pause, Bench.Flags, SongCounter, "run-1",
-                 Inputs},
-                Bench.Sim.Files,
-                Bench.Sim.Processes,
-                Bench.Journal,
-                Notes,
-                {[this](int32_t list, const std::string& entry) {
-                     Excluded.push_back(std::to_string(list) + " " + entry);
-                 },
-                 [this]() -> std::optional<int32_t> {
-                     if (CounterFails) return std::nullopt;
-                     return ++StoredCounter;
-                 },
-                 [this] { ++Unloads; }}};
-    }
-
-    std::vector<std::string> Inputs;
-    TransferJob Job = MakeJob();
-};
 
 TEST_F(TransferJobTest, TheTemporaryFilesGetTheFinalName) {
     Bench.Sim.Files.Put("/temp/Corvet/" + std::string(Stamp) + ".jpg", "cover");
@@ -416,84 +335,6 @@ TEST_F(TransferJobTest, ThePendingEndOfTheProgramFollowsTheSong) {
     Job.TransferSong();
     EXPECT_EQ(Unloads, 3);
     EXPECT_EQ(Songs.size(), 4U);
-}
-
-TEST_F(TransferJobTest, ASongWhoseNameAnUnfinishedOneHasGetsANumberAndLeavesItsFilesAlone) {
-    Job.TransferSong();
-    Bench.Sim.Files.Put("/temp/Corvet/second.wav", "second sound");
-    Bench.Media.SongMedia.TempFileName = "second";
-    Job.TransferSong();
-    EXPECT_THAT(TempFiles(), ElementsAre("Artist - Title (2).wav", "Artist - Title.wav"));
-    EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.wav"), "sound");
-    EXPECT_THAT(Bench.Sim.Processes.Jobs[1].CommandLine, HasSubstr("/temp/Corvet/Artist - Title (2)'"));
-    EXPECT_EQ(Songs[1].MusicFile, Songs[0].MusicFile) << "the command decides about the music";
-}
-
-TEST_F(TransferJobTest, ANoteStaysUntilTheMusicFileIsThere) {
-    Bench.Sim.Files.Put("/temp/Corvet/" + std::string(Stamp) + ".note", "[Song]\n");
-    Job.TransferSong();
-    EXPECT_FALSE(Exists("/temp/Corvet/" + std::string(Stamp) + ".note"));
-    const std::string note = Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.note").value_or("");
-    for (const char* line : {"Run=\"run-1\"", "HandedOn=1", "Number=42", "Work=\"run-1-42\"", "Wanted=1",
-                             "Title=\"Title\"", "Encoder=\"job-1\""}) {
-        EXPECT_THAT(note, HasSubstr(line));
-    }
-    Job.NoteEnd(Songs[0], false);
-    EXPECT_TRUE(Exists("/temp/Corvet/Artist - Title.note"));
-    Job.NoteEnd(Songs[0], true);
-    EXPECT_FALSE(Exists("/temp/Corvet/Artist - Title.note"));
-}
-
-TEST_F(TransferJobTest, WhatIsEncodedOfflineHasNoNote) {
-    Bench.Options.EncodeOffline = true;
-    Job.TransferSong();
-    EXPECT_FALSE(Exists("/temp/Corvet/Artist - Title.note"));
-}
-
-TEST_F(TransferJobTest, OfSongsThatStayTheLongerKeepsTheNameAndTheOtherIsNumbered) {
-    Bench.Options.EncodeOffline = true;
-    Job.TransferSong();
-    const auto another = [&](const std::string& sound) {
-        Bench.Sim.Files.Put("/temp/Corvet/next.wav", sound);
-        Bench.Media.SongMedia.TempFileName = "next";
-        Job.TransferSong();
-    };
-    another("longer sound");
-    another("x");
-    EXPECT_THAT(TempFiles(),
-                ElementsAre("Artist - Title (2).wav", "Artist - Title (3).wav", "Artist - Title.wav"));
-    EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.wav"), "longer sound");
-    EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title (2).wav"), "sound");
-    Bench.Options.SameName = 2;
-    another("the longest sound of all");
-    EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.wav"), "longer sound");
-    Bench.Options.SameName = 0;
-    another("y");
-    EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.wav"), "y");
-}
-
-TEST_F(TransferJobTest, AFileThatIsBeingRecordedIsNeitherDeletedNorItsNameTaken) {
-    Bench.Sim.Files.Put("/temp/Corvet/Artist - Title.wav", "input");
-    Inputs.push_back("/temp/Corvet/Artist - Title.wav");
-    Bench.Sim.Files.Put("/music/Pop/Artist - Title.wav", "input too");
-    Inputs.push_back("/music/Pop/Artist - Title.wav");
-    Bench.Options.EncoderCommand[0] = "printf %s \"$CORVET_SAME_NAME\"";
-    Bench.Options.SameName = 0;
-    TransferJob job = MakeJob();
-    job.TransferSong();
-    EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.wav"), "input");
-    EXPECT_TRUE(Exists("/temp/Corvet/Artist - Title (2).wav"));
-    EXPECT_EQ(RunLastJob().Output, "2") << "the music is numbered whatever the rule";
-}
-
-TEST_F(TransferJobTest, TheCommandIsToldTheRuleForMusicOfTheSameName) {
-    Bench.Options.EncoderCommand[0] = "printf %s \"$CORVET_SAME_NAME,$CORVET_WORK,$CORVET_MADE\"";
-    for (const int32_t rule : {0, 1, 2}) {
-        Bench.Options.SameName = rule;
-        Job.TransferSong();
-        EXPECT_THAT(RunLastJob().Output, ::testing::StartsWith(std::to_string(rule) + ",run-1-4"));
-        EXPECT_THAT(RunLastJob().Output, HasSubstr(",/temp/Corvet/run-1-4"));
-    }
 }
 
 TEST_F(TransferJobTest, TheTimerRunsTheJobOnce) {

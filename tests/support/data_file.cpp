@@ -12,4 +12,8 @@ std::string DataFile(const std::string& name) {
     return text.str();
 }
 
+std::string DataFolder() {
+    return CORVETAPE_SOURCE_DIR "/data";
+}
+
 }  // namespace Corvetape::Test
