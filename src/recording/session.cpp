@@ -51,7 +51,9 @@ void Session::ShowFlags() {
 void Session::BreakOff() {
     RecordingFlags& flags = Parts.Flags;
     if (Parts.Pause.EndOfSongDetection != EndOfSong::FixedTime) {
+        BreakingOff = true;
         Parts.Form.chkStartStop[1].Value(1);
+        BreakingOff = false;
         return;
     }
     if (!flags.RecordCurrentSong) return;
@@ -88,7 +90,8 @@ void Session::StartStopClicked(size_t index) {
     FollowFlags();
     --Depth;
     const bool clicked = !Following && Depth == 0;
-    if (clicked && ticked && !Parts.Flags.RecordingEnabled && Actions.ResumeRecording) {
+    const bool asksToRecord = clicked && ticked && !BreakingOff;
+    if (asksToRecord && !Parts.Flags.RecordingEnabled && Actions.ResumeRecording) {
         Actions.ResumeRecording();
     }
     // The boxes clear one another: one click cuts once, however many handlers it runs.

@@ -55,8 +55,9 @@ class Session {
 
     SessionParts Parts;
     SessionActions Actions;
-    bool Following = false;  ///< the boxes follow the flags; nobody has clicked
-    int32_t Depth = 0;       ///< handlers of the two boxes that are running now
+    bool Following = false;    ///< the boxes follow the flags; nobody has clicked
+    bool BreakingOff = false;  ///< silence passes the wish to record on; nobody has clicked
+    int32_t Depth = 0;         ///< handlers of the two boxes that are running now
 };
 
 }  // namespace Corvetape

@@ -54,6 +54,7 @@ const std::vector<Expected>& ExpectedTable() {
         {"Options", "QuitAfterRecording", "0", Bool, "chkQuitAfterRecording"},
         {"Options", "DelTemp", "0", Bool, "chkDelTemp"},
         {"Options", "DelTempFolder", "0", Bool, "chkDelTempFolder"},
+        {"Options", "SameName", "1", Int, ""},
         {"Options", "Encoder", "0", Int, "optEncoder"},
         {"Options", "MP3Quality", "5", Int, "cmbMP3"},
         {"Options", "OggVorbisQuality", "5", Int, "cmbOgg"},
