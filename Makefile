@@ -1,6 +1,6 @@
 # What a person types. Everything here first installs the Debian packages that it needs and misses.
 #
-#   make run        build, record three songs from the demo radio, list the music files
+#   make run        build and open the window; without a display, record three songs from the demo radio
 #   make test       build everything, run all tests
 #   make sanitize   the same with the address and undefined-behaviour sanitizers, without the live tests
 #   make fuzz       every reader of foreign text on made-up input, SECONDS_PER_TARGET (60) each
@@ -43,9 +43,7 @@ run:
 	@scripts/install-deps build run
 	@$(call CONFIGURE,$(PRESET))
 	cmake --build $(BUILD) --target $(PROGRAMS)
-	@rm -rf $(BUILD)/demo
-	$(BUILD)/bin/corvetape-cli record --input demo --speed 20 --songs 3 --home $(BUILD)/demo
-	@scripts/list-music $(BUILD)/demo/Music
+	@if [ -n "$${WAYLAND_DISPLAY:-$$DISPLAY}" ]; then scripts/run-window $(BUILD); else scripts/run-demo $(BUILD); fi
 
 test:
 	@scripts/install-deps build run test
