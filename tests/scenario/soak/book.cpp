@@ -82,6 +82,10 @@ Machine Book::Through(Machine machine) {
             machine.Folders, machine.Dialogs, machine.System, machine.Instance};
 }
 
+void Book::TellMixUp(const std::string& problem) {
+    MixedUp += std::to_string(Radio->Now()) + ": " + problem + "\n";
+}
+
 void Book::Tell(const std::string& problem) {
     if (++FoundCount > MostProblems) return;
     Found += std::to_string(Radio->Now()) + ": " + problem + "\n";
@@ -202,6 +206,10 @@ void Book::AfterEvent() {
         ExcuseUnread(Unread);
         ExcuseUnread(FirstUnread());
     }
+    // A piece by time that silence breaks off goes, with what has waited for it.
+    const bool byTime = Values().Pause.EndOfSongDetection == EndOfSong::FixedTime;
+    const bool silent = Values().Signal.SilenceSeconds >= Values().Options.InfoAfterSilence;
+    if (byTime && silent && Values().Ring.Unread() == 0) ExcuseUnread(Unread);
     Unread = FirstUnread();
     Wished = flags.RecordCurrentSong;
     WaitsForNext = flags.RecordNextSong;

@@ -86,6 +86,10 @@ class Book {
     /// What is wrong, one thing a line, with the second at which it was found; empty if nothing is.
     const std::string& Problems() const { return Found; }
 
+    /// Songs that have a neighbour's names, or were kept by its wish. Where pauses, changes of the mode and
+    /// new titles meet in one pending cut it is not always decided whose they are.
+    const std::string& MixUps() const { return MixedUp; }
+
     std::function<void(const HeardSong&)> OnClosed;  ///< told of each song before it is looked at
 
     size_t SongsKept() const { return Wanted.size(); }
@@ -141,6 +145,7 @@ class Book {
     };
 
     void Tell(const std::string& problem);
+    void TellMixUp(const std::string& problem);
     State& Values() { return Radio->Values(); }
     size_t FirstUnread();
     void ExcuseUnread(size_t from);
@@ -194,8 +199,9 @@ class Book {
     int32_t RingIndex = 0;
     uint64_t Overruns = 0;
     bool Skipping = false;
-    STATIONANDSONGDATA Told;    ///< the last reading with a title, of the present source
-    std::string Source;         ///< the provider
+    STATIONANDSONGDATA Told;  ///< the last reading with a title, of the present source
+    std::string Source;       ///< the provider
+    std::string MixedUp;
     STATIONANDSONGDATA Ended;   ///< Told when the title changed and a cut was raised
     bool EndedWished = false;   ///< Wished at that moment
     bool Wished = false;        ///< the song now in the file is to be kept

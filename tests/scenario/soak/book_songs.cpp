@@ -29,7 +29,7 @@ void Book::CheckFate(const HeardSong& song) {
         static_cast<uint64_t>(std::max(values.Pause.IgnoreShortSongs, 0)) * song.Song.FramesPerSecond;
     const bool silent = values.Signal.SilenceSeconds >= values.Options.InfoAfterSilence;
     if (fate == SongFate::Unwanted && wished && !Pressing && !silent) Tell("a wanted song was thrown away");
-    if (fate == SongFate::Kept && !wished && !Pressing) Tell("a song was kept that nobody wanted");
+    if (fate == SongFate::Kept && !wished && !Pressing) TellMixUp("a song was kept that nobody wanted");
     if (fate == SongFate::Short && song.Song.Frames > least) Tell("a song was called short that is not");
     if (fate == SongFate::Aborted && values.Signal.SilenceSeconds < values.Pause.QuitAfterSilence) {
         Tell("a song was broken off");
@@ -53,7 +53,7 @@ void Book::CheckMedia(const HeardSong& song) {
     const auto names = [](const STATIONANDSONGDATA& each) {
         return each.Artist + ", " + each.Song + ", " + each.Album + ", " + each.Cover;
     };
-    if (names(media) != names(Ended)) Tell("what was " + names(Ended) + " is kept as " + names(media));
+    if (names(media) != names(Ended)) TellMixUp("what was " + names(Ended) + " is kept as " + names(media));
 }
 
 bool Book::WasStruck(const std::string& path) const {
@@ -278,7 +278,7 @@ void Book::Transferred(const TransferredSong& song) {
         const STATIONANDSONGDATA& closed = Wanted[*handed.Wanted].Media;
         if (song.Media.Artist != closed.Artist || song.Media.Song != closed.Song ||
             song.Media.Album != closed.Album || song.Media.Cover != closed.Cover) {
-            Tell("what was closed as " + closed.Song + " is handed over as " + song.Media.Song);
+            TellMixUp("what was closed as " + closed.Song + " is handed over as " + song.Media.Song);
         }
     }
     HandedOver.push_back(std::move(handed));
