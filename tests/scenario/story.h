@@ -100,4 +100,11 @@ inline std::string Text(const std::string& key, const std::vector<std::string>& 
     return text;
 }
 
+/// The information of the log but for pieces that were too short, as the one before the first title is.
+inline std::vector<std::string> InfoButForShortSongs(const World& world) {
+    std::vector<std::string> lines = world.Logged("INFO");
+    std::erase_if(lines, [](const std::string& line) { return line.ends_with("it is too short."); });
+    return lines;
+}
+
 }  // namespace Corvetape::Test
