@@ -19,6 +19,7 @@ class WavInfos : public testing::Test {
 
     /// What a crash leaves after so many buffers: a file that nobody has finished.
     std::string Crashed(int32_t buffers) {
+        Disk.Delete(Path);  // of the file before, if there was one
         const auto file = WavFile::Create(Disk, Path, MakeWaveFormat(44100));
         for (int32_t i = 0; i < buffers; ++i) {
             const WaveBuffer buffer = NumberedBuffer(i);
@@ -28,6 +29,7 @@ class WavInfos : public testing::Test {
     }
 
     std::string Finished(int32_t buffers, int32_t takenOff, bool tagged) {
+        Disk.Delete(Path);  // of the file before, if there was one
         const auto file = WavFile::Create(Disk, Path, MakeWaveFormat(44100));
         for (int32_t i = 0; i < buffers; ++i) {
             const WaveBuffer buffer = NumberedBuffer(i);
