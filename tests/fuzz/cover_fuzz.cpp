@@ -26,8 +26,7 @@ class RecordedHttp : public Http {
              std::function<void(const HttpAnswer&)> answered) override {
         Require(IsCoverFetched(address), "only pictures are asked for");
         // Of a file one byte more is asked for, which shows that it goes on.
-        const bool isUpToItsLimit =
-            limit == MostCoverBytes || (address.starts_with("file:") && limit == MostCoverBytes + 1);
+        const bool isUpToItsLimit = limit == MostCoverBytes + (IsWebAddress(address) ? 0 : 1);
         Require(isUpToItsLimit, "a picture is asked for up to its limit");
         Require(!Answered, "one request at a time");
         Answered = std::move(answered);
