@@ -29,7 +29,11 @@ void Book::CheckFate(const HeardSong& song) {
         static_cast<uint64_t>(std::max(values.Pause.IgnoreShortSongs, 0)) * song.Song.FramesPerSecond;
     const bool silent = values.Signal.SilenceSeconds >= values.Options.InfoAfterSilence;
     if (fate == SongFate::Unwanted && wished && !Pressing && !silent) Tell("a wanted song was thrown away");
-    if (fate == SongFate::Kept && !wished && !Pressing) TellMixUp("a song was kept that nobody wanted");
+    if (fate == SongFate::Kept && !wished && !Pressing) {
+        // Only while a cut is pending can it be the neighbour's wish.
+        constexpr const char* problem = "a song was kept that nobody wanted";
+        values.Cut.Ended ? TellMixUp(problem) : Tell(problem);
+    }
     if (fate == SongFate::Short && song.Song.Frames > least) Tell("a song was called short that is not");
     if (fate == SongFate::Aborted && values.Signal.SilenceSeconds < values.Pause.QuitAfterSilence) {
         Tell("a song was broken off");
