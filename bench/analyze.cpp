@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "audio/analyze.h"
-#include "platform/sim/sim_clock.h"
-#include "platform/sim/sim_random.h"
+#include "platform/virtual/sim_clock.h"
+#include "platform/virtual/sim_random.h"
 
 namespace Corvetape {
 namespace {

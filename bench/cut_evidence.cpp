@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "audio/evidence_cut.h"
-#include "platform/sim/sim_random.h"
+#include "platform/virtual/sim_random.h"
 
 namespace Corvetape {
 namespace {

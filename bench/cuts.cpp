@@ -9,7 +9,7 @@
 #include <fstream>
 #include <vector>
 
-#include "platform/sim/sim_random.h"
+#include "platform/virtual/sim_random.h"
 #include "support/found_songs.h"
 #include "support/made_hour.h"
 #include "support/measured_process.h"

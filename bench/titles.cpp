@@ -11,7 +11,7 @@
 #include <limits>
 #include <vector>
 
-#include "platform/sim/sim_random.h"
+#include "platform/virtual/sim_random.h"
 #include "support/found_songs.h"
 #include "support/made_music.h"
 #include "support/measured_process.h"

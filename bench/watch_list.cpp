@@ -6,9 +6,9 @@
 #include <array>
 #include <string>
 
-#include "platform/sim/sim_machine.h"
-#include "platform/sim/sim_random.h"
-#include "post/watch_pages.h"
+#include "platform/virtual/sim_random.h"
+#include "post/lists/watch_pages.h"
+#include "sim/sim_machine.h"
 
 namespace Corvetape {
 namespace {

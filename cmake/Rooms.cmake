@@ -5,6 +5,11 @@
 function(corvetape_room name)
     cmake_parse_arguments(ROOM "" "FOLDER" "USES;LIBRARIES" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/${ROOM_FOLDER}/*.cpp)
+    # Folders by subject inside a room; those of platform/ are rooms of their own.
+    if(NOT ROOM_FOLDER STREQUAL platform)
+        file(GLOB subjects CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/${ROOM_FOLDER}/*/*.cpp)
+        list(APPEND sources ${subjects})
+    endif()
     list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
     if(sources)
         add_library(${name} STATIC ${sources})

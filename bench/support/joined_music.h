@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/sim/sim_random.h"
+#include "platform/virtual/sim_random.h"
 #include "platform/wave_in.h"
 #include "support/work_folder.h"
 

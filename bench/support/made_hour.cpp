@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "audio/wav_file.h"
-#include "platform/linux/linux_files.h"
-#include "platform/sim/script_source.h"
-#include "platform/sim/sim_random.h"
+#include "platform/linux/files/linux_files.h"
+#include "platform/virtual/sim_random.h"
+#include "sim/script_source.h"
 
 namespace Corvetape::Bench {
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/sim/radio_script.h"
+#include "sim/radio_script.h"
 
 namespace Corvetape::Bench {
 

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "audio/wav_file.h"
-#include "platform/linux/linux_files.h"
-#include "platform/sim/sim_random.h"
+#include "platform/linux/files/linux_files.h"
+#include "platform/virtual/sim_random.h"
 
 namespace Corvetape::Bench {
 

@@ -12,8 +12,8 @@
 #include <chrono>
 #include <fstream>
 
-#include "platform/linux/descriptor.h"
-#include "platform/linux/program_search.h"
+#include "platform/linux/files/descriptor.h"
+#include "platform/linux/processes/program_search.h"
 
 namespace Corvetape::Bench {
 

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "app/program_parts.h"
-#include "core/text.h"
+#include "core/text/text.h"
 #include "platform/processes.h"
 
 namespace Corvetape {

@@ -12,7 +12,7 @@
 #include "audio/closed_song.h"
 #include "platform/machine.h"
 #include "platform/processes.h"
-#include "post/transfer_job.h"
+#include "post/transfer/transfer_job.h"
 
 namespace Corvetape {
 

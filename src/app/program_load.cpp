@@ -5,19 +5,19 @@
 
 #include "app/program.h"
 #include "app/program_parts.h"
-#include "core/command_line.h"
 #include "core/lifecycle.h"
-#include "core/numbers.h"
-#include "core/shell_error.h"
-#include "core/text.h"
+#include "core/settings/command_line.h"
+#include "core/text/numbers.h"
+#include "core/text/shell_error.h"
+#include "core/text/text.h"
 #include "core/version.h"
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
 #include "platform/files.h"
 #include "platform/folders.h"
 #include "platform/system_info.h"
-#include "post/app_launch.h"
-#include "post/encoder_table.h"
+#include "post/encoders/encoder_table.h"
+#include "post/options/app_launch.h"
 
 namespace Corvetape {
 

@@ -5,7 +5,7 @@
 
 #include "app/wiring.h"
 #include "core/lifecycle.h"
-#include "core/text.h"
+#include "core/text/text.h"
 #include "media/provider_wmp.h"
 #include "platform/folders.h"
 #include "platform/system_info.h"

@@ -11,7 +11,7 @@
 #include "platform/event_loop.h"
 #include "platform/files.h"
 #include "platform/processes.h"
-#include "post/app_launch.h"
+#include "post/options/app_launch.h"
 
 namespace Corvetape {
 

@@ -6,15 +6,15 @@
 
 #include "app/program_parts.h"
 #include "app/wiring_browser.h"
-#include "core/artist_and_title.h"
-#include "core/date_format.h"
+#include "core/controls/validate_number.h"
 #include "core/lifecycle.h"
-#include "core/validate_number.h"
+#include "core/text/artist_and_title.h"
+#include "core/text/date_format.h"
 #include "media/provider_wmp.h"
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
 #include "platform/folders.h"
-#include "post/app_launch.h"
+#include "post/options/app_launch.h"
 
 namespace Corvetape {
 

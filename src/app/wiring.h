@@ -10,7 +10,7 @@
 #include "media/provider_choice.h"
 #include "mixer/input_list.h"
 #include "platform/machine.h"
-#include "post/transfer_job.h"
+#include "post/transfer/transfer_job.h"
 #include "recording/disk_check.h"
 #include "recording/media_poll.h"
 #include "recording/session.h"

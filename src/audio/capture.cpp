@@ -6,7 +6,7 @@
 #include <limits>
 #include <utility>
 
-#include "core/held.h"
+#include "core/controls/held.h"
 
 namespace Corvetape {
 

@@ -9,7 +9,7 @@
 #include "audio/audio_ring.h"
 #include "audio/signal_state.h"
 #include "audio/wave_buffer.h"
-#include "core/settings.h"
+#include "core/settings/settings.h"
 #include "platform/clock.h"
 #include "platform/event_loop.h"
 #include "platform/wave_in.h"

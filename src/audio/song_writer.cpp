@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/placeholders.h"
+#include "core/text/placeholders.h"
 
 namespace Corvetape {
 

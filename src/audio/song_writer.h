@@ -17,7 +17,7 @@
 #include "audio/wave_buffer.h"
 #include "core/deferred_messages.h"
 #include "core/media_state.h"
-#include "core/settings.h"
+#include "core/settings/settings.h"
 #include "platform/files.h"
 
 namespace Corvetape {

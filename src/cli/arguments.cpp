@@ -3,7 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <sstream>
 
-#include "core/numbers.h"
+#include "core/text/numbers.h"
 #include "core/version.h"
 
 namespace Corvetape {

@@ -7,9 +7,9 @@
 #include "cli/json_text.h"
 #include "cli/output.h"
 #include "cli/run_support.h"
-#include "platform/linux/one_line.h"
-#include "platform/linux/pulse_wave_in.h"
-#include "platform/linux/qt_loop.h"
+#include "platform/linux/desktop/one_line.h"
+#include "platform/linux/loop/qt_loop.h"
+#include "platform/linux/sound/pulse_wave_in.h"
 
 namespace Corvetape {
 

@@ -3,16 +3,16 @@
 #include <memory>
 #include <string>
 
-#include "platform/linux/console_dialogs.h"
-#include "platform/linux/linux_clock.h"
-#include "platform/linux/linux_files.h"
-#include "platform/linux/linux_folders.h"
-#include "platform/linux/linux_processes.h"
-#include "platform/linux/linux_system.h"
+#include "platform/linux/desktop/console_dialogs.h"
+#include "platform/linux/files/linux_files.h"
+#include "platform/linux/files/linux_folders.h"
+#include "platform/linux/loop/linux_clock.h"
+#include "platform/linux/processes/linux_processes.h"
+#include "platform/linux/processes/linux_system.h"
 #include "platform/machine.h"
-#include "platform/sim/sim_clock.h"
-#include "platform/sim/sim_loop.h"
-#include "platform/sim/source_wave_in.h"
+#include "platform/virtual/sim_clock.h"
+#include "platform/virtual/sim_loop.h"
+#include "platform/virtual/source_wave_in.h"
 
 namespace Corvetape {
 

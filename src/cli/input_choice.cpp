@@ -4,7 +4,7 @@
 #include <charconv>
 #include <vector>
 
-#include "core/text.h"
+#include "core/text/text.h"
 
 namespace Corvetape {
 

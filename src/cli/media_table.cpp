@@ -5,7 +5,7 @@
 #include <cmath>
 #include <optional>
 
-#include "core/text.h"
+#include "core/text/text.h"
 
 namespace Corvetape {
 

@@ -4,8 +4,8 @@
 
 #include <random>
 
-#include "core/text.h"
-#include "post/encode_job.h"
+#include "core/text/text.h"
+#include "post/transfer/encode_job.h"
 
 namespace Corvetape {
 

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "core/settings.h"
+#include "core/settings/settings.h"
 #include "forms/encoder_page.h"
 #include "platform/files.h"
 

@@ -5,10 +5,10 @@
 
 #include <array>
 
-#include "core/like.h"
+#include "core/text/like.h"
 #include "media/browser_rules.h"
 #include "media/window_search.h"
-#include "platform/linux/one_line.h"
+#include "platform/linux/desktop/one_line.h"
 
 namespace Corvetape {
 

@@ -17,12 +17,12 @@
 #include "cli/output.h"
 #include "cli/profile_report.h"
 #include "cli/run_support.h"
-#include "core/placeholders.h"
-#include "core/registry.h"
-#include "core/settings_store.h"
+#include "core/settings/registry.h"
+#include "core/settings/settings_store.h"
+#include "core/text/placeholders.h"
 #include "media/devtools_ports.h"
-#include "platform/linux/devtools_documents.h"
-#include "platform/linux/x11_windows.h"
+#include "platform/linux/browser/devtools_documents.h"
+#include "platform/linux/browser/x11_windows.h"
 
 namespace Corvetape {
 

@@ -12,7 +12,7 @@
 #include "cli/notices.h"
 #include "cli/obstacles.h"
 #include "cli/output.h"
-#include "platform/linux/one_line.h"
+#include "platform/linux/desktop/one_line.h"
 
 namespace Corvetape {
 

@@ -9,7 +9,7 @@
 #include "cli/arguments.h"
 #include "cli/song_printer.h"
 #include "cli/terminal_line.h"
-#include "platform/linux/sound_file_source.h"
+#include "platform/linux/sound/sound_file_source.h"
 
 namespace Corvetape {
 

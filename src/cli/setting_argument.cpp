@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <system_error>
 
-#include "core/settings_table.h"
-#include "core/text.h"
+#include "core/settings/settings_table.h"
+#include "core/text/text.h"
 
 namespace Corvetape {
 

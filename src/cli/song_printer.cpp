@@ -9,7 +9,7 @@
 #include "cli/json_text.h"
 #include "cli/output.h"
 #include "cli/song_report.h"
-#include "platform/linux/one_line.h"
+#include "platform/linux/desktop/one_line.h"
 
 namespace Corvetape {
 

@@ -7,7 +7,7 @@
 
 #include "audio/closed_song.h"
 #include "platform/processes.h"
-#include "post/transfer_job.h"
+#include "post/transfer/transfer_job.h"
 
 namespace Corvetape {
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "cli/json_text.h"
-#include "core/artist_and_title.h"
-#include "platform/linux/one_line.h"
+#include "core/text/artist_and_title.h"
+#include "platform/linux/desktop/one_line.h"
 
 namespace Corvetape {
 

@@ -14,10 +14,10 @@
 #include "cli/obstacles.h"
 #include "cli/output.h"
 #include "cli/run_support.h"
-#include "core/text.h"
-#include "platform/linux/sound_file_source.h"
-#include "platform/linux/write_behind_files.h"
-#include "platform/sim/source_players.h"
+#include "core/text/text.h"
+#include "platform/linux/files/write_behind_files.h"
+#include "platform/linux/sound/sound_file_source.h"
+#include "platform/virtual/source_players.h"
 
 namespace Corvetape {
 

@@ -3,9 +3,9 @@
 #include <chrono>
 #include <vector>
 
-#include "core/numbers.h"
-#include "core/placeholders.h"
-#include "core/text.h"
+#include "core/text/numbers.h"
+#include "core/text/placeholders.h"
+#include "core/text/text.h"
 #include "platform/clock.h"
 #include "platform/event_loop.h"
 #include "platform/folders.h"

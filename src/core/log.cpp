@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "core/date_format.h"
-#include "core/text.h"
+#include "core/text/date_format.h"
+#include "core/text/text.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 

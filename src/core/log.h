@@ -5,7 +5,7 @@
 #include <span>
 #include <string>
 
-#include "core/settings.h"
+#include "core/settings/settings.h"
 
 namespace Corvetape {
 

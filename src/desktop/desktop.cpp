@@ -4,9 +4,9 @@
 #include <QLocale>
 #include <utility>
 
-#include "core/command_line.h"
-#include "core/messages.h"
-#include "platform/sim/demo_radio.h"
+#include "core/controls/messages.h"
+#include "core/settings/command_line.h"
+#include "platform/virtual/demo_radio.h"
 #include "ui/provider_question.h"
 
 namespace Corvetape {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/controls.h"
-#include "core/form.h"
+#include "core/controls/controls.h"
+#include "core/controls/form.h"
 
 namespace Corvetape {
 

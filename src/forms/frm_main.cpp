@@ -1,6 +1,6 @@
 #include "forms/frm_main.h"
 
-#include "core/text.h"
+#include "core/text/text.h"
 
 namespace Corvetape {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/control_array.h"
+#include "core/controls/control_array.h"
 #include "forms/about_page.h"
 #include "forms/audio_page.h"
 #include "forms/encoder_page.h"

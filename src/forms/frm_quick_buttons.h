@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/form.h"
-#include "core/form_parts.h"
+#include "core/controls/form.h"
+#include "core/controls/form_parts.h"
 
 namespace Corvetape {
 

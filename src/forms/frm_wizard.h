@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/control_array.h"
-#include "core/form.h"
-#include "core/form_parts.h"
+#include "core/controls/control_array.h"
+#include "core/controls/form.h"
+#include "core/controls/form_parts.h"
 
 namespace Corvetape {
 

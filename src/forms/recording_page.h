@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/control_array.h"
-#include "core/form_parts.h"
+#include "core/controls/control_array.h"
+#include "core/controls/form_parts.h"
 
 namespace Corvetape {
 

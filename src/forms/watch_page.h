@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/control_array.h"
+#include "core/controls/control_array.h"
 
 namespace Corvetape {
 

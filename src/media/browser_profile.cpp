@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "core/text.h"
+#include "core/text/text.h"
 #include "media/text_decoding.h"
 #include "platform/files.h"
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/profile.h"
+#include "core/settings/profile.h"
 
 namespace Corvetape {
 

@@ -1,8 +1,8 @@
 #include "media/browser_rules.h"
 
-#include "core/numbers.h"
-#include "core/regex.h"
-#include "core/text.h"
+#include "core/text/numbers.h"
+#include "core/text/regex.h"
+#include "core/text/text.h"
 #include "media/text_decoding.h"
 
 namespace Corvetape {

@@ -1,6 +1,6 @@
 #include "media/cover_images.h"
 
-#include "core/text.h"
+#include "core/text/text.h"
 #include "media/image_size.h"
 
 namespace Corvetape {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "core/numbers.h"
-#include "core/text.h"
+#include "core/text/numbers.h"
+#include "core/text/text.h"
 
 namespace Corvetape {
 

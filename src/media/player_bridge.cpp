@@ -3,7 +3,7 @@
 #include <chrono>
 #include <utility>
 
-#include "core/text.h"
+#include "core/text/text.h"
 
 namespace Corvetape {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/registry.h"
+#include "core/settings/registry.h"
 #include "platform/event_loop.h"
 #include "platform/players.h"
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "core/held.h"
+#include "core/controls/held.h"
 
 namespace Corvetape {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "core/held.h"
-#include "core/profile.h"
+#include "core/controls/held.h"
+#include "core/settings/profile.h"
 #include "media/cover_images.h"
 #include "media/text_decoding.h"
 #include "media/window_search.h"

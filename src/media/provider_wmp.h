@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include "core/registry.h"
+#include "core/settings/registry.h"
 #include "media/provider.h"
 
 namespace Corvetape {

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <functional>
 
-#include "core/placeholders.h"
-#include "core/settings_store.h"
+#include "core/settings/settings_store.h"
+#include "core/text/placeholders.h"
 #include "forms/frm_main.h"
 #include "platform/event_loop.h"
 #include "platform/processes.h"

@@ -4,8 +4,8 @@
 #include <array>
 #include <optional>
 
-#include "core/fold.h"
-#include "core/text.h"
+#include "core/text/fold.h"
+#include "core/text/text.h"
 
 namespace Corvetape {
 

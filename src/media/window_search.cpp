@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/like.h"
+#include "core/text/like.h"
 
 namespace Corvetape {
 

@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "core/settings_table.h"
-#include "core/text.h"
+#include "core/settings/settings_table.h"
+#include "core/text/text.h"
 
 namespace Corvetape {
 

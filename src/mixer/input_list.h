@@ -4,12 +4,12 @@
 #include <functional>
 #include <string>
 
+#include "core/controls/messages.h"
 #include "core/lifecycle_flags.h"
 #include "core/log.h"
 #include "core/media_state.h"
-#include "core/messages.h"
-#include "core/settings.h"
-#include "core/settings_store.h"
+#include "core/settings/settings.h"
+#include "core/settings/settings_store.h"
 #include "forms/frm_main.h"
 #include "platform/dialogs.h"
 #include "platform/wave_in.h"

@@ -9,7 +9,7 @@
 #include "audio/recording_flags.h"
 #include "core/deferred_messages.h"
 #include "core/lifecycle_flags.h"
-#include "core/settings.h"
+#include "core/settings/settings.h"
 #include "forms/frm_main.h"
 #include "platform/files.h"
 

@@ -8,7 +8,7 @@
 
 #include "audio/pause_settings.h"
 #include "audio/signal_state.h"
-#include "core/event.h"
+#include "core/controls/event.h"
 #include "forms/frm_main.h"
 
 namespace Corvetape {

@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "audio/wave_buffer.h"
-#include "core/numbers.h"
-#include "core/validate_number.h"
+#include "core/controls/validate_number.h"
+#include "core/text/numbers.h"
 
 namespace Corvetape {
 

@@ -8,9 +8,9 @@
 
 #include "audio/pause_settings.h"
 #include "audio/signal_state.h"
+#include "core/controls/messages.h"
 #include "core/media_state.h"
-#include "core/messages.h"
-#include "core/settings_store.h"
+#include "core/settings/settings_store.h"
 #include "forms/frm_main.h"
 #include "platform/dialogs.h"
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "core/numbers.h"
+#include "core/text/numbers.h"
 
 namespace Corvetape {
 

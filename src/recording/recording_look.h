@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/event.h"
-#include "core/messages.h"
+#include "core/controls/event.h"
+#include "core/controls/messages.h"
 #include "forms/frm_cover_buttons.h"
 #include "forms/frm_main.h"
 #include "forms/frm_quick_buttons.h"

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "audio/closed_song.h"
-#include "core/event.h"
+#include "core/controls/event.h"
 #include "platform/processes.h"
-#include "post/transfer_job.h"
+#include "post/transfer/transfer_job.h"
 
 namespace Corvetape {
 

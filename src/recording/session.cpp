@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "core/numbers.h"
+#include "core/text/numbers.h"
 
 namespace Corvetape {
 

@@ -6,8 +6,8 @@
 #include <limits>
 #include <utility>
 
-#include "core/artist_and_title.h"
-#include "core/text.h"
+#include "core/text/artist_and_title.h"
+#include "core/text/text.h"
 
 namespace Corvetape {
 

@@ -12,7 +12,7 @@
 #include "audio/signal_state.h"
 #include "core/lifecycle_flags.h"
 #include "core/media_state.h"
-#include "core/settings.h"
+#include "core/settings/settings.h"
 #include "forms/frm_cover_buttons.h"
 #include "forms/frm_main.h"
 #include "platform/clock.h"

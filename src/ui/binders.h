@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/controls.h"
+#include "core/controls/controls.h"
 
 class QAbstractButton;
 class QCheckBox;

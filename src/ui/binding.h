@@ -4,7 +4,7 @@
 #include <QString>
 #include <QWidget>
 
-#include "core/controls.h"
+#include "core/controls/controls.h"
 #include "ui/text_keys.h"
 #include "ui/words.h"
 

@@ -4,7 +4,7 @@
 #include <QScrollArea>
 #include <initializer_list>
 
-#include "core/controls.h"
+#include "core/controls/controls.h"
 #include "ui/binders.h"
 
 class QGridLayout;

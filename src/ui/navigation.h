@@ -4,7 +4,7 @@
 #include <map>
 #include <string>
 
-#include "core/controls.h"
+#include "core/controls/controls.h"
 
 class QToolButton;
 

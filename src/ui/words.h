@@ -4,7 +4,7 @@
 #include <initializer_list>
 #include <string>
 
-#include "core/messages.h"
+#include "core/controls/messages.h"
 
 namespace Corvetape {
 

@@ -5,11 +5,11 @@
 
 #include "app/program.h"
 #include "media/provider_wmp.h"
-#include "platform/sim/radio_script.h"
-#include "platform/sim/sim_documents.h"
-#include "platform/sim/sim_machine.h"
-#include "platform/sim/sim_windows.h"
-#include "platform/sim/source_players.h"
+#include "platform/virtual/source_players.h"
+#include "sim/radio_script.h"
+#include "sim/sim_documents.h"
+#include "sim/sim_machine.h"
+#include "sim/sim_windows.h"
 
 namespace Corvetape {
 namespace {

@@ -4,10 +4,10 @@
 #include <optional>
 
 #include "app/program.h"
-#include "core/profile.h"
+#include "core/settings/profile.h"
 #include "media/provider_wmp.h"
-#include "platform/sim/radio_script.h"
-#include "platform/sim/sim_machine.h"
+#include "sim/radio_script.h"
+#include "sim/sim_machine.h"
 #include "support/scripted_players.h"
 
 namespace Corvetape {

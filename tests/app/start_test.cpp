@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "app/desktop_notes.h"
-#include "core/registry.h"
+#include "core/settings/registry.h"
 #include "core/version.h"
 
 namespace Corvetape::Test {

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "app/desktop_notes.h"
-#include "core/profile.h"
+#include "core/settings/profile.h"
 #include "scenario/song_audio.h"
 
 namespace Corvetape::Test {

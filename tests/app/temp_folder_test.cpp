@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "app/desktop_notes.h"
-#include "post/song_notes.h"
+#include "post/transfer/song_notes.h"
 #include "scenario/song_audio.h"
 
 namespace Corvetape::Test {

@@ -141,16 +141,16 @@ const std::vector<Room>& Rooms() {
     static const Names belowPrograms = {"ui",   "assistant", "recording",     "media",
                                         "post", "mixer",     "audio",         "forms",
                                         "core", "platform",  "platform/linux"};
-    static const Names belowCommandLine = {"app",      "recording",    "media",         "post",
-                                           "mixer",    "audio",        "forms",         "core",
-                                           "platform", "platform/sim", "platform/linux"};
-    static const Names belowDesktop = {"app",  "ui",       "recording",    "media",
-                                       "post", "mixer",    "audio",        "forms",
-                                       "core", "platform", "platform/sim", "platform/linux"};
+    static const Names belowCommandLine = {
+        "app",      "recording",        "media",         "post", "mixer", "audio", "forms", "core",
+        "platform", "platform/virtual", "platform/linux"};
+    static const Names belowDesktop = {
+        "app",  "ui",       "recording",        "media",         "post", "mixer", "audio", "forms",
+        "core", "platform", "platform/virtual", "platform/linux"};
     static const std::vector<Room> rooms = {
         {"platform", {}, {}, {}},
         // Work may be posted to the simulated loop from any thread, as to the real one.
-        {"platform/sim", {"platform"}, {"atomic", "mutex"}, {}},
+        {"platform/virtual", {"platform"}, {"atomic", "mutex"}, {}},
         {"platform/linux", {"platform"}, {}, {}, false},
         {"core", {"platform"}, {"fmt/", "pcre2.h", "utf8proc.h"}, {}},
         {"forms", {"core", "platform"}, {}, {}},

@@ -36,14 +36,14 @@ TEST(Rooms, NoRoomUsesOneThatComesLater) {
 }
 
 TEST(Rooms, TheLongestFolderDecides) {
-    EXPECT_EQ(RoomOf("platform/sim/clock.h")->Folder, "platform/sim");
+    EXPECT_EQ(RoomOf("platform/virtual/clock.h")->Folder, "platform/virtual");
     EXPECT_EQ(RoomOf("platform/clock.h")->Folder, "platform");
     EXPECT_EQ(RoomOf("platformer/clock.h"), nullptr);
 }
 
 TEST(WrongIncludes, ALowerFloorMayBeKnown) {
     EXPECT_THAT(WrongIncludes(ReadSource("src/audio/a.cpp",
-                                         "#include \"core/text.h\"\n#include <vector>\n"
+                                         "#include \"core/text/text.h\"\n#include <vector>\n"
                                          "#include \"audio/b.h\"\n")),
                 IsEmpty());
 }
@@ -52,7 +52,8 @@ TEST(WrongIncludes, AHigherFloorAndANeighbourMayNot) {
     EXPECT_THAT(LinesFound(WrongIncludes(ReadSource(
                     "src/media/a.cpp", "#include \"recording/session.h\"\n#include \"post/a.h\"\n"))),
                 ElementsAre(1, 2));
-    EXPECT_THAT(LinesFound(WrongIncludes(ReadSource("src/platform/sim/a.cpp", "#include \"core/text.h\"\n"))),
+    EXPECT_THAT(LinesFound(WrongIncludes(
+                    ReadSource("src/platform/virtual/a.cpp", "#include \"core/text/text.h\"\n"))),
                 ElementsAre(1));
     EXPECT_THAT(LinesFound(WrongIncludes(ReadSource("src/app/a.cpp", "#include \"cli/a.h\"\n"))),
                 ElementsAre(1));
@@ -61,7 +62,7 @@ TEST(WrongIncludes, AHigherFloorAndANeighbourMayNot) {
 TEST(WrongIncludes, AnIncludeStartsBelowSrc) {
     EXPECT_THAT(LinesFound(WrongIncludes(ReadSource("src/core/a.cpp", "#include \"text.h\"\n"))),
                 ElementsAre(1));
-    EXPECT_THAT(LinesFound(WrongIncludes(ReadSource("src/core/a.cpp", "#include \"../core/text.h\"\n"))),
+    EXPECT_THAT(LinesFound(WrongIncludes(ReadSource("src/core/a.cpp", "#include \"../core/text/text.h\"\n"))),
                 ElementsAre(1));
 }
 
@@ -70,7 +71,7 @@ TEST(WrongIncludes, LogicKnowsNoHeaderOfASystemOrToolkit) {
                                "thread", "fstream", "sys/stat.h", "fmt/format.h", "string.h"}) {
         const std::string text = "#include <" + std::string(header) + ">\n";
         EXPECT_THAT(LinesFound(WrongIncludes(ReadSource("src/audio/a.cpp", text))), ElementsAre(1)) << header;
-        EXPECT_THAT(LinesFound(WrongIncludes(ReadSource("src/platform/sim/a.cpp", text))), ElementsAre(1))
+        EXPECT_THAT(LinesFound(WrongIncludes(ReadSource("src/platform/virtual/a.cpp", text))), ElementsAre(1))
             << header;
         EXPECT_THAT(WrongIncludes(ReadSource("src/platform/linux/a.cpp", text)), IsEmpty()) << header;
     }
@@ -92,11 +93,12 @@ TEST(WrongIncludes, AFolderOutsideTheTableIsNoRoom) {
 
 TEST(WrongArrows, OnlyArrowsOfTheTableMayBeBuilt) {
     EXPECT_THAT(WrongArrows("corvetape_room(audio FOLDER audio USES forms core platform)\n"), IsEmpty());
-    EXPECT_THAT(WrongArrows("corvetape_room(platform_sim FOLDER platform/sim USES platform\n LIBRARIES X)\n"),
-                IsEmpty());
+    EXPECT_THAT(
+        WrongArrows("corvetape_room(platform_virtual FOLDER platform/virtual USES platform\n LIBRARIES X)\n"),
+        IsEmpty());
     EXPECT_THAT(LinesFound(WrongArrows("\ncorvetape_room(audio FOLDER audio USES core recording)\n")),
                 ElementsAre(2));
-    EXPECT_THAT(LinesFound(WrongArrows("corvetape_room(core FOLDER core USES platform_sim)\n")),
+    EXPECT_THAT(LinesFound(WrongArrows("corvetape_room(core FOLDER core USES platform_virtual)\n")),
                 ElementsAre(1));
     EXPECT_THAT(LinesFound(WrongArrows("corvetape_room(attic FOLDER attic)\n")), ElementsAre(1));
 }

@@ -8,7 +8,7 @@ namespace Corvetape::Architecture {
 
 /// A source file as the rules of the house look at it.
 struct SourceFile {
-    std::string Path;      ///< from the root of the tree, with slashes: "src/core/text.h"
+    std::string Path;      ///< from the root of the tree, with slashes: "src/core/text/text.h"
     std::string Text;      ///< as it stands
     std::string Code;      ///< with comments, the inside of literals and preprocessor lines blanked
     std::string Comments;  ///< with everything but comments blanked

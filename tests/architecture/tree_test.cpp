@@ -33,7 +33,7 @@ TEST(Tree, IsRead) {
     EXPECT_GT(Tree().size(), 50u);
     bool knownFileRead = false;
     for (const SourceFile& file : Tree()) {
-        knownFileRead = knownFileRead || (file.Path == "src/core/text.h" && !file.Text.empty());
+        knownFileRead = knownFileRead || (file.Path == "src/core/text/text.h" && !file.Text.empty());
     }
     EXPECT_TRUE(knownFileRead);
 }

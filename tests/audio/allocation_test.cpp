@@ -13,8 +13,8 @@
 #include "audio/signal_bench.h"
 #include "audio/song_writer.h"
 #include "audio/swallowing_disk.h"
-#include "platform/sim/sim_clock.h"
-#include "platform/sim/sim_loop.h"
+#include "platform/virtual/sim_clock.h"
+#include "platform/virtual/sim_loop.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "audio/signal_bench.h"
-#include "platform/sim/sim_clock.h"
+#include "platform/virtual/sim_clock.h"
 
 namespace Corvetape::Test {
 

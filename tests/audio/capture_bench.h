@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "audio/capture.h"
-#include "platform/sim/sim_clock.h"
-#include "platform/sim/sim_loop.h"
+#include "platform/virtual/sim_clock.h"
+#include "platform/virtual/sim_loop.h"
 #include "platform/wave_in.h"
 
 namespace Corvetape::Test {

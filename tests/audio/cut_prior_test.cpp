@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-#include "platform/sim/sim_random.h"
+#include "platform/virtual/sim_random.h"
 
 namespace Corvetape::Test {
 namespace {

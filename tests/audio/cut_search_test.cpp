@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "platform/sim/sim_random.h"
+#include "platform/virtual/sim_random.h"
 
 namespace Corvetape::Test {
 

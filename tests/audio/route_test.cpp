@@ -5,7 +5,7 @@
 #include <string>
 
 #include "audio/signal_bench.h"
-#include "platform/sim/sim_clock.h"
+#include "platform/virtual/sim_clock.h"
 
 namespace Corvetape::Test {
 

@@ -7,9 +7,9 @@
 #include "audio/drain.h"
 #include "audio/route.h"
 #include "audio/song_bench.h"
-#include "platform/sim/frame_stamp.h"
-#include "platform/sim/sim_loop.h"
-#include "platform/sim/sim_wave_in.h"
+#include "platform/virtual/sim_loop.h"
+#include "sim/frame_stamp.h"
+#include "sim/sim_wave_in.h"
 
 namespace Corvetape::Test {
 

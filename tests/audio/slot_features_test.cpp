@@ -7,7 +7,7 @@
 #include <numbers>
 #include <vector>
 
-#include "platform/sim/sim_random.h"
+#include "platform/virtual/sim_random.h"
 
 namespace Corvetape::Test {
 namespace {

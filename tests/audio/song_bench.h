@@ -7,8 +7,8 @@
 #include "audio/signal_bench.h"
 #include "audio/song_writer.h"
 #include "audio/wav_file.h"
-#include "platform/sim/sim_clock.h"
-#include "platform/sim/sim_files.h"
+#include "platform/virtual/sim_clock.h"
+#include "sim/sim_files.h"
 
 namespace Corvetape::Test {
 

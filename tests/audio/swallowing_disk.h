@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/sim/sim_files.h"
+#include "sim/sim_files.h"
 
 namespace Corvetape::Test {
 

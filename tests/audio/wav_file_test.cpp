@@ -5,7 +5,7 @@
 #include <string>
 
 #include "audio/signal_bench.h"
-#include "platform/sim/sim_files.h"
+#include "sim/sim_files.h"
 
 namespace Corvetape::Test {
 

@@ -4,8 +4,8 @@
 
 #include "audio/signal_bench.h"
 #include "audio/wav_file.h"
-#include "platform/sim/sim_files.h"
-#include "platform/sim/sim_random.h"
+#include "platform/virtual/sim_random.h"
+#include "sim/sim_files.h"
 
 namespace Corvetape::Test {
 

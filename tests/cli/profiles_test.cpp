@@ -4,8 +4,8 @@
 
 #include "cli/cli_test.h"
 #include "cli/profile_report.h"
-#include "platform/sim/sim_documents.h"
-#include "platform/sim/sim_windows.h"
+#include "sim/sim_documents.h"
+#include "sim/sim_windows.h"
 
 namespace Corvetape {
 namespace {

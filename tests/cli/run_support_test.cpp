@@ -7,7 +7,7 @@
 #include "cli/live_state.h"
 #include "cli/obstacles.h"
 #include "forms/frm_main.h"
-#include "platform/sim/sim_files.h"
+#include "sim/sim_files.h"
 #include "support/temp_folder.h"
 
 namespace Corvetape {

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "audio/wav_file.h"
-#include "platform/linux/linux_files.h"
+#include "platform/linux/files/linux_files.h"
 #include "platform/wave_in.h"
 #include "support/read_sound.h"
 #include "support/test_sound.h"

@@ -1,10 +1,10 @@
-#include "core/controls.h"
+#include "core/controls/controls.h"
 
 #include <gtest/gtest.h>
 
-#include "core/control_array.h"
-#include "core/event.h"
-#include "core/form.h"
+#include "core/controls/control_array.h"
+#include "core/controls/event.h"
+#include "core/controls/form.h"
 #include "platform/event_loop.h"
 
 namespace Corvetape {

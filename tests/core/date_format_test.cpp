@@ -1,4 +1,4 @@
-#include "core/date_format.h"
+#include "core/text/date_format.h"
 
 #include <gtest/gtest.h>
 

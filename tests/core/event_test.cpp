@@ -1,4 +1,4 @@
-#include "core/event.h"
+#include "core/controls/event.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "core/fold.h"
+#include "core/text/fold.h"
 
 #include <gtest/gtest.h>
 

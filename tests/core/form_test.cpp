@@ -1,4 +1,4 @@
-#include "core/form.h"
+#include "core/controls/form.h"
 
 #include <gtest/gtest.h>
 
@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "core/control_array.h"
-#include "core/form_parts.h"
-#include "core/open_forms.h"
+#include "core/controls/control_array.h"
+#include "core/controls/form_parts.h"
+#include "core/controls/open_forms.h"
 
 namespace Corvetape {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "core/command_line.h"
 #include "core/fakes.h"
-#include "core/placeholders.h"
-#include "core/registry.h"
+#include "core/settings/command_line.h"
+#include "core/settings/registry.h"
+#include "core/text/placeholders.h"
 
 namespace Corvetape {
 namespace {

@@ -1,4 +1,4 @@
-#include "core/like.h"
+#include "core/text/like.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 
 #include "core/deferred_messages.h"
 #include "core/fakes.h"
-#include "core/shell_error.h"
+#include "core/text/shell_error.h"
 
 namespace Corvetape {
 namespace {

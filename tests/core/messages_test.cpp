@@ -1,11 +1,11 @@
-#include "core/messages.h"
+#include "core/controls/messages.h"
 
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <sstream>
 
-#include "core/control_array.h"
+#include "core/controls/control_array.h"
 #include "core/fakes.h"
 
 namespace Corvetape {

@@ -3,8 +3,8 @@
 
 #include "core/fakes.h"
 #include "core/media_state.h"
-#include "core/placeholders.h"
-#include "core/registry.h"
+#include "core/settings/registry.h"
+#include "core/text/placeholders.h"
 
 namespace Corvetape {
 namespace {

@@ -1,4 +1,4 @@
-#include "core/placeholders.h"
+#include "core/text/placeholders.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 
 #include "core/fakes.h"
 #include "core/media_state.h"
-#include "core/registry.h"
+#include "core/settings/registry.h"
 
 namespace Corvetape {
 namespace {

@@ -1,11 +1,11 @@
-#include "core/profile.h"
+#include "core/settings/profile.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 
 #include "core/fakes.h"
-#include "core/text.h"
+#include "core/text/text.h"
 
 namespace Corvetape {
 namespace {

@@ -1,4 +1,4 @@
-#include "core/registry.h"
+#include "core/settings/registry.h"
 
 #include <gtest/gtest.h>
 

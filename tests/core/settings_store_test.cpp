@@ -1,12 +1,12 @@
-#include "core/settings_store.h"
+#include "core/settings/settings_store.h"
 
 #include <gtest/gtest.h>
 
-#include "core/control_array.h"
+#include "core/controls/control_array.h"
+#include "core/controls/form.h"
 #include "core/fakes.h"
-#include "core/form.h"
-#include "core/placeholders.h"
-#include "core/registry.h"
+#include "core/settings/registry.h"
+#include "core/text/placeholders.h"
 
 namespace Corvetape {
 namespace {

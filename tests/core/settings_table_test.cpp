@@ -1,4 +1,4 @@
-#include "core/settings_table.h"
+#include "core/settings/settings_table.h"
 
 #include <gtest/gtest.h>
 

@@ -1,14 +1,14 @@
-#include "core/validate_number.h"
+#include "core/controls/validate_number.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
 
-#include "core/controls.h"
+#include "core/controls/controls.h"
+#include "core/controls/form.h"
+#include "core/controls/messages.h"
 #include "core/fakes.h"
-#include "core/form.h"
-#include "core/messages.h"
-#include "core/numbers.h"
+#include "core/text/numbers.h"
 
 namespace Corvetape {
 namespace {

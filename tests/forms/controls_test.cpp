@@ -1,4 +1,4 @@
-#include "core/controls.h"
+#include "core/controls/controls.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "core/control_array.h"
-#include "core/form.h"
+#include "core/controls/control_array.h"
+#include "core/controls/form.h"
 
 namespace Corvetape::Test {
 namespace {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "core/form_parts.h"
+#include "core/controls/form_parts.h"
 #include "forms/dlg_language.h"
 #include "forms/dlg_provider.h"
 #include "forms/frm_cover_buttons.h"

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <initializer_list>
 
-#include "core/form_parts.h"
+#include "core/controls/form_parts.h"
 #include "forms/dlg_language.h"
 #include "forms/dlg_provider.h"
 #include "forms/frm_cover_buttons.h"

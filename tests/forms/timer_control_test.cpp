@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "core/controls.h"
-#include "core/form.h"
+#include "core/controls/controls.h"
+#include "core/controls/form.h"
 #include "platform/event_loop.h"
 
 namespace Corvetape::Test {

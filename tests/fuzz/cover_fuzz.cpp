@@ -6,11 +6,11 @@
 #include <utility>
 #include <vector>
 
-#include "core/text.h"
+#include "core/text/text.h"
 #include "fuzz/support/fuzz.h"
 #include "media/cover_images.h"
 #include "media/image_size.h"
-#include "platform/sim/sim_files.h"
+#include "sim/sim_files.h"
 
 namespace Corvetape {
 

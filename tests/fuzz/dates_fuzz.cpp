@@ -3,8 +3,8 @@
 #include <chrono>
 #include <string>
 
-#include "core/date_format.h"
-#include "core/text.h"
+#include "core/text/date_format.h"
+#include "core/text/text.h"
 #include "fuzz/support/fuzz.h"
 
 namespace Corvetape {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <string>
 
-#include "core/fold.h"
-#include "core/text.h"
+#include "core/text/fold.h"
+#include "core/text/text.h"
 #include "fuzz/support/fuzz.h"
 #include "media/text_decoding.h"
 

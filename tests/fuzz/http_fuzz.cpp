@@ -4,7 +4,7 @@
 #include <string>
 
 #include "fuzz/support/fuzz.h"
-#include "platform/linux/http_reader.h"
+#include "platform/linux/web/http_reader.h"
 
 namespace Corvetape {
 

@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include "core/fold.h"
-#include "core/like.h"
-#include "core/text.h"
+#include "core/text/fold.h"
+#include "core/text/like.h"
+#include "core/text/text.h"
 #include "fuzz/support/fuzz.h"
 
 namespace Corvetape {

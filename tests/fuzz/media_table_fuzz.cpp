@@ -5,7 +5,7 @@
 #include <variant>
 
 #include "cli/media_table.h"
-#include "core/text.h"
+#include "core/text/text.h"
 #include "fuzz/support/fuzz.h"
 
 #include <fmt/format.h>

@@ -4,11 +4,11 @@
 #include <array>
 #include <string>
 
-#include "core/messages.h"
-#include "core/text.h"
+#include "core/controls/messages.h"
+#include "core/text/text.h"
 #include "forms/frm_main.h"
 #include "fuzz/support/fuzz.h"
-#include "platform/sim/sim_machine.h"
+#include "sim/sim_machine.h"
 
 namespace Corvetape {
 

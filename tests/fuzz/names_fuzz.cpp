@@ -4,12 +4,12 @@
 #include <string>
 
 #include "core/media_state.h"
-#include "core/placeholders.h"
-#include "core/registry.h"
-#include "core/text.h"
+#include "core/settings/registry.h"
+#include "core/text/placeholders.h"
+#include "core/text/text.h"
 #include "fuzz/support/fuzz.h"
-#include "platform/sim/sim_machine.h"
-#include "post/song_names.h"
+#include "post/transfer/song_names.h"
+#include "sim/sim_machine.h"
 
 namespace Corvetape {
 

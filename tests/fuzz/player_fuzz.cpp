@@ -9,8 +9,8 @@
 
 #include "fuzz/support/fuzz.h"
 #include "media/player_bridge.h"
-#include "platform/linux/mpris_values.h"
-#include "platform/sim/sim_machine.h"
+#include "platform/linux/players/mpris_values.h"
+#include "sim/sim_machine.h"
 
 namespace Corvetape {
 

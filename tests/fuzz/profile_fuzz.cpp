@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "core/fold.h"
-#include "core/profile.h"
-#include "core/text.h"
+#include "core/settings/profile.h"
+#include "core/text/fold.h"
+#include "core/text/text.h"
 #include "fuzz/support/fuzz.h"
 #include "media/browser_profile.h"
-#include "platform/sim/sim_files.h"
+#include "sim/sim_files.h"
 
 namespace Corvetape {
 

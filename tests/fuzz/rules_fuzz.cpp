@@ -4,12 +4,12 @@
 #include <memory>
 #include <string>
 
-#include "core/text.h"
+#include "core/text/text.h"
 #include "fuzz/support/fuzz.h"
 #include "media/browser_rules.h"
 #include "media/text_decoding.h"
-#include "platform/sim/sim_documents.h"
-#include "platform/sim/sim_windows.h"
+#include "sim/sim_documents.h"
+#include "sim/sim_windows.h"
 
 namespace Corvetape {
 

@@ -4,13 +4,13 @@
 #include <variant>
 #include <vector>
 
-#include "core/placeholders.h"
-#include "core/registry.h"
-#include "core/settings_store.h"
-#include "core/text.h"
+#include "core/settings/registry.h"
+#include "core/settings/settings_store.h"
+#include "core/text/placeholders.h"
+#include "core/text/text.h"
 #include "forms/frm_main.h"
 #include "fuzz/support/fuzz.h"
-#include "platform/sim/sim_machine.h"
+#include "sim/sim_machine.h"
 
 namespace Corvetape {
 

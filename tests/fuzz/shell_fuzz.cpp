@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "core/text.h"
+#include "core/text/text.h"
 #include "fuzz/support/fuzz.h"
-#include "post/shell_quote.h"
+#include "post/transfer/shell_quote.h"
 
 namespace Corvetape {
 

@@ -4,11 +4,11 @@
 #include <string>
 #include <vector>
 
-#include "core/fold.h"
-#include "core/text.h"
+#include "core/text/fold.h"
+#include "core/text/text.h"
 #include "fuzz/support/fuzz.h"
-#include "platform/sim/sim_files.h"
-#include "post/watch_list.h"
+#include "post/lists/watch_list.h"
+#include "sim/sim_files.h"
 
 namespace Corvetape {
 

@@ -8,10 +8,10 @@
 #include <string>
 
 #include "audio/wav_file.h"
-#include "core/text.h"
+#include "core/text/text.h"
 #include "fuzz/support/fuzz.h"
-#include "platform/linux/wave_file.h"
-#include "platform/sim/sim_files.h"
+#include "platform/linux/sound/wave_file.h"
+#include "sim/sim_files.h"
 
 namespace Corvetape {
 

@@ -1,5 +1,5 @@
 // The pages of a real browser, read through its DevTools port.
-#include "platform/linux/devtools_documents.h"
+#include "platform/linux/browser/devtools_documents.h"
 
 #include <gtest/gtest.h>
 

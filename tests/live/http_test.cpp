@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "live/web_server.h"
-#include "platform/linux/linux_http.h"
+#include "platform/linux/web/linux_http.h"
 #include "support/live_session.h"
 #include "support/temp_folder.h"
 

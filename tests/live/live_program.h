@@ -13,9 +13,9 @@
 #include "cli/hosts.h"
 #include "live/session_bus.h"
 #include "live/sound_server.h"
-#include "platform/linux/devtools_documents.h"
-#include "platform/linux/mpris_players.h"
-#include "platform/linux/pulse_wave_in.h"
+#include "platform/linux/browser/devtools_documents.h"
+#include "platform/linux/players/mpris_players.h"
+#include "platform/linux/sound/pulse_wave_in.h"
 #include "support/live_session.h"
 #include "support/temp_folder.h"
 

@@ -1,4 +1,4 @@
-#include "platform/linux/mpris_players.h"
+#include "platform/linux/players/mpris_players.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@
 
 #include "live/session_bus.h"
 #include "media/player_bridge.h"
-#include "platform/linux/linux_files.h"
+#include "platform/linux/files/linux_files.h"
 #include "support/live_session.h"
 
 namespace Corvetape {

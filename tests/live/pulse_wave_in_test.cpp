@@ -1,4 +1,4 @@
-#include "platform/linux/pulse_wave_in.h"
+#include "platform/linux/sound/pulse_wave_in.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

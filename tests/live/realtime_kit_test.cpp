@@ -1,4 +1,4 @@
-#include "platform/linux/realtime_kit.h"
+#include "platform/linux/processes/realtime_kit.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

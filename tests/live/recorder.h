@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/pulse_wave_in.h"
+#include "platform/linux/sound/pulse_wave_in.h"
 #include "support/live_session.h"
 
 namespace Corvetape {

@@ -5,8 +5,8 @@
 #include "live/page_server.h"
 #include "media/browser_rules.h"
 #include "media/window_search.h"
-#include "platform/linux/devtools_documents.h"
-#include "platform/linux/linux_files.h"
+#include "platform/linux/browser/devtools_documents.h"
+#include "platform/linux/files/linux_files.h"
 
 namespace Corvetape {
 namespace {

@@ -9,7 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "platform/linux/descriptor.h"
+#include "platform/linux/files/descriptor.h"
 
 namespace Corvetape {
 namespace {

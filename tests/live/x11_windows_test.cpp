@@ -1,5 +1,5 @@
 // Windows of a real X server.
-#include "platform/linux/x11_windows.h"
+#include "platform/linux/browser/x11_windows.h"
 
 #include <gtest/gtest.h>
 #include <xcb/xcb.h>

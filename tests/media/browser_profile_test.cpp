@@ -6,7 +6,7 @@
 #include <string>
 
 #include "media/devtools_ports.h"
-#include "platform/sim/sim_machine.h"
+#include "sim/sim_machine.h"
 
 namespace Corvetape {
 namespace {

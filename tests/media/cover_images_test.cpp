@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "platform/sim/sim_machine.h"
+#include "sim/sim_machine.h"
 
 namespace Corvetape {
 namespace {

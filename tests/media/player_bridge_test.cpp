@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "media/provider_wmp.h"
-#include "platform/sim/sim_machine.h"
-#include "platform/sim/source_players.h"
+#include "platform/virtual/source_players.h"
+#include "sim/sim_machine.h"
 #include "support/scripted_players.h"
 
 namespace Corvetape {

@@ -6,9 +6,9 @@
 #include <memory>
 
 #include "media/provider_choice.h"
-#include "platform/sim/sim_documents.h"
-#include "platform/sim/sim_machine.h"
-#include "platform/sim/sim_windows.h"
+#include "sim/sim_documents.h"
+#include "sim/sim_machine.h"
+#include "sim/sim_windows.h"
 
 namespace Corvetape {
 namespace {

@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/registry.h"
-#include "platform/sim/sim_machine.h"
+#include "core/settings/registry.h"
+#include "sim/sim_machine.h"
 
 namespace Corvetape {
 namespace {

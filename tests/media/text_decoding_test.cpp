@@ -5,7 +5,7 @@
 #include <array>
 #include <string>
 
-#include "core/fold.h"
+#include "core/text/fold.h"
 
 namespace Corvetape {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/sim/sim_documents.h"
-#include "platform/sim/sim_windows.h"
+#include "sim/sim_documents.h"
+#include "sim/sim_windows.h"
 
 namespace Corvetape {
 namespace {

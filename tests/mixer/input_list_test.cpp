@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "core/placeholders.h"
-#include "core/registry.h"
-#include "platform/sim/sim_machine.h"
+#include "core/settings/registry.h"
+#include "core/text/placeholders.h"
+#include "sim/sim_machine.h"
 
 namespace Corvetape::Test {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/sim/content_hash.h"
+#include "sim/content_hash.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/sim/sim_random.h"
+#include "platform/virtual/sim_random.h"
 
 namespace Corvetape {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/sim/demo_radio.h"
+#include "platform/virtual/demo_radio.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@
 #include <set>
 #include <vector>
 
-#include "platform/sim/content_hash.h"
+#include "sim/content_hash.h"
 
 namespace Corvetape {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/sim/script_source.h"
+#include "sim/script_source.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,9 +8,9 @@
 #include <set>
 #include <vector>
 
-#include "platform/sim/content_hash.h"
-#include "platform/sim/frame_stamp.h"
-#include "platform/sim/sim_random.h"
+#include "platform/virtual/sim_random.h"
+#include "sim/content_hash.h"
+#include "sim/frame_stamp.h"
 
 namespace Corvetape {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/sim/sim_clock.h"
+#include "platform/virtual/sim_clock.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 
 #include <cerrno>
 
-#include "platform/sim/sim_machine.h"
+#include "sim/sim_machine.h"
 
 namespace Corvetape {
 namespace {

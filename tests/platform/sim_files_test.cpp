@@ -1,4 +1,4 @@
-#include "platform/sim/sim_files.h"
+#include "sim/sim_files.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

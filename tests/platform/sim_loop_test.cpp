@@ -1,4 +1,4 @@
-#include "platform/sim/sim_loop.h"
+#include "platform/virtual/sim_loop.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

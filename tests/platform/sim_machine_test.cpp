@@ -1,4 +1,4 @@
-#include "platform/sim/sim_machine.h"
+#include "sim/sim_machine.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

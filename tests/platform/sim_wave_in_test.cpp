@@ -1,11 +1,11 @@
-#include "platform/sim/sim_wave_in.h"
+#include "sim/sim_wave_in.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/sim/frame_stamp.h"
-#include "platform/sim/sim_machine.h"
 #include "platform/wave_in_user.h"
+#include "sim/frame_stamp.h"
+#include "sim/sim_machine.h"
 
 namespace Corvetape {
 namespace {

@@ -1,11 +1,11 @@
-#include "platform/sim/source_players.h"
+#include "platform/virtual/source_players.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <vector>
 
-#include "platform/sim/sim_machine.h"
+#include "sim/sim_machine.h"
 
 namespace Corvetape {
 namespace {

@@ -1,14 +1,14 @@
-#include "platform/sim/source_wave_in.h"
+#include "platform/virtual/source_wave_in.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-#include "platform/sim/frame_stamp.h"
-#include "platform/sim/script_source.h"
-#include "platform/sim/sim_loop.h"
+#include "platform/virtual/sim_loop.h"
 #include "platform/wave_in_user.h"
+#include "sim/frame_stamp.h"
+#include "sim/script_source.h"
 
 namespace Corvetape {
 namespace {

@@ -1,4 +1,4 @@
-#include "post/app_launch.h"
+#include "post/options/app_launch.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "post/encoder_choice.h"
+#include "post/encoders/encoder_choice.h"
 
 #include <gtest/gtest.h>
 

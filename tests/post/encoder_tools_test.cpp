@@ -1,10 +1,10 @@
-#include "post/encoder_tools.h"
+#include "post/encoders/encoder_tools.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "platform/sim/sim_machine.h"
+#include "sim/sim_machine.h"
 
 namespace Corvetape {
 namespace {

@@ -2,12 +2,12 @@
 
 #include <string>
 
-#include "core/profile.h"
-#include "core/text.h"
-#include "platform/linux/linux_files.h"
-#include "post/encode_job.h"
-#include "post/encoder_table.h"
-#include "post/shell_quote.h"
+#include "core/settings/profile.h"
+#include "core/text/text.h"
+#include "platform/linux/files/linux_files.h"
+#include "post/encoders/encoder_table.h"
+#include "post/transfer/encode_job.h"
+#include "post/transfer/shell_quote.h"
 
 namespace Corvetape {
 namespace {

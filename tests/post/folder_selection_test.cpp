@@ -1,4 +1,4 @@
-#include "post/folder_selection.h"
+#include "post/options/folder_selection.h"
 
 #include <gtest/gtest.h>
 

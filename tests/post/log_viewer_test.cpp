@@ -1,9 +1,9 @@
-#include "post/log_viewer.h"
+#include "post/options/log_viewer.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/date_format.h"
+#include "core/text/date_format.h"
 #include "post/post_bench.h"
 
 namespace Corvetape {

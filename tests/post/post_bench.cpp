@@ -1,6 +1,6 @@
 #include "post/post_bench.h"
 
-#include "core/text.h"
+#include "core/text/text.h"
 
 namespace Corvetape::Testing {
 

@@ -5,17 +5,17 @@
 
 #include "audio/pause_settings.h"
 #include "audio/recording_flags.h"
+#include "core/controls/messages.h"
 #include "core/lifecycle_flags.h"
 #include "core/log.h"
 #include "core/media_state.h"
-#include "core/messages.h"
-#include "core/placeholders.h"
-#include "core/profile.h"
-#include "core/registry.h"
-#include "core/settings.h"
-#include "core/settings_store.h"
+#include "core/settings/profile.h"
+#include "core/settings/registry.h"
+#include "core/settings/settings.h"
+#include "core/settings/settings_store.h"
+#include "core/text/placeholders.h"
 #include "forms/frm_main.h"
-#include "platform/sim/sim_machine.h"
+#include "sim/sim_machine.h"
 
 namespace Corvetape::Testing {
 

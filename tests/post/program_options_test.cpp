@@ -1,4 +1,4 @@
-#include "post/program_options.h"
+#include "post/options/program_options.h"
 
 #include <gtest/gtest.h>
 

@@ -12,17 +12,17 @@
 #include <vector>
 
 #include "core/log.h"
-#include "core/profile.h"
-#include "core/text.h"
-#include "platform/linux/linux_clock.h"
-#include "platform/linux/linux_files.h"
-#include "platform/linux/linux_folders.h"
-#include "platform/linux/linux_processes.h"
-#include "post/encoder_table.h"
-#include "post/encoder_tools.h"
+#include "core/settings/profile.h"
+#include "core/text/text.h"
+#include "platform/linux/files/linux_files.h"
+#include "platform/linux/files/linux_folders.h"
+#include "platform/linux/loop/linux_clock.h"
+#include "platform/linux/processes/linux_processes.h"
+#include "post/encoders/encoder_table.h"
+#include "post/encoders/encoder_tools.h"
 #include "post/run_shell.h"
-#include "post/shell_quote.h"
-#include "post/transfer_job.h"
+#include "post/transfer/shell_quote.h"
+#include "post/transfer/transfer_job.h"
 #include "support/data_file.h"
 
 namespace Corvetape {

@@ -1,4 +1,4 @@
-#include "post/shell_quote.h"
+#include "post/transfer/shell_quote.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
-#include "post/song_names.h"
+#include "post/transfer/song_names.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "core/placeholders.h"
+#include "core/text/placeholders.h"
 
 namespace Corvetape {
 namespace {

@@ -1,9 +1,9 @@
-#include "post/song_notes.h"
+#include "post/transfer/song_notes.h"
 
 #include <gtest/gtest.h>
 
 #include "audio/wav_file.h"
-#include "platform/sim/sim_machine.h"
+#include "sim/sim_machine.h"
 
 namespace Corvetape {
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "post/transfer_job.h"
+#include "post/transfer/transfer_job.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

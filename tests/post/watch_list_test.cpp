@@ -1,8 +1,8 @@
-#include "post/watch_list.h"
+#include "post/lists/watch_list.h"
 
 #include <gtest/gtest.h>
 
-#include "platform/sim/sim_machine.h"
+#include "sim/sim_machine.h"
 
 namespace Corvetape {
 namespace {

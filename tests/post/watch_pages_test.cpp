@@ -1,10 +1,10 @@
-#include "post/watch_pages.h"
+#include "post/lists/watch_pages.h"
 
 #include <gtest/gtest.h>
 
 #include <numeric>
 
-#include "platform/sim/sim_machine.h"
+#include "sim/sim_machine.h"
 
 namespace Corvetape {
 namespace {

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/sim/sim_files.h"
+#include "sim/sim_files.h"
 
 namespace Corvetape::Test {
 namespace {

@@ -5,10 +5,10 @@
 #include <utility>
 #include <vector>
 
-#include "core/placeholders.h"
-#include "core/registry.h"
-#include "platform/sim/sim_machine.h"
+#include "core/settings/registry.h"
+#include "core/text/placeholders.h"
 #include "recording/pause_control.h"
+#include "sim/sim_machine.h"
 
 namespace Corvetape::Test {
 

@@ -5,8 +5,8 @@
 
 #include "audio/drain.h"
 #include "audio/song_writer.h"
-#include "platform/sim/sim_machine.h"
 #include "recording/session.h"
+#include "sim/sim_machine.h"
 
 namespace Corvetape::Test {
 

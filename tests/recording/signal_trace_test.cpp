@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/sim/sim_clock.h"
+#include "platform/virtual/sim_clock.h"
 
 namespace Corvetape::Test {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/sim/sim_random.h"
+#include "platform/virtual/sim_random.h"
 #include "scenario/song_audio.h"
 
 namespace Corvetape::Test {

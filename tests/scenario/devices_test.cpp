@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/messages.h"
+#include "core/controls/messages.h"
 #include "scenario/song_audio.h"
 
 namespace Corvetape::Test {

@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "audio/wav_file.h"
-#include "platform/sim/frame_stamp.h"
-#include "platform/sim/script_source.h"
 #include "scenario/world.h"
+#include "sim/frame_stamp.h"
+#include "sim/script_source.h"
 
 namespace Corvetape::Test {
 

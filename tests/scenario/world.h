@@ -12,14 +12,14 @@
 #include <vector>
 
 #include "app/program.h"
-#include "core/profile.h"
+#include "core/settings/profile.h"
 #include "media/provider_wmp.h"
-#include "platform/sim/radio_script.h"
-#include "platform/sim/sim_documents.h"
-#include "platform/sim/sim_http.h"
-#include "platform/sim/sim_machine.h"
-#include "platform/sim/sim_players.h"
-#include "platform/sim/source_players.h"
+#include "platform/virtual/source_players.h"
+#include "sim/radio_script.h"
+#include "sim/sim_documents.h"
+#include "sim/sim_http.h"
+#include "sim/sim_machine.h"
+#include "sim/sim_players.h"
 #include "support/data_file.h"
 
 namespace Corvetape::Test {

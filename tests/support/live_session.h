@@ -4,7 +4,7 @@
 #include <chrono>
 #include <functional>
 
-#include "platform/linux/qt_loop.h"
+#include "platform/linux/loop/qt_loop.h"
 
 namespace Corvetape {
 

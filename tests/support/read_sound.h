@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/sound_file_source.h"
+#include "platform/linux/sound/sound_file_source.h"
 #include "platform/wave_in.h"
 
 namespace Corvetape {

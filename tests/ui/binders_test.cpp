@@ -10,7 +10,7 @@
 #include <QSlider>
 #include <memory>
 
-#include "core/control_array.h"
+#include "core/controls/control_array.h"
 #include "ui/binders.h"
 
 namespace Corvetape::Test {

@@ -6,11 +6,11 @@
 #include <vector>
 
 #include "app/program.h"
-#include "platform/sim/demo_radio.h"
-#include "platform/sim/sim_machine.h"
-#include "platform/sim/source_players.h"
+#include "platform/virtual/demo_radio.h"
+#include "platform/virtual/source_players.h"
 #include "recording/run_songs.h"
 #include "recording/signal_trace.h"
+#include "sim/sim_machine.h"
 #include "support/data_file.h"
 #include "ui/main_window.h"
 

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "core/text.h"
+#include "core/text/text.h"
 
 namespace Corvetape::Fuzz {
 

@@ -18,7 +18,7 @@
 #include <vector>
 
 #include "live/soak/truth.h"
-#include "platform/linux/sound_file_source.h"
+#include "platform/linux/sound/sound_file_source.h"
 
 namespace Corvetape {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/linux/console_dialogs.h"
+#include "platform/linux/desktop/console_dialogs.h"
 
 #include <gtest/gtest.h>
 

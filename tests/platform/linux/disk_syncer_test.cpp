@@ -1,4 +1,4 @@
-#include "platform/linux/disk_syncer.h"
+#include "platform/linux/files/disk_syncer.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

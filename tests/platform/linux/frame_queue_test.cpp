@@ -1,10 +1,10 @@
-#include "platform/linux/frame_queue.h"
+#include "platform/linux/sound/frame_queue.h"
 
 #include <gtest/gtest.h>
 
 #include <thread>
 
-#include "platform/linux/capture_road.h"
+#include "platform/linux/sound/capture_road.h"
 #include "support/test_sound.h"
 
 namespace Corvetape {

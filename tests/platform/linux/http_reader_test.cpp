@@ -1,4 +1,4 @@
-#include "platform/linux/http_reader.h"
+#include "platform/linux/web/http_reader.h"
 
 #include <gtest/gtest.h>
 

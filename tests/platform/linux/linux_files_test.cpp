@@ -1,4 +1,4 @@
-#include "platform/linux/linux_files.h"
+#include "platform/linux/files/linux_files.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>

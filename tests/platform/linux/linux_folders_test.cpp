@@ -1,4 +1,4 @@
-#include "platform/linux/linux_folders.h"
+#include "platform/linux/files/linux_folders.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

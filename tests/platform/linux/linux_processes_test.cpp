@@ -1,4 +1,4 @@
-#include "platform/linux/linux_processes.h"
+#include "platform/linux/processes/linux_processes.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

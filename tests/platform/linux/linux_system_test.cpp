@@ -1,4 +1,4 @@
-#include "platform/linux/linux_system.h"
+#include "platform/linux/processes/linux_system.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -8,7 +8,7 @@
 #include <ctime>
 #include <thread>
 
-#include "platform/linux/linux_clock.h"
+#include "platform/linux/loop/linux_clock.h"
 #include "support/live_session.h"
 #include "support/temp_folder.h"
 

@@ -1,4 +1,4 @@
-#include "platform/linux/loss_meter.h"
+#include "platform/linux/sound/loss_meter.h"
 
 #include <gtest/gtest.h>
 

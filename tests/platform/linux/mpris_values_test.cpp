@@ -1,4 +1,4 @@
-#include "platform/linux/mpris_values.h"
+#include "platform/linux/players/mpris_values.h"
 
 #include <gtest/gtest.h>
 

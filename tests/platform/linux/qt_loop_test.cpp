@@ -1,4 +1,4 @@
-#include "platform/linux/qt_loop.h"
+#include "platform/linux/loop/qt_loop.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

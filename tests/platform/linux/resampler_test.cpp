@@ -1,4 +1,4 @@
-#include "platform/linux/resampler.h"
+#include "platform/linux/sound/resampler.h"
 
 #include <gtest/gtest.h>
 

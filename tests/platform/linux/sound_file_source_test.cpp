@@ -1,4 +1,4 @@
-#include "platform/linux/sound_file_source.h"
+#include "platform/linux/sound/sound_file_source.h"
 
 #include <gtest/gtest.h>
 #include <sndfile.h>
@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <numbers>
 
-#include "platform/linux/linux_processes.h"
+#include "platform/linux/processes/linux_processes.h"
 #include "support/temp_folder.h"
 #include "support/test_sound.h"
 

@@ -1,4 +1,4 @@
-#include "platform/linux/timer_queue.h"
+#include "platform/linux/loop/timer_queue.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/write_behind_files.h"
+#include "platform/linux/files/write_behind_files.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/sim/sim_random.h"
+#include "platform/virtual/sim_random.h"
 #include "scenario/soak/book.h"
 
 namespace Corvetape::Test {

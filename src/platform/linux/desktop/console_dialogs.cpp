@@ -1,0 +1,39 @@
+#include "platform/linux/desktop/console_dialogs.h"
+
+#include <unistd.h>
+
+#include "platform/linux/desktop/one_line.h"
+
+namespace Corvetape {
+
+ConsoleDialogs::ConsoleDialogs(std::FILE* output) : stream(output) {}
+
+void ConsoleDialogs::MessageBox(const std::string& text, DialogIcon icon) {
+    const char* const kind = icon == DialogIcon::Critical      ? "error: "
+                             : icon == DialogIcon::Exclamation ? "warning: "
+                                                               : "";
+    std::fprintf(stream, "%s%s\n", kind, OneLine(text).c_str());
+    std::fflush(stream);
+}
+
+bool ConsoleDialogs::AskYesNo(const std::string& text, DialogIcon icon) {
+    MessageBox(text, icon);
+    return false;
+}
+
+void ConsoleDialogs::Beep() {
+    if (isatty(fileno(stream)) == 0) return;
+    std::fputc('\a', stream);
+    std::fflush(stream);
+}
+
+std::optional<std::string> ConsoleDialogs::BrowseForFolder(const std::string&, const std::string&) {
+    return std::nullopt;
+}
+
+std::optional<std::string> ConsoleDialogs::OpenFile(const std::string&, const std::string&,
+                                                    const std::string&) {
+    return std::nullopt;
+}
+
+}  // namespace Corvetape

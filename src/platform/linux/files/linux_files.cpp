@@ -1,0 +1,306 @@
+#include "platform/linux/files/linux_files.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <limits>
+#include <thread>
+
+#include "platform/linux/files/descriptor.h"
+#include "platform/linux/files/new_file.h"
+
+namespace Corvetape {
+namespace {
+
+Descriptor OpenFile(const std::string& path, int flags) {
+    return Descriptor(Uninterrupted([&] { return open(path.c_str(), flags | O_CLOEXEC, 0666); }));
+}
+
+/// Opens for reading without waiting for the other end of a pipe. The size is that of a regular file.
+struct Readable {
+    Descriptor Open;
+    uint64_t Size = 0;
+};
+
+std::optional<Readable> OpenForReading(const std::string& path) {
+    Readable file{OpenFile(path, O_RDONLY | O_NONBLOCK), 0};
+    struct stat status {};
+    if (!file.Open || fstat(file.Open.Number(), &status) != 0) return std::nullopt;
+    if (!S_ISREG(status.st_mode)) {
+        errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+        return std::nullopt;
+    }
+    file.Size = static_cast<uint64_t>(status.st_size);
+    return file;
+}
+
+/// What stands from `offset` on, `count` bytes at most, whatever size the file had when it was opened.
+std::optional<std::string> ReadFrom(int descriptor, uint64_t offset, uint64_t count) {
+    std::string content;
+    constexpr uint64_t piece = 1 << 20;
+    while (content.size() < count) {
+        const size_t before = content.size();
+        content.resize(before + static_cast<size_t>(std::min(count - before, piece)));
+        const ssize_t got = Uninterrupted([&] {
+            return pread(descriptor, content.data() + before, content.size() - before,
+                         static_cast<off_t>(offset + before));
+        });
+        if (got < 0) return std::nullopt;
+        content.resize(before + static_cast<size_t>(got));
+        if (got == 0) break;
+    }
+    return content;
+}
+
+bool CopyContent(int from, int to) {
+    bool inKernel = true;
+    std::string piece(size_t{256} * 1024, '\0');
+    for (;;) {
+        ssize_t got = -1;
+        if (inKernel) {
+            got = Uninterrupted([&] { return copy_file_range(from, nullptr, to, nullptr, 1 << 30, 0); });
+            if (got > 0) continue;
+            const bool full = errno == ENOSPC || errno == EDQUOT || errno == EFBIG || errno == EIO;
+            if (got < 0 && full) return false;
+            inKernel = false;  // at the end, or not between these disks: by hand from where it stopped
+        }
+        got = Uninterrupted([&] { return read(from, piece.data(), piece.size()); });
+        if (got <= 0) return got == 0;
+        if (!WriteFully(to, std::string_view(piece).substr(0, static_cast<size_t>(got)))) return false;
+    }
+}
+
+class LinuxFile : public File {
+ public:
+    LinuxFile(Descriptor openFile, std::shared_ptr<int32_t> errorPlace,
+              std::shared_ptr<DiskSyncer> diskSyncer)
+        : descriptor(std::move(openFile)), lastError(std::move(errorPlace)), syncer(std::move(diskSyncer)) {}
+    ~LinuxFile() override { Close(); }
+    LinuxFile(const LinuxFile&) = delete;
+    LinuxFile& operator=(const LinuxFile&) = delete;
+
+    bool Write(std::span<const std::byte> bytes) override {
+        if (!descriptor) return Result(false, EBADF);
+        while (!bytes.empty()) {
+            const ssize_t written = Uninterrupted([&] {
+                return pwrite(descriptor.Number(), bytes.data(), bytes.size(), static_cast<off_t>(position));
+            });
+            if (written <= 0) return Result(false, written < 0 ? errno : EIO);
+            position += static_cast<uint64_t>(written);
+            bytes = bytes.subspan(static_cast<size_t>(written));
+        }
+        return true;
+    }
+
+    bool Seek(uint64_t target) override {
+        if (!descriptor) return Result(false, EBADF);
+        if (target > static_cast<uint64_t>(std::numeric_limits<off_t>::max())) return Result(false, EINVAL);
+        position = target;
+        return true;
+    }
+
+    uint64_t Position() const override { return position; }
+
+    void SyncSoon() override { syncer->Add(descriptor.Number()); }
+
+    bool Close() override {
+        if (!descriptor) return true;
+        return descriptor.Close() || Result(false, errno);
+    }
+
+ private:
+    bool Result(bool succeeded, int error) {
+        *lastError = error;
+        return succeeded;
+    }
+
+    Descriptor descriptor;
+    uint64_t position = 0;
+    std::shared_ptr<int32_t> lastError;
+    std::shared_ptr<DiskSyncer> syncer;
+};
+
+}  // namespace
+
+LinuxFiles::LinuxFiles() : lastError(std::make_shared<int32_t>(0)), syncer(std::make_shared<DiskSyncer>()) {
+    // A file that may not grow further is a write that fails, and no reason to die.
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
+bool LinuxFiles::Result(bool succeeded) const {
+    if (!succeeded) *lastError = errno;
+    return succeeded;
+}
+
+std::unique_ptr<File> LinuxFiles::Create(const std::string& path) {
+    Descriptor file = OpenFile(path, O_WRONLY | O_CREAT | O_TRUNC);
+    if (!Result(static_cast<bool>(file))) return nullptr;
+    return std::make_unique<LinuxFile>(std::move(file), lastError, syncer);
+}
+
+std::unique_ptr<File> LinuxFiles::CreateNew(const std::string& path) {
+    Descriptor file = OpenFile(path, O_WRONLY | O_CREAT | O_EXCL);
+    if (!Result(static_cast<bool>(file))) return nullptr;
+    return std::make_unique<LinuxFile>(std::move(file), lastError, syncer);
+}
+
+std::optional<std::string> LinuxFiles::ReadAll(const std::string& path, uint64_t limit) {
+    const std::optional<Readable> file = OpenForReading(path);
+    if (!Result(file.has_value())) return std::nullopt;
+    const uint64_t oneMore = limit < std::numeric_limits<uint64_t>::max() ? limit + 1 : limit;
+    std::optional<std::string> content;
+    if (file->Size <= limit) content = ReadFrom(file->Open.Number(), 0, oneMore);
+    if (file->Size > limit || (content && content->size() > limit)) {
+        errno = EFBIG;
+        content.reset();
+    }
+    Result(content.has_value());
+    return content;
+}
+
+std::optional<std::string> LinuxFiles::ReadPart(const std::string& path, uint64_t offset, size_t count) {
+    const std::optional<Readable> file = OpenForReading(path);
+    if (!Result(file.has_value())) return std::nullopt;
+    if (offset >= file->Size) return std::string();
+    std::optional<std::string> content = ReadFrom(file->Open.Number(), offset, count);
+    Result(content.has_value());
+    return content;
+}
+
+bool LinuxFiles::Patch(const std::string& path, uint64_t offset, std::string_view bytes) {
+    const Descriptor file = OpenFile(path, O_WRONLY | O_NONBLOCK);
+    struct stat status {};
+    if (!file || fstat(file.Number(), &status) != 0) return Result(false);
+    const auto size = static_cast<uint64_t>(status.st_size);
+    if (!S_ISREG(status.st_mode) || offset > size || bytes.size() > size - offset) {
+        errno = EINVAL;
+        return Result(false);
+    }
+    if (lseek(file.Number(), static_cast<off_t>(offset), SEEK_SET) < 0) return Result(false);
+    return Result(WriteFully(file.Number(), bytes));
+}
+
+bool LinuxFiles::ReplaceAtomically(const std::string& path, std::string_view content) {
+    std::optional<NewFile> file = NewFile::Begin(path);
+    return Result(file && WriteFully(file->Number(), content) && file->TakePlace());
+}
+
+bool LinuxFiles::ReplaceQuickly(const std::string& path, std::string_view content) {
+    std::optional<NewFile> file = NewFile::Begin(path);
+    return Result(file && WriteFully(file->Number(), content) && file->TakePlace(NewFile::Sync::No));
+}
+
+bool LinuxFiles::Append(const std::string& path, std::string_view content) {
+    Descriptor file = OpenFile(path, O_WRONLY | O_CREAT | O_APPEND | O_NONBLOCK);
+    if (!file) return Result(false);
+    const bool written = Result(WriteFully(file.Number(), content));
+    return Result(file.Close()) && written;
+}
+
+bool LinuxFiles::Rename(const std::string& from, const std::string& to) {
+    if (rename(from.c_str(), to.c_str()) == 0) return true;
+    const bool otherDisk = errno == EXDEV;
+    Result(false);
+    return otherDisk && !IsFolder(from) && Copy(from, to) && Delete(from);
+}
+
+bool LinuxFiles::Copy(const std::string& from, const std::string& to) {
+    const std::optional<Readable> source = OpenForReading(from);
+    if (!Result(source.has_value())) return false;
+    struct stat fromStatus {};
+    struct stat toStatus {};
+    if (fstat(source->Open.Number(), &fromStatus) == 0 && stat(to.c_str(), &toStatus) == 0 &&
+        fromStatus.st_dev == toStatus.st_dev && fromStatus.st_ino == toStatus.st_ino) {
+        return true;
+    }
+    std::optional<NewFile> copy = NewFile::Begin(to);
+    return Result(copy && CopyContent(source->Open.Number(), copy->Number()) && copy->TakePlace());
+}
+
+bool LinuxFiles::Delete(const std::string& path) {
+    return Result(unlink(path.c_str()) == 0);
+}
+
+bool LinuxFiles::MakeFolder(const std::string& path) {
+    return Result(mkdir(path.c_str(), 0777) == 0);
+}
+
+bool LinuxFiles::DeleteFolder(const std::string& path) {
+    return Result(rmdir(path.c_str()) == 0);
+}
+
+bool LinuxFiles::IsFolder(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::optional<uint64_t> LinuxFiles::FileSize(const std::string& path) {
+    struct stat status {};
+    if (!Result(stat(path.c_str(), &status) == 0)) return std::nullopt;
+    if (S_ISDIR(status.st_mode)) {
+        *lastError = EISDIR;
+        return std::nullopt;
+    }
+    return static_cast<uint64_t>(status.st_size);
+}
+
+std::vector<FileEntry> LinuxFiles::List(const std::string& folder) {
+    std::vector<FileEntry> entries;
+    const std::unique_ptr<DIR, int (*)(DIR*)> open(opendir(folder.c_str()), closedir);
+    if (!Result(open != nullptr)) return entries;
+    while (const dirent* item = readdir(open.get())) {
+        const std::string name = item->d_name;
+        struct stat status {};
+        if (name == "." || name == "..") continue;
+        if (fstatat(dirfd(open.get()), name.c_str(), &status, 0) != 0) continue;  // gone, or a dead link
+        const bool isFolder = S_ISDIR(status.st_mode);
+        entries.push_back({name, isFolder ? 0 : static_cast<uint64_t>(status.st_size), isFolder});
+    }
+    std::ranges::sort(entries, {}, &FileEntry::Name);
+    return entries;
+}
+
+bool LinuxFiles::SameFile(const std::string& one, const std::string& other) {
+    struct stat first {};
+    struct stat second {};
+    return stat(one.c_str(), &first) == 0 && stat(other.c_str(), &second) == 0 &&
+           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+std::unique_ptr<FileLock> LinuxFiles::Lock(const std::string& path) {
+    class HeldLock : public FileLock {
+     public:
+        explicit HeldLock(Descriptor open) : file(std::move(open)) {}
+
+     private:
+        Descriptor file;  // its closing gives the lock back
+    };
+    Descriptor file = OpenFile(path, O_RDWR | O_CREAT | O_NOFOLLOW);
+    if (!Result(static_cast<bool>(file))) return nullptr;
+    // Whoever holds it does so for the time of one small write. A process that was stopped in the middle of
+    // that must not stop this one.
+    constexpr int tries = 200;
+    for (int i = 0; i < tries; ++i) {
+        if (flock(file.Number(), LOCK_EX | LOCK_NB) == 0) return std::make_unique<HeldLock>(std::move(file));
+        if (errno != EWOULDBLOCK && errno != EINTR) break;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    Result(false);
+    return nullptr;
+}
+
+std::optional<uint64_t> LinuxFiles::FreeSpace(const std::string& folder) {
+    struct statvfs status {};
+    if (!Result(Uninterrupted([&] { return statvfs(folder.c_str(), &status); }) == 0)) return std::nullopt;
+    return uint64_t{status.f_bavail} * status.f_frsize;
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,212 @@
+#include "platform/linux/players/mpris_listener.h"
+
+#include <QCoreApplication>
+#include <QDBusPendingCallWatcher>
+#include <QEvent>
+#include <QStringList>
+#include <atomic>
+#include <memory>
+#include <utility>
+
+#include "platform/linux/players/mpris_values.h"
+
+namespace Corvetape {
+namespace {
+
+constexpr auto RetryAfter = std::chrono::seconds(5);
+
+/// More than anybody runs; a program that claims names without end is not followed for ever.
+constexpr size_t MostPlayers = 64;
+
+const QString BusService = QStringLiteral("org.freedesktop.DBus");
+const QString BusPath = QStringLiteral("/org/freedesktop/DBus");
+const QString PlayerPath = QStringLiteral("/org/mpris/MediaPlayer2");
+const QString PlayerInterface = QStringLiteral("org.mpris.MediaPlayer2.Player");
+const QString PropertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
+
+QString NextConnectionName() {
+    static std::atomic<int> count = 0;  // Qt keeps connections by name
+    return QStringLiteral("corvetape-players-%1").arg(++count);
+}
+
+QDBusMessage BusCall(const QString& method) {
+    return QDBusMessage::createMethodCall(BusService, BusPath, BusService, method);
+}
+
+QString TextAt(const QList<QVariant>& arguments, qsizetype index) {
+    return index < arguments.size() ? arguments[index].toString() : QString();
+}
+
+}  // namespace
+
+MprisListener::MprisListener(QString address, std::chrono::milliseconds answerLimit, MprisNews news)
+    : Address(std::move(address)),
+      ConnectionName(NextConnectionName()),
+      AnswerLimit(answerLimit),
+      News(std::move(news)),
+      Bus(ConnectionName) {
+    Again.setSingleShot(true);
+    Again.setInterval(RetryAfter);
+    connect(&Again, &QTimer::timeout, this, [this] { Begin(); });
+}
+
+MprisListener::~MprisListener() {
+    Leave();
+}
+
+void MprisListener::Leave() {
+    if (Bus.isConnected())
+        static_cast<void>(Follow(false));  // rules that were never made cannot be taken back
+    // A signal on its way holds the connection, but only while the connection itself is held: one that is
+    // taken off the bus in between would be released a second time.
+    QCoreApplication::removePostedEvents(this, QEvent::MetaCall);
+    Bus = QDBusConnection(QString());
+    QDBusConnection::disconnectFromBus(ConnectionName);
+}
+
+void MprisListener::Begin() {
+    Leave();  // what may be left of a bus that has ended
+    Bus = QDBusConnection::connectToBus(Address, ConnectionName);
+    // Signals are asked for before the names, so that none is missed between the two.
+    if (!Bus.isConnected() || !Follow(true)) {
+        Again.start();
+        return;
+    }
+    AskForNames();
+}
+
+bool MprisListener::Follow(bool begin) {
+    // No sender is named in the rules: Qt would wait for an answer of the bus for each of them.
+    const auto rule = [&](const QString& path, const QString& interface, const QString& name,
+                          const QStringList& match, const char* slot) {
+        return begin ? Bus.connect(QString(), path, interface, name, match, QString(), this, slot)
+                     : Bus.disconnect(QString(), path, interface, name, match, QString(), this, slot);
+    };
+    const bool owners =
+        rule(BusPath, BusService, QStringLiteral("NameOwnerChanged"), {}, SLOT(OwnerChanged(QDBusMessage)));
+    const bool changes = rule(PlayerPath, PropertiesInterface, QStringLiteral("PropertiesChanged"),
+                              {PlayerInterface}, SLOT(PropertiesChanged(QDBusMessage)));
+    const bool end =
+        rule(QStringLiteral("/org/freedesktop/DBus/Local"), QStringLiteral("org.freedesktop.DBus.Local"),
+             QStringLiteral("Disconnected"), {}, SLOT(Disconnected()));
+    return owners && changes && end;
+}
+
+void MprisListener::Call(const QDBusMessage& call, const Answered& answered) {
+    const auto limit = static_cast<int>(AnswerLimit.count());
+    // Belongs to the listener, so that no answer comes after its end.
+    auto watcher = std::make_unique<QDBusPendingCallWatcher>(Bus.asyncCall(call, limit), this);
+    QDBusPendingCallWatcher* const waiting = watcher.release();
+    connect(waiting, &QDBusPendingCallWatcher::finished, this, [waiting, answered] {
+        waiting->deleteLater();
+        answered(waiting->reply());
+    });
+}
+
+void MprisListener::AskForNames() {
+    Call(BusCall(QStringLiteral("ListNames")), [this](const QDBusMessage& answer) {
+        if (answer.type() != QDBusMessage::ReplyMessage || answer.arguments().isEmpty()) {
+            Disconnected();  // a bus that does not answer is looked for again like one that has ended
+            return;
+        }
+        for (const QString& name : answer.arguments().constFirst().toStringList()) {
+            if (IsPlayerName(name)) AskForOwner(name);
+        }
+    });
+}
+
+void MprisListener::AskForOwner(const QString& name) {
+    QDBusMessage call = BusCall(QStringLiteral("GetNameOwner"));
+    call << name;
+    Call(call, [this, name](const QDBusMessage& answer) {
+        // It may have gone meanwhile, or a signal may have told of it earlier.
+        if (answer.type() == QDBusMessage::ReplyMessage) Adopt(name, TextAt(answer.arguments(), 0));
+    });
+}
+
+void MprisListener::OwnerChanged(const QDBusMessage& signal) {
+    const QString name = TextAt(signal.arguments(), 0);
+    if (signal.service() != BusService || !IsPlayerName(name)) return;
+    const QString owner = TextAt(signal.arguments(), 2);
+    if (owner.isEmpty()) {
+        Forget(name);
+    } else {
+        Adopt(name, owner);
+    }
+}
+
+void MprisListener::Adopt(const QString& name, const QString& owner) {
+    const auto known = Known.find(name);
+    if (known != Known.end() && known->second.Owner == owner) return;
+    if (known == Known.end() && Known.size() >= MostPlayers) return;
+    // Another one under the same name is another player.
+    Forget(name);
+    Player& player = Known[name];
+    player.Owner = owner;
+    player.Report.Player = name.toStdString();
+    AskForProperties(name);
+}
+
+void MprisListener::AskForProperties(const QString& name) {
+    Player& player = Known[name];
+    player.AskAgain = player.Asking;
+    if (player.Asking) return;
+    player.Asking = true;
+    QDBusMessage call = QDBusMessage::createMethodCall(player.Owner, PlayerPath, PropertiesInterface,
+                                                       QStringLiteral("GetAll"));
+    call << PlayerInterface;
+    Call(call,
+         [this, name, owner = player.Owner](const QDBusMessage& answer) { TakeAnswer(name, owner, answer); });
+}
+
+void MprisListener::TakeAnswer(const QString& name, const QString& owner, const QDBusMessage& answer) {
+    const auto known = Known.find(name);
+    if (known == Known.end() || known->second.Owner != owner) return;
+    Player& player = known->second;
+    player.Asking = false;
+    const bool said = answer.type() == QDBusMessage::ReplyMessage && !answer.arguments().isEmpty();
+    // One that does not answer is there all the same.
+    Take(player, said ? BusMap(answer.arguments().constFirst()) : QVariantMap());
+    if (player.AskAgain) AskForProperties(name);
+}
+
+void MprisListener::PropertiesChanged(const QDBusMessage& signal) {
+    const QList<QVariant> arguments = signal.arguments();
+    if (arguments.size() < 3 || TextAt(arguments, 0) != PlayerInterface) return;
+    const QVariantMap changed = BusMap(arguments[1]);
+    const QStringList untold = arguments[2].toStringList();
+    const bool ask =
+        untold.contains(QStringLiteral("Metadata")) || untold.contains(QStringLiteral("PlaybackStatus"));
+    for (auto& [name, player] : Known) {
+        if (player.Owner != signal.service()) continue;
+        Take(player, changed);
+        if (ask) AskForProperties(name);
+    }
+}
+
+void MprisListener::Take(Player& player, const QVariantMap& properties) {
+    Tell(player, WithProperties(player.Report, properties));
+}
+
+void MprisListener::Tell(Player& player, PlayerReport report) {
+    // Some players signal dozens of times a second that nothing has changed but their position.
+    if (player.Told && report == player.Report) return;
+    player.Told = true;
+    player.Report = std::move(report);
+    News.Changed(player.Report);
+}
+
+void MprisListener::Forget(const QString& name) {
+    const auto known = Known.find(name);
+    if (known == Known.end()) return;
+    const bool told = known->second.Told;
+    Known.erase(known);
+    if (told) News.Gone(name.toStdString());
+}
+
+void MprisListener::Disconnected() {
+    while (!Known.empty()) Forget(Known.begin()->first);
+    Again.start();
+}
+
+}  // namespace Corvetape

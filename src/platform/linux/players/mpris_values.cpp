@@ -1,0 +1,84 @@
+#include "platform/linux/players/mpris_values.h"
+
+#include <QDBusArgument>
+#include <QStringList>
+
+namespace Corvetape {
+namespace {
+
+std::string Text(const QString& text) {
+    // No character is shorter in UTF-8 than in units of a QString, so more than this is never needed.
+    QByteArray bytes = text.left(MostPlayerTextBytes + 1).toUtf8();
+    if (bytes.size() > MostPlayerTextBytes) {
+        qsizetype end = MostPlayerTextBytes;
+        while (end > 0 && (static_cast<unsigned char>(bytes[end]) & 0xC0) == 0x80) --end;
+        bytes.truncate(end);
+    }
+    return bytes.toStdString();
+}
+
+std::string Address(const QString& text) {
+    const QByteArray bytes = text.left(MostPlayerTextBytes + 1).toUtf8();
+    return bytes.size() > MostPlayerTextBytes ? std::string() : bytes.toStdString();
+}
+
+/// Whether a piece may name this picture. Files of this machine are those of pieces that are files
+/// themselves: whatever a page or a stream is told by others to show is fetched from the web.
+bool MayShow(const QString& address, const QString& piece) {
+    const auto begins = [](const QString& text, const char* with) {
+        return text.startsWith(QLatin1String(with), Qt::CaseInsensitive);
+    };
+    return begins(address, "http://") || begins(address, "https://") || begins(piece, "file://");
+}
+
+/// A text, or a list of texts in one.
+QString Joined(const QVariant& value) {
+    if (value.typeId() == QMetaType::QString) return value.toString();
+    if (value.typeId() != QMetaType::QStringList) return {};
+    QString all;
+    for (const QString& part : value.toStringList()) {
+        if (part.isEmpty()) continue;
+        if (!all.isEmpty()) all += QStringLiteral(", ");
+        all += part.left(MostPlayerTextBytes);
+        if (all.size() > MostPlayerTextBytes) break;  // the rest would be cut off anyway
+    }
+    return all;
+}
+
+QString Single(const QVariant& value) {
+    return value.typeId() == QMetaType::QString ? value.toString() : QString();
+}
+
+}  // namespace
+
+bool IsPlayerName(const QString& busName) {
+    // This one repeats what another player says, and stays when there is none.
+    return busName.startsWith(QStringLiteral("org.mpris.MediaPlayer2.")) &&
+           busName != QStringLiteral("org.mpris.MediaPlayer2.playerctld");
+}
+
+QVariantMap BusMap(const QVariant& value) {
+    if (value.typeId() == QMetaType::QVariantMap) return value.toMap();
+    if (value.metaType() != QMetaType::fromType<QDBusArgument>()) return {};
+    const auto argument = value.value<QDBusArgument>();
+    if (argument.currentSignature() != QStringLiteral("a{sv}")) return {};
+    return qdbus_cast<QVariantMap>(argument);
+}
+
+PlayerReport WithProperties(PlayerReport report, const QVariantMap& properties) {
+    const auto status = properties.constFind(QStringLiteral("PlaybackStatus"));
+    if (status != properties.constEnd()) report.Playing = Single(*status) == QStringLiteral("Playing");
+    const auto metadata = properties.constFind(QStringLiteral("Metadata"));
+    if (metadata == properties.constEnd()) return report;
+    const QVariantMap piece = BusMap(*metadata);
+    report.Genre = Text(Joined(piece.value(QStringLiteral("xesam:genre"))));
+    report.Artist = Text(Joined(piece.value(QStringLiteral("xesam:artist"))));
+    report.Title = Text(Single(piece.value(QStringLiteral("xesam:title"))));
+    report.Album = Text(Single(piece.value(QStringLiteral("xesam:album"))));
+    const QString cover = Single(piece.value(QStringLiteral("mpris:artUrl")));
+    const bool shown = MayShow(cover, Single(piece.value(QStringLiteral("xesam:url"))));
+    report.Cover = shown ? Address(cover) : std::string();
+    return report;
+}
+
+}  // namespace Corvetape

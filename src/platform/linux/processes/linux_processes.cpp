@@ -1,0 +1,262 @@
+#include "platform/linux/processes/linux_processes.h"
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <condition_variable>
+#include <csignal>
+#include <cstdlib>
+#include <mutex>
+#include <thread>
+
+#include "platform/linux/files/descriptor.h"
+#include "platform/linux/loop/thread_signals.h"
+#include "platform/linux/processes/child.h"
+#include "platform/linux/processes/linux_system.h"
+#include "platform/linux/processes/program_search.h"
+
+namespace Corvetape {
+
+/// Waits for children on a thread of its own, which begins with the first child.
+class LinuxProcesses::Collector {
+ public:
+    Collector() : wake(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+
+    ~Collector() {
+        {
+            const std::lock_guard guard(lock);
+            ending = true;
+        }
+        Wake();
+        if (thread.joinable()) thread.join();
+    }
+    Collector(const Collector&) = delete;
+    Collector& operator=(const Collector&) = delete;
+
+    /// `name` is empty for a child whose result nobody wants to know.
+    void Watch(pid_t pid, std::optional<std::string> name) {
+        Child child{pid, Descriptor(static_cast<int>(syscall(SYS_pidfd_open, pid, 0))), std::move(name)};
+        {
+            const std::lock_guard guard(lock);
+            if (child.Name) ++running;
+            children.push_back(std::move(child));
+        }
+        if (!thread.joinable()) thread = std::thread([this] { Collect(); });
+        Wake();
+    }
+
+    size_t Running() {
+        const std::lock_guard guard(lock);
+        return running;
+    }
+
+    std::vector<JobResult> TakeFinished() {
+        const std::lock_guard guard(lock);
+        return std::exchange(finished, {});
+    }
+
+    bool WaitForAll(std::chrono::milliseconds limit) {
+        std::unique_lock guard(lock);
+        const auto bounded = std::min<std::chrono::milliseconds>(limit, std::chrono::hours(24 * 365));
+        return ended.wait_for(guard, bounded, [this] { return running == 0; });
+    }
+
+ private:
+    struct Child {
+        pid_t Pid = -1;
+        Descriptor Process;  // empty where the kernel gives none
+        std::optional<std::string> Name;
+    };
+
+    void Wake() const {
+        const uint64_t one = 1;
+        [[maybe_unused]] const ssize_t written = write(wake.Number(), &one, sizeof one);
+    }
+
+    void Collect() {
+        LeaveSignalsToTheMainThread();
+        std::vector<pollfd> waits;
+        for (;;) {
+            waits.assign(1, {wake.Number(), POLLIN, 0});
+            int limit = -1;
+            {
+                const std::lock_guard guard(lock);
+                if (ending) return;
+                ReapEnded();
+                for (const Child& child : children) {
+                    if (child.Process) {
+                        waits.push_back({child.Process.Number(), POLLIN, 0});
+                    } else {
+                        limit = 100;  // has to be asked from time to time
+                    }
+                }
+            }
+            poll(waits.data(), waits.size(), limit);
+            uint64_t count = 0;
+            [[maybe_unused]] const ssize_t got = read(wake.Number(), &count, sizeof count);
+        }
+    }
+
+    void ReapEnded() {
+        std::erase_if(children, [this](const Child& child) {
+            int status = 0;
+            const pid_t pid = Uninterrupted([&] { return waitpid(child.Pid, &status, WNOHANG); });
+            if (pid == 0) return false;
+            if (!child.Name) return true;
+            const int code = pid < 0               ? 127
+                             : WIFSIGNALED(status) ? 128 + WTERMSIG(status)
+                                                   : WEXITSTATUS(status);
+            finished.push_back({*child.Name, code});
+            --running;
+            return true;
+        });
+        ended.notify_all();
+    }
+
+    std::mutex lock;
+    std::condition_variable ended;
+    std::vector<Child> children;
+    std::vector<JobResult> finished;
+    size_t running = 0;
+    bool ending = false;
+    Descriptor wake;
+    std::thread thread;
+};
+
+namespace {
+
+constexpr int32_t Started = 33;
+
+int32_t ShellCode(int error) {
+    switch (error) {
+        case ENOENT:
+            return 2;
+        case ENOTDIR:
+        case ELOOP:
+        case ENAMETOOLONG:
+            return 3;
+        case EACCES:
+        case EPERM:
+            return 5;
+        case ENOMEM:
+        case EAGAIN:
+        case E2BIG:
+            return 8;
+        default:
+            return 11;  // the file is there and is no program for this machine
+    }
+}
+
+bool IsAddress(const std::string& path) {
+    const size_t colon = path.find(':');
+    if (colon == std::string::npos || colon < 2 || path[0] < 'A') return false;
+    const auto inScheme = [](char letter) {
+        return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') ||
+               (letter >= '0' && letter <= '9') || letter == '+' || letter == '-' || letter == '.';
+    };
+    return std::all_of(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(colon), inScheme);
+}
+
+/// Why a file that should be opened cannot even be looked at.
+int32_t MissingCode(const std::string& path) {
+    const int error = errno;
+    if (error != ENOENT) return ShellCode(error);
+    const size_t slash = path.rfind('/');
+    struct stat status {};
+    if (slash == std::string::npos || slash == 0) return 2;
+    return stat(path.substr(0, slash).c_str(), &status) == 0 && S_ISDIR(status.st_mode) ? 2 : 3;
+}
+
+}  // namespace
+
+std::vector<std::string> SplitParameters(std::string_view parameters) {
+    std::vector<std::string> result;
+    std::string word;
+    bool inWord = false;
+    char quote = '\0';
+    for (size_t i = 0; i < parameters.size(); ++i) {
+        const char letter = parameters[i];
+        const char next = i + 1 < parameters.size() ? parameters[i + 1] : '\0';
+        const bool blank = letter == ' ' || letter == '\t' || letter == '\n' || letter == '\r';
+        if (quote == '\0' && blank) {
+            if (inWord) result.push_back(std::exchange(word, {}));
+            inWord = false;
+            continue;
+        }
+        inWord = true;
+        if (letter == quote) {
+            quote = '\0';
+        } else if (quote == '\0' && (letter == '"' || letter == '\'')) {
+            quote = letter;
+        } else if (letter == '\\' && next != '\0' &&
+                   (quote == '\0' || (quote == '"' && (next == '"' || next == '\\')))) {
+            word += next;
+            ++i;
+        } else {
+            word += letter;
+        }
+    }
+    if (inWord) result.push_back(word);
+    return result;
+}
+
+LinuxProcesses::LinuxProcesses() : collector(std::make_unique<Collector>()) {}
+LinuxProcesses::~LinuxProcesses() = default;
+
+bool LinuxProcesses::StartHidden(const HiddenJob& job) {
+    const StartedChild child =
+        StartChild({"/bin/sh", {"/bin/sh", "-c", job.CommandLine}, job.WorkingFolder, 10});
+    if (child.Pid < 0) return false;
+    startedRun = RunNameOf(child.Pid);  // before anybody can collect it
+    collector->Watch(child.Pid, job.Name);
+    return true;
+}
+
+int32_t LinuxProcesses::ShellOpen(const std::string& path, const std::string& parameters,
+                                  const std::string& workingFolder) {
+    if (path.empty()) return 2;
+    ChildStart start{path, {path}, workingFolder, 0};
+    bool isDocument = IsAddress(path);
+    if (!isDocument) {
+        struct stat status {};
+        if (path.find('/') == std::string::npos) {
+            if (const std::optional<std::string> found = SearchProgram(path)) start.Program = *found;
+        }
+        if (stat(start.Program.c_str(), &status) != 0) return MissingCode(start.Program);
+        isDocument = !S_ISREG(status.st_mode) || (status.st_mode & 0111) == 0;
+        char* const whole = realpath(start.Program.c_str(), nullptr);  // the working folder may be another
+        if (whole != nullptr) start.Program = whole;
+        std::free(whole);
+    }
+    if (isDocument) {
+        const std::optional<std::string> opener = SearchProgram("xdg-open");
+        if (!opener) return 31;
+        start.Arguments = {"xdg-open", start.Program};
+        start.Program = *opener;
+    } else {
+        for (std::string& argument : SplitParameters(parameters)) start.Arguments.push_back(argument);
+    }
+    const StartedChild child = StartChild(start);
+    if (child.Pid < 0) return child.FolderFailed && child.Error == ENOENT ? 3 : ShellCode(child.Error);
+    collector->Watch(child.Pid, std::nullopt);
+    return Started;
+}
+
+size_t LinuxProcesses::Running() {
+    return collector->Running();
+}
+
+std::vector<JobResult> LinuxProcesses::TakeFinished() {
+    return collector->TakeFinished();
+}
+
+bool LinuxProcesses::WaitForAll(std::chrono::milliseconds limit) {
+    return collector->WaitForAll(limit);
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "core/settings/settings.h"
+#include "post/encoders/encoder_table.h"
+
+namespace Corvetape {
+
+class Files;
+class Folders;
+class Processes;
+
+/// The external programs as they were found on this machine.
+struct FoundTools {
+    std::string Lame;    ///< path; empty if it is not there
+    std::string OggEnc;  ///< path; empty if it is not there
+    std::string Sox;     ///< path; empty if it is not there
+    std::string Ffmpeg;  ///< path; empty if it is not there
+
+    /// Version of the WMA encoder as text. What it begins with as a number must be 9 or more.
+    std::string WmaEncoderVersion;
+};
+
+/// Asks an ffmpeg for its WMA encoder: the version that it counts as, empty if it has none.
+using WmaProbe = std::function<std::string(const std::string& ffmpeg)>;
+
+/// Path of a tool: beside the program, in the common folder, or where the search path has it, in this order.
+/// Empty if it is nowhere.
+std::string FindTool(std::string_view name, Files& files, Folders& folders, const WorkingFolders& places);
+
+/// Looks for all tools. `probe` is asked only if there is an ffmpeg.
+FoundTools FindTools(Files& files, Folders& folders, const WorkingFolders& places, const WmaProbe& probe);
+
+/// True if the encoders that need `tool` can be chosen.
+bool HasTool(const FoundTools& found, EncoderTool tool);
+
+/// The probe for a real machine: "9" if the ffmpeg knows the encoder wmav2. Takes about 50 ms, 3 s at most.
+/// It runs as a hidden job, so it must come before any other: results not taken by then are lost.
+std::string ProbeWmaEncoder(Processes& processes, const std::string& ffmpeg);
+
+}  // namespace Corvetape

@@ -1,0 +1,85 @@
+#include "post/options/folder_selection.h"
+
+#include <array>
+#include <optional>
+#include <utility>
+
+#include "core/controls/messages.h"
+#include "core/settings/settings_store.h"
+#include "core/text/text.h"
+#include "forms/frm_main.h"
+#include "platform/dialogs.h"
+#include "platform/files.h"
+
+namespace Corvetape {
+
+namespace {
+
+constexpr size_t TemporaryFolder = 0;
+constexpr size_t MusicFolder = 1;
+constexpr size_t LogFolder = 2;
+constexpr int32_t FirstFolderTextKey = 4801;
+
+struct FolderRow {
+    const char* Key;
+    std::string Settings::*Value;
+};
+
+constexpr std::array<FolderRow, 3> FolderTable = {{
+    {"TempPath", &Settings::TempPath},
+    {"MusicPath", &Settings::MusicPath},
+    {"LogFilePath", &Settings::LogFilePath},
+}};
+
+}  // namespace
+
+FolderSelection::FolderSelection(frmMain& form, FolderTargets targets, SettingsStore& store, Files& files,
+                                 Dialogs& dialogs, const clsLocalizeControls& messages)
+    : Form(form), Targets(targets), Store(store), Disk(files), Boxes(dialogs), Messages(messages) {
+    for (size_t i = 0; i < FolderTable.size(); ++i) {
+        Form.cmdGetDir[i].Click.Connect([this, i] { GetDir(i); });
+    }
+}
+
+void FolderSelection::GetDir(size_t index) {
+    Form.Enabled(false);
+    Ask(index);
+    while (!Disk.IsFolder(Targets.Folders.Paths[index])) {
+        Boxes.MessageBox(Messages.FormatMsg("811"), DialogIcon::Exclamation);
+        Ask(index);
+    }
+    Form.Enabled(true);
+}
+
+void FolderSelection::Ask(size_t index) {
+    const std::string name =
+        Messages.FormatMsg(std::to_string(FirstFolderTextKey + static_cast<int32_t>(index)));
+    const std::string present = Form.txtPath[index].ToolTip();
+    const std::optional<std::string> chosen =
+        Boxes.BrowseForFolder(Messages.FormatMsg("4800", {name}), present);
+    if (!chosen || EqualIgnoringCase(*chosen, present) || IsRefused(index, *chosen)) return;
+    Take(index, *chosen);
+}
+
+bool FolderSelection::IsRefused(size_t index, const std::string& folder) {
+    if (index != TemporaryFolder && index != MusicFolder) return false;
+    const size_t other = index == TemporaryFolder ? MusicFolder : TemporaryFolder;
+    if (!EqualIgnoringCase(folder, Targets.Folders.Paths[other])) return false;
+    Boxes.MessageBox(Messages.FormatMsg("812"), DialogIcon::Exclamation);
+    return true;
+}
+
+void FolderSelection::Take(size_t index, const std::string& folder) {
+    const FolderRow& row = FolderTable[index];
+    Store.WriteSetting("Options", row.Key, folder);
+    Targets.Values.*row.Value = folder;
+    const std::string before = std::exchange(Targets.Folders.Paths[index], folder);
+    Form.txtPath[index].ToolTip(folder);
+    Form.txtPath[index].Text(folder);
+    if (index == LogFolder && LogFolderChanged) LogFolderChanged(before);
+    if (index == TemporaryFolder) {
+        Boxes.MessageBox(Messages.FormatMsg("813"), DialogIcon::Information);
+    }
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,178 @@
+#include "post/transfer/song_notes.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "audio/wav_file.h"
+#include "core/settings/profile.h"
+#include "core/text/text.h"
+
+namespace Corvetape {
+
+namespace {
+
+constexpr std::string_view NoteExtension = ".note";
+constexpr const char* NoteSection = "Song";
+constexpr size_t MostValueBytes = 1000;
+
+std::string Value(std::string_view text) {
+    std::string value(CutText(text, MostValueBytes));
+    std::ranges::replace_if(
+        value, [](char each) { return static_cast<unsigned char>(each) < ' '; }, ' ');
+    return "\"" + value + "\"";
+}
+
+SongNote ReadNote(Files& files, const std::string& path) {
+    const Profile profile(files, path);
+    const auto text = [&](const char* key) { return profile.ReadText(NoteSection, key, "", MostValueBytes); };
+    SongNote note;
+    note.Run = text("Run");
+    note.Wanted = profile.ReadInt(NoteSection, "Wanted", 0) != 0;
+    note.LeastSeconds = profile.ReadInt(NoteSection, "LeastSeconds", 0);
+    note.Media.StationName = text("Station");
+    note.Media.Artist = text("Artist");
+    note.Media.Song = text("Title");
+    note.Media.Album = text("Album");
+    note.Media.Cover = text("Cover");
+    note.Media.FilePart = profile.ReadInt(NoteSection, "FilePart", 0);
+    note.HandedOn = profile.ReadInt(NoteSection, "HandedOn", 0);
+    note.Number = profile.ReadInt(NoteSection, "Number", 0);
+    note.Encoder = text("Encoder");
+    note.Work = text("Work");
+    note.MusicFolder = text("MusicFolder");
+    return note;
+}
+
+}  // namespace
+
+std::string SongNoteText(const SongNote& note) {
+    std::string text =
+        std::string("[") + NoteSection + "]\nRun=" + Value(note.Run) +
+        "\nWanted=" + (note.Wanted ? "1" : "0") + "\nLeastSeconds=" + std::to_string(note.LeastSeconds) +
+        "\nFilePart=" + std::to_string(note.Media.FilePart) + "\nStation=" + Value(note.Media.StationName) +
+        "\nArtist=" + Value(note.Media.Artist) + "\nTitle=" + Value(note.Media.Song) +
+        "\nAlbum=" + Value(note.Media.Album) + "\nCover=" + Value(note.Media.Cover) + "\n";
+    if (note.HandedOn == 0) return text;
+    return text + "HandedOn=" + std::to_string(note.HandedOn) + "\nNumber=" + std::to_string(note.Number) +
+           "\nEncoder=" + Value(note.Encoder) + "\nWork=" + Value(note.Work) +
+           "\nMusicFolder=" + Value(note.MusicFolder) + "\n";
+}
+
+std::string SongNotes::PathOf(const std::string& baseName) const {
+    return Folders.SongTempFolder + "/" + baseName + std::string(NoteExtension);
+}
+
+void SongNotes::Write(const std::string& baseName, const SongNote& note) {
+    if (baseName.empty()) return;
+    std::string text = SongNoteText(note);
+    if (baseName == LastName && text == LastText) return;
+    const std::string path = PathOf(baseName);
+    // A song's first note is a new file: what stands there is none, or a link that would be written through.
+    if (baseName != LastName) Disk.Delete(path);
+    if (!Disk.ReplaceQuickly(path, text)) return;  // a disk that is full has no room for notes either
+    LastName = baseName;
+    LastText = std::move(text);
+}
+
+SongNotes::Claimed SongNotes::Claim(const std::string& baseName, const SongNote& note) {
+    const std::unique_ptr<File> file = Disk.CreateNew(PathOf(baseName));
+    if (!file) return Disk.LastError() == EEXIST ? Claimed::Taken : Claimed::Failed;
+    const std::string text = SongNoteText(note);
+    file->Write(std::as_bytes(std::span(text)));  // without room for it, the empty note is a claim too
+    return Claimed::Yes;
+}
+
+void SongNotes::Store(const std::string& baseName, const SongNote& note) {
+    if (baseName == LastName) LastName.clear();
+    Disk.ReplaceQuickly(PathOf(baseName), SongNoteText(note));
+}
+
+void SongNotes::Remove(const std::string& baseName) {
+    if (baseName.empty()) return;
+    if (baseName == LastName) LastName.clear();
+    // It is gone already with the other files of a discarded song.
+    Disk.Delete(PathOf(baseName));
+}
+
+std::vector<std::string> ListNotedSongs(Files& files, const std::string& songTempFolder) {
+    std::vector<std::string> names;
+    for (const FileEntry& entry : files.List(songTempFolder)) {
+        if (entry.IsFolder || !entry.Name.ends_with(NoteExtension)) continue;
+        names.push_back(entry.Name.substr(0, entry.Name.size() - NoteExtension.size()));
+    }
+    return names;
+}
+
+std::optional<LeftSong> ReadLeftSong(Files& files, const std::string& songTempFolder,
+                                     const std::string& baseName,
+                                     const std::function<bool(const std::string& run)>& isAlive) {
+    const std::string path = songTempFolder + "/" + baseName + std::string(NoteExtension);
+    // Dealt with since it was listed, or a claim that is being made at this moment.
+    if (files.FileSize(path).value_or(0) == 0) return std::nullopt;
+    LeftSong song{baseName, ReadNote(files, path)};
+    const bool alive = isAlive(song.Note.Run) || (!song.Note.Encoder.empty() && isAlive(song.Note.Encoder));
+    if (alive || song.Note.HandedOn >= MostHandOvers) return std::nullopt;
+    return song;
+}
+
+std::string MadeFileOf(const std::string& songTempFolder, const std::string& work) {
+    return songTempFolder + "/" + work + ".made";
+}
+
+void DeleteHalfMade(Files& files, const std::string& songTempFolder, const SongNote& note) {
+    constexpr const char* plain = "0123456789abcdefghijklmnopqrstuvwxyz-";
+    if (note.Work.empty() || note.Work.find_first_not_of(plain) != std::string::npos) return;
+    files.Delete(MadeFileOf(songTempFolder, note.Work));
+    const std::string number = std::to_string(static_cast<uint32_t>(note.Number));
+    files.Delete(songTempFolder + "/" + number + "." + note.Work + ".part");
+    if (note.MusicFolder.empty()) return;
+    const std::string part = note.MusicFolder + "/.corvet-" + note.Work + ".part";
+    for (const char* end : {"", ".new"}) files.Delete(part + end);
+}
+
+LeftSongDecision DecideLeftSong(Files& files, const std::string& songTempFolder, const LeftSong& song) {
+    LeftSongDecision decision;
+    const std::string path = songTempFolder + "/" + song.BaseName + ".wav";
+    const bool isClosed = song.Note.HandedOn > 0;
+    if (isClosed && files.FileSize(MadeFileOf(songTempFolder, song.Note.Work)).value_or(0) > 0) {
+        decision.Fate = LeftSongFate::IsMade;
+        return decision;
+    }
+    const std::optional<uint64_t> size = files.FileSize(path);
+    if (!size && files.LastError() != ENOENT) {
+        decision.Fate = LeftSongFate::Leave;
+    } else if (!size && isClosed) {
+        decision.Fate = LeftSongFate::IsMade;
+    }
+    if (!song.Note.Wanted || !size) return decision;
+    const bool repaired = RepairWavHeader(files, path);
+    const std::optional<WavInfo> info = ReadWavInfo(files, path);
+    if (!repaired || !info || info->Format.nAvgBytesPerSec == 0) {
+        // Only what is surely no song may go.
+        const std::optional<std::string> begin = files.ReadPart(path, 0, WavHeaderBytes + 1);
+        const bool isNone = begin && (begin->size() <= WavHeaderBytes || !begin->starts_with("RIFF"));
+        if (!isNone) decision.Fate = LeftSongFate::Leave;
+        return decision;
+    }
+    const uint64_t least = song.Note.LeastSeconds > 0 ? static_cast<uint64_t>(song.Note.LeastSeconds) : 0;
+    if (info->DataBytes <= least * info->Format.nAvgBytesPerSec) return decision;
+    decision.Seconds = static_cast<int32_t>(info->DataBytes / info->Format.nAvgBytesPerSec);
+    decision.Fate = LeftSongFate::Transfer;
+    return decision;
+}
+
+void DeleteLeftSong(Files& files, const std::string& songTempFolder, const LeftSong& song) {
+    const std::string base = song.BaseName + ".";
+    for (const FileEntry& entry : files.List(songTempFolder)) {
+        // The extension is the last one only: a name that goes on with a point is another song's.
+        const bool ours =
+            entry.Name.starts_with(base) && entry.Name.find('.', base.size()) == std::string::npos;
+        if (ours && !entry.IsFolder) files.Delete(songTempFolder + "/" + entry.Name);
+    }
+}
+
+}  // namespace Corvetape
