@@ -65,6 +65,14 @@ LevelDisplay& Program::Levels() {
     return Parts->Levels;
 }
 
+CoverImages* Program::Covers() {
+    return Parts->Covers.get();
+}
+
+SongActions& Program::Songs() {
+    return Parts->Songs;
+}
+
 void Program::StopKeeping() {
     Memory->Flags.RecordCurrentSong = false;
     Memory->Flags.RecordNextSong = false;

@@ -17,10 +17,12 @@
 namespace Corvetape {
 
 class clsLocalizeControls;
+class CoverImages;
 class Documents;
 class Http;
 class LevelDisplay;
 class Players;
+class SongActions;
 struct dlgProvider;
 struct ProgramLinks;
 struct ProgramParts;
@@ -155,6 +157,12 @@ class Program {
 
     /// The meter and the statistic of the tab "TAB_AUDIO".
     LevelDisplay& Levels();
+
+    /// The pictures of songs; null in a run without the web.
+    CoverImages* Covers();
+
+    /// What the user can do with a song of the list of this run.
+    SongActions& Songs();
 
     State& Values() { return *Memory; }
     const State& Values() const { return *Memory; }

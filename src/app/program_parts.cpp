@@ -60,6 +60,7 @@ ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
       Transfer({state.Media, state.Options, state.Folders, state.Pause, state.Flags, state.SongCounter,
                 RunName, Owner.Options.InputFiles, Owner.Options.KeepNotes},
                machine.Files, machine.Processes, Journal, Notes, TransferCallbacksOf(*this)),
+      Songs({machine.Files, machine.Clock, state.Options, state.Folders, WatchTabs, Transfer}),
       Disk({state.Form, machine.Files, state.Options, state.Folders, state.Flags, state.Messages},
            DiskCheckActionsOf(*this)),
       Look(state.Form, state.PlainBar, state.CoverBar, Messages),
@@ -148,8 +149,7 @@ void ProgramParts::ResumeRecording() {
         return;
     }
     // A silence that ended the recording is over when there is sound again.
-    const int32_t info = Memory.Messages.PendingInfo;
-    const bool byDisk = (info >= 833 && info <= 835) || Writer.SongFileError() != 0;
+    const bool byDisk = IsDiskMessage(Memory.Messages.PendingInfo) || Writer.SongFileError() != 0;
     if (!byDisk) return;
     if (!Disk.HasRoom(Input.Format().nAvgBytesPerSec)) {
         status.Caption(Messages.FormatMsg("872"));

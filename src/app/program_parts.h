@@ -36,6 +36,7 @@
 #include "recording/pause_control.h"
 #include "recording/recording_look.h"
 #include "recording/session.h"
+#include "recording/song_actions.h"
 #include "recording/supervisor.h"
 
 namespace Corvetape {
@@ -133,6 +134,7 @@ struct ProgramParts {
     WatchPages WatchTabs;
     SongNotes Notes;
     TransferJob Transfer;
+    SongActions Songs;
     DiskCheck Disk;
     RecordingLook Look;
     Session Recording;

@@ -6,6 +6,11 @@
 
 namespace Corvetape {
 
+/// The messages that the watch over the disk space leaves for the end of the program.
+constexpr bool IsDiskMessage(int32_t key) {
+    return key >= 833 && key <= 835;
+}
+
 /// Messages from deep inside a recording, which are told when the program ends. 0 stands for no message.
 struct DeferredMessages {
     int32_t PendingError = 0;      ///< key of the text

@@ -42,6 +42,7 @@ Desktop::Desktop(DesktopArguments arguments)
 Desktop::~Desktop() {
     Tray.reset();
     Shown.reset();
+    Covers.reset();
     Trace.reset();
     Recorder.reset();
 }
@@ -91,6 +92,9 @@ ProgramEvents Desktop::Events() {
         Songs.SongClosed(song);
     };
     events.SongTransferred = [this](const TransferredSong& song) { Songs.SongTransferred(song); };
+    events.MusicMade = [this](const std::string& job, const std::string& file) {
+        Songs.MusicMade(job, file);
+    };
     events.JobEnded = [this](const JobResult& result) { Songs.JobEnded(result); };
     events.Ended = [this] {
         if (Shown) {
@@ -145,11 +149,19 @@ DesktopSteps Desktop::Steps() {
 
 void Desktop::MakeWindow() {
     State& state = Recorder->Values();
+    Covers = std::make_unique<CoverPictures>(Recorder->Covers());
     Shown = std::make_unique<MainWindow>(
-        UiParts{state.Form, state.Flags, state.Signal, state.Media, state.Pause, Recorder->Levels(), *Trace,
-                Songs, Words(Recorder->Texts()), [this] { return Recorder->SongAgeSeconds(); },
-                [this] { return Recorder->Close(); }});
+        UiParts{state.Form, state.Flags, state.Signal, state.Media, state.Pause, state.Messages,
+                Recorder->Levels(), *Trace, Songs, Recorder->Songs(), *Covers, Words(Recorder->Texts()),
+                [this] { return Recorder->SongAgeSeconds(); }, [this] { return Recorder->Close(); }});
     Dialogs.Over(Shown.get());
+    // Pages are shown by the user's own browser, which says nothing of its progress.
+    BrowserView& view = state.Form.objWebBrowser;
+    view.NavigateAsked.Connect([this, &view] {
+        if (view.Address().find("://") == std::string::npos) return;  // a blank page
+        Processes.ShellOpen(view.Address(), "", "");                  // the browser shows what went wrong
+        view.DownloadComplete.Raise();
+    });
 }
 
 void Desktop::MakeTrayIcon() {

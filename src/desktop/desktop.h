@@ -73,6 +73,7 @@ class Desktop {
     std::unique_ptr<Program> Recorder;
     RunSongs Songs;
     std::unique_ptr<SignalTrace> Trace;
+    std::unique_ptr<CoverPictures> Covers;
     std::unique_ptr<MainWindow> Shown;
     std::unique_ptr<TrayIcon> Tray;
 };

@@ -1,7 +1,5 @@
 #include "media/cover_images.h"
 
-#include <span>
-
 #include "core/text/text.h"
 #include "media/image_size.h"
 
@@ -30,16 +28,12 @@ CoverImages::~CoverImages() {
 
 void CoverImages::LoadImage(const std::string& address) {
     if (address == LastCoverUrl) return;
-    if (CoverBytes.size() > 1 || Refused) SongCoverBytes = CoverBytes;
+    if (CoverBytes.size() > 1) SongCoverBytes = CoverBytes;
     CoverBytes.clear();
-    Refused = false;
-    if (Changed) Changed();
     LastCoverUrl = address;
+    Changed.Raise();
     Web.Cancel();
-    if (!IsCoverFetched(address)) {
-        if (!address.empty()) Refuse();
-        return;
-    }
+    if (!IsCoverFetched(address)) return;
     const bool fromWeb = IsWebAddress(address);
     // One byte more shows that a file goes on.
     const size_t limit = fromWeb ? MostCoverBytes : MostCoverBytes + 1;
@@ -49,22 +43,12 @@ void CoverImages::LoadImage(const std::string& address) {
 }
 
 void CoverImages::Answered(const HttpAnswer& answer, bool fromWeb) {
-    const bool whole =
-        fromWeb || (answer.Body.size() <= MostCoverBytes && ReadImageSize(answer.Body).has_value());
-    if (answer.Failed || !whole) {
-        Refuse();
-        return;
-    }
+    if (answer.Failed) return;
+    if (!fromWeb && (answer.Body.size() > MostCoverBytes || !ReadImageSize(answer.Body))) return;
     CoverBytes = answer.Body.substr(0, MostCoverBytes);
     // Without cuts by media data the new picture belongs to the running song at once.
     if (Pause.EndOfSongDetection != EndOfSong::MediaData) SongCoverBytes = CoverBytes;
-    if (Changed) Changed();
-}
-
-void CoverImages::Refuse() {
-    Refused = true;
-    // Cuts by media data may still owe the song before its picture; else there is only the running song.
-    if (Pause.EndOfSongDetection != EndOfSong::MediaData) SongCoverBytes.clear();
+    Changed.Raise();
 }
 
 const std::string& CoverImages::Picture() const {
@@ -77,13 +61,7 @@ const std::string& CoverImages::PictureToShow() const {
 
 void CoverImages::SaveImage(const std::string& basePath) {
     if (!basePath.empty() && SongCoverBytes.size() >= LeastCoverBytes) {
-        const std::string path = basePath + ".jpg";
-        Disk.Delete(path);  // none there, most of the time
-        const std::unique_ptr<File> file = Disk.CreateNew(path);
-        // A song without its cover is still a song; half a picture would be none.
-        if (file && !(file->Write(std::as_bytes(std::span(SongCoverBytes))) && file->Close())) {
-            Disk.Delete(path);
-        }
+        Disk.ReplaceQuickly(basePath + ".jpg", SongCoverBytes);  // a song without its cover is still a song
     }
     SongCoverBytes.clear();
 }

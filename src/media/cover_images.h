@@ -1,12 +1,12 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "audio/pause_settings.h"
+#include "core/controls/event.h"
 #include "platform/files.h"
 #include "platform/http.h"
 
@@ -27,8 +27,7 @@ bool IsWebAddress(std::string_view address);
 /// Fetches the pictures whose addresses the providers give, and stores that of a song beside it.
 ///
 /// Of two pictures in a row the older one stays at hand: with the end of song by media data the address of
-/// the next picture comes while the song is still being finished. A song whose picture cannot be had has
-/// none, and never that of the song before.
+/// the next picture comes while the song is still being finished.
 ///
 /// A file of this machine counts only if it is a picture and not longer than MostCoverBytes: what stands
 /// beside the songs is never a copy of another file, or a part of one.
@@ -44,9 +43,8 @@ class CoverImages {
     /// until another address comes in between.
     void LoadImage(const std::string& address);
 
-    /// Writes the picture of the song in the file as `basePath` + ".jpg", whatever its format. It takes the
-    /// place of what has that name; a link is replaced, never written through. Nothing happens without a
-    /// picture; a disk that refuses is passed over.
+    /// Writes the picture of the song in the file as `basePath` + ".jpg", whatever its format. Nothing
+    /// without one; a disk that refuses is passed over.
     void SaveImage(const std::string& basePath);
 
     /// The newest picture as it was delivered; empty if there is none that counts as one.
@@ -56,14 +54,14 @@ class CoverImages {
     /// with its song all the same.
     const std::string& PictureToShow() const;
 
+    /// The address that was asked for last.
+    const std::string& Address() const { return LastCoverUrl; }
+
     /// A picture has come, or the present one has to go.
-    std::function<void()> Changed;
+    Event<> Changed;
 
  private:
     void Answered(const HttpAnswer& answer, bool fromWeb);
-
-    /// The picture of the present address cannot be had.
-    void Refuse();
 
     Http& Web;
     Files& Disk;
@@ -73,7 +71,6 @@ class CoverImages {
     std::string CoverBytes;
     std::string SongCoverBytes;
     std::string LastCoverUrl;
-    bool Refused = false;  ///< the picture of LastCoverUrl cannot be had
 };
 
 }  // namespace Corvetape

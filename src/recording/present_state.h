@@ -2,6 +2,7 @@
 
 #include "audio/recording_flags.h"
 #include "audio/signal_state.h"
+#include "core/deferred_messages.h"
 
 namespace Corvetape {
 
@@ -10,6 +11,7 @@ enum class PresentState {
     NoInput,    ///< no device is open
     InputGone,  ///< a device is open and gives nothing
     NoSound,    ///< the device gives silence for longer than a pause between songs
+    DiskFull,   ///< the disk is nearly full: nothing is kept, or nothing after the song that plays
     Recording,  ///< the song that plays is kept
     LastSong,   ///< the same, and nothing is kept after it
     Waiting,    ///< songs are kept from the next one on
@@ -20,6 +22,7 @@ enum class PresentState {
 struct PresentFacts {
     const RecordingFlags& Flags;
     const SignalState& Signal;
+    const DeferredMessages& Messages;
     bool InputOpen = false;
     double SecondsWithoutBuffers = 0;
 };

@@ -26,15 +26,37 @@ void RunSongs::SongClosed(const ClosedSong& song) {
     entry.Media = song.Media;
     entry.TempFile = song.TempPath;
     if (song.Fate == SongFate::Kept) {
-        entry.Progress = SongProgress::Waiting;
-        ++Kept;
-        Seconds += entry.Seconds;
+        CountKept(entry);
     } else {
         ++Others;
     }
     Entries.insert(Entries.begin(), std::move(entry));
     if (Entries.size() > Capacity) Entries.pop_back();
     Added.Raise();
+}
+
+void RunSongs::CountKept(RunSong& entry) {
+    entry.Progress = SongProgress::Waiting;
+    ++Kept;
+    Seconds += entry.Seconds;
+}
+
+void RunSongs::KeptAfterwards(size_t index) {
+    if (index >= Entries.size()) return;
+    RunSong& entry = Entries[index];
+    if (entry.Fate != SongFate::Kept) {
+        entry.Fate = SongFate::Kept;
+        const std::string file = entry.TempFile.substr(entry.TempFile.rfind('/') + 1);
+        entry.Media.TempFileName = file.substr(0, file.rfind('.'));
+        --Others;
+        CountKept(entry);
+    }
+    ProgressChanged.Raise(index);
+}
+
+void RunSongs::MusicMade(const std::string& job, const std::string& musicFile) {
+    const auto found = std::ranges::find(Entries, job, &RunSong::JobName);
+    if (found != Entries.end()) found->MusicFile = musicFile;
 }
 
 void RunSongs::SongTransferred(const TransferredSong& song) {

@@ -50,6 +50,12 @@ class RunSongs {
     void SongTransferred(const TransferredSong& song);
     void JobEnded(const JobResult& result);
 
+    /// An encoder has made this music file, whose name may have got a number.
+    void MusicMade(const std::string& job, const std::string& musicFile);
+
+    /// A song that was not kept was handed on after all, or one whose encoder failed once more.
+    void KeptAfterwards(size_t index);
+
     /// Newest first.
     const std::vector<RunSong>& Songs() const { return Entries; }
 
@@ -62,6 +68,8 @@ class RunSongs {
     Event<size_t> ProgressChanged;  ///< the song at this index is further on its way
 
  private:
+    void CountKept(RunSong& entry);
+
     std::vector<RunSong> Entries;
     uint64_t Kept = 0;
     uint64_t Others = 0;

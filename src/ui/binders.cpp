@@ -13,6 +13,7 @@
 
 #include "ui/binding.h"
 #include "ui/make.h"
+#include "ui/shown_text.h"
 
 namespace Corvetape {
 
@@ -98,6 +99,20 @@ QPushButton* BoundTo(CommandButton& control) {
     return widget;
 }
 
+QPushButton* BoundToIcon(CommandButton& control) {
+    auto* const widget = Make<QPushButton>();
+    widget->setAutoDefault(false);
+    widget->setProperty("small", true);
+    widget->setIconSize({18, 18});
+    QObject::connect(widget, &QPushButton::clicked, [&control] { control.Press(); });
+    Follow(control, widget, [](const CommandButton& from, QPushButton& to) {
+        const QString caption = QString::fromStdString(from.Caption());
+        to.setAccessibleName(caption);
+        if (to.toolTip().isEmpty()) to.setToolTip(caption);
+    });
+    return widget;
+}
+
 QLabel* BoundTo(Label& control) {
     auto* const widget = Make<QLabel>();
     widget->setTextFormat(Qt::PlainText);
@@ -131,12 +146,8 @@ QPlainTextEdit* BoundToLines(TextBox& control) {
     return widget;
 }
 
-QLineEdit* BoundToShown(TextBox& control) {
-    auto* const widget = Make<QLineEdit>();
-    widget->setReadOnly(true);
-    widget->setProperty("plain", true);
-    widget->setTextMargins(-2, 0, 0, 0);  // in line with the texts of labels
-    widget->setFocusPolicy(Qt::ClickFocus);
+ShownText* BoundToShown(TextBox& control) {
+    auto* const widget = Make<ShownText>();
     Follow(control, widget, [](const TextBox& from, QLineEdit& to) {
         const QString text = QString::fromStdString(from.Text());
         if (to.text() == text) return;

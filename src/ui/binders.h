@@ -16,6 +16,8 @@ class QWidget;
 
 namespace Corvetape {
 
+class ShownText;
+
 // One binder for each kind of control. Each makes the widget of a control and keeps the two alike: what the
 // user does goes to the control, and whatever changes the control, whoever did it, shows in the widget. The
 // object name of the widget is the name of the control, for members of an array with "_" and the index behind
@@ -25,6 +27,10 @@ namespace Corvetape {
 QCheckBox* BoundTo(CheckBox& control);
 QRadioButton* BoundTo(OptionButton& control);
 QPushButton* BoundTo(CommandButton& control);
+
+/// A button that shows an icon instead of its caption, which becomes its name for those who cannot see it,
+/// and its tool tip where it has none. The caller gives it the icon.
+QPushButton* BoundToIcon(CommandButton& control);
 QLabel* BoundTo(Label& control);
 
 /// One line. It is validated when it is left; a refused input keeps the focus and is marked.
@@ -34,7 +40,7 @@ QLineEdit* BoundTo(TextBox& control);
 QPlainTextEdit* BoundToLines(TextBox& control);
 
 /// A text that the program shows and the user may copy.
-QLineEdit* BoundToShown(TextBox& control);
+ShownText* BoundToShown(TextBox& control);
 
 /// Lists keep the place where they are scrolled to, unless the control asks for an entry to be seen.
 QComboBox* BoundTo(ComboBox& control);

@@ -1,12 +1,13 @@
 #pragma once
 
+#include <QImage>
 #include <QWidget>
 
 #include "ui/ui_parts.h"
 
 namespace Corvetape {
 
-/// The picture of the song. Without one, its own two colours and the level of the last seconds.
+/// The picture of the song. Without one, its own colours and the level of the last seconds.
 class CoverView : public QWidget {
  public:
     explicit CoverView(const UiParts& parts);
@@ -18,6 +19,8 @@ class CoverView : public QWidget {
     void paintEvent(QPaintEvent* event) override;
 
  private:
+    void PaintLevel(QPainter& painter, bool named) const;
+
     const UiParts& Parts;
 };
 
@@ -26,5 +29,8 @@ QString CoverNameOf(const STATIONANDSONGDATA& media);
 
 /// A song's colours in a rounded square.
 void PaintCover(QPainter& painter, const QRectF& place, const QString& name, double radius);
+
+/// A picture in a rounded square that it fills; what is too long of it is left out at both ends alike.
+void PaintPicture(QPainter& painter, const QRectF& place, const QImage& picture, double radius);
 
 }  // namespace Corvetape

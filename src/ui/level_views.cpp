@@ -16,8 +16,19 @@ namespace {
 
 constexpr double MeterScale = 19;  // of the places of its bars
 
+/// The colours of the level display stand on white. On a dark ground the white would blind, and the blue and
+/// the black could not be seen; the others keep their meaning on both.
 QColor Shown(const Colour& ink) {
+    const Look& look = PresentLook();
+    if (look.Dark && ink == LevelColour::White) return look.Window;
+    if (look.Dark && ink == LevelColour::LightGrey) return look.Line;
+    if (look.Dark && ink == LevelColour::Blue) return {104, 140, 255};
+    if (look.Dark && ink == LevelColour::Black) return look.Text;
     return {ink.Red, ink.Green, ink.Blue};
+}
+
+QColor Ground() {
+    return Shown(LevelColour::White);
 }
 
 /// Stretches from the bottom of a place to its top.
@@ -48,7 +59,7 @@ MeterView::MeterView(const UiParts& parts) : Parts(parts) {
 void MeterView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     const QRectF place(0, 6, 6.0 * Grid, height() - 12);
-    painter.fillRect(place, QColor(Qt::white));
+    painter.fillRect(place, Ground());
     for (const MeterBar& bar : Parts.Levels.Meter()) {
         const double left = place.left() + place.width() * bar.Left / MeterScale;
         const double right = place.left() + place.width() * bar.Right / MeterScale;
@@ -73,7 +84,7 @@ HistogramView::HistogramView(const UiParts& parts) : Parts(parts) {
 
 void HistogramView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    painter.fillRect(rect(), QColor(Qt::white));
+    painter.fillRect(rect(), Ground());
     const double wide = width() / static_cast<double>(HistogramPicture::Width);
     for (size_t column = 0; column < HistogramPicture::Width; ++column) {
         PaintLines(painter, QRectF(wide * static_cast<double>(column), 0, wide + 0.5, height()),
@@ -82,13 +93,14 @@ void HistogramView::paintEvent(QPaintEvent* /*event*/) {
 }
 
 void HistogramView::mousePressEvent(QMouseEvent* /*event*/) {
-    Parts.Levels.HistogramClicked();
+    Parts.Form.picHistogram.Press();
 }
 
 void HistogramView::mouseMoveEvent(QMouseEvent* event) {
     const double part = event->position().x() / std::max(width(), 1);
-    Parts.Levels.HistogramMouseMove(static_cast<size_t>(std::max(part, 0.0) * HistogramPicture::Width));
-    setToolTip(QString::fromStdString(Parts.Levels.HistogramToolTip()));
+    Parts.Form.picHistogram.MouseMove.Raise(
+        static_cast<int32_t>(std::max(part, 0.0) * HistogramPicture::Width));
+    setToolTip(QString::fromStdString(Parts.Form.picHistogram.ToolTip()));
 }
 
 }  // namespace Corvetape

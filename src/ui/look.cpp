@@ -23,6 +23,21 @@ const Look Light{false,     "#f6f6f4", "#ffffff", "#efeeea", "#e0deda", "#1d1d1b
 const Look Dark{true,      "#1c1c1e", "#252528", "#202023", "#39393e", "#f0efec", "#a8a6a0",
                 "#ff6a4d", "#1c1c1e", "#42251f", "#63c088", "#e0b04a", "#5d5c62"};
 
+/// Three colours that go together, from the upper left to the lower right. White can be read on the first
+/// two.
+const std::array Chords = std::to_array<NameColours>({{"#274d6e", "#7a3b63", "#d98a46"},
+                                                      {"#1f5f5b", "#3a7f63", "#d7b450"},
+                                                      {"#35398a", "#7f57a6", "#e6a0b8"},
+                                                      {"#6b2a38", "#b2522f", "#e9b35f"},
+                                                      {"#16324f", "#2f6f8f", "#9fd3c7"},
+                                                      {"#46295a", "#a0446e", "#f0a07a"},
+                                                      {"#234d36", "#5d7f3b", "#e3d06b"},
+                                                      {"#572a33", "#96495a", "#dcaab6"},
+                                                      {"#1d2b4f", "#5b4a9a", "#c684c0"},
+                                                      {"#2b4a52", "#667863", "#dfb98a"},
+                                                      {"#13475a", "#5b2350", "#e0703a"},
+                                                      {"#2c3a5c", "#56628a", "#cdb6d8"}});
+
 QPalette PaletteOf(const Look& look) {
     QPalette palette(look.Text, look.Panel, look.Panel, look.Line, look.Line, look.Text, look.OnAccent,
                      look.Panel, look.Window);
@@ -83,10 +98,7 @@ QFont ScaledFont(double scale, QFont::Weight weight) {
 NameColours ColoursOf(const QString& name) {
     uint32_t hash = 2166136261U;  // the same in every run, unlike the toolkit's own
     for (const QChar letter : name) hash = (hash ^ letter.unicode()) * 16777619U;
-    const auto hue = static_cast<int>(hash % 360);
-    const auto turn = static_cast<int>(60 + hash / 360 % 80);
-    return {QColor::fromHsl(hue, 110, 84), QColor::fromHsl((hue + turn) % 360, 92, 100),
-            QColor::fromHsl((hue + 2 * turn) % 360, 150, 146)};
+    return Chords[hash % Chords.size()];
 }
 
 }  // namespace Corvetape

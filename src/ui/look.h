@@ -37,8 +37,8 @@ void Dress(QWidget& window);
 /// A font of the application, `scale` times as large.
 QFont ScaledFont(double scale, QFont::Weight weight = QFont::Normal);
 
-/// A quiet picture for something that has none: two colours that depend on a name alone, so that a song looks
-/// the same wherever it is shown.
+/// A quiet picture for something that has none: three colours that depend on a name alone, so that a song
+/// looks the same wherever it is shown.
 struct NameColours {
     QColor From;
     QColor Through;

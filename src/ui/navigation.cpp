@@ -22,7 +22,6 @@ void SelectNeighbour(TabStrip& tabs, int step) {
 
 Navigation::Navigation(TabStrip& tabs) : Tabs(tabs) {
     setObjectName(QString::fromStdString(tabs.Name()));
-    setFixedWidth(25 * Grid);
     auto* const lines = Make<QVBoxLayout>(this);
     lines->setContentsMargins(Grid, 2 * Grid, Grid, 2 * Grid);
     lines->setSpacing(2);
@@ -41,6 +40,14 @@ Navigation::Navigation(TabStrip& tabs) : Tabs(tabs) {
         lines->addWidget(button);
         Buttons[key] = button;
     }
+    // As wide as its longest name in bold, in any language and font.
+    int widest = 0;
+    const QFontMetrics bold(ScaledFont(1, QFont::DemiBold));
+    for (const Tab& tab : tabs.Tabs()) {
+        widest =
+            std::max(widest, bold.horizontalAdvance("  " + QString::fromStdString(tab.Caption).trimmed()));
+    }
+    setFixedWidth(widest + 8 * Grid);
     const auto refresh = [kept = QPointer<Navigation>(this)] {
         if (kept) kept->Refresh();
     };

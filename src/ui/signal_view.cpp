@@ -13,14 +13,22 @@ namespace Corvetape {
 namespace {
 
 constexpr int BeatMs = 100;
-constexpr double Pitch = 4;  // from bar to bar
-constexpr double BarWidth = 2.4;
-constexpr double TopSpace = 26;  // for the words above the signal
-constexpr double LowSpace = 22;  // and for those below
+constexpr double Pitch = 3;  // from bar to bar
+constexpr double BarWidth = 1.8;
+constexpr double TopSpace = 24;  // for the words above the signal
+constexpr double LowSpace = 20;  // and for those below
 
 /// Quiet parts would be a flat line at a true scale.
 double HeightOf(int32_t level) {
-    return std::pow(std::min(level, FullScale) / static_cast<double>(FullScale), 0.7);
+    return std::pow(std::min(level, FullScale) / static_cast<double>(FullScale), 0.6);
+}
+
+/// A line to both sides of the middle.
+void PaintBar(QPainter& painter, const QRectF& bar, const QColor& ink, double part) {
+    QColor colour = ink;
+    colour.setAlphaF(static_cast<float>(ink.alphaF() * part));
+    painter.setBrush(colour);
+    painter.drawRoundedRect(bar, 0.9, 0.9);
 }
 
 }  // namespace
@@ -63,15 +71,20 @@ SignalView::Bar SignalView::BarOf(uint64_t first, uint64_t end) const {
     const uint64_t oldest = Parts.Trace.FirstNumber();
     const auto& begins = Parts.Trace.SongBegins();
     Bar bar;
+    int64_t sum = 0;
+    int64_t count = 0;
     bar.Kept = Parts.Flags.RecordCurrentSong && (begins.empty() || first >= begins.back());
     for (uint64_t number = std::max(first, oldest); number < end && number - oldest < columns.size();
          ++number) {
         const TraceColumn& column = columns[number - oldest];
-        bar.Level = std::max(bar.Level, column.Level);
+        bar.Peak = std::max(bar.Peak, column.Level);
+        sum += column.Level;
+        ++count;
         bar.Silent = bar.Silent && column.Silent;
         bar.TitleChange = bar.TitleChange || column.TitleChange;
         bar.Lost = bar.Lost || column.Lost;
     }
+    bar.Mean = static_cast<int32_t>(sum / std::max<int64_t>(count, 1));
     return bar;
 }
 
@@ -88,11 +101,12 @@ void SignalView::PaintBars(QPainter& painter) const {
     for (uint64_t first = oldest / perBar * perBar; first < end; first += perBar) {
         const Bar bar = BarOf(first, first + perBar);
         const double left = PlaceOf(first);
-        const double half = std::max(1.0, HeightOf(bar.Level) * room);
-        QColor ink = bar.Kept ? look.Accent : look.Wave;
+        const double peak = std::max(0.8, HeightOf(bar.Peak) * room);
+        const double mean = std::max(0.8, HeightOf(bar.Mean) * room * 0.9);
+        QColor ink = bar.Lost ? look.Warning : (bar.Kept ? look.Accent : look.Wave);
         if (bar.Silent) ink.setAlphaF(0.45F);
-        painter.setBrush(bar.Lost ? look.Warning : ink);
-        painter.drawRoundedRect(QRectF(left, middle - half, BarWidth, 2 * half), 1.2, 1.2);
+        PaintBar(painter, QRectF(left, middle - peak, BarWidth, 2 * peak), ink, 0.42);
+        PaintBar(painter, QRectF(left, middle - mean, BarWidth, 2 * mean), ink, 1);
         if (bar.Lost) painter.drawRect(QRectF(left - 1, TopSpace, Pitch, 3));
         if (bar.TitleChange) {
             painter.setBrush(look.Dim);

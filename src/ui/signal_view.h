@@ -23,7 +23,8 @@ class SignalView : public QWidget {
 
  private:
     struct Bar {
-        int32_t Level = 0;
+        int32_t Peak = 0;
+        int32_t Mean = 0;
         bool Kept = false;
         bool Silent = true;
         bool TitleChange = false;

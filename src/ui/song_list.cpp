@@ -3,14 +3,19 @@
 #include <QAbstractListModel>
 #include <QContextMenuEvent>
 #include <QDesktopServices>
+#include <QDialog>
 #include <QFileInfo>
 #include <QMenu>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QPointer>
+#include <QPushButton>
 #include <QStyledItemDelegate>
 #include <QUrl>
+#include <QVBoxLayout>
 #include <algorithm>
 
+#include "ui/cover_pictures.h"
 #include "ui/cover_view.h"
 #include "ui/look.h"
 #include "ui/make.h"
@@ -59,6 +64,10 @@ namespace {
 QString NameOf(const RunSong& song) {
     if (!song.Media.Song.empty()) return QString::fromStdString(song.Media.Song);
     return QFileInfo(QString::fromStdString(song.TempFile)).completeBaseName();
+}
+
+void Open(const std::string& path) {
+    if (!path.empty()) QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path)));
 }
 
 class SongModel : public QAbstractListModel {
@@ -112,7 +121,11 @@ class SongModel : public QAbstractListModel {
 
 class SongDelegate : public QStyledItemDelegate {
  public:
-    SongDelegate(const UiParts& parts, QObject* parent) : QStyledItemDelegate(parent), Parts(parts) {}
+    SongDelegate(const UiParts& parts, QObject* parent) : QStyledItemDelegate(parent), Parts(parts) {
+        FateWidth =
+            WidestOf({Key::Whole, Key::NotWhole, Key::Damaged, Key::TooShort, Key::Unwanted, Key::Aborted});
+        ProgressWidth = WidestOf({Key::WaitingForTurn, Key::Encoding, Key::Made, Key::Stays, Key::Failed});
+    }
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& /*index*/) const override {
         return {option.rect.width(), std::max(5 * Grid, option.fontMetrics.height() + 2 * Grid)};
@@ -125,29 +138,48 @@ class SongDelegate : public QStyledItemDelegate {
         const QRect line = option.rect;
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
-        if (option.state & QStyle::State_Selected) painter->fillRect(line, look.Soft);
-        painter->setPen(look.Line);
-        painter->drawLine(line.bottomLeft(), line.bottomRight());
-        const int side = 3 * Grid;
-        const QRectF cover(line.left() + 12, line.top() + (line.height() - side) / 2.0, side, side);
-        if (song.Fate == SongFate::Kept) {
-            PaintCover(*painter, cover, CoverNameOf(song.Media), 4);
-        } else {
-            painter->setPen(Qt::NoPen);
-            painter->setBrush(look.Line);
-            painter->drawRoundedRect(cover, 4, 4);
+        if (option.state & QStyle::State_Selected) {
+            painter->fillRect(line, look.Soft);
+        } else if (option.state & QStyle::State_MouseOver) {
+            painter->fillRect(line, look.Window);
         }
+        painter->fillRect(QRect(line.left(), line.bottom(), line.width(), 1), look.Line);
+        const int side = 7 * Grid / 2;
+        const QRectF cover(line.left() + 12, line.top() + (line.height() - side) / 2.0, side, side);
+        PaintThumbnail(*painter, cover, song);
         PaintTexts(*painter, line.adjusted(12 + side + 12, 0, -12, 0), song);
         painter->restore();
     }
 
  private:
+    /// Of all texts that a column may show, with the space before the next one.
+    int WidestOf(std::initializer_list<const char*> keys) const {
+        const QFontMetrics metrics(ScaledFont(1));
+        int widest = 0;
+        for (const char* key : keys) {
+            widest = std::max(widest, metrics.horizontalAdvance(Tick + Parts.Say(key, {"WMA"})));
+        }
+        return widest + 2 * Grid;
+    }
+
+    /// What was not kept is there, but pale.
+    void PaintThumbnail(QPainter& painter, const QRectF& place, const RunSong& song) const {
+        painter.save();
+        if (song.Fate != SongFate::Kept) painter.setOpacity(0.35);
+        const QImage picture = Parts.Covers.Small(song.Media.Cover);
+        if (picture.isNull()) {
+            PaintCover(painter, place, CoverNameOf(song.Media), 4);
+        } else {
+            PaintPicture(painter, place, picture, 4);
+        }
+        painter.restore();
+    }
+
     /// From the right: progress, fate, length; the name takes what is left.
     void PaintTexts(QPainter& painter, QRect line, const RunSong& song) const {
         const Look& look = PresentLook();
         const bool kept = song.Fate == SongFate::Kept;
         const bool failed = song.Progress == SongProgress::Failed;
-        const int column = 17 * Grid;
         const auto text = [&](int width, const QString& words, const QColor& ink, Qt::Alignment side) {
             const QRect place(line.right() - width, line.top(), width, line.height());
             painter.setPen(ink);
@@ -157,9 +189,9 @@ class SongDelegate : public QStyledItemDelegate {
         };
         painter.setFont(ScaledFont(1));
         const QString progress = ProgressText(song, Parts.Say);
-        text(column, progress, failed ? look.Warning : look.Dim, Qt::AlignLeft);
+        text(ProgressWidth, progress, failed ? look.Warning : look.Dim, Qt::AlignLeft);
         const bool whole = kept && song.Health == SongHealth::Whole;
-        text(column, (whole ? QString::fromUtf8("✓ ") : QString()) + FateText(song, Parts.Say),
+        text(FateWidth, (whole ? Tick : QString()) + FateText(song, Parts.Say),
              whole ? look.Good : (kept ? look.Warning : look.Dim), Qt::AlignLeft);
         text(8 * Grid, LengthText(song.Seconds) + "   ", look.Dim, Qt::AlignRight);
         PaintName(painter, line.adjusted(0, 0, -Grid, 0), song);
@@ -181,6 +213,9 @@ class SongDelegate : public QStyledItemDelegate {
     }
 
     const UiParts& Parts;
+    const QString Tick = QString::fromUtf8("✓ ");
+    int FateWidth = 0;
+    int ProgressWidth = 0;
 };
 
 }  // namespace
@@ -192,32 +227,69 @@ SongList::SongList(const UiParts& parts) : Parts(parts) {
     setItemDelegate(Make<SongDelegate>(parts, this));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollMode(QListView::ScrollPerPixel);
-    connect(this, &QListView::activated, this, [this](const QModelIndex& index) {
-        const QString file = FileOf(index);
-        if (!file.isEmpty()) QDesktopServices::openUrl(QUrl::fromLocalFile(file));
+    setMouseTracking(true);
+    connect(this, &QListView::activated, this,
+            [this](const QModelIndex& index) { Open(Parts.Actions.FileToPlay(SongAt(index.row()))); });
+    Parts.Covers.Changed.Connect([kept = QPointer<SongList>(this)] {
+        if (kept) kept->viewport()->update();
     });
 }
 
-QString SongList::FileOf(const QModelIndex& index) const {
-    if (!index.isValid()) return {};
-    const RunSong& song = Parts.Songs.Songs().at(static_cast<size_t>(index.row()));
-    for (const std::string& path : {song.MusicFile, song.TempFile}) {
-        const QString file = QString::fromStdString(path);
-        if (!file.isEmpty() && QFileInfo::exists(file)) return file;
-    }
-    return {};
+void SongList::FillMenu(QMenu& menu, int row) {
+    const RunSong& song = SongAt(row);
+    const std::string file = Parts.Actions.FileToPlay(song);
+    const bool named = !Parts.Actions.ListName(song).empty();
+    const auto add = [&](const char* key, bool enabled, auto action) {
+        QAction* const entry = menu.addAction(Parts.Say(key));
+        entry->setObjectName(key);
+        entry->setEnabled(enabled);
+        connect(entry, &QAction::triggered, this, action);
+    };
+    add(Key::PlaySong, !file.empty(), [file] { Open(file); });
+    add(Key::OpenFolder, !file.empty(), [file] { Open(file.substr(0, file.rfind('/'))); });
+    add(Key::ShowLogLines, true, [this, row] { ShowLogLines(row); });
+    menu.addSeparator();
+    add(Key::KeepSong, Parts.Actions.CanBeKept(song), [this, row] { Keep(row); });
+    add(Key::PutOnWhiteList, named, [this, song] { Parts.Actions.PutOnList(song, WatchListKind::Include); });
+    add(Key::PutOnBlacklist, named, [this, song] { Parts.Actions.PutOnList(song, WatchListKind::Exclude); });
+}
+
+void SongList::Keep(int row) {
+    const RunSong song = SongAt(row);
+    Parts.Songs.KeptAfterwards(static_cast<size_t>(row));  // so that its encoder finds it
+    Parts.Actions.Keep(song);
+}
+
+void SongList::ShowLogLines(int row) {
+    const RunSong& song = SongAt(row);
+    const QString lines = QString::fromStdString(Parts.Actions.LogLines(song)).trimmed();
+    auto* const box = Make<QDialog>(this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setObjectName("logLines");
+    box->setWindowTitle(Parts.Say(Key::LogOfSong, {NameOf(song).toStdString()}));
+    Dress(*box);
+    auto* const layout = Make<QVBoxLayout>(box);
+    layout->setContentsMargins(2 * Grid, 2 * Grid, 2 * Grid, 2 * Grid);
+    layout->setSpacing(2 * Grid);
+    auto* const text = Make<QPlainTextEdit>(lines.isEmpty() ? Parts.Say(Key::NoLogLines) : lines);
+    text->setReadOnly(true);
+    text->setLineWrapMode(QPlainTextEdit::NoWrap);
+    text->setAccessibleName(box->windowTitle());
+    layout->addWidget(text);
+    auto* const done = Make<QPushButton>(Parts.Say(Key::CloseBox));
+    connect(done, &QPushButton::clicked, box, &QDialog::accept);
+    layout->addWidget(done, 0, Qt::AlignRight);
+    box->resize(90 * Grid, 30 * Grid);
+    box->show();
 }
 
 void SongList::contextMenuEvent(QContextMenuEvent* event) {
-    const QString file = FileOf(indexAt(event->pos()));
+    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QModelIndex index = byKey ? currentIndex() : indexAt(event->pos());
+    if (!index.isValid()) return;
     QMenu menu(this);
-    QAction* const play = menu.addAction(Parts.Say(Key::PlaySong));
-    QAction* const folder = menu.addAction(Parts.Say(Key::OpenFolder));
-    play->setEnabled(!file.isEmpty());
-    folder->setEnabled(!file.isEmpty());
-    const QAction* const chosen = menu.exec(event->globalPos());
-    if (chosen == play) QDesktopServices::openUrl(QUrl::fromLocalFile(file));
-    if (chosen == folder) QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(file).path()));
+    FillMenu(menu, index.row());
+    menu.exec(byKey ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos());
 }
 
 void SongList::paintEvent(QPaintEvent* event) {
@@ -225,7 +297,8 @@ void SongList::paintEvent(QPaintEvent* event) {
     if (model()->rowCount() > 0) return;
     QPainter painter(viewport());
     painter.setPen(PresentLook().Dim);
-    painter.drawText(viewport()->rect(), Qt::AlignCenter, Parts.Say(Key::NoSongsYet));
+    painter.drawText(viewport()->rect().adjusted(2 * Grid, 0, -2 * Grid, 0),
+                     Qt::AlignCenter | Qt::TextWordWrap, Parts.Say(Key::NoSongsYet));
 }
 
 }  // namespace Corvetape

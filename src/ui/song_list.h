@@ -4,6 +4,8 @@
 
 #include "ui/ui_parts.h"
 
+class QMenu;
+
 namespace Corvetape {
 
 /// The songs of this run, newest first. A double click plays a song in the user's own player.
@@ -11,13 +13,17 @@ class SongList : public QListView {
  public:
     explicit SongList(const UiParts& parts);
 
+    /// Everything that can be done with the song in `row`; what cannot be done now is disabled.
+    void FillMenu(QMenu& menu, int row);
+
  protected:
     void paintEvent(QPaintEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
-    /// The file of a song, of which there may be none any more.
-    QString FileOf(const QModelIndex& index) const;
+    const RunSong& SongAt(int row) const { return Parts.Songs.Songs().at(static_cast<size_t>(row)); }
+    void Keep(int row);
+    void ShowLogLines(int row);
 
     const UiParts& Parts;
 };

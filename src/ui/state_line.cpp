@@ -27,6 +27,8 @@ Appearance AppearanceOf(PresentState state, bool beginSeen) {
             return {Key::InputGone, "trouble", &Look::Warning};
         case PresentState::NoSound:
             return {Key::NoSound, "trouble", &Look::Warning};
+        case PresentState::DiskFull:
+            return {Key::DiskFull, "disk", &Look::Warning};
         case PresentState::Recording:
             return {beginSeen ? Key::Recording : Key::RecordingFromMiddle, "recording", &Look::Accent};
         case PresentState::LastSong:
@@ -55,7 +57,7 @@ StateLine::StateLine(const UiParts& parts) : Parts(parts), Symbol(Make<QLabel>()
 
 PresentState StateLine::Present() const {
     const bool open = Parts.Form.chkStartStop[0].Enabled();
-    return PresentStateOf({Parts.Flags, Parts.Signal, open, Parts.Trace.IdleSeconds()});
+    return PresentStateOf({Parts.Flags, Parts.Signal, Parts.Deferred, open, Parts.Trace.IdleSeconds()});
 }
 
 void StateLine::Refresh() {

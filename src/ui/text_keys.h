@@ -12,6 +12,7 @@ inline constexpr const char* RecordingFromMiddle = "60014";
 inline constexpr const char* LastSong = "60015";
 inline constexpr const char* Waiting = "60016";
 inline constexpr const char* Listening = "60017";
+inline constexpr const char* DiskFull = "61550";
 
 // The page of the recording.
 inline constexpr const char* NoTitle = "60030";
@@ -42,6 +43,14 @@ inline constexpr const char* Stays = "60063";
 inline constexpr const char* Failed = "60064";
 inline constexpr const char* PlaySong = "60070";
 inline constexpr const char* OpenFolder = "60071";
+inline constexpr const char* ShowLogLines = "61551";
+inline constexpr const char* KeepSong = "61552";
+inline constexpr const char* PutOnWhiteList = "61553";
+inline constexpr const char* PutOnBlacklist = "61554";
+inline constexpr const char* LogOfSong = "61555";
+inline constexpr const char* NoLogLines = "61556";
+inline constexpr const char* CloseBox = "61557";
+inline constexpr const char* SongAgeName = "61558";
 
 // A control without its function, and the pages of settings: names, headings, lines of explanation.
 inline constexpr const char* NotBuilt = "60005";

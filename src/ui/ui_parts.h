@@ -6,11 +6,14 @@
 #include "audio/pause_settings.h"
 #include "audio/recording_flags.h"
 #include "audio/signal_state.h"
+#include "core/deferred_messages.h"
 #include "core/media_state.h"
 #include "forms/frm_main.h"
 #include "recording/level_display.h"
 #include "recording/run_songs.h"
 #include "recording/signal_trace.h"
+#include "recording/song_actions.h"
+#include "ui/cover_pictures.h"
 #include "ui/words.h"
 
 namespace Corvetape {
@@ -22,9 +25,12 @@ struct UiParts {
     const SignalState& Signal;
     const MediaState& Media;
     const PauseSettings& Pause;
+    const DeferredMessages& Deferred;
     LevelDisplay& Levels;
     SignalTrace& Trace;
     RunSongs& Songs;
+    SongActions& Actions;
+    CoverPictures& Covers;
     Words Say;
     std::function<uint64_t()> SongAgeSeconds;
     std::function<bool()> Close;  ///< the user closes the window; false if it has to stay for now

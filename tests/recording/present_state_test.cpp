@@ -6,10 +6,13 @@ namespace Corvetape::Test {
 namespace {
 
 struct Facts {
-    PresentState Now() const { return PresentStateOf({Flags, Signal, InputOpen, SecondsWithoutBuffers}); }
+    PresentState Now() const {
+        return PresentStateOf({Flags, Signal, Messages, InputOpen, SecondsWithoutBuffers});
+    }
 
     RecordingFlags Flags;
     SignalState Signal;
+    DeferredMessages Messages;
     bool InputOpen = true;
     double SecondsWithoutBuffers = 0;
 };
@@ -36,6 +39,22 @@ TEST(PresentState, TroubleComesAheadOfWishes) {
     EXPECT_EQ(facts.Now(), PresentState::InputGone);
     facts.InputOpen = false;
     EXPECT_EQ(facts.Now(), PresentState::NoInput);
+}
+
+TEST(PresentState, ADiskThatIsNearlyFullIsToldUntilRecordingBeginsAnew) {
+    Facts facts;
+    facts.Flags.RecordingEnabled = true;
+    facts.Flags.RecordCurrentSong = true;
+    facts.Messages.RaiseInfo(708);  // something else that is told at the end
+    facts.Flags.DisableAtEndOfSong = true;
+    EXPECT_EQ(facts.Now(), PresentState::Recording);
+    facts.Messages.RaiseInfo(833);
+    EXPECT_EQ(facts.Now(), PresentState::DiskFull);
+    facts.Flags.DisableAtEndOfSong = false;
+    facts.Flags.RecordingEnabled = false;  // the song has ended
+    EXPECT_EQ(facts.Now(), PresentState::DiskFull);
+    facts.Flags.RecordingEnabled = true;  // there is room again, and somebody has pressed Record
+    EXPECT_EQ(facts.Now(), PresentState::Recording);
 }
 
 }  // namespace

@@ -78,5 +78,27 @@ TEST(RunSongs, LostSoundIsWorseThanAMissingEnd) {
     EXPECT_EQ(songs.Songs()[0].Health, SongHealth::Damaged);
 }
 
+TEST(RunSongs, ASongMayBeKeptAfterwards) {
+    RunSongs songs;
+    ClosedSong dropped = Song(SongFate::Unwanted, "");
+    dropped.TempPath = "/tmp/a.wav";
+    songs.SongClosed(dropped);
+    songs.KeptAfterwards(0);
+    songs.KeptAfterwards(1);  // there is none
+    EXPECT_EQ(songs.KeptSongs(), 1U);
+    EXPECT_EQ(songs.OtherSongs(), 0U);
+    EXPECT_EQ(songs.KeptSeconds(), 60U);
+    songs.SongTransferred(HandedOn("a", "job"));
+    EXPECT_EQ(songs.Songs()[0].Progress, SongProgress::Encoding);
+}
+
+TEST(RunSongs, TakeTheNameThatAMusicFileGot) {
+    RunSongs songs;
+    songs.SongClosed(Song(SongFate::Kept, "a"));
+    songs.SongTransferred(HandedOn("a", "job"));
+    songs.MusicMade("job", "/music/a (2).mp3");
+    EXPECT_EQ(songs.Songs()[0].MusicFile, "/music/a (2).mp3");
+}
+
 }  // namespace
 }  // namespace Corvetape::Test

@@ -10,6 +10,7 @@
 #include "platform/virtual/source_players.h"
 #include "recording/run_songs.h"
 #include "recording/signal_trace.h"
+#include "sim/sim_http.h"
 #include "sim/sim_machine.h"
 #include "support/data_file.h"
 #include "ui/main_window.h"
@@ -29,6 +30,7 @@ class UiWorld {
         Computer.Processes.DurationOf = [](const HiddenJob&) { return std::chrono::seconds(30); };
         RunOptions options;
         options.Players = &Titles;
+        options.Web = &Web;
         options.Overrides = {{"Mixer", "InputDevice", "0"},
                              {"Mixer", "InputDeviceNames", "Demo radio;"},
                              {"General", "Language", language},
@@ -42,6 +44,7 @@ class UiWorld {
     }
     ~UiWorld() {
         Window.reset();
+        Covers.reset();
         Trace.reset();
         Recorder.reset();
     }
@@ -66,9 +69,11 @@ class UiWorld {
 
     SimMachine Computer;
     SourcePlayers Titles{Computer.Loop, "Demo radio", [this] { return Computer.WaveIn.NowPlaying(); }};
+    SimHttp Web{Computer.Loop};
     RunSongs Songs;
     std::unique_ptr<Program> Recorder;
     std::unique_ptr<SignalTrace> Trace;
+    std::unique_ptr<CoverPictures> Covers;
     std::unique_ptr<MainWindow> Window;
     bool Loaded = false;
 
@@ -88,10 +93,11 @@ class UiWorld {
         DesktopSteps steps;
         steps.SizeStatusLine = [this] {
             State& state = Recorder->Values();
-            Window = std::make_unique<MainWindow>(
-                UiParts{state.Form, state.Flags, state.Signal, state.Media, state.Pause, Recorder->Levels(),
-                        *Trace, Songs, Words(Recorder->Texts()),
-                        [this] { return Recorder->SongAgeSeconds(); }, [this] { return Recorder->Close(); }});
+            Covers = std::make_unique<CoverPictures>(Recorder->Covers());
+            Window = std::make_unique<MainWindow>(UiParts{
+                state.Form, state.Flags, state.Signal, state.Media, state.Pause, state.Messages,
+                Recorder->Levels(), *Trace, Songs, Recorder->Songs(), *Covers, Words(Recorder->Texts()),
+                [this] { return Recorder->SongAgeSeconds(); }, [this] { return Recorder->Close(); }});
         };
         steps.ShowWindow = [this] { Window->show(); };
         return steps;

@@ -14,6 +14,7 @@
 #include "ui/form_page.h"
 #include "ui/look.h"
 #include "ui/make.h"
+#include "ui/shown_text.h"
 #include "ui/text_keys.h"
 
 namespace Corvetape {

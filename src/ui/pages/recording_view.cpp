@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QStyle>
 #include <QVBoxLayout>
+#include <array>
 
 #include "ui/binders.h"
 #include "ui/binding.h"
@@ -18,6 +19,7 @@
 #include "ui/icons.h"
 #include "ui/look.h"
 #include "ui/make.h"
+#include "ui/shown_text.h"
 #include "ui/signal_view.h"
 #include "ui/song_list.h"
 #include "ui/state_line.h"
@@ -27,11 +29,20 @@ namespace Corvetape {
 
 namespace {
 
-QLineEdit* ShownLine(TextBox& control, const QFont& font, bool dim) {
-    QLineEdit* const line = BoundToShown(control);
+ShownText* ShownLine(TextBox& control, const Label& name, const QFont& font, bool dim) {
+    ShownText* const line = BoundToShown(control);
     line->setFont(font);
     line->setProperty("dim", dim);
+    line->setAccessibleName(QString::fromStdString(name.Caption()));
     return line;
+}
+
+/// A line of quiet text that keeps its width.
+QLabel* DimLabel() {
+    QLabel* const label = DimText({});
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(false);
+    return label;
 }
 
 }  // namespace
@@ -41,7 +52,7 @@ RecordingView::RecordingView(const UiParts& parts) : Parts(parts) {
     auto* const lines = Make<QVBoxLayout>(this);
     lines->setContentsMargins(3 * Grid, 3 * Grid, 3 * Grid, 2 * Grid);
     lines->setSpacing(2 * Grid);
-    lines->addWidget(Head());
+    lines->addWidget(CurrentSong());
     lines->addWidget(Make<SignalView>(Parts));
     auto* const songs = Make<QVBoxLayout>();
     songs->setSpacing(Grid);
@@ -56,11 +67,14 @@ RecordingView::RecordingView(const UiParts& parts) : Parts(parts) {
     Parts.Form.cmdStartStop.Click.Connect(refresh);
     for (CheckBox& box : Parts.Form.chkStartStop) box.Click.Connect(refresh);
     Parts.Songs.Added.Connect(refresh);
+    Parts.Songs.ProgressChanged.Connect([refresh](size_t) { refresh(); });
     Refresh();
 }
 
-QWidget* RecordingView::Head() {
+QWidget* RecordingView::CurrentSong() {
     auto* const head = Make<QWidget>();
+    head->setObjectName(QString::fromStdString(Parts.Form.fraCurrentSong.Name()));
+    head->setAccessibleName(QString::fromStdString(Parts.Form.fraCurrentSong.Caption()));
     auto* const row = Make<QHBoxLayout>(head);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(3 * Grid);
@@ -69,7 +83,13 @@ QWidget* RecordingView::Head() {
     auto* const words = Make<QVBoxLayout>();
     words->setSpacing(0);
     State = Make<StateLine>(Parts);
-    words->addWidget(State);
+    QLabel* const provider = BoundTo(Parts.Form.lblProvider[0]);
+    provider->setProperty("dim", true);
+    provider->setFont(ScaledFont(0.92));
+    auto* const top = Make<QHBoxLayout>();
+    top->addWidget(State, 1);
+    top->addWidget(provider);
+    words->addLayout(top);
     words->addSpacing(Grid / 2);
     words->addWidget(Titles());
     words->addStretch(1);
@@ -79,6 +99,7 @@ QWidget* RecordingView::Head() {
 }
 
 QWidget* RecordingView::Titles() {
+    const frmMain& form = Parts.Form;
     auto* const both = Make<QWidget>();
     auto* const lines = Make<QVBoxLayout>(both);
     lines->setContentsMargins(0, 0, 0, 0);
@@ -87,20 +108,32 @@ QWidget* RecordingView::Titles() {
     auto* const texts = Make<QVBoxLayout>(Titled);
     texts->setContentsMargins(0, 0, 0, 0);
     texts->setSpacing(2);
-    texts->addWidget(ShownLine(Parts.Form.txtSong, ScaledFont(2, QFont::Bold), false));
-    texts->addWidget(ShownLine(Parts.Form.txtArtist, ScaledFont(1.25), false));
+    texts->addWidget(ShownLine(Parts.Form.txtSong, form.lblMedia[2], ScaledFont(2, QFont::Bold), false));
+    texts->addWidget(ShownLine(Parts.Form.txtArtist, form.lblMedia[1], ScaledFont(1.25), false));
     Untitled = DimText(Parts.Say(Key::NoTitle));
     Untitled->setFont(ScaledFont(2, QFont::Bold));
     lines->addWidget(Titled);
     lines->addWidget(Untitled);
-    Source = DimText({});
-    Source->setTextFormat(Qt::PlainText);
-    Source->setWordWrap(false);
-    Source->setObjectName("lblSource");
-    Source->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     lines->addSpacing(Grid / 2);
-    lines->addWidget(Source);
+    lines->addWidget(Source());
     return both;
+}
+
+/// Album, station and age of the song, whatever is known of them.
+QWidget* RecordingView::Source() {
+    frmMain& form = Parts.Form;
+    Details = Make<DottedLine>();
+    Album = ShownLine(form.txtAlbum, form.lblMedia[3], ScaledFont(1), true);
+    Station = ShownLine(form.txtStation, form.lblMedia[0], ScaledFont(1), true);
+    Remaining = ShownLine(form.txtTimeRemaining, form.lblMedia[4], ScaledFont(1), true);
+    Hint = DimLabel();
+    Hint->setText(Parts.Say(Key::NoTitleHint));
+    Age = DimLabel();
+    Age->setObjectName("lblSongAge");
+    Age->setAccessibleName(Parts.Say(Key::SongAgeName));
+    const std::array<QWidget*, 5> inOrder{Hint, Album, Station, Age, Remaining};
+    for (QWidget* part : inOrder) Details->Add(part);
+    return Details;
 }
 
 QWidget* RecordingView::Buttons() {
@@ -112,7 +145,10 @@ QWidget* RecordingView::Buttons() {
     Skip = BoundTo(Parts.Form.cmdSkipThisRecording);
     Quick = BoundTo(Parts.Form.cmdQuickRecord);
     StartStop->setProperty("main", true);
-    for (QPushButton* button : {StartStop, Skip, Quick}) row->addWidget(button);
+    for (QPushButton* button : {StartStop, Skip, Quick}) {
+        button->setIconSize({22, 16});
+        row->addWidget(button);
+    }
     row->addStretch(1);
     return group;
 }
@@ -136,33 +172,48 @@ QWidget* RecordingView::Options() {
     auto* const options = Make<QWidget>();
     auto* const grid = Make<QGridLayout>(options);
     grid->setContentsMargins(0, 0, 0, 0);
-    grid->setHorizontalSpacing(3 * Grid);
-    grid->setVerticalSpacing(Grid);
+    grid->setHorizontalSpacing(2 * Grid);
+    grid->setVerticalSpacing(Grid / 2);
     grid->addWidget(BoundTo(form.chkStartStop[0]), 0, 0);
     grid->addWidget(BoundTo(form.chkStartStop[1]), 1, 0);
     grid->addWidget(BoundTo(form.chkStopRecording[0]), 0, 1);
     auto* const timed = Make<QHBoxLayout>();
     timed->setSpacing(Grid / 2);
     QLineEdit* const minutes = BoundTo(form.txtRecordingPeriod);
-    minutes->setFixedWidth(7 * Grid);
+    minutes->setFixedWidth(6 * Grid);
+    minutes->setAccessibleName(QString::fromStdString(form.chkStopRecording[1].Caption()).trimmed());
     timed->addWidget(BoundTo(form.chkStopRecording[1]));
     timed->addWidget(minutes);
     timed->addWidget(BoundTo(form.lblStopRecording));
     timed->addStretch(1);
     grid->addLayout(timed, 1, 1);
-    auto* const media = Make<QHBoxLayout>();
-    media->setSpacing(Grid / 2);
-    media->addWidget(BoundTo(form.chkStationDataEnable));
-    media->addWidget(BoundTo(form.lblStationDataEnable), 1);
-    media->addWidget(BoundTo(form.cmdGetStationID));
-    grid->addLayout(media, 0, 2);
-    auto* const station = Make<QHBoxLayout>();
-    station->setSpacing(Grid);
-    station->addWidget(BoundTo(form.cmbURL), 1);
-    station->addWidget(NotBuilt(BoundTo(form.cmdLaunchURL), Parts.Say));
-    grid->addLayout(station, 1, 2);
+    AddMediaOptions(*grid);
     grid->setColumnStretch(2, 1);
     return options;
+}
+
+void RecordingView::AddMediaOptions(QGridLayout& grid) {
+    frmMain& form = Parts.Form;
+    auto* const media = Make<QHBoxLayout>();
+    media->setSpacing(0);
+    QCheckBox* const wanted = BoundTo(form.chkStationDataEnable);
+    QLabel* const words = BoundTo(form.lblStationDataEnable);
+    wanted->setAccessibleName(words->text());
+    Reread = BoundToIcon(form.cmdGetStationID);
+    media->addWidget(wanted);
+    media->addWidget(words);
+    media->addStretch(1);
+    media->addWidget(Reread);
+    grid.addLayout(media, 0, 2);
+    auto* const station = Make<QHBoxLayout>();
+    station->setSpacing(Grid);
+    QComboBox* const stations = BoundTo(form.cmbURL);
+    stations->setMinimumContentsLength(6);
+    stations->setPlaceholderText(QString::fromStdString(form.cmbURL.Caption()).remove(':'));
+    station->addWidget(stations, 1);
+    Launch = BoundToIcon(form.cmdLaunchURL);
+    station->addWidget(Launch);
+    grid.addLayout(station, 1, 2);
 }
 
 void RecordingView::Refresh() {
@@ -178,15 +229,14 @@ void RecordingView::Refresh() {
                             LengthText(Parts.Songs.KeptSeconds()).toStdString()}));
 }
 
-/// Album, station and age of the song, whatever is known of them.
 void RecordingView::RefreshSource() {
-    QStringList texts;
-    for (const TextBox* box : {&Parts.Form.txtAlbum, &Parts.Form.txtStation}) {
-        if (!box->Text().empty()) texts << QString::fromStdString(box->Text());
-    }
-    if (Parts.Form.txtSong.Text().empty()) texts << Parts.Say(Key::NoTitleHint);
-    texts << LengthText(Parts.SongAgeSeconds());
-    Source->setText(texts.join(QString::fromUtf8("  ·  ")));
+    const frmMain& form = Parts.Form;
+    Age->setText(LengthText(Parts.SongAgeSeconds()));
+    Details->Show(Hint, form.txtSong.Text().empty());
+    Details->Show(Album, !form.txtAlbum.Text().empty());
+    Details->Show(Station, !form.txtStation.Text().empty());
+    Details->Show(Age, true);
+    Details->Show(Remaining, !form.txtTimeRemaining.Text().empty());
 }
 
 void RecordingView::RefreshButtons() {
@@ -198,6 +248,8 @@ void RecordingView::RefreshButtons() {
     StartStop->setIcon(DrawnIcon(recording ? "stop" : "record", look.OnAccent));
     Skip->setIcon(DrawnIcon("skip", look.Text));
     Quick->setIcon(DrawnIcon("quick", look.Text));
+    Reread->setIcon(DrawnIcon("refresh", look.Text));
+    Launch->setIcon(DrawnIcon("launch", look.Text));
 }
 
 }  // namespace Corvetape

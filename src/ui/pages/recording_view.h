@@ -4,15 +4,15 @@
 
 #include "ui/ui_parts.h"
 
-class QHBoxLayout;
+class QGridLayout;
 class QLabel;
 class QPushButton;
-class QVBoxLayout;
 
 namespace Corvetape {
 
 class CoverView;
-class SongList;
+class DottedLine;
+class ShownText;
 class StateLine;
 
 /// The face of the program: what plays, what becomes of it, the signal of the last two minutes, and the songs
@@ -25,24 +25,33 @@ class RecordingView : public QWidget {
     void Refresh();
 
  private:
-    QWidget* Head();
+    QWidget* CurrentSong();
     QWidget* Titles();
+    QWidget* Source();
     QWidget* Buttons();
     QWidget* SongsHead();
     QWidget* Options();
+    void AddMediaOptions(QGridLayout& grid);
     void RefreshSource();
     void RefreshButtons();
 
     const UiParts& Parts;
     CoverView* Cover = nullptr;
     StateLine* State = nullptr;
-    QLabel* Source = nullptr;
+    DottedLine* Details = nullptr;
+    QWidget* Album = nullptr;
+    QWidget* Station = nullptr;
+    QWidget* Remaining = nullptr;
+    QLabel* Hint = nullptr;
+    QLabel* Age = nullptr;
     QLabel* Summary = nullptr;
     QLabel* Untitled = nullptr;
     QWidget* Titled = nullptr;
     QPushButton* StartStop = nullptr;
     QPushButton* Skip = nullptr;
     QPushButton* Quick = nullptr;
+    QPushButton* Reread = nullptr;
+    QPushButton* Launch = nullptr;
     QString ButtonsShown;
 };
 

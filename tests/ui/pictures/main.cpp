@@ -1,5 +1,5 @@
 // Draws the pages of the window, light and dark, as they look in the middle of a recording of the demo radio:
-//   ui-pictures FOLDER [LANGUAGE]
+//   ui-pictures FOLDER [LANGUAGE] [WIDTH]
 #include <QApplication>
 #include <QDir>
 #include <QPalette>
@@ -34,6 +34,7 @@ int Run(const QStringList& words) {
     UseDesktopPalette(false);
     UiWorld world(language.toStdString());
     if (!world.Loaded) return 1;
+    if (words.size() > 3) world.Window->resize(words[3].toInt(), world.Window->height());
     world.RunFor(30);
     world.Form().chkStartStop[1].Value(1);
     world.RunFor(170);

@@ -1,0 +1,77 @@
+#include "recording/song_actions.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "core/text/date_format.h"
+#include "post/lists/watch_list.h"
+
+namespace Corvetape {
+
+namespace {
+
+constexpr uint64_t LargestLog = 64ULL * 1024 * 1024;
+
+/// Name of a file without folder and extension.
+std::string BaseNameOf(const std::string& path) {
+    const std::string name = path.substr(path.rfind('/') + 1);
+    return name.substr(0, name.rfind('.'));
+}
+
+/// The name as a list takes it literally: what begins a pattern stands in brackets.
+std::string Literal(const std::string& name) {
+    std::string text;
+    for (const char letter : name) {
+        const bool special = letter == '[' || letter == '#' || letter == '*' || letter == '?';
+        text += special ? std::string("[") + letter + "]" : std::string(1, letter);
+    }
+    return text;
+}
+
+}  // namespace
+
+std::string SongActions::FileToPlay(const RunSong& song) const {
+    for (const std::string& path : {song.MusicFile, song.TempFile}) {
+        if (!path.empty() && Parts.Files.FileSize(path)) return path;
+    }
+    return {};
+}
+
+bool SongActions::CanBeKept(const RunSong& song) const {
+    const bool left = song.Fate != SongFate::Kept || song.Progress == SongProgress::Failed;
+    return left && !song.TempFile.empty() && Parts.Files.FileSize(song.TempFile).has_value();
+}
+
+void SongActions::Keep(const RunSong& song) {
+    if (!CanBeKept(song)) return;
+    LeftSong left{BaseNameOf(song.TempFile), {}};
+    left.Note.Media = song.Media;
+    Parts.Transfer.TransferLeftSong(left, static_cast<int32_t>(song.Seconds));
+}
+
+std::string SongActions::ListName(const RunSong& song) const {
+    if (song.Media.Song.empty()) return {};
+    return Literal(WatchedName(Parts.Settings.MusicFileTemplate[1], song.Media));
+}
+
+void SongActions::PutOnList(const RunSong& song, WatchListKind list) {
+    const std::string name = ListName(song);
+    if (!name.empty()) Parts.Lists.AddToWatchList(list, name);
+}
+
+std::string SongActions::LogLines(const RunSong& song) const {
+    const std::string date = FormatDate("yyyymmdd", Parts.Clock.LocalNow());
+    const auto log = Parts.Files.ReadAll(Parts.Folders.Paths[2] + "/" + date + ".log", LargestLog);
+    const std::string name = song.Media.Song.empty() ? BaseNameOf(song.TempFile) : song.Media.Song;
+    if (!log || name.empty()) return {};
+    std::string lines;
+    for (std::string_view rest = *log; !rest.empty();) {
+        const size_t end = std::min(rest.find('\n'), rest.size() - 1) + 1;
+        const std::string_view line = rest.substr(0, end);
+        if (line.find(name) != std::string_view::npos) lines.append(line);
+        rest.remove_prefix(end);
+    }
+    return lines;
+}
+
+}  // namespace Corvetape

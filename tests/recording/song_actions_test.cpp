@@ -1,0 +1,97 @@
+#include "recording/song_actions.h"
+
+#include <gtest/gtest.h>
+
+#include "core/log.h"
+#include "post/lists/watch_list.h"
+#include "sim/sim_machine.h"
+
+namespace Corvetape::Test {
+namespace {
+
+struct Rig {
+    Rig() {
+        Folders.Paths = {"/tmp", "/music", "/log"};
+        Folders.SongTempFolder = "/tmp/Corvet";
+        Options.MusicFileTemplate[1] = "%Artist% - %Title%";
+        for (const char* folder : {"/music", "/log", "/tmp/Corvet"}) Computer.Files.MakeFolders(folder);
+    }
+
+    RunSong Song(const std::string& title) const {
+        RunSong song;
+        song.Media.Artist = "Tin Weather";
+        song.Media.Song = title;
+        song.TempFile = "/tmp/Corvet/one.wav";
+        return song;
+    }
+
+    SimMachine Computer;
+    frmMain Form;
+    Settings Options;
+    WorkingFolders Folders;
+    MediaState Media;
+    PauseSettings Pause;
+    RecordingFlags Flags;
+    int32_t Counter = 0;
+    WatchLists Lists{Computer.Files, Folders};
+    WatchPages Pages{Form, Lists, Computer.Processes};
+    Log Journal{Computer.Files, Computer.Clock, Options, Folders};
+    SongNotes Notes{Computer.Files, Folders};
+    TransferJob Transfer{{Media, Options, Folders, Pause, Flags, Counter, "run", {}, true},
+                         Computer.Files,
+                         Computer.Processes,
+                         Journal,
+                         Notes,
+                         {}};
+    SongActions Actions{{Computer.Files, Computer.Clock, Options, Folders, Pages, Transfer}};
+};
+
+TEST(SongActions, TheMusicFileIsPlayedAndTheRecordingWithoutIt) {
+    Rig rig;
+    RunSong song = rig.Song("Rain");
+    song.MusicFile = "/music/Rain.mp3";
+    EXPECT_EQ(rig.Actions.FileToPlay(song), "");
+    rig.Computer.Files.Put(song.TempFile, "x");
+    EXPECT_EQ(rig.Actions.FileToPlay(song), song.TempFile);
+    rig.Computer.Files.Put(song.MusicFile, "x");
+    EXPECT_EQ(rig.Actions.FileToPlay(song), song.MusicFile);
+}
+
+TEST(SongActions, AnEntryOfAListMeansItsSongAlone) {
+    Rig rig;
+    const RunSong song = rig.Song("No. #1 [live]");
+    rig.Actions.PutOnList(song, WatchListKind::Exclude);
+    const WatchList& list = rig.Lists.List(WatchListKind::Exclude);
+    EXPECT_TRUE(list.Holds("Tin Weather - No. #1 [live]"));
+    EXPECT_FALSE(list.Holds("Tin Weather - No. 31 l"));
+    rig.Actions.PutOnList(rig.Song(""), WatchListKind::Exclude);
+    EXPECT_EQ(list.Entries().size(), 1U);
+}
+
+TEST(SongActions, TheLogIsReadForTheSongAlone) {
+    Rig rig;
+    const RunSong song = rig.Song("Rain");
+    EXPECT_EQ(rig.Actions.LogLines(song), "");
+    rig.Journal.WriteLog({"START"});
+    rig.Journal.WriteLog({"MP3 ", "Tin Weather - Rain"});
+    rig.Journal.WriteLog({"MP3 ", "Tin Weather - Snow"});
+    const std::string lines = rig.Actions.LogLines(song);
+    EXPECT_NE(lines.find("Tin Weather - Rain"), std::string::npos);
+    EXPECT_EQ(std::ranges::count(lines, '\n'), 1);
+}
+
+TEST(SongActions, WhatIsStillThereCanBeKept) {
+    Rig rig;
+    RunSong song = rig.Song("Rain");
+    EXPECT_FALSE(rig.Actions.CanBeKept(song));
+    rig.Computer.Files.Put(song.TempFile, "x");
+    EXPECT_TRUE(rig.Actions.CanBeKept(song));
+    song.Fate = SongFate::Kept;
+    song.Progress = SongProgress::Encoding;
+    EXPECT_FALSE(rig.Actions.CanBeKept(song));
+    song.Progress = SongProgress::Failed;
+    EXPECT_TRUE(rig.Actions.CanBeKept(song));
+}
+
+}  // namespace
+}  // namespace Corvetape::Test
