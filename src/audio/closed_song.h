@@ -15,6 +15,27 @@ enum class SongFate {
     Aborted,   ///< broken off
 };
 
+/// How sure it is that a song begins or ends where it was cut.
+enum class Certainty {
+    None,    ///< nobody has asked
+    Unsure,  ///< it may well be wrong
+    Likely,
+    Sure,
+};
+
+/// How far a song that was ended by everything that is known can be trusted.
+struct SongTrust {
+    Certainty Begin = Certainty::None;
+    Certainty End = Certainty::None;
+    bool Mixed = false;            ///< two players were heard at once
+    bool Sought = false;           ///< somebody has jumped within it
+    bool AgainstEvidence = false;  ///< its end was taken from the titles alone
+    int32_t Dropouts = 0;          ///< short holes in its sound
+    int32_t PausesCut = 0;         ///< pauses of the player that were left out
+
+    bool operator==(const SongTrust&) const = default;
+};
+
 /// A song as its file was closed, for those who report on it.
 struct ClosedSong {
     SongFate Fate = SongFate::Unwanted;
@@ -25,7 +46,8 @@ struct ClosedSong {
     uint64_t LostFrames = 0;     ///< lost by the input, or refused by the disk, while it was written
     uint32_t DeviceChanges = 0;  ///< times that the input went and came back meanwhile
     uint64_t ClippedSamples = 0;
-    bool Whole = false;        ///< begun at a boundary, ended at one, and nothing of it was lost
+    bool Whole = false;  ///< begun at a boundary, ended at one, and nothing of it was lost
+    SongTrust Trust;
     bool Continues = false;    ///< closed because the file was full; the song goes on in a next file
     std::string TempPath;      ///< where the temporary file was
     STATIONANDSONGDATA Media;  ///< as handed over

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "audio/closed_song.h"
 #include "core/media_state.h"
 
 namespace Corvetape {
@@ -11,6 +12,7 @@ namespace Corvetape {
 struct EndedSong {
     STATIONANDSONGDATA Media;  ///< what was told of it last; without a title SongMedia holds what is known
     bool Wanted = false;       ///< RecordCurrentSong as it was; the flag means the next song by now
+    SongTrust Trust = {};      ///< of a song that was ended by everything that is known
 };
 
 /// The cut: raised by whoever notices the end of a song, carried out when the ring is drained.

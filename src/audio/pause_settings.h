@@ -6,7 +6,7 @@
 namespace Corvetape {
 
 /// How the end of a song is noticed.
-enum class EndOfSong : int16_t { Silence = 0, MediaData = 1, FixedTime = 2 };
+enum class EndOfSong : int16_t { Silence = 0, MediaData = 1, FixedTime = 2, Automatic = 3 };
 
 /// The pause recognition values of the present provider, in the units that the signal path uses.
 /// Written by the handlers and the loader of the pause settings only.

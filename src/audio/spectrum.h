@@ -8,8 +8,7 @@ namespace Corvetape {
 
 /// The power spectrum of 2048 real samples. What computes it is known to its source file alone.
 ///
-/// All memory is taken when it is made. Making and destroying one uses state of the library that all share,
-/// so both are done on the program's main thread; Power may be called on any one thread at a time.
+/// All memory is taken when it is made. Each belongs to one thread at a time.
 class Spectrum {
  public:
     static constexpr size_t Size = 2048;          ///< samples that go in

@@ -1,8 +1,12 @@
 #include <fmt/format.h>
+#include <signal.h>
+#include <unistd.h>
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QTemporaryDir>
 #include <QUrl>
 #include <chrono>
@@ -51,9 +55,12 @@ ProfileSettings SettingsOf(const ProfilesArguments& arguments, HostParts& host, 
     return settings;
 }
 
-/// A browser without a window that shows one file and reaches nothing else.
+/// A browser without a window that shows one file and reaches nothing else. Nothing of it is left at the end,
+/// neither a process nor a file.
 class PageBrowser {
  public:
+    PageBrowser() : Folder(QDir::tempPath() + "/corvetape-page-XXXXXX") {}
+
     /// The port that it answers at; 0 if it cannot be started.
     uint16_t Start(const std::string& program, const std::string& page) {
         if (!Folder.isValid()) return 0;
@@ -71,8 +78,14 @@ class PageBrowser {
         words.append(QUrl::fromLocalFile(file.absoluteFilePath()).toString(QUrl::FullyEncoded));
         Process.setStandardOutputFile(QProcess::nullDevice());
         Process.setStandardErrorFile(QProcess::nullDevice());
+        // The browser forgets files of its own there when it is ended.
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("TMPDIR", Folder.path());
+        Process.setProcessEnvironment(environment);
+        Process.setChildProcessModifier([] { setpgid(0, 0); });
         Process.start(QString::fromStdString(program), words);
         if (!Process.waitForStarted()) return 0;
+        Group = static_cast<pid_t>(Process.processId());
         const std::string portFile = Folder.filePath("DevToolsActivePort").toStdString();
         constexpr int tries = 200;
         for (int i = 0; i < tries && Process.state() == QProcess::Running; ++i) {
@@ -88,11 +101,22 @@ class PageBrowser {
         Process.terminate();
         if (!Process.waitForFinished(3000)) Process.kill();
         Process.waitForFinished(3000);
+        EndGroup();
     }
 
  private:
+    /// The browser's helpers may outlive it for a moment and put files into a folder that is being removed.
+    void EndGroup() const {
+        if (Group <= 0) return;
+        constexpr int tries = 200;
+        for (int i = 0; i < tries && kill(-Group, SIGKILL) == 0; ++i) {
+            std::this_thread::sleep_for(milliseconds(10));
+        }
+    }
+
     QTemporaryDir Folder;
     QProcess Process;
+    pid_t Group = 0;  ///< of processes, the browser and its helpers
 };
 
 std::string FindBrowser(Folders& folders) {

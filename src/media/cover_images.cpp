@@ -1,5 +1,7 @@
 #include "media/cover_images.h"
 
+#include <span>
+
 #include "core/text/text.h"
 #include "media/image_size.h"
 
@@ -28,12 +30,16 @@ CoverImages::~CoverImages() {
 
 void CoverImages::LoadImage(const std::string& address) {
     if (address == LastCoverUrl) return;
-    if (CoverBytes.size() > 1) SongCoverBytes = CoverBytes;
+    if (CoverBytes.size() > 1 || Refused) SongCoverBytes = CoverBytes;
     CoverBytes.clear();
+    Refused = false;
     LastCoverUrl = address;
     Changed.Raise();
     Web.Cancel();
-    if (!IsCoverFetched(address)) return;
+    if (!IsCoverFetched(address)) {
+        if (!address.empty()) Refuse();
+        return;
+    }
     const bool fromWeb = IsWebAddress(address);
     // One byte more shows that a file goes on.
     const size_t limit = fromWeb ? MostCoverBytes : MostCoverBytes + 1;
@@ -43,12 +49,22 @@ void CoverImages::LoadImage(const std::string& address) {
 }
 
 void CoverImages::Answered(const HttpAnswer& answer, bool fromWeb) {
-    if (answer.Failed) return;
-    if (!fromWeb && (answer.Body.size() > MostCoverBytes || !ReadImageSize(answer.Body))) return;
+    const bool whole =
+        fromWeb || (answer.Body.size() <= MostCoverBytes && ReadImageSize(answer.Body).has_value());
+    if (answer.Failed || !whole) {
+        Refuse();
+        return;
+    }
     CoverBytes = answer.Body.substr(0, MostCoverBytes);
     // Without cuts by media data the new picture belongs to the running song at once.
     if (Pause.EndOfSongDetection != EndOfSong::MediaData) SongCoverBytes = CoverBytes;
     Changed.Raise();
+}
+
+void CoverImages::Refuse() {
+    Refused = true;
+    // Cuts by media data may still owe the song before its picture; else there is only the running song.
+    if (Pause.EndOfSongDetection != EndOfSong::MediaData) SongCoverBytes.clear();
 }
 
 const std::string& CoverImages::Picture() const {
@@ -61,7 +77,13 @@ const std::string& CoverImages::PictureToShow() const {
 
 void CoverImages::SaveImage(const std::string& basePath) {
     if (!basePath.empty() && SongCoverBytes.size() >= LeastCoverBytes) {
-        Disk.ReplaceQuickly(basePath + ".jpg", SongCoverBytes);  // a song without its cover is still a song
+        const std::string path = basePath + ".jpg";
+        Disk.Delete(path);  // none there, most of the time
+        const std::unique_ptr<File> file = Disk.CreateNew(path);
+        // A song without its cover is still a song; half a picture would be none.
+        if (file && !(file->Write(std::as_bytes(std::span(SongCoverBytes))) && file->Close())) {
+            Disk.Delete(path);
+        }
     }
     SongCoverBytes.clear();
 }

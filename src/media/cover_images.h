@@ -27,7 +27,8 @@ bool IsWebAddress(std::string_view address);
 /// Fetches the pictures whose addresses the providers give, and stores that of a song beside it.
 ///
 /// Of two pictures in a row the older one stays at hand: with the end of song by media data the address of
-/// the next picture comes while the song is still being finished.
+/// the next picture comes while the song is still being finished. A song whose picture cannot be had has
+/// none, and never that of the song before.
 ///
 /// A file of this machine counts only if it is a picture and not longer than MostCoverBytes: what stands
 /// beside the songs is never a copy of another file, or a part of one.
@@ -43,8 +44,9 @@ class CoverImages {
     /// until another address comes in between.
     void LoadImage(const std::string& address);
 
-    /// Writes the picture of the song in the file as `basePath` + ".jpg", whatever its format. Nothing
-    /// without one; a disk that refuses is passed over.
+    /// Writes the picture of the song in the file as `basePath` + ".jpg", whatever its format. It takes the
+    /// place of what has that name; a link is replaced, never written through. Nothing happens without a
+    /// picture; a disk that refuses is passed over.
     void SaveImage(const std::string& basePath);
 
     /// The newest picture as it was delivered; empty if there is none that counts as one.
@@ -63,6 +65,9 @@ class CoverImages {
  private:
     void Answered(const HttpAnswer& answer, bool fromWeb);
 
+    /// The picture of the present address cannot be had.
+    void Refuse();
+
     Http& Web;
     Files& Disk;
     const PauseSettings& Pause;
@@ -71,6 +76,7 @@ class CoverImages {
     std::string CoverBytes;
     std::string SongCoverBytes;
     std::string LastCoverUrl;
+    bool Refused = false;  ///< the picture of LastCoverUrl cannot be had
 };
 
 }  // namespace Corvetape

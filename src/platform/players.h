@@ -1,9 +1,17 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
 namespace Corvetape {
+
+enum class PlayerStatus {
+    Unknown,  ///< of somebody who does not say
+    Playing,
+    Paused,
+    Stopped,
+};
 
 /// What a media player on this machine says of itself.
 struct PlayerReport {
@@ -14,6 +22,12 @@ struct PlayerReport {
     std::string Title;
     std::string Album;
     std::string Cover;  ///< address of a picture
+    PlayerStatus Status = PlayerStatus::Unknown;
+    std::string TrackId = {};  ///< what the player calls the piece
+    std::string Address = {};  ///< of the file or stream
+    int64_t LengthMs = 0;      ///< of the piece; 0 if it has no end or the player does not say
+    int64_t BeganAtMs =
+        -1;  ///< on the monotonic clock, where a piece that plays would have begun; -1 unknown
 
     bool operator==(const PlayerReport&) const = default;
 };

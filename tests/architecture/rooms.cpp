@@ -154,7 +154,7 @@ const std::vector<Room>& Rooms() {
         {"platform/linux", {"platform"}, {}, {}, false},
         {"core", {"platform"}, {"fmt/", "pcre2.h", "utf8proc.h"}, {}},
         {"forms", {"core", "platform"}, {}, {}},
-        {"audio", {"forms", "core", "platform"}, {"fftw3.h"}, {}},
+        {"audio", {"forms", "core", "platform"}, {"kiss_fftr.h"}, {}},
         {"media", belowSubjects, {"fmt/"}, {}},
         {"post", belowSubjects, {}, {}},
         {"mixer", belowSubjects, {}, {}},

@@ -3,6 +3,7 @@
 #include <sys/resource.h>
 
 #include <csignal>
+#include <ctime>
 
 #include "cli/cli_test.h"
 
@@ -173,6 +174,24 @@ TEST_F(RecordTest, WhatAKilledRecordingHasLeftIsBroughtHomeByTheNextOne) {
     const std::vector<std::string> music = FilesBelow(Home() + "/Music");
     ASSERT_THAT(music, SizeIs(1));
     EXPECT_GE(ReadSound(Home() + "/Music/" + music[0]).size(), size_t{5} * Rate);
+}
+
+TEST_F(RecordTest, ASongIsNeverWrittenThroughALinkThatWaitsForIt) {
+    const std::string place = Home() + "/cache/Corvet/";
+    std::filesystem::create_directories(place);
+    // Songs are named after the second in which they begin.
+    const auto now = std::chrono::system_clock::now();
+    for (int second = -1; second < 60; ++second) {
+        const std::time_t then = std::chrono::system_clock::to_time_t(now + std::chrono::seconds(second));
+        std::tm parts{};
+        char name[40];
+        ASSERT_GT(std::strftime(name, sizeof name, "%y%m%d%H%M%S.wav", localtime_r(&then, &parts)), 0u);
+        std::filesystem::create_symlink(folder / "planted", place + name);
+    }
+    const std::vector<Json> songs = RecordDemo({"--seconds", "20"});
+    ASSERT_THAT(ReasonsOf(songs), ElementsAre("kept"));
+    EXPECT_EQ(ReadSound(songs[0]["file"].get<std::string>()).size(), songs[0]["frames"]);
+    EXPECT_FALSE(std::filesystem::exists(folder / "planted"));
 }
 
 /// What this process starts meanwhile may make no file larger than so many bytes.

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -28,7 +29,9 @@ class ProfilesCommand : public testing::Test {
         start.Command.insert(start.Command.end(), arguments.begin(), arguments.end());
         start.Environment = {{"CORVETAPE_BROWSER_FLAGS", "--no-sandbox --disable-dev-shm-usage"},
                              {"HOME", Folder.Path()},
+                             {"TMPDIR", Folder / "temp"},
                              {"DISPLAY", ""}};
+        std::filesystem::create_directories(Folder / "temp");
         start.Output = Folder / "printed";
         return std::make_unique<TestProcess>(start);
     }
@@ -56,6 +59,17 @@ TEST_F(ProfilesCommand, ReadsASavedPageWhateverItsAddressWas) {
     EXPECT_THAT(Printed(), HasSubstr("      read      \"Tom &amp; Ann\"\n"
                                      "      pattern   \"Tom &amp;\"\n"
                                      "      value     \"Tom &\"\n"));
+}
+
+TEST_F(ProfilesCommand, LeavesNothingOfTheBrowserThatHasReadASavedPage) {
+    const std::string page = Put("page.html", "<!doctype html><title>Radio</title>");
+    const std::string profiles = Put("own.ini", "[- 1]\nName=Mine\nWindow&Doc=;;*;*\nTitle=-1;;\n");
+    EXPECT_EQ(Run({profiles, "--page", page})->Wait(seconds(60)), 0);
+    EXPECT_THAT(Printed(), HasSubstr("reads the page \"Radio\""));
+    std::vector<std::string> left;
+    for (const auto& entry : std::filesystem::directory_iterator(Folder / "temp"))
+        left.push_back(entry.path());
+    EXPECT_THAT(left, testing::IsEmpty());
 }
 
 TEST_F(ProfilesCommand, WatchesAPageAndPrintsItAgainWhenItChanges) {

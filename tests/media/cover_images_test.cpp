@@ -236,6 +236,42 @@ TEST_F(CoverImagesTest, AnAnswerOfOneByteLeavesTheSongThePictureThatItHas) {
     EXPECT_EQ(Stored(), PictureOf('a'));
 }
 
+TEST_F(CoverImagesTest, ASongWhosePictureCannotBeHadDoesNotGetThatOfASongThatWasDropped) {
+    for (const EndOfSong mode : {EndOfSong::MediaData, EndOfSong::Silence, EndOfSong::FixedTime}) {
+        for (const char* refused : {"http://127.0.0.1/b.jpg", "http://127.0.0.1/b.gif", "file:///b.txt"}) {
+            Pause.EndOfSongDetection = mode;
+            Covers.LoadImage("http://127.0.0.1/a.jpg");
+            Web.Answer(PictureOf('a'));
+            // Its song was too short to be kept, so nobody takes the picture.
+            Covers.LoadImage(refused);
+            if (std::string_view(refused).ends_with("jpg")) Web.Fail();
+            if (std::string_view(refused).ends_with("txt")) Web.Answer(PictureOf('b'));
+            // With cuts by media data the next address comes before the song is closed.
+            if (mode == EndOfSong::MediaData) Covers.LoadImage("http://127.0.0.1/c.jpg");
+            Covers.SaveImage("/home/user/song");
+            EXPECT_EQ(Stored(), "") << refused;
+        }
+    }
+}
+
+TEST_F(CoverImagesTest, AFailedRequestLeavesTheSongThatIsBeingFinishedItsPicture) {
+    Covers.LoadImage("http://127.0.0.1/a.jpg");
+    Web.Answer(PictureOf('a'));
+    Covers.LoadImage("http://127.0.0.1/b.jpg");
+    Web.Fail();
+    Covers.SaveImage("/home/user/song");
+    EXPECT_EQ(Stored(), PictureOf('a'));
+}
+
+TEST_F(CoverImagesTest, ALateAddressLeavesTheSongThatIsBeingFinishedItsPicture) {
+    Covers.LoadImage("http://127.0.0.1/a.jpg");
+    Web.Answer(PictureOf('a'));
+    Covers.LoadImage("");
+    Covers.LoadImage("http://127.0.0.1/b.jpg");
+    Covers.SaveImage("/home/user/song");
+    EXPECT_EQ(Stored(), PictureOf('a'));
+}
+
 TEST_F(CoverImagesTest, AnAnswerToOneThatHasGoneReachesNobody) {
     std::function<void(const HttpAnswer&)> answered;
     {

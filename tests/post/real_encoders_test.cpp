@@ -55,12 +55,12 @@ TEST_P(TaggedFormats, AreMadeWithEmptyMediaData) {
     EXPECT_TRUE(Song.MusicFile.starts_with(Root + "/music/240131120000."));
 }
 
-TEST_P(TaggedFormats, AreMadeForAStationThatIsCalledByANumber) {
-    PutSong(ToneFile(44100, 0.5, 8000));
-    for (const char* station : {"538", "-5", "17"}) {
+TEST_P(TaggedFormats, NameAStationThatBeginsWithANumber) {
+    for (const char* station : {"98.5 Kiss FM", "1LIVE", "17", "538", "-5", "+1", "(17) Hits", "2=2"}) {
         Media.SongMedia.StationName = station;
         PutSong(ToneFile(44100, 0.5, 8000));
-        EXPECT_EQ(Transfer(GetParam()), 0) << station;
+        ASSERT_EQ(Transfer(GetParam()), 0) << Content(Root + "/log/encode.log");
+        EXPECT_EQ(Tag("genre"), station);
     }
 }
 
@@ -85,6 +85,27 @@ TEST_P(TaggedFormats, GetTheirCoverBesideThem) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, TaggedFormats, ::testing::Values(1, 2, 3, 4));
+
+/// The text of a frame of an ID3 tag, version 2.3, in UTF-16 that holds nothing but ASCII.
+std::string TextOfFrame(const std::string& file, const std::string& frame) {
+    const size_t at = file.find(frame);
+    if (at == std::string::npos) return "(none)";
+    size_t size = 0;
+    for (size_t i = at + 4; i < at + 8; ++i) size = size << 8 | static_cast<unsigned char>(file[i]);
+    std::string text = file.substr(at + 10, size);
+    EXPECT_EQ(text.substr(0, 3), std::string("\x01\xFF\xFE"));
+    std::erase(text.erase(0, 3), '\0');
+    return text;
+}
+
+TEST_F(RealEncoders, TheGenreOfAnMp3FileIsText) {
+    for (const char* station : {"98.5 Kiss FM", "1LIVE", "(17) Hits"}) {
+        Media.SongMedia.StationName = station;
+        PutSong(ToneFile(44100, 0.5, 8000));
+        ASSERT_EQ(Transfer(1), 0);
+        EXPECT_EQ(TextOfFrame(Content(Song.MusicFile), "TCON"), station);
+    }
+}
 
 TEST_F(RealEncoders, TheCoverGoesIntoTheTagsOfMp3AndOggAlsoIfItIsLarge) {
     for (const int32_t encoder : {1, 2}) {

@@ -171,6 +171,22 @@ TEST_F(LinuxFilesTest, ReplaceAtomicallyFollowsLinksToTheFileAndKeepsThem) {
     EXPECT_EQ(files.LastError(), ELOOP);
 }
 
+TEST_F(LinuxFilesTest, CreateNewMakesAFileOnlyWhereNothingIsAndFollowsNoLink) {
+    Put("diary", "dear diary");
+    std::filesystem::create_symlink("diary", folder / "link");
+    std::filesystem::create_symlink("missing", folder / "dangling");
+    std::filesystem::create_hard_link(folder / "diary", folder / "second");
+    std::filesystem::create_directory(folder / "folder");
+    for (const char* taken : {"diary", "link", "dangling", "second", "folder"}) {
+        EXPECT_EQ(files.CreateNew(folder / taken), nullptr) << taken;
+        EXPECT_EQ(files.LastError(), EEXIST) << taken;
+    }
+    EXPECT_EQ(Get("diary"), "dear diary");
+    EXPECT_FALSE(std::filesystem::exists(folder / "missing"));
+    EXPECT_NE(files.CreateNew(folder / "new"), nullptr);
+    EXPECT_EQ(files.FileSize(folder / "new"), 0u);
+}
+
 TEST_F(LinuxFilesTest, AKilledReplacementLeavesTheOldOrTheNewContent) {
     const std::array contents = {std::string(70'000, 'a'), std::string(30'000, 'b')};
     ASSERT_TRUE(files.ReplaceAtomically(folder / "settings", contents[0]));

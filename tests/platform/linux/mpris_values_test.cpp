@@ -50,6 +50,29 @@ TEST(MprisValues, OnlyAPieceThatIsAFileMayShowAPictureFromAFile) {
     EXPECT_EQ(AfterPiece({{"mpris:artUrl", "file:///c.jpg"}}).Cover, "");
 }
 
+TEST(MprisValues, APictureThatABrowserHasFetchedForAPageIsShown) {
+    const auto coverOf = [](const char* cover) { return AfterPiece({{"mpris:artUrl", cover}}).Cover; };
+    for (const char* own :
+         {"file:///tmp/.org.chromium.Chromium.rYa1SC", "file:///run/user/1000/tmp/.com.google.Chrome.0aZ9bY",
+          "file:///tmp/.com.microsoft.Edge.abcdef",
+          "file:///home/my%20name/.mozilla/firefox/firefox-mpris/4711_12.png"}) {
+        EXPECT_EQ(coverOf(own), own);
+    }
+    for (const char* other :
+         {"file:///home/user/passport.png", "file:///home/user/.org.chromium.Chromium.rYa1SC/../passport.png",
+          "file:///tmp/.org.chromium.Chromium.rYa1SC/passport.png",
+          "file:///tmp/.org.chromium.Chromium.%2e%2e%2fpass",
+          "file:///home/user/passport.png?.org.chromium.Chromium.rYa1SC",
+          "file:///home/user/passport.png#/.org.chromium.Chromium.rYa1SC",
+          "file:///home/user/passport.png\n/tmp/.org.chromium.Chromium.rYa1SC\n",
+          "file:///tmp/.org.chromium.Chromium.rYa1SC2", "file:///tmp/xorg.chromium.Chromium.rYa1SC",
+          "file://server/tmp/.org.chromium.Chromium.rYa1SC", "/tmp/.org.chromium.Chromium.rYa1SC",
+          "file:///home/user/firefox-mpris/passport.png",
+          "file:///home/user/firefox-mpris/1_2.png/passport.png"}) {
+        EXPECT_EQ(coverOf(other), "") << other;
+    }
+}
+
 TEST(MprisValues, OnlyTheExactStatusPlays) {
     EXPECT_TRUE(After({{"PlaybackStatus", "Playing"}}).Playing);
     for (const QVariant& status : {QVariant("playing"), QVariant("Paused"), QVariant("Stopped"), QVariant(""),

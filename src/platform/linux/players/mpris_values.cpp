@@ -1,6 +1,7 @@
 #include "platform/linux/players/mpris_values.h"
 
 #include <QDBusArgument>
+#include <QRegularExpression>
 #include <QStringList>
 
 namespace Corvetape {
@@ -22,13 +23,26 @@ std::string Address(const QString& text) {
     return bytes.size() > MostPlayerTextBytes ? std::string() : bytes.toStdString();
 }
 
+/// Whether this is the file of a picture that a browser has fetched for a page and put among its own files:
+/// the name is the browser's, and no file of the user has it. No page has a say in it.
+bool IsPictureOfBrowser(const QString& address) {
+    // In whatever folder, the last part is the file's whole name as it is: nothing encoded, nothing after it.
+    static const QRegularExpression own(QStringLiteral(
+        "\\Afile:///(?:[^/?#]+/)*(?:"
+        "\\.?(?:org\\.chromium\\.Chromium|com\\.google\\.Chrome|com\\.microsoft\\.Edge)\\.[A-Za-z0-9]{6}|"
+        "firefox-mpris/[0-9]+_[0-9]+\\.(?:png|jpe?g|webp))\\z"));
+    return own.match(address).hasMatch();
+}
+
 /// Whether a piece may name this picture. Files of this machine are those of pieces that are files
-/// themselves: whatever a page or a stream is told by others to show is fetched from the web.
+/// themselves, and those that browsers make: whatever else a page or a stream is told by others to show is
+/// fetched from the web.
 bool MayShow(const QString& address, const QString& piece) {
     const auto begins = [](const QString& text, const char* with) {
         return text.startsWith(QLatin1String(with), Qt::CaseInsensitive);
     };
-    return begins(address, "http://") || begins(address, "https://") || begins(piece, "file://");
+    return begins(address, "http://") || begins(address, "https://") || begins(piece, "file://") ||
+           IsPictureOfBrowser(address);
 }
 
 /// A text, or a list of texts in one.

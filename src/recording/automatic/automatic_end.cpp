@@ -1,0 +1,450 @@
+#include "recording/automatic/automatic_end.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+namespace Corvetape {
+
+namespace {
+
+/// A title that is told in time changes at most this long before the silence that ends its song.
+constexpr int64_t EarliestTitle = 5 * AutomaticEnd::SecondSlots;
+
+/// What a player says arrives up to so much before or after the sound of it.
+constexpr int64_t BeforeNews = 3 * AutomaticEnd::SecondSlots;
+constexpr int64_t AfterNews = 3 * AutomaticEnd::SecondSlots;
+
+/// A position that is told is this exact, and one that jumps further was sought.
+constexpr int64_t SeekSlots = 30;
+
+/// A track whose beginning is longer ago was not noticed when it began.
+constexpr int64_t NewTrack = 10 * AutomaticEnd::SecondSlots;
+
+/// A pause shorter than this is one between two beats.
+constexpr int64_t LeastPause = 2;
+constexpr int64_t SilenceOfStop = AutomaticEnd::SecondSlots / 2;
+
+/// Evidence for a place that the learned delay does not speak for.
+constexpr float EvidenceFarAway = 3.8F;
+
+bool SameTitle(const STATIONANDSONGDATA& one, const STATIONANDSONGDATA& other) {
+    return one.Artist == other.Artist && one.Song == other.Song;
+}
+
+Certainty CertaintyOf(const EvidenceCut& cut) {
+    constexpr float sure = 0.85F;
+    constexpr float likely = 0.5F;
+    if (cut.Confidence >= sure) return Certainty::Sure;
+    return cut.Confidence >= likely ? Certainty::Likely : Certainty::Unsure;
+}
+
+}  // namespace
+
+void AutomaticEnd::Restart() {
+    // A player's pause and stop were told of sound that is gone.
+    PausedAt.reset();
+    ResumedAt.reset();
+    StoppedAt.reset();
+    if (!Changes.empty()) Present.Media = Changes.back().Media;
+    Changes.clear();
+    if (Last) Last->Slot = 0;
+    Quiet.Restart();
+    Next = 0;
+    Dropping = !Present.HasSound;
+    Present.Begin = 0;
+}
+
+void AutomaticEnd::Forget() {
+    if (!Changes.empty()) Present.Media = Changes.back().Media;
+    Changes.clear();
+    const STATIONANDSONGDATA media = Present.Media;
+    Present = Song{media, {}, End(), Present.Named, false};
+    PausedAt.reset();
+    ResumedAt.reset();
+    StoppedAt.reset();
+    Next = End();
+    Dropping = true;
+}
+
+void AutomaticEnd::Heard(const HeardSlot& slot) {
+    Quiet.Add(slot);
+    if (Quiet.TakeDropout() && !Dropping) ++Present.Trust.Dropouts;
+}
+
+bool AutomaticEnd::Look(const SourceLook& look, bool wanted) {
+    FollowStatus(look);
+    NoteStanding(look);
+    if (look.Others) Present.Trust.Mixed = true;
+    if (look.Media.Song.empty()) {
+        TitleVanished = true;
+        return false;
+    }
+    const bool vanished = std::exchange(TitleVanished, false);
+    const std::optional<SourceLook> before = std::exchange(Last, look);
+    STATIONANDSONGDATA& newest = Changes.empty() ? Present.Media : Changes.back().Media;
+    if (!before) {
+        newest = look.Media;
+        Present.Named = true;
+        return false;
+    }
+    const bool sameTitle = SameTitle(look.Media, newest);
+    const bool sameTrack = look.Source == before->Source && look.TrackId == before->TrackId;
+    const bool again = sameTrack && !look.TrackId.empty() && IsRestart(look);
+    if (sameTrack && !again && (sameTitle || !look.TrackId.empty())) {
+        NoteSeek(look);
+        newest = look.Media;  // album and cover may come late, and a title may be corrected
+        const bool weak = sameTitle && vanished && look.TrackId.empty();
+        if (!weak) return false;
+    }
+    Change change;
+    change.At = look.Slot;
+    change.Media = look.Media;
+    change.Weak = sameTitle && sameTrack && !again;
+    change.Wanted = wanted;
+    change.Mixed = look.Others || (Present.Trust.Mixed && look.Source != before->Source);
+    if (!look.TrackId.empty() && look.Position && *look.Position <= NewTrack) {
+        change.At = look.Slot - *look.Position;
+        change.Exact = true;
+    }
+    return NoteChange(look, std::move(change));
+}
+
+/// The track plays from its beginning again.
+bool AutomaticEnd::IsRestart(const SourceLook& look) const {
+    if (!look.Position || !TrackBegan || *look.Position > NewTrack) return false;
+    return look.Slot - *look.Position - *TrackBegan > SeekSlots && !PausedAt;
+}
+
+void AutomaticEnd::NoteSeek(const SourceLook& look) {
+    if (!look.Position || look.Status != PlayerStatus::Playing || look.TrackId.empty()) return;
+    const int64_t began = look.Slot - *look.Position;
+    if (TrackBegan && !PausedAt && std::abs(began - *TrackBegan) > SeekSlots) {
+        (Changes.empty() ? Present.Trust : Changes.back().Trust).Sought = true;
+    }
+    TrackBegan = began;
+}
+
+/// A stream that has run dry says that it plays. The position tells that nothing comes.
+void AutomaticEnd::NoteStanding(const SourceLook& look) {
+    if (!look.Position || look.Status != PlayerStatus::Playing) {
+        Standing.reset();
+        return;
+    }
+    if (!Standing || Standing->TrackId != look.TrackId) Standing = look;
+    const int64_t elapsed = look.Slot - Standing->Slot;
+    if (elapsed < SecondSlots) return;
+    const int64_t moved = *look.Position - *Standing->Position;
+    const bool stands = moved >= -2 && moved < elapsed / 2;
+    if (stands && !PausedAt) {
+        PausedAt = Standing->Slot;
+        ResumedAt.reset();
+    }
+    if (Stands && !stands && PausedAt) ResumedAt = look.Slot;
+    Stands = stands;
+    Standing = look;
+}
+
+void AutomaticEnd::FollowStatus(const SourceLook& look) {
+    const bool was = Told == PlayerStatus::Playing || Told == PlayerStatus::Unknown;
+    const bool gone = look.Source.empty() && Last && !Last->Source.empty();
+    const PlayerStatus now = gone ? PlayerStatus::Stopped : look.Status;
+    if (now == Told) return;
+    Told = now;
+    switch (now) {
+        case PlayerStatus::Paused:
+            PausedAt = look.Slot;
+            ResumedAt.reset();
+            break;
+        case PlayerStatus::Stopped:
+            if (was || PausedAt) StoppedAt = look.Slot;
+            break;
+        case PlayerStatus::Playing:
+            if (PausedAt) ResumedAt = look.Slot;
+            break;
+        case PlayerStatus::Unknown:
+            break;
+    }
+}
+
+bool AutomaticEnd::TakesTitle(const Change& change) {
+    if (!Changes.empty() || change.Weak) return false;
+    // Between two songs the title is that of the next one.
+    const bool between = Dropping && !Present.HasSound;
+    const bool unnamed = Present.Media.Song.empty() && change.At - Present.Begin <= NewTrack;
+    const int64_t begin = Present.Begin - change.At;
+    const bool late = !Present.Named && begin >= FirstEdge && begin <= LastEdge;
+    if (!between && !unnamed && !late) return false;
+    if (late && !between) {
+        const int64_t gap = std::max<int64_t>(Present.OldEnd - change.At, FirstEdge);
+        Finder.TeachGap({static_cast<int32_t>(gap), static_cast<int32_t>(begin)}, change.Exact);
+    }
+    Present.Media = change.Media;
+    Present.Named = true;
+    Present.Trust.Mixed = change.Mixed;
+    return true;
+}
+
+bool AutomaticEnd::NoteChange(const SourceLook& look, Change change) {
+    StoppedAt.reset();
+    TrackBegan.reset();
+    NoteSeek(look);
+    if (TakesTitle(change)) return false;
+    if (!Changes.empty() && change.At - Changes.back().At < OneChange) {
+        Change& first = Changes.back();
+        first.Media = change.Media;
+        first.Mixed = first.Mixed || change.Mixed;
+        if (change.Exact) first.Last = change.At;
+        return false;
+    }
+    Changes.push_back(std::move(change));
+    return true;
+}
+
+std::vector<AutomaticStep> AutomaticEnd::Decide(bool wanted) {
+    std::vector<AutomaticStep> steps;
+    DropSilence(steps);
+    while (DecideChange(steps, false)) DropSilence(steps);
+    DecideSilence(steps, wanted);
+    DecideStop(steps, wanted);
+    HoldPause(steps);
+    DropSilence(steps);
+    WriteSafe(steps);
+    return steps;
+}
+
+std::vector<AutomaticStep> AutomaticEnd::Finish(bool wanted) {
+    std::vector<AutomaticStep> steps;
+    DropSilence(steps);
+    while (DecideChange(steps, true)) DropSilence(steps);
+    DecideSilence(steps, wanted);
+    HoldPause(steps);
+    DropSilence(steps);
+    if (Dropping) {
+        MoveTo(steps, End());
+        return steps;
+    }
+    const std::optional<SlotRun> silence = Quiet.Present();
+    const bool ends = silence && (StoppedAt || silence->Length() >= SilenceThatEnds);
+    Write(steps, ends ? std::max(silence->Begin, Next) : End());
+    MoveTo(steps, End());
+    return steps;
+}
+
+void AutomaticEnd::DropSilence(std::vector<AutomaticStep>& steps) {
+    if (!Dropping) return;
+    const std::optional<int64_t> sound = Quiet.SoundFrom(Next);
+    if (!sound) {
+        MoveTo(steps, End());
+        return;
+    }
+    MoveTo(steps, *sound);
+    // What is heard while the player says that it pauses is soon said to be the player again, or is of
+    // somebody else.
+    const bool paused = PausedAt && !ResumedAt && Present.HasSound;
+    if (paused && End() - *sound < AfterNews) return;
+    if (Present.HasSound) {
+        ++Present.Trust.PausesCut;
+        PausedAt.reset();
+        ResumedAt.reset();
+    } else {
+        Present.Begin = *sound;
+    }
+    Dropping = false;
+}
+
+bool AutomaticEnd::DecideChange(std::vector<AutomaticStep>& steps, bool last) {
+    if (Changes.empty()) return false;
+    const Change change = Changes.front();
+    const int64_t now = End();
+    if (Dropping) {
+        // The song before ended where its silence began.
+        if (Present.HasSound) Close(steps, change.Wanted, true, Certainty::Sure);
+        Begin(change, Next, Certainty::Sure);
+        return true;
+    }
+    if (!last && now < change.At + LastEdge) return false;
+    std::optional<EvidenceCut> cut = Finder.Find(change.At, Next, now, change.Exact);
+    const bool early = !last && now < change.At + SlotsAfterChange;
+    const bool gap = cut && cut->IsGap();
+    if (early && !gap) return false;
+    if (cut && (gap || change.Exact || cut->Evidence >= LeastEvidence)) {
+        Finder.Teach();
+        Cut(steps, *cut, change);
+        return true;
+    }
+    const bool over = now >= change.At + SlotsAfterChange + WaitForEvidence || Changes.size() > 1;
+    if (!last && !over) {
+        const int64_t later = change.At + (now - change.At - SlotsAfterChange);
+        cut = later > change.At ? Finder.Find(later, Next, now, false) : std::nullopt;
+        if (!cut || cut->Evidence < EvidenceFarAway) return false;
+        Changes.front().At = later;
+        Cut(steps, *cut, Changes.front());
+        return true;
+    }
+    if (change.Weak || IsBanner()) {
+        Drop();
+        return true;
+    }
+    const EvidenceCut quietest = Finder.Quietest(change.At, Next, now);
+    Present.Trust.AgainstEvidence = true;
+    Cut(steps, quietest, change);
+    return true;
+}
+
+/// The change that waits was taken back by the next one: an advertisement.
+bool AutomaticEnd::IsBanner() const {
+    return Changes.size() > 1 && SameTitle(Changes[1].Media, Present.Media);
+}
+
+/// No song begins with the change that waits, nor with the one that takes it back.
+void AutomaticEnd::Drop() {
+    const bool banner = IsBanner();
+    Changes.pop_front();
+    if (banner) Changes.pop_front();
+}
+
+void AutomaticEnd::Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut, const Change& change) {
+    const Certainty certainty = CertaintyOf(cut);
+    int64_t oldEnd = change.At + cut.OldEnd;
+    int64_t newBegin = change.At + cut.NewBegin;
+    const int64_t half = cut.FadeSlots / 2;
+    if (half > 0 && certainty != Certainty::Unsure) {
+        oldEnd += Share == FadeShare::New ? -half : half;
+        newBegin += Share == FadeShare::Old ? half : -half;
+    }
+    oldEnd = std::clamp(oldEnd, Next, End());
+    if (change.Last) {
+        // A song that was skipped at once is in neither of those beside it.
+        const auto second = Finder.Find(*change.Last, oldEnd, End(), change.Exact);
+        if (second) newBegin = *change.Last + second->NewBegin;
+    }
+    newBegin = std::clamp(newBegin, Next, End());
+    Write(steps, oldEnd);
+    Close(steps, change.Wanted, true, certainty);
+    MoveTo(steps, newBegin);
+    Begin(change, newBegin, certainty);
+    Dropping = cut.IsGap();
+    Present.OldEnd = oldEnd;
+}
+
+void AutomaticEnd::Begin(const Change& change, int64_t slot, Certainty certainty) {
+    Present = Song{change.Media, change.Trust, slot, true, false};
+    Present.Trust.Begin = certainty;
+    Present.Trust.Mixed = change.Mixed;
+    Changes.pop_front();
+}
+
+void AutomaticEnd::DecideSilence(std::vector<AutomaticStep>& steps, bool wanted) {
+    if (Dropping || !Quiet.Present()) return;
+    const SlotRun silence = *Quiet.Present();
+    if (silence.Length() < SilenceThatEnds || silence.Begin < Next) return;
+    if (PausedAt && !ResumedAt) return;
+    if (!Changes.empty()) {
+        const Change change = Changes.front();
+        const int64_t begin = silence.Begin - change.At;
+        if (begin < FirstEdge || begin > EarliestTitle) return;
+        const EvidenceCut cut{static_cast<int32_t>(begin), static_cast<int32_t>(silence.End - change.At), 0,
+                              1, 0};
+        Finder.TeachGap({cut.OldEnd, cut.NewBegin}, change.Exact);
+        Cut(steps, cut, change);
+        return;
+    }
+    Write(steps, silence.Begin);
+    EndSong(steps, wanted, silence);
+}
+
+/// The song has ended in a silence, and nobody has said what comes next.
+void AutomaticEnd::EndSong(std::vector<AutomaticStep>& steps, bool wanted, SlotRun silence) {
+    Close(steps, wanted, false, Certainty::Sure);
+    const STATIONANDSONGDATA media = Present.Media;
+    const bool mixed = Present.Trust.Mixed;
+    Present = Song{StoppedAt ? STATIONANDSONGDATA{} : media, {}, silence.End, false, false};
+    Present.Trust.Begin = Certainty::Sure;
+    Present.Trust.Mixed = mixed && Last && Last->Others;
+    Present.OldEnd = silence.Begin;
+    if (StoppedAt) Last.reset();
+    StoppedAt.reset();
+    Dropping = true;
+    MoveTo(steps, silence.End);
+}
+
+void AutomaticEnd::DecideStop(std::vector<AutomaticStep>& steps, bool wanted) {
+    if (!StoppedAt || !Changes.empty()) return;
+    if (Dropping) {
+        // What is paused, or has ended in a silence, ends with its player.
+        if (Present.HasSound) {
+            EndSong(steps, wanted, {Next, Next});
+        } else {
+            Present.Media = {};
+            Last.reset();
+        }
+        StoppedAt.reset();
+        PausedAt.reset();
+        return;
+    }
+    const auto silence =
+        Quiet.First({std::max(*StoppedAt - BeforeNews, Next), *StoppedAt + AfterNews}, SilenceOfStop);
+    if (silence && silence->Begin >= Next) {
+        Write(steps, silence->Begin);
+        EndSong(steps, wanted, *silence);
+    } else if (End() >= *StoppedAt + AfterNews) {
+        StoppedAt.reset();  // something else is heard, which goes on
+    }
+}
+
+void AutomaticEnd::HoldPause(std::vector<AutomaticStep>& steps) {
+    if (!PausedAt || Dropping) return;
+    const auto silence =
+        Quiet.First({std::max(*PausedAt - BeforeNews, Next), *PausedAt + AfterNews}, LeastPause);
+    if (silence && silence->Begin >= Next) {
+        Write(steps, silence->Begin);
+        Dropping = true;
+    } else if (End() >= *PausedAt + AfterNews) {
+        PausedAt.reset();  // something else is heard, which goes on
+        ResumedAt.reset();
+    }
+}
+
+void AutomaticEnd::WriteSafe(std::vector<AutomaticStep>& steps) {
+    if (Dropping) return;
+    int64_t safe = End() - KeptBack;
+    if (!Changes.empty()) safe = std::min(safe, Changes.front().At + FirstEdge - FadeSlots.back() / 2);
+    for (const std::optional<int64_t>& news : {PausedAt, StoppedAt}) {
+        if (news) safe = std::min(safe, *news - BeforeNews);
+    }
+    if (const auto silence = Quiet.Present()) safe = std::min(safe, silence->Begin);
+    Write(steps, safe);
+}
+
+void AutomaticEnd::Write(std::vector<AutomaticStep>& steps, int64_t upTo) {
+    if (upTo <= Next) return;
+    AutomaticStep step;
+    step.Slot = upTo;
+    steps.push_back(std::move(step));
+    Next = upTo;
+    Present.HasSound = true;
+}
+
+void AutomaticEnd::Close(std::vector<AutomaticStep>& steps, bool wanted, bool passed, Certainty end) {
+    AutomaticStep step;
+    step.What = AutomaticStep::Kind::Close;
+    step.Slot = Next;
+    step.Media = Present.Media;
+    step.Trust = Present.Trust;
+    step.Trust.End = end;
+    step.Wanted = wanted;
+    step.Passed = passed;
+    steps.push_back(std::move(step));
+}
+
+void AutomaticEnd::MoveTo(std::vector<AutomaticStep>& steps, int64_t slot) {
+    if (slot == Next) return;
+    AutomaticStep step;
+    step.What = AutomaticStep::Kind::MoveTo;
+    step.Slot = slot;
+    steps.push_back(std::move(step));
+    Next = slot;
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,191 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "audio/closed_song.h"
+#include "audio/evidence_cut.h"
+#include "core/media_state.h"
+#include "platform/players.h"
+#include "recording/automatic/silences.h"
+
+namespace Corvetape {
+
+/// What the source of the media data says at one look. Times are counted in slots of 50 ms.
+struct SourceLook {
+    int64_t Slot = 0;    ///< slots heard when it was taken
+    std::string Source;  ///< who says it; empty if there is nobody
+    STATIONANDSONGDATA Media;
+    PlayerStatus Status = PlayerStatus::Unknown;
+    std::string TrackId;              ///< of a piece that has an end, if its player names it; else empty
+    std::optional<int64_t> Position;  ///< of the track, at that slot
+    std::optional<int64_t> Length;    ///< of the track
+    bool Others = false;              ///< another player plays at the same time
+};
+
+/// Finds the place of a cut in what was heard.
+class CutFinder {
+ public:
+    virtual ~CutFinder() = default;
+
+    /// The best place for a change at `change`, all counted in slots from the first one heard: `from` is the
+    /// first slot that can still be cut, `end` one more than the last that may be looked at. `exact`: the
+    /// change is where the player says that its track began, not where somebody noticed a title.
+    virtual std::optional<EvidenceCut> Find(int64_t change, int64_t from, int64_t end, bool exact) = 0;
+
+    /// The source learns what the last Find has decided by.
+    virtual void Teach() = 0;
+
+    /// The source learns that the titles changed at `change` for a gap from `gap.First` to `gap.Last`,
+    /// counted from the change.
+    virtual void TeachGap(EdgeRange gap, bool exact) = 0;
+
+    /// The quietest stretch round a change, as the end of song by media data takes it. Slots as in Find.
+    virtual EvidenceCut Quietest(int64_t change, int64_t from, int64_t end) = 0;
+};
+
+/// One thing to do with what was heard, in the order of the slots.
+struct AutomaticStep {
+    enum class Kind {
+        Write,   ///< everything up to, not including, Slot belongs to the song
+        Close,   ///< the song ends
+        MoveTo,  ///< go on at Slot: what lies before it is in no song, or is in both
+    };
+    Kind What = Kind::Write;
+    int64_t Slot = 0;
+    STATIONANDSONGDATA Media;  ///< of the song that ends
+    SongTrust Trust;           ///< of the song that ends
+    bool Wanted = false;       ///< of the song that ends: as when the next one was noticed
+    bool Passed = false;       ///< the wish for the next song has been passed on when that was noticed
+};
+
+/// To whom a fade between two songs goes.
+enum class FadeShare : int32_t { Old = 0, New = 1, Both = 2 };
+
+/// The end of songs by everything that is known at once: titles, gaps, what the music sounds like, silence,
+/// and what the player says. It decides; somebody else writes.
+///
+/// Fed with every slot that is heard and with every look at the source, and asked once a second.
+class AutomaticEnd {
+ public:
+    static constexpr int64_t SecondSlots = 20;
+
+    /// A silence of so many slots ends a song.
+    static constexpr int64_t SilenceThatEnds = 3 * SecondSlots;
+
+    /// Changes that follow each other within so many slots are one.
+    static constexpr int64_t OneChange = 5 * SecondSlots;
+
+    /// How long a change with too little evidence waits for better.
+    static constexpr int64_t WaitForEvidence = 10 * SecondSlots;
+
+    /// Slots that stay unwritten while nothing happens: a title comes so late, and a look takes its time.
+    static constexpr int64_t KeptBack = -FirstEdge + 30;
+
+    /// Evidence below this drops most false changes and hardly a real one.
+    static constexpr float LeastEvidence = 2.8F;
+
+    /// `finder` outlives it.
+    explicit AutomaticEnd(CutFinder& finder) : Finder(finder) {}
+
+    /// Begins anew: the next slot that is heard has the number 0. What is told of the source stays.
+    void Restart();
+
+    /// One more slot has been heard.
+    void Heard(const HeardSlot& slot);
+
+    /// The source was looked at. `wanted`: the song that plays is to be kept. True if another song has begun
+    /// by it: the wish for the next song is its wish now.
+    bool Look(const SourceLook& look, bool wanted);
+
+    /// What is to be done now. `wanted` as in Look.
+    std::vector<AutomaticStep> Decide(bool wanted);
+
+    /// The same at the end of all sound: nothing more will be heard, and nothing is kept back.
+    std::vector<AutomaticStep> Finish(bool wanted);
+
+    /// Nothing is recorded now: what was heard so far is in no song.
+    void Forget();
+
+    void ShareFades(FadeShare share) { Share = share; }
+
+    /// The song whose title is shown is not the one that is being written.
+    bool ChangePending() const { return !Changes.empty(); }
+
+    /// What is known of the song that is being written.
+    const STATIONANDSONGDATA& Media() const { return Present.Media; }
+
+    /// First slot that is not dealt with yet.
+    int64_t Read() const { return Next; }
+
+    /// One more than the last slot that was heard.
+    int64_t End() const { return Quiet.End(); }
+
+ private:
+    /// The song that is being written.
+    struct Song {
+        STATIONANDSONGDATA Media;
+        SongTrust Trust;
+        int64_t Begin = 0;
+        bool Named = false;     ///< its title was told for it, not for the one before
+        bool HasSound = false;  ///< some of it has been written
+        int64_t OldEnd = 0;     ///< where the song before it ended
+    };
+
+    /// Another song was noticed, and is not cut yet.
+    struct Change {
+        int64_t At = 0;               ///< slot of the change
+        std::optional<int64_t> Last;  ///< of a further change that came soon after it
+        STATIONANDSONGDATA Media;     ///< of the new song
+        bool Exact = false;           ///< At is where the player says that the track began
+        bool Weak = false;            ///< the same title again: no song without evidence
+        bool Wanted = false;          ///< the song before it was to be kept
+        bool Mixed = false;           ///< the new one plays beside the old one
+        SongTrust Trust;              ///< what is known of the new song already
+    };
+
+    bool NoteChange(const SourceLook& look, Change change);
+    bool TakesTitle(const Change& change);
+    bool IsRestart(const SourceLook& look) const;
+    void NoteSeek(const SourceLook& look);
+    void NoteStanding(const SourceLook& look);
+    void FollowStatus(const SourceLook& look);
+
+    void DropSilence(std::vector<AutomaticStep>& steps);
+    bool DecideChange(std::vector<AutomaticStep>& steps, bool last);
+    bool IsBanner() const;
+    void Drop();
+    void Begin(const Change& change, int64_t slot, Certainty certainty);
+    void Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut, const Change& change);
+    void DecideSilence(std::vector<AutomaticStep>& steps, bool wanted);
+    void EndSong(std::vector<AutomaticStep>& steps, bool wanted, SlotRun silence);
+    void DecideStop(std::vector<AutomaticStep>& steps, bool wanted);
+    void HoldPause(std::vector<AutomaticStep>& steps);
+    void WriteSafe(std::vector<AutomaticStep>& steps);
+
+    void Write(std::vector<AutomaticStep>& steps, int64_t upTo);
+    void Close(std::vector<AutomaticStep>& steps, bool wanted, bool passed, Certainty end);
+    void MoveTo(std::vector<AutomaticStep>& steps, int64_t slot);
+
+    CutFinder& Finder;
+    Silences Quiet;
+    Song Present;
+    std::deque<Change> Changes;
+    std::optional<SourceLook> Last;    ///< the last look with a title
+    std::optional<int64_t> PausedAt;   ///< the player has said that it paused
+    std::optional<int64_t> ResumedAt;  ///< and that it plays again
+    std::optional<int64_t> StoppedAt;  ///< the player has stopped, or has gone
+    PlayerStatus Told = PlayerStatus::Unknown;
+    std::optional<int64_t> TrackBegan;   ///< where the track that plays would have begun
+    std::optional<SourceLook> Standing;  ///< since when it is watched whether the position moves
+    bool Stands = false;                 ///< the player says that it plays, but its position does not move
+    bool TitleVanished = false;
+    int64_t Next = 0;
+    bool Dropping = true;  ///< silence at Next is in no song
+    FadeShare Share = FadeShare::Both;
+};
+
+}  // namespace Corvetape
