@@ -24,6 +24,10 @@ class File {
 
     virtual uint64_t Position() const = 0;
 
+    /// Cuts the file to its first `size` bytes; one that is no longer stays as it is. The position does not
+    /// move. False if the system refuses it.
+    virtual bool CutBack(uint64_t size) = 0;
+
     /// Asks that all that was written so far be brought to the disk, so that it outlives a power cut. Waits
     /// for nothing and tells nothing. A disk whose files can be made again need not do it.
     virtual void SyncSoon() {}
@@ -105,6 +109,10 @@ class Files {
     virtual bool SameFile(const std::string& one, const std::string& other) {
         return one == other && FileSize(one);
     }
+
+    /// True if both paths are on one drive, so that what is written to one takes room from the other. False
+    /// also if one of them cannot be asked.
+    virtual bool SameDrive(const std::string& one, const std::string& other) = 0;
 
     /// Waits, for a fraction of a second at most, until no other process has the lock of this name, a path
     /// whose file is made for it. Null if it could not be had.

@@ -32,18 +32,12 @@ constexpr LimitTexts TextsOf(DiskLimit limit) {
 
 }  // namespace
 
-bool OnOneDrive(const WorkingFolders& folders, uint64_t tempFree, uint64_t musicFree) {
-    return folders.Paths[0].substr(0, 2) == folders.Paths[1].substr(0, 2) && tempFree == musicFree;
-}
-
-DiskLimit FindDiskLimit(const WorkingFolders& folders, const Settings& settings, uint64_t tempFree,
-                        uint64_t musicFree) {
+DiskLimit FindDiskLimit(const Settings& settings, const DiskSpace& space) {
     const uint64_t tempLimit = LimitBytes(settings.LowTempSpace);
     const uint64_t musicLimit = LimitBytes(settings.LowMusicSpace);
-    if (OnOneDrive(folders, tempFree, musicFree))
-        return tempFree <= tempLimit + musicLimit ? DiskLimit::OneDrive : DiskLimit::None;
-    if (tempFree <= tempLimit) return DiskLimit::TempFolder;
-    if (musicFree <= musicLimit) return DiskLimit::MusicFolder;
+    if (space.OneDrive) return space.Temp <= tempLimit + musicLimit ? DiskLimit::OneDrive : DiskLimit::None;
+    if (space.Temp <= tempLimit) return DiskLimit::TempFolder;
+    if (space.Music <= musicLimit) return DiskLimit::MusicFolder;
     return DiskLimit::None;
 }
 
@@ -52,24 +46,42 @@ DiskCheck::DiskCheck(DiskCheckParts parts, DiskCheckActions actions)
 
 /// Songs go to the folder that the program was started with, also when another one was chosen since. Both
 /// have to have room: the next start writes to the new one.
-std::string DiskCheck::FolderOfSongs() const {
-    return Parts.Folders.SongTempFolder.substr(0, Parts.Folders.SongTempFolder.rfind('/'));
+std::vector<std::string> DiskCheck::TempFolders() const {
+    std::vector<std::string> folders = {Parts.Folders.Paths[0]};
+    const std::string songs = Parts.Folders.SongTempFolder.substr(0, Parts.Folders.SongTempFolder.rfind('/'));
+    if (!songs.empty() && songs != folders[0]) folders.push_back(songs);
+    return folders;
 }
 
-std::optional<uint64_t> DiskCheck::TempSpace() const {
-    const std::optional<uint64_t> chosen = Parts.Files.FreeSpace(Parts.Folders.Paths[0]);
-    const std::string songs = FolderOfSongs();
-    if (songs.empty() || songs == Parts.Folders.Paths[0]) return chosen;
-    const std::optional<uint64_t> present = Parts.Files.FreeSpace(songs);
-    if (!chosen || !present) return std::nullopt;
-    return std::min(*chosen, *present);
+DiskCheck::Spaces DiskCheck::Measure() const {
+    Spaces spaces;
+    const std::string& musicFolder = Parts.Folders.Paths[1];
+    for (const std::string& folder : TempFolders()) {
+        const std::optional<uint64_t> free = Parts.Files.FreeSpace(folder);
+        if (!free) return {{}, folder};
+        spaces.Each.push_back({*free, 0, Parts.Files.SameDrive(folder, musicFolder)});
+    }
+    const std::optional<uint64_t> music = Parts.Files.FreeSpace(musicFolder);
+    if (!music) return {{}, musicFolder};
+    for (DiskSpace& space : spaces.Each) space.Music = *music;
+    return spaces;
+}
+
+DiskLimit DiskCheck::LimitOf(const Spaces& spaces) const {
+    for (const DiskSpace& space : spaces.Each) {
+        const DiskLimit limit = FindDiskLimit(Parts.Settings, space);
+        if (limit != DiskLimit::None) return limit;
+    }
+    return DiskLimit::None;
 }
 
 bool DiskCheck::HasRoom(uint32_t bytesPerSecond) {
-    const std::optional<uint64_t> temp = TempSpace();
-    const std::optional<uint64_t> music = Parts.Files.FreeSpace(Parts.Folders.Paths[1]);
-    return temp && music && *temp >= SecondsOfReserve * bytesPerSecond &&
-           FindDiskLimit(Parts.Folders, Parts.Settings, *temp, *music) == DiskLimit::None;
+    const Spaces spaces = Measure();
+    const auto hasReserve = [&](const DiskSpace& space) {
+        return space.Temp >= SecondsOfReserve * bytesPerSecond;
+    };
+    return spaces.Refused.empty() && std::ranges::all_of(spaces.Each, hasReserve) &&
+           LimitOf(spaces) == DiskLimit::None;
 }
 
 bool DiskCheck::Run() {
@@ -83,26 +95,25 @@ bool DiskCheck::Run() {
 }
 
 bool DiskCheck::Check() {
-    std::optional<uint64_t> temp = Ask(Parts.Folders.Paths[0]);
-    if (!temp) return false;
-    const std::string songs = FolderOfSongs();
-    if (!songs.empty() && songs != Parts.Folders.Paths[0]) {
-        const std::optional<uint64_t> present = Ask(songs);
-        if (!present) return false;
-        temp = std::min(*temp, *present);
+    const Spaces spaces = Measure();
+    if (!spaces.Refused.empty()) {
+        Report(Text("906", {spaces.Refused}));
+        return false;
     }
-    const std::optional<uint64_t> music = Ask(Parts.Folders.Paths[1]);
-    if (!music) return false;
-    if (Applies()) React(FindDiskLimit(Parts.Folders, Parts.Settings, *temp, *music));
+    if (Applies()) React(LimitOf(spaces));
     return true;
 }
 
 void DiskCheck::RunIfShort(uint32_t bytesPerSecond) {
     if (!Applies()) return;
-    const std::optional<uint64_t> temp = TempSpace();
-    if (!temp || *temp >= SecondsOfReserve * bytesPerSecond) return;
-    const std::optional<uint64_t> music = Parts.Files.FreeSpace(Parts.Folders.Paths[1]);
-    const bool oneDrive = music && OnOneDrive(Parts.Folders, *temp, *music);
+    std::string shortOne;
+    for (const std::string& folder : TempFolders()) {
+        const std::optional<uint64_t> free = Parts.Files.FreeSpace(folder);
+        if (!free) return;
+        if (shortOne.empty() && *free < SecondsOfReserve * bytesPerSecond) shortOne = folder;
+    }
+    if (shortOne.empty()) return;
+    const bool oneDrive = Parts.Files.SameDrive(shortOne, Parts.Folders.Paths[1]);
     React(oneDrive ? DiskLimit::OneDrive : DiskLimit::TempFolder);
 }
 
@@ -117,12 +128,6 @@ void DiskCheck::React(DiskLimit limit) {
     const LimitTexts texts = TextsOf(limit);
     Parts.Form.lblStatus[1].Caption(Text(texts.Status, {}));
     Parts.Messages.RaiseInfo(texts.Deferred);
-}
-
-std::optional<uint64_t> DiskCheck::Ask(const std::string& folder) {
-    const std::optional<uint64_t> free = Parts.Files.FreeSpace(folder);
-    if (!free) Report(Text("906", {folder}));
-    return free;
 }
 
 void DiskCheck::Report(const std::string& text) {

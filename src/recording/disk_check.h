@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "audio/recording_flags.h"
 #include "core/deferred_messages.h"
@@ -33,14 +34,15 @@ struct DiskCheckActions {
 /// Which limit a disk has come down to.
 enum class DiskLimit { None, OneDrive, TempFolder, MusicFolder };
 
-/// Two folders count as one drive if the first two characters of their paths and their free space, in bytes,
-/// are equal.
-bool OnOneDrive(const WorkingFolders& folders, uint64_t tempFree, uint64_t musicFree);
+/// Free space of the two folders in bytes.
+struct DiskSpace {
+    uint64_t Temp = 0;
+    uint64_t Music = 0;
+    bool OneDrive = false;  ///< both folders are on it
+};
 
-/// Free space of the two folders in bytes, held against the limits in MB. On one drive both limits have to
-/// find room.
-DiskLimit FindDiskLimit(const WorkingFolders& folders, const Settings& settings, uint64_t tempFree,
-                        uint64_t musicFree);
+/// Holds the space against the limits in MB. On one drive both limits have to find room.
+DiskLimit FindDiskLimit(const Settings& settings, const DiskSpace& space);
 
 /// The watch over the disk space: a full disk ends the recording with the running song.
 class DiskCheck {
@@ -58,9 +60,15 @@ class DiskCheck {
     void RunIfShort(uint32_t bytesPerSecond);
 
  private:
-    std::string FolderOfSongs() const;
-    std::optional<uint64_t> TempSpace() const;
-    std::optional<uint64_t> Ask(const std::string& folder);
+    /// Space for each folder that temporary songs go to, or the folder that could not be asked.
+    struct Spaces {
+        std::vector<DiskSpace> Each;
+        std::string Refused;
+    };
+
+    std::vector<std::string> TempFolders() const;
+    Spaces Measure() const;
+    DiskLimit LimitOf(const Spaces& spaces) const;
     std::string Text(const std::string& key, std::initializer_list<std::string> arguments) const;
     bool Check();
     void Report(const std::string& text);

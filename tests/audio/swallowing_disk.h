@@ -29,6 +29,7 @@ class SwallowingDisk : public SimFiles {
             return true;
         }
         uint64_t Position() const override { return At; }
+        bool CutBack(uint64_t /*size*/) override { return true; }
         bool Close() override { return true; }
 
      private:

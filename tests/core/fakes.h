@@ -87,6 +87,7 @@ class MemoryFiles : public Files {
 
     std::vector<FileEntry> List(const std::string& /*folder*/) override { return {}; }
     std::optional<uint64_t> FreeSpace(const std::string& /*folder*/) override { return std::nullopt; }
+    bool SameDrive(const std::string& /*one*/, const std::string& /*other*/) override { return false; }
     int32_t LastError() const override { return 0; }
 };
 

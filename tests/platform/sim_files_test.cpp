@@ -34,6 +34,31 @@ TEST_F(SimFilesTest, WhatWasWrittenIsRead) {
     EXPECT_EQ(Files.LastError(), 0);
 }
 
+TEST_F(SimFilesTest, AFileIsCutBackAndItsRoomIsFreeAgain) {
+    Files.Mount("/disk", 1'000'000);
+    const auto file = Files.Create("/disk/a");
+    ASSERT_NE(file, nullptr);
+    const std::string content(400'000, 'x');
+    EXPECT_TRUE(file->Write(Bytes(content)));
+    EXPECT_TRUE(file->CutBack(500'000));
+    EXPECT_EQ(Files.FreeSpace("/disk"), 600'000U);
+    EXPECT_TRUE(file->CutBack(3));
+    EXPECT_EQ(Files.FreeSpace("/disk"), 999'997U);
+    EXPECT_EQ(file->Position(), 400'000U);
+    EXPECT_TRUE(file->Seek(5));
+    EXPECT_TRUE(file->Write(Bytes("y")));
+    EXPECT_EQ(Files.Content("/disk/a"), std::string("xxx\0\0y", 6));
+}
+
+TEST_F(SimFilesTest, FoldersAreOnOneDriveByTheirVolume) {
+    Files.Mount("/disk", 1000);
+    Files.MakeFolders("/disk/a");
+    Files.MakeFolders("/b");
+    EXPECT_TRUE(Files.SameDrive("/disk", "/disk/a"));
+    EXPECT_FALSE(Files.SameDrive("/disk/a", "/b"));
+    EXPECT_FALSE(Files.SameDrive("/disk", "/disk/none"));
+}
+
 TEST_F(SimFilesTest, ContentLongerThanTheLimitIsNotRead) {
     WriteFile("/a.txt", "hello");
     EXPECT_EQ(Files.ReadAll("/a.txt", 4), std::nullopt);

@@ -155,11 +155,31 @@ TEST_F(DiskChecks, OnOneDriveBothLimitsHaveToFindRoom) {
     EXPECT_EQ(Messages.PendingInfo, 833);
 }
 
-TEST_F(DiskChecks, FoldersWithDifferentBeginningsAreTwoDrivesHoweverEqualTheirSpace) {
-    Disk.SetFreeSpace("/temp", 400 * Megabyte);
-    Disk.SetFreeSpace("/music", 400 * Megabyte);
+TEST_F(DiskChecks, FoldersOfTwoDrivesHaveALimitEachHoweverEqualTheirSpaceAndTheirNames) {
+    Disk.Mount("/media/temp", 400 * Megabyte);
+    Disk.Mount("/media/music", 400 * Megabyte);
+    Folders.Paths = {"/media/temp", "/media/music", "/log"};
     EXPECT_TRUE(Check.Run());
     EXPECT_EQ(Status(), "");
+}
+
+TEST_F(DiskChecks, FoldersOfOneDriveShareItsSpaceWhateverTheirNames) {
+    Disk.MakeFolders("/home/temp");
+    Disk.MakeFolders("/srv/music");
+    Folders.Paths = {"/home/temp", "/srv/music", "/log"};
+    Disk.SetFreeSpace("/", 500 * Megabyte);
+    EXPECT_TRUE(Check.Run());
+    EXPECT_EQ(Status(), "803");
+}
+
+TEST_F(DiskChecks, TheFolderOfTheStartIsHeldAgainstTheDriveThatItIsOn) {
+    Disk.MakeFolders("/srv/before");
+    Disk.MakeFolders("/srv/music");
+    Folders.Paths[1] = "/srv/music";
+    Folders.SongTempFolder = "/srv/before/Corvet";
+    Disk.SetFreeSpace("/", 500 * Megabyte);
+    EXPECT_TRUE(Check.Run());
+    EXPECT_EQ(Status(), "803");
 }
 
 TEST_F(DiskChecks, NothingIsHeldAgainstTheLimitsWhileNothingIsToGoOn) {

@@ -39,6 +39,17 @@ void SimFileData::Clear() {
     Bytes = 0;
 }
 
+void SimFileData::CutBack(uint64_t size) {
+    if (size >= Bytes) return;
+    OwnVolume->Used -= Bytes - size;
+    Bytes = size;
+    const uint64_t needed = (size + ChunkPool::ChunkBytes - 1) / ChunkPool::ChunkBytes;
+    while (Chunks.size() > needed) {
+        Pool->Give(std::move(Chunks.back()));
+        Chunks.pop_back();
+    }
+}
+
 uint64_t SimFileData::Write(uint64_t position, std::span<const std::byte> bytes) {
     const uint64_t most = Bytes + OwnVolume->Free();
     const uint64_t end = std::min(position + bytes.size(), most);

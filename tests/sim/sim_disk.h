@@ -56,6 +56,9 @@ class SimFileData {
     uint64_t Write(uint64_t position, std::span<const std::byte> bytes);
     void Clear();
 
+    /// Leaves the first `size` bytes at most; what is taken away is free again.
+    void CutBack(uint64_t size);
+
     /// Content from `offset` on, at most `count` bytes.
     std::string Text(uint64_t offset, uint64_t count) const;
 

@@ -8,8 +8,8 @@ namespace Corvetape {
 namespace {
 
 constexpr std::array OperationNames = std::to_array<std::string_view>(
-    {"Create", "Write", "Seek", "Close", "Read", "Patch", "Replace", "Append", "Rename", "Copy", "Delete",
-     "MakeFolder", "DeleteFolder", "Look", "FreeSpace"});
+    {"Create", "Write", "Seek", "CutBack", "Close", "Read", "Patch", "Replace", "Append", "Rename", "Copy",
+     "Delete", "MakeFolder", "DeleteFolder", "Look", "FreeSpace"});
 
 constexpr size_t MostRemembered = 100;
 

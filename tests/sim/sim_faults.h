@@ -17,6 +17,7 @@ enum class FileOperation : uint8_t {
     Create,
     Write,
     Seek,
+    CutBack,
     Close,
     Read,  ///< ReadAll and ReadPart
     Patch,

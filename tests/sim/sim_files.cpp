@@ -45,6 +45,14 @@ class SimFile : public File {
 
     uint64_t Position() const override { return At; }
 
+    bool CutBack(uint64_t size) override {
+        if (!IsOpen() || !Passes(FileOperation::CutBack)) return false;
+        Data->CutBack(size);
+        Owner->History.Add(static_cast<uint64_t>(FileOperation::CutBack));
+        Owner->History.Add(size);
+        return true;
+    }
+
     void SyncSoon() override {
         if (IsOpen() && Owner->OnSync) Owner->OnSync(Path);
     }
@@ -132,6 +140,13 @@ bool SimFiles::SameFile(const std::string& one, const std::string& other) {
     const SimDisk::Node* first = Disk.Find(SimDisk::Normal(one));
     const SimDisk::Node* second = Disk.Find(SimDisk::Normal(other));
     return first != nullptr && second != nullptr && !first->IsFolder() && first->Data == second->Data;
+}
+
+bool SimFiles::SameDrive(const std::string& one, const std::string& other) {
+    const std::string first = SimDisk::Normal(one);
+    const std::string second = SimDisk::Normal(other);
+    return Disk.Find(first) != nullptr && Disk.Find(second) != nullptr &&
+           Disk.VolumeOf(first) == Disk.VolumeOf(second);
 }
 
 std::optional<std::string> SimFiles::ReadAll(const std::string& path, uint64_t limit) {

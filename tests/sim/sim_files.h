@@ -46,6 +46,7 @@ class SimFiles : public Files {
     std::optional<uint64_t> FileSize(const std::string& path) override;
     std::vector<FileEntry> List(const std::string& folder) override;
     bool SameFile(const std::string& one, const std::string& other) override;
+    bool SameDrive(const std::string& one, const std::string& other) override;
     std::optional<uint64_t> FreeSpace(const std::string& folder) override;
     int32_t LastError() const override { return Error; }
 

@@ -43,6 +43,28 @@ class LinuxFilesTest : public testing::Test {
     LinuxFiles files;
 };
 
+TEST_F(LinuxFilesTest, AFileIsCutBackAndWrittenOnAtItsPosition) {
+    const auto file = files.Create(folder / "a");
+    ASSERT_NE(file, nullptr);
+    EXPECT_TRUE(file->Write(Bytes("one two three")));
+    EXPECT_TRUE(file->CutBack(20));
+    EXPECT_EQ(Get("a"), "one two three") << "never made longer";
+    EXPECT_TRUE(file->CutBack(7));
+    EXPECT_EQ(Get("a"), "one two");
+    EXPECT_TRUE(file->Seek(4));
+    EXPECT_TRUE(file->Write(Bytes("four")));
+    EXPECT_TRUE(file->Close());
+    EXPECT_EQ(Get("a"), "one four");
+    EXPECT_FALSE(file->CutBack(0));
+    EXPECT_EQ(files.LastError(), EBADF);
+}
+
+TEST_F(LinuxFilesTest, FoldersAreOnOneDriveByTheirFileSystem) {
+    EXPECT_TRUE(files.SameDrive(folder.Path(), folder / "."));
+    EXPECT_FALSE(files.SameDrive(folder.Path(), "/proc"));
+    EXPECT_FALSE(files.SameDrive(folder.Path(), folder / "none"));
+}
+
 TEST_F(LinuxFilesTest, CreateEmptiesAndWritesAtThePosition) {
     Put("a", "old and long content");
     const auto file = files.Create(folder / "a");

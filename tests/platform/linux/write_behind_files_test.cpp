@@ -54,6 +54,10 @@ TEST_F(WriteBehindFilesTest, AnyOrderOfWritesAndSeeksGivesWhatItGivesElsewhere) 
                 const uint64_t place = random() % 3'000'000;
                 EXPECT_TRUE(behind->Seek(place));
                 EXPECT_TRUE(direct->Seek(place));
+            } else if (random() % 8 == 0) {
+                const uint64_t size = random() % 3'000'000;
+                EXPECT_TRUE(behind->CutBack(size));
+                EXPECT_TRUE(direct->CutBack(size));
             } else {
                 std::string text(random() % (random() % 8 == 0 ? 2'000'000 : 10'000), '\0');
                 for (size_t i = 0; i < text.size(); i += 97) text[i] = static_cast<char>(random());

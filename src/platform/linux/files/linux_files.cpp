@@ -109,6 +109,16 @@ class LinuxFile : public File {
 
     uint64_t Position() const override { return position; }
 
+    bool CutBack(uint64_t size) override {
+        struct stat status {};
+        if (!descriptor) return Result(false, EBADF);
+        if (fstat(descriptor.Number(), &status) != 0) return Result(false, errno);
+        if (static_cast<uint64_t>(status.st_size) <= size) return true;
+        const auto length = static_cast<off_t>(size);
+        const auto cut = Uninterrupted([&] { return ftruncate(descriptor.Number(), length); });
+        return cut == 0 || Result(false, errno);
+    }
+
     void SyncSoon() override { syncer->Add(descriptor.Number()); }
 
     bool Close() override {
@@ -273,6 +283,13 @@ bool LinuxFiles::SameFile(const std::string& one, const std::string& other) {
     struct stat second {};
     return stat(one.c_str(), &first) == 0 && stat(other.c_str(), &second) == 0 &&
            first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+bool LinuxFiles::SameDrive(const std::string& one, const std::string& other) {
+    struct stat first {};
+    struct stat second {};
+    return stat(one.c_str(), &first) == 0 && stat(other.c_str(), &second) == 0 &&
+           first.st_dev == second.st_dev;
 }
 
 std::unique_ptr<FileLock> LinuxFiles::Lock(const std::string& path) {

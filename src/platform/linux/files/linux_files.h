@@ -41,6 +41,7 @@ class LinuxFiles : public Files {
     std::optional<uint64_t> FileSize(const std::string& path) override;
     std::vector<FileEntry> List(const std::string& folder) override;
     bool SameFile(const std::string& one, const std::string& other) override;
+    bool SameDrive(const std::string& one, const std::string& other) override;
     std::unique_ptr<FileLock> Lock(const std::string& path) override;
     std::optional<uint64_t> FreeSpace(const std::string& folder) override;
 

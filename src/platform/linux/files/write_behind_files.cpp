@@ -59,6 +59,16 @@ class WriteBehindFile : public File {
 
     uint64_t Position() const override { return position; }
 
+    bool CutBack(uint64_t size) override {
+        if (!HandOver()) return false;
+        std::unique_lock guard(lock);
+        changed.wait(guard, [this] { return waiting.empty(); });
+        // The thread has nothing to do, so the file is not in use.
+        if (error == 0 && !file->CutBack(size)) error = disk->LastError();
+        guard.unlock();
+        return Told();
+    }
+
     bool Close() override {
         if (!thread.joinable()) return true;
         HandOver();
