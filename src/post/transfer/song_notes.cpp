@@ -166,13 +166,12 @@ LeftSongDecision DecideLeftSong(Files& files, const std::string& songTempFolder,
 }
 
 void DeleteLeftSong(Files& files, const std::string& songTempFolder, const LeftSong& song) {
-    const std::string base = song.BaseName + ".";
-    for (const FileEntry& entry : files.List(songTempFolder)) {
-        // The extension is the last one only: a name that goes on with a point is another song's.
-        const bool ours =
-            entry.Name.starts_with(base) && entry.Name.find('.', base.size()) == std::string::npos;
-        if (ours && !entry.IsFolder) files.Delete(songTempFolder + "/" + entry.Name);
+    // By their names: a folder with thousands of songs is not listed for each of them. The note comes last,
+    // so that a deletion that was broken off is taken up again.
+    for (const std::string_view extension : {".wav", ".jpg", ".png", ".gif"}) {
+        files.Delete(songTempFolder + "/" + song.BaseName + std::string(extension));  // some are not there
     }
+    files.Delete(songTempFolder + "/" + song.BaseName + std::string(NoteExtension));
 }
 
 }  // namespace Corvetape
