@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "core/fakes.h"
 
 namespace Corvetape {
@@ -138,6 +140,57 @@ TEST_F(RegistryTest, AFailedWriteIsTold) {
     Disk.WritesFail = true;
     EXPECT_FALSE(Registry.WriteUserValue("", "x", 1));
     EXPECT_FALSE(Registry.WriteUserValue("", "*", Text("a")));
+}
+
+TEST_F(RegistryTest, ProgramsThatRunAtOnceCountTogether) {
+    RegistryBranches other(Disk, UserFile, MachineFile);
+    std::vector<std::optional<int32_t>> numbers;
+    for (int i = 0; i < 3; ++i) {
+        numbers.push_back(Registry.RaiseUserNumber("", "TotalCountOfSongs"));
+        numbers.push_back(other.RaiseUserNumber("", "TotalCountOfSongs"));
+    }
+    EXPECT_EQ(numbers, (std::vector<std::optional<int32_t>>{1, 2, 3, 4, 5, 6}));
+    EXPECT_EQ(RegistryBranches(Disk, UserFile, MachineFile).ReadUserValue("", "TotalCountOfSongs"),
+              RegistryValue(6));
+}
+
+/// A disk that notes which looks at the registry's file, and which writes, no lock covers.
+class BusyDisk : public MemoryFiles {
+ public:
+    struct Held : FileLock {
+        explicit Held(BusyDisk& disk) : Disk(disk) { Disk.Locked = true; }
+        ~Held() override { Disk.Locked = false; }
+        BusyDisk& Disk;
+    };
+
+    std::unique_ptr<FileLock> Lock(const std::string& path) override {
+        LockPath = path;
+        return std::make_unique<Held>(*this);
+    }
+    std::optional<std::string> ReadAll(const std::string& path, uint64_t limit) override {
+        if (path == UserFile && !Locked) ++Unguarded;
+        return MemoryFiles::ReadAll(path, limit);
+    }
+    bool ReplaceAtomically(const std::string& path, std::string_view content) override {
+        if (path == UserFile && !Locked) ++Unguarded;
+        return MemoryFiles::ReplaceAtomically(path, content);
+    }
+
+    bool Locked = false;
+    int Unguarded = 0;  ///< looks and writes without the lock
+    std::string LockPath;
+};
+
+TEST(RegistryLock, CoversTheLookAndTheWriteOfANumberThatIsRaised) {
+    BusyDisk disk;
+    RegistryBranches registry(disk, UserFile, MachineFile);
+    registry.ReadUserValue("", "x");
+    disk.Unguarded = 0;
+    EXPECT_EQ(registry.RaiseUserNumber("", "x"), 1);
+    EXPECT_EQ(registry.RaiseUserNumber("", "x"), 2);
+    EXPECT_EQ(disk.Unguarded, 0);
+    EXPECT_EQ(disk.LockPath, std::string(UserFile) + ".lock");
+    EXPECT_FALSE(disk.Locked);
 }
 
 TEST_F(RegistryTest, AVolatileKeyLivesInMemoryOnly) {

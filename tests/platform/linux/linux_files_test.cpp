@@ -209,6 +209,19 @@ TEST_F(LinuxFilesTest, CreateNewMakesAFileOnlyWhereNothingIsAndFollowsNoLink) {
     EXPECT_EQ(files.FileSize(folder / "new"), 0u);
 }
 
+TEST_F(LinuxFilesTest, ALockIsHeldByOneAtATimeAndMadeThroughNoLink) {
+    LinuxFiles other;
+    auto held = files.Lock(folder / "lock");
+    ASSERT_NE(held, nullptr);
+    EXPECT_EQ(other.Lock(folder / "lock"), nullptr);
+    EXPECT_NE(other.Lock(folder / "another"), nullptr);
+    held.reset();
+    EXPECT_NE(other.Lock(folder / "lock"), nullptr);
+    std::filesystem::create_symlink("planted", folder / "link");
+    EXPECT_EQ(other.Lock(folder / "link"), nullptr);
+    EXPECT_FALSE(std::filesystem::exists(folder / "planted"));
+}
+
 TEST_F(LinuxFilesTest, AKilledReplacementLeavesTheOldOrTheNewContent) {
     const std::array contents = {std::string(70'000, 'a'), std::string(30'000, 'b')};
     ASSERT_TRUE(files.ReplaceAtomically(folder / "settings", contents[0]));
