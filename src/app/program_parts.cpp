@@ -66,7 +66,7 @@ ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
       Look(state.Form, state.PlainBar, state.CoverBar, Messages),
       Recording({state.Form, state.Flags, state.Cut, state.Media, state.Pause, state.Ring},
                 SessionActionsOf(*this)),
-      Poll({state.Form, state.Media, state.Cut, state.Flags, state.Signal, state.Ring},
+      Poll({state.Form, state.Media, state.Cut, state.Flags, state.Signal, state.Ring, Drain, Recording},
            MediaPollActionsOf(*this)),
       Inputs({state.Form, machine.WaveIn, state.Options, Store, state.Media},
              {Journal, machine.Dialogs, Messages, state.Lifecycle}, InputListActionsOf(*this)),

@@ -112,6 +112,12 @@ void EmptyRing(ProgramParts& parts) {
     parts.Memory.Ring.AudioReadIndex = parts.Memory.Ring.AudioWriteIndex;
 }
 
+/// The end of song will be noticed another way. By time nobody knows of the song whose cut is pending.
+void LeaveEndOfSong(ProgramParts& parts, EndOfSong next) {
+    if (next == EndOfSong::Silence) return EmptyRing(parts);
+    if (!parts.Drain.FinishCut()) parts.Owner.RequestUnload();
+}
+
 }  // namespace
 
 std::string UserRegistryFile(Machine machine) {
@@ -248,7 +254,7 @@ SessionActions SessionActionsOf(ProgramParts& parts) {
 MediaPollActions MediaPollActionsOf(ProgramParts& parts) {
     return {[&parts] { return parts.Watch.Ticks() >= 2; }, [&parts] { parts.Providers.GetStationData(); },
             [&parts](const std::string& cover) { parts.LoadImage(cover); },
-            [&parts] { parts.Recording.ShowFlags(); }};
+            [&parts] { parts.Owner.RequestUnload(); }};
 }
 
 InputListActions InputListActionsOf(ProgramParts& parts) {
@@ -273,7 +279,7 @@ void AttachHandlers(ProgramParts& parts) {
         if (!song.JobName.empty()) parts.UnfinishedJobs[song.JobName] = song;
         if (parts.Owner.Events.SongTransferred) parts.Owner.Events.SongTransferred(song);
     });
-    parts.Pauses.LeavingRing = [&parts] { EmptyRing(parts); };
+    parts.Pauses.Leaving = [&parts](EndOfSong next) { LeaveEndOfSong(parts, next); };
     parts.Journal.Listener = [&parts](const std::string& kind, const std::string& text) {
         if (parts.Owner.Events.Logged) parts.Owner.Events.Logged(kind, text);
     };

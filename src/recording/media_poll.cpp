@@ -41,15 +41,20 @@ void MediaPoll::Tick() {
 }
 
 void MediaPoll::EndSong(const STATIONANDSONGDATA& ended) {
-    // Without a recording no file is cut off here, and a wish for the next song waits for one.
-    if (!Parts.Flags.RecordingEnabled) return;
+    SettleEarlierCut();
+    // A cut that is pending still moves: what lies between goes with the song before.
     std::optional<EndedSong>& song = Parts.Cut.Ended;
-    const bool wanted = Parts.Flags.RecordCurrentSong;
-    // A cut that is still pending moves: what lies between goes with the song before, unless only it is
-    // wanted.
-    if (!song || (wanted && !song->Wanted)) song = EndedSong{ended, wanted};
+    if (!song) song = EndedSong{ended, Parts.Flags.RecordCurrentSong};
     Parts.Flags.PassOn();
-    Actions.ShowFlags();
+    Parts.Recording.ShowFlags();
+}
+
+void MediaPoll::SettleEarlierCut() {
+    const CutState& cut = Parts.Cut;
+    // While the input stands still, titles come and go of which nothing was heard.
+    if (!cut.CutPending || cut.CutIndex == Parts.Ring.AudioWriteIndex) return;
+    const bool onlyThisOne = Parts.Flags.RecordCurrentSong && cut.Ended && !cut.Ended->Wanted;
+    if (!Parts.Drain.DrainAudioRing(onlyThisOne)) Actions.Unload();
 }
 
 bool MediaPoll::Compare() {

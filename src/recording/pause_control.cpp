@@ -275,7 +275,7 @@ std::optional<int32_t> PauseControl::Accepted(TextBox& box, int32_t minimum, int
 void PauseControl::EndOfSongClicked(size_t mode) {
     const auto detection = static_cast<EndOfSong>(mode);
     const bool throughRing = Parts.Pause.EndOfSongDetection != EndOfSong::Silence;
-    if (throughRing && detection == EndOfSong::Silence && LeavingRing) LeavingRing();
+    if (throughRing && detection != Parts.Pause.EndOfSongDetection && Leaving) Leaving(detection);
     ShowEndOfSongControls(detection);
     Parts.Pause.EndOfSongDetection = detection;
     Write("EndOfSongDetection", static_cast<int32_t>(mode));

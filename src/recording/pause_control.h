@@ -50,9 +50,10 @@ class PauseControl {
     /// The next load reads its section even if it was loaded last.
     void ForgetLoaded() { Loaded.reset(); }
 
-    /// Called before the end of song is noticed by silence from now on, while it still goes the other way:
-    /// the ring holds sound that no buffer of the direct way may overtake.
-    std::function<void()> LeavingRing;
+    /// Called before the end of song is noticed another way than by what goes through the ring now: by
+    /// silence, where no buffer of the direct way may overtake what the ring holds, or the other way through
+    /// it.
+    std::function<void(EndOfSong next)> Leaving;
 
  private:
     void AttachNumbers();

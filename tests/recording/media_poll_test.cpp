@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "recording/session_rig.h"
+
 namespace Corvetape::Test {
 namespace {
 
@@ -24,10 +26,11 @@ STATIONANDSONGDATA Reading(const std::string& artist, const std::string& song) {
 }
 
 /// A poll whose provider gives the reading of the test.
-class MediaPolls : public testing::Test {
+class MediaPolls : public testing::Test, protected SessionRig {
  protected:
     MediaPolls() {
-        Ring.Open(400, 2205);
+        Pause.EndOfSongDetection = EndOfSong::MediaData;
+        Flags.RecordingEnabled = false;
         Ring.AudioWriteIndex = 123;
         for (int i = 0; i < 5; ++i) Signal.History.Append(1000);
     }
@@ -53,22 +56,16 @@ class MediaPolls : public testing::Test {
                     Media.CurrentMedia = Next;
                     if (WhilePolled) WhilePolled();
                 },
-                [this](const std::string& cover) { Covers.push_back(cover); }, [this] { ++FlagsShown; }};
+                [this](const std::string& cover) { Covers.push_back(cover); }, [this] { ++Unloads; }};
     }
 
-    frmMain Form;
-    MediaState Media;
-    CutState Cut;
-    RecordingFlags Flags;
-    SignalState Signal;
-    AudioRing Ring;
     STATIONANDSONGDATA Next;
     bool Ready = true;
     int Polls = 0;
-    int FlagsShown = 0;
+    int Unloads = 0;
     std::function<void()> WhilePolled;
     std::vector<std::string> Covers;
-    MediaPoll Poll{{Form, Media, Cut, Flags, Signal, Ring}, MakeActions()};
+    MediaPoll Poll{{Form, Media, Cut, Flags, Signal, Ring, Drain, Recording}, MakeActions()};
 };
 
 TEST_F(MediaPolls, RunEvery500Milliseconds) {
@@ -322,38 +319,96 @@ TEST_F(MediaPolls, ASongThatEndsKeepsItsWishAndTheFlagsMeanTheNextOne) {
         Flags.RecordCurrentSong = row.Current;
         Flags.RecordNextSong = row.Next;
         Flags.StopAtEndOfSong = row.Stop;
-        FlagsShown = 0;
         Read("A", "Two");
         ASSERT_TRUE(Cut.Ended);
         EXPECT_EQ(Cut.Ended->Wanted, row.Current);
         EXPECT_EQ(Flags.RecordCurrentSong, row.CurrentThen);
         EXPECT_EQ(Flags.RecordNextSong, row.NextThen);
         EXPECT_FALSE(Flags.StopAtEndOfSong);
-        EXPECT_EQ(FlagsShown, 1);
+        EXPECT_EQ(Form.chkStartStop[0].Value(), row.CurrentThen ? 1 : 0);
+        EXPECT_EQ(Form.chkStartStop[1].Value(), 0);
     }
 }
 
-TEST_F(MediaPolls, ACutThatMovesLeavesTheSongBeforeItUnlessOnlyTheShortOneIsWanted) {
-    Flags.RecordingEnabled = true;
-    for (const bool wanted : {true, false}) {
-        Read("A", "Long");
-        Flags.RecordCurrentSong = wanted;
-        Read("A", "Short");
-        Flags.RecordCurrentSong = true;
-        Next = Reading("A", "Next");
+/// The titles of two songs, the second of which was heard for so many buffers when a third title comes.
+class TwoTitles : public MediaPolls {
+ protected:
+    TwoTitles() {
+        Flags.RecordingEnabled = true;
+        Pause.EndOfSongThreshold = {3000, 3000};
+        Pause.IgnoreShortSongs = 0;
+    }
+
+    void Change(bool firstWanted, bool secondWanted, int buffersBetween) {
+        Cut.Settle();
+        Ring.AudioReadIndex = Ring.AudioWriteIndex;
+        Next = Reading("A", "First");
         Form.tmrGetMediaData.Timer.Raise();
+        Cut.Settle();
+        Play(20);
+        Flags.RecordCurrentSong = firstWanted;
+        Next = Reading("A", "Second");
+        Form.tmrGetMediaData.Timer.Raise();
+        Flags.RecordCurrentSong = secondWanted;
+        for (int i = 0; i < buffersBetween; ++i) Play(1);
+        Next = Reading("A", "Third");
+        Form.tmrGetMediaData.Timer.Raise();
+    }
+};
+
+TEST_F(TwoTitles, WithinOneWindowMoveTheCutAndTheShortOneGoesWithTheSongBefore) {
+    for (const bool secondWanted : {true, false}) {
+        Change(true, secondWanted, 40);
         ASSERT_TRUE(Cut.Ended);
+        EXPECT_EQ(Cut.Ended->Media.Song, "First");
         EXPECT_TRUE(Cut.Ended->Wanted);
-        EXPECT_EQ(Cut.Ended->Media.Song, wanted ? "Long" : "Short");
+        EXPECT_EQ(Cut.CutIndex, Ring.AudioWriteIndex);
+        EXPECT_TRUE(Closed.empty());
     }
 }
 
-TEST_F(MediaPolls, WithoutARecordingNoSongEndsAndNoFlagPasses) {
+TEST_F(TwoTitles, AreCutApartWhereOnlyTheShortOneIsWanted) {
+    Change(false, true, 40);
+    ASSERT_EQ(Closed.size(), 1U);
+    EXPECT_EQ(Closed[0], SongFate::Unwanted);
+    ASSERT_TRUE(Cut.Ended);
+    EXPECT_EQ(Cut.Ended->Media.Song, "Second");
+    EXPECT_TRUE(Cut.Ended->Wanted);
+    EXPECT_TRUE(Cut.CutPending);
+}
+
+TEST_F(TwoTitles, AreCutApartOnceTheFirstCutIsDue) {
+    Change(true, true, 60);
+    ASSERT_EQ(Closed.size(), 1U);
+    EXPECT_EQ(Closed[0], SongFate::Kept);
+    EXPECT_EQ(Media.SongMedia.Song, "First");
+    ASSERT_TRUE(Cut.Ended);
+    EXPECT_EQ(Cut.Ended->Media.Song, "Second");
+}
+
+TEST_F(TwoTitles, OfWhichTheSecondWasNeverHeardLeaveTheSoundToTheFirst) {
+    for (const bool firstWanted : {true, false}) {
+        Change(firstWanted, true, 0);
+        EXPECT_TRUE(Closed.empty());
+        ASSERT_TRUE(Cut.Ended);
+        EXPECT_EQ(Cut.Ended->Media.Song, "First");
+        EXPECT_EQ(Cut.Ended->Wanted, firstWanted);
+    }
+}
+
+TEST_F(TwoTitles, EndTheProgramIfTheirCutCannotMakeAFile) {
+    Machine.Files.AddFault({.Pattern = "*.wav", .Operation = FileOperation::Create});
+    Change(false, true, 40);
+    EXPECT_EQ(Unloads, 1);
+}
+
+TEST_F(MediaPolls, WithoutARecordingASongEndsToo) {
     Flags.RecordNextSong = true;
     Read("A", "One");
-    EXPECT_FALSE(Cut.Ended);
-    EXPECT_TRUE(Flags.RecordNextSong);
-    EXPECT_FALSE(Flags.RecordCurrentSong);
+    ASSERT_TRUE(Cut.Ended);
+    EXPECT_FALSE(Cut.Ended->Wanted);
+    EXPECT_FALSE(Flags.RecordNextSong);
+    EXPECT_TRUE(Flags.RecordCurrentSong);
 }
 
 TEST_F(MediaPolls, AProviderThatFailsLeavesTheLastReading) {

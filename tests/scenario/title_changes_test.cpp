@@ -158,5 +158,53 @@ TEST(PendingCut, OfASongThatWasNotWantedLeavesNothingOfIt) {
     EXPECT_THAT(KeptTitles(world), IsEmpty());
 }
 
+TEST(PendingCut, OfAWantedSongOutlivesAChangeToCutsByTime) {
+    World world(ByTitles({{ProviderOfRadio, "EndOfSongTimer", "600"}}));
+    ASSERT_TRUE(world.StartRecording());
+    RunIntoTheWindow(world);
+    world.Form().cmdStartStop.Press();  // the second song is not wanted
+    world.Form().optEndOfSong[2].Press();
+    world.RunFor(0.5);
+    world.Form().cmdStartStop.Press();  // what begins now is
+    RunTo(world, 100);
+    world.Finish();
+    ASSERT_THAT(KeptSongs(world), testing::SizeIs(2));
+    EXPECT_EQ(KeptTitles(world)[0], "Song 1");
+    const ScriptedSong& first = world.Truth()->Songs()[0];
+    EXPECT_LE(KeptSongs(world)[0].RadioBegin, first.Begin);
+    EXPECT_GE(KeptSongs(world)[0].RadioEnd + 2205, first.End);
+    EXPECT_EQ(MusicComparedWithRadio(world), "");
+}
+
+TEST(StandingInput, TitlesOfWhichNothingIsHeardNameNoSong) {
+    World world(ByTitles());
+    ASSERT_TRUE(world.Start());
+    RunTo(world, 44);
+    world.Computer.WaveIn.Vanish(RadioName);
+    RunTo(world, 60);
+    ASSERT_EQ(world.Values().Media.CurrentMedia.Song, "Song 2");
+    world.Form().cmdStartStop.Press();
+    RunTo(world, 100);
+    ASSERT_EQ(world.Values().Media.CurrentMedia.Song, "Song 3");
+    world.Computer.WaveIn.Return(RadioName);
+    PlayOut(world);
+    EXPECT_THAT(KeptTitles(world), ElementsAre("Song 3", "Song 4"));
+    EXPECT_EQ(MusicComparedWithRadio(world), "");
+}
+
+TEST(StandingInput, ASongWhoseCutWaitedKeepsItsNameAndItsWish) {
+    World world(ByTitles());
+    ASSERT_TRUE(world.StartRecording());
+    RunTo(world, 44);
+    world.Computer.WaveIn.Vanish(RadioName);
+    RunTo(world, 60);
+    world.Form().cmdStartStop.Press();  // off while the second title is shown
+    RunTo(world, 100);
+    world.Computer.WaveIn.Return(RadioName);
+    PlayOut(world);
+    EXPECT_THAT(KeptTitles(world), ElementsAre("Song 1"));
+    EXPECT_EQ(MusicComparedWithRadio(world), "");
+}
+
 }  // namespace
 }  // namespace Corvetape::Test

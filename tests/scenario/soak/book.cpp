@@ -82,10 +82,6 @@ Machine Book::Through(Machine machine) {
             machine.Folders, machine.Dialogs, machine.System, machine.Instance};
 }
 
-void Book::TellMixUp(const std::string& problem) {
-    MixedUp += std::to_string(Radio->Now()) + ": " + problem + "\n";
-}
-
 void Book::Tell(const std::string& problem) {
     if (++FoundCount > MostProblems) return;
     Found += std::to_string(Radio->Now()) + ": " + problem + "\n";
@@ -175,7 +171,9 @@ void Book::NoteCut() {
     const CutState& cut = Values().Cut;
     const PauseSettings& pause = Values().Pause;
     const bool isNew = cut.CutPending && (!WasCutPending || cut.CutIndex != LastCutIndex);
-    if (isNew && (!WasCutPending || (Wished && !EndedWished))) {
+    if (!cut.CutPending) CutByTitle = false;
+    if (isNew && (!CutByTitle || EarlierCutIsDue())) {
+        CutByTitle = pause.EndOfSongDetection == EndOfSong::MediaData;
         Ended = Told;
         EndedWished = Wished;
     }
@@ -187,6 +185,13 @@ void Book::NoteCut() {
     }
     WasCutPending = cut.CutPending;
     LastCutIndex = cut.CutIndex;
+}
+
+/// Whether a cut that a title has raised is carried out before the next title moves it.
+bool Book::EarlierCutIsDue() {
+    if (!Values().Flags.RecordingEnabled) return false;
+    const int32_t since = static_cast<int32_t>(RingBuffers.size()) - Cuts.back().At;
+    return (Wished && !EndedWished) || since >= Values().Pause.EndOfSongThreshold[1] / 50;
 }
 
 void Book::NoteTold() {

@@ -86,10 +86,6 @@ class Book {
     /// What is wrong, one thing a line, with the second at which it was found; empty if nothing is.
     const std::string& Problems() const { return Found; }
 
-    /// Songs that have a neighbour's names, or were kept by its wish. Where pauses, changes of the mode and
-    /// new titles meet in one pending cut it is not always decided whose they are.
-    const std::string& MixUps() const { return MixedUp; }
-
     std::function<void(const HeardSong&)> OnClosed;  ///< told of each song before it is looked at
 
     size_t SongsKept() const { return Wanted.size(); }
@@ -108,6 +104,7 @@ class Book {
         bool Safe = false;             ///< an encoder has had it, or a song of the same name came behind it
         bool Damaged = false;          ///< a fault struck its file, and was told
         STATIONANDSONGDATA Media;      ///< as it was closed
+        bool ByTime = false;           ///< a piece, which no title names
     };
 
     /// A cut as it was raised, in numbers of buffers in the ring.
@@ -145,12 +142,13 @@ class Book {
     };
 
     void Tell(const std::string& problem);
-    void TellMixUp(const std::string& problem);
     State& Values() { return Radio->Values(); }
     size_t FirstUnread();
     void ExcuseUnread(size_t from);
     void ExcusePause();
     void NoteCut();
+    bool EarlierCutIsDue();
+    bool EndsByTitle();
     void NoteTold();
     void CheckMedia(const HeardSong& song);
     void NoteOpenFile();
@@ -199,9 +197,9 @@ class Book {
     int32_t RingIndex = 0;
     uint64_t Overruns = 0;
     bool Skipping = false;
-    STATIONANDSONGDATA Told;  ///< the last reading with a title, of the present source
-    std::string Source;       ///< the provider
-    std::string MixedUp;
+    STATIONANDSONGDATA Told;    ///< the last reading with a title, of the present source
+    std::string Source;         ///< the provider
+    bool CutByTitle = false;    ///< the cut that is pending was raised by a title
     STATIONANDSONGDATA Ended;   ///< Told when the title changed and a cut was raised
     bool EndedWished = false;   ///< Wished at that moment
     bool Wished = false;        ///< the song now in the file is to be kept

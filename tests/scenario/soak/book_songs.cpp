@@ -20,20 +20,21 @@ bool Contains(const Items& items, const Value& value, Member member = {}) {
 
 }  // namespace
 
+/// Whether the song that is closed now has ended with its title, and not at the cut's other side.
+bool Book::EndsByTitle() {
+    return CutByTitle && Values().Cut.CutPending;
+}
+
 /// Whether the song went where the flags, as they were before the event, say.
 void Book::CheckFate(const HeardSong& song) {
     const SongFate fate = song.Song.Fate;
     const State& values = Values();
-    const bool wished = values.Cut.Ended ? EndedWished : Wished;
+    const bool wished = EndsByTitle() ? EndedWished : Wished;
     const uint64_t least =
         static_cast<uint64_t>(std::max(values.Pause.IgnoreShortSongs, 0)) * song.Song.FramesPerSecond;
     const bool silent = values.Signal.SilenceSeconds >= values.Options.InfoAfterSilence;
     if (fate == SongFate::Unwanted && wished && !Pressing && !silent) Tell("a wanted song was thrown away");
-    if (fate == SongFate::Kept && !wished && !Pressing) {
-        // Only while a cut is pending can it be the neighbour's wish.
-        constexpr const char* problem = "a song was kept that nobody wanted";
-        values.Cut.Ended ? TellMixUp(problem) : Tell(problem);
-    }
+    if (fate == SongFate::Kept && !wished && !Pressing) Tell("a song was kept that nobody wanted");
     if (fate == SongFate::Short && song.Song.Frames > least) Tell("a song was called short that is not");
     if (fate == SongFate::Aborted && values.Signal.SilenceSeconds < values.Pause.QuitAfterSilence) {
         Tell("a song was broken off");
@@ -50,14 +51,11 @@ void Book::CheckMedia(const HeardSong& song) {
     };
     if (!isOf(AlbumOf, media.Album)) Tell(media.Song + " has another song's album: " + media.Album);
     if (!isOf(CoverOf, media.Cover)) Tell(media.Song + " has another song's cover: " + media.Cover);
-    const State& values = Values();
-    const bool byTitle =
-        values.Pause.EndOfSongDetection == EndOfSong::MediaData && values.Cut.CutPending && !Pressing;
-    if (!byTitle || Ended.Song.empty()) return;
+    if (!EndsByTitle()) return;
     const auto names = [](const STATIONANDSONGDATA& each) {
         return each.Artist + ", " + each.Song + ", " + each.Album + ", " + each.Cover;
     };
-    if (names(media) != names(Ended)) TellMixUp("what was " + names(Ended) + " is kept as " + names(media));
+    if (names(media) != names(Ended)) Tell("what was " + names(Ended) + " is kept as " + names(media));
 }
 
 bool Book::WasStruck(const std::string& path) const {
@@ -186,7 +184,8 @@ Book::Place Book::Find(const std::vector<uint64_t>& pieces, size_t from, size_t 
 }
 
 void Book::CheckKept(const HeardSong& song) {
-    WantedSong wanted{song.Song.TempPath, {}, false, WasStruck(song.Song.TempPath), song.Song.Media};
+    WantedSong wanted{song.Song.TempPath, {}, false, WasStruck(song.Song.TempPath), song.Song.Media, false};
+    wanted.ByTime = Values().Pause.EndOfSongDetection == EndOfSong::FixedTime;
     const auto pieces = PiecesOf(song.Song.TempPath);
     const bool readable = pieces && !pieces->empty();
     if (readable) wanted.Pieces = *pieces;
@@ -280,9 +279,12 @@ void Book::Transferred(const TransferredSong& song) {
     }
     if (handed.Wanted) {
         const STATIONANDSONGDATA& closed = Wanted[*handed.Wanted].Media;
-        if (song.Media.Artist != closed.Artist || song.Media.Song != closed.Song ||
-            song.Media.Album != closed.Album || song.Media.Cover != closed.Cover) {
-            TellMixUp("what was closed as " + closed.Song + " is handed over as " + song.Media.Song);
+        const bool unnamed = Wanted[*handed.Wanted].ByTime && song.Media.Song.empty();
+        if (unnamed) {
+            // A next start has the piece from its note, which has no names.
+        } else if (song.Media.Artist != closed.Artist || song.Media.Song != closed.Song ||
+                   song.Media.Album != closed.Album || song.Media.Cover != closed.Cover) {
+            Tell("what was closed as " + closed.Song + " is handed over as " + song.Media.Song);
         }
     }
     HandedOver.push_back(std::move(handed));
