@@ -7,6 +7,7 @@
 #include "app/program.h"
 #include "app/program_parts.h"
 #include "core/lifecycle.h"
+#include "core/version.h"
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
 #include "platform/files.h"
@@ -90,7 +91,7 @@ bool Program::RestartElevated(const std::string& parameters) {
     if (Parts->Registry.CanWriteMachineBranch(Host.Clock)) return false;
     if (Host.Dialogs.AskYesNo(Parts->Messages.FormatMsg("989VI"), DialogIcon::Critical)) {
         const std::string& folder = Memory->Folders.ProgramFolder;
-        const std::string program = folder + "/" + ShortName + ".exe";
+        const std::string program = folder + "/" + ProgramShortName + ".exe";
         // What comes of it is for the new process to tell: this one ends in any case.
         Host.Processes.ShellOpen(folder + "/RunAsAdmin.lnk",
                                  "/q /c \"start \"\" \"" + program + "\" " + parameters + "\"", folder);

@@ -10,6 +10,7 @@
 #include "core/lifecycle.h"
 #include "core/text/artist_and_title.h"
 #include "core/text/date_format.h"
+#include "core/version.h"
 #include "media/provider_wmp.h"
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
@@ -121,7 +122,7 @@ void LeaveEndOfSong(ProgramParts& parts, EndOfSong next) {
 }  // namespace
 
 std::string UserRegistryFile(Machine machine) {
-    return machine.Folders.ShellFolderPath(ShellFolder::AppData) + "/" + ShortName + RegistryFileName;
+    return machine.Folders.ShellFolderPath(ShellFolder::AppData) + "/" + ProgramShortName + RegistryFileName;
 }
 
 std::string MachineRegistryFile(Machine machine) {

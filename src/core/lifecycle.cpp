@@ -6,6 +6,7 @@
 #include "core/text/numbers.h"
 #include "core/text/placeholders.h"
 #include "core/text/text.h"
+#include "core/version.h"
 #include "platform/clock.h"
 #include "platform/event_loop.h"
 #include "platform/folders.h"
@@ -78,7 +79,7 @@ std::string WindowsTag(const SystemVersion& version, std::string_view separator)
 }
 
 std::string CommonDataFolder(Folders& folders) {
-    return folders.ShellFolderPath(ShellFolder::CommonAppData) + "/" + ShortName;
+    return folders.ShellFolderPath(ShellFolder::CommonAppData) + "/" + ProgramShortName;
 }
 
 void ExtendSearchPath(Folders& folders, const Placeholders& placeholders,

@@ -14,9 +14,6 @@ class EventLoop;
 class Folders;
 class Placeholders;
 
-/// Short name of the program: of its files and of its folders.
-inline constexpr const char* ShortName = "Corvet";
-
 /// Waits at least `milliseconds` while events are handled every 10 ms. It may re-enter whoever waits.
 ///
 /// The time is the single-precision time of day. One that is not greater than the start counts 84600 seconds

@@ -1,4 +1,5 @@
 #include "desktop/qt_dialogs.h"
+#include "core/version.h"
 
 #include <QApplication>
 #include <QFileDialog>
@@ -14,7 +15,7 @@ QMessageBox::Icon IconOf(DialogIcon icon) {
 }
 
 int Show(QWidget* window, const std::string& text, DialogIcon icon, QMessageBox::StandardButtons buttons) {
-    QMessageBox box(IconOf(icon), "Corvetape", QString::fromStdString(text), buttons, window);
+    QMessageBox box(IconOf(icon), ProgramTitle, QString::fromStdString(text), buttons, window);
     box.setTextFormat(Qt::PlainText);  // titles of strangers stand in it
     return box.exec();
 }

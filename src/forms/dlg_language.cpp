@@ -1,9 +1,10 @@
 #include "forms/dlg_language.h"
+#include "core/version.h"
 
 namespace Corvetape {
 
 dlgLanguage::dlgLanguage()
-    : Form("dlgLanguage", "Corvetape"),
+    : Form("dlgLanguage", ProgramTitle),
       Label1(*this, "Label1"),
       cboLanguage(*this, "cboLanguage"),
       flist(*this, "flist"),

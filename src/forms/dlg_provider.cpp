@@ -1,9 +1,10 @@
 #include "forms/dlg_provider.h"
+#include "core/version.h"
 
 namespace Corvetape {
 
 dlgProvider::dlgProvider()
-    : Form("dlgProvider", "Corvetape", "50000"),
+    : Form("dlgProvider", ProgramTitle, "50000"),
       lblInfo(*this, "lblInfo"),
       Label1(*this, "Label1", -1, "50001"),
       cboProvider(*this, "cboProvider"),

@@ -1,9 +1,10 @@
 #include "forms/frm_cover_buttons.h"
+#include "core/version.h"
 
 namespace Corvetape {
 
 frmCoverButtons::frmCoverButtons()
-    : Form("frmCoverButtons", "Corvetape"),
+    : Form("frmCoverButtons", ProgramTitle),
       imgCover(*this, "imgCover"),
       shpTop(*this, "shpTop"),
       lblArtist(*this, "lblArtist"),

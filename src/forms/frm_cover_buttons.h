@@ -3,6 +3,7 @@
 #include "core/controls/control_array.h"
 #include "core/controls/form.h"
 #include "core/controls/form_parts.h"
+#include "core/version.h"
 
 namespace Corvetape {
 
@@ -11,7 +12,7 @@ struct frmCoverButtons : Form {
     frmCoverButtons();
 
     /// What the labels show while there is no title: the program's name.
-    static constexpr const char* NoTitleText = "Corvetape";
+    static constexpr const char* NoTitleText = ProgramTitle;
 
     Picture imgCover;
     Picture shpTop;  ///< behind the text

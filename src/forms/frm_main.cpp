@@ -1,6 +1,7 @@
 #include "forms/frm_main.h"
 
 #include "core/text/text.h"
+#include "core/version.h"
 
 namespace Corvetape {
 
@@ -47,7 +48,7 @@ constexpr const char* PublicHandlers[] = {
 }  // namespace
 
 frmMain::frmMain()
-    : Form("frmMain", "Corvetape", "100"),
+    : Form("frmMain", ProgramTitle, "100"),
       RecordingPage(static_cast<Form&>(*this)),
       AudioPage(static_cast<Form&>(*this)),
       PausePage(static_cast<Form&>(*this)),

@@ -1,9 +1,10 @@
 #include "forms/frm_quick_buttons.h"
+#include "core/version.h"
 
 namespace Corvetape {
 
 frmQuickButtons::frmQuickButtons()
-    : Form("frmQuickButtons", "Corvetape"),
+    : Form("frmQuickButtons", ProgramTitle),
       picButtons(*this, "picButtons"),
       cmdSwitchDesign(*this, "cmdSwitchDesign"),
       cmdMinMax(*this, "cmdMinMax"),

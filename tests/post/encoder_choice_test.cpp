@@ -51,29 +51,6 @@ class EncoderChoiceTest : public ::testing::Test {
     std::string Pages;
 };
 
-TEST_F(EncoderChoiceTest, TheTableBindsCaptionsTemplatesKeysAndLabels) {
-    const std::string expected =
-        "WAV 44 kHz:|WAV44||||WAV44|wav\n"
-        "MP3:|MP3|MP3|MP3Quality|cmbMP3|MP3 |mp3\n"
-        "Ogg Vorbis:|OggVorbis|OggVorbis|OggVorbisQuality|cmbOgg|OGG |ogg\n"
-        "WMA 44 kHz:|WMA44|WMA44|WMA44Quality|cmbWMA44|WMA44|wma\n"
-        "WMA 48 kHz (SPDIF):|WMA48|WMA48|WMA48Quality|cmbWMA48|WMA48|wma\n"
-        "WAV 48 kHz (SPDIF):|WAV48||||WAV48|wav\n";
-    std::string rows;
-    for (size_t i = 0; i < EncoderTable.size(); ++i) {
-        const EncoderRow& row = EncoderTable[i];
-        const bool hasQualities = row.QualityControl != nullptr;
-        rows.append(row.Caption).append("|").append(row.TemplateKey).append("|").append(row.Section);
-        rows.append("|").append(row.QualityKey).append("|");
-        if (hasQualities) rows += (Bench.Form.*row.QualityControl).Name();
-        rows.append("|").append(row.JobLabel).append("|").append(row.Extension).append("\n");
-        EXPECT_EQ(Bench.Form.optEncoder[i].Caption(), row.Caption);
-        EXPECT_EQ(row.Qualities != nullptr, hasQualities);
-        EXPECT_EQ(row.QualityIndex != nullptr, hasQualities);
-    }
-    EXPECT_EQ(rows, expected);
-}
-
 TEST_F(EncoderChoiceTest, OnlyTheIndicesOfTheTableAreEncoders) {
     EXPECT_EQ(FindEncoder(0), &EncoderTable[0]);
     EXPECT_EQ(FindEncoder(5), &EncoderTable[5]);

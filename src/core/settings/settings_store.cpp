@@ -6,10 +6,12 @@
 #include "core/controls/control_array.h"
 #include "core/controls/form.h"
 #include "core/lifecycle.h"
+#include "core/settings/encoder_settings.h"
 #include "core/settings/registry.h"
 #include "core/text/numbers.h"
 #include "core/text/placeholders.h"
 #include "core/text/text.h"
+#include "core/version.h"
 #include "platform/files.h"
 #include "platform/folders.h"
 
@@ -34,7 +36,8 @@ std::string Join(const std::string& folder, std::string_view name) {
 
 std::string IniPath(Folders& folders, const SystemVersion& version, const std::string& seed) {
     if (!IsWindowsNT(version)) return seed;
-    return Join(folders.ShellFolderPath(ShellFolder::AppData), ShortName) + "/" + ShortName + ".ini";
+    return Join(folders.ShellFolderPath(ShellFolder::AppData), ProgramShortName) + "/" + ProgramShortName +
+           ".ini";
 }
 
 std::string ParentFolder(const std::string& path) {
@@ -51,7 +54,7 @@ QualityList ReadQualityList(const Profile& fix, std::string_view section) {
             SplitList(fix.ReadText(section, "EncParams", "", QualityLimit))};
 }
 
-void FillList(Form& form, const char* name, const std::vector<std::string>& texts) {
+void FillList(Form& form, std::string_view name, const std::vector<std::string>& texts) {
     auto* const list = dynamic_cast<ListBox*>(form.Find(name));
     if (list == nullptr) return;
     list->Clear();
@@ -76,9 +79,9 @@ SettingsStore::SettingsStore(Files& files, Folders& folders, RegistryBranches& r
       Places(folders),
       Registry(registry),
       Expansion(placeholders),
-      SeedPath(Join(folders.ProgramFolder(), ShortName) + ".ini"),
+      SeedPath(Join(folders.ProgramFolder(), ProgramShortName) + ".ini"),
       IniProfile(files, IniPath(folders, version, SeedPath)),
-      FixProfile(files, Join(folders.ProgramFolder(), ShortName) + "Fix.ini") {}
+      FixProfile(files, Join(folders.ProgramFolder(), ProgramShortName) + "Fix.ini") {}
 
 void SettingsStore::LoadSettings(SettingsTargets targets, const std::function<void()>& listsLoaded,
                                  const ApplySetting& apply) {
@@ -123,16 +126,11 @@ void SettingsStore::LoadStations(Settings& values) const {
 
 void SettingsStore::LoadEncoders(Settings& values) const {
     values.NormalizeCommand = FixProfile.ReadText("Encode", "Normalize", "", TextLimit);
-    // In the order of the encoders' indices.
-    constexpr std::array<std::string_view, EncoderCount> keys = {"WAV44", "MP3",   "OggVorbis",
-                                                                 "WMA44", "WMA48", "WAV48"};
-    for (size_t i = 0; i < keys.size(); ++i) {
-        values.EncoderCommand[i] = FixProfile.ReadText("Encode", keys[i], "", TextLimit);
+    for (size_t i = 0; i < EncoderSettingsTable.size(); ++i) {
+        const EncoderSettings& row = EncoderSettingsTable[i];
+        values.EncoderCommand[i] = FixProfile.ReadText("Encode", row.TemplateKey, "", TextLimit);
+        if (row.Qualities != nullptr) values.*row.Qualities = ReadQualityList(FixProfile, row.Section);
     }
-    values.MP3 = ReadQualityList(FixProfile, "MP3");
-    values.OggVorbis = ReadQualityList(FixProfile, "OggVorbis");
-    values.WMA44 = ReadQualityList(FixProfile, "WMA44");
-    values.WMA48 = ReadQualityList(FixProfile, "WMA48");
 }
 
 std::string SettingsStore::ReadSetting(const SettingRow& row) const {
@@ -176,7 +174,7 @@ void SettingsStore::LoadFolders(SettingsTargets& targets, const ApplySetting& ap
         }
         folders.Paths[i] = NormalizePath(path);
     }
-    folders.SongTempFolder = Join(folders.Paths[0], ShortName);
+    folders.SongTempFolder = Join(folders.Paths[0], ProgramShortName);
     folders.CommonDataFolder = CommonDataFolder(Places);
     folders.ProgramFolder = Places.ProgramFolder();
     for (size_t i = 0; i < keys.size(); ++i) apply(*FindSetting("Options", keys[i]), folders.Paths[i]);
@@ -252,10 +250,11 @@ void ApplySettingToForm(Form& form, const SettingRow& row, const std::string& va
 void ShowListsInForm(Form& form, const Settings& settings) {
     if (Control* const multiplier = form.Find("vscMultiplier")) multiplier->SetValueText("100");
     FillList(form, "cmbURL", settings.StationNames);
-    FillList(form, "cmbMP3", settings.MP3.EncQuality);
-    FillList(form, "cmbOgg", settings.OggVorbis.EncQuality);
-    FillList(form, "cmbWMA44", settings.WMA44.EncQuality);
-    FillList(form, "cmbWMA48", settings.WMA48.EncQuality);
+    for (const EncoderSettings& row : EncoderSettingsTable) {
+        if (row.Qualities == nullptr) continue;
+        FillList(form, FindSetting("Options", row.QualityKey)->ControlName,
+                 (settings.*row.Qualities).EncQuality);
+    }
 }
 
 }  // namespace Corvetape

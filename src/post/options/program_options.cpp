@@ -1,14 +1,12 @@
 #include "post/options/program_options.h"
 
-#include <array>
-#include <optional>
 #include <string>
 
 #include "audio/recording_flags.h"
 #include "core/controls/messages.h"
 #include "core/controls/validate_number.h"
 #include "core/settings/settings_store.h"
-#include "core/text/numbers.h"
+#include "core/settings/settings_table.h"
 #include "core/text/text.h"
 #include "forms/frm_main.h"
 #include "platform/dialogs.h"
@@ -30,83 +28,45 @@ constexpr int32_t LongestDelaySeconds = 30;
 /// The list of buffer methods begins with the last one.
 constexpr int32_t LastBufferMethod = 3;
 
-struct OptionBox {
-    CheckBox frmMain::*Control;
-    bool Settings::*Value;
-    const char* Key;
-};
-
-constexpr std::array<OptionBox, 14> OptionBoxes = {{
-    {&frmMain::chkNormalize, &Settings::Normalize, "Normalize"},
-    {&frmMain::chkEncodeOffline, &Settings::EncodeOffline, "EncodeOffline"},
-    {&frmMain::chkDelTemp, &Settings::DelTemp, "DelTemp"},
-    {&frmMain::chkDelTempFolder, &Settings::DelTempFolder, "DelTempFolder"},
-    {&frmMain::chkQuitAfterRecording, &Settings::QuitAfterRecording, "QuitAfterRecording"},
-    {&frmMain::chkDelayUnload, &Settings::DelayUnload, "DelayUnload"},
-    {&frmMain::chkDisableSoundScheme, &Settings::DisableSoundScheme, "DisableSoundScheme"},
-    {&frmMain::chkRestartRadioIfSilent, &Settings::RestartRadioIfSilent, "RestartRadioIfSilent"},
-    {&frmMain::chkStoreCoverImage, &Settings::StoreCoverImage, "StoreCoverImage"},
-    {&frmMain::chkAutoExclude, &Settings::AutoExclude, "AutoExclude"},
-    {&frmMain::chkNoStartupInfo, &Settings::NoStartupInfo, "NoStartupInfo"},
-    {&frmMain::chkUseMusicSubfolder, &Settings::UseMusicSubfolder, "UseMusicSubfolder"},
-    {&frmMain::chkStartApp, &Settings::StartApp, "StartApp"},
-    {&frmMain::chkStopApp, &Settings::StopApp, "StopApp"},
-}};
-
-struct OptionText {
-    TextBox frmMain::*Control;
-    std::string Settings::*Value;
-    const char* Key;
-};
-
-constexpr std::array<OptionText, 5> OptionTexts = {{
-    {&frmMain::txtMusicFolderTemplate, &Settings::MusicFolderTemplate, "MusicFolderTemplate"},
-    {&frmMain::txtStartApp, &Settings::StartAppName, "StartAppName"},
-    {&frmMain::txtStartAppCommandLine, &Settings::StartAppParams, "StartAppParams"},
-    {&frmMain::txtStopApp, &Settings::StopAppName, "StopAppName"},
-    {&frmMain::txtStopAppCommandLine, &Settings::StopAppParams, "StopAppParams"},
-}};
-
 }  // namespace
 
 ProgramOptions::ProgramOptions(frmMain& form, Settings& settings, SettingsStore& store, RecordingFlags& flags,
                                Dialogs& dialogs, const clsLocalizeControls& messages)
     : Form(form), Options(settings), Store(store), Flags(flags), Boxes(dialogs), Messages(messages) {
-    BindCheckBoxes();
-    BindTexts();
+    BindTable();
     BindDependents();
-    BindLimit(Form.txtLowTempSpace, &Settings::LowTempSpace, "LowTempSpace");
-    BindLimit(Form.txtLowMusicSpace, &Settings::LowMusicSpace, "LowMusicSpace");
     BindLists();
     BindAppSearch(0, Form.txtStartApp);
     BindAppSearch(1, Form.txtStopApp);
 }
 
-void ProgramOptions::BindCheckBoxes() {
-    for (const OptionBox& row : OptionBoxes) {
-        CheckBox& box = Form.*row.Control;
-        box.Click.Connect([this, &row, &box] {
-            Options.*row.Value = box.Value() != 0;
-            Store.WriteSetting(Section, row.Key, box.Value());
-        });
+void ProgramOptions::BindTable() {
+    for (const SettingRow& row : SettingsTable()) {
+        if (row.Section != Section || row.When != SettingControl::Load) continue;
+        Control* const control = Form.Find(row.ControlName, row.ControlIndex);
+        if (auto* const box = dynamic_cast<CheckBox*>(control)) {
+            box->Click.Connect([this, &row, box] { Keep(row, std::to_string(box->Value())); });
+        } else if (auto* const text = dynamic_cast<TextBox*>(control)) {
+            BindText(row, *text);
+        }
     }
 }
 
-void ProgramOptions::BindTexts() {
-    for (const OptionText& row : OptionTexts) {
-        TextBox& box = Form.*row.Control;
-        box.Change.Connect([this, &row, &box] {
-            Options.*row.Value = box.Text();
-            Store.WriteSetting(Section, row.Key, box.Text());
-        });
+void ProgramOptions::BindText(const SettingRow& row, TextBox& box) {
+    if (row.Type != SettingType::Number32Text) {
+        box.Change.Connect([this, &row, &box] { Keep(row, box.Text()); });
+        return;
     }
-    for (size_t i = 0; i < Form.txtMusicFileTemplate.Size(); ++i) {
-        Form.txtMusicFileTemplate[i].Change.Connect([this, i] {
-            Options.MusicFileTemplate[i] = Form.txtMusicFileTemplate[i].Text();
-            Store.WriteSetting(Section, "MusicFileTemplate" + std::to_string(i + 1),
-                               Options.MusicFileTemplate[i]);
-        });
-    }
+    box.Validate = [this, &row, &box] {
+        if (ValidateNumber(box, LeastSpaceLimit, LargestSpaceLimit, 1, Boxes, Messages)) return true;
+        Keep(row, box.Text());
+        return false;
+    };
+}
+
+void ProgramOptions::Keep(const SettingRow& row, const std::string& value) {
+    if (!StoreSetting(Options, row, value)) return;
+    Store.WriteSetting(row.Section, row.Key, SettingText(Options, row));
 }
 
 void ProgramOptions::BindDependents() {
@@ -120,17 +80,6 @@ void ProgramOptions::BindDependents() {
         Flags.DisableAtEndOfSong = false;
         Form.lblStatus[1].Caption("");
     });
-}
-
-void ProgramOptions::BindLimit(TextBox& box, int32_t Settings::*limit, const char* key) {
-    box.Validate = [this, &box, limit, key] {
-        if (ValidateNumber(box, LeastSpaceLimit, LargestSpaceLimit, 1, Boxes, Messages)) return true;
-        if (const std::optional<int32_t> megabytes = WholeNumberFromText(box.Text())) {
-            Options.*limit = *megabytes;
-            Store.WriteSetting(Section, key, *megabytes);
-        }
-        return false;
-    };
 }
 
 void ProgramOptions::BindLists() {

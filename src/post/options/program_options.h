@@ -10,6 +10,7 @@ class SettingsStore;
 class TextBox;
 struct frmMain;
 struct RecordingFlags;
+struct SettingRow;
 
 /// Binds the controls of the option pages to their settings. A change is written and takes effect at once;
 /// EncodeDelay and PollRecordingBuffers act from the next start on.
@@ -24,14 +25,16 @@ class ProgramOptions {
     ProgramOptions& operator=(const ProgramOptions&) = delete;
 
  private:
-    void BindCheckBoxes();
-    void BindTexts();
+    void BindTable();
+    void BindText(const SettingRow& row, TextBox& box);
     void BindDependents();
-    void BindLimit(TextBox& box, int32_t Settings::*limit, const char* key);
     void BindLists();
     void ChangeEncodeDelay();
     void ChangeBufferFlag();
     void BindAppSearch(size_t index, TextBox& name);
+
+    /// Takes what a control says over into the settings, and writes it.
+    void Keep(const SettingRow& row, const std::string& value);
 
     frmMain& Form;
     Settings& Options;

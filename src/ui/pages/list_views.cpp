@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "core/version.h"
 #include "ui/binding.h"
 #include "ui/form_page.h"
 #include "ui/look.h"
@@ -83,7 +84,7 @@ QWidget* MakeAboutView(const UiParts& parts) {
     auto* const logo = Make<QLabel>();
     logo->setObjectName("picLogo");
     logo->setPixmap(QIcon(":/ui/icons/corvetape.svg").pixmap(12 * Grid, 12 * Grid));
-    auto* const name = Make<QLabel>("Corvetape");
+    auto* const name = Make<QLabel>(ProgramTitle);
     name->setFont(ScaledFont(2, QFont::Bold));
     card.AddRow({logo, name, BoundTo(form.lblVersion)});
     card.AddRow(
