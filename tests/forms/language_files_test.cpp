@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
+#include <functional>
 #include <map>
 #include <set>
 #include <sstream>
@@ -9,6 +11,7 @@
 #include <vector>
 
 #include "core/controls/form_parts.h"
+#include "core/controls/message_texts.h"
 #include "forms/dlg_language.h"
 #include "forms/dlg_provider.h"
 #include "forms/frm_cover_buttons.h"
@@ -150,6 +153,28 @@ TEST(LanguageFiles, SayInEnglishWhatTheFormsSayByThemselves) {
     for (const Asked& asked : AskedByForms(forms)) {
         if (asked.Caption.empty() || reworded.contains(asked.Key)) continue;
         EXPECT_EQ(english.at(asked.Key).Caption, asked.Caption) << asked.Where << " " << asked.Key;
+    }
+}
+
+TEST(LanguageFiles, SayInEnglishWhatTheMessagesSayByThemselves) {
+    const Language english = Read("english.lang");
+    for (const MessageText& message : Message::All) {
+        ASSERT_TRUE(english.contains(std::string(message.Key))) << message.Key;
+        EXPECT_EQ(english.at(std::string(message.Key)).Caption, message.English) << message.Key;
+    }
+}
+
+TEST(LanguageFiles, HaveNoMessageWithoutAName) {
+    const AllForms forms;
+    std::set<std::string, std::less<>> named;
+    for (const Asked& asked : AskedByForms(forms)) named.insert(asked.Key);
+    for (const MessageText& message : Message::All) {
+        EXPECT_TRUE(named.emplace(message.Key).second) << message.Key << " has two names";
+    }
+    for (const auto& [key, texts] : Read("english.lang")) {
+        const bool isOfWindow = key.size() == 5 && key.front() == '6';  // named in ui/text_keys.h
+        const bool isAddress = texts.Caption.find(':') != std::string::npos && std::isalpha(key.front()) != 0;
+        EXPECT_TRUE(isOfWindow || isAddress || named.contains(key)) << key;
     }
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "core/controls/controls.h"
+#include "core/controls/message_texts.h"
 #include "core/controls/messages.h"
 #include "core/text/numbers.h"
 #include "platform/dialogs.h"
@@ -18,13 +19,14 @@ bool ValidateNumber(TextBox& box, int32_t minimum, int32_t maximum, int32_t step
         return true;
     };
     const std::optional<double> number = NumberFromText(box.Text());
-    if (!number) return refuse(messages.FormatMsg("701"));
-    if (std::trunc(*number) != *number) return refuse(messages.FormatMsg("702"));
+    if (!number) return refuse(messages.FormatMsg(Message::NoNumber.Key));
+    if (std::trunc(*number) != *number) return refuse(messages.FormatMsg(Message::NoWholeNumber.Key));
     if (*number < minimum || *number > maximum) {
-        return refuse(messages.FormatMsg("703", {std::to_string(minimum), std::to_string(maximum)}));
+        return refuse(
+            messages.FormatMsg(Message::OutOfRange.Key, {std::to_string(minimum), std::to_string(maximum)}));
     }
     if (step != 0 && static_cast<int64_t>(*number) % step != 0) {
-        return refuse(messages.FormatMsg("704", {std::to_string(step)}));
+        return refuse(messages.FormatMsg(Message::NoMultiple.Key, {std::to_string(step)}));
     }
     return false;
 }

@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "core/controls/message_texts.h"
 #include "core/controls/messages.h"
 #include "core/settings/settings_store.h"
 #include "core/text/text.h"
@@ -45,7 +46,7 @@ void FolderSelection::GetDir(size_t index) {
     Form.Enabled(false);
     Ask(index);
     while (!Disk.IsFolder(Targets.Folders.Paths[index])) {
-        Boxes.MessageBox(Messages.FormatMsg("811"), DialogIcon::Exclamation);
+        Boxes.MessageBox(Messages.FormatMsg(Message::NoSuchFolder.Key), DialogIcon::Exclamation);
         Ask(index);
     }
     Form.Enabled(true);
@@ -56,7 +57,7 @@ void FolderSelection::Ask(size_t index) {
         Messages.FormatMsg(std::to_string(FirstFolderTextKey + static_cast<int32_t>(index)));
     const std::string present = Form.txtPath[index].ToolTip();
     const std::optional<std::string> chosen =
-        Boxes.BrowseForFolder(Messages.FormatMsg("4800", {name}), present);
+        Boxes.BrowseForFolder(Messages.FormatMsg(Message::ChooseFolder.Key, {name}), present);
     if (!chosen || EqualIgnoringCase(*chosen, present) || IsRefused(index, *chosen)) return;
     Take(index, *chosen);
 }
@@ -65,7 +66,7 @@ bool FolderSelection::IsRefused(size_t index, const std::string& folder) {
     if (index != TemporaryFolder && index != MusicFolder) return false;
     const size_t other = index == TemporaryFolder ? MusicFolder : TemporaryFolder;
     if (!EqualIgnoringCase(folder, Targets.Folders.Paths[other])) return false;
-    Boxes.MessageBox(Messages.FormatMsg("812"), DialogIcon::Exclamation);
+    Boxes.MessageBox(Messages.FormatMsg(Message::SameFolder.Key), DialogIcon::Exclamation);
     return true;
 }
 
@@ -78,7 +79,7 @@ void FolderSelection::Take(size_t index, const std::string& folder) {
     Form.txtPath[index].Text(folder);
     if (index == LogFolder && LogFolderChanged) LogFolderChanged(before);
     if (index == TemporaryFolder) {
-        Boxes.MessageBox(Messages.FormatMsg("813"), DialogIcon::Information);
+        Boxes.MessageBox(Messages.FormatMsg(Message::HoldsFromNextStart.Key), DialogIcon::Information);
     }
 }
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/controls/held.h"
+#include "core/controls/message_texts.h"
 #include "core/text/date_format.h"
 #include "core/text/numbers.h"
 
@@ -13,7 +14,7 @@ namespace {
 
 constexpr uint64_t LargestLog = 64ULL * 1024 * 1024;
 constexpr size_t DateLength = 8;
-constexpr const char* CaptionKey = "7010";
+constexpr std::string_view CaptionKey = Message::LogFileCaption.Key;
 
 /// The digits of a date with hyphens between year, month and day; fewer characters stand at the right.
 std::string WithHyphens(std::string_view title) {
@@ -37,12 +38,13 @@ std::string LogViewer::Today() const {
 }
 
 std::string LogViewer::Filter() const {
-    return Parts.Messages.FormatMsg("7900", {std::string(1, '\0')});
+    return Parts.Messages.FormatMsg(Message::LogFilter.Key, {std::string(1, '\0')});
 }
 
 std::string LogViewer::OpenLogFile() {
     const std::string start = Parts.Folders.Paths[2] + "/" + Today();
-    return Parts.Dialogs.OpenFile(Parts.Messages.FormatMsg("7910"), Filter(), start).value_or("");
+    return Parts.Dialogs.OpenFile(Parts.Messages.FormatMsg(Message::ChooseLog.Key), Filter(), start)
+        .value_or("");
 }
 
 void LogViewer::Open() {
@@ -81,7 +83,7 @@ void LogViewer::ShowLogFile(const std::string& path) {
 }
 
 void LogViewer::Delete() {
-    const std::string title = Parts.Messages.FormatMsg("7920");
+    const std::string title = Parts.Messages.FormatMsg(Message::ChooseLogsToDelete.Key);
     const auto chosen = Parts.Dialogs.OpenFiles(title, Filter(), Parts.Folders.Paths[2] + "/");
     for (const std::string& path : chosen) Parts.Files.Delete(path);  // one that stays is still in the list
 }

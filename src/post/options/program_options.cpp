@@ -3,6 +3,7 @@
 #include <string>
 
 #include "audio/recording_flags.h"
+#include "core/controls/message_texts.h"
 #include "core/controls/messages.h"
 #include "core/controls/validate_number.h"
 #include "core/settings/settings_store.h"
@@ -87,7 +88,7 @@ void ProgramOptions::BindLists() {
     Form.lstBufferFlag.Click.Connect([this] { ChangeBufferFlag(); });
     Form.tmrMsgBox.Timer.Connect([this] {
         Form.tmrMsgBox.Running(false);
-        Boxes.MessageBox(Messages.FormatMsg("813"), DialogIcon::Information);
+        Boxes.MessageBox(Messages.FormatMsg(Message::HoldsFromNextStart.Key), DialogIcon::Information);
     });
 }
 
@@ -110,8 +111,8 @@ void ProgramOptions::ChangeBufferFlag() {
 
 void ProgramOptions::BindAppSearch(size_t index, TextBox& name) {
     Form.cmdAppSearch[index].Click.Connect([this, &name] {
-        const std::string filter = Messages.FormatMsg("5900", {std::string(1, '\0')});
-        const auto chosen = Boxes.OpenFile(Messages.FormatMsg("5910"), filter, "");
+        const std::string filter = Messages.FormatMsg(Message::ProgramFilter.Key, {std::string(1, '\0')});
+        const auto chosen = Boxes.OpenFile(Messages.FormatMsg(Message::ChooseProgram.Key), filter, "");
         if (chosen) name.Text(std::string(TrimBlanks(*chosen)));
     });
 }
