@@ -27,6 +27,7 @@ struct dlgProvider;
 struct ProgramLinks;
 struct ProgramParts;
 struct Switches;
+class WebView;
 class Windows;
 
 /// The section of an override that holds for every source of media data, whatever its name, and for the state
@@ -69,6 +70,10 @@ struct RunOptions {
     /// Not owned; they outlive the program.
     Corvetape::Players* Players = nullptr;
     Http* Web = nullptr;
+
+    /// Shows the pages of stations; none: they open in the user's own browser. Not owned; outlives the
+    /// program.
+    Corvetape::WebView* Browser = nullptr;
 };
 
 /// What a desktop adds to the start and the stop. Each step that is not set does nothing.

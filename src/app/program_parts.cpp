@@ -48,6 +48,7 @@ ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
       Adoption(state.Media, AdoptionActionsOf(*this)),
       MediaHost(ProviderHostOf(*this)),
       Providers(MediaHost, FactoriesOf(*this)),
+      Browser({state.Form, Store, Journal, Messages, machine.Processes, Owner.Options.Browser}),
       Launcher({state.Form, state.Options, Store, Expansion, machine.Processes, machine.Loop}),
       Encoders(state.Form, state.Options, Store, state.Lifecycle),
       OptionPages(state.Form, state.Options, Store, state.Flags, machine.Dialogs, Messages),

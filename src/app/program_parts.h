@@ -16,6 +16,7 @@
 #include "core/settings/registry.h"
 #include "core/settings/settings_store.h"
 #include "core/text/placeholders.h"
+#include "media/built_in_browser.h"
 #include "media/cover_images.h"
 #include "media/player_bridge.h"
 #include "media/provider_adoption.h"
@@ -125,6 +126,7 @@ struct ProgramParts {
     ProviderAdoption Adoption;
     ProviderHost MediaHost;
     ProviderChoice Providers;
+    BuiltInBrowser Browser;
     StationLaunch Launcher;
     EncoderChoice Encoders;
     ProgramOptions OptionPages;

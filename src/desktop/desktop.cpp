@@ -34,7 +34,9 @@ Desktop::Desktop(DesktopArguments arguments)
       Radio(Clock, Loop),
       RadioTitles(Loop, DemoName, [this] { return Radio.NowPlaying(); }),
       MediaPlayers(Loop),
-      Web(Loop) {
+      Web(Loop),
+      Browser(Loop, Folders->ProgramFolder() + "/corvetape-browser"),
+      Documents(Browser, OtherBrowsers) {
     Radio.AddDevice({DemoName, "demo", WaveInKind::Demo},
                     [](uint32_t rate) { return std::make_unique<DemoRadio>(DemoSeed, rate); });
 }
@@ -73,6 +75,7 @@ RunOptions Desktop::Options() {
     RunOptions options;
     options.CommandLine = Arguments.CommandLine;
     options.Documents = &Documents;
+    options.Browser = &Browser;
     options.Windows = &AllWindows;
     options.Web = &Web;
     options.Players = &MediaPlayers;

@@ -8,6 +8,8 @@
 #include "desktop/desktop_arguments.h"
 #include "desktop/qt_dialogs.h"
 #include "platform/linux/browser/devtools_documents.h"
+#include "platform/linux/browser/joined_documents.h"
+#include "platform/linux/browser/radio_browser.h"
 #include "platform/linux/browser/x11_windows.h"
 #include "platform/linux/files/linux_files.h"
 #include "platform/linux/files/linux_folders.h"
@@ -68,7 +70,9 @@ class Desktop {
     SourcePlayers RadioTitles;
     MprisPlayers MediaPlayers;
     LinuxHttp Web;
-    DevToolsDocuments Documents;
+    RadioBrowser Browser;
+    DevToolsDocuments OtherBrowsers;
+    JoinedDocuments Documents;
     X11Windows AllWindows;
     std::unique_ptr<Program> Recorder;
     RunSongs Songs;

@@ -164,6 +164,8 @@ const std::vector<Room>& Rooms() {
         {"app", belowPrograms, {"fmt/"}, {"app/main"}},
         {"cli", belowCommandLine, {}, {}, false},
         {"desktop", belowDesktop, {}, {}, false},
+        // A process of its own: nobody includes it, and nobody else knows the browser engine.
+        {"browser", {"platform", "platform/virtual"}, {}, {}, false},
     };
     return rooms;
 }

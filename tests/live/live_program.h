@@ -73,7 +73,8 @@ class LiveProgram {
 
     /// Starts to record. `profiles` is the text of the file of that name, `ports` those of the browsers,
     /// `sources` the names of all sources that will be met.
-    bool Start(const std::string& profiles, const std::string& ports, std::vector<std::string> sources) {
+    bool Start(const std::string& profiles, const std::string& ports, std::vector<std::string> sources,
+               const std::vector<SettingOverride>& more = {}) {
         const std::string settings = Folder / "config/Corvet";
         std::filesystem::create_directories(settings);
         std::ofstream(settings + "/MSIE.ini") << profiles;
@@ -83,12 +84,14 @@ class LiveProgram {
             {"Mixer", "InputDevice", "0"},      {"Mixer", "InputDeviceNames", "Monitor of Radio;"},
             {"General", "Language", "english"}, {"Options", "EncodeOffline", "1"},
             {"Options", "NoStartupInfo", "1"},  {"Browser", "DevToolsPorts", ports}};
+        options.Overrides.insert(options.Overrides.end(), more.begin(), more.end());
         sources.emplace_back("NoStationData");
         for (const std::string& source : sources) {
             options.Overrides.push_back({source, "EndOfSongDetection", "1"});
             options.Overrides.push_back({source, "IgnoreShortSongs", "1"});
         }
-        options.Documents = &Pages;
+        options.Documents = OtherPages ? OtherPages : &Pages;
+        options.Browser = Browser;
         options.Players = &Players;
         ProgramEvents events;
         events.SongTransferred = [this](const TransferredSong& song) { Songs.push_back(song); };
@@ -105,6 +108,8 @@ class LiveProgram {
     }
 
     TimedDocuments Pages;
+    Documents* OtherPages = nullptr;  ///< asked in the place of Pages
+    WebView* Browser = nullptr;
     std::vector<TransferredSong> Songs;
     uint64_t LostFrames = 0;  ///< of all songs that were closed
 

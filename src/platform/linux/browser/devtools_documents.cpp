@@ -7,6 +7,7 @@
 
 #include "platform/linux/browser/devtools_script.h"
 #include "platform/linux/browser/devtools_thread.h"
+#include "platform/linux/browser/patience.h"
 
 namespace Corvetape {
 
@@ -15,35 +16,6 @@ namespace {
 constexpr size_t MostPages = 500;         // of one browser
 constexpr int LongestScriptMs = 150;      // a user's expression that runs longer is ended
 constexpr size_t LongestIdentifier = 64;  // of a page
-
-using Nanoseconds = std::chrono::nanoseconds;
-using Time = std::chrono::steady_clock;
-
-/// Counts the time that is spent on waiting for one party in one poll.
-class Patience {
- public:
-    void BeginPoll() { Spent = Nanoseconds::zero(); }
-
-    /// The answer of `ask`, waited for as long as there is patience left. Nothing, and nothing asked, if the
-    /// party owes an answer or the limit is reached.
-    template <typename Ask>
-    std::optional<QJsonDocument> Await(Ask ask) {
-        if (Owed && !Owed->Settled()) return std::nullopt;
-        Owed.reset();
-        const Nanoseconds left = DevToolsDocuments::DocumentLimit - Spent;
-        if (left <= Nanoseconds::zero()) return std::nullopt;
-        const auto begin = Time::now();
-        const std::shared_ptr<DevToolsAnswer> answer = ask();
-        std::optional<QJsonDocument> result = answer->Wait(left);
-        Spent += Time::now() - begin;
-        if (!answer->Settled()) Owed = answer;
-        return result;
-    }
-
- private:
-    Nanoseconds Spent{0};
-    std::shared_ptr<DevToolsAnswer> Owed;  ///< a question of an earlier time
-};
 
 /// What is known of one browser.
 struct Browser {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -19,8 +18,6 @@ namespace Corvetape {
 /// page that hangs costs its limit once. Needs a QCoreApplication.
 class DevToolsDocuments : public Documents {
  public:
-    static constexpr std::chrono::milliseconds DocumentLimit{200};
-
     explicit DevToolsDocuments(std::vector<uint16_t> ports = {});
     ~DevToolsDocuments() override;
     DevToolsDocuments(const DevToolsDocuments&) = delete;

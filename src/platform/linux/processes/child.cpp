@@ -26,6 +26,7 @@ struct Failure {
     setsid();
     if (getpriority(PRIO_PROCESS, 0) < start.Nice) setpriority(PRIO_PROCESS, 0, start.Nice);
     close_range(3, ~0U, CLOSE_RANGE_CLOEXEC);  // whatever a library forgot to mark
+    if (start.Keep > 2) fcntl(start.Keep, F_SETFD, 0);
     for (int number = 1; number < NSIG; ++number) {
         struct sigaction action {};
         action.sa_handler = SIG_DFL;

@@ -13,6 +13,7 @@ struct ChildStart {
     std::vector<std::string> Arguments;  ///< the first is the program's name
     std::string WorkingFolder;           ///< empty for this program's own
     int Nice = 0;                        ///< nice value at least, also if this program has raised its own
+    int Keep = -1;                       ///< the one descriptor of ours that it keeps, by its number
 };
 
 struct StartedChild {
@@ -22,7 +23,7 @@ struct StartedChild {
 };
 
 /// Starts it in a session of its own, with input and output to nowhere, no signals blocked or ignored, and
-/// no open files of ours. Returns when the program has taken over, or could not.
+/// no open files of ours but the one it is to keep. Returns when the program has taken over, or could not.
 StartedChild StartChild(const ChildStart& start);
 
 }  // namespace Corvetape
