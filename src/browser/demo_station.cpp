@@ -94,9 +94,23 @@ void DemoStation::requestStarted(QWebEngineUrlRequestJob* job) {
     bool number = false;
     const uint64_t song = path.mid(SongPathBegin).chopped(path.endsWith(".wav") ? 4 : 0).toULongLong(&number);
     if (path.startsWith("/song-") && number && song < DemoStationSongs) {
-        return Answer(*job, "audio/wav", DemoSongFile(song));
+        return MakeSong(song, job);
     }
     job->fail(QWebEngineUrlRequestJob::UrlNotFound);
+}
+
+void DemoStation::MakeSong(uint64_t number, QPointer<QWebEngineUrlRequestJob> job) {
+    Makers.start([this, number, job] {
+        const QByteArray file = DemoSongFile(number);
+        // Only on the thread of the engine is it known whether the page still wants it.
+        QMetaObject::invokeMethod(this, [job, file] {
+            if (job) Answer(*job, "audio/wav", file);
+        });
+    });
+}
+
+DemoStation::~DemoStation() {
+    Makers.waitForDone();
 }
 
 QByteArray DemoSongList() {

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QByteArray>
+#include <QPointer>
+#include <QThreadPool>
+#include <QWebEngineUrlRequestJob>
 #include <QWebEngineUrlSchemeHandler>
 #include <cstdint>
 
@@ -19,11 +22,18 @@ class DemoStation : public QWebEngineUrlSchemeHandler {
 
     /// `folder` holds the page's files.
     explicit DemoStation(QString folder);
+    ~DemoStation() override;
+    DemoStation(const DemoStation&) = delete;
+    DemoStation& operator=(const DemoStation&) = delete;
 
     void requestStarted(QWebEngineUrlRequestJob* job) override;
 
  private:
+    /// Makes a song on a thread of its own, as that takes a moment, and answers with it.
+    void MakeSong(uint64_t number, QPointer<QWebEngineUrlRequestJob> job);
+
     const QString Folder;
+    QThreadPool Makers;
 };
 
 /// How many songs the station has; after the last one the first comes again.

@@ -8,6 +8,7 @@
 #include "live/live_browser.h"
 #include "live/live_program.h"
 #include "live/page_server.h"
+#include "platform/linux/browser/patience.h"
 #include "support/read_sound.h"
 #include "support/test_sound.h"
 
@@ -106,7 +107,7 @@ TEST_F(SourcesTest, APageThatHangsDelaysNoPollBeyondItsLimitAndCostsNoSound) {
 
     EndRecording();
     EXPECT_GE(program.Pages.Polls, polls + 3) << "the page was not asked any more";
-    EXPECT_LT(program.Pages.Longest, 2 * DevToolsDocuments::DocumentLimit);
+    EXPECT_LT(program.Pages.Longest, 2 * Patience::Limit);
     ASSERT_FALSE(program.Songs.empty());
     EXPECT_EQ(Comparison(noise, WithoutSilenceAround(ReadSound(program.Songs.back().TempFile))), "equal");
 }

@@ -37,7 +37,7 @@ TEST(DemoStation, IsLaunchedFromTheListAndRecordedSongBySongByItsTitles) {
     ASSERT_TRUE(recorder.Start(TextOf(folder + "/MSIE.ini"), "", {"Demo station"},
                                {{"Browser", "WithoutSandbox", "1"}}));
     frmMain& form = recorder.Running->Values().Form;
-    ASSERT_EQ(form.cmbURL.List(0), "Demo station");
+    ASSERT_EQ(form.cmbURL.Items().at(0).Text, "Demo station");
     form.cmbURL.Select(0);
     form.cmdLaunchURL.Press();
     EXPECT_FALSE(form.cmdLaunchURL.Enabled());
@@ -45,10 +45,11 @@ TEST(DemoStation, IsLaunchedFromTheListAndRecordedSongBySongByItsTitles) {
     EXPECT_TRUE(session.WaitFor([&] { return recorder.Media().ProviderName == "Demo station"; }, 60s));
 
     form.objWebBrowser.Navigate("corvetape://radio/?seconds=7");
-    EXPECT_TRUE(session.WaitFor([&] { return recorder.Songs.size() >= 4; }, 90s));
+    EXPECT_TRUE(session.WaitFor([&] { return recorder.Songs.size() >= 3; }, 90s));
     std::vector<std::string> titles;
     for (const TransferredSong& song : recorder.Songs) titles.push_back(song.Media.Song);
-    for (size_t i = 2; i < titles.size(); ++i) {
+    ASSERT_GE(titles.size(), 3U);
+    for (size_t i = 1; i < titles.size(); ++i) {
         EXPECT_FALSE(titles[i].empty());
         EXPECT_NE(titles[i], titles[i - 1]);
     }
