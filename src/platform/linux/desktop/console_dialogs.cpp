@@ -6,14 +6,14 @@
 
 namespace Corvetape {
 
-ConsoleDialogs::ConsoleDialogs(std::FILE* output) : stream(output) {}
+ConsoleDialogs::ConsoleDialogs(std::FILE* output) : Stream(output) {}
 
 void ConsoleDialogs::MessageBox(const std::string& text, DialogIcon icon) {
     const char* const kind = icon == DialogIcon::Critical      ? "error: "
                              : icon == DialogIcon::Exclamation ? "warning: "
                                                                : "";
-    std::fprintf(stream, "%s%s\n", kind, OneLine(text).c_str());
-    std::fflush(stream);
+    std::fprintf(Stream, "%s%s\n", kind, OneLine(text).c_str());
+    std::fflush(Stream);
 }
 
 bool ConsoleDialogs::AskYesNo(const std::string& text, DialogIcon icon) {
@@ -22,9 +22,9 @@ bool ConsoleDialogs::AskYesNo(const std::string& text, DialogIcon icon) {
 }
 
 void ConsoleDialogs::Beep() {
-    if (isatty(fileno(stream)) == 0) return;
-    std::fputc('\a', stream);
-    std::fflush(stream);
+    if (isatty(fileno(Stream)) == 0) return;
+    std::fputc('\a', Stream);
+    std::fflush(Stream);
 }
 
 std::optional<std::string> ConsoleDialogs::BrowseForFolder(const std::string&, const std::string&) {

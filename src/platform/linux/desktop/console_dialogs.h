@@ -24,7 +24,7 @@ class ConsoleDialogs : public Dialogs {
                                         const std::string& start) override;
 
  private:
-    std::FILE* stream;
+    std::FILE* Stream;
 };
 
 }  // namespace Corvetape

@@ -11,10 +11,10 @@ namespace Corvetape {
 class Descriptor {
  public:
     Descriptor() = default;
-    explicit Descriptor(int openDescriptor) : number(openDescriptor) {}
-    Descriptor(Descriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
+    explicit Descriptor(int openDescriptor) : Fd(openDescriptor) {}
+    Descriptor(Descriptor&& other) noexcept : Fd(std::exchange(other.Fd, -1)) {}
     Descriptor& operator=(Descriptor&& other) noexcept {
-        std::swap(number, other.number);
+        std::swap(Fd, other.Fd);
         return *this;
     }
     ~Descriptor() {
@@ -23,18 +23,18 @@ class Descriptor {
         errno = kept;
     }
 
-    int Number() const { return number; }
-    explicit operator bool() const { return number >= 0; }
+    int Number() const { return Fd; }
+    explicit operator bool() const { return Fd >= 0; }
 
     /// False if the system reports late that something was not written. Closed in any case.
     bool Close() {
-        if (number < 0) return true;
+        if (Fd < 0) return true;
         // An interrupted close has closed all the same; a second one could hit somebody else's file.
-        return close(std::exchange(number, -1)) == 0 || errno == EINTR;
+        return close(std::exchange(Fd, -1)) == 0 || errno == EINTR;
     }
 
  private:
-    int number = -1;
+    int Fd = -1;
 };
 
 /// Repeats a system call as long as signals interrupt it.

@@ -15,40 +15,40 @@ DiskSyncer::DiskSyncer()
           static_cast<void>(fdatasync(descriptor));
       }) {}
 
-DiskSyncer::DiskSyncer(std::function<void(int)> syncCall) : sync(std::move(syncCall)) {}
+DiskSyncer::DiskSyncer(std::function<void(int)> syncCall) : Sync(std::move(syncCall)) {}
 
 DiskSyncer::~DiskSyncer() {
-    if (!thread.joinable()) return;
+    if (!Thread.joinable()) return;
     {
-        const std::lock_guard guard(lock);
-        ending = true;
+        const std::lock_guard guard(Lock);
+        Ending = true;
     }
-    changed.notify_all();
-    thread.join();
+    Changed.notify_all();
+    Thread.join();
 }
 
 void DiskSyncer::Add(int descriptor) {
     Descriptor own(fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
     if (!own) return;
     {
-        const std::lock_guard guard(lock);
-        if (waiting.size() == MostWaiting) return;
-        waiting.push_back(std::move(own));
+        const std::lock_guard guard(Lock);
+        if (Waiting.size() == MostWaiting) return;
+        Waiting.push_back(std::move(own));
     }
-    changed.notify_all();
-    if (!thread.joinable()) thread = std::thread([this] { Run(); });
+    Changed.notify_all();
+    if (!Thread.joinable()) Thread = std::thread([this] { Run(); });
 }
 
 void DiskSyncer::Run() {
     LeaveSignalsToTheMainThread();
-    std::unique_lock guard(lock);
+    std::unique_lock guard(Lock);
     for (;;) {
-        changed.wait(guard, [this] { return ending || !waiting.empty(); });
-        if (ending) return;
-        Descriptor next = std::move(waiting.front());
-        waiting.erase(waiting.begin());
+        Changed.wait(guard, [this] { return Ending || !Waiting.empty(); });
+        if (Ending) return;
+        Descriptor next = std::move(Waiting.front());
+        Waiting.erase(Waiting.begin());
         guard.unlock();
-        sync(next.Number());
+        Sync(next.Number());
         next.Close();  // may take its time, too, if the file was deleted meanwhile
         guard.lock();
     }

@@ -33,12 +33,12 @@ class DiskSyncer {
  private:
     void Run();
 
-    const std::function<void(int)> sync;
-    std::mutex lock;
-    std::condition_variable changed;
-    std::vector<Descriptor> waiting;
-    bool ending = false;
-    std::thread thread;
+    const std::function<void(int)> Sync;
+    std::mutex Lock;
+    std::condition_variable Changed;
+    std::vector<Descriptor> Waiting;
+    bool Ending = false;
+    std::thread Thread;
 };
 
 }  // namespace Corvetape

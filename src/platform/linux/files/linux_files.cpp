@@ -82,84 +82,83 @@ class LinuxFile : public File {
  public:
     LinuxFile(Descriptor openFile, std::shared_ptr<int32_t> errorPlace,
               std::shared_ptr<DiskSyncer> diskSyncer)
-        : descriptor(std::move(openFile)), lastError(std::move(errorPlace)), syncer(std::move(diskSyncer)) {}
+        : Handle(std::move(openFile)), ErrorNumber(std::move(errorPlace)), Syncer(std::move(diskSyncer)) {}
     ~LinuxFile() override { Close(); }
     LinuxFile(const LinuxFile&) = delete;
     LinuxFile& operator=(const LinuxFile&) = delete;
 
     bool Write(std::span<const std::byte> bytes) override {
-        if (!descriptor) return Result(false, EBADF);
+        if (!Handle) return Result(false, EBADF);
         while (!bytes.empty()) {
-            const ssize_t written = Uninterrupted([&] {
-                return pwrite(descriptor.Number(), bytes.data(), bytes.size(), static_cast<off_t>(position));
-            });
+            const ssize_t written = Uninterrupted(
+                [&] { return pwrite(Handle.Number(), bytes.data(), bytes.size(), static_cast<off_t>(At)); });
             if (written <= 0) return Result(false, written < 0 ? errno : EIO);
-            position += static_cast<uint64_t>(written);
+            At += static_cast<uint64_t>(written);
             bytes = bytes.subspan(static_cast<size_t>(written));
         }
         return true;
     }
 
     bool Seek(uint64_t target) override {
-        if (!descriptor) return Result(false, EBADF);
+        if (!Handle) return Result(false, EBADF);
         if (target > static_cast<uint64_t>(std::numeric_limits<off_t>::max())) return Result(false, EINVAL);
-        position = target;
+        At = target;
         return true;
     }
 
-    uint64_t Position() const override { return position; }
+    uint64_t Position() const override { return At; }
 
     bool CutBack(uint64_t size) override {
         struct stat status {};
-        if (!descriptor) return Result(false, EBADF);
-        if (fstat(descriptor.Number(), &status) != 0) return Result(false, errno);
+        if (!Handle) return Result(false, EBADF);
+        if (fstat(Handle.Number(), &status) != 0) return Result(false, errno);
         if (static_cast<uint64_t>(status.st_size) <= size) return true;
         const auto length = static_cast<off_t>(size);
-        const auto cut = Uninterrupted([&] { return ftruncate(descriptor.Number(), length); });
+        const auto cut = Uninterrupted([&] { return ftruncate(Handle.Number(), length); });
         return cut == 0 || Result(false, errno);
     }
 
-    void SyncSoon() override { syncer->Add(descriptor.Number()); }
+    void SyncSoon() override { Syncer->Add(Handle.Number()); }
 
     bool Close() override {
-        if (!descriptor) return true;
-        return descriptor.Close() || Result(false, errno);
+        if (!Handle) return true;
+        return Handle.Close() || Result(false, errno);
     }
 
  private:
     bool Result(bool succeeded, int error) {
-        *lastError = error;
+        *ErrorNumber = error;
         return succeeded;
     }
 
-    Descriptor descriptor;
-    uint64_t position = 0;
-    std::shared_ptr<int32_t> lastError;
-    std::shared_ptr<DiskSyncer> syncer;
+    Descriptor Handle;
+    uint64_t At = 0;
+    std::shared_ptr<int32_t> ErrorNumber;
+    std::shared_ptr<DiskSyncer> Syncer;
 };
 
 }  // namespace
 
-LinuxFiles::LinuxFiles() : lastError(std::make_shared<int32_t>(0)), syncer(std::make_shared<DiskSyncer>()) {
+LinuxFiles::LinuxFiles() : ErrorNumber(std::make_shared<int32_t>(0)), Syncer(std::make_shared<DiskSyncer>()) {
     // A file that may not grow further is a write that fails, and no reason to die.
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
 bool LinuxFiles::Result(bool succeeded) const {
-    if (!succeeded) *lastError = errno;
+    if (!succeeded) *ErrorNumber = errno;
     return succeeded;
 }
 
 std::unique_ptr<File> LinuxFiles::Create(const std::string& path) {
     Descriptor file = OpenFile(path, O_WRONLY | O_CREAT | O_TRUNC);
     if (!Result(static_cast<bool>(file))) return nullptr;
-    return std::make_unique<LinuxFile>(std::move(file), lastError, syncer);
+    return std::make_unique<LinuxFile>(std::move(file), ErrorNumber, Syncer);
 }
 
 std::unique_ptr<File> LinuxFiles::CreateNew(const std::string& path) {
     Descriptor file = OpenFile(path, O_WRONLY | O_CREAT | O_EXCL);
     if (!Result(static_cast<bool>(file))) return nullptr;
-    return std::make_unique<LinuxFile>(std::move(file), lastError, syncer);
+    return std::make_unique<LinuxFile>(std::move(file), ErrorNumber, Syncer);
 }
 
 std::optional<std::string> LinuxFiles::ReadAll(const std::string& path, uint64_t limit) {
@@ -256,7 +255,7 @@ std::optional<uint64_t> LinuxFiles::FileSize(const std::string& path) {
     struct stat status {};
     if (!Result(stat(path.c_str(), &status) == 0)) return std::nullopt;
     if (S_ISDIR(status.st_mode)) {
-        *lastError = EISDIR;
+        *ErrorNumber = EISDIR;
         return std::nullopt;
     }
     return static_cast<uint64_t>(status.st_size);
@@ -295,10 +294,10 @@ bool LinuxFiles::SameDrive(const std::string& one, const std::string& other) {
 std::unique_ptr<FileLock> LinuxFiles::Lock(const std::string& path) {
     class HeldLock : public FileLock {
      public:
-        explicit HeldLock(Descriptor open) : file(std::move(open)) {}
+        explicit HeldLock(Descriptor open) : Locked(std::move(open)) {}
 
      private:
-        Descriptor file;  // its closing gives the lock back
+        Descriptor Locked;  // its closing gives the lock back
     };
     Descriptor file = OpenFile(path, O_RDWR | O_CREAT | O_NOFOLLOW);
     if (!Result(static_cast<bool>(file))) return nullptr;

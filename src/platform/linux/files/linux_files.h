@@ -46,16 +46,16 @@ class LinuxFiles : public Files {
     std::optional<uint64_t> FreeSpace(const std::string& folder) override;
 
     /// errno of the last failure, of these operations and of the files opened by Create.
-    int32_t LastError() const override { return *lastError; }
+    int32_t LastError() const override { return *ErrorNumber; }
 
  protected:
     /// Where files leave the number of their failures.
-    const std::shared_ptr<int32_t>& ErrorPlace() const { return lastError; }
+    const std::shared_ptr<int32_t>& ErrorPlace() const { return ErrorNumber; }
 
  private:
     bool Result(bool succeeded) const;  // keeps errno of a failure
-    std::shared_ptr<int32_t> lastError;
-    std::shared_ptr<DiskSyncer> syncer;
+    std::shared_ptr<int32_t> ErrorNumber;
+    std::shared_ptr<DiskSyncer> Syncer;
 };
 
 }  // namespace Corvetape

@@ -85,34 +85,34 @@ std::optional<std::string> UserDirsValue(std::string_view line, std::string_view
 
 }  // namespace
 
-LinuxFolders::LinuxFolders() : home(UserHome()), ownHome(false) {}
+LinuxFolders::LinuxFolders() : Home(UserHome()), OwnHome(false) {}
 
-LinuxFolders::LinuxFolders(const std::string& givenHome) : home(givenHome), ownHome(true) {
-    if (!home.starts_with('/')) {
+LinuxFolders::LinuxFolders(const std::string& givenHome) : Home(givenHome), OwnHome(true) {
+    if (!Home.starts_with('/')) {
         char* const here = getcwd(nullptr, 0);
-        if (here != nullptr) home = std::string(here) + "/" + home;
+        if (here != nullptr) Home = std::string(here) + "/" + Home;
         std::free(here);
     }
-    home = WithoutTrailingSlash(home);
+    Home = WithoutTrailingSlash(Home);
     MakeFolders(CacheFolder());
-    fixed["userprofile"] = home;
-    fixed["temp"] = CacheFolder();
-    fixed["tmp"] = CacheFolder();
+    Fixed["userprofile"] = Home;
+    Fixed["temp"] = CacheFolder();
+    Fixed["tmp"] = CacheFolder();
 }
 
 std::string LinuxFolders::CacheFolder() const {
-    return ownHome ? home + "/cache" : FolderVariable("XDG_CACHE_HOME", home + "/.cache");
+    return OwnHome ? Home + "/cache" : FolderVariable("XDG_CACHE_HOME", Home + "/.cache");
 }
 
 std::string LinuxFolders::UserFolder(ShellFolder folder) const {
     const auto* const known = std::ranges::find(UserFolderNames, folder, &UserFolderName::Folder);
     if (known == std::end(UserFolderNames)) return "";
-    std::string usual = home + "/" + known->Name;
-    if (ownHome) return usual;
-    std::ifstream file(FolderVariable("XDG_CONFIG_HOME", home + "/.config") + "/user-dirs.dirs");
+    std::string usual = Home + "/" + known->Name;
+    if (OwnHome) return usual;
+    std::ifstream file(FolderVariable("XDG_CONFIG_HOME", Home + "/.config") + "/user-dirs.dirs");
     std::optional<std::string> found;
     for (std::string line; std::getline(file, line);) {
-        const std::optional<std::string> value = UserDirsValue(line, known->Key, home);
+        const std::optional<std::string> value = UserDirsValue(line, known->Key, Home);
         if (value) found = value;  // as when a shell reads the file: the last one counts
     }
     return found.value_or(usual);
@@ -122,10 +122,10 @@ std::string LinuxFolders::ShellFolderPath(ShellFolder folder) {
     std::string path;
     switch (folder) {
         case ShellFolder::AppData:
-            path = ownHome ? home + "/config" : FolderVariable("XDG_CONFIG_HOME", home + "/.config");
+            path = OwnHome ? Home + "/config" : FolderVariable("XDG_CONFIG_HOME", Home + "/.config");
             break;
         case ShellFolder::CommonAppData:
-            path = ownHome ? home + "/share" : "/usr/local/share";
+            path = OwnHome ? Home + "/share" : "/usr/local/share";
             break;
         default:
             path = UserFolder(folder);
@@ -144,7 +144,7 @@ std::string LinuxFolders::ProgramFolder() {
 }
 
 std::optional<std::string> LinuxFolders::Environment(const std::string& name) {
-    if (const auto decided = fixed.find(Lower(name)); decided != fixed.end()) return decided->second;
+    if (const auto decided = Fixed.find(Lower(name)); decided != Fixed.end()) return decided->second;
     if (const char* const value = std::getenv(name.c_str())) return value;
     const std::string wanted = Lower(name) + "=";
     for (char** variable = environ; variable != nullptr && *variable != nullptr; ++variable) {
@@ -156,13 +156,13 @@ std::optional<std::string> LinuxFolders::Environment(const std::string& name) {
         MakeFolders(cache);
         return cache;
     }
-    if (wanted == "userprofile=") return home;
+    if (wanted == "userprofile=") return Home;
     if (wanted == "path=") return UsualSearchPath;  // or it would be gone as soon as a folder is added to it
     return std::nullopt;
 }
 
 bool LinuxFolders::SetEnvironment(const std::string& name, const std::string& value) {
-    if (const auto decided = fixed.find(Lower(name)); decided != fixed.end()) decided->second = value;
+    if (const auto decided = Fixed.find(Lower(name)); decided != Fixed.end()) decided->second = value;
     std::string existing = name;
     if (std::getenv(name.c_str()) == nullptr) {
         const std::string wanted = Lower(name) + "=";

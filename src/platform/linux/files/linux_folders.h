@@ -38,9 +38,9 @@ class LinuxFolders : public Folders {
     std::string UserFolder(ShellFolder folder) const;
     std::string CacheFolder() const;
 
-    std::string home;
-    bool ownHome;                              // all below a given folder
-    std::map<std::string, std::string> fixed;  // variables that the given folder decides, in lower case
+    std::string Home;
+    bool OwnHome;                              // all below a given folder
+    std::map<std::string, std::string> Fixed;  // variables that the given folder decides, in lower case
 };
 
 }  // namespace Corvetape

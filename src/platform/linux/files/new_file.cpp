@@ -70,73 +70,73 @@ std::optional<NewFile> NewFile::Begin(const std::string& path) {
     const std::optional<Target> target = Resolve(path);
     if (!target) return std::nullopt;
     NewFile file;
-    file.name = target->Name;
-    file.folderPath = target->Folder;
-    if (file.name.empty() || file.name == "." || file.name == "..") {
+    file.Name = target->Name;
+    file.FolderPath = target->Folder;
+    if (file.Name.empty() || file.Name == "." || file.Name == "..") {
         errno = EISDIR;
         return std::nullopt;
     }
-    file.folder = Descriptor(
-        Uninterrupted([&] { return open(file.folderPath.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-    if (!file.folder) return std::nullopt;
+    file.Folder = Descriptor(
+        Uninterrupted([&] { return open(file.FolderPath.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    if (!file.Folder) return std::nullopt;
     struct stat old {};
-    if (fstatat(file.folder.Number(), file.name.c_str(), &old, AT_SYMLINK_NOFOLLOW) == 0) {
+    if (fstatat(file.Folder.Number(), file.Name.c_str(), &old, AT_SYMLINK_NOFOLLOW) == 0) {
         if (S_ISDIR(old.st_mode)) {
             errno = EISDIR;
             return std::nullopt;
         }
-        file.mode = old.st_mode & 07777;
+        file.Mode = old.st_mode & 07777;
     }
     if (!file.Open()) return std::nullopt;
     return file;
 }
 
 bool NewFile::Open() {
-    const mode_t first = mode ? 0600 : 0666;
-    descriptor = Descriptor(
-        Uninterrupted([&] { return open(folderPath.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, first); }));
-    if (!descriptor) {
+    const mode_t first = Mode ? 0600 : 0666;
+    Content = Descriptor(
+        Uninterrupted([&] { return open(FolderPath.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, first); }));
+    if (!Content) {
         // Some disks hold no nameless files. A new name of our own can be nobody's link.
-        temporaryName = RandomName();
-        descriptor = Descriptor(Uninterrupted([&] {
-            return openat(folder.Number(), temporaryName.c_str(),
+        TemporaryName = RandomName();
+        Content = Descriptor(Uninterrupted([&] {
+            return openat(Folder.Number(), TemporaryName.c_str(),
                           O_CREAT | O_EXCL | O_NOFOLLOW | O_WRONLY | O_CLOEXEC, first);
         }));
-        if (!descriptor) {
-            temporaryName.clear();
+        if (!Content) {
+            TemporaryName.clear();
             return false;
         }
     }
-    return !mode || fchmod(descriptor.Number(), *mode) == 0;
+    return !Mode || fchmod(Content.Number(), *Mode) == 0;
 }
 
 bool NewFile::GiveName() {
-    if (!temporaryName.empty()) return true;
+    if (!TemporaryName.empty()) return true;
     const std::string fresh = RandomName();
-    const std::string itself = "/proc/self/fd/" + std::to_string(descriptor.Number());
-    if (linkat(AT_FDCWD, itself.c_str(), folder.Number(), fresh.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+    const std::string itself = "/proc/self/fd/" + std::to_string(Content.Number());
+    if (linkat(AT_FDCWD, itself.c_str(), Folder.Number(), fresh.c_str(), AT_SYMLINK_FOLLOW) != 0) {
         return false;
     }
-    temporaryName = fresh;
+    TemporaryName = fresh;
     return true;
 }
 
 bool NewFile::TakePlace(Sync sync) {
     const bool wait = sync == Sync::Yes;
-    if (wait && Uninterrupted([&] { return fsync(descriptor.Number()); }) != 0) return false;
+    if (wait && Uninterrupted([&] { return fsync(Content.Number()); }) != 0) return false;
     if (!GiveName()) return false;
-    if (!descriptor.Close()) return false;
-    if (renameat(folder.Number(), temporaryName.c_str(), folder.Number(), name.c_str()) != 0) return false;
-    temporaryName.clear();
+    if (!Content.Close()) return false;
+    if (renameat(Folder.Number(), TemporaryName.c_str(), Folder.Number(), Name.c_str()) != 0) return false;
+    TemporaryName.clear();
     // The new content stands already; a disk that cannot sync folders is no failure of it.
-    if (wait) Uninterrupted([&] { return fsync(folder.Number()); });
+    if (wait) Uninterrupted([&] { return fsync(Folder.Number()); });
     return true;
 }
 
 NewFile::~NewFile() {
-    if (temporaryName.empty() || !folder) return;
+    if (TemporaryName.empty() || !Folder) return;
     const int kept = errno;
-    unlinkat(folder.Number(), temporaryName.c_str(), 0);
+    unlinkat(Folder.Number(), TemporaryName.c_str(), 0);
     errno = kept;
 }
 

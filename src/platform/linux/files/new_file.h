@@ -25,7 +25,7 @@ class NewFile {
     NewFile& operator=(NewFile&&) = delete;
     ~NewFile();
 
-    int Number() const { return descriptor.Number(); }
+    int Number() const { return Content.Number(); }
 
     enum class Sync { Yes, No };
 
@@ -38,12 +38,12 @@ class NewFile {
     bool Open();
     bool GiveName();
 
-    Descriptor descriptor;
-    Descriptor folder;
-    std::string folderPath;
-    std::string name;           // of the finished file
-    std::string temporaryName;  // empty as long as the file has no name
-    std::optional<mode_t> mode;
+    Descriptor Content;
+    Descriptor Folder;
+    std::string FolderPath;
+    std::string Name;           // of the finished file
+    std::string TemporaryName;  // empty as long as the file has no name
+    std::optional<mode_t> Mode;
 };
 
 }  // namespace Corvetape

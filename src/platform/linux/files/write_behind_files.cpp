@@ -30,21 +30,21 @@ class WriteBehindFile : public File {
     /// `ownDisk` is the one that `openFile` was opened by, used by the writing thread alone.
     WriteBehindFile(std::unique_ptr<LinuxFiles> ownDisk, std::unique_ptr<File> openFile,
                     std::shared_ptr<int32_t> errorPlace)
-        : disk(std::move(ownDisk)),
-          file(std::move(openFile)),
-          lastError(std::move(errorPlace)),
-          thread([this] { WritePieces(); }) {}
+        : Disk(std::move(ownDisk)),
+          Output(std::move(openFile)),
+          ErrorPlace(std::move(errorPlace)),
+          Thread([this] { WritePieces(); }) {}
     ~WriteBehindFile() override { Close(); }
     WriteBehindFile(const WriteBehindFile&) = delete;
     WriteBehindFile& operator=(const WriteBehindFile&) = delete;
 
     bool Write(std::span<const std::byte> bytes) override {
         while (!bytes.empty()) {
-            const auto room = static_cast<size_t>(PieceBytes - position % PieceBytes);
+            const auto room = static_cast<size_t>(PieceBytes - At % PieceBytes);
             const std::span<const std::byte> part = bytes.first(std::min(room, bytes.size()));
-            if (present.Bytes.empty()) Begin();
-            present.Bytes.insert(present.Bytes.end(), part.begin(), part.end());
-            position += part.size();
+            if (Present.Bytes.empty()) Begin();
+            Present.Bytes.insert(Present.Bytes.end(), part.begin(), part.end());
+            At += part.size();
             bytes = bytes.subspan(part.size());
             if (part.size() == room && !HandOver()) return false;
         }
@@ -53,96 +53,96 @@ class WriteBehindFile : public File {
 
     bool Seek(uint64_t target) override {
         if (!HandOver()) return false;
-        position = target;
+        At = target;
         return true;
     }
 
-    uint64_t Position() const override { return position; }
+    uint64_t Position() const override { return At; }
 
     bool CutBack(uint64_t size) override {
         if (!HandOver()) return false;
-        std::unique_lock guard(lock);
-        changed.wait(guard, [this] { return waiting.empty(); });
+        std::unique_lock guard(Lock);
+        Changed.wait(guard, [this] { return Waiting.empty(); });
         // The thread has nothing to do, so the file is not in use.
-        if (error == 0 && !file->CutBack(size)) error = disk->LastError();
+        if (Error == 0 && !Output->CutBack(size)) Error = Disk->LastError();
         guard.unlock();
         return Told();
     }
 
     bool Close() override {
-        if (!thread.joinable()) return true;
+        if (!Thread.joinable()) return true;
         HandOver();
         {
-            const std::lock_guard guard(lock);
-            ending = true;
+            const std::lock_guard guard(Lock);
+            Ending = true;
         }
-        changed.notify_all();
-        thread.join();
-        const bool closed = file->Close();
-        if (!closed) *lastError = disk->LastError();
+        Changed.notify_all();
+        Thread.join();
+        const bool closed = Output->Close();
+        if (!closed) *ErrorPlace = Disk->LastError();
         return Told() && closed;
     }
 
  private:
     void Begin() {
-        present.Position = position;
-        if (present.Bytes.capacity() == 0) present.Bytes.reserve(PieceBytes);
+        Present.Position = At;
+        if (Present.Bytes.capacity() == 0) Present.Bytes.reserve(PieceBytes);
     }
 
     /// Waits for room and gives the collected piece to the thread. False if writing has failed.
     bool HandOver() {
-        if (!present.Bytes.empty()) {
-            std::unique_lock guard(lock);
-            changed.wait(guard, [this] { return waiting.size() < MostPieces; });
-            waiting.push_back(std::exchange(present, {}));
-            if (!spare.empty()) {
-                present.Bytes = std::move(spare.back());
-                spare.pop_back();
+        if (!Present.Bytes.empty()) {
+            std::unique_lock guard(Lock);
+            Changed.wait(guard, [this] { return Waiting.size() < MostPieces; });
+            Waiting.push_back(std::exchange(Present, {}));
+            if (!Spare.empty()) {
+                Present.Bytes = std::move(Spare.back());
+                Spare.pop_back();
             }
-            changed.notify_all();
+            Changed.notify_all();
         }
         return Told();
     }
 
     /// False, and the system's number is left where it is looked for, once writing has failed.
     bool Told() {
-        if (error != 0) *lastError = error;
-        return error == 0;
+        if (Error != 0) *ErrorPlace = Error;
+        return Error == 0;
     }
 
     void WritePieces() {
         LeaveSignalsToTheMainThread();
-        std::unique_lock guard(lock);
+        std::unique_lock guard(Lock);
         for (;;) {
-            changed.wait(guard, [this] { return ending || !waiting.empty(); });
-            if (waiting.empty()) return;
-            Piece& piece = waiting.front();  // stays there while it is written: it still takes its room
-            if (error == 0) {
+            Changed.wait(guard, [this] { return Ending || !Waiting.empty(); });
+            if (Waiting.empty()) return;
+            Piece& piece = Waiting.front();  // stays there while it is written: it still takes its room
+            if (Error == 0) {
                 guard.unlock();
-                const bool good = file->Seek(piece.Position) && file->Write(piece.Bytes);
+                const bool good = Output->Seek(piece.Position) && Output->Write(piece.Bytes);
                 guard.lock();
-                if (!good) error = disk->LastError();
+                if (!good) Error = Disk->LastError();
             }
             piece.Bytes.clear();
-            spare.push_back(std::move(piece.Bytes));
-            waiting.pop_front();
-            changed.notify_all();
+            Spare.push_back(std::move(piece.Bytes));
+            Waiting.pop_front();
+            Changed.notify_all();
         }
     }
 
-    const std::unique_ptr<LinuxFiles> disk;
-    const std::unique_ptr<File> file;
-    const std::shared_ptr<int32_t> lastError;
-    uint64_t position = 0;
-    Piece present;
+    const std::unique_ptr<LinuxFiles> Disk;
+    const std::unique_ptr<File> Output;
+    const std::shared_ptr<int32_t> ErrorPlace;
+    uint64_t At = 0;
+    Piece Present;
 
-    std::mutex lock;
-    std::condition_variable changed;
-    std::deque<Piece> waiting;
-    std::vector<std::vector<std::byte>> spare;  // memory of pieces that are written
-    std::atomic<int32_t> error = 0;
-    bool ending = false;
-    std::thread thread;
+    std::mutex Lock;
+    std::condition_variable Changed;
+    std::deque<Piece> Waiting;
+    std::vector<std::vector<std::byte>> Spare;  // memory of pieces that are written
+    std::atomic<int32_t> Error = 0;
+    bool Ending = false;
+    std::thread Thread;
 };
 
 }  // namespace

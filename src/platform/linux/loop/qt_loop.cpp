@@ -30,42 +30,42 @@ int64_t Now() {
 class QtLoop::Core : public QObject {
  public:
     Core() {
-        wake.setSingleShot(true);
-        wake.setTimerType(Qt::PreciseTimer);
-        connect(&wake, &QTimer::timeout, this, [this] { FireTimers(); });
-        again.setSingleShot(true);
-        connect(&again, &QTimer::timeout, this, [this] { RunPosted(); });
+        Wake.setSingleShot(true);
+        Wake.setTimerType(Qt::PreciseTimer);
+        connect(&Wake, &QTimer::timeout, this, [this] { FireTimers(); });
+        Again.setSingleShot(true);
+        connect(&Again, &QTimer::timeout, this, [this] { RunPosted(); });
     }
 
     void Post(std::function<void()> item) {
         {
-            const std::lock_guard guard(lock);
-            posted.push_back(std::move(item));
+            const std::lock_guard guard(Lock);
+            Posted.push_back(std::move(item));
         }
         if (QThread::currentThread() == thread()) {
-            if (!again.isActive()) again.start(0);
-        } else if (!signalled.exchange(true)) {
+            if (!Again.isActive()) Again.start(0);
+        } else if (!Signalled.exchange(true)) {
             QMetaObject::invokeMethod(
                 this, [this] { RunPosted(); }, Qt::QueuedConnection);
         }
     }
 
     void RunPosted() {
-        signalled = false;
+        Signalled = false;
         size_t count = 0;
         {
-            const std::lock_guard guard(lock);
-            count = posted.size();
+            const std::lock_guard guard(Lock);
+            count = Posted.size();
         }
         for (; count > 0; --count) {
             std::function<void()> item;
             {
-                const std::lock_guard guard(lock);
-                if (posted.empty()) return;  // a nested round took the rest
-                item = std::move(posted.front());
-                posted.pop_front();
+                const std::lock_guard guard(Lock);
+                if (Posted.empty()) return;  // a nested round took the rest
+                item = std::move(Posted.front());
+                Posted.pop_front();
                 // Should the item open a loop of its own, that loop handles the rest.
-                if (!posted.empty()) again.start(0);
+                if (!Posted.empty()) Again.start(0);
             }
             item();
         }
@@ -73,7 +73,7 @@ class QtLoop::Core : public QObject {
 
     void FireTimers() {
         const int64_t now = Now();
-        while (const std::shared_ptr<TimerQueue::Entry> entry = timers.TakeDue(now)) {
+        while (const std::shared_ptr<TimerQueue::Entry> entry = Timers.TakeDue(now)) {
             entry->Running = true;
             Arm();  // for a loop that the handler may open
             entry->Fired();
@@ -84,32 +84,32 @@ class QtLoop::Core : public QObject {
 
     /// Timers that outlive the loop are silent from now on.
     void Close() {
-        closed = true;
-        wake.stop();
-        again.stop();
+        Closed = true;
+        Wake.stop();
+        Again.stop();
     }
 
     void Arm() {
-        if (closed) return;
-        const std::optional<int64_t> latest = timers.NextWake();
+        if (Closed) return;
+        const std::optional<int64_t> latest = Timers.NextWake();
         if (!latest) {
-            wake.stop();
+            Wake.stop();
             return;
         }
         const int64_t milliseconds = std::max<int64_t>((*latest - Now() + 999'999) / 1'000'000, 0);
-        wake.start(static_cast<int>(std::min<int64_t>(milliseconds, std::numeric_limits<int>::max())));
+        Wake.start(static_cast<int>(std::min<int64_t>(milliseconds, std::numeric_limits<int>::max())));
     }
 
-    TimerQueue timers;
-    std::vector<QEventLoop*> running;  // innermost last
+    TimerQueue Timers;
+    std::vector<QEventLoop*> Nested;  // innermost last
 
  private:
-    QTimer wake;
-    QTimer again;
-    bool closed = false;
-    std::mutex lock;
-    std::deque<std::function<void()>> posted;
-    std::atomic<bool> signalled = false;
+    QTimer Wake;
+    QTimer Again;
+    bool Closed = false;
+    std::mutex Lock;
+    std::deque<std::function<void()>> Posted;
+    std::atomic<bool> Signalled = false;
 };
 
 namespace {
@@ -118,47 +118,47 @@ template <class LoopCore>
 class Timer : public LoopTimer {
  public:
     Timer(std::shared_ptr<LoopCore> loopCore, std::function<void()> fired)
-        : core(std::move(loopCore)), entry(core->timers.Add(std::move(fired))) {}
+        : Owner(std::move(loopCore)), Planned(Owner->Timers.Add(std::move(fired))) {}
     ~Timer() override {
-        core->timers.Remove(entry);
-        core->Arm();
+        Owner->Timers.Remove(Planned);
+        Owner->Arm();
     }
     Timer(const Timer&) = delete;
     Timer& operator=(const Timer&) = delete;
 
     void Start(std::chrono::milliseconds interval, TimerPrecision precision) override {
-        TimerQueue::Start(*entry, Now(), interval, precision);
-        core->Arm();
+        TimerQueue::Start(*Planned, Now(), interval, precision);
+        Owner->Arm();
     }
     void Stop() override {
-        entry->Active = false;
-        core->Arm();
+        Planned->Active = false;
+        Owner->Arm();
     }
-    bool Active() const override { return entry->Active; }
+    bool Active() const override { return Planned->Active; }
 
  private:
-    std::shared_ptr<LoopCore> core;
-    std::shared_ptr<TimerQueue::Entry> entry;
+    std::shared_ptr<LoopCore> Owner;
+    std::shared_ptr<TimerQueue::Entry> Planned;
 };
 
 }  // namespace
 
-QtLoop::QtLoop() : core(std::make_shared<Core>()) {}
+QtLoop::QtLoop() : Inner(std::make_shared<Core>()) {}
 QtLoop::~QtLoop() {
-    core->Close();
+    Inner->Close();
 }
 
 std::unique_ptr<LoopTimer> QtLoop::NewTimer(std::function<void()> fired) {
-    return std::make_unique<Timer<Core>>(core, std::move(fired));
+    return std::make_unique<Timer<Core>>(Inner, std::move(fired));
 }
 
 void QtLoop::Post(std::function<void()> work) {
-    core->Post(std::move(work));
+    Inner->Post(std::move(work));
 }
 
 void QtLoop::ProcessEvents() {
-    core->RunPosted();
-    core->FireTimers();
+    Inner->RunPosted();
+    Inner->FireTimers();
     QCoreApplication::processEvents();
 }
 
@@ -170,13 +170,13 @@ void QtLoop::Sleep(std::chrono::milliseconds duration) {
 
 void QtLoop::Run() {
     QEventLoop loop;
-    core->running.push_back(&loop);
+    Inner->Nested.push_back(&loop);
     loop.exec();
-    std::erase(core->running, &loop);
+    std::erase(Inner->Nested, &loop);
 }
 
 void QtLoop::Quit() {
-    if (!core->running.empty()) core->running.back()->quit();
+    if (!Inner->Nested.empty()) Inner->Nested.back()->quit();
 }
 
 }  // namespace Corvetape

@@ -35,7 +35,7 @@ class QtLoop : public EventLoop {
 
  private:
     class Core;
-    std::shared_ptr<Core> core;
+    std::shared_ptr<Core> Inner;
 };
 
 }  // namespace Corvetape

@@ -6,15 +6,15 @@ namespace Corvetape {
 
 std::shared_ptr<TimerQueue::Entry> TimerQueue::Add(std::function<void()> fired) {
     auto entry = std::make_shared<Entry>();
-    entry->Number = ++made;
+    entry->Number = ++Made;
     entry->Fired = std::move(fired);
-    entries.push_back(entry);
+    Entries.push_back(entry);
     return entry;
 }
 
 void TimerQueue::Remove(const std::shared_ptr<Entry>& entry) {
     entry->Active = false;
-    std::erase(entries, entry);
+    std::erase(Entries, entry);
 }
 
 void TimerQueue::Start(Entry& entry, int64_t now, std::chrono::milliseconds interval,
@@ -27,7 +27,7 @@ void TimerQueue::Start(Entry& entry, int64_t now, std::chrono::milliseconds inte
 
 std::optional<int64_t> TimerQueue::NextWake() const {
     std::optional<int64_t> wake;
-    for (const auto& entry : entries) {
+    for (const auto& entry : Entries) {
         if (!entry->Active || entry->Running) continue;
         const int64_t latest = entry->Due + entry->Slack;
         if (!wake || latest < *wake) wake = latest;
@@ -37,7 +37,7 @@ std::optional<int64_t> TimerQueue::NextWake() const {
 
 std::shared_ptr<TimerQueue::Entry> TimerQueue::TakeDue(int64_t now) {
     std::shared_ptr<Entry> first;
-    for (const auto& entry : entries) {  // in the order of making, so that only an earlier date wins
+    for (const auto& entry : Entries) {  // in the order of making, so that only an earlier date wins
         if (!entry->Active || entry->Running || entry->Due > now) continue;
         if (!first || entry->Due < first->Due) first = entry;
     }

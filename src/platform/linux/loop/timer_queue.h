@@ -40,8 +40,8 @@ class TimerQueue {
     std::shared_ptr<Entry> TakeDue(int64_t now);
 
  private:
-    uint64_t made = 0;
-    std::vector<std::shared_ptr<Entry>> entries;
+    uint64_t Made = 0;
+    std::vector<std::shared_ptr<Entry>> Entries;
 };
 
 }  // namespace Corvetape

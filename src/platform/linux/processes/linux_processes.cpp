@@ -25,15 +25,15 @@ namespace Corvetape {
 /// Waits for children on a thread of its own, which begins with the first child.
 class LinuxProcesses::Collector {
  public:
-    Collector() : wake(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+    Collector() : WakeEvent(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
     ~Collector() {
         {
-            const std::lock_guard guard(lock);
-            ending = true;
+            const std::lock_guard guard(Lock);
+            Ending = true;
         }
         Wake();
-        if (thread.joinable()) thread.join();
+        if (Thread.joinable()) Thread.join();
     }
     Collector(const Collector&) = delete;
     Collector& operator=(const Collector&) = delete;
@@ -42,28 +42,28 @@ class LinuxProcesses::Collector {
     void Watch(pid_t pid, std::optional<std::string> name) {
         Child child{pid, Descriptor(static_cast<int>(syscall(SYS_pidfd_open, pid, 0))), std::move(name)};
         {
-            const std::lock_guard guard(lock);
-            if (child.Name) ++running;
-            children.push_back(std::move(child));
+            const std::lock_guard guard(Lock);
+            if (child.Name) ++Alive;
+            Children.push_back(std::move(child));
         }
-        if (!thread.joinable()) thread = std::thread([this] { Collect(); });
+        if (!Thread.joinable()) Thread = std::thread([this] { Collect(); });
         Wake();
     }
 
     size_t Running() {
-        const std::lock_guard guard(lock);
-        return running;
+        const std::lock_guard guard(Lock);
+        return Alive;
     }
 
     std::vector<JobResult> TakeFinished() {
-        const std::lock_guard guard(lock);
-        return std::exchange(finished, {});
+        const std::lock_guard guard(Lock);
+        return std::exchange(Finished, {});
     }
 
     bool WaitForAll(std::chrono::milliseconds limit) {
-        std::unique_lock guard(lock);
+        std::unique_lock guard(Lock);
         const auto bounded = std::min<std::chrono::milliseconds>(limit, std::chrono::hours(24 * 365));
-        return ended.wait_for(guard, bounded, [this] { return running == 0; });
+        return Ended.wait_for(guard, bounded, [this] { return Alive == 0; });
     }
 
  private:
@@ -75,20 +75,20 @@ class LinuxProcesses::Collector {
 
     void Wake() const {
         const uint64_t one = 1;
-        [[maybe_unused]] const ssize_t written = write(wake.Number(), &one, sizeof one);
+        [[maybe_unused]] const ssize_t written = write(WakeEvent.Number(), &one, sizeof one);
     }
 
     void Collect() {
         LeaveSignalsToTheMainThread();
         std::vector<pollfd> waits;
         for (;;) {
-            waits.assign(1, {wake.Number(), POLLIN, 0});
+            waits.assign(1, {WakeEvent.Number(), POLLIN, 0});
             int limit = -1;
             {
-                const std::lock_guard guard(lock);
-                if (ending) return;
+                const std::lock_guard guard(Lock);
+                if (Ending) return;
                 ReapEnded();
-                for (const Child& child : children) {
+                for (const Child& child : Children) {
                     if (child.Process) {
                         waits.push_back({child.Process.Number(), POLLIN, 0});
                     } else {
@@ -98,12 +98,12 @@ class LinuxProcesses::Collector {
             }
             poll(waits.data(), waits.size(), limit);
             uint64_t count = 0;
-            [[maybe_unused]] const ssize_t got = read(wake.Number(), &count, sizeof count);
+            [[maybe_unused]] const ssize_t got = read(WakeEvent.Number(), &count, sizeof count);
         }
     }
 
     void ReapEnded() {
-        std::erase_if(children, [this](const Child& child) {
+        std::erase_if(Children, [this](const Child& child) {
             int status = 0;
             const pid_t pid = Uninterrupted([&] { return waitpid(child.Pid, &status, WNOHANG); });
             if (pid == 0) return false;
@@ -111,21 +111,21 @@ class LinuxProcesses::Collector {
             const int code = pid < 0               ? 127
                              : WIFSIGNALED(status) ? 128 + WTERMSIG(status)
                                                    : WEXITSTATUS(status);
-            finished.push_back({*child.Name, code});
-            --running;
+            Finished.push_back({*child.Name, code});
+            --Alive;
             return true;
         });
-        ended.notify_all();
+        Ended.notify_all();
     }
 
-    std::mutex lock;
-    std::condition_variable ended;
-    std::vector<Child> children;
-    std::vector<JobResult> finished;
-    size_t running = 0;
-    bool ending = false;
-    Descriptor wake;
-    std::thread thread;
+    std::mutex Lock;
+    std::condition_variable Ended;
+    std::vector<Child> Children;
+    std::vector<JobResult> Finished;
+    size_t Alive = 0;
+    bool Ending = false;
+    Descriptor WakeEvent;
+    std::thread Thread;
 };
 
 namespace {
@@ -205,15 +205,15 @@ std::vector<std::string> SplitParameters(std::string_view parameters) {
     return result;
 }
 
-LinuxProcesses::LinuxProcesses() : collector(std::make_unique<Collector>()) {}
+LinuxProcesses::LinuxProcesses() : Reaper(std::make_unique<Collector>()) {}
 LinuxProcesses::~LinuxProcesses() = default;
 
 bool LinuxProcesses::StartHidden(const HiddenJob& job) {
     const StartedChild child =
         StartChild({"/bin/sh", {"/bin/sh", "-c", job.CommandLine}, job.WorkingFolder, 10});
     if (child.Pid < 0) return false;
-    startedRun = RunNameOf(child.Pid);  // before anybody can collect it
-    collector->Watch(child.Pid, job.Name);
+    OwnRun = RunNameOf(child.Pid);  // before anybody can collect it
+    Reaper->Watch(child.Pid, job.Name);
     return true;
 }
 
@@ -243,20 +243,20 @@ int32_t LinuxProcesses::ShellOpen(const std::string& path, const std::string& pa
     }
     const StartedChild child = StartChild(start);
     if (child.Pid < 0) return child.FolderFailed && child.Error == ENOENT ? 3 : ShellCode(child.Error);
-    collector->Watch(child.Pid, std::nullopt);
+    Reaper->Watch(child.Pid, std::nullopt);
     return Started;
 }
 
 size_t LinuxProcesses::Running() {
-    return collector->Running();
+    return Reaper->Running();
 }
 
 std::vector<JobResult> LinuxProcesses::TakeFinished() {
-    return collector->TakeFinished();
+    return Reaper->TakeFinished();
 }
 
 bool LinuxProcesses::WaitForAll(std::chrono::milliseconds limit) {
-    return collector->WaitForAll(limit);
+    return Reaper->WaitForAll(limit);
 }
 
 }  // namespace Corvetape

@@ -27,7 +27,7 @@ class LinuxProcesses : public Processes {
     /// its own file. False if the shell or the working folder is not there.
     bool StartHidden(const HiddenJob& job) override;
 
-    std::string StartedRun() override { return startedRun; }
+    std::string StartedRun() override { return OwnRun; }
 
     /// A program file is started with its parameters, without a shell. Anything else, also a folder or an
     /// address such as "https://...", is handed to the desktop through xdg-open, without the parameters.
@@ -43,8 +43,8 @@ class LinuxProcesses : public Processes {
 
  private:
     class Collector;
-    std::unique_ptr<Collector> collector;
-    std::string startedRun;
+    std::unique_ptr<Collector> Reaper;
+    std::string OwnRun;
 };
 
 }  // namespace Corvetape

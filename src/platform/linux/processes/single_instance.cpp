@@ -55,11 +55,11 @@ struct LinuxSingleInstance::Place {
 };
 
 LinuxSingleInstance::LinuxSingleInstance(std::function<void()> comeForwardCall, std::string folderPath)
-    : comeForward(std::move(comeForwardCall)), folder(std::move(folderPath)) {}
+    : ComeForward(std::move(comeForwardCall)), Folder(std::move(folderPath)) {}
 
 LinuxSingleInstance::~LinuxSingleInstance() {
     // The socket goes before the lock, so that a successor's is not the one deleted.
-    if (place && place->Socket) unlinkat(place->Folder.Number(), SocketName, 0);
+    if (Claimed && Claimed->Socket) unlinkat(Claimed->Folder.Number(), SocketName, 0);
 }
 
 std::string LinuxSingleInstance::DefaultFolder() {
@@ -77,9 +77,9 @@ std::string LinuxSingleInstance::DefaultFolder() {
 }
 
 bool LinuxSingleInstance::Claim() {
-    if (place) return true;
+    if (Claimed) return true;
     auto claimed = std::make_unique<Place>();
-    claimed->Folder = OpenFolder(folder);
+    claimed->Folder = OpenFolder(Folder);
     if (!claimed->Folder) return true;
     claimed->Lock = Descriptor(
         openat(claimed->Folder.Number(), LockName, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
@@ -99,17 +99,17 @@ bool LinuxSingleInstance::Claim() {
         QObject::connect(claimed->Notifier.get(), &QSocketNotifier::activated,
                          [this, listening = claimed->Socket.Number()] {
                              const Descriptor caller(accept4(listening, nullptr, nullptr, SOCK_CLOEXEC));
-                             if (caller && SameUser(caller) && comeForward) comeForward();
+                             if (caller && SameUser(caller) && ComeForward) ComeForward();
                          });
     } else {
         claimed->Socket.Close();  // the lock alone still keeps others away
     }
-    place = std::move(claimed);
+    Claimed = std::move(claimed);
     return true;
 }
 
 void LinuxSingleInstance::ActivateOther() {
-    const Descriptor where = OpenFolder(folder);
+    const Descriptor where = OpenFolder(Folder);
     const Descriptor connection = NewSocket();
     if (!where || !connection) return;
     const sockaddr_un address = SocketAddress(where);

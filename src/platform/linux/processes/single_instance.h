@@ -28,9 +28,9 @@ class LinuxSingleInstance : public SingleInstance {
 
  private:
     struct Place;
-    std::function<void()> comeForward;
-    std::string folder;
-    std::unique_ptr<Place> place;
+    std::function<void()> ComeForward;
+    std::string Folder;
+    std::unique_ptr<Place> Claimed;
 };
 
 }  // namespace Corvetape

@@ -32,36 +32,36 @@ class CaptureRoad {
 
     void Say(CaptureNotice notice) {
         notice.Position = Frames.Written();
-        const std::lock_guard guard(lock);
-        notices.push_back(notice);
-        waiting.store(notices.size(), std::memory_order_release);
+        const std::lock_guard guard(Lock);
+        Notices.push_back(notice);
+        Waiting.store(Notices.size(), std::memory_order_release);
     }
 
-    bool AnyNotice() const { return waiting.load(std::memory_order_acquire) > 0; }
+    bool AnyNotice() const { return Waiting.load(std::memory_order_acquire) > 0; }
 
     /// The oldest notice whose place lies before the end of the next `frames` frames, or nothing.
     std::optional<CaptureNotice> NoticeWithin(size_t frames) {
         if (!AnyNotice()) return std::nullopt;
-        const std::lock_guard guard(lock);
-        if (notices.empty() || notices.front().Position >= Frames.Taken() + frames) return std::nullopt;
-        const CaptureNotice notice = notices.front();
-        notices.erase(notices.begin());
-        waiting.store(notices.size(), std::memory_order_release);
+        const std::lock_guard guard(Lock);
+        if (Notices.empty() || Notices.front().Position >= Frames.Taken() + frames) return std::nullopt;
+        const CaptureNotice notice = Notices.front();
+        Notices.erase(Notices.begin());
+        Waiting.store(Notices.size(), std::memory_order_release);
         return notice;
     }
 
     /// Logic thread, with the capture thread at rest: forgets everything.
     void Clear() {
         Frames.Clear();
-        const std::lock_guard guard(lock);
-        notices.clear();
-        waiting.store(0, std::memory_order_release);
+        const std::lock_guard guard(Lock);
+        Notices.clear();
+        Waiting.store(0, std::memory_order_release);
     }
 
  private:
-    std::mutex lock;
-    std::vector<CaptureNotice> notices;
-    std::atomic<size_t> waiting{0};
+    std::mutex Lock;
+    std::vector<CaptureNotice> Notices;
+    std::atomic<size_t> Waiting{0};
 };
 
 }  // namespace Corvetape

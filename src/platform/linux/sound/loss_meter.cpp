@@ -39,84 +39,84 @@ int Weight(WaveInIncidentKind kind) {
 
 }  // namespace
 
-LossMeter::LossMeter(uint32_t framesPerSecond) : rate(framesPerSecond), clearly(ClearSeconds * rate) {}
+LossMeter::LossMeter(uint32_t framesPerSecond) : Rate(framesPerSecond), Clearly(ClearSeconds * Rate) {}
 
 void LossMeter::Start(int64_t now) {
-    *this = LossMeter(static_cast<uint32_t>(rate));
-    origin = now;
-    last = now;
+    *this = LossMeter(static_cast<uint32_t>(Rate));
+    Origin = now;
+    Last = now;
 }
 
 void LossMeter::Interrupted(WaveInIncidentKind kind, bool certain) {
-    if (!reason || Weight(kind) > Weight(*reason)) reason = kind;
-    mustTell = mustTell || certain;
-    suspicious = false;
+    if (!Reason || Weight(kind) > Weight(*Reason)) Reason = kind;
+    MustTell = MustTell || certain;
+    Suspicious = false;
 }
 
 std::optional<LossMeter::Loss> LossMeter::Arrived(int64_t now, uint64_t frames) {
-    const int64_t gap = now - last;
-    last = now;
-    if (!flowing) {
-        flowing = true;
+    const int64_t gap = now - Last;
+    Last = now;
+    if (!Flowing) {
+        Flowing = true;
         // How old the first frames are is not known. Only if the stream was away from the start on, the
         // time since then counts.
-        if (!reason) {
-            origin = now;
+        if (!Reason) {
+            Origin = now;
             frames = 0;
         }
-        periodBegin = now;
-        warmUntil = now + WarmUp;
+        PeriodBegin = now;
+        WarmUntil = now + WarmUp;
     }
-    received += frames;
-    const double lag = static_cast<double>(now - origin) / 1e9 * rate - static_cast<double>(received);
-    if (gap > SteadyGap) suspicious = false;
-    if (reason) return Settle(now, lag, SettleExplained);
-    if (now < warmUntil) {
+    Received += frames;
+    const double lag = static_cast<double>(now - Origin) / 1e9 * Rate - static_cast<double>(Received);
+    if (gap > SteadyGap) Suspicious = false;
+    if (Reason) return Settle(now, lag, SettleExplained);
+    if (now < WarmUntil) {
         Follow(now, lag);
         return std::nullopt;
     }
-    if (gap > OverrunGap && lag > lowest + clearly) {
+    if (gap > OverrunGap && lag > Lowest + Clearly) {
         Interrupted(WaveInIncidentKind::Overrun, false);
         return Settle(now, lag, SettleExplained);
     }
-    if (lag > lowest + clearly) return Settle(now, lag, SettleUnexplained);
-    suspicious = false;
+    if (lag > Lowest + Clearly) return Settle(now, lag, SettleUnexplained);
+    Suspicious = false;
     Follow(now, lag);
     return std::nullopt;
 }
 
 std::optional<LossMeter::Loss> LossMeter::Settle(int64_t now, double lag, int64_t needed) {
-    if (!suspicious) {
-        suspicious = true;
-        suspiciousSince = now;
-        suspiciousLowest = lag;
+    if (!Suspicious) {
+        Suspicious = true;
+        SuspiciousSince = now;
+        SuspiciousLowest = lag;
     }
-    suspiciousLowest = std::min(suspiciousLowest, lag);
-    if (now - suspiciousSince < needed) return std::nullopt;
+    SuspiciousLowest = std::min(SuspiciousLowest, lag);
+    if (now - SuspiciousSince < needed) return std::nullopt;
 
-    const double missing = std::max(suspiciousLowest - lowest, 0.0);
-    const Loss loss{reason.value_or(WaveInIncidentKind::ClockDrift),
+    const double missing = std::max(SuspiciousLowest - Lowest, 0.0);
+    const Loss loss{Reason.value_or(WaveInIncidentKind::ClockDrift),
                     static_cast<uint64_t>(std::llround(missing))};
-    const bool tell = mustTell || missing >= clearly;
-    lowest = suspiciousLowest;
-    periodBegin = now;
-    periodLowest = lag;
-    suspicious = false;
-    reason.reset();
-    mustTell = false;
+    const bool tell = MustTell || missing >= Clearly;
+    Lowest = SuspiciousLowest;
+    PeriodBegin = now;
+    PeriodLowest = lag;
+    Suspicious = false;
+    Reason.reset();
+    MustTell = false;
     return tell ? std::optional(loss) : std::nullopt;
 }
 
 void LossMeter::Follow(int64_t now, double lag) {
-    lowest = std::min(lowest, lag);
-    periodLowest = std::min(periodLowest, lag);
-    const int64_t length = now - periodBegin;
+    Lowest = std::min(Lowest, lag);
+    PeriodLowest = std::min(PeriodLowest, lag);
+    const int64_t length = now - PeriodBegin;
     if (length < Second) return;
-    const double drift = HighestDrift * rate * static_cast<double>(length) / 1e9;
-    const double rise = std::max(periodLowest - lowest, 0.0);
-    lowest += now < warmUntil ? rise : std::min(rise, drift);
-    periodBegin = now;
-    periodLowest = lag;
+    const double drift = HighestDrift * Rate * static_cast<double>(length) / 1e9;
+    const double rise = std::max(PeriodLowest - Lowest, 0.0);
+    Lowest += now < WarmUntil ? rise : std::min(rise, drift);
+    PeriodBegin = now;
+    PeriodLowest = lag;
 }
 
 }  // namespace Corvetape

@@ -38,24 +38,24 @@ class LossMeter {
     std::optional<Loss> Settle(int64_t now, double lag, int64_t needed);
     void Follow(int64_t now, double lag);
 
-    double rate;
-    double clearly;  // frames above the lowest lag that no healthy stream shows
-    int64_t origin = 0;
-    int64_t last = 0;  // latest arrival
-    uint64_t received = 0;
-    bool flowing = false;  // something has arrived since Start
-    int64_t warmUntil = 0;
-    double lowest = 0;
+    double Rate;
+    double Clearly;  // frames above the lowest lag that no healthy stream shows
+    int64_t Origin = 0;
+    int64_t Last = 0;  // latest arrival
+    uint64_t Received = 0;
+    bool Flowing = false;  // something has arrived since Start
+    int64_t WarmUntil = 0;
+    double Lowest = 0;
 
-    int64_t periodBegin = 0;
-    double periodLowest = 0;
+    int64_t PeriodBegin = 0;
+    double PeriodLowest = 0;
 
-    bool suspicious = false;
-    int64_t suspiciousSince = 0;
-    double suspiciousLowest = 0;
+    bool Suspicious = false;
+    int64_t SuspiciousSince = 0;
+    double SuspiciousLowest = 0;
 
-    std::optional<WaveInIncidentKind> reason;
-    bool mustTell = false;
+    std::optional<WaveInIncidentKind> Reason;
+    bool MustTell = false;
 };
 
 }  // namespace Corvetape

@@ -33,83 +33,83 @@ PulseCapture& Self(void* user) {
 }  // namespace
 
 PulseCapture::PulseCapture(Target wanted, CaptureRoad& roadToLoop, std::function<void()> arrivedCall)
-    : target(std::move(wanted)),
-      road(roadToLoop),
-      arrived(std::move(arrivedCall)),
-      meter(target.FramesPerSecond),
-      wake(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
-      thread([this] { Run(); }) {}
+    : Wanted(std::move(wanted)),
+      Road(roadToLoop),
+      Arrived(std::move(arrivedCall)),
+      Meter(Wanted.FramesPerSecond),
+      Wake(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
+      Thread([this] { Run(); }) {}
 
 PulseCapture::~PulseCapture() {
-    ending = true;
+    Ending = true;
     const uint64_t one = 1;
-    [[maybe_unused]] const ssize_t written = write(wake.Number(), &one, sizeof one);
-    thread.join();
+    [[maybe_unused]] const ssize_t written = write(Wake.Number(), &one, sizeof one);
+    Thread.join();
 }
 
 bool PulseCapture::WaitForStart(std::chrono::milliseconds limit) {
-    std::unique_lock guard(attemptLock);
-    attemptEnded.wait_for(guard, limit, [this] { return attempt != Attempt::Pending; });
-    return attempt == Attempt::Succeeded;
+    std::unique_lock guard(AttemptLock);
+    AttemptEnded.wait_for(guard, limit, [this] { return PresentAttempt != Attempt::Pending; });
+    return PresentAttempt == Attempt::Succeeded;
 }
 
 void PulseCapture::Finish(Attempt result) {
-    const std::lock_guard guard(attemptLock);
-    if (attempt != Attempt::Pending) return;
-    attempt = result;
-    attemptEnded.notify_all();
+    const std::lock_guard guard(AttemptLock);
+    if (PresentAttempt != Attempt::Pending) return;
+    PresentAttempt = result;
+    AttemptEnded.notify_all();
 }
 
 void PulseCapture::Run() {
     LeaveSignalsToTheMainThread();
     pthread_setname_np(pthread_self(), "capture");
-    loop.reset(pa_mainloop_new());
-    if (!loop) {
+    Loop.reset(pa_mainloop_new());
+    if (!Loop) {
         Finish(Attempt::Failed);
         return;
     }
-    pa_mainloop_api* const api = pa_mainloop_get_api(loop.get());
+    pa_mainloop_api* const api = pa_mainloop_get_api(Loop.get());
     pa_io_event* const end = api->io_new(
-        api, wake.Number(), PA_IO_EVENT_INPUT,
+        api, Wake.Number(), PA_IO_EVENT_INPUT,
         [](pa_mainloop_api*, pa_io_event*, int, pa_io_event_flags_t, void*) {}, nullptr);
-    while (!ending) RunOnce();
+    while (!Ending) RunOnce();
     Disconnect();
     api->io_free(end);
-    loop.reset();
+    Loop.reset();
 }
 
 void PulseCapture::RunOnce() {
     int64_t now = Now();
-    if (!context && now >= nextAttempt) Connect();
+    if (!Context && now >= NextAttempt) Connect();
     const int64_t wait = std::max<int64_t>(NextLook(now) - now, 0);
-    if (pa_mainloop_prepare(loop.get(), static_cast<int>(wait / 1000)) < 0) return;
-    if (pa_mainloop_poll(loop.get()) < 0 || pa_mainloop_dispatch(loop.get()) < 0) return;
+    if (pa_mainloop_prepare(Loop.get(), static_cast<int>(wait / 1000)) < 0) return;
+    if (pa_mainloop_poll(Loop.get()) < 0 || pa_mainloop_dispatch(Loop.get()) < 0) return;
     const int64_t wokenUp = Now();
     // The thread has stood still itself, so nobody can say how long the device was silent: what has piled up
     // comes in several turns of the loop.
-    if (wokenUp - now > wait + Second) lastArrival = wokenUp;
+    if (wokenUp - now > wait + Second) LastArrival = wokenUp;
     now = wokenUp;
     Watch(now);
-    if (!broken) return;
+    if (!Broken) return;
     Disconnect();
     Finish(Attempt::Failed);
-    nextAttempt = now + std::chrono::nanoseconds(target.RetryInterval).count();
+    NextAttempt = now + std::chrono::nanoseconds(Wanted.RetryInterval).count();
 }
 
 int64_t PulseCapture::NextLook(int64_t now) const {
-    if (broken) return now;
-    return context ? now + Second : nextAttempt;
+    if (Broken) return now;
+    return Context ? now + Second : NextAttempt;
 }
 
 void PulseCapture::Watch(int64_t now) {
     // The road may have been opened while nothing came.
-    if (away && !toldLost) TellLost(awayKind, true);
-    if (!context || broken) return;
-    if (!accepting) {
-        if (now - attemptBegan > AttemptLimit) Break(WaveInIncidentKind::ServerLost);
+    if (Away && !ToldLost) TellLost(AwayKind, true);
+    if (!Context || Broken) return;
+    if (!Accepting) {
+        if (now - AttemptBegan > AttemptLimit) Break(WaveInIncidentKind::ServerLost);
         return;
     }
-    const int64_t silence = now - lastArrival;
+    const int64_t silence = now - LastArrival;
     if (silence > SilenceMeansBroken) {
         Break(WaveInIncidentKind::DeviceLost);
     } else if (silence > SilenceMeansLost) {
@@ -118,31 +118,31 @@ void PulseCapture::Watch(int64_t now) {
 }
 
 void PulseCapture::Connect() {
-    attemptBegan = Now();
-    context.reset(pa_context_new(pa_mainloop_get_api(loop.get()), "Corvetape"));
-    if (!context) {
+    AttemptBegan = Now();
+    Context.reset(pa_context_new(pa_mainloop_get_api(Loop.get()), "Corvetape"));
+    if (!Context) {
         Break(WaveInIncidentKind::ServerLost);
         return;
     }
-    pa_context_set_state_callback(context.get(), ContextChanged, this);
-    const char* const address = target.Server.empty() ? nullptr : target.Server.c_str();
-    if (pa_context_connect(context.get(), address, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) {
+    pa_context_set_state_callback(Context.get(), ContextChanged, this);
+    const char* const address = Wanted.Server.empty() ? nullptr : Wanted.Server.c_str();
+    if (pa_context_connect(Context.get(), address, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) {
         Break(WaveInIncidentKind::ServerLost);
     }
 }
 
 void PulseCapture::Disconnect() {
-    accepting = false;
-    broken = false;
-    question.reset();
-    stream.reset();
-    context.reset();
+    Accepting = false;
+    Broken = false;
+    Question.reset();
+    Stream.reset();
+    Context.reset();
 }
 
 void PulseCapture::Break(WaveInIncidentKind kind) {
-    if (broken) return;
-    broken = true;
-    accepting = false;
+    if (Broken) return;
+    Broken = true;
+    Accepting = false;
     TellLost(kind, true);
 }
 
@@ -153,38 +153,38 @@ void PulseCapture::ContextChanged(pa_context* changed, void* user) {
         self.Break(WaveInIncidentKind::ServerLost);
     } else if (state == PA_CONTEXT_READY) {
         // A server may give another source instead of a missing one, so the name is looked up first.
-        self.question.reset(
-            pa_context_get_source_info_by_name(changed, self.target.Source.c_str(), SourceAnswer, user));
+        self.Question.reset(
+            pa_context_get_source_info_by_name(changed, self.Wanted.Source.c_str(), SourceAnswer, user));
     }
 }
 
 void PulseCapture::SourceAnswer(pa_context*, const pa_source_info* info, int end, void* user) {
     PulseCapture& self = Self(user);
-    if (end < 0 || (info != nullptr && self.target.Source != info->name)) {
+    if (end < 0 || (info != nullptr && self.Wanted.Source != info->name)) {
         self.Break(WaveInIncidentKind::DeviceLost);
-    } else if (info != nullptr && !self.stream && !self.broken) {
+    } else if (info != nullptr && !self.Stream && !self.Broken) {
         self.CreateStream();
     }
 }
 
 void PulseCapture::CreateStream() {
-    const pa_sample_spec format{PA_SAMPLE_S16LE, target.FramesPerSecond, 2};
+    const pa_sample_spec format{PA_SAMPLE_S16LE, Wanted.FramesPerSecond, 2};
     pa_channel_map stereo;
     pa_channel_map_init_stereo(&stereo);
-    stream.reset(pa_stream_new(context.get(), "Recording", &format, &stereo));
-    if (!stream) {
+    Stream.reset(pa_stream_new(Context.get(), "Recording", &format, &stereo));
+    if (!Stream) {
         Break(WaveInIncidentKind::DeviceLost);
         return;
     }
-    pa_stream_set_state_callback(stream.get(), StreamChanged, this);
-    pa_stream_set_read_callback(stream.get(), StreamReadable, this);
-    pa_stream_set_moved_callback(stream.get(), StreamMoved, this);
-    pa_stream_set_suspended_callback(stream.get(), StreamSuspended, this);
+    pa_stream_set_state_callback(Stream.get(), StreamChanged, this);
+    pa_stream_set_read_callback(Stream.get(), StreamReadable, this);
+    pa_stream_set_moved_callback(Stream.get(), StreamMoved, this);
+    pa_stream_set_suspended_callback(Stream.get(), StreamSuspended, this);
     pa_buffer_attr sizes{};
     sizes.maxlength = static_cast<uint32_t>(-1);  // as much as the server keeps at all
-    sizes.fragsize = static_cast<uint32_t>(target.FramesPerBuffer * sizeof(Frame));
+    sizes.fragsize = static_cast<uint32_t>(Wanted.FramesPerBuffer * sizeof(Frame));
     const auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_ADJUST_LATENCY | PA_STREAM_DONT_MOVE);
-    if (pa_stream_connect_record(stream.get(), target.Source.c_str(), &sizes, flags) < 0) {
+    if (pa_stream_connect_record(Stream.get(), Wanted.Source.c_str(), &sizes, flags) < 0) {
         Break(WaveInIncidentKind::DeviceLost);
     }
 }
@@ -195,31 +195,31 @@ void PulseCapture::StreamChanged(pa_stream* changed, void* user) {
     if (state == PA_STREAM_READY) {
         self.StreamReady();
     } else if (!PA_STREAM_IS_GOOD(state)) {
-        const bool serverIsThere = PA_CONTEXT_IS_GOOD(pa_context_get_state(self.context.get()));
+        const bool serverIsThere = PA_CONTEXT_IS_GOOD(pa_context_get_state(self.Context.get()));
         self.Break(serverIsThere ? WaveInIncidentKind::DeviceLost : WaveInIncidentKind::ServerLost);
     }
 }
 
 void PulseCapture::StreamReady() {
-    const char* const name = pa_stream_get_device_name(stream.get());
-    if (name == nullptr || target.Source != name) {
+    const char* const name = pa_stream_get_device_name(Stream.get());
+    if (name == nullptr || Wanted.Source != name) {
         Break(WaveInIncidentKind::DeviceLost);
         return;
     }
-    accepting = true;
-    lastArrival = Now();
+    Accepting = true;
+    LastArrival = Now();
     Finish(Attempt::Succeeded);
 }
 
 void PulseCapture::StreamMoved(pa_stream* moved, void* user) {
     PulseCapture& self = Self(user);
     const char* const name = pa_stream_get_device_name(moved);
-    if (name == nullptr || self.target.Source != name) self.Break(WaveInIncidentKind::DeviceLost);
+    if (name == nullptr || self.Wanted.Source != name) self.Break(WaveInIncidentKind::DeviceLost);
 }
 
 void PulseCapture::StreamSuspended(pa_stream* suspended, void* user) {
     PulseCapture& self = Self(user);
-    if (self.accepting && pa_stream_is_suspended(suspended) > 0) {
+    if (self.Accepting && pa_stream_is_suspended(suspended) > 0) {
         self.TellLost(WaveInIncidentKind::DeviceLost, false);
     }
 }
@@ -231,64 +231,64 @@ void PulseCapture::StreamReadable(pa_stream*, size_t, void* user) {
 void PulseCapture::Read() {
     uint64_t frames = 0;
     // Frames of a stream that is not known to be the right one are thrown away.
-    while (pa_stream_readable_size(stream.get()) > 0) {
+    while (pa_stream_readable_size(Stream.get()) > 0) {
         const void* data = nullptr;
         size_t bytes = 0;
-        if (pa_stream_peek(stream.get(), &data, &bytes) < 0 || bytes == 0) break;
-        if (accepting) {
+        if (pa_stream_peek(Stream.get(), &data, &bytes) < 0 || bytes == 0) break;
+        if (Accepting) {
             Take(data, bytes / sizeof(Frame));
             frames += bytes / sizeof(Frame);
         }
-        pa_stream_drop(stream.get());
+        pa_stream_drop(Stream.get());
     }
     if (frames == 0) return;
     Account(frames);
-    if (delivering) arrived();
+    if (Delivering) Arrived();
 }
 
 void PulseCapture::BeginDelivering() {
-    if (delivering || !road.Open) return;
-    delivering = true;
-    meter.Start(Now());
+    if (Delivering || !Road.Open) return;
+    Delivering = true;
+    Meter.Start(Now());
 }
 
 void PulseCapture::Take(const void* data, size_t frames) {
-    away = false;
+    Away = false;
     BeginDelivering();
-    if (!delivering) return;
-    if (toldLost) {
-        toldLost = false;
-        Say(CaptureNotice::What::Back, awayKind, 0);
+    if (!Delivering) return;
+    if (ToldLost) {
+        ToldLost = false;
+        Say(CaptureNotice::What::Back, AwayKind, 0);
     }
     if (data == nullptr) {  // a hole: the server says itself that these are missing
         Say(CaptureNotice::What::Incident, WaveInIncidentKind::Overrun, frames);
         return;
     }
     const std::span<const Frame> all(static_cast<const Frame*>(data), frames);
-    const size_t taken = road.Frames.Push(all);
-    if (taken > 0 && overflowed > 0) {
-        Say(CaptureNotice::What::Incident, WaveInIncidentKind::Overrun, overflowed);
-        overflowed = 0;
+    const size_t taken = Road.Frames.Push(all);
+    if (taken > 0 && Overflowed > 0) {
+        Say(CaptureNotice::What::Incident, WaveInIncidentKind::Overrun, Overflowed);
+        Overflowed = 0;
     }
-    overflowed += frames - taken;
+    Overflowed += frames - taken;
 }
 
 void PulseCapture::Account(uint64_t frames) {
-    lastArrival = Now();
-    if (!delivering) return;
-    if (const std::optional<LossMeter::Loss> loss = meter.Arrived(lastArrival, frames)) {
+    LastArrival = Now();
+    if (!Delivering) return;
+    if (const std::optional<LossMeter::Loss> loss = Meter.Arrived(LastArrival, frames)) {
         Say(CaptureNotice::What::Incident, loss->Kind, loss->Frames);
     }
 }
 
 void PulseCapture::TellLost(WaveInIncidentKind kind, bool certain) {
-    away = true;
-    awayKind = kind;
+    Away = true;
+    AwayKind = kind;
     BeginDelivering();
-    if (!delivering) return;
-    meter.Interrupted(kind, certain);
-    if (toldLost) return;
-    toldLost = true;
+    if (!Delivering) return;
+    Meter.Interrupted(kind, certain);
+    if (ToldLost) return;
+    ToldLost = true;
     Say(CaptureNotice::What::Lost, kind, 0);
 }
 
@@ -297,8 +297,8 @@ void PulseCapture::Say(CaptureNotice::What said, WaveInIncidentKind kind, uint64
     notice.Said = said;
     notice.Kind = kind;
     notice.LostFrames = lostFrames;
-    road.Say(notice);
-    arrived();
+    Road.Say(notice);
+    Arrived();
 }
 
 }  // namespace Corvetape

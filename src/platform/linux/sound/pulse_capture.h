@@ -68,33 +68,33 @@ class PulseCapture {
     static void StreamSuspended(pa_stream* stream, void* user);
     static void StreamReadable(pa_stream* stream, size_t bytes, void* user);
 
-    const Target target;
-    CaptureRoad& road;
-    const std::function<void()> arrived;
+    const Target Wanted;
+    CaptureRoad& Road;
+    const std::function<void()> Arrived;
 
     // Of the capture thread only.
-    PulseLoop loop;
-    PulseContext context;
-    PulseStream stream;
-    PulseOperation question;
-    LossMeter meter;
-    bool delivering = false;  // the road is open, and the meter runs
-    bool accepting = false;   // the stream is ready and from the right source
-    bool away = false;        // nothing comes at present
-    bool toldLost = false;    // and the road knows
-    WaveInIncidentKind awayKind = WaveInIncidentKind::DeviceLost;
-    bool broken = false;      // connection to be given up
-    uint64_t overflowed = 0;  // frames that the road had no room for
-    int64_t attemptBegan = 0;
-    int64_t nextAttempt = 0;
-    int64_t lastArrival = 0;
+    PulseLoop Loop;
+    PulseContext Context;
+    PulseStream Stream;
+    PulseOperation Question;
+    LossMeter Meter;
+    bool Delivering = false;  // the road is open, and the meter runs
+    bool Accepting = false;   // the stream is ready and from the right source
+    bool Away = false;        // nothing comes at present
+    bool ToldLost = false;    // and the road knows
+    WaveInIncidentKind AwayKind = WaveInIncidentKind::DeviceLost;
+    bool Broken = false;      // connection to be given up
+    uint64_t Overflowed = 0;  // frames that the road had no room for
+    int64_t AttemptBegan = 0;
+    int64_t NextAttempt = 0;
+    int64_t LastArrival = 0;
 
-    Descriptor wake;
-    std::atomic<bool> ending{false};
-    std::mutex attemptLock;
-    std::condition_variable attemptEnded;
-    Attempt attempt = Attempt::Pending;
-    std::thread thread;
+    Descriptor Wake;
+    std::atomic<bool> Ending{false};
+    std::mutex AttemptLock;
+    std::condition_variable AttemptEnded;
+    Attempt PresentAttempt = Attempt::Pending;
+    std::thread Thread;
 };
 
 }  // namespace Corvetape

@@ -13,27 +13,27 @@ namespace {
 /// Buffers that have been handed to the device, oldest first. Takes no memory in steady running.
 class WaitingBuffers {
  public:
-    WaitingBuffers() { headers.reserve(1024); }
+    WaitingBuffers() { Headers.reserve(1024); }
 
     void Add(WaveHeader& header) {
-        if (taken == headers.size()) {
+        if (Taken == Headers.size()) {
             Clear();
-        } else if (headers.size() == headers.capacity() && taken >= headers.size() / 2) {
-            headers.erase(headers.begin(), headers.begin() + static_cast<std::ptrdiff_t>(taken));
-            taken = 0;
+        } else if (Headers.size() == Headers.capacity() && Taken >= Headers.size() / 2) {
+            Headers.erase(Headers.begin(), Headers.begin() + static_cast<std::ptrdiff_t>(Taken));
+            Taken = 0;
         }
-        headers.push_back(&header);
+        Headers.push_back(&header);
     }
-    WaveHeader* First() const { return taken < headers.size() ? headers[taken] : nullptr; }
-    void Take() { ++taken; }
+    WaveHeader* First() const { return Taken < Headers.size() ? Headers[Taken] : nullptr; }
+    void Take() { ++Taken; }
     void Clear() {
-        headers.clear();
-        taken = 0;
+        Headers.clear();
+        Taken = 0;
     }
 
  private:
-    std::vector<WaveHeader*> headers;
-    size_t taken = 0;
+    std::vector<WaveHeader*> Headers;
+    size_t Taken = 0;
 };
 
 /// The logic thread's side of an open source. Posted work holds it weakly, so it may go at any time, also
@@ -43,10 +43,10 @@ class Receiver : public std::enable_shared_from_this<Receiver> {
     Receiver(EventLoop& eventLoop, BufferReturn returnMode, WaveInEvents wanted, size_t queueFrames,
              std::string device)
         : Road(queueFrames),
-          loop(eventLoop),
-          mode(returnMode),
-          events(std::move(wanted)),
-          deviceName(std::move(device)) {}
+          Loop(eventLoop),
+          Mode(returnMode),
+          Events(std::move(wanted)),
+          DeviceName(std::move(device)) {}
 
     /// Called by the capture thread: at most one piece of work is on its way to the loop.
     void Arrived() {
@@ -56,13 +56,13 @@ class Receiver : public std::enable_shared_from_this<Receiver> {
     }
 
     void AddBuffer(WaveHeader& header) {
-        waiting.Add(header);
-        if (!Polled() && !delivering && Road.Open && Road.Frames.Available() >= BufferFrames) PostDelivery();
+        Waiting.Add(header);
+        if (!Polled() && !Delivering && Road.Open && Road.Frames.Available() >= BufferFrames) PostDelivery();
     }
 
     void Forget() {
-        ++generation;
-        waiting.Clear();
+        ++Generation;
+        Waiting.Clear();
         Road.Open = false;
         Road.Clear();
     }
@@ -70,39 +70,39 @@ class Receiver : public std::enable_shared_from_this<Receiver> {
     /// Fills at most `most` buffers and tells what lies between them.
     void Deliver(size_t most) {
         const std::shared_ptr<Receiver> keep = shared_from_this();
-        const uint64_t began = generation;
-        const bool outer = std::exchange(delivering, true);
-        for (size_t count = 0; count < most && began == generation; ++count) {
+        const uint64_t began = Generation;
+        const bool outer = std::exchange(Delivering, true);
+        for (size_t count = 0; count < most && began == Generation; ++count) {
             if (!TellNotices(began)) break;
-            WaveHeader* const header = waiting.First();
+            WaveHeader* const header = Waiting.First();
             if (header == nullptr) break;
             const size_t frames = header->dwBufferLength / sizeof(Frame);
             if (Road.Frames.Available() < frames) break;
-            waiting.Take();
+            Waiting.Take();
             Road.Frames.Pop({header->lpData, frames});
             header->dwBytesRecorded = static_cast<uint32_t>(frames * sizeof(Frame));
             header->dwFlags |= WHDR_DONE;
-            if (!Polled() && events.BufferDone) events.BufferDone(*header);
+            if (!Polled() && Events.BufferDone) Events.BufferDone(*header);
         }
-        delivering = outer;
+        Delivering = outer;
     }
 
     CaptureRoad Road;
     size_t BufferFrames = 0;
 
  private:
-    bool Polled() const { return mode == BufferReturn::PollByTimer || mode == BufferReturn::PollPrecisely; }
+    bool Polled() const { return Mode == BufferReturn::PollByTimer || Mode == BufferReturn::PollPrecisely; }
 
     void PostDelivery() {
-        if (posted.exchange(true)) return;
-        loop.Post([weak = weak_from_this()] {
+        if (IsPosted.exchange(true)) return;
+        Loop.Post([weak = weak_from_this()] {
             if (const std::shared_ptr<Receiver> self = weak.lock()) self->Posted();
         });
     }
 
     void Posted() {
-        posted = false;
-        if (mode == BufferReturn::Loop) {
+        IsPosted = false;
+        if (Mode == BufferReturn::Loop) {
             Deliver(static_cast<size_t>(-1));
             return;
         }
@@ -118,34 +118,34 @@ class Receiver : public std::enable_shared_from_this<Receiver> {
             switch (notice->Said) {
                 case CaptureNotice::What::Lost:
                 case CaptureNotice::What::Back:
-                    if (events.Availability) {
-                        events.Availability(notice->Said == CaptureNotice::What::Lost);
+                    if (Events.Availability) {
+                        Events.Availability(notice->Said == CaptureNotice::What::Lost);
                     }
                     break;
                 case CaptureNotice::What::Incident:
-                    if (events.Incident) events.Incident({notice->Kind, notice->LostFrames, deviceName});
+                    if (Events.Incident) Events.Incident({notice->Kind, notice->LostFrames, DeviceName});
                     break;
             }
-            if (began != generation) return false;
+            if (began != Generation) return false;
         }
         return true;
     }
 
-    EventLoop& loop;
-    const BufferReturn mode;
-    const WaveInEvents events;
-    const std::string deviceName;
-    WaitingBuffers waiting;
-    uint64_t generation = 0;
-    bool delivering = false;
-    std::atomic<bool> posted{false};
+    EventLoop& Loop;
+    const BufferReturn Mode;
+    const WaveInEvents Events;
+    const std::string DeviceName;
+    WaitingBuffers Waiting;
+    uint64_t Generation = 0;
+    bool Delivering = false;
+    std::atomic<bool> IsPosted{false};
 };
 
 class PulseWaveInStream : public WaveInStream {
  public:
     PulseWaveInStream(std::shared_ptr<Receiver> logicSide, PulseCapture::Target source)
-        : receiver(std::move(logicSide)), target(std::move(source)) {
-        receiver->BufferFrames = target.FramesPerBuffer;
+        : LogicSide(std::move(logicSide)), Wanted(std::move(source)) {
+        LogicSide->BufferFrames = Wanted.FramesPerBuffer;
     }
     ~PulseWaveInStream() override { Reset(); }
     PulseWaveInStream(const PulseWaveInStream&) = delete;
@@ -153,64 +153,63 @@ class PulseWaveInStream : public WaveInStream {
 
     bool Connect(std::chrono::milliseconds limit) {
         BeginCapture();
-        return capture->WaitForStart(limit);
+        return Capture->WaitForStart(limit);
     }
 
-    void AddBuffer(WaveHeader& header) override { receiver->AddBuffer(header); }
+    void AddBuffer(WaveHeader& header) override { LogicSide->AddBuffer(header); }
 
     bool Start() override {
-        receiver->Road.Open = true;
-        if (!capture) BeginCapture();
+        LogicSide->Road.Open = true;
+        if (!Capture) BeginCapture();
         return true;
     }
 
     void Reset() override {
-        capture.reset();
-        receiver->Forget();
+        Capture.reset();
+        LogicSide->Forget();
     }
 
-    void Deliver() override { receiver->Deliver(static_cast<size_t>(-1)); }
+    void Deliver() override { LogicSide->Deliver(static_cast<size_t>(-1)); }
 
  private:
     void BeginCapture() {
-        capture =
-            std::make_unique<PulseCapture>(target, receiver->Road, [to = receiver.get()] { to->Arrived(); });
+        Capture = std::make_unique<PulseCapture>(Wanted, LogicSide->Road,
+                                                 [to = LogicSide.get()] { to->Arrived(); });
     }
 
-    std::shared_ptr<Receiver> receiver;
-    const PulseCapture::Target target;
-    std::unique_ptr<PulseCapture> capture;  // goes before what it fills
+    std::shared_ptr<Receiver> LogicSide;
+    const PulseCapture::Target Wanted;
+    std::unique_ptr<PulseCapture> Capture;  // goes before what it fills
 };
 
 }  // namespace
 
 PulseWaveIn::PulseWaveIn(EventLoop& eventLoop) : PulseWaveIn(eventLoop, Options()) {}
 
-PulseWaveIn::PulseWaveIn(EventLoop& eventLoop, Options wanted)
-    : loop(eventLoop), options(std::move(wanted)) {}
+PulseWaveIn::PulseWaveIn(EventLoop& eventLoop, Options wanted) : Loop(eventLoop), Choice(std::move(wanted)) {}
 
 std::vector<WaveInDevice> PulseWaveIn::Devices() {
-    devices = ListPulseDevices(options.Server, options.ConnectLimit);
-    return devices;
+    Listed = ListPulseDevices(Choice.Server, Choice.ConnectLimit);
+    return Listed;
 }
 
 std::unique_ptr<WaveInStream> PulseWaveIn::Open(size_t device, const WaveFormat& format, BufferReturn mode,
                                                 WaveInEvents events) {
     const bool knownRate = format.nSamplesPerSec == 44100 || format.nSamplesPerSec == 48000;
-    if (device >= devices.size() || format != MakeWaveFormat(format.nSamplesPerSec) || !knownRate) {
+    if (device >= Listed.size() || format != MakeWaveFormat(format.nSamplesPerSec) || !knownRate) {
         return nullptr;
     }
     PulseCapture::Target target;
-    target.Server = options.Server;
-    target.Source = devices[device].Id;
+    target.Server = Choice.Server;
+    target.Source = Listed[device].Id;
     target.FramesPerSecond = format.nSamplesPerSec;
     target.FramesPerBuffer = format.nAvgBytesPerSec / 4 / 20;
-    target.RetryInterval = options.RetryInterval;
-    const size_t queueFrames = static_cast<size_t>(options.QueueLength.count()) * format.nSamplesPerSec;
+    target.RetryInterval = Choice.RetryInterval;
+    const size_t queueFrames = static_cast<size_t>(Choice.QueueLength.count()) * format.nSamplesPerSec;
     auto stream = std::make_unique<PulseWaveInStream>(
-        std::make_shared<Receiver>(loop, mode, std::move(events), queueFrames, devices[device].Name),
+        std::make_shared<Receiver>(Loop, mode, std::move(events), queueFrames, Listed[device].Name),
         std::move(target));
-    if (!stream->Connect(options.OpenLimit)) return nullptr;
+    if (!stream->Connect(Choice.OpenLimit)) return nullptr;
     return stream;
 }
 

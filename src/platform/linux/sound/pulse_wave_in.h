@@ -39,9 +39,9 @@ class PulseWaveIn : public WaveIn {
                                        WaveInEvents events) override;
 
  private:
-    EventLoop& loop;
-    Options options;
-    std::vector<WaveInDevice> devices;
+    EventLoop& Loop;
+    Options Choice;
+    std::vector<WaveInDevice> Listed;
 };
 
 }  // namespace Corvetape

@@ -40,94 +40,94 @@ float Product(const float* samples, const float* weights, size_t count) {
 
 }  // namespace
 
-Resampler::Resampler(uint32_t from, uint32_t to, Source sourceOfFrames) : source(std::move(sourceOfFrames)) {
+Resampler::Resampler(uint32_t from, uint32_t to, Source sourceOfFrames) : Input(std::move(sourceOfFrames)) {
     const uint32_t common = std::gcd(from, to);
-    up = to / common;
-    down = from / common;
+    Up = to / common;
+    Down = from / common;
     const double ratio = std::min(1.0, static_cast<double>(to) / from);
-    half = static_cast<size_t>(std::ceil(ZeroCrossings / ratio / (Lanes / 2.0))) * (Lanes / 2);
-    taps = 2 * half;
-    blended = up * taps > MostWeights;
-    phases = blended ? BlendedPhases : static_cast<size_t>(up);
+    Half = static_cast<size_t>(std::ceil(ZeroCrossings / ratio / (Lanes / 2.0))) * (Lanes / 2);
+    Taps = 2 * Half;
+    Blended = Up * Taps > MostWeights;
+    Phases = Blended ? BlendedPhases : static_cast<size_t>(Up);
     MakeWeights(ratio * (1 - Slope));
-    blend.resize(taps);
-    block.resize(2 * BlockFrames);
-    left.assign(half - 1, 0.0F);  // silence before the signal
-    right = left;
-    filled = half - 1;
+    Blend.resize(Taps);
+    Block.resize(2 * BlockFrames);
+    Left.assign(Half - 1, 0.0F);  // silence before the signal
+    Right = Left;
+    Filled = Half - 1;
 }
 
 void Resampler::MakeWeights(double cutoff) {
-    weights.resize((phases + 1) * taps);
-    const double reach = static_cast<double>(half);
+    Weights.resize((Phases + 1) * Taps);
+    const double reach = static_cast<double>(Half);
     const double top = Bessel(WindowShape);
-    std::vector<double> set(taps);
-    for (size_t phase = 0; phase <= phases; ++phase) {
-        const double fraction = static_cast<double>(phase) / static_cast<double>(phases);
+    std::vector<double> set(Taps);
+    for (size_t phase = 0; phase <= Phases; ++phase) {
+        const double fraction = static_cast<double>(phase) / static_cast<double>(Phases);
         double sum = 0;
-        for (size_t tap = 0; tap < taps; ++tap) {
+        for (size_t tap = 0; tap < Taps; ++tap) {
             const double distance = static_cast<double>(tap) - (reach - 1) - fraction;
             const double x = std::numbers::pi * cutoff * distance;
             const double inside = std::max(0.0, 1 - (distance / reach) * (distance / reach));
             set[tap] = (x == 0 ? 1.0 : std::sin(x) / x) * Bessel(WindowShape * std::sqrt(inside)) / top;
             sum += set[tap];
         }
-        for (size_t tap = 0; tap < taps; ++tap) {
-            weights[phase * taps + tap] = static_cast<float>(set[tap] / sum);
+        for (size_t tap = 0; tap < Taps; ++tap) {
+            Weights[phase * Taps + tap] = static_cast<float>(set[tap] / sum);
         }
     }
 }
 
 bool Resampler::Refill() {
-    if (ended) return false;
-    left.erase(left.begin(), left.begin() + static_cast<std::ptrdiff_t>(at));
-    right.erase(right.begin(), right.begin() + static_cast<std::ptrdiff_t>(at));
-    filled -= at;
-    at = 0;
-    const size_t got = source(block);
+    if (Ended) return false;
+    Left.erase(Left.begin(), Left.begin() + static_cast<std::ptrdiff_t>(At));
+    Right.erase(Right.begin(), Right.begin() + static_cast<std::ptrdiff_t>(At));
+    Filled -= At;
+    At = 0;
+    const size_t got = Input(Block);
     for (size_t i = 0; i < got; ++i) {
-        left.push_back(block[2 * i]);
-        right.push_back(block[2 * i + 1]);
+        Left.push_back(Block[2 * i]);
+        Right.push_back(Block[2 * i + 1]);
     }
-    filled += got;
+    Filled += got;
     if (got < BlockFrames) {
-        ended = true;
-        end = filled;
-        left.resize(filled + taps, 0.0F);  // silence behind it
-        right.resize(filled + taps, 0.0F);
-        filled += taps;
+        Ended = true;
+        End = Filled;
+        Left.resize(Filled + Taps, 0.0F);  // silence behind it
+        Right.resize(Filled + Taps, 0.0F);
+        Filled += Taps;
     }
     return true;
 }
 
 void Resampler::WeightsAt(uint64_t place) {
-    const double exact = static_cast<double>(place) * static_cast<double>(phases) / static_cast<double>(up);
+    const double exact = static_cast<double>(place) * static_cast<double>(Phases) / static_cast<double>(Up);
     const auto phase = static_cast<size_t>(exact);
     const auto part = static_cast<float>(exact - static_cast<double>(phase));
-    const float* const before = weights.data() + phase * taps;
-    const float* const after = before + taps;
-    for (size_t tap = 0; tap < taps; ++tap) blend[tap] = before[tap] + part * (after[tap] - before[tap]);
+    const float* const before = Weights.data() + phase * Taps;
+    const float* const after = before + Taps;
+    for (size_t tap = 0; tap < Taps; ++tap) Blend[tap] = before[tap] + part * (after[tap] - before[tap]);
 }
 
 size_t Resampler::Read(std::span<float> interleaved) {
     const size_t frames = interleaved.size() / 2;
     for (size_t done = 0; done < frames; ++done) {
-        while (at + taps > filled) {
+        while (At + Taps > Filled) {
             if (!Refill()) return done;
         }
         // The signal is over when the next output frame would lie behind its last one.
-        if (ended && at + half - 1 >= end) return done;
-        const float* set = blend.data();
-        if (blended) {
-            WeightsAt(position);
+        if (Ended && At + Half - 1 >= End) return done;
+        const float* set = Blend.data();
+        if (Blended) {
+            WeightsAt(Position);
         } else {
-            set = weights.data() + position * taps;
+            set = Weights.data() + Position * Taps;
         }
-        interleaved[2 * done] = Product(left.data() + at, set, taps);
-        interleaved[2 * done + 1] = Product(right.data() + at, set, taps);
-        position += down;
-        at += static_cast<size_t>(position / up);
-        position %= up;
+        interleaved[2 * done] = Product(Left.data() + At, set, Taps);
+        interleaved[2 * done + 1] = Product(Right.data() + At, set, Taps);
+        Position += Down;
+        At += static_cast<size_t>(Position / Up);
+        Position %= Up;
     }
     return frames;
 }

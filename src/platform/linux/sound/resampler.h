@@ -31,24 +31,24 @@ class Resampler {
     bool Refill();
     void WeightsAt(uint64_t position);
 
-    Source source;
-    uint64_t up = 1;    // output positions between two input frames
-    uint64_t down = 1;  // positions from one output frame to the next
-    size_t half = 0;    // input frames on each side that have weight
-    size_t taps = 0;
-    size_t phases = 0;           // sets of weights from one input frame to the next
-    bool blended = false;        // too many positions for a set each: neighbours are blended
-    std::vector<float> weights;  // phases + 1 sets
-    std::vector<float> blend;
+    Source Input;
+    uint64_t Up = 1;    // output positions between two input frames
+    uint64_t Down = 1;  // positions from one output frame to the next
+    size_t Half = 0;    // input frames on each side that have weight
+    size_t Taps = 0;
+    size_t Phases = 0;           // sets of weights from one input frame to the next
+    bool Blended = false;        // too many positions for a set each: neighbours are blended
+    std::vector<float> Weights;  // phases + 1 sets
+    std::vector<float> Blend;
 
-    std::vector<float> left;
-    std::vector<float> right;
-    size_t filled = 0;      // frames in left and right
-    size_t at = 0;          // first frame that the next output frame needs
-    uint64_t position = 0;  // of the next output frame behind frame at + half - 1, in 1/up
-    size_t end = 0;         // frames of the signal in left and right; known once `ended`
-    bool ended = false;
-    std::vector<float> block;
+    std::vector<float> Left;
+    std::vector<float> Right;
+    size_t Filled = 0;      // frames in left and right
+    size_t At = 0;          // first frame that the next output frame needs
+    uint64_t Position = 0;  // of the next output frame behind frame at + half - 1, in 1/up
+    size_t End = 0;         // frames of the signal in left and right; known once `ended`
+    bool Ended = false;
+    std::vector<float> Block;
 };
 
 }  // namespace Corvetape

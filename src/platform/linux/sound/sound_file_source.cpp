@@ -65,33 +65,33 @@ float Sample(const std::byte* bytes, const WaveFileInfo& info) {
 class WaveDecoder : public Decoder {
  public:
     WaveDecoder(Descriptor openFile, WaveFileInfo fileInfo)
-        : file(std::move(openFile)), info(std::move(fileInfo)) {}
+        : File(std::move(openFile)), Header(std::move(fileInfo)) {}
 
-    uint32_t Channels() const override { return info.Channels; }
+    uint32_t Channels() const override { return Header.Channels; }
 
     size_t Read(std::span<float> samples) override {
-        const size_t frameBytes = size_t{info.BytesPerSample} * info.Channels;
-        const uint64_t left = info.DataBytes - done;
+        const size_t frameBytes = size_t{Header.BytesPerSample} * Header.Channels;
+        const uint64_t left = Header.DataBytes - Done;
         const auto wanted =
-            static_cast<size_t>(std::min<uint64_t>(samples.size() / info.Channels * frameBytes, left));
-        bytes.resize(wanted);
-        const size_t got = ReadAt(file.Number(), info.DataOffset + done, bytes) / frameBytes;
-        done += got * frameBytes;
-        cutOff = cutOff || got * frameBytes < wanted;
-        for (size_t i = 0; i < got * info.Channels; ++i) {
-            samples[i] = Sample(bytes.data() + i * info.BytesPerSample, info);
+            static_cast<size_t>(std::min<uint64_t>(samples.size() / Header.Channels * frameBytes, left));
+        Bytes.resize(wanted);
+        const size_t got = ReadAt(File.Number(), Header.DataOffset + Done, Bytes) / frameBytes;
+        Done += got * frameBytes;
+        CutOff = CutOff || got * frameBytes < wanted;
+        for (size_t i = 0; i < got * Header.Channels; ++i) {
+            samples[i] = Sample(Bytes.data() + i * Header.BytesPerSample, Header);
         }
         return got;
     }
 
-    std::string Error() const override { return cutOff ? CutOffText : ""; }
+    std::string Error() const override { return CutOff ? CutOffText : ""; }
 
  private:
-    Descriptor file;
-    WaveFileInfo info;
-    uint64_t done = 0;
-    bool cutOff = false;
-    std::vector<std::byte> bytes;
+    Descriptor File;
+    WaveFileInfo Header;
+    uint64_t Done = 0;
+    bool CutOff = false;
+    std::vector<std::byte> Bytes;
 };
 
 /// Keeps the standard error output quiet: the MPEG decoder behind libsndfile writes its notes there, past
@@ -100,18 +100,18 @@ class QuietDecoder {
  public:
     explicit QuietDecoder(bool needed) {
         if (!needed) return;
-        kept = Descriptor(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3));
+        Kept = Descriptor(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3));
         const Descriptor nowhere(open("/dev/null", O_WRONLY | O_CLOEXEC));
-        if (kept && nowhere) dup2(nowhere.Number(), STDERR_FILENO);
+        if (Kept && nowhere) dup2(nowhere.Number(), STDERR_FILENO);
     }
     ~QuietDecoder() {
-        if (kept) dup2(kept.Number(), STDERR_FILENO);
+        if (Kept) dup2(Kept.Number(), STDERR_FILENO);
     }
     QuietDecoder(const QuietDecoder&) = delete;
     QuietDecoder& operator=(const QuietDecoder&) = delete;
 
  private:
-    Descriptor kept;
+    Descriptor Kept;
 };
 
 class LibraryDecoder : public Decoder {
@@ -120,23 +120,23 @@ class LibraryDecoder : public Decoder {
     static std::unique_ptr<LibraryDecoder> Open(const std::string& path) {
         auto decoder = std::unique_ptr<LibraryDecoder>(new LibraryDecoder);
         const QuietDecoder quiet(true);
-        decoder->file.reset(sf_open(path.c_str(), SFM_READ, &decoder->Info));
-        if (!decoder->file) return nullptr;
-        decoder->isMpeg = (decoder->Info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG;
+        decoder->File.reset(sf_open(path.c_str(), SFM_READ, &decoder->Info));
+        if (!decoder->File) return nullptr;
+        decoder->IsMpeg = (decoder->Info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG;
         return decoder;
     }
 
     uint32_t Channels() const override { return static_cast<uint32_t>(Info.channels); }
 
     size_t Read(std::span<float> samples) override {
-        const QuietDecoder quiet(isMpeg);
+        const QuietDecoder quiet(IsMpeg);
         const size_t wanted = samples.size() / Channels();
         size_t got = 0;
         while (got < wanted) {
-            const sf_count_t some = sf_readf_float(file.get(), samples.data() + got * Channels(),
+            const sf_count_t some = sf_readf_float(File.get(), samples.data() + got * Channels(),
                                                    static_cast<sf_count_t>(wanted - got));
             // The next call forgets what went wrong in this one.
-            if (firstError == SF_ERR_NO_ERROR) firstError = sf_error(file.get());
+            if (FirstError == SF_ERR_NO_ERROR) FirstError = sf_error(File.get());
             if (some <= 0) break;
             got += static_cast<size_t>(some);
         }
@@ -144,7 +144,7 @@ class LibraryDecoder : public Decoder {
     }
 
     std::string Error() const override {
-        return firstError == SF_ERR_NO_ERROR ? "" : sf_error_number(firstError);
+        return FirstError == SF_ERR_NO_ERROR ? "" : sf_error_number(FirstError);
     }
 
     SourceMedia Tags() const {
@@ -165,13 +165,13 @@ class LibraryDecoder : public Decoder {
     LibraryDecoder() = default;
 
     std::string Tag(int number) const {
-        const char* const text = sf_get_string(file.get(), number);
+        const char* const text = sf_get_string(File.get(), number);
         return text != nullptr ? TagText(text) : "";
     }
 
-    std::unique_ptr<SNDFILE, Closer> file;
-    bool isMpeg = false;
-    int firstError = SF_ERR_NO_ERROR;
+    std::unique_ptr<SNDFILE, Closer> File;
+    bool IsMpeg = false;
+    int FirstError = SF_ERR_NO_ERROR;
 };
 
 /// True if the last page of an Ogg file is cut off, or does not say that it is the last one.
@@ -322,27 +322,27 @@ OpenedFile OpenChecked(const std::string& path) {
 /// Where the frames come from, and their way into 16 bits.
 class SoundFileSource::Feed {
  public:
-    Feed(OpenedFile openedFile, uint32_t rate) : opened(std::move(openedFile)) {
-        const WaveFileInfo& wave = opened.Wave;
-        const bool asItIs = opened.Direct && wave.Channels == 2 && wave.BytesPerSample == 2 &&
-                            !wave.IsFloat && opened.Rate == rate;
+    Feed(OpenedFile openedFile, uint32_t rate) : Opened(std::move(openedFile)) {
+        const WaveFileInfo& wave = Opened.Wave;
+        const bool asItIs = Opened.Direct && wave.Channels == 2 && wave.BytesPerSample == 2 &&
+                            !wave.IsFloat && Opened.Rate == rate;
         if (asItIs) {
-            posix_fadvise(opened.Direct.Number(), 0, 0, POSIX_FADV_SEQUENTIAL);
+            posix_fadvise(Opened.Direct.Number(), 0, 0, POSIX_FADV_SEQUENTIAL);
             return;
         }
-        if (opened.Direct) opened.Samples = std::make_unique<WaveDecoder>(std::move(opened.Direct), wave);
-        if (opened.Rate == rate) return;
-        resampler = std::make_unique<Resampler>(
-            opened.Rate, rate, [this](std::span<float> interleaved) { return ReadStereo(interleaved); });
+        if (Opened.Direct) Opened.Samples = std::make_unique<WaveDecoder>(std::move(Opened.Direct), wave);
+        if (Opened.Rate == rate) return;
+        Converter = std::make_unique<Resampler>(
+            Opened.Rate, rate, [this](std::span<float> interleaved) { return ReadStereo(interleaved); });
     }
 
     size_t Read(std::span<Frame> frames) {
-        if (!opened.Samples) return ReadAsItIs(frames);
+        if (!Opened.Samples) return ReadAsItIs(frames);
         size_t done = 0;
         while (done < frames.size()) {
             const std::span<float> part =
-                std::span(block).first(std::min(block.size(), (frames.size() - done) * 2));
-            const size_t got = resampler ? resampler->Read(part) : ReadStereo(part);
+                std::span(Block).first(std::min(Block.size(), (frames.size() - done) * 2));
+            const size_t got = Converter ? Converter->Read(part) : ReadStereo(part);
             for (size_t i = 0; i < got; ++i) {
                 frames[done + i] = {Sample16(part[2 * i]), Sample16(part[2 * i + 1])};
             }
@@ -353,35 +353,35 @@ class SoundFileSource::Feed {
     }
 
     std::string Error() const {
-        if (opened.Samples) return opened.Samples->Error();
-        return cutOff ? CutOffText : "";
+        if (Opened.Samples) return Opened.Samples->Error();
+        return CutOff ? CutOffText : "";
     }
 
  private:
     size_t ReadAsItIs(std::span<Frame> frames) {
-        const uint64_t left = opened.Wave.DataBytes - directBytes;
+        const uint64_t left = Opened.Wave.DataBytes - DirectBytes;
         const std::span<std::byte> bytes = std::as_writable_bytes(frames);
         const auto wanted = static_cast<size_t>(std::min<uint64_t>(bytes.size(), left));
         const size_t got =
-            ReadAt(opened.Direct.Number(), opened.Wave.DataOffset + directBytes, bytes.first(wanted)) /
+            ReadAt(Opened.Direct.Number(), Opened.Wave.DataOffset + DirectBytes, bytes.first(wanted)) /
             sizeof(Frame);
-        directBytes += got * sizeof(Frame);
-        cutOff = cutOff || got * sizeof(Frame) < wanted;
+        DirectBytes += got * sizeof(Frame);
+        CutOff = CutOff || got * sizeof(Frame) < wanted;
         return got;
     }
 
     size_t ReadStereo(std::span<float> interleaved) {
-        if (opened.Channels == 2) return opened.Samples->Read(interleaved);
-        const size_t got = opened.Samples->Read(interleaved.first(interleaved.size() / 2));
+        if (Opened.Channels == 2) return Opened.Samples->Read(interleaved);
+        const size_t got = Opened.Samples->Read(interleaved.first(interleaved.size() / 2));
         for (size_t i = got; i-- > 0;) interleaved[2 * i] = interleaved[2 * i + 1] = interleaved[i];
         return got;
     }
 
-    OpenedFile opened;
-    std::unique_ptr<Resampler> resampler;
-    uint64_t directBytes = 0;
-    bool cutOff = false;
-    std::array<float, 8192> block{};
+    OpenedFile Opened;
+    std::unique_ptr<Resampler> Converter;
+    uint64_t DirectBytes = 0;
+    bool CutOff = false;
+    std::array<float, 8192> Block{};
 };
 
 SoundFileSource::Result SoundFileSource::Open(const std::string& path, uint32_t framesPerSecond) {
@@ -390,15 +390,15 @@ SoundFileSource::Result SoundFileSource::Open(const std::string& path, uint32_t 
         return {nullptr, opened.Problem, path + ": " + opened.Why};
     }
     std::unique_ptr<SoundFileSource> source(new SoundFileSource);
-    source->rate = framesPerSecond;
-    source->format = {opened.Rate, opened.Channels, opened.BitsPerSample};
-    source->media = opened.Tags;
-    source->lengthKnown = opened.Frames < static_cast<uint64_t>(SF_COUNT_MAX);
-    source->endMissing = opened.EndMissing;
+    source->Rate = framesPerSecond;
+    source->FileFormat = {opened.Rate, opened.Channels, opened.BitsPerSample};
+    source->Media = opened.Tags;
+    source->LengthKnown = opened.Frames < static_cast<uint64_t>(SF_COUNT_MAX);
+    source->EndMissing = opened.EndMissing;
     const uint64_t begun = opened.Frames % opened.Rate * framesPerSecond;  // of the last second
-    source->totalFrames =
+    source->FrameCount =
         opened.Frames / opened.Rate * framesPerSecond + (begun + opened.Rate - 1) / opened.Rate;
-    source->feed = std::make_unique<Feed>(std::move(opened), framesPerSecond);
+    source->Frames = std::make_unique<Feed>(std::move(opened), framesPerSecond);
     return {std::move(source), SoundFileProblem::None, ""};
 }
 
@@ -410,25 +410,25 @@ uint32_t SoundFileSource::NativeRate(const std::string& path) {
 SoundFileSource::~SoundFileSource() = default;
 
 size_t SoundFileSource::Read(std::span<Frame> frames) {
-    const size_t got = feed->Read(frames);
-    givenFrames += got;
+    const size_t got = Frames->Read(frames);
+    GivenFrames += got;
     return got;
 }
 
 std::optional<SoundFileDamage> SoundFileSource::Damage() const {
-    SoundFileDamage damage{0, feed->Error()};
+    SoundFileDamage damage{0, Frames->Error()};
     // Decoders that cut padding off are off by less.
-    const uint64_t least = rate / 10;
-    if (lengthKnown && givenFrames + least < totalFrames) {
-        damage.MissingSeconds = static_cast<double>(totalFrames - givenFrames) / rate;
+    const uint64_t least = Rate / 10;
+    if (LengthKnown && GivenFrames + least < FrameCount) {
+        damage.MissingSeconds = static_cast<double>(FrameCount - GivenFrames) / Rate;
     }
-    if (endMissing && damage.Why.empty()) damage.Why = "the end of the file is missing";
+    if (EndMissing && damage.Why.empty()) damage.Why = "the end of the file is missing";
     if (damage.MissingSeconds == 0 && damage.Why.empty()) return std::nullopt;
     return damage;
 }
 
 std::string SoundFileSource::ReadError() const {
-    return feed->Error();
+    return Frames->Error();
 }
 
 }  // namespace Corvetape

@@ -51,21 +51,21 @@ class SoundFileSource : public SoundSource {
     static Result Open(const std::string& path, uint32_t framesPerSecond);
 
     /// Of the file itself; what Read gives may be converted.
-    const SoundFileFormat& Format() const { return format; }
+    const SoundFileFormat& Format() const { return FileFormat; }
 
     /// Rate of the file itself, 0 if it cannot be told: lets the caller choose the better rate to open at.
     static uint32_t NativeRate(const std::string& path);
 
     ~SoundFileSource() override;
 
-    uint32_t FramesPerSecond() const override { return rate; }
+    uint32_t FramesPerSecond() const override { return Rate; }
     size_t Read(std::span<Frame> frames) override;
 
     /// The file's own tags.
-    SourceMedia NowPlaying() const override { return media; }
+    SourceMedia NowPlaying() const override { return Media; }
 
     /// About how many frames Read will give in all; compressed files may be off by a little.
-    uint64_t TotalFrames() const { return totalFrames; }
+    uint64_t TotalFrames() const { return FrameCount; }
 
     /// Why Read ended before the end of the file; empty if it did not.
     std::string ReadError() const;
@@ -78,14 +78,14 @@ class SoundFileSource : public SoundSource {
     class Feed;
     SoundFileSource() = default;
 
-    uint32_t rate = 0;
-    SoundFileFormat format;
-    uint64_t totalFrames = 0;
-    uint64_t givenFrames = 0;
-    bool lengthKnown = true;
-    bool endMissing = false;
-    SourceMedia media;
-    std::unique_ptr<Feed> feed;
+    uint32_t Rate = 0;
+    SoundFileFormat FileFormat;
+    uint64_t FrameCount = 0;
+    uint64_t GivenFrames = 0;
+    bool LengthKnown = true;
+    bool EndMissing = false;
+    SourceMedia Media;
+    std::unique_ptr<Feed> Frames;
 };
 
 }  // namespace Corvetape

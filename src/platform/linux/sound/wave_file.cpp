@@ -30,19 +30,19 @@ std::string_view Name(const std::byte* bytes) {
 /// One reading of a file's chunks.
 class Reader {
  public:
-    Reader(int openDescriptor, uint64_t sizeOfFile) : descriptor(openDescriptor), fileSize(sizeOfFile) {}
+    Reader(int openDescriptor, uint64_t sizeOfFile) : Descriptor(openDescriptor), FileSize(sizeOfFile) {}
 
     WaveFileState Run() {
         std::array<std::byte, 12> head{};
-        if (ReadAt(descriptor, 0, head) < head.size()) return WaveFileState::NotWave;
+        if (ReadAt(Descriptor, 0, head) < head.size()) return WaveFileState::NotWave;
         const std::string_view form = Name(head.data());
         if ((form != "RIFF" && form != "RF64") || Name(head.data() + 8) != "WAVE") {
             return WaveFileState::NotWave;
         }
         uint64_t offset = head.size();
-        for (size_t count = 0; count < MostChunks && offset + 8 <= fileSize; ++count) {
+        for (size_t count = 0; count < MostChunks && offset + 8 <= FileSize; ++count) {
             std::array<std::byte, 8> chunk{};
-            if (ReadAt(descriptor, offset, chunk) < chunk.size()) break;
+            if (ReadAt(Descriptor, offset, chunk) < chunk.size()) break;
             const uint64_t body = offset + chunk.size();
             const uint64_t length = ChunkLength(chunk.data(), body);
             Take(Name(chunk.data()), body, length);
@@ -56,10 +56,10 @@ class Reader {
  private:
     /// The length of a chunk, never past the end of the file.
     uint64_t ChunkLength(const std::byte* chunk, uint64_t body) const {
-        const uint64_t rest = fileSize - body;
+        const uint64_t rest = FileSize - body;
         uint64_t stated = Number(chunk + 4, 4);
         if (Name(chunk) == "data") {
-            if (stated == Unknown32) stated = longDataBytes.value_or(rest);
+            if (stated == Unknown32) stated = LongDataBytes.value_or(rest);
             if (stated == 0 && !ChunksFillTheRest(body)) return rest;
         }
         return std::min(stated, rest);
@@ -68,9 +68,9 @@ class Reader {
     /// True if what follows an empty data chunk are further chunks up to the file's end, and not samples
     /// of a file whose length was never filled in.
     bool ChunksFillTheRest(uint64_t offset) const {
-        for (size_t count = 0; count < MostChunks && offset + 8 <= fileSize; ++count) {
+        for (size_t count = 0; count < MostChunks && offset + 8 <= FileSize; ++count) {
             std::array<std::byte, 8> chunk{};
-            if (ReadAt(descriptor, offset, chunk) < chunk.size()) return false;
+            if (ReadAt(Descriptor, offset, chunk) < chunk.size()) return false;
             const std::string_view name = Name(chunk.data());
             const bool readable =
                 std::ranges::all_of(name, [](char letter) { return letter >= ' ' && letter <= '~'; });
@@ -78,20 +78,20 @@ class Reader {
             const uint64_t length = Number(chunk.data() + 4, 4);
             offset += chunk.size() + length + length % 2;
         }
-        return offset == fileSize || offset == fileSize + 1;
+        return offset == FileSize || offset == FileSize + 1;
     }
 
     void Take(std::string_view name, uint64_t body, uint64_t length) {
         if (name == "ds64" && length >= 16) {
             std::array<std::byte, 16> sizes{};
-            if (ReadAt(descriptor, body, sizes) == sizes.size()) {
-                longDataBytes = Number64(sizes.data() + 8);
+            if (ReadAt(Descriptor, body, sizes) == sizes.size()) {
+                LongDataBytes = Number64(sizes.data() + 8);
             }
-        } else if (name == "fmt " && !hasFormat) {
-            hasFormat = true;
-            formatIsWhole = TakeFormat(body, length);
-        } else if (name == "data" && !hasData) {
-            hasData = true;
+        } else if (name == "fmt " && !HasFormat) {
+            HasFormat = true;
+            FormatIsWhole = TakeFormat(body, length);
+        } else if (name == "data" && !HasData) {
+            HasData = true;
             Info.DataOffset = body;
             Info.DataBytes = length;
         } else if (name == "LIST" && length >= 4 && length <= LongestTags) {
@@ -102,15 +102,15 @@ class Reader {
     bool TakeFormat(uint64_t body, uint64_t length) {
         std::array<std::byte, 26> format{};
         const size_t wanted = static_cast<size_t>(std::min<uint64_t>(length, format.size()));
-        if (wanted < 16 || ReadAt(descriptor, body, std::span(format).first(wanted)) < wanted) return false;
-        coding = Number(format.data(), 2);
-        if (coding == 0xFFFE && wanted == format.size()) coding = Number(format.data() + 24, 2);
+        if (wanted < 16 || ReadAt(Descriptor, body, std::span(format).first(wanted)) < wanted) return false;
+        Coding = Number(format.data(), 2);
+        if (Coding == 0xFFFE && wanted == format.size()) Coding = Number(format.data() + 24, 2);
         Info.Channels = static_cast<uint16_t>(Number(format.data() + 2, 2));
         Info.FramesPerSecond = Number(format.data() + 4, 4);
         const uint32_t blockAlign = Number(format.data() + 12, 2);
         const uint32_t bits = Number(format.data() + 14, 2);
-        if (coding != 1 && coding != 3) return true;
-        Info.IsFloat = coding == 3;
+        if (Coding != 1 && Coding != 3) return true;
+        Info.IsFloat = Coding == 3;
         if (Info.Channels == 0 || bits == 0 || blockAlign % Info.Channels != 0) return false;
         const uint32_t bytes = blockAlign / Info.Channels;
         Info.BytesPerSample = static_cast<uint16_t>(bytes);
@@ -120,7 +120,7 @@ class Reader {
 
     void TakeTags(uint64_t body, uint64_t length) {
         std::vector<std::byte> list(static_cast<size_t>(length));
-        list.resize(ReadAt(descriptor, body, list));
+        list.resize(ReadAt(Descriptor, body, list));
         if (list.size() < 4 || Name(list.data()) != "INFO") return;
         for (size_t at = 4; at + 8 <= list.size();) {
             const std::string_view name = Name(list.data() + at);
@@ -137,20 +137,20 @@ class Reader {
     }
 
     WaveFileState Check() {
-        if (!hasFormat || !formatIsWhole || !hasData) return WaveFileState::Broken;
-        if (coding != 1 && coding != 3) return WaveFileState::OtherCoding;
+        if (!HasFormat || !FormatIsWhole || !HasData) return WaveFileState::Broken;
+        if (Coding != 1 && Coding != 3) return WaveFileState::OtherCoding;
         if (Info.FramesPerSecond == 0) return WaveFileState::Broken;
         Info.DataBytes -= Info.DataBytes % (uint64_t{Info.BytesPerSample} * Info.Channels);
         return WaveFileState::Usable;
     }
 
-    int descriptor;
-    uint64_t fileSize;
-    uint32_t coding = 0;
-    bool hasFormat = false;
-    bool formatIsWhole = false;
-    bool hasData = false;
-    std::optional<uint64_t> longDataBytes;
+    int Descriptor;
+    uint64_t FileSize;
+    uint32_t Coding = 0;
+    bool HasFormat = false;
+    bool FormatIsWhole = false;
+    bool HasData = false;
+    std::optional<uint64_t> LongDataBytes;
 };
 
 bool IsUtf8(std::string_view text) {
