@@ -34,6 +34,7 @@ Desktop::Desktop(DesktopArguments arguments)
       Radio(Clock, Loop),
       RadioTitles(Loop, DemoName, [this] { return Radio.NowPlaying(); }),
       MediaPlayers(Loop),
+      Presence(Loop),
       Web(Loop),
       Browser(Loop, Folders->ProgramFolder() + "/corvetape-browser"),
       Documents(Browser, OtherBrowsers) {
@@ -42,6 +43,7 @@ Desktop::Desktop(DesktopArguments arguments)
 }
 
 Desktop::~Desktop() {
+    Keys.reset();
     Tray.reset();
     Shown.reset();
     Covers.reset();
@@ -174,6 +176,9 @@ void Desktop::MakeTrayIcon() {
     form.mnuTaskbarItem[20].Click.Connect([&form] { form.cmdQuickRecord.Press(); });
     form.mnuTaskbarItem[90].Click.Connect([this] { Loop.Post([this] { Shown->close(); }); });
     Tray = std::make_unique<TrayIcon>(form, [this] { Shown->ComeForward(); });
+    // The menu's items are what its buttons press.
+    const State& state = Recorder->Values();
+    Keys = std::make_unique<MediaKeys>(form, state.Flags, state.Media, Presence);
     Shown->HideWhenMinimised([this] { return Tray && Tray->Present(); });
 }
 

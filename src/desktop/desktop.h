@@ -16,6 +16,7 @@
 #include "platform/linux/loop/linux_clock.h"
 #include "platform/linux/loop/qt_loop.h"
 #include "platform/linux/players/mpris_players.h"
+#include "platform/linux/players/mpris_service.h"
 #include "platform/linux/processes/linux_processes.h"
 #include "platform/linux/processes/linux_system.h"
 #include "platform/linux/processes/single_instance.h"
@@ -23,6 +24,7 @@
 #include "platform/linux/web/linux_http.h"
 #include "platform/virtual/source_players.h"
 #include "platform/virtual/source_wave_in.h"
+#include "recording/media_keys.h"
 #include "recording/run_songs.h"
 #include "recording/signal_trace.h"
 #include "ui/main_window.h"
@@ -69,6 +71,7 @@ class Desktop {
     bool Demo = false;
     SourcePlayers RadioTitles;
     MprisPlayers MediaPlayers;
+    MprisService Presence;
     LinuxHttp Web;
     RadioBrowser Browser;
     DevToolsDocuments OtherBrowsers;
@@ -80,6 +83,7 @@ class Desktop {
     std::unique_ptr<CoverPictures> Covers;
     std::unique_ptr<MainWindow> Shown;
     std::unique_ptr<TrayIcon> Tray;
+    std::unique_ptr<MediaKeys> Keys;
 };
 
 }  // namespace Corvetape

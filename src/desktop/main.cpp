@@ -1,16 +1,42 @@
 #include <QApplication>
 #include <csignal>
+#include <cstdio>
+#include <utility>
 
 #include "core/version.h"
 #include "desktop/desktop.h"
+#include "desktop/press.h"
+#include "desktop/usage.h"
+#include "platform/linux/players/mpris_players.h"
+
+namespace {
+
+QStringList Words(int count, char** words) {
+    QStringList list;
+    for (int i = 1; i < count; ++i) list << QString::fromLocal8Bit(words[i]);
+    return list;
+}
+
+}  // namespace
 
 int main(int count, char** words) {
     std::signal(SIGPIPE, SIG_IGN);  // a reader that goes away is no reason to lose a song
+    // Help is also for those who have no display.
+    if (const auto answer = Corvetape::AnswerTo(Words(count, words))) {
+        std::fputs(answer->Text.c_str(), stdout);
+        return answer->ExitCode;
+    }
     const QApplication application(count, words);
     QApplication::setApplicationName("corvetape");
     QApplication::setApplicationDisplayName(Corvetape::ProgramTitle);
     QApplication::setDesktopFileName("corvetape");
     QApplication::setQuitOnLastWindowClosed(false);  // the program ends in its own order
-    Corvetape::Desktop desktop(Corvetape::ReadDesktopArguments(QApplication::arguments().mid(1)));
+    Corvetape::DesktopArguments arguments = Corvetape::ReadDesktopArguments(QApplication::arguments().mid(1));
+    if (arguments.Press) {
+        if (Corvetape::PressRemotely(*arguments.Press, Corvetape::SessionBusAddress())) return 0;
+        if (*arguments.Press == Corvetape::RemoteButton::Quit) return 0;  // nothing runs
+        arguments.CommandLine += " -auto";
+    }
+    Corvetape::Desktop desktop(std::move(arguments));
     return desktop.Run();
 }

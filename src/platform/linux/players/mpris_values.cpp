@@ -4,6 +4,8 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+#include "platform/linux/players/mpris_names.h"
+
 namespace Corvetape {
 namespace {
 
@@ -66,6 +68,9 @@ QString Single(const QVariant& value) {
 }  // namespace
 
 bool IsPlayerName(const QString& busName) {
+    // A recorder is no source of what it records, whichever process of it that is.
+    const QString own = QLatin1String(OwnPlayerName);
+    if (busName == own || busName.startsWith(own + QLatin1Char('.'))) return false;
     // This one repeats what another player says, and stays when there is none.
     return busName.startsWith(QStringLiteral("org.mpris.MediaPlayer2.")) &&
            busName != QStringLiteral("org.mpris.MediaPlayer2.playerctld");

@@ -1,0 +1,46 @@
+#include "desktop/usage.h"
+
+#include "core/version.h"
+
+namespace Corvetape {
+
+namespace {
+
+constexpr int WrongUse = 2;
+
+constexpr const char* Usage = R"text(Records what the computer plays, song by song.
+Usage: corvetape [OPTION]... [SWITCH]...
+
+Options:
+  --help                Print this text and exit
+  --version             Print the version and exit
+  --input demo          Record from the demo radio, which needs no sound server
+  --home DIR            Keep settings, logs, temporary and music files below DIR
+  --press BUTTON        Press a button of the program that runs: record or quit
+
+Switches, which may stand anywhere:
+  -auto                 Record from the next song on
+  -time MINUTES         The same, and end the recording after so many minutes
+  -quit                 End with the recording
+  -hide                 Start hidden in the notification area
+  -dontask              Show no boxes that wait for an answer
+  -wizard               Open the assistant
+  -update               Allow a second instance, and look for a newer version
+  -regclasses           Show a message and exit
+)text";
+
+}  // namespace
+
+std::optional<DesktopAnswer> AnswerTo(const QStringList& words) {
+    for (qsizetype i = 0; i < words.size(); ++i) {
+        const QString& word = words[i];
+        if (word == "--help" || word == "-h") return DesktopAnswer{Usage, 0};
+        if (word == "--version") {
+            return DesktopAnswer{std::string(ProgramTitle) + " " + ProgramVersion + "\n", 0};
+        }
+        if (word == "--input" || word == "--home" || word == "--press") ++i;
+    }
+    return std::nullopt;
+}
+
+}  // namespace Corvetape
