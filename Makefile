@@ -11,6 +11,7 @@
 #   make format     clang-format over all sources
 #   make lint       clang-format and clang-tidy, findings are errors
 #   make install    into PREFIX (/usr/local), below DESTDIR if given
+#   make package    Debian packages, in build/release/packages
 #   make clean      remove the build trees
 #
 # PRESET=debug builds with another preset of CMakePresets.json.
@@ -32,7 +33,7 @@ SOURCES = $$(find src tests bench -name '*.h' -o -name '*.cpp' | sort)
 CONFIGURE = cmake --preset $(1) >/dev/null
 CTEST = ctest --output-on-failure --no-tests=error --parallel 2
 
-.PHONY: all run test sanitize fuzz soak soak-live mutants bench format lint install clean
+.PHONY: all run test sanitize fuzz soak soak-live mutants bench format lint install package clean
 
 all:
 	@scripts/install-deps build
@@ -96,8 +97,14 @@ lint:
 install:
 	@scripts/install-deps build run
 	@$(call CONFIGURE,$(PRESET))
-	cmake --build $(BUILD) --target $(PROGRAMS)
+	cmake --build $(BUILD) --target $(PROGRAMS) corvetape-browser corvetape_package_files
 	DESTDIR=$(DESTDIR) cmake --install $(BUILD) --prefix $(PREFIX)
+
+package:
+	@scripts/install-deps build run package
+	@$(call CONFIGURE,$(PRESET))
+	cmake --build $(BUILD) --target $(PROGRAMS) corvetape-browser corvetape_package_files
+	cd $(BUILD) && cpack -B packages
 
 clean:
 	rm -rf build/release build/debug build/sanitize build/coverage build/fuzz
