@@ -30,7 +30,10 @@ CoverImages::~CoverImages() {
 
 void CoverImages::LoadImage(const std::string& address) {
     if (address == LastCoverUrl) return;
-    if (CoverBytes.size() > 1 || Refused) SongCoverBytes = CoverBytes;
+    if (CoverBytes.size() > 1 || Refused) {
+        SongCoverBytes = CoverBytes;
+        SongCoverUrl = LastCoverUrl;
+    }
     CoverBytes.clear();
     Refused = false;
     LastCoverUrl = address;
@@ -57,7 +60,10 @@ void CoverImages::Answered(const HttpAnswer& answer, bool fromWeb) {
     }
     CoverBytes = answer.Body.substr(0, MostCoverBytes);
     // Without cuts by media data the new picture belongs to the running song at once.
-    if (Pause.EndOfSongDetection != EndOfSong::MediaData) SongCoverBytes = CoverBytes;
+    if (Pause.EndOfSongDetection != EndOfSong::MediaData) {
+        SongCoverBytes = CoverBytes;
+        SongCoverUrl = LastCoverUrl;
+    }
     Changed.Raise();
 }
 
@@ -75,13 +81,16 @@ const std::string& CoverImages::PictureToShow() const {
     return MayBeDecoded(Picture()) ? CoverBytes : None;
 }
 
-void CoverImages::SaveImage(const std::string& basePath) {
-    if (!basePath.empty() && SongCoverBytes.size() >= LeastCoverBytes) {
+void CoverImages::SaveImage(const std::string& basePath, std::string_view address) {
+    const bool isLeft = address.empty() || address == SongCoverUrl;
+    // The last song of a program has nobody after it who would leave its picture.
+    const std::string& picture = isLeft ? SongCoverBytes : address == LastCoverUrl ? CoverBytes : None;
+    if (!basePath.empty() && picture.size() >= LeastCoverBytes) {
         const std::string path = basePath + ".jpg";
         Disk.Delete(path);  // none there, most of the time
         const std::unique_ptr<File> file = Disk.CreateNew(path);
         // A song without its cover is still a song; half a picture would be none.
-        if (file && !(file->Write(std::as_bytes(std::span(SongCoverBytes))) && file->Close())) {
+        if (file && !(file->Write(std::as_bytes(std::span(picture))) && file->Close())) {
             Disk.Delete(path);
         }
     }

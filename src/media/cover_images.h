@@ -44,10 +44,11 @@ class CoverImages {
     /// until another address comes in between.
     void LoadImage(const std::string& address);
 
-    /// Writes the picture of the song in the file as `basePath` + ".jpg", whatever its format. It takes the
+    /// Writes the picture of the song in the file as `basePath` + ".jpg", whatever its format, if it came
+    /// from `address`; without an address the one that the song before the present one has left. It takes the
     /// place of what has that name; a link is replaced, never written through. Nothing happens without a
     /// picture; a disk that refuses is passed over.
-    void SaveImage(const std::string& basePath);
+    void SaveImage(const std::string& basePath, std::string_view address = {});
 
     /// The newest picture as it was delivered; empty if there is none that counts as one.
     const std::string& Picture() const;
@@ -75,6 +76,7 @@ class CoverImages {
     const std::string None;
     std::string CoverBytes;
     std::string SongCoverBytes;
+    std::string SongCoverUrl;  ///< where SongCoverBytes came from
     std::string LastCoverUrl;
     bool Refused = false;  ///< the picture of LastCoverUrl cannot be had
 };

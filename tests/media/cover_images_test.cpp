@@ -125,6 +125,20 @@ TEST_F(CoverImagesTest, WithoutThemTheNewPictureBelongsToTheSongAtOnce) {
     EXPECT_EQ(Stored(), PictureOf('a'));
 }
 
+TEST_F(CoverImagesTest, ASongWhoseAddressIsKnownGetsThePictureOfThatAddressOrNone) {
+    for (const auto& [address, picture] : {std::pair{"http://127.0.0.1/a.jpg", 'a'},
+                                           {"http://127.0.0.1/b.jpg", 'b'},
+                                           {"http://127.0.0.1/c.jpg", '-'}}) {
+        Covers.LoadImage("http://127.0.0.1/a.jpg");
+        Web.Answer(PictureOf('a'));
+        Covers.LoadImage("http://127.0.0.1/b.jpg");
+        Web.Answer(PictureOf('b'));
+        Machine.Files.Delete("/home/user/song.jpg");
+        Covers.SaveImage("/home/user/song", address);
+        EXPECT_EQ(Stored(), picture == '-' ? "" : PictureOf(picture)) << address;
+    }
+}
+
 TEST_F(CoverImagesTest, APictureIsStoredOnce) {
     Pause.EndOfSongDetection = EndOfSong::Silence;
     Covers.LoadImage("http://127.0.0.1/a.jpg");
