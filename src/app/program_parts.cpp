@@ -65,8 +65,9 @@ ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
       Disk({state.Form, machine.Files, state.Options, state.Folders, state.Flags, state.Messages},
            DiskCheckActionsOf(*this)),
       Look(state.Form, state.PlainBar, state.CoverBar, Messages),
-      Recording({state.Form, state.Flags, state.Cut, state.Media, state.Pause, state.Ring},
-                SessionActionsOf(*this)),
+      Recording(
+          {state.Form, state.Flags, state.Cut, state.Media, state.Pause, state.Signal, state.Ring, Writer},
+          SessionActionsOf(*this)),
       Poll({state.Form, state.Media, state.Cut, state.Flags, state.Signal, state.Ring, Drain, Recording},
            MediaPollActionsOf(*this)),
       Inputs({state.Form, machine.WaveIn, state.Options, Store, state.Media},
@@ -149,14 +150,16 @@ void ProgramParts::ResumeRecording() {
         status.Caption(Messages.FormatMsg("871"));
         return;
     }
-    // A silence that ended the recording is over when there is sound again.
-    const bool byDisk = IsDiskMessage(Memory.Messages.PendingInfo) || Writer.SongFileError() != 0;
-    if (!byDisk) return;
     if (!Disk.HasRoom(Input.Format().nAvgBytesPerSec)) {
         status.Caption(Messages.FormatMsg("872"));
         return;
     }
-    flags.DisableAtEndOfSong = false;
+    // A disk that was nearly full was to end the recording; a switch of the command line still is.
+    const int32_t info = Memory.Messages.PendingInfo;
+    const bool byDisk = (info >= 833 && info <= 835) || Writer.SongFileError() != 0;
+    if (byDisk) flags.DisableAtEndOfSong = false;
+    // A silence that ended the recording is over when there is sound again.
+    if (Watch.WaitsForSound()) return Watch.ShowSilence();
     flags.RecordingEnabled = true;
     status.Caption("");
 }

@@ -159,14 +159,15 @@ SongEvents SongEventsOf(ProgramParts& parts) {
             parts.NoteSong(song.Media.TempFileName, song.Media, true);
             TellHealth(parts, song);
         }
-        if (song.Fate == SongFate::Short && song.Frames > 0) ReportShort(parts, song);
         if (parts.Owner.Events.SongClosed) parts.Owner.Events.SongClosed(song);
+        // After the song's own event: who prints that needs no second line.
+        if (song.IsTooShort()) ReportShort(parts, song);
     };
     events.BeforeHandOver = [&parts] {
         if (parts.Memory.Form.tmrEncodeFile.Running()) parts.Owner.TransferNow();
     };
     events.StoreCover = [&parts](const std::string& basePath) {
-        if (parts.Covers) parts.Covers->SaveImage(basePath);
+        if (parts.Covers) parts.Covers->SaveImage(basePath, parts.Memory.Media.SongMedia.Cover);
     };
     events.HandOver = [&parts] { parts.Memory.Form.tmrEncodeFile.Running(true); };
     events.QuitWanted = [&parts] { parts.Owner.RequestUnload(); };
@@ -231,7 +232,6 @@ TransferCallbacks TransferCallbacksOf(ProgramParts& parts) {
 
 SessionActions SessionActionsOf(ProgramParts& parts) {
     SessionActions actions;
-    actions.CloseSongFile = [&parts] { parts.Writer.CloseSongFile(); };
     actions.CutNow = [&parts] {
         if (!parts.Drain.DrainAudioRing(true)) parts.Owner.RequestUnload();
     };

@@ -51,6 +51,9 @@ struct ClosedSong {
     bool Continues = false;    ///< closed because the file was full; the song goes on in a next file
     std::string TempPath;      ///< where the temporary file was
     STATIONANDSONGDATA Media;  ///< as handed over
+
+    /// Wanted, but too short: worth a line. A pause of which all was taken off is not.
+    bool IsTooShort() const { return Fate == SongFate::Short && Frames > 0; }
 };
 
 }  // namespace Corvetape

@@ -216,15 +216,33 @@ void SongWriter::TakePauseOff() {
     if (const auto behind = Present.FramesBehindGap) {
         pause = std::min(pause, static_cast<int64_t>(*behind * sizeof(Frame)));
     }
-    BytesOfSong -= pause;
+    TakeOff(pause);
+}
+
+void SongWriter::TakeOff(int64_t bytes) {
+    BytesOfSong -= bytes;
     if (BytesOfSong <= 0) return;
-    if (!SongFile->TakeOff(static_cast<uint64_t>(pause))) {
+    if (!SongFile->TakeOff(static_cast<uint64_t>(bytes))) {
         LastResult = Parts.Disk.LastError();
         RaiseError(ErrorClosingSong);
         return;
     }
-    const uint64_t frames = static_cast<uint64_t>(pause) / sizeof(Frame);
+    const uint64_t frames = static_cast<uint64_t>(bytes) / sizeof(Frame);
     Present.EndFrame -= std::min(frames, Present.EndFrame);
+}
+
+void SongWriter::TakeSilenceOff() {
+    if (!SongFile) return;
+    const SignalState& signal = Parts.Signal;
+    const auto framesOf = [this](int32_t buffers) {
+        return static_cast<uint64_t>(std::max(buffers, 0)) * FramesPerBufferOf(SongFile->Format());
+    };
+    const uint64_t now = signal.FramesOfEarlierInputs + signal.FramesReceived;
+    uint64_t begin = now - std::min(now, framesOf(signal.SilentBufferCount));
+    // What was skipped after the pause was recognised is not in the file: rather too little is taken off.
+    if (Present.BeginFrame < begin) begin += framesOf(Parts.Pause.IgnorePauseBuffers);
+    if (begin >= Present.EndFrame) return;
+    TakeOff(std::min(BytesOfSong, static_cast<int64_t>((Present.EndFrame - begin) * sizeof(Frame))));
 }
 
 /// A song may be over before it was taken over into SongMedia, which may still be that of a song that waits.

@@ -119,6 +119,9 @@ class SongWriter {
     /// The song that plays ends without its pause, as the signal has ended: the close takes nothing off.
     void EndWithoutPause() { PauseNeverCame = true; }
 
+    /// Takes the silence that is heard now off the end of the song, as far as its file holds it.
+    void TakeSilenceOff();
+
     /// The next song begins at a boundary though no file was open to be closed there.
     void NoteBoundary() { NextBeginsAtBoundary = true; }
 
@@ -170,6 +173,7 @@ class SongWriter {
     void Begin(const SignalBuffer& buffer);
     void Note(const SignalBuffer& buffer);
     void TakePauseOff();
+    void TakeOff(int64_t bytes);
     void TakeEndedMedia();
     bool IsWanted() const;
     SongFate Fate() const;

@@ -17,7 +17,7 @@ void Notices::Logged(const std::string& kind, const std::string& text) {
     if (kind != "INFO" && kind != "ERROR") return;
     if (std::exchange(JustShown, {}) == text) return;
     JustLogged = text;
-    Print(text);
+    if (!std::exchange(IsReported, false)) Print(text);
 }
 
 void Notices::Status(const std::string& text) {

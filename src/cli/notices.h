@@ -12,6 +12,9 @@ class Notices {
     /// `print` is called with each line that is to be told.
     explicit Notices(std::function<void(const std::string& text)> print) : Print(std::move(print)) {}
 
+    /// The line of a song has said what the next line of the log is about.
+    void SongReported() { IsReported = true; }
+
     /// A line of the log. Only "INFO" and "ERROR" are notices.
     void Logged(const std::string& kind, const std::string& text);
 
@@ -20,9 +23,10 @@ class Notices {
 
  private:
     std::function<void(const std::string& text)> Print;
-    std::string Shown;       ///< the text of the status line
-    std::string JustLogged;  ///< its showing in the status line says nothing new
-    std::string JustShown;   ///< its line in the log says nothing new
+    std::string Shown;        ///< the text of the status line
+    bool IsReported = false;  ///< the next notice says nothing new
+    std::string JustLogged;   ///< its showing in the status line says nothing new
+    std::string JustShown;    ///< its line in the log says nothing new
 };
 
 }  // namespace Corvetape

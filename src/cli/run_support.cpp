@@ -64,9 +64,14 @@ std::optional<std::string> FindObstacle(Program& program, Files& files) {
 
 ProgramEvents EventsTo(SongPrinter& printer, TerminalLine& line) {
     ProgramEvents events;
-    events.SongClosed = [&](const ClosedSong& song) {
+    const auto notices = std::make_shared<Notices>([&line](const std::string& text) {
+        line.Clear();
+        Tell(text);
+    });
+    events.SongClosed = [&, notices](const ClosedSong& song) {
         line.Clear();
         printer.Closed(song);
+        if (song.IsTooShort()) notices->SongReported();
     };
     events.SongTransferred = [&](const TransferredSong& song) {
         line.Clear();
@@ -79,10 +84,6 @@ ProgramEvents EventsTo(SongPrinter& printer, TerminalLine& line) {
         line.Clear();
         printer.JobEnded(result);
     };
-    const auto notices = std::make_shared<Notices>([&line](const std::string& text) {
-        line.Clear();
-        Tell(text);
-    });
     events.Logged = [notices, &printer](const std::string& kind, const std::string& text) {
         if (kind == "ERROR") printer.Failed(text);
         notices->Logged(kind, text);

@@ -49,22 +49,37 @@ void Session::ShowFlags() {
 }
 
 void Session::BreakOff() {
-    RecordingFlags& flags = Parts.Flags;
+    const RecordingFlags& flags = Parts.Flags;
     if (Parts.Pause.EndOfSongDetection != EndOfSong::FixedTime) {
         BreakingOff = true;
         Parts.Form.chkStartStop[1].Value(1);
         BreakingOff = false;
         return;
     }
-    if (!flags.RecordCurrentSong) return;
+    if (flags.RecordCurrentSong) BreakOffPiece();
+}
+
+void Session::BreakOffPiece() {
+    RecordingFlags& flags = Parts.Flags;
     const bool last = flags.StopAtEndOfSong;
-    flags.RecordCurrentSong = false;
+    const int32_t silent = Parts.Signal.SilentBufferCount;
+    const int32_t heard = Parts.Ring.Unread() - silent;  // that waits in the ring, before the silence
+    const bool hasPiece = Parts.Song.SongFileOpen() || heard > 0;
     Parts.Cut.Settle();
-    Actions.CloseSongFile();
+    if (heard > 0) {
+        Parts.Cut.CutPending = true;
+        Parts.Cut.CutIndex = Parts.Ring.Wrapped(int64_t{Parts.Ring.AudioWriteIndex} - silent);
+        Actions.CutNow();
+        Parts.Cut.Settle();
+    } else {
+        Parts.Song.TakeSilenceOff();
+        Parts.Song.CloseSongFile(SongEnd::Boundary);
+    }
     Parts.Cut.FixedTimeSeconds = 0;
     Parts.Ring.AudioReadIndex = Parts.Ring.AudioWriteIndex;
+    const bool kept = hasPiece && Parts.Media.SongMedia.TempFileName == Parts.Song.SongBaseName();
     // Where the disk is nearly full, recording has ended with this piece.
-    if (!flags.RecordingEnabled) return;
+    if (kept || !flags.RecordingEnabled) return;
     flags.RecordCurrentSong = true;
     flags.StopAtEndOfSong = last;
 }
@@ -118,7 +133,7 @@ void Session::CutAtOnce() {
         flags.RecordCurrentSong = false;
         // What ends here is what nobody wanted, and not the song that recording is to end with.
         const bool last = std::exchange(flags.DisableAtEndOfSong, false);
-        Actions.CloseSongFile();
+        Parts.Song.CloseSongFile();
         flags.DisableAtEndOfSong = last;
         Parts.Cut.FixedTimeSeconds = 0;
         Parts.Ring.AudioReadIndex = Parts.Ring.AudioWriteIndex;

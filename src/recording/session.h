@@ -6,6 +6,8 @@
 #include "audio/cut_state.h"
 #include "audio/pause_settings.h"
 #include "audio/recording_flags.h"
+#include "audio/signal_state.h"
+#include "audio/song_writer.h"
 #include "core/media_state.h"
 #include "forms/frm_main.h"
 
@@ -18,11 +20,12 @@ struct SessionParts {
     CutState& Cut;
     const MediaState& Media;
     const PauseSettings& Pause;
+    const SignalState& Signal;
     AudioRing& Ring;
+    SongWriter& Song;
 };
 
 struct SessionActions {
-    std::function<void()> CloseSongFile;
     std::function<void()> CutNow;              ///< drains the ring up to a pending cut without waiting
     std::function<void()> ResumeRecording;     ///< wanted while nothing is written: writes again, or says why
                                                ///< not; may be missing
@@ -43,13 +46,15 @@ class Session {
     void ShowFlags();
 
     /// Silence has broken off what plays: it is not kept, and the wish to record passes on. By fixed time no
-    /// other song will come, so the next piece begins at once.
+    /// other song will come: what was heard before the silence is a piece of its own, the silence goes, and
+    /// the next piece begins at once.
     void BreakOff();
 
  private:
     void StartStopClicked(size_t index);
     void FollowFlags();
     void CutAtOnce();
+    void BreakOffPiece();
     void StopAtEndOfSongClicked();
     void StopAfterMinutesClicked();
 

@@ -79,6 +79,13 @@ class Supervisor {
     /// Runs since a song boundary was last seen.
     int32_t SongAgeSeconds() const { return SongAge; }
 
+    /// True from the notice of a silence on up to the return of the sound, which switches recording on.
+    bool WaitsForSound() const { return SilenceNoticeShown; }
+
+    /// Shows in the status line how long the silence lasts, and that a recording which is off waits for its
+    /// end.
+    void ShowSilence();
+
     /// One event of the timer: acts if the whole clock second has changed.
     void TimerFired();
 

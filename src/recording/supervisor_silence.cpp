@@ -1,4 +1,6 @@
 // The supervisor's reactions to a long silence: notice, restart of the radio, end of the recording.
+#include <utility>
+
 #include "recording/supervisor.h"
 
 namespace Corvetape {
@@ -14,13 +16,10 @@ Supervisor::Next Supervisor::WatchSilence() {
 }
 
 Supervisor::Next Supervisor::ReactToSilence() {
-    frmMain& form = Parts.Form;
     const int32_t silent = Parts.Signal.SilenceSeconds;
-    const std::string notice = Text("705", {std::to_string(silent)});
-    form.lblStatus[1].Caption(notice);
-    if (!SilenceNoticeShown) {
-        Actions.WriteLog("INFO", notice);
-        SilenceNoticeShown = true;
+    ShowSilence();
+    if (!std::exchange(SilenceNoticeShown, true)) {
+        Actions.WriteLog("INFO", Text("705", {std::to_string(silent)}));
     }
     // A piece by time waits for no sound, so its silence is given up every second, before it is in a file.
     const bool plays = Actions.SongFileOpen() || Parts.Pause.EndOfSongDetection == EndOfSong::FixedTime;
@@ -40,6 +39,13 @@ Supervisor::Next Supervisor::ReactToSilence() {
     if (recorded && Parts.Flags.RecordNextSong) ReportDecision(Text("862", {std::to_string(silent)}));
     if (silent >= Parts.Pause.QuitAfterSilence && !EndAfterSilenceDone) return EndAfterSilence();
     return Next::Continue;
+}
+
+void Supervisor::ShowSilence() {
+    const RecordingFlags& flags = Parts.Flags;
+    const bool waits = !flags.RecordingEnabled && (flags.RecordCurrentSong || flags.RecordNextSong);
+    const std::string seconds = std::to_string(Parts.Signal.SilenceSeconds);
+    Parts.Form.lblStatus[1].Caption(Text(waits ? "890" : "705", {seconds}));
 }
 
 Supervisor::Next Supervisor::EndAfterSilence() {

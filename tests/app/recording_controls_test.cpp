@@ -128,6 +128,34 @@ TEST(RecordButton, RecordsAgainAfterAFullDiskAsSoonAsThereIsRoom) {
     EXPECT_EQ(world.Form().lblStatus[1].Caption(), "");
 }
 
+TEST(RecordButton, RecordsAgainAfterTheSwitchQuitHasEndedTheRecording) {
+    WorldOptions options = Songs({30, 30, 60});
+    options.CommandLine = "-quit";
+    World world(std::move(options));
+    ASSERT_TRUE(world.Start());
+    ASSERT_TRUE(world.RunUntil([&] { return !world.Values().Flags.RecordingEnabled; }, 60));
+    world.RunFor(45 - world.Now());
+    world.Form().cmdStartStop.Press();
+    EXPECT_TRUE(world.Values().Flags.RecordingEnabled);
+    world.RunFor(30);
+    EXPECT_THAT(KeptTitlesOf(world), ElementsAre("Song 2"));
+}
+
+TEST(FullDisk, WithoutASourceOfTitlesEndsTheRecordingTooAndForGood) {
+    constexpr uint64_t megabyte = 1024 * 1024;
+    WorldOptions options = Songs({70, 30, 30, 60});
+    options.TellsTitles = false;
+    options.Settings.push_back({NoStationData, "LengthOfPause", "500"});
+    World world(std::move(options));
+    ASSERT_TRUE(world.StartRecording());
+    world.Disk().SetFreeSpace("/", 200 * megabyte);
+    ASSERT_TRUE(world.RunUntil([&] { return !world.Values().Flags.RecordingEnabled; }, 150));
+    // A source is looked for each second, which would switch recording on.
+    EXPECT_FALSE(world.RunUntil([&] { return world.Values().Flags.RecordingEnabled; }, 60));
+    EXPECT_FALSE(world.Values().Flags.RecordCurrentSong);
+    EXPECT_EQ(KeptSongs(world).size(), 1U);
+}
+
 TEST(SkipButton, IsOutOfReachWithoutMediaData) {
     World world(Songs({60}));
     ASSERT_TRUE(world.StartRecording());

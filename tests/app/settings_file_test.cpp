@@ -161,6 +161,23 @@ TEST(SettingsFile, ThatSomebodyEditsMeanwhileKeepsHisLines) {
     EXPECT_EQ(world.Stored("Options", "Normalize"), "1");
 }
 
+TEST(SettingsFile, ThatSomebodyEditsIsReadAgainWhenItsSourceIsChosenAgain) {
+    World world(Starting("", {{ProviderOfRadio, "LengthOfPause", "500"}}));
+    ASSERT_TRUE(world.Start());
+    ASSERT_EQ(world.Values().Pause.PauseBuffers, 10);
+    std::string text = *world.Disk().Content(IniFile);
+    const std::string line = "LengthOfPause=500";
+    text.replace(text.find(line), line.size(), "LengthOfPause=750");
+    world.Disk().Put(IniFile, text);
+    world.RunFor(3);
+    EXPECT_EQ(world.Values().Pause.PauseBuffers, 10) << "the source has not changed";
+    world.Form().chkStationDataEnable.Press();
+    world.RunFor(3);
+    world.Form().chkStationDataEnable.Press();
+    world.RunFor(3);
+    EXPECT_EQ(world.Values().Pause.PauseBuffers, 15);
+}
+
 TEST(SettingsFile, GetsNoSectionOfAProviderBeforeSomethingIsChanged) {
     World world;
     ASSERT_TRUE(world.Start());

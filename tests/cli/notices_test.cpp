@@ -36,6 +36,15 @@ TEST_F(NoticesTest, WhatIsShownAndLoggedIsToldOnceInEitherOrder) {
     EXPECT_THAT(Told, ElementsAre("no sound for 60 seconds", "30 buffers were waiting"));
 }
 
+TEST_F(NoticesTest, WhatTheLineOfASongHasSaidIsNotRepeated) {
+    Lines.SongReported();
+    Lines.Logged("WAV44", "a song");
+    Lines.Logged("INFO", "too short");
+    Lines.Status("too short");
+    Lines.Logged("INFO", "another");
+    EXPECT_THAT(Told, ElementsAre("another"));
+}
+
 TEST_F(NoticesTest, AStatusThatCountsOnIsToldOnceUntilItHasGone) {
     for (const char* text :
          {"no sound for 60 seconds", "no sound for 61 seconds", "", "no sound for 60 seconds"})

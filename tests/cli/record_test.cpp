@@ -102,6 +102,21 @@ TEST_F(RecordTest, QuitEndsBehindTheLastSongOfATimedRecording) {
     EXPECT_GE(songs.back()["end"].get<double>(), 60.0);
 }
 
+TEST_F(RecordTest, QuitAndForHoldForThisRunOnly) {
+    RecordDemo({"--for", "1", "--quit"});
+    size_t files = 0;
+    for (const std::string& name : FilesBelow(Home())) {
+        if (!name.ends_with(".ini")) continue;
+        ++files;
+        std::ifstream file(Home() + "/" + name);
+        const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+        for (const char* key : {"QuitAfterRecording=1", "StopAfter=1"}) {
+            EXPECT_EQ(text.find(key), std::string::npos) << name;
+        }
+    }
+    EXPECT_GT(files, 0U);
+}
+
 TEST_F(RecordTest, SpeedIsHeldAgainstTheClock) {
     const auto began = std::chrono::steady_clock::now();
     const Finished run = RunCommand(Demo({"--seconds", "20"}, "20"));

@@ -103,24 +103,66 @@ TEST_F(SessionAtOnce, WhatPlayedBeforeTheRecordingDoesNotEndIt) {
 
 // Silence.
 
-TEST_F(SessionAtOnce, APieceThatSilenceBreaksOffIsNotKeptAndTheNextOneBeginsAtOnce) {
-    Rig.Form.chkStartStop[0].Value(1);
-    Rig.Play(300);
-    Rig.Closed.clear();
-    Rig.Recording.BreakOff();
-    EXPECT_EQ(Rig.Closed, std::vector{SongFate::Unwanted});
-    EXPECT_TRUE(Rig.Flags.RecordCurrentSong);
-    EXPECT_EQ(Rig.Form.chkStartStop[0].Value(), 1);
-    EXPECT_EQ(Rig.Cut.FixedTimeSeconds, 0);
-    EXPECT_EQ(Rig.Ring.Unread(), 0);
+TEST_F(SessionAtOnce, APieceEndsWhereTheSilenceBeganAndTheNextOneBeginsAtOnce) {
+    for (const int32_t silence : {1200, 150, 90}) {  // in the file, in both, in the ring alone
+        Rig.Form.chkStartStop[0].Value(0);
+        Rig.Form.chkStartStop[0].Value(1);
+        Rig.Play(300);
+        Rig.Play(silence, true);
+        Rig.Closed.clear();
+        Rig.Recording.BreakOff();
+        EXPECT_EQ(Rig.Closed, std::vector{SongFate::Kept});
+        EXPECT_EQ(Rig.ClosedBuffers, 300) << silence;
+        EXPECT_TRUE(Rig.Flags.RecordCurrentSong);
+        EXPECT_EQ(Rig.Form.chkStartStop[0].Value(), 1);
+        EXPECT_EQ(Rig.Cut.FixedTimeSeconds, 0);
+        EXPECT_EQ(Rig.Ring.Unread(), 0);
+    }
 }
 
-TEST_F(SessionAtOnce, APieceThatSilenceBreaksOffLeavesTheWishToStopToTheNextOne) {
+TEST_F(SessionAtOnce, APieceOfSilenceAloneIsNotKept) {
+    Rig.Pause.IgnoreShortSongs = 0;
+    Rig.Form.chkStartStop[0].Value(1);
+    Rig.Play(1300, true);
+    ASSERT_TRUE(Rig.Writer.SongFileOpen());
+    Rig.Closed.clear();
+    Rig.Recording.BreakOff();
+    EXPECT_EQ(Rig.Closed, std::vector{SongFate::Short});
+    EXPECT_LE(Rig.ClosedBuffers, 0);
+    EXPECT_TRUE(Rig.Flags.RecordCurrentSong);
+}
+
+TEST_F(SessionAtOnce, WhatWasSkippedAfterThePauseCostsNoSound) {
+    Rig.Pause.IgnorePauseBuffers = 6;
+    Rig.Form.chkStartStop[0].Value(1);
+    Rig.Play(300);
+    Rig.Play(2, true);
+    Rig.Signal.FramesReceived += 6 * Rig.FramesPerBuffer;
+    Rig.Signal.SilentBufferCount += 6;
+    Rig.Play(1192, true);
+    Rig.Recording.BreakOff();
+    EXPECT_EQ(Rig.ClosedBuffers, 300);
+}
+
+TEST_F(SessionAtOnce, APieceThatIsTooShortBeforeTheSilenceLeavesTheWishToStopToTheNextOne) {
+    Rig.Pause.IgnoreShortSongs = 60;
     Rig.Form.cmdQuickRecord.Press();
     Rig.Play(300);
+    Rig.Play(1200, true);
     Rig.Recording.BreakOff();
+    EXPECT_EQ(Rig.Closed.back(), SongFate::Short);
     EXPECT_TRUE(Rig.Flags.RecordCurrentSong);
     EXPECT_TRUE(Rig.Flags.StopAtEndOfSong);
+}
+
+TEST_F(SessionAtOnce, ALastPieceThatTheSilenceEndsIsTheLast) {
+    Rig.Form.cmdQuickRecord.Press();
+    Rig.Play(300);
+    Rig.Play(1200, true);
+    Rig.Recording.BreakOff();
+    EXPECT_EQ(Rig.Closed.back(), SongFate::Kept);
+    EXPECT_FALSE(Rig.Flags.RecordCurrentSong);
+    EXPECT_FALSE(Rig.Flags.StopAtEndOfSong);
 }
 
 TEST_F(SessionAtOnce, WhatNobodyWantsIsNotBrokenOff) {

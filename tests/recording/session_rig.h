@@ -18,7 +18,7 @@ class SessionRig {
         : Writer({Machine.Files, Flags, Signal, Pause, Media, Messages, Cut},
                  {Format, Options, Folders, [] { return std::string("song"); }}, Events()),
           Drain({Ring, Cut, Pause, Flags, Writer}),
-          Recording({Form, Flags, Cut, Media, Pause, Ring}, Actions()) {
+          Recording({Form, Flags, Cut, Media, Pause, Signal, Ring, Writer}, Actions()) {
         Machine.Files.MakeFolder("/home/user/temp");
         Folders.SongTempFolder = "/home/user/temp";
         Flags.RecordingEnabled = true;
@@ -30,16 +30,19 @@ class SessionRig {
         Form.txtRecordingPeriod.Text("60");
     }
 
-    /// So many buffers of sound come in, the way that the mode sends them.
-    void Play(int buffers) {
+    /// So many buffers of sound, or of silence, come in, the way that the mode sends them.
+    void Play(int buffers, bool silent = false) {
         for (int i = 0; i < buffers; ++i) {
             SignalBuffer buffer;
             buffer.lpData = Sound.data();
             buffer.dwBytesRecorded = static_cast<uint32_t>(FramesPerBuffer * sizeof(Frame));
+            buffer.StreamPosition = Signal.FramesReceived;
+            Signal.FramesReceived += FramesPerBuffer;
+            Signal.SilentBufferCount = silent ? Signal.SilentBufferCount + 1 : 0;
             if (Pause.EndOfSongDetection == EndOfSong::Silence) {
                 Writer.WriteBufferToSong(buffer, false);
             } else {
-                Ring.SetLevel(1000);
+                Ring.SetLevel(silent ? 0 : 1000);
                 Ring.Put(buffer);
                 if (i % 20 == 19) Drain.DrainAudioRing(false);
             }
@@ -81,6 +84,7 @@ class SessionRig {
     std::vector<Frame> Sound = std::vector<Frame>(FramesPerBuffer, Frame{1000, 1000});
 
     std::vector<SongFate> Closed;
+    int64_t ClosedBuffers = 0;  ///< length of the last one
     int ResumesAsked = 0;
     int ZeroMinutesRefused = 0;
     int StatesShown = 0;
@@ -94,13 +98,15 @@ class SessionRig {
  private:
     SongEvents Events() {
         SongEvents events;
-        events.SongClosed = [this](const ClosedSong& song) { Closed.push_back(song.Fate); };
+        events.SongClosed = [this](const ClosedSong& song) {
+            Closed.push_back(song.Fate);
+            ClosedBuffers = static_cast<int64_t>(song.Frames) / FramesPerBuffer;
+        };
         return events;
     }
 
     SessionActions Actions() {
         SessionActions actions;
-        actions.CloseSongFile = [this] { Writer.CloseSongFile(); };
         actions.CutNow = [this] { Drain.DrainAudioRing(true); };
         actions.ResumeRecording = [this] { ++ResumesAsked; };
         actions.RefuseZeroMinutes = [this] { ++ZeroMinutesRefused; };

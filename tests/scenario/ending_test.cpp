@@ -141,6 +141,21 @@ TEST(TimedRecording, EndsWithTheSongThatPlaysWhenTheTimeIsOver) {
     EXPECT_TRUE(world.Recorder->Running());
 }
 
+TEST(SwitchQuit, WithoutATimeEndsNothingUntilTheRecordingIsEnded) {
+    WorldOptions options = UpTo({0, 0});
+    options.CommandLine = "-auto -quit";
+    World world(std::move(options));
+    ASSERT_TRUE(world.Start());
+    world.RunFor(90 - world.Now());
+    ASSERT_THAT(world.Transferred, SizeIs(2));
+    EXPECT_TRUE(world.Values().Flags.RecordCurrentSong);
+    world.Form().cmdStartStop.Press();
+    world.RunFor(45);
+    EXPECT_THAT(world.Transferred, SizeIs(2));
+    EXPECT_FALSE(world.Values().Flags.RecordingEnabled) << "nothing is written behind it";
+    EXPECT_TRUE(world.Recorder->Running());
+}
+
 TEST(TimedRecording, WithQuitTheProgramEndsBehindIt) {
     WorldOptions options = UpTo({0, 0});
     options.CommandLine = "-time 1 -quit -dontask";

@@ -85,7 +85,7 @@ TEST(QuietStation, ByMediaDataTheSongThatTheSilenceBrokeOffIsNotKeptButTheNextOn
               });
 }
 
-TEST(QuietStation, ByTimeNoPieceOfSilenceIsKeptAndTheReturningSoundIsInOne) {
+TEST(QuietStation, ByTimeAPieceEndsWhereTheSilenceBeganAndNoPieceOfSilenceIsKept) {
     TellTwice(
         [] {
             WorldOptions options = Station(200, "2");
@@ -97,7 +97,10 @@ TEST(QuietStation, ByTimeNoPieceOfSilenceIsKeptAndTheReturningSoundIsInOne) {
             ASSERT_TRUE(world.StartRecording());
             RunTo(world, FirstBreak + 199);
             ASSERT_THAT(world.Closed, SizeIs(1));
-            EXPECT_EQ(world.Closed[0].Song.Fate, SongFate::Unwanted);
+            EXPECT_EQ(world.Closed[0].Song.Fate, SongFate::Kept);
+            const uint64_t lastSound = world.Truth()->Songs()[1].End;
+            EXPECT_GE(world.Closed[0].RadioEnd, lastSound);
+            EXPECT_LE(world.Closed[0].RadioEnd, lastSound + 2 * uint64_t{44100});
             RunTo(world, FirstBreak + 330);
             world.Finish();
             ASSERT_THAT(world.Closed, SizeIs(2));
@@ -105,6 +108,7 @@ TEST(QuietStation, ByTimeNoPieceOfSilenceIsKeptAndTheReturningSoundIsInOne) {
             const uint64_t sound = world.Truth()->Songs()[2].Begin;
             EXPECT_LE(world.Closed[1].RadioBegin, sound);
             EXPECT_GE(world.Closed[1].RadioBegin + 2 * uint64_t{44100}, sound);
+            EXPECT_EQ(MusicComparedWithRadio(world), "");
         });
 }
 
@@ -152,6 +156,27 @@ TEST(EndAfterSilence, EndsTheRecordingAndTellsWhenSomebodyIsThere) {
                   world.Finish();
                   EXPECT_THAT(KeptTitles(world), ElementsAre("Song 1", "Song 2"));
                   EXPECT_EQ(MusicComparedWithRadio(world), "");
+              });
+}
+
+TEST(EndAfterSilence, AClickOnRecordSaysThatItWaitsForTheSound) {
+    TellTwice([] { return Station(400); },
+              [](World& world) {
+                  ASSERT_TRUE(world.StartRecording());
+                  RunTo(world, FirstBreak + 310);
+                  const Label& status = world.Form().lblStatus[1];
+                  EXPECT_EQ(status.Caption(), Text("705", {"309"}));
+                  world.Form().cmdStartStop.Press();
+                  EXPECT_FALSE(world.Values().Flags.RecordingEnabled);
+                  EXPECT_EQ(status.Caption(), Text("890", {"310"}));
+                  RunTo(world, FirstBreak + 315);
+                  EXPECT_EQ(status.Caption(), Text("890", {"314"})) << "as long as it waits";
+                  RunTo(world, FirstBreak + 402);
+                  EXPECT_TRUE(world.Values().Flags.RecordingEnabled);
+                  EXPECT_EQ(status.Caption(), "");
+                  RunTo(world, FirstBreak + 400 + 2 * 62 + 10);
+                  world.Finish();
+                  EXPECT_THAT(KeptTitles(world), ElementsAre("Song 1", "Song 2", "Song 3", "Song 4"));
               });
 }
 

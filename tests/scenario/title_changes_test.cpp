@@ -176,6 +176,20 @@ TEST(PendingCut, OfAWantedSongOutlivesAChangeToCutsByTime) {
     EXPECT_EQ(MusicComparedWithRadio(world), "");
 }
 
+TEST(RecordingThatIsOff, AClickMeansTheSongWhoseTitleIsShown) {
+    World world(ByTitles());
+    ASSERT_TRUE(world.Start());
+    RunTo(world, 50);
+    world.Values().Flags.RecordingEnabled = false;  // such as by a full disk
+    RunTo(world, 92);
+    ASSERT_EQ(world.Values().Media.CurrentMedia.Song, "Song 3");
+    world.Form().cmdQuickRecord.Press();
+    ASSERT_TRUE(world.Values().Flags.RecordingEnabled);
+    PlayOut(world);
+    EXPECT_THAT(KeptTitles(world), ElementsAre("Song 3"));
+    EXPECT_EQ(MusicComparedWithRadio(world), "");
+}
+
 TEST(StandingInput, TitlesOfWhichNothingIsHeardNameNoSong) {
     World world(ByTitles());
     ASSERT_TRUE(world.Start());

@@ -27,6 +27,8 @@ inline constexpr MessageText NoMultiple{"704", "This number does not fit. Please
 // What happens while recording.
 inline constexpr MessageText NoSound{
     "705", "No sound for %1 seconds. Please check that the radio or player is still running."};
+inline constexpr MessageText SoundIsAwaited{
+    "890", "No sound for %1 seconds. Recording begins as soon as the sound is back."};
 inline constexpr MessageText SoundIsBack{"706", "The sound is back."};
 inline constexpr MessageText EndedBySilence{
     "707", "Recording has ended, because there was no sound for %1 minutes."};
@@ -230,6 +232,7 @@ inline constexpr std::array All = {NoNumber,
                                    OutOfRange,
                                    NoMultiple,
                                    NoSound,
+                                   SoundIsAwaited,
                                    SoundIsBack,
                                    EndedBySilence,
                                    EndedBySilenceHint,

@@ -30,6 +30,13 @@ int32_t LevelOf(std::span<const Frame> frames, bool byPeak) {
 
 }  // namespace
 
+std::string PictureAt(const std::string& cover) {
+    constexpr size_t bytes = 3000;
+    std::string picture;
+    while (picture.size() < bytes) picture += cover + "\n";
+    return picture;
+}
+
 uint64_t HashOf(std::span<const std::byte> bytes) {
     uint64_t hash = 0x9E3779B97F4A7C15U;
     uint64_t word = 0;
@@ -211,10 +218,13 @@ void Book::AfterEvent() {
         ExcuseUnread(Unread);
         ExcuseUnread(FirstUnread());
     }
-    // A piece by time that silence breaks off goes, with what has waited for it.
+    // A piece by time ends where the silence has begun, which goes.
     const bool byTime = Values().Pause.EndOfSongDetection == EndOfSong::FixedTime;
     const bool silent = Values().Signal.SilenceSeconds >= Values().Options.InfoAfterSilence;
-    if (byTime && silent && Values().Ring.Unread() == 0) ExcuseUnread(Unread);
+    if (byTime && silent && Values().Ring.Unread() == 0) {
+        const auto quiet = static_cast<size_t>(std::max(Values().Signal.SilentBufferCount, 0));
+        ExcuseUnread(Buffers.size() - std::min(quiet, Buffers.size()));
+    }
     Unread = FirstUnread();
     Wished = flags.RecordCurrentSong;
     WaitsForNext = flags.RecordNextSong;

@@ -16,6 +16,9 @@ namespace Corvetape::Test {
 inline constexpr const char* AlbumOf = "Album of ";
 inline constexpr const char* CoverOf = "http://covers/";
 
+/// The picture at the address of a cover.
+std::string PictureAt(const std::string& cover);
+
 /// A number that two buffers share only if they hold the same samples, as good as surely.
 uint64_t HashOf(std::span<const std::byte> bytes);
 
@@ -151,6 +154,7 @@ class Book {
     bool EndsByTitle();
     void NoteTold();
     void CheckMedia(const HeardSong& song);
+    void CheckPicture(const HeardSong& song);
     void NoteOpenFile();
     void CheckFlags();
     void CheckFate(const HeardSong& song);

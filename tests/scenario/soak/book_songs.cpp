@@ -58,6 +58,14 @@ void Book::CheckMedia(const HeardSong& song) {
     if (names(media) != names(Ended)) Tell("what was " + names(Ended) + " is kept as " + names(media));
 }
 
+/// A song has its own picture beside it or none, which may not have come in time.
+void Book::CheckPicture(const HeardSong& song) {
+    const std::string& wave = song.Song.TempPath;
+    const auto picture = Radio->Disk().Content(wave.substr(0, wave.rfind('.')) + ".jpg");
+    if (!picture || *picture == PictureAt(song.Song.Media.Cover)) return;
+    Tell(song.Song.Media.Song + " has another song's picture: " + picture->substr(0, picture->find('\n')));
+}
+
 bool Book::WasStruck(const std::string& path) const {
     const auto isOfIt = [&path](const std::string& failed) { return failed.find(path) != std::string::npos; };
     return std::ranges::any_of(Radio->Computer.Files.FailedOperations(), isOfIt);
@@ -73,6 +81,7 @@ void Book::Closed(const HeardSong& song) {
     if (!Values().Flags.RecordingEnabled) ExcuseUnread(Unread);
     if (song.Song.Fate == SongFate::Kept) {
         CheckMedia(song);
+        CheckPicture(song);
         CheckKept(song);
         return;
     }

@@ -38,6 +38,12 @@ WorldOptions WorldOf(uint64_t seed, double seconds, Book& book) {
         media.Album = AlbumOf + media.Song;
         media.Cover = CoverOf + media.Song;
     }
+    std::vector<std::string> covers;
+    for (const RadioScript::Item& item : options.Radio.Items) covers.push_back(item.Song.Media.Cover);
+    options.Connect = [covers](World& world, RunOptions& run) {
+        run.Web = &world.Web;
+        for (const std::string& cover : covers) world.Web.Bodies[cover] = PictureAt(cover);
+    };
     options.Radio.Pause(600).SilenceForever();  // of zeros, one buffer is like the next
     options.Machine.Seed = seed;
     const auto number = [&chance](int64_t low, int64_t high) {
@@ -57,6 +63,7 @@ WorldOptions WorldOf(uint64_t seed, double seconds, Book& book) {
         {"Options", "LowTempSpace", "1"},
         {"Options", "LowMusicSpace", "1"},
         {"Options", "DelTempFolder", number(0, 1)},
+        {"Options", "StoreCoverImage", "1"},
         {"DoNotChange", "EncodeDelay", number(0, 6000)},
         {"DoNotChange", "PollRecordingBuffers", number(0, 3)}};
     // Half of the radios tell albums and covers with the titles, the others up to some seconds later.
