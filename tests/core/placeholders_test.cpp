@@ -219,7 +219,7 @@ TEST(SanitizeFileName, ReplacesTheBackslashToo) {
 
 struct PathRow {
     const char* Path;
-    std::array<const char*, 7> Parts;  // modes 1 to 7
+    std::array<const char*, 7> Pieces;  // in the order of PathPiece
 };
 
 void PrintTo(const PathRow& row, std::ostream* out) {
@@ -228,10 +228,10 @@ void PrintTo(const PathRow& row, std::ostream* out) {
 
 class PathPartTable : public testing::TestWithParam<PathRow> {};
 
-TEST_P(PathPartTable, EachModeGivesItsPiece) {
-    for (int32_t mode = 1; mode <= 7; ++mode) {
-        EXPECT_EQ(PathPart(GetParam().Path, mode), GetParam().Parts[static_cast<size_t>(mode - 1)])
-            << GetParam().Path << " mode " << mode;
+TEST_P(PathPartTable, GivesEachPiece) {
+    for (int32_t i = 1; i <= 7; ++i) {
+        EXPECT_EQ(PathPart(GetParam().Path, PathPiece{i}), GetParam().Pieces[static_cast<size_t>(i - 1)])
+            << GetParam().Path << " piece " << i;
     }
 }
 
@@ -252,8 +252,8 @@ INSTANTIATE_TEST_SUITE_P(
                     PathRow{"song.mp3", {"", "", "", "", "", "", ""}},
                     PathRow{"", {"", "", "", "", "", "", ""}}));
 
-TEST(PathPart, OtherModesAreEmpty) {
-    for (const int32_t mode : {-1, 0, 8, 100}) EXPECT_EQ(PathPart("C:\\a\\b.c", mode), "");
+TEST(PathPart, OtherPiecesAreEmpty) {
+    for (const int32_t other : {-1, 0, 8, 100}) EXPECT_EQ(PathPart("C:\\a\\b.c", PathPiece{other}), "");
 }
 
 TEST(NormalizePath, BackslashesBecomeSlashesAndNoneIsDoubledOrAtTheEnd) {

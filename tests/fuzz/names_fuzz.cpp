@@ -52,8 +52,9 @@ void CheckText(const std::string& text) {
     Require(path.find("//") == std::string::npos && path.find('\\') == std::string::npos &&
                 NormalizePath(path) == path,
             "a path is written in one way");
-    for (int32_t mode = 0; mode <= 8; ++mode) {
-        Require(text.find(PathPart(text, mode)) != std::string::npos, "a piece of a path stands in it");
+    for (int32_t piece = 0; piece <= 8; ++piece) {
+        Require(text.find(PathPart(text, PathPiece{piece})) != std::string::npos,
+                "a piece of a path stands in it");
     }
 }
 

@@ -73,7 +73,8 @@ std::string Placeholders::ExpandPlaceholders(std::string_view text) const {
     result = ExpandFolders(std::move(result));
     result = ExpandTimes(std::move(result));
     const std::string profile = Places.Environment("UserProfile").value_or(std::string());
-    result = ReplaceAllIgnoringCase(result, "%UserProfileName%", PathPart(profile, 1));
+    result = ReplaceAllIgnoringCase(result, "%UserProfileName%",
+                                    PathPart(profile, PathPiece::NameWithoutExtension));
     result = ReplaceAllIgnoringCase(result, "%LF%", "\r\n");
     return CollapseBackslashes(ExpandEnvironment(result));
 }
@@ -192,33 +193,32 @@ std::string SanitizeFileName(std::string_view text) {
     return ReplaceAll(SanitizeFolderName(text), "\\", "_");
 }
 
-std::string PathPart(std::string_view path, int32_t mode) {
+std::string PathPart(std::string_view path, PathPiece piece) {
     const size_t separator = path.find_last_of("\\/");
     if (separator == std::string_view::npos) return {};
     const std::string_view file = path.substr(separator + 1);
     const std::string_view folder = path.substr(0, separator);
     const size_t dot = file.rfind('.');
-    switch (mode) {
-        case 1:
+    switch (piece) {
+        case PathPiece::NameWithoutExtension:
             return std::string(file.substr(0, dot));
-        case 2:
+        case PathPiece::Extension:
             return dot == std::string_view::npos ? std::string() : std::string(file.substr(dot + 1));
-        case 3:
+        case PathPiece::FileName:
             return std::string(file);
-        case 4:
+        case PathPiece::FolderWithoutDrive:
             return FolderWithoutDrive(path, folder);
-        case 5: {
+        case PathPiece::LastFolder: {
             const std::string withoutDrive = FolderWithoutDrive(path, folder);
             const size_t last = withoutDrive.find_last_of("\\/");
             return last == std::string::npos ? withoutDrive : withoutDrive.substr(last + 1);
         }
-        case 6:
+        case PathPiece::Folder:
             return std::string(folder);
-        case 7:
+        case PathPiece::Drive:
             return path.find(':') == std::string_view::npos ? std::string() : std::string(path.substr(0, 3));
-        default:
-            return {};
     }
+    return {};
 }
 
 std::string NormalizePath(std::string_view path) {

@@ -54,10 +54,20 @@ std::string SanitizeFolderName(std::string_view text);
 /// SanitizeFolderName, and each backslash becomes "_".
 std::string SanitizeFileName(std::string_view text);
 
-/// A piece of a path by number: 1 file name without extension, 2 extension, 3 file name, 4 folder without
-/// drive, 5 name of the last folder, 6 folder, 7 drive. Backslash and slash separate alike, and come back as
-/// they were given. Empty for a path without a separator and for any other number.
-std::string PathPart(std::string_view path, int32_t mode);
+/// What PathPart takes out of a path.
+enum class PathPiece : int32_t {
+    NameWithoutExtension = 1,
+    Extension,
+    FileName,
+    FolderWithoutDrive,
+    LastFolder,
+    Folder,
+    Drive,
+};
+
+/// A piece of a path. Backslash and slash separate alike, and come back as they were given. Empty for a path
+/// without a separator and for any other piece.
+std::string PathPart(std::string_view path, PathPiece piece);
 
 /// A path as the system writes it: slashes for backslashes, none doubled, none at the end but the root's.
 std::string NormalizePath(std::string_view path);
