@@ -15,7 +15,7 @@ inline constexpr const char* DemoInputId = "demo";
 /// The entry of the list that shows the built-in radio; it comes last.
 WaveInDevice DemoInput();
 
-/// What the words behind --input mean in a list of devices.
+/// What the words after --input mean in a list of devices.
 struct InputChoice {
     std::optional<size_t> Device;  ///< index in the list
     std::string FilePath;          ///< a sound file instead

@@ -9,7 +9,7 @@ namespace Corvetape {
 /// the log does not hold the same.
 class Notices {
  public:
-    /// `print` is called with each line that is to be told.
+    /// `print` is called with each line that is to be reported.
     explicit Notices(std::function<void(const std::string& text)> print) : Print(std::move(print)) {}
 
     /// The line of a song has said what the next line of the log is about.
@@ -18,7 +18,7 @@ class Notices {
     /// A line of the log. Only "INFO" and "ERROR" are notices.
     void Logged(const std::string& kind, const std::string& text);
 
-    /// The status line shows this text now. A text that only counts on is told once.
+    /// The status line shows this text now. A text that only counts on is reported once.
     void Status(const std::string& text);
 
  private:

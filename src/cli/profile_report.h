@@ -25,7 +25,7 @@ struct ProfileTrial {
 };
 
 /// What is open, which profile the recorder would read, which finds what or why it finds nothing, and what
-/// each rule yields: the text as it was read, behind the pattern, and decoded. Either of the two may be
+/// each rule yields: the text as it was read, after the pattern, and decoded. Either of the two may be
 /// missing.
 std::string ProfileReport(const ProfileTrial& trial, Documents* documents, Windows* windows);
 

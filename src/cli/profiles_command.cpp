@@ -126,7 +126,7 @@ std::string FindBrowser(Folders& folders) {
     return "";
 }
 
-/// True once the file is loaded and the browser tells its title, too. A browser begins with an empty page
+/// True once the file is loaded and the browser reports its title, too. A browser begins with an empty page
 /// that has the same place in its list.
 bool IsThere(const PageInfo& page, Document& document) {
     const std::string title = document.Title().value_or("");

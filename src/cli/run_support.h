@@ -36,7 +36,7 @@ std::optional<std::string> FindObstacle(Program& program, Files& files);
 /// printed takes the line away first.
 ProgramEvents EventsTo(SongPrinter& printer, TerminalLine& line);
 
-/// Waits until all encoders have ended and tells their results.
+/// Waits until all encoders have ended and reports their results.
 void WaitForEncoders(Program& program, Processes& processes);
 
 /// Waits until there is room for one more encoder on this machine: a recording that passes faster than its

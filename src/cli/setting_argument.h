@@ -19,7 +19,7 @@ struct SettingArgument {
 /// Reads such an argument: the section ends at the last point before the first "=". "Source" stands for every
 /// source of media data, see AnySourceSection. Only keys that the
 /// program knows are taken, and numbers only where it reads numbers; otherwise one clear line. A folder may
-/// be given from the present folder or, behind "~/", from the user's on.
+/// be given from the present folder or, after "~/", from the user's on.
 std::variant<SettingArgument, std::string> ReadSettingArgument(std::string_view text);
 
 }  // namespace Corvetape

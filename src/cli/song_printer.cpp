@@ -39,7 +39,7 @@ void SongPrinter::Transferred(const TransferredSong& song) {
                entry.Song.Media.TempFileName == song.Media.TempFileName;
     });
     if (!song.Problem.empty()) {
-        ++Refused;  // its log line tells why
+        ++Refused;  // its log line says why
     } else if (song.JobName.empty() && song.JobLabel != LabelOfSongsThatStay) {
         Refuse(song.Media, "its encoder could not be started", song.TempFile);
     }

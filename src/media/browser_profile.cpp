@@ -42,7 +42,7 @@ std::array<std::string, Count> Parts(std::string_view value) {
     return parts;
 }
 
-/// The names as a buffer of limited length gives them, each with its closing zero and one more behind the
+/// The names as a buffer of limited length gives them, each with its closing zero and one more after the
 /// last: the last name may be cut.
 std::vector<std::string> SectionNames(const Profile& file) {
     std::vector<std::string> names;

@@ -13,7 +13,7 @@ class Files;
 
 /// Where one field of the media data stands. All three are as the file has them.
 struct MediaFieldRule {
-    std::string Source;   ///< a number that tells the kind of place, or a path of frames; empty: no rule
+    std::string Source;   ///< a number for the kind of place, or a path of frames; empty: no rule
     std::string Element;  ///< index, name or id of an element, or a script expression
     std::string Pattern;  ///< regular expression; its first group that is not empty is the value
 

@@ -22,13 +22,13 @@ enum class FieldKind { Text, Address };
 /// What a rule yields, step by step.
 struct RuleReading {
     bool Skipped = false;  ///< there is no rule: the field stays empty
-    bool Failed = false;   ///< the read ends here; the fields behind this one stay empty
+    bool Failed = false;   ///< the read ends here; the fields after this one stay empty
     std::string Raw;
     std::string AfterPattern;
     std::string Value;  ///< after decoding; an address is not decoded
 };
 
-/// Evaluates a rule for one field. Its Source tells where the text stands, by the number that it begins with:
+/// Evaluates a rule for one field. Its Source says where the text is, by the number that it begins with:
 ///
 /// | number | text |
 /// |---|---|

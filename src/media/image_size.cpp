@@ -125,7 +125,7 @@ std::optional<ImageSize> ReadGif(std::string_view text) {
 
 std::optional<ImageSize> ReadWebP(std::string_view text) {
     constexpr uint32_t sideMask = 0x3FFF;
-    constexpr size_t chunkData = 20;  // behind "RIFF", size, "WEBP", name of the chunk and its size
+    constexpr size_t chunkData = 20;  // after "RIFF", size, "WEBP", name of the chunk and its size
     const std::string_view chunk = text.substr(12, 4);
     Bytes bytes(text);
     bytes.Skip(chunkData);

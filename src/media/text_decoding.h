@@ -16,9 +16,9 @@ namespace Corvetape {
 /// code. A "%0" that stood in the text is lost.
 std::string DecodeWebText(std::string_view text);
 
-/// Puts right what was UTF-8 and was read as ANSI. Only lead bytes 195 to 198, with one byte behind, and 225,
-/// with two, are recognised, and of the byte behind no more is asked than that it is 128 or above. All else
-/// stays as it is.
+/// Puts right what was UTF-8 and was read as ANSI. Only lead bytes 195 to 198, with one byte after them, and
+/// 225, with two, are recognised, and the first byte after them only has to be 128 or above. All else stays
+/// as it is.
 std::string RepairUtf8(std::string_view text);
 
 /// The code of the character that one to three bytes of UTF-8 stand for, without a look at what kind of bytes

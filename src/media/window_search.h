@@ -20,9 +20,9 @@ struct ShownPage {
     bool operator==(const ShownPage&) const = default;
 };
 
-/// The pages in the order of the search: those in windows come in the Z order of these, behind them the
+/// The pages in the order of the search: those in windows come in the Z order of these, after them the
 /// others in the order of their browser. A window shows a page if its text begins with the page's title, its
-/// browser's name or nothing following behind a dash, and shows one page only.
+/// browser's name or nothing following after a dash, and shows one page only.
 std::vector<ShownPage> PagesInOrder(const std::vector<PageInfo>& pages,
                                     const std::vector<WindowInfo>& windows);
 

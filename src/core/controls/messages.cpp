@@ -23,7 +23,7 @@ std::string Find(const Texts& texts, std::string_view key) {
     return found == texts.end() ? std::string() : found->second;
 }
 
-/// The text of a key, or of the key that it names behind ":".
+/// The text of a key, or of the key that it names after ":".
 template <typename Texts>
 std::string FindRedirected(const Texts& texts, std::string_view key) {
     const std::string text = Find(texts, key);
@@ -56,7 +56,7 @@ void clsLocalizeControls::Add(Texts& texts, const std::string& key, const std::s
 std::string clsLocalizeControls::FormatMsg(std::string_view key,
                                            std::span<const std::string> arguments) const {
     const std::string text = FormatWith(Find(CaptionTexts, key), arguments);
-    // Behind the arguments, so that it takes hold of them too: one pass at the end is what messages rely on.
+    // After the arguments, so that it takes hold of them too: one pass at the end is what messages rely on.
     return ReplaceAll(ReplaceAll(text, "\\r", "\r"), "\\n", "\n");
 }
 

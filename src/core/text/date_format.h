@@ -13,14 +13,14 @@ namespace Corvetape {
 /// |---|---|
 /// | d dd ddd dddd | day of the month, with two digits; name of the weekday, short and long |
 /// | ddddd dddddd | whole date, short and long |
-/// | m mm mmm mmmm | month, with two digits; its name, short and long. m and mm behind h or hh: minutes |
+/// | m mm mmm mmmm | month, with two digits; its name, short and long. m and mm after h or hh: minutes |
 /// | y yy yyyy | day of the year; year with two and with four digits |
 /// | h hh n nn s ss | hour, minute, second, plain and with two digits |
 /// | w ww q | weekday (Sunday is 1), week of the year (the first one holds January 1), quarter |
 /// | c ttttt | date and time, without a part that is empty; time |
 /// | AM/PM am/pm A/P a/p AMPM | half of the day; hours then count from 1 to 12 |
 ///
-/// A text in double quotes and a character behind a backslash stand for themselves, and so does everything
+/// A text in double quotes and a character after a backslash stand for themselves, and so does everything
 /// else. "/" and ":" separate as they are. An empty format is "c".
 std::string FormatDate(std::string_view format, const DateTime& time);
 

@@ -77,7 +77,7 @@ bool LikePattern::TokenMatches(const Token& token, char32_t character) const {
 bool LikePattern::MatchesCharacters(std::u32string_view text) const {
     size_t at = 0;
     size_t token = 0;
-    size_t afterStar = Tokens.size() + 1;  // the token behind the last "*" and where it was tried
+    size_t afterStar = Tokens.size() + 1;  // the token after the last "*" and where it was tried
     size_t tried = 0;
     // What stands behind a "*" is tried only where it can begin.
     const auto tryFrom = [&](size_t from) {

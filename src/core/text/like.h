@@ -20,7 +20,7 @@ enum class LikeCase { Exact, Ignored };
 /// | `[!abx-z]` | one character that is not of them |
 /// | anything else | itself |
 ///
-/// A "]" that comes first in brackets, or behind the "!", is one of the list; so is a "-" that comes first or
+/// A "]" that comes first in brackets, or after the "!", is one of the list; so is a "-" that comes first or
 /// last. A range whose end lies before its begin holds nothing. A "[" that is never closed stands for itself.
 /// Characters are those of UTF-8; a byte that is none counts as one of its own.
 ///

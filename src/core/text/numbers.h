@@ -6,7 +6,7 @@
 
 namespace Corvetape {
 
-/// The number that a text is: blanks round it, a sign, a decimal point and an exponent are allowed. Nothing
+/// The number that a text is: blanks around it, a sign, a decimal point and an exponent are allowed. Nothing
 /// if it is no number or does not fit a double.
 std::optional<double> NumberFromText(std::string_view text);
 

@@ -35,7 +35,7 @@ class Placeholders {
 };
 
 /// Replaces one placeholder, ignoring case, by a value that a stranger wrote. The value is cut to 4096 bytes
-/// and the text to 65536 before and behind the step, so that values that hold further placeholders do not
+/// and the text to 65536 before and after the step, so that values that hold further placeholders do not
 /// make a text grow beyond all bounds.
 std::string ReplaceMediaValue(std::string_view text, std::string_view placeholder, std::string_view value);
 

@@ -9,10 +9,10 @@ namespace Corvetape {
 
 class DemoSynth;
 
-/// A song of the demo radio as it lies in its frames.
+/// The frames of a song of the demo radio.
 struct DemoSong {
     uint64_t Begin = 0;
-    uint64_t End = 0;  ///< one behind its last frame; its sound has died away there
+    uint64_t End = 0;  ///< one after its last frame; its sound has died away there
     SourceMedia Media;
 
     bool operator==(const DemoSong&) const = default;

@@ -21,7 +21,7 @@ class DemoSynth {
     DemoSynth(const DemoSynth&) = delete;
     DemoSynth& operator=(const DemoSynth&) = delete;
 
-    /// Fills `frames` with what comes next; silence behind the song's end.
+    /// Fills `frames` with what comes next; silence after the song's end.
     void Read(std::span<Frame> frames);
 
  private:

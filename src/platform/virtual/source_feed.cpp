@@ -182,7 +182,7 @@ void SourceFeed::HandOver() {
     WaveHeader& header = Filled.Front();
     Filled.Pop();
     header.dwFlags |= WHDR_DONE;
-    const std::shared_ptr<FeedSetup> setup = Setup;  // the owner may close or reopen while it is told
+    const std::shared_ptr<FeedSetup> setup = Setup;  // the owner may close or reopen meanwhile
     if (setup->Events.BufferDone) setup->Events.BufferDone(header);
 }
 
@@ -227,7 +227,7 @@ void SourceFeed::TellGap(const FeedGap& gap) {
     if (setup->Events.Incident) setup->Events.Incident({gap.Kind, gap.Frames, setup->Device.Name});
 }
 
-/// Behind the buffers that were filled so far.
+/// After the buffers that were filled so far.
 void SourceFeed::PostGaps() {
     for (; GapIsNext(); ++NextToTell) {
         PostEvent([gap = LostParts[NextToTell]](SourceFeed& feed) { feed.TellGap(gap); });

@@ -130,7 +130,7 @@ class SourceFeed {
     std::unique_ptr<LoopTimer> Timer;
     std::chrono::milliseconds TimerInterval{0};
 
-    std::shared_ptr<FeedSetup> Setup;  ///< kept by an event that is being told
+    std::shared_ptr<FeedSetup> Setup;  ///< kept by an event that is being reported
     uint64_t Generation = 0;           ///< counts up when what was posted becomes void
     HeaderQueue Queued;
     HeaderQueue Filled;  ///< the hand-over is posted

@@ -7,7 +7,7 @@ namespace Corvetape {
 
 namespace {
 
-/// A part of the half second after which what was told is read, so that a reading finds what is new.
+/// A part of the half second after which the last report is read, so that a reading finds what is new.
 constexpr std::chrono::milliseconds LookEvery{100};
 
 }  // namespace

@@ -97,8 +97,8 @@ class WatchLists {
 std::string WatchedName(std::string_view musicFileTemplate, const STATIONANDSONGDATA& media);
 
 /// The name of the song in a dropped music file: the file's name without folder and extension, blanks taken
-/// off. Empty if the file is none of .wav, .wma, .mp3 and .ogg, case ignored, or lies in no folder, or if its
-/// name is no single line.
+/// off. Empty if the file is not one of .wav, .wma, .mp3 and .ogg, case ignored, or is in no folder, or if
+/// its name is no single line.
 std::string NameOfDroppedFile(std::string_view path);
 
 }  // namespace Corvetape

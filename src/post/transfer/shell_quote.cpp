@@ -84,7 +84,7 @@ void ShellScript::DeleteIfAllSucceeded(const std::string& base, const std::strin
     const std::string there = Declare(target.substr(0, target.rfind('/') + 1));
     Commands += "if [ \"$corvet_failed\" -eq 0 ] && ! [ \"$" + here + "\" -ef \"$" + there +
                 "\" ] && [ /proc/self/fd/9 -ef \"$" + song + "\" ]; then\n";
-    // Another song may be called like this one with a dot and more behind it; only one extension counts.
+    // Another song may be called like this one with a dot and more after it; only one extension counts.
     Commands += "for corvet_file in \"$" + name + "\".*; do case \"${corvet_file#\"$" + name +
                 "\".}\" in *.*) ;; *) rm -f -- \"$corvet_file\" ;; esac; done\nfi\n";
 }

@@ -31,7 +31,7 @@ struct TemplateParameter {
 /// A template writes %N where it wants parameter N, and needs to know nothing of quoting. Text parameters
 /// are laid into shell variables ahead of all commands, each as one quoted word, and %N becomes a
 /// reference to its variable, quoted as the place asks for it: bare, inside double or single quotes, or
-/// behind an option's equals sign, the command receives exactly the value, within the word that %N stands
+/// after an option's equals sign, the command receives exactly the value, within the word that %N stands
 /// in. As the shell only ever sees the name of the variable, no value can become a command, end a
 /// quotation, split into words or be taken for another parameter.
 ///
@@ -51,7 +51,7 @@ class ShellScript {
     void Export(const std::string& name, std::string_view value);
 
     /// Adds the commands of a template. `parameters[0]` is %1; at most nine count. A percent sign with any
-    /// other character behind it is left alone. False, and nothing is added, for a template whose
+    /// other character after it is left alone. False, and nothing is added, for a template whose
     /// quotations or parentheses are not closed: the shell would read what follows as part of them.
     [[nodiscard]] bool AddTemplate(std::string_view text, std::span<const TemplateParameter> parameters);
 
@@ -59,7 +59,7 @@ class ShellScript {
     void RememberSong(const std::string& base);
 
     /// Deletes at the end the files of the name `base` with any one extension, if all commands succeeded,
-    /// the remembered song file is still the same one, and `base` and `target` lie in different folders.
+    /// the remembered song file is still the same one, and `base` and `target` are in different folders.
     void DeleteIfAllSucceeded(const std::string& base, const std::string& target);
 
     /// Deletes the note of the song at the end, if all commands succeeded or the file `made`, which tells of

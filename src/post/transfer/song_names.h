@@ -25,7 +25,7 @@ bool HasSongData(const MediaState& media, EndOfSong endOfSongDetection);
 ///
 /// Whatever the media data hold, FinalName is one part of a path and SubFolder leads nowhere but below
 /// MusicPath. An empty template makes an empty FinalName: the song is then called ".wav". A song that goes
-/// over several files gets " (n)" behind its name, so that no part replaces another.
+/// over several files gets " (n)" after its name, so that no part replaces another.
 SongNames NameSong(const MediaState& media, const Settings& settings, const WorkingFolders& folders,
                    EndOfSong endOfSongDetection);
 

@@ -15,7 +15,7 @@ namespace {
 
 constexpr qint64 LargestList = 4LL * 1024 * 1024;
 constexpr quint64 LargestAnswer = 4ULL * 1024 * 1024;
-constexpr int ForgetAfterMs = 10'000;  // a browser that stands still is asked again behind this time
+constexpr int ForgetAfterMs = 10'000;  // a browser that stands still is asked again after this time
 
 using AnswerPointer = std::shared_ptr<DevToolsAnswer>;
 

@@ -56,7 +56,7 @@ std::string UserHome() {
 /// Creates all missing levels. A new folder is for its user only, as the conventions ask for.
 void MakeFolders(const std::string& path) {
     for (size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1)) {
-        mkdir(path.substr(0, slash).c_str(), 0700);  // usually there; the last level tells
+        mkdir(path.substr(0, slash).c_str(), 0700);  // usually there; the last level says
     }
     mkdir(path.c_str(), 0700);
 }

@@ -25,7 +25,7 @@ class LinuxFolders : public Folders {
     std::string ProgramFolder() override;
 
     /// "Temp" and "Tmp", if nobody has set them, are the user's cache folder: temporary songs are large,
-    /// and the system's temporary folder may lie in memory. "UserProfile" is the user's home.
+    /// and the system's temporary folder may be in memory. "UserProfile" is the user's home.
     std::optional<std::string> Environment(const std::string& name) override;
 
     /// Sets the variable that Environment would find by the name.

@@ -8,9 +8,9 @@ namespace Corvetape {
 /// collected and reaches it a little later, from a thread of its own, in large pieces and in order. Whoever
 /// makes the data does not wait for the disk that way.
 ///
-/// A failure is told by the next Write or Seek, at the latest by Close; from then on all of them fail. Until
-/// Close has returned, the file may be behind, so it is not to be looked at by its path. At most 1.5 MiB of
-/// a file wait.
+/// A failure is reported by the next Write or Seek, at the latest by Close; from then on all of them fail.
+/// Until Close has returned, the file may be behind, so it is not to be looked at by its path. At most 1.5
+/// MiB of a file wait.
 class WriteBehindFiles : public LinuxFiles {
  public:
     std::unique_ptr<File> Create(const std::string& path) override;

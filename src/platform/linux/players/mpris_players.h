@@ -28,7 +28,7 @@ class MprisPlayers : public Players {
     explicit MprisPlayers(EventLoop& loop);
     MprisPlayers(EventLoop& loop, Options options);
 
-    /// Nothing is told any more. Waits for a bus that is just being connected to.
+    /// Nothing is reported any more. Waits for a bus that is just being connected to.
     ~MprisPlayers() override;
     MprisPlayers(const MprisPlayers&) = delete;
     MprisPlayers& operator=(const MprisPlayers&) = delete;

@@ -9,7 +9,7 @@ namespace Corvetape {
 inline constexpr const char* UsualSearchPath = "/usr/local/bin:/usr/bin:/bin";
 
 /// Where a program of this name would be started from. Only absolute folders of the search path count: a
-/// file that happens to lie in the present folder is not meant. A name with a folder is taken as it is.
+/// file that happens to be in the present folder is not meant. A name with a folder is taken as it is.
 std::optional<std::string> SearchProgram(const std::string& name);
 
 }  // namespace Corvetape

@@ -27,8 +27,8 @@ class LossMeter {
     /// Begins anew at `now` (nanoseconds of the monotonic clock, as everywhere here).
     void Start(int64_t now);
 
-    /// The stream stands still for a known reason. What is missing is told when frames have arrived again
-    /// for a second. A `certain` interruption is told in any case, another one if something is missing.
+    /// The stream stands still for a known reason. What is missing is reported when frames have arrived again
+    /// for a second. A `certain` interruption is reported in any case, another one if something is missing.
     void Interrupted(WaveInIncidentKind kind, bool certain);
 
     /// `frames` have arrived at `now`. Returns a loss when it is over and its length is known.

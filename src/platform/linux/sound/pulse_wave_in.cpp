@@ -67,7 +67,7 @@ class Receiver : public std::enable_shared_from_this<Receiver> {
         Road.Clear();
     }
 
-    /// Fills at most `most` buffers and tells what lies between them.
+    /// Fills at most `most` buffers and reports what lies between them.
     void Deliver(size_t most) {
         const std::shared_ptr<Receiver> keep = shared_from_this();
         const uint64_t began = Generation;

@@ -16,7 +16,7 @@ namespace Corvetape {
 /// taken at open: a logic thread that stands still for a minute loses nothing. When server or device go,
 /// the stream waits for them, records from nothing else meanwhile, and goes on by itself.
 ///
-/// Incident and Availability are told where they lie between the buffers: in the modes 0 and 3 from the
+/// Incident and Availability are reported where they lie between the buffers: in the modes 0 and 3 from the
 /// loop, in the polling modes from Deliver.
 class PulseWaveIn : public WaveIn {
  public:

@@ -93,7 +93,7 @@ bool Resampler::Refill() {
     if (got < BlockFrames) {
         Ended = true;
         End = Filled;
-        Left.resize(Filled + Taps, 0.0F);  // silence behind it
+        Left.resize(Filled + Taps, 0.0F);  // silence after it
         Right.resize(Filled + Taps, 0.0F);
         Filled += Taps;
     }
@@ -115,7 +115,7 @@ size_t Resampler::Read(std::span<float> interleaved) {
         while (At + Taps > Filled) {
             if (!Refill()) return done;
         }
-        // The signal is over when the next output frame would lie behind its last one.
+        // The signal is over when the next output frame would lie after its last one.
         if (Ended && At + Half - 1 >= End) return done;
         const float* set = Blend.data();
         if (Blended) {

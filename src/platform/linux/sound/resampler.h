@@ -45,7 +45,7 @@ class Resampler {
     std::vector<float> Right;
     size_t Filled = 0;      // frames in left and right
     size_t At = 0;          // first frame that the next output frame needs
-    uint64_t Position = 0;  // of the next output frame behind frame at + half - 1, in 1/up
+    uint64_t Position = 0;  // of the next output frame after frame at + half - 1, in 1/up
     size_t End = 0;         // frames of the signal in left and right; known once `ended`
     bool Ended = false;
     std::vector<float> Block;

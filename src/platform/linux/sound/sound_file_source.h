@@ -25,7 +25,7 @@ struct SoundFileDamage {
     std::string Why;            ///< in a few words; may be empty
 };
 
-/// How the sound lies in a file.
+/// How the sound is stored in a file.
 struct SoundFileFormat {
     uint32_t FramesPerSecond = 0;
     uint32_t Channels = 0;
