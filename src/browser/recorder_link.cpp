@@ -17,8 +17,8 @@ void RecorderLink::Send(const QJsonObject& message) {
 }
 
 void RecorderLink::Flush() {
-    constexpr int LimitMs = 1000;
-    while (Socket.bytesToWrite() > 0 && Socket.waitForBytesWritten(LimitMs)) {
+    constexpr int limitMs = 1000;
+    while (Socket.bytesToWrite() > 0 && Socket.waitForBytesWritten(limitMs)) {
     }
 }
 

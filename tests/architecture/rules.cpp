@@ -56,19 +56,6 @@ std::string FirstLineOf(std::string_view text) {
 
 }  // namespace
 
-std::vector<Finding> LongFunctions(const SourceFile& file) {
-    std::vector<Finding> findings;
-    for (const Piece& piece : PiecesOf(file.Code)) {
-        if (piece.Kind != PieceKind::Function) continue;
-        const size_t first = LineOf(file.Code, piece.Begin);
-        const size_t lines = LineOf(file.Code, piece.End) - first + 1;
-        if (lines <= MostFunctionLines) continue;
-        findings.push_back({file.Path, first,
-                            std::to_string(lines) + " lines: " + FirstLineOf(file.Code.substr(piece.Begin))});
-    }
-    return findings;
-}
-
 std::vector<Finding> LongFiles(const SourceFile& file) {
     if (file.Path.ends_with("_table.h") || file.Path.ends_with("_table.cpp")) return {};
     const size_t lines = LinesOf(file.Text).size();
@@ -116,22 +103,6 @@ std::vector<Finding> RawOwnership(const SourceFile& file) {
         const std::string_view before = LastWordBefore(file.Code, at);
         if (before == "=" || before == "operator") continue;
         findings.push_back({file.Path, LineOf(file.Code, at), "delete"});
-    }
-    return findings;
-}
-
-std::vector<Finding> Macros(const SourceFile& file) {
-    if (!Below(file, "src/")) return {};
-    std::vector<Finding> findings;
-    size_t number = 0;
-    for (std::string_view line : LinesOf(file.Text)) {
-        ++number;
-        const size_t mark = line.find_first_not_of(" \t");
-        if (mark == std::string_view::npos || line[mark] != '#') continue;
-        const size_t word = line.find_first_not_of(" \t", mark + 1);
-        if (word != std::string_view::npos && line.substr(word).starts_with("define")) {
-            findings.push_back({file.Path, number, std::string(line.substr(mark))});
-        }
     }
     return findings;
 }

@@ -18,7 +18,6 @@ struct Finding {
     bool operator==(const Finding&) const = default;
 };
 
-inline constexpr size_t MostFunctionLines = 70;
 inline constexpr size_t MostFileLines = 500;
 
 /// A room of the house: a folder below src/.
@@ -45,8 +44,6 @@ std::vector<Finding> WrongArrows(std::string_view text);
 /// Words with which logic would reach past platform/ for a clock, a thread, a file or the surroundings.
 std::vector<Finding> ReachesPastTheMachine(const SourceFile& file);
 
-std::vector<Finding> LongFunctions(const SourceFile& file);
-
 /// Tables (files named ..._table.h or ..._table.cpp) may be longer.
 std::vector<Finding> LongFiles(const SourceFile& file);
 
@@ -57,8 +54,6 @@ std::vector<Finding> UsingNamespaceInHeaders(const SourceFile& file);
 
 /// `new` and `delete`, where no widget tree owns what was made.
 std::vector<Finding> RawOwnership(const SourceFile& file);
-
-std::vector<Finding> Macros(const SourceFile& file);
 
 /// Marks of work that was left for later.
 std::vector<Finding> OpenMarks(const SourceFile& file);

@@ -112,33 +112,6 @@ TEST(ReachesPastTheMachine, LogicReadsNoClockOfItsOwn) {
                 IsEmpty());
 }
 
-TEST(LongFunctions, SeventyLinesAreTheEnd) {
-    const std::string most = "void F() {\n" + Repeated("    G();\n", 68) + "}\n";
-    const std::string more = "int a;\nvoid F() {\n" + Repeated("    G();\n", 69) + "}\n";
-    EXPECT_THAT(LongFunctions(ReadSource("src/core/a.cpp", most)), IsEmpty());
-    EXPECT_THAT(LinesFound(LongFunctions(ReadSource("src/core/a.cpp", more))), ElementsAre(2));
-}
-
-TEST(LongFunctions, MembersAndTestsAreFunctionsToo) {
-    const std::string body = " {\n" + Repeated("    G();\n", 70) + "}\n";
-    EXPECT_THAT(LinesFound(LongFunctions(ReadSource("src/core/a.cpp", "A::A() : B(1)" + body))),
-                ElementsAre(1));
-    EXPECT_THAT(
-        LinesFound(LongFunctions(ReadSource("src/core/a.h", "class A {\n  void F()" + body + "};\n"))),
-        ElementsAre(2));
-    EXPECT_THAT(LinesFound(LongFunctions(ReadSource("tests/core/a.cpp", "TEST(A, B)" + body))),
-                ElementsAre(1));
-}
-
-TEST(LongFunctions, ALongTypeOrTableIsNoFunction) {
-    EXPECT_THAT(
-        LongFunctions(ReadSource("src/core/a.h", "struct A {\n" + Repeated("  int B;\n", 90) + "};\n")),
-        IsEmpty());
-    EXPECT_THAT(
-        LongFunctions(ReadSource("src/core/a.cpp", "int A[] = {\n" + Repeated("  1,\n", 90) + "};\n")),
-        IsEmpty());
-}
-
 TEST(LongFiles, FiveHundredLinesAreTheEndExceptInTables) {
     EXPECT_THAT(LongFiles(ReadSource("src/core/a.cpp", Repeated("int a;\n", 500))), IsEmpty());
     EXPECT_THAT(LinesFound(LongFiles(ReadSource("src/core/a.cpp", Repeated("int a;\n", 501)))),
@@ -196,13 +169,6 @@ TEST(RawOwnership, AnObjectMayBeHandedToItsOwnerOnTheSpot) {
                 IsEmpty());
     EXPECT_THAT(LinesFound(RawOwnership(ReadSource("src/core/a.cpp", "std::unique_ptr<A> a;\nF(new A);\n"))),
                 ElementsAre(2));
-}
-
-TEST(Macros, ADefinitionIsFound) {
-    EXPECT_THAT(LinesFound(Macros(ReadSource("src/core/a.h", "#pragma once\n#define A 1\n"))),
-                ElementsAre(2));
-    EXPECT_THAT(Macros(ReadSource("src/core/a.h", "#pragma once\n#include <map>\n#ifdef A\n#endif\n")),
-                IsEmpty());
 }
 
 TEST(OpenMarks, AreFoundInComments) {

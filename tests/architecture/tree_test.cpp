@@ -54,10 +54,6 @@ TEST(Tree, LogicAsksTheMachineForTimeFilesAndThreads) {
     EXPECT_EQ(Over(ReachesPastTheMachine), "");
 }
 
-TEST(Tree, NoFunctionIsLongerThanAScreen) {
-    EXPECT_EQ(Over(LongFunctions), "");
-}
-
 TEST(Tree, NoFileIsAboutTwoThings) {
     EXPECT_EQ(Over(LongFiles), "");
 }
@@ -72,10 +68,6 @@ TEST(Tree, NoHeaderOpensANamespace) {
 
 TEST(Tree, NothingIsOwnedByARawPointer) {
     EXPECT_EQ(Over(RawOwnership), "");
-}
-
-TEST(Tree, NothingIsAMacro) {
-    EXPECT_EQ(Over(Macros), "");
 }
 
 TEST(Tree, NothingIsMarkedAsLeftForLater) {
