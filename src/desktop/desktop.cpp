@@ -7,6 +7,7 @@
 #include "core/controls/messages.h"
 #include "core/settings/command_line.h"
 #include "platform/virtual/demo_radio.h"
+#include "recording/song_notices.h"
 #include "ui/provider_question.h"
 
 namespace Corvetape {
@@ -96,7 +97,10 @@ ProgramEvents Desktop::Events() {
         Trace->SongClosed(song);
         Songs.SongClosed(song);
     };
-    events.SongTransferred = [this](const TransferredSong& song) { Songs.SongTransferred(song); };
+    events.SongTransferred = [this](const TransferredSong& song) {
+        Songs.SongTransferred(song);
+        SongNotices(Recorder->Values().Options, Recorder->Texts(), Presence).SongTransferred(song);
+    };
     events.MusicMade = [this](const std::string& job, const std::string& file) {
         Songs.MusicMade(job, file);
     };

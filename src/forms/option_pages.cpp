@@ -14,6 +14,7 @@ Options1Page::Options1Page(Form& form)
       chkDisableSoundScheme(form, "chkDisableSoundScheme"),
       chkRestartRadioIfSilent(form, "chkRestartRadioIfSilent"),
       chkStoreCoverImage(form, "chkStoreCoverImage"),
+      chkNotifySongs(form, "chkNotifySongs"),
       chkNoStartupInfo(form, "chkNoStartupInfo"),
       lstEncodeDelay(form, "lstEncodeDelay"),
       lstBufferFlag(form, "lstBufferFlag") {
@@ -26,6 +27,7 @@ Options1Page::Options1Page(Form& form)
     chkDisableSoundScheme.Wording("1146", "Disable sound scheme when Corvetape starts");
     chkRestartRadioIfSilent.Wording("1147", "Try to restart radio if silence detected");
     chkStoreCoverImage.Wording("1148", "Store the cover image with the song");
+    chkNotifySongs.Wording("1700", "Show a message of the desktop for each song that was kept");
     lstEncodeDelay.Wording("1149", "Start encoding to MP3, WMA etc. after a delay of n seconds");
     lstBufferFlag.Wording("1150", "Buffer processing method");
     for (int32_t seconds = 30; seconds >= 0; --seconds) lstEncodeDelay.AddItem(std::to_string(seconds));

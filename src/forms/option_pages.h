@@ -18,6 +18,7 @@ struct Options1Page {
     CheckBox chkDisableSoundScheme;
     CheckBox chkRestartRadioIfSilent;
     CheckBox chkStoreCoverImage;
+    CheckBox chkNotifySongs;
     CheckBox chkNoStartupInfo;  ///< on no page and yet visible: it is for pages of the assistant
     ListBox lstEncodeDelay;     ///< entries 30 down to 0
     ListBox lstBufferFlag;      ///< entries 4 down to 1

@@ -35,6 +35,7 @@ constexpr Press Presses[] = {
     {"Options", "EncodeOffline", "1", [](frmMain& f) { f.chkEncodeOffline.Press(); }},
     {"Options", "RestartRadioIfSilent", "1", [](frmMain& f) { f.chkRestartRadioIfSilent.Press(); }},
     {"Options", "StoreCoverImage", "0", [](frmMain& f) { f.chkStoreCoverImage.Press(); }},
+    {"Options", "NotifySongs", "1", [](frmMain& f) { f.chkNotifySongs.Press(); }},
     {"Options", "NoStartupInfo", "0", [](frmMain& f) { f.chkNoStartupInfo.Press(); }},
     {"Options", "AutoExclude", "1", [](frmMain& f) { f.chkAutoExclude.Press(); }},
     {"Options", "DisableSoundScheme", "1", [](frmMain& f) { f.chkDisableSoundScheme.Press(); }},

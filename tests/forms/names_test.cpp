@@ -126,6 +126,7 @@ TEST(Names, OfThePagesOfEncodersAndOptions) {
                        {"chkDisableSoundScheme"},
                        {"chkRestartRadioIfSilent"},
                        {"chkStoreCoverImage"},
+                       {"chkNotifySongs"},
                        {"chkNoStartupInfo"},
                        {"lstEncodeDelay"},
                        {"lstBufferFlag"},

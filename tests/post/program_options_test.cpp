@@ -36,6 +36,7 @@ TEST_F(ProgramOptionsTest, EveryCheckBoxWritesItsKeyAtOnce) {
         {Form.chkDisableSoundScheme, &Settings::DisableSoundScheme, "DisableSoundScheme"},
         {Form.chkRestartRadioIfSilent, &Settings::RestartRadioIfSilent, "RestartRadioIfSilent"},
         {Form.chkStoreCoverImage, &Settings::StoreCoverImage, "StoreCoverImage"},
+        {Form.chkNotifySongs, &Settings::NotifySongs, "NotifySongs"},
         {Form.chkAutoExclude, &Settings::AutoExclude, "AutoExclude"},
         {Form.chkNoStartupInfo, &Settings::NoStartupInfo, "NoStartupInfo"},
         {Form.chkUseMusicSubfolder, &Settings::UseMusicSubfolder, "UseMusicSubfolder"},

@@ -57,7 +57,7 @@ const std::vector<PageOfTable> Expected{
     {"TAB_OPTIONS1",
      {"chkNormalize", "chkEncodeOffline", "chkDelTemp", "chkDelTempFolder", "chkQuitAfterRecording",
       "chkDelayUnload", "chkDisableSoundScheme", "chkRestartRadioIfSilent", "chkStoreCoverImage",
-      "lstEncodeDelay", "lstBufferFlag"}},
+      "chkNotifySongs", "lstEncodeDelay", "lstBufferFlag"}},
     {"TAB_OPTIONS2",
      {"txtLowTempSpace", "txtLowMusicSpace", "chkStartApp", "txtStartApp", "txtStartAppCommandLine",
       "chkStopApp", "txtStopApp", "txtStopAppCommandLine", "cmdAppSearch_0", "cmdAppSearch_1"}},

@@ -54,6 +54,7 @@ struct Settings {
     int32_t InfoAfterSilence = 60;
     bool RestartRadioIfSilent = false;
     bool StoreCoverImage = true;
+    bool NotifySongs = false;
     bool AutoExclude = false;
     bool DisableSoundScheme = false;
     bool DelayUnload = false;

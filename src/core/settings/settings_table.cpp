@@ -47,6 +47,7 @@ constexpr SettingRow Table[] = {
     {"Options", "RestartRadioIfSilent", "0", Bool, &Settings::RestartRadioIfSilent, Load,
      "chkRestartRadioIfSilent"},
     {"Options", "StoreCoverImage", "1", Bool, &Settings::StoreCoverImage, Load, "chkStoreCoverImage"},
+    {"Options", "NotifySongs", "0", Bool, &Settings::NotifySongs, Load, "chkNotifySongs"},
     {"Options", "AutoExclude", "0", Bool, &Settings::AutoExclude, Load, "chkAutoExclude"},
     {"Options", "DisableSoundScheme", "0", Bool, &Settings::DisableSoundScheme, Load,
      "chkDisableSoundScheme"},

@@ -65,7 +65,8 @@ QWidget* MakeOptions1View(const UiParts& parts) {
     frmMain& form = parts.Form;
     auto* const page = Make<FormPage>(parts.Say(Key::Options1Name), parts.Say(Key::Options1Line));
     Card& files = page->AddCard(parts.Say(Key::MusicFilesCard), parts.Say(Key::MusicFilesCardLine));
-    for (CheckBox* box : {&form.chkNormalize, &form.chkStoreCoverImage, &form.chkEncodeOffline})
+    for (CheckBox* box :
+         {&form.chkNormalize, &form.chkStoreCoverImage, &form.chkEncodeOffline, &form.chkNotifySongs})
         files.Add(*box);
     files.AddField(form.lstEncodeDelay, ShortList(form.lstEncodeDelay));
     Card& leftovers = page->AddCard(parts.Say(Key::LeftoversCard), parts.Say(Key::LeftoversCardLine));
