@@ -39,8 +39,9 @@ ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
       Writer({machine.Files, state.Flags, state.Signal, state.Pause, state.Media, state.Messages, state.Cut},
              SongPlaceOf(*this), SongEventsOf(*this)),
       Drain({state.Ring, state.Cut, state.Pause, state.Flags, Writer}),
+      Targets(Writer, Drain),
       Path({state.Signal, state.Pause, state.Ring, machine.Clock},
-           {state.Signal, state.Cut, state.Pause, state.Flags, state.Ring}, RouteTargetsOf(*this)),
+           {state.Signal, state.Cut, state.Pause, state.Flags, state.Ring}, Targets),
       Pauses({state.Form, state.Pause, state.Signal, state.Media, Store, machine.Dialogs, Messages}),
       Levels(state.Form, state.Signal, state.Pause),
       Bridge(BridgeTo(Owner.Options.Players, Registry, machine.Loop)),
@@ -83,7 +84,7 @@ std::string ProgramParts::NameOfMusicFile() const {
 }
 
 void ProgramParts::NoteSong() {
-    if (!Owner.Options.KeepNotes || !Writer.SongFileOpen()) return;
+    if (!Owner.Options.KeepNotes || !Writer.HasSongFile()) return;
     // While a cut is pending the file still holds the song that has ended.
     const MediaState& media = Memory.Media;
     const std::optional<EndedSong>& ended = Memory.Cut.Ended;

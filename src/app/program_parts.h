@@ -118,6 +118,7 @@ struct ProgramParts {
     Capture Input;
     SongWriter Writer;
     AudioDrain Drain;
+    SongTargets Targets;
     SignalPath Path;
     PauseControl Pauses;
     LevelDisplay Levels;

@@ -175,13 +175,6 @@ SongEvents SongEventsOf(ProgramParts& parts) {
     return events;
 }
 
-RouteTargets RouteTargetsOf(ProgramParts& parts) {
-    return {[&parts](const SignalBuffer& buffer, bool end) {
-                return parts.Writer.WriteBufferToSong(buffer, end);
-            },
-            [&parts] { return parts.Drain.MakeRoom(); }};
-}
-
 AdoptionActions AdoptionActionsOf(ProgramParts& parts) {
     AdoptionActions actions;
     actions.LoadProviderSettings = [&parts](const std::string& name) { parts.LoadProviderSettings(name); };

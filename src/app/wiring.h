@@ -27,7 +27,6 @@ std::string MachineRegistryFile(Machine machine);
 CaptureEvents CaptureEventsOf(ProgramParts& parts);
 SongPlace SongPlaceOf(ProgramParts& parts);
 SongEvents SongEventsOf(ProgramParts& parts);
-RouteTargets RouteTargetsOf(ProgramParts& parts);
 AdoptionActions AdoptionActionsOf(ProgramParts& parts);
 ProviderHost ProviderHostOf(ProgramParts& parts);
 std::vector<ProviderFactory> FactoriesOf(ProgramParts& parts);

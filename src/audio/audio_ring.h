@@ -47,6 +47,9 @@ class AudioRing {
     /// Nothing happens in a ring without slots.
     void Put(const SignalBuffer& buffer);
 
+    /// Notes where the audio of a slot was written ahead. It is forgotten when the slot takes another buffer.
+    void MarkAhead(int32_t slot, const AheadMark& mark) { Slots[static_cast<size_t>(slot)].Ahead = mark; }
+
     std::vector<int32_t> AudioLevels;  ///< one a slot: the measure that the search for a cut works on
     int32_t AudioWriteIndex = 0;       ///< slot that is written next
     int32_t AudioReadIndex = 0;        ///< slot that is read next

@@ -106,6 +106,27 @@ AudioDrain::Result AudioDrain::WriteSlots(int32_t count) {
     return Result::Done;
 }
 
+void AudioDrain::WriteAhead() {
+    if (!Active() || (BuffersToRetry > 0 && --BuffersToRetry > 0)) return;
+    AudioRing& ring = Parts.Ring;
+    const auto slotBefore = [&](int32_t slots) {
+        return ring.Wrapped(int64_t{ring.AudioWriteIndex} - slots);
+    };
+    const int32_t unread = ring.Unread();
+    int32_t missing = 0;  // at the ring's end; all before them was written ahead
+    while (missing < unread && !Parts.Song.IsEndOfAhead(ring[slotBefore(missing + 1)].Ahead)) ++missing;
+    if (missing == unread) Parts.Song.DropAhead();
+    for (; missing > 0; --missing) {
+        const int32_t slot = slotBefore(missing);
+        const auto mark = Parts.Song.WriteAhead(ring[slot]);
+        if (!mark) {
+            BuffersToRetry = BuffersPerSecond;
+            return;
+        }
+        ring.MarkAhead(slot, *mark);
+    }
+}
+
 bool AudioDrain::MakeRoom() {
     if (!DrainAudioRing(false)) return false;
     if (!Active() || !Parts.Cut.CutPending || !Parts.Ring.Full()) return true;

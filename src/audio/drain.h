@@ -33,6 +33,11 @@ class AudioDrain {
     /// behind it has arrived. With `now` it is carried out with what is there.
     bool DrainAudioRing(bool now);
 
+    /// For the routing, after each buffer that went into the ring: writes what is unread ahead into the
+    /// song's file, so that it outlives this process. That is one buffer, or all after a cut. What the disk
+    /// refuses is tried again a second later.
+    void WriteAhead();
+
     /// For the routing, when the next buffer would reach unread audio because nobody has drained for a long
     /// time: drains, or carries out a cut that waits for more audio than the ring can hold. A ring of at
     /// most FillToDrain slots is left as it is, but for a cut.
@@ -58,6 +63,7 @@ class AudioDrain {
     Result WriteSlots(int32_t count);
 
     DrainParts Parts;
+    int32_t BuffersToRetry = 0;  ///< that nothing is written ahead for after the disk has refused it
 };
 
 }  // namespace Corvetape

@@ -36,7 +36,7 @@ Verdict Recognise(SignalState& signal, CutState& cut, const PauseSettings& pause
 
 /// Keeps the buffer in the ring. While recording is off nobody wants what is in the ring; otherwise audio
 /// that is about to be written over has its chance to be written first, and is counted if it is lost.
-bool KeepInRing(const SignalBuffer& buffer, const RouteParts& parts, const RouteTargets& targets) {
+bool KeepInRing(const SignalBuffer& buffer, const RouteParts& parts, RouteTargets& targets) {
     AudioRing& ring = parts.Ring;
     if (ring.Full() && parts.Flags.RecordingEnabled) {
         if (!targets.MakeRoom()) return false;
@@ -45,6 +45,7 @@ bool KeepInRing(const SignalBuffer& buffer, const RouteParts& parts, const Route
         }
     }
     ring.Put(buffer);
+    targets.WriteAhead();
     // A cut that nobody carries out while recording is off outlives what it points at. It stays before all
     // that the ring holds, where it ends the old song and moves nothing.
     if (!parts.Flags.RecordingEnabled && parts.Cut.CutPending && ring.AudioWriteIndex == parts.Cut.CutIndex) {
@@ -55,7 +56,7 @@ bool KeepInRing(const SignalBuffer& buffer, const RouteParts& parts, const Route
 
 }  // namespace
 
-bool RouteBuffer(const SignalBuffer& buffer, const RouteParts& parts, const RouteTargets& targets) {
+bool RouteBuffer(const SignalBuffer& buffer, const RouteParts& parts, RouteTargets& targets) {
     const Verdict verdict = Recognise(parts.Signal, parts.Cut, parts.Pause);
     if (verdict != Verdict::Drop && !targets.WriteBufferToSong(buffer, verdict == Verdict::EndsSong)) {
         return false;
@@ -65,8 +66,8 @@ bool RouteBuffer(const SignalBuffer& buffer, const RouteParts& parts, const Rout
     return KeepInRing(buffer, parts, targets);
 }
 
-SignalPath::SignalPath(AnalysisParts analysis, RouteParts route, RouteTargets targets)
-    : Analysis(analysis), Route(route), Targets(std::move(targets)) {}
+SignalPath::SignalPath(AnalysisParts analysis, RouteParts route, RouteTargets& targets)
+    : Analysis(analysis), Route(route), Targets(targets) {}
 
 bool SignalPath::Handle(WaveBuffer& buffer) const {
     AnalyzeBuffer(buffer, Analysis);

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <functional>
-
 #include "audio/analyze.h"
 #include "audio/audio_ring.h"
 #include "audio/cut_state.h"
+#include "audio/drain.h"
 #include "audio/pause_settings.h"
 #include "audio/recording_flags.h"
 #include "audio/signal_state.h"
+#include "audio/song_writer.h"
 #include "audio/wave_buffer.h"
 
 namespace Corvetape {
@@ -21,25 +21,47 @@ struct RouteParts {
     AudioRing& Ring;
 };
 
-/// Where a buffer goes from here. Both are set; both return false if a song file could not be made, and the
-/// program is then to end.
-struct RouteTargets {
+/// Where a buffer goes from here. Results are false if a song file could not be made, and the program is then
+/// to end.
+class RouteTargets {
+ public:
+    virtual ~RouteTargets() = default;
+
     /// The way to the file of the end of song by silence; `end`: this buffer is the song's last.
-    std::function<bool(const SignalBuffer& buffer, bool end)> WriteBufferToSong;
+    virtual bool WriteBufferToSong(const SignalBuffer& buffer, bool end) = 0;
 
     /// Called when the next buffer would reach unread audio of the ring, to have some of it written.
-    std::function<bool()> MakeRoom;
+    virtual bool MakeRoom() = 0;
+
+    /// Called after each buffer that went into the ring.
+    virtual void WriteAhead() = 0;
+};
+
+/// The way to the song's file, straight or through the ring. Both outlive it.
+class SongTargets : public RouteTargets {
+ public:
+    SongTargets(SongWriter& song, AudioDrain& drain) : Song(song), Drain(drain) {}
+
+    bool WriteBufferToSong(const SignalBuffer& buffer, bool end) override {
+        return Song.WriteBufferToSong(buffer, end);
+    }
+    bool MakeRoom() override { return Drain.MakeRoom(); }
+    void WriteAhead() override { Drain.WriteAhead(); }
+
+ private:
+    SongWriter& Song;
+    AudioDrain& Drain;
 };
 
 /// The pause recognition: decides whether an analysed buffer is written, dropped or held, and whether a song
 /// has ended. False if the program is to end.
-bool RouteBuffer(const SignalBuffer& buffer, const RouteParts& parts, const RouteTargets& targets);
+bool RouteBuffer(const SignalBuffer& buffer, const RouteParts& parts, RouteTargets& targets);
 
 /// What happens to one buffer, in its fixed order: analysis, the skipping after a pause, routing.
 class SignalPath {
  public:
-    /// The parts outlive it.
-    SignalPath(AnalysisParts analysis, RouteParts route, RouteTargets targets);
+    /// The parts and the targets outlive it.
+    SignalPath(AnalysisParts analysis, RouteParts route, RouteTargets& targets);
 
     /// False if the program is to end.
     bool Handle(WaveBuffer& buffer) const;
@@ -47,7 +69,7 @@ class SignalPath {
  private:
     AnalysisParts Analysis;
     RouteParts Route;
-    RouteTargets Targets;
+    RouteTargets& Targets;
 };
 
 }  // namespace Corvetape

@@ -42,7 +42,7 @@ bool SongWriter::WriteBufferToSong(const SignalBuffer& buffer, bool end) {
     if (Parts.Pause.EndOfSongDetection != EndOfSong::Silence || !Parts.Flags.RecordingEnabled) return true;
     // An end without a pause comes when the recognition is switched off: no song ends there.
     const SongEnd how = Parts.Signal.InPause ? SongEnd::Boundary : SongEnd::Stopped;
-    if (!SongFile) {
+    if (!SongFileOpen()) {
         if (end) {
             NextBeginsAtBoundary = how == SongEnd::Boundary;
             return true;
@@ -57,9 +57,9 @@ bool SongWriter::WriteBufferToSong(const SignalBuffer& buffer, bool end) {
 SongWriter::Written SongWriter::WriteBuffer(const SignalBuffer& buffer) {
     const std::span<const Frame> frames = FramesOf(buffer);
     if (frames.empty()) return Written::Yes;
-    if (SongFile && MustGoOn(frames.size_bytes()) && !GoOnInNextFile()) return Written::NoFile;
-    if (!SongFile) return Written::Failed;
-    bool written = SongFile->Write(frames);
+    if (SongFileOpen() && MustGoOn(frames.size_bytes()) && !GoOnInNextFile()) return Written::NoFile;
+    if (!SongFileOpen()) return Written::Failed;
+    bool written = WriteOrCount(buffer);
     if (!written && FileIsLargest()) {
         if (!GoOnInNextFile()) return Written::NoFile;
         written = SongFile && SongFile->Write(frames);
@@ -76,6 +76,41 @@ SongWriter::Written SongWriter::WriteBuffer(const SignalBuffer& buffer) {
     BytesOfSong += static_cast<int64_t>(frames.size_bytes());
     Note(buffer);
     return Written::Yes;
+}
+
+/// A buffer that was written ahead to just where it belongs needs only to be counted.
+bool SongWriter::WriteOrCount(const SignalBuffer& buffer) {
+    const std::span<const Frame> frames = FramesOf(buffer);
+    const AheadMark place{AheadStretch, SongFile->DataBytes() + frames.size_bytes()};
+    if (buffer.Ahead == place && frames.size_bytes() <= SongFile->AheadBytes()) {
+        SongFile->Count(frames.size_bytes());
+        return true;
+    }
+    DropAhead();
+    return SongFile->Write(frames);
+}
+
+std::optional<AheadMark> SongWriter::WriteAhead(const SignalBuffer& buffer) {
+    const std::span<const Frame> frames = FramesOf(buffer);
+    if (MadeAhead && SongFile->Format() != Place.Format) DeleteFileMadeAhead();
+    if (!SongFile) {
+        NameFile();
+        MadeAhead = MakeFile();
+        if (!MadeAhead) FilePath.clear();
+    }
+    if (!SongFile || SongFile->Format() != Place.Format) return std::nullopt;
+    const uint64_t end = SongFile->DataBytes() + SongFile->AheadBytes() + frames.size_bytes();
+    if (end > Place.MaxSongBytes || !SongFile->WriteAhead(frames)) return std::nullopt;
+    return AheadMark{AheadStretch, end};
+}
+
+bool SongWriter::IsEndOfAhead(const AheadMark& mark) const {
+    return SongFile && mark == AheadMark{AheadStretch, SongFile->DataBytes() + SongFile->AheadBytes()};
+}
+
+void SongWriter::DropAhead() {
+    ++AheadStretch;
+    if (SongFile) SongFile->DropAhead();
 }
 
 bool SongWriter::MustGoOn(size_t bytes) const {
@@ -116,6 +151,13 @@ bool SongWriter::CreateSongFile() {
     }
     FullFiles = 0;
     BytesInFullFiles = 0;
+    if (MadeAhead && (!Parts.Flags.RecordingEnabled || SongFile->Format() != Place.Format)) {
+        DeleteFileMadeAhead();
+    }
+    if (std::exchange(MadeAhead, false)) {
+        BeginSong();
+        return true;
+    }
     NameFile();
     return !Parts.Flags.RecordingEnabled || OpenFile();
 }
@@ -136,11 +178,8 @@ void SongWriter::TakeNextNumber() {
     FilePath = Place.Folders.SongTempFolder + "/" + BaseName + ".wav";
 }
 
-bool SongWriter::OpenFile() {
-    BytesOfSong = 0;
-    Present = {};
-    PauseNeverCame = false;
-    Present.BegunAtBoundary = std::exchange(NextBeginsAtBoundary, false);
+bool SongWriter::MakeFile() {
+    ++AheadStretch;
     SongFile = WavFile::Create(Parts.Disk, FilePath, Place.Format);
     // Another run has taken the name at this moment, or a link that leads nowhere has it.
     constexpr int32_t mostNumbers = 1000;
@@ -148,13 +187,29 @@ bool SongWriter::OpenFile() {
         TakeNextNumber();
         SongFile = WavFile::Create(Parts.Disk, FilePath, Place.Format);
     }
-    if (!SongFile) {
-        LastResult = Parts.Disk.LastError();
-        RaiseError(ErrorCreatingSong);
-        return false;
-    }
-    if (Events.SongBegun) Events.SongBegun(FilePath);
-    return true;
+    if (SongFile && Events.SongBegun) Events.SongBegun(FilePath);
+    return SongFile != nullptr;
+}
+
+void SongWriter::DeleteFileMadeAhead() {
+    if (!std::exchange(MadeAhead, false)) return;
+    DeleteSongFiles();
+    ForgetFile();
+}
+
+bool SongWriter::OpenFile() {
+    BeginSong();
+    if (MakeFile()) return true;
+    LastResult = Parts.Disk.LastError();
+    RaiseError(ErrorCreatingSong);
+    return false;
+}
+
+void SongWriter::BeginSong() {
+    BytesOfSong = 0;
+    Present = {};
+    PauseNeverCame = false;
+    Present.BegunAtBoundary = std::exchange(NextBeginsAtBoundary, false);
 }
 
 bool SongWriter::GoOnInNextFile() {
@@ -181,6 +236,7 @@ bool SongWriter::CloseSongFile(SongEnd how) {
     RecordingFlags& flags = Parts.Flags;
     const bool bySilence = Parts.Pause.EndOfSongDetection == EndOfSong::Silence;
     if (bySilence) Parts.Signal.History.ReplaceLast(MarkSongEnd);
+    DeleteFileMadeAhead();
     if (!flags.RecordingEnabled || !SongFile) return true;
     if (bySilence) TakePauseOff();
     TakeEndedMedia();
@@ -222,6 +278,7 @@ void SongWriter::TakePauseOff() {
 void SongWriter::TakeOff(int64_t bytes) {
     BytesOfSong -= bytes;
     if (BytesOfSong <= 0) return;
+    DropAhead();
     if (!SongFile->TakeOff(static_cast<uint64_t>(bytes))) {
         LastResult = Parts.Disk.LastError();
         RaiseError(ErrorClosingSong);
@@ -232,7 +289,7 @@ void SongWriter::TakeOff(int64_t bytes) {
 }
 
 void SongWriter::TakeSilenceOff() {
-    if (!SongFile) return;
+    if (!SongFileOpen()) return;
     const SignalState& signal = Parts.Signal;
     const auto framesOf = [this](int32_t buffers) {
         return static_cast<uint64_t>(std::max(buffers, 0)) * FramesPerBufferOf(SongFile->Format());
@@ -334,6 +391,7 @@ void SongWriter::ForgetFile() {
 
 void SongWriter::AbortSong() {
     Parts.Flags.RecordingEnabled = false;
+    DeleteFileMadeAhead();
     if (!SongFile) return;
     DeleteSongFiles();
     const ClosedSong song = Describe(SongFate::Aborted);

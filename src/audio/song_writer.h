@@ -63,7 +63,7 @@ struct SongFailure {
 
 /// What a song writer tells. Those that are not set are left out. They may not call the writer.
 struct SongEvents {
-    std::function<void(const std::string& path)> SongBegun;  ///< a file was made
+    std::function<void(const std::string& path)> SongBegun;  ///< a file was made, maybe ahead of its song
     std::function<void(const ClosedSong&)> SongClosed;       ///< at every close, kept or not
     std::function<void()> BeforeHandOver;  ///< SongMedia is about to take the next song's file: last chance
                                            ///< for a transfer that still waits
@@ -106,6 +106,20 @@ class SongWriter {
     /// Writes a buffer into the open file. A file that is full goes over to a next one before it.
     Written WriteBuffer(const SignalBuffer& buffer);
 
+    /// Writes a buffer that waits in the ring after the song's audio, where it outlives this process, and
+    /// returns its mark. WriteBuffer knows it by that and lets it count without writing it again. Without an
+    /// open file the next song's is made, which does not count as open until CreateSongFile takes it over.
+    ///
+    /// Nothing if the file is full or the disk refuses it. That is reported by WriteBuffer if it still holds
+    /// then.
+    std::optional<AheadMark> WriteAhead(const SignalBuffer& buffer);
+
+    /// True for the mark that the next buffer is written after.
+    bool IsEndOfAhead(const AheadMark& mark) const;
+
+    /// Forgets what was written ahead and does not count.
+    void DropAhead();
+
     /// Begins a file, or only names it if recording is not enabled. False if it could not be made.
     bool CreateSongFile();
 
@@ -125,7 +139,10 @@ class SongWriter {
     /// The next song begins at a boundary though no file was open to be closed there.
     void NoteBoundary() { NextBeginsAtBoundary = true; }
 
-    bool SongFileOpen() const { return SongFile != nullptr; }
+    bool SongFileOpen() const { return SongFile != nullptr && !MadeAhead; }
+
+    /// There is a file, of the song that is open or one that was made ahead of its song.
+    bool HasSongFile() const { return SongFile != nullptr; }
 
     /// Audio bytes of the song's present file.
     int64_t SongBytes() const { return BytesOfSong; }
@@ -166,7 +183,11 @@ class SongWriter {
 
     void NameFile();
     void TakeNextNumber();
+    bool MakeFile();
+    void DeleteFileMadeAhead();
     bool OpenFile();
+    void BeginSong();
+    bool WriteOrCount(const SignalBuffer& buffer);
     bool GoOnInNextFile();
     bool MustGoOn(size_t bytes) const;
     bool FileIsLargest() const;
@@ -189,6 +210,8 @@ class SongWriter {
     SongEvents Events;
 
     std::unique_ptr<WavFile> SongFile;
+    bool MadeAhead = false;     ///< nobody has begun the song of this file yet
+    uint64_t AheadStretch = 0;  ///< of the audio that was written ahead last
     int64_t BytesOfSong = 0;
     std::string BaseName;
     std::string FilePath;

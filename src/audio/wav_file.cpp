@@ -76,24 +76,61 @@ WavFile::WavFile(std::unique_ptr<File> output, const WaveFormat& format)
     : Output(std::move(output)), AudioFormat(format) {}
 
 WavFile::~WavFile() {
-    if (Output && BytesInHeader != AudioBytes) UpdateHeader();  // nobody is left to tell of a failure
+    if (Output && BytesInHeader != BytesWritten()) UpdateHeader();  // nobody is left to tell of a failure
 }
 
 bool WavFile::Write(std::span<const Frame> frames) {
-    if (!Output || (!AtEnd && !MoveTo(WavHeaderBytes + AudioBytes))) return false;
+    DropAhead();
     const std::span<const std::byte> bytes = std::as_bytes(frames);
-    if (!Output->Write(bytes)) {
-        AtEnd = false;
-        UpdateHeader();  // as far as it goes: what was written before stays within reach of players
+    if (!Append(bytes)) {
+        if (Output)
+            UpdateHeader();  // as far as it goes: what was written before stays within reach of players
         return false;
     }
     AudioBytes += bytes.size();
-    // An update that fails is tried again behind the next buffer; the close tells if it never works.
-    if (AudioBytes - BytesInHeader >= uint64_t{SecondsBetweenUpdates} * AudioFormat.nAvgBytesPerSec) {
-        UpdateHeader();
-        Output->SyncSoon();
-    }
+    UpdateHeaderSometimes();
     return true;
+}
+
+bool WavFile::WriteAhead(std::span<const Frame> frames) {
+    const std::span<const std::byte> bytes = std::as_bytes(frames);
+    AheadBroken = !Append(bytes);
+    if (AheadBroken) return false;
+    BytesAhead += bytes.size();
+    UpdateHeaderSometimes();
+    return true;
+}
+
+void WavFile::Count(uint64_t bytes) {
+    const uint64_t counted = std::min(bytes, BytesAhead);
+    AudioBytes += counted;
+    BytesAhead -= counted;
+}
+
+void WavFile::DropAhead() {
+    if (BytesAhead == 0 && !AheadBroken) return;
+    BytesAhead = 0;
+    AheadBroken = false;
+    AtEnd = false;
+    if (!Output) return;
+    Output->CutBack(WavHeaderBytes + AudioBytes);  // what stays is overwritten, or not played
+    if (BytesInHeader > AudioBytes) UpdateHeader();
+}
+
+/// Writes where the written audio ends.
+bool WavFile::Append(std::span<const std::byte> bytes) {
+    if (!Output || (!AtEnd && !MoveTo(WavHeaderBytes + BytesWritten()))) return false;
+    AtEnd = Output->Write(bytes);
+    return AtEnd;
+}
+
+/// An update that fails is tried again after the next buffer; the close reports it if it never works.
+void WavFile::UpdateHeaderSometimes() {
+    if (BytesWritten() < BytesInHeader + uint64_t{SecondsBetweenUpdates} * AudioFormat.nAvgBytesPerSec) {
+        return;
+    }
+    UpdateHeader();
+    Output->SyncSoon();
 }
 
 bool WavFile::MoveTo(uint64_t position) {
@@ -102,6 +139,7 @@ bool WavFile::MoveTo(uint64_t position) {
 }
 
 bool WavFile::TakeOff(uint64_t bytes) {
+    DropAhead();
     const uint64_t left = AudioBytes - std::min(bytes, AudioBytes);
     if (!Output || !MoveTo(WavHeaderBytes + left)) return false;
     AudioBytes = left;
@@ -110,13 +148,15 @@ bool WavFile::TakeOff(uint64_t bytes) {
 
 bool WavFile::UpdateHeader() {
     AtEnd = false;
-    const Header header = MakeHeader(AudioFormat, AudioBytes, TagBytes);
+    const uint64_t bytes = BytesWritten();
+    const Header header = MakeHeader(AudioFormat, bytes, TagBytes);
     if (!Output->Seek(RiffSizeAt) || !Output->Write(std::span(header).subspan(RiffSizeAt))) return false;
-    BytesInHeader = AudioBytes;
+    BytesInHeader = bytes;
     return true;
 }
 
 bool WavFile::FinishData() {
+    DropAhead();
     return Output && UpdateHeader();
 }
 

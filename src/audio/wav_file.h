@@ -37,6 +37,9 @@ struct InfoTag {
 /// five seconds of audio and after a failed Write, so that a file that nobody could finish plays up to
 /// there. The disk is asked for it each time, without waiting, so that this holds after a power cut too.
 /// After a failure each operation may be called again; it goes on where the good audio ends.
+///
+/// Audio of which it is not certain yet that it belongs to the file can be written ahead, after the end of
+/// the audio that counts. A file that nobody could finish has that as well.
 class WavFile {
  public:
     /// Makes a new file with its header. Nothing on failure, also if something stands at the path.
@@ -53,14 +56,30 @@ class WavFile {
     /// Appends audio. On failure nothing counts as appended.
     bool Write(std::span<const Frame> frames);
 
+    /// Writes audio after that which counts and that which was written ahead before. On failure it is as if
+    /// it had not been called.
+    bool WriteAhead(std::span<const Frame> frames);
+
+    /// Lets audio that was written ahead count, from its beginning on, at most all of it.
+    void Count(uint64_t bytes);
+
+    /// Cuts off what was written ahead and does not count. A file that cannot be cut keeps it after the end
+    /// that its header gives.
+    void DropAhead();
+
+    /// Audio that counts.
     uint64_t DataBytes() const { return AudioBytes; }
+
+    /// Audio that was written ahead and does not count yet.
+    uint64_t AheadBytes() const { return BytesAhead; }
     const WaveFormat& Format() const { return AudioFormat; }
 
-    /// Takes audio off the end, at most all of it. The file is not cut: what is written next goes over it,
-    /// or it stays behind the end that the header tells.
+    /// Takes audio off the end, at most all of it, and drops what was written ahead. The file is not cut:
+    /// what is written next goes over it, or it stays behind the end that the header tells.
     bool TakeOff(uint64_t bytes);
 
-    /// Ends the audio: its size goes into the header. False if that failed; the file can still be finished.
+    /// Ends the audio: what was written ahead is dropped, and its size goes into the header. False if that
+    /// failed; the file can still be finished.
     bool FinishData();
 
     /// Appends the tags. False if that failed; they then do not count as part of the file.
@@ -73,12 +92,17 @@ class WavFile {
     bool Close();
 
  private:
+    bool Append(std::span<const std::byte> bytes);
     bool MoveTo(uint64_t position);
+    uint64_t BytesWritten() const { return AudioBytes + BytesAhead; }
+    void UpdateHeaderSometimes();
     bool UpdateHeader();
 
     std::unique_ptr<File> Output;  ///< none once closed
     WaveFormat AudioFormat;
-    uint64_t AudioBytes = 0;
+    uint64_t AudioBytes = 0;     ///< that count
+    uint64_t BytesAhead = 0;     ///< written after them
+    bool AheadBroken = false;    ///< a part of a buffer may stand after that
     uint64_t BytesInHeader = 0;  ///< audio that the header tells of
     uint64_t TagBytes = 0;       ///< of a complete LIST chunk
     bool AtEnd = true;           ///< the file's position is where the next audio goes

@@ -102,12 +102,6 @@ class SignalWay : public testing::TestWithParam<std::pair<EndOfSong, int32_t>> {
         return events;
     }
 
-    RouteTargets MakeTargets() {
-        return {
-            [this](const SignalBuffer& buffer, bool end) { return Writer.WriteBufferToSong(buffer, end); },
-            [this] { return Drain.MakeRoom(); }};
-    }
-
     SimClock Clock;
     SimLoop Loop{Clock};
     SwallowingDisk Disk;
@@ -126,7 +120,8 @@ class SignalWay : public testing::TestWithParam<std::pair<EndOfSong, int32_t>> {
                       {Format, Options, Folders, [] { return std::string("song"); }},
                       {}};
     AudioDrain Drain{{Ring, Cut, Pause, Flags, Writer}};
-    SignalPath Path{{Signal, Pause, Ring, Clock}, {Signal, Cut, Pause, Flags, Ring}, MakeTargets()};
+    SongTargets Targets{Writer, Drain};
+    SignalPath Path{{Signal, Pause, Ring, Clock}, {Signal, Cut, Pause, Flags, Ring}, Targets};
     Capture Input{{Device, Loop, Clock, Options, Signal, Ring}, MakeEvents()};
     bool Drained = true;
 };

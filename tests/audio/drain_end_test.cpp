@@ -82,10 +82,10 @@ TEST_F(Drains, ACutThatIsOlderThanTheRingEndsTheOldSongAndMovesNothing) {
     Drain.DrainAudioRing(false);
     Flags.RecordingEnabled = false;
     RaiseCut();
-    const auto works = [](auto&&...) { return true; };
+    SongTargets targets(Writer, Drain);
     for (int32_t i = 0; i < 1010; ++i) {
         Ring.SetLevel(Loud);
-        RouteBuffer(NumberedBuffer(Next++), {Signal, Cut, Pause, Flags, Ring}, {works, works});
+        RouteBuffer(NumberedBuffer(Next++), {Signal, Cut, Pause, Flags, Ring}, targets);
     }
     Flags.RecordingEnabled = true;
     const int32_t unread = Ring.Unread();

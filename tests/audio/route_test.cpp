@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "audio/signal_bench.h"
 #include "platform/virtual/sim_clock.h"
@@ -11,7 +12,7 @@ namespace Corvetape::Test {
 
 namespace {
 
-class Routing : public testing::Test {
+class Routing : public testing::Test, protected RouteTargets {
  protected:
     Routing() {
         Pause.PauseBuffers = 3;
@@ -24,24 +25,24 @@ class Routing : public testing::Test {
     }
 
     RouteParts Parts() { return {Signal, Cut, Pause, Flags, Ring}; }
-    RouteTargets Targets() {
-        return {[this](const SignalBuffer& buffer, bool end) {
-                    Written += end ? "end " : "write ";
-                    LastWritten = FramesOf(buffer).front();
-                    return FileWorks;
-                },
-                [this] {
-                    ++RoomWanted;
-                    if (MakesRoom) Ring.AudioReadIndex = Ring.Wrapped(Ring.AudioReadIndex + int64_t{2});
-                    return RoomWorks;
-                }};
-    }
 
-    bool Route(int32_t number = 1) { return RouteBuffer(NumberedBuffer(number), Parts(), Targets()); }
+    bool WriteBufferToSong(const SignalBuffer& buffer, bool end) override {
+        Written += end ? "end " : "write ";
+        LastWritten = FramesOf(buffer).front();
+        return FileWorks;
+    }
+    bool MakeRoom() override {
+        ++RoomWanted;
+        if (MakesRoom) Ring.AudioReadIndex = Ring.Wrapped(Ring.AudioReadIndex + int64_t{2});
+        return RoomWorks;
+    }
+    void WriteAhead() override { WrittenAhead.push_back(Ring.AudioWriteIndex); }
+
+    bool Route(int32_t number = 1) { return RouteBuffer(NumberedBuffer(number), Parts(), *this); }
 
     bool Handle(Frame frame) {
         WaveBuffer buffer = MakeBuffer(frame);
-        return SignalPath({Signal, Pause, Ring, Clock}, Parts(), Targets()).Handle(buffer);
+        return SignalPath({Signal, Pause, Ring, Clock}, Parts(), *this).Handle(buffer);
     }
 
     /// The sound or the silence of one buffer after the other: "s" sound, "." silence, "b" between the
@@ -65,6 +66,7 @@ class Routing : public testing::Test {
     bool RoomWorks = true;
     bool MakesRoom = false;
     int32_t RoomWanted = 0;
+    std::vector<int32_t> WrittenAhead;  ///< the ring's write index each time
 };
 
 }  // namespace
@@ -148,6 +150,14 @@ TEST_F(Routing, InTheOtherModesTheBufferGoesIntoTheRing) {
         EXPECT_EQ(Ring.AudioWriteIndex, slot + 1);
         EXPECT_EQ(FramesOf(Ring[slot]).front(), MarkOf(40 + slot));
     }
+}
+
+TEST_F(Routing, WhatIsInTheRingIsWrittenAheadAtOnce) {
+    Route();
+    EXPECT_TRUE(WrittenAhead.empty()) << "with the end of song by silence";
+    Pause.EndOfSongDetection = EndOfSong::MediaData;
+    for (int32_t i = 0; i < 3; ++i) Route(i);
+    EXPECT_EQ(WrittenAhead, (std::vector<int32_t>{1, 2, 3}));
 }
 
 TEST_F(Routing, SilenceOfAPauseStaysOutOfTheRingOnlyIfItIsToBeIgnored) {

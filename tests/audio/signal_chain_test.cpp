@@ -24,10 +24,8 @@ class Chain : public testing::Test, protected SongBench {
         : Loop(Clock),
           Radio(Clock, Loop),
           Drain({Ring, Cut, Pause, Flags, Writer}),
-          Path(
-              {Signal, Pause, Ring, Clock}, {Signal, Cut, Pause, Flags, Ring},
-              {[this](const SignalBuffer& buffer, bool end) { return Writer.WriteBufferToSong(buffer, end); },
-               [this] { return Drain.MakeRoom(); }}),
+          Targets(Writer, Drain),
+          Path({Signal, Pause, Ring, Clock}, {Signal, Cut, Pause, Flags, Ring}, Targets),
           Input({Radio, Loop, Clock, Options, Signal, Ring}, MakeEvents()),
           EverySecond(Loop.NewTimer([this] { Drain.DrainAudioRing(false); })) {
         Options.RecordingBuffers = 30;
@@ -73,6 +71,7 @@ class Chain : public testing::Test, protected SongBench {
     AudioRing Ring;
     CutState Cut;
     AudioDrain Drain;
+    SongTargets Targets;
     SignalPath Path;
     Capture Input;
     std::unique_ptr<LoopTimer> EverySecond;

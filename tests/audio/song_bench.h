@@ -56,13 +56,22 @@ class SongBench {
     const ClosedSong& Last() const { return Closed.back(); }
 
     /// Numbers of the buffers whose audio the file's header tells of, from the mark of each buffer.
-    std::vector<int32_t> BuffersIn(const std::string& path) {
+    std::vector<int32_t> BuffersIn(const std::string& path) { return BuffersIn(Disk, path); }
+
+    /// The same for a start of the program after it was killed at this moment: of the repaired file.
+    std::vector<int32_t> BuffersLeftIn(const std::string& path) const {
+        SimFiles left;
+        left.Restore(Disk.Snapshot());
+        return RepairWavHeader(left, path) ? BuffersIn(left, path) : std::vector<int32_t>{-1};
+    }
+
+    static std::vector<int32_t> BuffersIn(SimFiles& disk, const std::string& path) {
         std::vector<int32_t> numbers;
-        const auto info = ReadWavInfo(Disk, path);
+        const auto info = ReadWavInfo(disk, path);
         if (!info) return {-1};
         for (uint64_t at = 0; at + BufferBytes <= info->DataBytes; at += BufferBytes) {
             const std::string bytes =
-                Disk.ReadPart(path, info->DataStart + at, 2).value_or(std::string(2, '\0'));
+                disk.ReadPart(path, info->DataStart + at, 2).value_or(std::string(2, '\0'));
             const auto low = static_cast<uint8_t>(bytes[0]);
             const auto high = static_cast<uint8_t>(bytes[1]);
             numbers.push_back(low | high << 8);

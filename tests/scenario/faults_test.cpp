@@ -184,8 +184,10 @@ TEST_P(EveryFileOperation, MayFailAndNothingElseIsLost) {
         ++kinds[outcome.Failed.substr(0, outcome.Failed.find(' '))];
         if (HasFailure() && number > first + 50) break;  // the first ones tell enough
     }
-    // All ways to fail have come up.
-    for (const int32_t error : {0, 903, 904, 905}) EXPECT_GT(errors[error], 0) << error;
+    // All ways to fail have come up. What is written ahead gets a second chance when it is due.
+    const bool ahead = GetParam() != 0;
+    for (const int32_t error : {0, 904}) EXPECT_GT(errors[error], 0) << error;
+    for (const int32_t error : {903, 905}) EXPECT_EQ(errors[error] > 0, !ahead) << error;
     for (const char* kind : {"Create", "Write", "Seek", "Close", "Append", "Replace", "Delete"}) {
         EXPECT_GT(kinds[kind], 0) << kind;
     }
