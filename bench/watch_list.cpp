@@ -9,6 +9,7 @@
 #include "platform/virtual/sim_random.h"
 #include "post/lists/watch_pages.h"
 #include "sim/sim_machine.h"
+#include "support/noted_reports.h"
 
 namespace Corvetape {
 namespace {
@@ -61,7 +62,8 @@ struct Recorder {
     WorkingFolders Folders;
     frmMain Form;
     WatchLists Lists{Machine.Files, Folders};
-    WatchPages Pages{Form, Lists, Machine.Processes};
+    Test::NotedReports Reports{Machine, Form};
+    WatchPages Pages{Form, Lists, Machine.Processes, Reports.Say};
 };
 
 void Loading(benchmark::State& state) {

@@ -3,24 +3,18 @@
 #include <utility>
 
 #include "app/program_parts.h"
-#include "core/text/text.h"
-#include "platform/processes.h"
 
 namespace Corvetape {
 
-Program::Program(Machine machine, RunOptions options, ProgramEvents events, DesktopSteps desktop)
+Program::Program(Machine machine, RunOptions options, ProgramEvents events)
     : Host(machine),
       Options(std::move(options)),
       Events(std::move(events)),
-      Desktop(std::move(desktop)),
       Memory(std::make_unique<State>()),
       Alive(std::make_shared<bool>(true)) {
-    Parts = std::make_unique<ProgramParts>(Host, *Memory, Links());
-    for (const SettingOverride& each : Options.Overrides) {
-        if (EqualIgnoringCase(each.Section, AnySourceSection)) continue;  // when a source is known
-        Profile& profile = each.InDataFile ? Parts->Store.FixIni() : Parts->Store.Ini();
-        profile.Override(each.Section, each.Key, each.Value);
-    }
+    Parts = std::make_unique<ProgramParts>(Host, *Memory, Options, Events);
+    Parts->Requests.End.Connect([this] { RequestUnload(); });
+    Memory->Form.Methods.Add("Quit", [this] { static_cast<void>(Close()); });
 }
 
 Program::~Program() {
@@ -35,16 +29,6 @@ void Program::DetachTimers() {
     }
 }
 
-ProgramLinks Program::Links() {
-    return {Options,
-            Events,
-            Desktop,
-            [this] { RequestUnload(); },
-            [this] { TransferNow(); },
-            [this] { CollectJobs(); },
-            [this] { static_cast<void>(Close()); }};
-}
-
 double Program::InputSeconds() const {
     return static_cast<double>(Memory->Signal.FramesReceived) / Parts->Input.Format().nSamplesPerSec;
 }
@@ -57,20 +41,9 @@ uint64_t Program::SongAgeSeconds() const {
     return static_cast<uint64_t>(Parts->Watch.SongAgeSeconds());
 }
 
-const clsLocalizeControls& Program::Texts() const {
-    return Parts->Messages;
-}
-
-LevelDisplay& Program::Levels() {
-    return Parts->Levels;
-}
-
-CoverImages* Program::Covers() {
-    return Parts->Covers.get();
-}
-
-SongActions& Program::Songs() {
-    return Parts->Songs;
+Desk Program::Shown() {
+    return {*Memory,      Parts->Levels,   Parts->Covers, Parts->WatchTabs,
+            Parts->Songs, Parts->Messages, Parts->Store};
 }
 
 void Program::StopKeeping() {
@@ -79,10 +52,7 @@ void Program::StopKeeping() {
 }
 
 void Program::CollectJobs() {
-    for (const JobResult& result : Host.Processes.TakeFinished()) {
-        Parts->EndJob(result);
-        if (Events.JobEnded) Events.JobEnded(result);
-    }
+    Parts->Results.Collect();
 }
 
 }  // namespace Corvetape

@@ -5,42 +5,21 @@
 #include <memory>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "app/desk.h"
 #include "app/state.h"
 #include "audio/closed_song.h"
+#include "core/settings/run_overrides.h"
 #include "platform/machine.h"
 #include "platform/processes.h"
-#include "post/transfer/transfer_job.h"
+#include "post/transfer/song_passage.h"
 
 namespace Corvetape {
 
-class clsLocalizeControls;
-class CoverImages;
-class Documents;
-class Http;
-class LevelDisplay;
-class Players;
-class SongActions;
-struct dlgProvider;
-struct ProgramLinks;
+class FormBoxes;
 struct ProgramParts;
 struct Switches;
-class WebView;
-class Windows;
-
-/// The section of an override that holds for every source of media data, whatever its name, and for the state
-/// without one. A section that is named itself comes first.
-inline constexpr std::string_view AnySourceSection = "Source";
-
-/// A setting that holds for this run only. It is neither read from nor written to its file.
-struct SettingOverride {
-    std::string Section;  ///< or AnySourceSection
-    std::string Key;
-    std::string Value;
-    bool InDataFile = false;
-};
 
 struct RunOptions {
     std::string CommandLine;  ///< as it stands, with the switches
@@ -61,59 +40,24 @@ struct RunOptions {
     /// Asks also those tools what they can do that only formats need which the settings do not choose.
     bool ProbeAllTools = true;
 
-    /// The pages of browsers and the windows of the desktop, which not every run asks. Not owned; they
-    /// outlive the program.
-    Corvetape::Documents* Documents = nullptr;
-    Corvetape::Windows* Windows = nullptr;
-
-    /// The media players, or an input that knows itself what it plays, and the web. Not every run asks them.
-    /// Not owned; they outlive the program.
-    Corvetape::Players* Players = nullptr;
-    Http* Web = nullptr;
-
-    /// Shows the pages of stations; none: they open in the user's own browser. Not owned; outlives the
-    /// program.
-    Corvetape::WebView* Browser = nullptr;
-};
-
-/// What a desktop adds to the start and the stop. Each step that is not set does nothing.
-struct DesktopSteps {
-    std::function<void(bool busy)> BusyPointer;
-    std::function<void()> BlankBrowser;
-    std::function<void()> LayOutPages;
-    std::function<std::string()> ChooseLanguage;  ///< empty if the user chose none
-    std::function<void()> SizeStatusLine;
-    std::function<void()> SnapshotMixer;
-    std::function<void()> RestoreMixer;
-    std::function<void(int32_t left, int32_t top)> MoveWindow;
-    std::function<void()> MinimizeWindow;
-    std::function<void()> AddTrayIcon;
-    std::function<void()> RemoveTrayIcon;
-    std::function<void()> HookWindow;
-    std::function<void()> ShowWindow;
-    std::function<void()> LoadBars;
-    std::function<void()> SaveBars;
-    std::function<void()> CheckUpdate;  ///< forced
-    std::function<void()> SaveWindowPlace;
-    std::function<void()> UnloadAssistant;
-    std::function<void(const std::string& tip)> ShowTrayTip;
-    std::function<void(int32_t state)> ShowTrayState;
-    std::function<void(const std::string& page)> OpenAssistant;
-
-    /// Shows the question until it is no longer visible, and handles events meanwhile.
-    std::function<void(dlgProvider& dialog)> AskForSettings;
+    /// Shows questions as boxes. Not owned; outlives the program. Missing where nobody can be asked.
+    FormBoxes* Boxes = nullptr;
 };
 
 /// What others may want to know.
 struct ProgramEvents {
+    std::function<void()> TextsReady;  ///< frmMain has its texts: a window can show it from now on
     std::function<void(const ClosedSong&)> SongClosed;
     std::function<void(const TransferredSong&)> SongTransferred;
-    /// An encoder has made this music file, whose name may have a number behind it; comes before JobEnded.
+    /// An encoder has made this music file, whose name may have a number after it; comes before JobEnded.
     std::function<void(const std::string& job, const std::string& musicFile)> MusicMade;
     std::function<void(const JobResult&)> JobEnded;  ///< an encoder has ended, well or not
     std::function<void(const std::string& kind, const std::string& text)> Logged;
     std::function<void(const std::string& text)>
-        StatusShown;                   ///< lblStatus(1) has another text; may be empty
+        StatusShown;  ///< lblStatus(1) has another text; may be empty
+    std::function<void(const std::string& page)> AssistantWanted;  ///< the assistant is to open this page
+    std::function<void()>
+        UpdateWanted;  ///< the web is to be asked for a newer version, whenever that was done last
     std::function<void()> InputEnded;  ///< a finite input has given its last buffer
     std::function<void()> Ended;       ///< the stop is complete
 };
@@ -122,7 +66,7 @@ struct ProgramEvents {
 class Program {
  public:
     /// `machine` outlives the program.
-    Program(Machine machine, RunOptions options, ProgramEvents events = {}, DesktopSteps desktop = {});
+    Program(Machine machine, RunOptions options, ProgramEvents events = {});
     ~Program();
 
     /// The start, step by step. False if the process is to end at once: another instance runs, or a switch
@@ -157,17 +101,8 @@ class Program {
 
     bool Running() const { return Stage == LifeStage::Running; }
 
-    /// The texts of the chosen language; none before the step of the start that chooses it.
-    const clsLocalizeControls& Texts() const;
-
-    /// The meter and the statistic of the tab "TAB_AUDIO".
-    LevelDisplay& Levels();
-
-    /// The pictures of songs; null in a run without the web.
-    CoverImages* Covers();
-
-    /// What the user can do with a song of the list of this run.
-    SongActions& Songs();
+    /// What the shell round the program shows and hands on.
+    Desk Shown();
 
     State& Values() { return *Memory; }
     const State& Values() const { return *Memory; }
@@ -203,13 +138,11 @@ class Program {
     Next ReadUpdateSwitch();
     Next ClaimSingleInstance();
     Next ShowVersion();
-    Next LayOutPages();
     Next ExtendSearchPath();
     Next LoadSettings();
     Next ReadSongCounter();
     Next DetectEncoders();
     Next ChooseLanguage();
-    Next SizeStatusLine();
     Next MakeFolders();
     Next LogStart();
     Next SnapshotMixer();
@@ -218,7 +151,6 @@ class Program {
     Next ApplySwitches();
     Next LaunchStartApp();
     Next AddTrayIcon();
-    Next HookWindow();
     Next ApplyStationData();
     Next EnableRecording();
     Next StartTimers();
@@ -245,20 +177,15 @@ class Program {
     void LaunchStopApp();
     void SaveWindowPlace();
     void RemoveTrayIcon();
-    void UnloadAssistant();
-    void SaveBars();
     void LogEnd();
 
     void ApplySwitchesTo(const Switches& switches);
     void RequestUnload();
     void DetachTimers();
-    void TransferNow();
-    ProgramLinks Links();
 
     Machine Host;
     RunOptions Options;
     ProgramEvents Events;
-    DesktopSteps Desktop;
     LifeStage Stage = LifeStage::Made;
     bool UnloadPosted = false;
     bool UnloadWanted = false;  ///< during the start, which comes to its end first

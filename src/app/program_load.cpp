@@ -7,10 +7,10 @@
 #include "app/program_parts.h"
 #include "core/lifecycle.h"
 #include "core/settings/command_line.h"
-#include "core/text/numbers.h"
 #include "core/text/shell_error.h"
 #include "core/text/text.h"
 #include "core/version.h"
+#include "platform/desktop.h"
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
 #include "platform/files.h"
@@ -27,13 +27,11 @@ const Program::LoadStep Program::LoadSteps[] = {
     {"ReadUpdateSwitch", &Program::ReadUpdateSwitch},
     {"ClaimSingleInstance", &Program::ClaimSingleInstance},
     {"ShowVersion", &Program::ShowVersion},
-    {"LayOutPages", &Program::LayOutPages},
     {"ExtendSearchPath", &Program::ExtendSearchPath},
     {"LoadSettings", &Program::LoadSettings},
     {"ReadSongCounter", &Program::ReadSongCounter},
     {"DetectEncoders", &Program::DetectEncoders},
     {"ChooseLanguage", &Program::ChooseLanguage},
-    {"SizeStatusLine", &Program::SizeStatusLine},
     {"MakeFolders", &Program::MakeFolders},
     {"LogStart", &Program::LogStart},
     {"SnapshotMixer", &Program::SnapshotMixer},
@@ -42,7 +40,6 @@ const Program::LoadStep Program::LoadSteps[] = {
     {"ApplySwitches", &Program::ApplySwitches},
     {"LaunchStartApp", &Program::LaunchStartApp},
     {"AddTrayIcon", &Program::AddTrayIcon},
-    {"HookWindow", &Program::HookWindow},
     {"ApplyStationData", &Program::ApplyStationData},
     {"EnableRecording", &Program::EnableRecording},
     {"StartTimers", &Program::StartTimers},
@@ -83,23 +80,13 @@ bool Program::Load() {
     return Running();
 }
 
-namespace {
-
-/// Runs a step of the desktop if there is one.
-template <typename... Arguments, typename... Given>
-void Run(const std::function<void(Arguments...)>& step, Given&&... arguments) {
-    if (step) step(std::forward<Given>(arguments)...);
-}
-
-}  // namespace
-
 Program::Next Program::TakeBusyPointer() {
-    Run(Desktop.BusyPointer, true);
+    Host.Desktop.ShowBusy(true);
     return Next::Continue;
 }
 
 Program::Next Program::BlankBrowser() {
-    Run(Desktop.BlankBrowser);
+    Memory->Form.objWebBrowser.Navigate("about:blank");
     return Next::Continue;
 }
 
@@ -109,18 +96,13 @@ Program::Next Program::ReadUpdateSwitch() {
 }
 
 Program::Next Program::ClaimSingleInstance() {
-    if (Host.Instance.Claim() || Memory->Lifecycle.UpdateStart) return Next::Continue;
-    Host.Instance.ActivateOther();
+    if (Host.Desktop.ClaimInstance() || Memory->Lifecycle.UpdateStart) return Next::Continue;
+    Host.Desktop.ActivateOther();
     return Next::EndProcess;
 }
 
 Program::Next Program::ShowVersion() {
     Memory->Form.lblVersion.Caption(ProgramVersion);
-    return Next::Continue;
-}
-
-Program::Next Program::LayOutPages() {
-    Run(Desktop.LayOutPages);
     return Next::Continue;
 }
 
@@ -143,35 +125,31 @@ Program::Next Program::LoadSettings() {
 }
 
 Program::Next Program::ReadSongCounter() {
-    Memory->SongCounter = RoundToInt32(NumberOf(Parts->Registry.ReadUserValue("", SongTotal)));
+    Parts->Counter.Load();
     return Next::Continue;
 }
 
 Program::Next Program::DetectEncoders() {
     const EncoderRow* chosen = FindEncoder(Memory->Options.Encoder);
     const bool wanted = Options.ProbeAllTools || (chosen && chosen->Needs == EncoderTool::WmaEncoder);
-    const auto probe = [this, wanted](const std::string& ffmpeg) {
-        return wanted ? Parts->WmaEncoderVersion(ffmpeg) : std::string();
-    };
-    Parts->Encoders.EnableFound(FindTools(Host.Files, Host.Folders, Memory->Folders, probe));
+    WmaEncoderProbe probe(Host.Files, Host.Processes, Parts->Registry);
+    Parts->Encoders.EnableFound(
+        FindTools(Host.Files, Host.Folders, Memory->Folders, wanted ? &probe : nullptr));
     return Next::Continue;
 }
 
 Program::Next Program::ChooseLanguage() {
     std::string& language = Memory->Options.Language;
-    if (language.empty() && Desktop.ChooseLanguage) {
+    if (const std::string own = Host.Desktop.Language(); language.empty() && !own.empty()) {
         Host.Dialogs.Beep();
-        language = Desktop.ChooseLanguage();
+        const std::string file = Memory->Folders.ProgramFolder + "/" + own + ".lang";
+        if (Host.Files.FileSize(file)) language = own;
     }
     if (language.empty()) language = "english";
-    Run(Desktop.BusyPointer, true);
+    Host.Desktop.ShowBusy(true);
     Parts->Messages.Load(language);
     Parts->Messages.LocalizeControls(Memory->Form);
-    return Next::Continue;
-}
-
-Program::Next Program::SizeStatusLine() {
-    Run(Desktop.SizeStatusLine);
+    if (Events.TextsReady) Events.TextsReady();
     return Next::Continue;
 }
 
@@ -187,7 +165,7 @@ Program::Next Program::LogStart() {
 }
 
 Program::Next Program::SnapshotMixer() {
-    Run(Desktop.SnapshotMixer);
+    Parts->Mixer.SnapshotMixer();
     return Next::Continue;
 }
 
@@ -197,8 +175,9 @@ Program::Next Program::SeedRandom() {
 }
 
 Program::Next Program::PlaceWindow() {
+    frmMain& form = Memory->Form;
     if (const auto place = StoredPosition(Memory->Options.FormPos)) {
-        Run(Desktop.MoveWindow, place->Left, place->Top);
+        form.Place({place->Left, place->Top, form.Place().Width, form.Place().Height});
     }
     return Next::Continue;
 }
@@ -218,7 +197,7 @@ Program::Next Program::ApplySwitches() {
 void Program::ApplySwitchesTo(const Switches& switches) {
     frmMain& form = Memory->Form;
     if (switches.Wizard) Memory->Lifecycle.WizardRequested = true;
-    if (switches.Hide) Run(Desktop.MinimizeWindow);
+    if (switches.Hide) form.State(WindowState::Minimised);
     if (switches.DontAsk) Memory->Lifecycle.DontAsk = true;
     if (switches.Auto) form.chkStartStop[1].Value(1);
     if (switches.Quit) {
@@ -241,12 +220,7 @@ Program::Next Program::LaunchStartApp() {
 }
 
 Program::Next Program::AddTrayIcon() {
-    Run(Desktop.AddTrayIcon);
-    return Next::Continue;
-}
-
-Program::Next Program::HookWindow() {
-    Run(Desktop.HookWindow);
+    Host.Desktop.AddTrayIcon();
     return Next::Continue;
 }
 
@@ -254,7 +228,7 @@ Program::Next Program::ApplyStationData() {
     frmMain& form = Memory->Form;
     const bool wanted = Memory->Media.StationDataEnabled;
     form.chkStationDataEnable.Value(wanted ? 1 : 0);
-    if (!wanted) Parts->StationDataClicked();
+    if (!wanted) Parts->MediaSwitch.Apply();
     return Next::Continue;
 }
 
@@ -276,7 +250,7 @@ Program::Next Program::StartTimers() {
 }
 
 Program::Next Program::ShowWindow() {
-    Run(Desktop.ShowWindow);
+    Memory->Form.Visible(true);
     return Next::Continue;
 }
 
@@ -286,12 +260,11 @@ Program::Next Program::LoadBars() {
         Memory->KeptOpen.push_back(Memory->Opened.Open(*bar));
     }
     Memory->Form.chkQuickButtons.Value(Memory->Options.QuickButtonsVisible ? 0 : 1);
-    Run(Desktop.LoadBars);
     return Next::Continue;
 }
 
 Program::Next Program::ReleaseBusyPointer() {
-    Run(Desktop.BusyPointer, false);
+    Host.Desktop.ShowBusy(false);
     Host.Loop.ProcessEvents();
     return Next::Continue;
 }
@@ -302,14 +275,12 @@ Program::Next Program::LoadWatchLists() {
 }
 
 Program::Next Program::RecoverSongs() {
-    if (!Options.KeepNotes) return Next::Continue;
-    Parts->LeftSongs = ListNotedSongs(Host.Files, Memory->Folders.SongTempFolder);
-    std::ranges::reverse(Parts->LeftSongs);
+    if (Options.KeepNotes) Parts->Left.Find();
     return Next::Continue;
 }
 
 Program::Next Program::CheckUpdate() {
-    if (Memory->Lifecycle.UpdateStart) Run(Desktop.CheckUpdate);
+    if (Memory->Lifecycle.UpdateStart && Events.UpdateWanted) Events.UpdateWanted();
     return Next::Continue;
 }
 

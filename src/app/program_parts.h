@@ -1,27 +1,33 @@
 #pragma once
 
-#include <map>
 #include <memory>
-#include <set>
-#include <string>
-#include <vector>
+#include <optional>
 
 #include "app/program.h"
 #include "audio/capture.h"
 #include "audio/drain.h"
+#include "audio/input_device.h"
 #include "audio/route.h"
 #include "audio/song_writer.h"
 #include "core/controls/messages.h"
 #include "core/log.h"
+#include "core/program_requests.h"
+#include "core/reporter.h"
 #include "core/settings/registry.h"
+#include "core/settings/run_overrides.h"
 #include "core/settings/settings_store.h"
+#include "core/source_mixer.h"
 #include "core/text/placeholders.h"
+#include "core/write_watch.h"
 #include "media/built_in_browser.h"
 #include "media/cover_images.h"
 #include "media/player_bridge.h"
 #include "media/provider_adoption.h"
 #include "media/provider_choice.h"
+#include "media/source_makers.h"
+#include "media/source_switch.h"
 #include "media/station_launch.h"
+#include "media/station_query.h"
 #include "mixer/input_list.h"
 #include "post/encoders/encoder_choice.h"
 #include "post/encoders/encoder_tools.h"
@@ -29,121 +35,108 @@
 #include "post/options/folder_selection.h"
 #include "post/options/log_viewer.h"
 #include "post/options/program_options.h"
+#include "post/transfer/encoder_results.h"
+#include "post/transfer/hand_over.h"
+#include "post/transfer/note_keeper.h"
+#include "post/transfer/song_counter.h"
 #include "post/transfer/song_notes.h"
 #include "post/transfer/transfer_job.h"
 #include "recording/disk_check.h"
+#include "recording/left_songs.h"
 #include "recording/level_display.h"
 #include "recording/media_poll.h"
+#include "recording/pause_calibration.h"
 #include "recording/pause_control.h"
 #include "recording/recording_look.h"
 #include "recording/session.h"
 #include "recording/song_actions.h"
+#include "recording/song_end_mode.h"
+#include "recording/song_reports.h"
 #include "recording/supervisor.h"
 
 namespace Corvetape {
 
-/// Name of the value that counts the songs of all runs.
-inline constexpr const char* SongTotal = "TotalCountOfSongs";
-
-/// What the parts need of the program that they belong to. The references outlive the parts.
-struct ProgramLinks {
-    const RunOptions& Options;
-    const ProgramEvents& Events;
-    const DesktopSteps& Desktop;
-    std::function<void()> RequestUnload;
-    std::function<void()> TransferNow;
-    std::function<void()> CollectJobs;
-    std::function<void()> Close;
-};
-
 /// The parts of a program in the order in which they are made, from the bottom up. Each is handed what it
-/// needs of the others here and nowhere else.
+/// uses, here and nowhere else.
 struct ProgramParts {
-    ProgramParts(Machine machine, State& state, ProgramLinks links);
+    /// All of it outlives the parts.
+    ProgramParts(const Machine& machine, State& state, const RunOptions& run, const ProgramEvents& events);
     ProgramParts(const ProgramParts&) = delete;
     ProgramParts& operator=(const ProgramParts&) = delete;
-
-    /// An encoder has ended: takes what it tells of its music file, and lets go of a song that has one.
-    void EndJob(const JobResult& result);
-
-    /// Looks after a few of the songs that earlier runs have left, beside the recording.
-    void RecoverSongs();
-
-    /// Asks an ffmpeg for its WMA encoder, or remembers that this very file had it the last time: starting
-    /// it takes longer than the rest of the start.
-    std::string WmaEncoderVersion(const std::string& ffmpeg);
-
-    /// What the song in SongMedia is called as a music file, by which people know it.
-    std::string NameOfMusicFile() const;
-
-    /// Brings the note beside the song that is being written up to date.
-    void NoteSong();
-
-    /// Notes what is known of a song, open or closed.
-    void NoteSong(const std::string& baseName, const STATIONANDSONGDATA& media, bool wanted);
-
-    /// Reads the settings of a source, those of this run for any source among them.
-    void LoadProviderSettings(const std::string& name);
-
-    /// Asks for the picture at an address, if this run asks the web.
-    void LoadImage(const std::string& address);
 
     /// Somebody wants to record while nothing is written. Writes again where a full disk was the reason and
     /// there is room now; otherwise the status line says why nothing is recorded.
     void ResumeRecording();
 
-    /// A click on chkStationDataEnable.
-    void StationDataClicked();
-
-    /// A click on cmdGetStationID: asks the present provider at once, and its player anew.
-    void StationIDClicked();
-
     Machine Host;
     State& Memory;
-    ProgramLinks Owner;
-    std::map<std::string, TransferredSong> UnfinishedJobs;  ///< by the name of the job
-    std::vector<std::string> FinishedSongs;  ///< temporary songs of this run that have their music files
-    std::vector<std::string> LeftSongs;      ///< names of songs that may be of earlier runs, the first last
-    uint64_t RandomSeed = 0;
-    std::string RunName;  ///< of this process
-    std::set<std::string> OverriddenSources;
-    bool SettingsProblemReported = false;
-    bool LogProblemReported = false;
+    const RunOptions& Run;
+    const ProgramEvents& Events;
 
+    uint64_t RandomSeed = 0;
+
+    ProgramRequests Requests;
     RegistryBranches Registry;
     Placeholders Expansion;
     SettingsStore Store;
+    RunOverrides Overrides;
     Log Journal;
     clsLocalizeControls Messages;
+    Reporter Say;
+    WriteWatch Unwritable;
+    SourceMixer Mixer;  ///< nothing of a mixer is saved yet
+
     Capture Input;
     SongWriter Writer;
     AudioDrain Drain;
     SongTargets Targets;
     SignalPath Path;
+    InputDevice Device;
+
+    SongEndMode Mode;
     PauseControl Pauses;
+    PauseCalibration Calibration;
     LevelDisplay Levels;
+
     std::unique_ptr<PlayerBridge> Bridge;  ///< null in a run without players
-    std::unique_ptr<CoverImages> Covers;   ///< null in a run without the web
+    CoverImages Covers;
     ProviderAdoption Adoption;
     ProviderHost MediaHost;
+    BrowserSources Browsers;
+    PlayerSources Players;
     ProviderChoice Providers;
+    SourceSwitch MediaSwitch;
+    StationQuery Query;
     BuiltInBrowser Browser;
     StationLaunch Launcher;
+
     EncoderChoice Encoders;
     ProgramOptions OptionPages;
-    FolderSelection FolderPage;
     LogViewer LogPage;
     WatchLists Watched;
     WatchPages WatchTabs;
+    FolderSelection FolderPage;
     SongNotes Notes;
+    SongCounter Counter;
     TransferJob Transfer;
     SongActions Songs;
+    HandOver Waiting;
+    EncoderResults Results;
+    std::optional<NoteKeeper> Keeper;  ///< in a run that leaves notes
+    LeftSongs Left;
+    SongReports Reports;
+
     DiskCheck Disk;
     RecordingLook Look;
     Session Recording;
     MediaPoll Poll;
     InputList Inputs;
     Supervisor Watch;
+
+ private:
+    void Connect();
+    void ConnectEvents();
+    void ConnectTick();
 };
 
 }  // namespace Corvetape

@@ -8,6 +8,7 @@
 #include "app/program_parts.h"
 #include "core/lifecycle.h"
 #include "core/version.h"
+#include "platform/desktop.h"
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
 #include "platform/files.h"
@@ -32,8 +33,6 @@ const Program::UnloadStep Program::UnloadSteps[] = {
     {"LaunchStopApp", &Program::LaunchStopApp},
     {"SaveWindowPlace", &Program::SaveWindowPlace},
     {"RemoveTrayIcon", &Program::RemoveTrayIcon},
-    {"UnloadAssistant", &Program::UnloadAssistant},
-    {"SaveBars", &Program::SaveBars},
     {"LogEnd", &Program::LogEnd},
 };
 
@@ -101,11 +100,6 @@ bool Program::RestartElevated(const std::string& parameters) {
     return true;
 }
 
-void Program::TransferNow() {
-    Memory->Form.tmrEncodeFile.Running(false);
-    Parts->Transfer.TransferSong();
-}
-
 void Program::FinishAudio() {
     frmMain& form = Memory->Form;
     form.tmr1Second.Running(false);
@@ -113,10 +107,10 @@ void Program::FinishAudio() {
     // A song file that cannot be made here is told with the other errors: the program ends anyway.
     static_cast<void>(Parts->Drain.FinishCut());
     // The song that waits has its own record, which the last song takes over in the next step.
-    if (form.tmrEncodeFile.Running()) TransferNow();
+    Parts->Waiting.TransferNow();
     static_cast<void>(Parts->Drain.WriteOut());
     // Its file may have become full by that and waits now.
-    if (form.tmrEncodeFile.Running()) TransferNow();
+    Parts->Waiting.TransferNow();
     Parts->Writer.EndWithoutPause();
 }
 
@@ -138,28 +132,19 @@ void Program::CloseCapture() {
 }
 
 void Program::TransferPendingSong() {
-    if (Memory->Form.tmrEncodeFile.Running()) TransferNow();
+    Parts->Waiting.TransferNow();
 }
 
 void Program::RemoveTempFolder() {
-    if (Memory->Options.DelTempFolder && !Memory->Options.EncodeOffline) DeleteTempFolder();
+    DeleteTempFolder();
 }
 
 void Program::DeleteTempFolder() {
-    if (!Memory->Options.DelTempFolder || Memory->Options.EncodeOffline) return;
-    const std::string& folder = Memory->Folders.SongTempFolder;
-    CollectJobs();
-    // Only what this run has made and finished with: others may keep songs here, or their own files.
-    for (const std::string& song : Parts->FinishedSongs) {
-        const std::string base = song.substr(0, song.rfind('.'));
-        if (Host.Files.FileSize(base + ".note")) continue;  // another song has taken the name since
-        for (const char* extension : {".wav", ".jpg"}) Host.Files.Delete(base + extension);
-    }
-    Host.Files.DeleteFolder(folder);  // fails while files are left in it
+    Parts->Results.DeleteTempFolder(Memory->Options, Memory->Folders);
 }
 
 void Program::RestoreMixer() {
-    if (Memory->Options.AutoUpdate && Desktop.RestoreMixer) Desktop.RestoreMixer();
+    if (Memory->Options.AutoUpdate) Parts->Mixer.RestoreMixer();
 }
 
 void Program::RestoreSoundScheme() {
@@ -195,10 +180,9 @@ void Program::LaunchStopApp() {
 }
 
 void Program::SaveWindowPlace() {
-    if (Desktop.SaveWindowPlace) Desktop.SaveWindowPlace();
     const frmMain& form = Memory->Form;
     const WindowPlace& place = form.Place();
-    if (place == WindowPlace{}) return;  // a run without a window
+    if (place.Width == 0) return;  // a run without a window
     std::string text;
     for (const int32_t number : {place.Left, place.Top, place.Width, place.Height}) {
         text += (text.empty() ? "" : ";") + std::to_string(number);
@@ -211,15 +195,7 @@ void Program::SaveWindowPlace() {
 }
 
 void Program::RemoveTrayIcon() {
-    if (Desktop.RemoveTrayIcon) Desktop.RemoveTrayIcon();
-}
-
-void Program::UnloadAssistant() {
-    if (Desktop.UnloadAssistant) Desktop.UnloadAssistant();
-}
-
-void Program::SaveBars() {
-    if (Desktop.SaveBars) Desktop.SaveBars();
+    Host.Desktop.RemoveTrayIcon();
 }
 
 void Program::LogEnd() {

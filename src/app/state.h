@@ -36,7 +36,6 @@ struct State {
     MediaState Media;
     AudioRing Ring;
     DeferredMessages Messages;
-    int32_t SongCounter = 0;  ///< all songs ever handed over
 };
 
 }  // namespace Corvetape

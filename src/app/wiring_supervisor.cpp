@@ -1,6 +1,7 @@
 // What the supervisor and the disk check ask of the rest of the program.
 #include "app/program_parts.h"
 #include "app/wiring.h"
+#include "platform/desktop.h"
 #include "platform/dialogs.h"
 #include "platform/processes.h"
 
@@ -10,9 +11,7 @@ namespace {
 
 void AddFirstRun(SupervisorActions& actions, ProgramParts& parts) {
     actions.FillInputDevices = [&parts] { return parts.Inputs.FillInputDevices(); };
-    actions.OpenAssistant = [&parts](const std::string& page) {
-        if (parts.Owner.Desktop.OpenAssistant) parts.Owner.Desktop.OpenAssistant(page);
-    };
+    actions.OpenAssistant = [&parts](const std::string& page) { parts.Requests.Assistant.Raise(page); };
     actions.RunFirstBatch = [&parts] {
         const std::string& folder = parts.Memory.Folders.ProgramFolder;
         // There is none beside most installations; the first page of the assistant opens all the same.
@@ -25,7 +24,7 @@ void AddMedia(SupervisorActions& actions, ProgramParts& parts) {
     actions.ChooseProvider = [&parts] { parts.Providers.Choose(); };
     actions.GetStationData = [&parts] { parts.Providers.GetStationData(); };
     actions.RestartRadio = [&parts] { parts.Providers.RestartRadio(); };
-    actions.LoadImage = [&parts](const std::string& cover) { parts.LoadImage(cover); };
+    actions.LoadImage = [&parts](const std::string& cover) { parts.Covers.LoadImage(cover); };
     actions.LaunchInProgress = [&parts] { return parts.Launcher.BrowserLoading(); };
     actions.IsSongExcluded = [&parts] {
         const State& state = parts.Memory;
@@ -43,7 +42,7 @@ void AddRecording(SupervisorActions& actions, ProgramParts& parts) {
     actions.CheckDisk = [&parts] { return parts.Disk.Run(); };
     actions.CheckReserve = [&parts] { parts.Disk.RunIfShort(parts.Input.Format().nAvgBytesPerSec); };
     actions.CheckUpdate = [] {};  // nothing is asked of the web
-    actions.Unload = [&parts] { parts.Owner.RequestUnload(); };
+    actions.Unload = [&parts] { parts.Requests.End.Raise(); };
 }
 
 }  // namespace
@@ -62,25 +61,9 @@ SupervisorActions SupervisorActionsOf(ProgramParts& parts) {
     actions.WarningBox = [&parts](const std::string& text) {
         parts.Host.Dialogs.MessageBox(text, DialogIcon::Exclamation);
     };
-    actions.ShowTrayTip = [&parts](const std::string& tip) {
-        if (parts.Owner.Desktop.ShowTrayTip) parts.Owner.Desktop.ShowTrayTip(tip);
-    };
+    actions.ShowTrayTip = [&parts](const std::string& tip) { parts.Host.Desktop.ShowTrayTip(tip); };
     actions.ShowTrayState = [&parts](int32_t state) {
-        if (parts.Owner.Desktop.ShowTrayState) parts.Owner.Desktop.ShowTrayState(state);
-    };
-    return actions;
-}
-
-DiskCheckActions DiskCheckActionsOf(ProgramParts& parts) {
-    DiskCheckActions actions;
-    actions.FormatMsg = [&parts](const std::string& key, std::span<const std::string> arguments) {
-        return parts.Messages.FormatMsg(key, arguments);
-    };
-    actions.WriteLog = [&parts](const std::string& kind, const std::string& text) {
-        parts.Journal.WriteLog({kind, text});
-    };
-    actions.ErrorBox = [&parts](const std::string& text) {
-        if (!parts.Memory.Lifecycle.DontAsk) parts.Host.Dialogs.MessageBox(text, DialogIcon::Critical);
+        parts.Host.Desktop.ShowTrayState(static_cast<TrayState>(state));
     };
     return actions;
 }

@@ -147,4 +147,11 @@ bool AudioDrain::WriteOut() {
     return WriteSlots(Parts.Ring.Unread()) != Result::EndProgram;
 }
 
+bool AudioDrain::Empty() {
+    const bool written = FinishCut() && WriteOut();
+    Parts.Cut.Settle();
+    Parts.Ring.AudioReadIndex = Parts.Ring.AudioWriteIndex;
+    return written;
+}
+
 }  // namespace Corvetape

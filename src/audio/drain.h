@@ -49,6 +49,10 @@ class AudioDrain {
     /// At the end of the signal: writes everything that is unread. Call FinishCut first.
     bool WriteOut();
 
+    /// Writes the sound that waits into its song, because the ring will not be drained any more. What nobody
+    /// records is forgotten, or it would come up in a later song.
+    bool Empty();
+
  private:
     enum class Result {
         Done,

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/desktop.h"
 #include "platform/linux/desktop/console_dialogs.h"
 #include "platform/linux/files/linux_files.h"
 #include "platform/linux/files/linux_folders.h"
@@ -16,13 +17,6 @@
 
 namespace Corvetape {
 
-/// Any number of command lines may run side by side.
-class NoSingleInstance : public SingleInstance {
- public:
-    bool Claim() override { return true; }
-    void ActivateOther() override {}
-};
-
 /// What both kinds of run have of the real machine. Boxes become lines on the error output.
 class HostParts {
  public:
@@ -34,7 +28,7 @@ class HostParts {
     std::unique_ptr<LinuxFolders> Folders;
     ConsoleDialogs Dialogs;
     LinuxSystemInfo System;
-    NoSingleInstance Instance;
+    Corvetape::Desktop Desktop;  ///< none: any number of command lines may run side by side
 };
 
 /// Real files and programs on virtual time: for inputs that need no clock of their own.

@@ -45,20 +45,8 @@ class Recording {
           Host(host),
           Printer(arguments.Json ? SongFormat::Json : SongFormat::Lines, stdout, stderr) {}
 
-    /// Lets the recording know what players play. They outlive it.
-    void Ask(Players& players) { MediaPlayers = &players; }
-
     /// The sound file that is to be recorded.
     void From(const std::string& file) { InputFile = file; }
-
-    /// Lets the recording fetch covers. Outlives it.
-    void Ask(Http& web) { Web = &web; }
-
-    /// Lets the recording read the pages of browsers and the titles of windows. Both outlive it.
-    void Watching(Documents& documents, Windows& windows) {
-        Pages = &documents;
-        Desktop = &windows;
-    }
 
     /// Begins. The exit code if it cannot.
     std::optional<int> Start(Machine machine, const std::string& inputNames, uint32_t framesPerSecond) {
@@ -76,10 +64,6 @@ class Recording {
             options.Overrides.push_back({"Record", "StopAfter", std::to_string(*Arguments.Minutes)});
         }
         if (!InputFile.empty()) options.InputFiles = {InputFile};
-        options.Documents = Pages;
-        options.Windows = Desktop;
-        options.Players = MediaPlayers;
-        options.Web = Web;
         Running = std::make_unique<Program>(machine, std::move(options), Events());
         if (!Running->Load()) return Fail("the recorder could not be started");
         if (const auto obstacle = FindObstacle(*Running, Host.Files)) {
@@ -170,10 +154,6 @@ class Recording {
     SongPrinter Printer;
     TerminalLine Line;
     std::string InputFile;
-    Documents* Pages = nullptr;
-    Windows* Desktop = nullptr;
-    Players* MediaPlayers = nullptr;
-    Http* Web = nullptr;
     std::unique_ptr<Program> Running;
     std::unique_ptr<LoopTimer> Watch;
     bool InputEnded = false;
@@ -226,8 +206,9 @@ int RecordVirtually(const RecordArguments& arguments, const std::string& filePat
     Recording recording(arguments, host);
     running = &recording;
     recording.From(filePath);
-    recording.Ask(player);
-    const auto code = recording.Start(host.With(input), names, framesPerSecond);
+    Machine machine = host.With(input);
+    machine.Players = &player;
+    const auto code = recording.Start(machine, names, framesPerSecond);
     if (code) return *code;
     const LinuxClock real;
     host.Loop.PaceWith(PaceAgainst(real, host.Clock, arguments.Speed, WaitFor));
@@ -245,16 +226,14 @@ int RecordLive(const RecordArguments& arguments, PulseWaveIn& pulse, QtLoop& loo
     HostParts host(arguments.Home);
     LinuxClock clock;
     ChosenInput input(pulse, device.Id);
-    Machine machine{clock,         loop,         input,       host.Files,   host.Processes,
-                    *host.Folders, host.Dialogs, host.System, host.Instance};
     MprisPlayers players(loop);
     LinuxHttp web(loop);
     DevToolsDocuments documents;
     X11Windows windows;
+    const Machine machine{clock,         loop,         input,       host.Files,   host.Processes,
+                          *host.Folders, host.Dialogs, host.System, host.Desktop, &documents,
+                          &windows,      &players,     &web};
     Recording recording(arguments, host);
-    recording.Ask(players);
-    recording.Ask(web);
-    recording.Watching(documents, windows);
     if (const auto code = recording.Start(machine, device.Name + ";", 0)) return *code;
 
     const auto endIfOver = [&] {

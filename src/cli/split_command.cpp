@@ -142,7 +142,6 @@ class Splitter {
         const Program* running = nullptr;
         SourcePlayers player(Host.Loop, "Media table",
                              [&] { return Table->At(running != nullptr ? running->InputSeconds() : 0); });
-        if (Table) options.Players = &player;
         bool inputEnded = false;
         ProgramEvents events = EventsTo(Printer, Line);
         events.InputEnded = [&] { inputEnded = true; };
@@ -151,7 +150,9 @@ class Splitter {
             print(song);
             WaitForEncoderRoom(Host.Processes);
         };
-        Program program(Host.With(input, Disk), options, events);
+        Machine machine = Host.With(input, Disk);
+        if (Table) machine.Players = &player;
+        Program program(machine, options, events);
         running = &program;
         const bool began = Begin(program);
         if (began) {

@@ -15,6 +15,8 @@ namespace Corvetape {
 
 namespace {
 
+constexpr const char* RegistryFileName = "/registry.ini";
+
 constexpr uint32_t OlderFamily = 1;
 constexpr uint32_t NTFamily = 2;
 
@@ -80,6 +82,14 @@ std::string WindowsTag(const SystemVersion& version, std::string_view separator)
 
 std::string CommonDataFolder(Folders& folders) {
     return folders.ShellFolderPath(ShellFolder::CommonAppData) + "/" + ProgramShortName;
+}
+
+std::string UserRegistryFile(Folders& folders) {
+    return folders.ShellFolderPath(ShellFolder::AppData) + "/" + ProgramShortName + RegistryFileName;
+}
+
+std::string MachineRegistryFile(Folders& folders) {
+    return CommonDataFolder(folders) + RegistryFileName;
 }
 
 void ExtendSearchPath(Folders& folders, const Placeholders& placeholders,

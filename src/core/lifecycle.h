@@ -33,6 +33,10 @@ std::string WindowsTag(const SystemVersion& version, std::string_view separator)
 /// The folder for all users that external tools may lie in.
 std::string CommonDataFolder(Folders& folders);
 
+/// Where the two branches of the registry are kept.
+std::string UserRegistryFile(Folders& folders);
+std::string MachineRegistryFile(Folders& folders);
+
 /// Puts `commonDataFolder` behind the search path of this process and of those that it starts, unless the
 /// path holds that text already, ignoring case. Failures are ignored.
 void ExtendSearchPath(Folders& folders, const Placeholders& placeholders,

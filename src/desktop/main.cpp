@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "core/version.h"
-#include "desktop/desktop.h"
+#include "desktop/desktop_program.h"
 #include "desktop/press.h"
 #include "desktop/usage.h"
 #include "platform/linux/players/mpris_players.h"
@@ -37,6 +37,6 @@ int main(int count, char** words) {
         if (*arguments.Press == Corvetape::RemoteButton::Quit) return 0;  // nothing runs
         arguments.CommandLine += " -auto";
     }
-    Corvetape::Desktop desktop(std::move(arguments));
+    Corvetape::DesktopProgram desktop(std::move(arguments));
     return desktop.Run();
 }

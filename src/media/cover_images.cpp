@@ -21,15 +21,15 @@ bool IsWebAddress(std::string_view address) {
     return begins("http://") || begins("https://");
 }
 
-CoverImages::CoverImages(Http& http, Files& files, const PauseSettings& pause)
+CoverImages::CoverImages(Http* http, Files& files, const PauseSettings& pause)
     : Web(http), Disk(files), Pause(pause), Alive(std::make_shared<bool>(true)) {}
 
 CoverImages::~CoverImages() {
-    Web.Cancel();
+    if (Web != nullptr) Web->Cancel();
 }
 
 void CoverImages::LoadImage(const std::string& address) {
-    if (address == LastCoverUrl) return;
+    if (Web == nullptr || address == LastCoverUrl) return;
     if (CoverBytes.size() > 1 || Refused) {
         SongCoverBytes = CoverBytes;
         SongCoverUrl = LastCoverUrl;
@@ -38,7 +38,7 @@ void CoverImages::LoadImage(const std::string& address) {
     Refused = false;
     LastCoverUrl = address;
     Changed.Raise();
-    Web.Cancel();
+    Web->Cancel();
     if (!IsCoverFetched(address)) {
         if (!address.empty()) Refuse();
         return;
@@ -46,7 +46,7 @@ void CoverImages::LoadImage(const std::string& address) {
     const bool fromWeb = IsWebAddress(address);
     // One byte more shows that a file goes on.
     const size_t limit = fromWeb ? MostCoverBytes : MostCoverBytes + 1;
-    Web.Get(address, limit, [this, fromWeb, alive = std::weak_ptr<bool>(Alive)](const HttpAnswer& answer) {
+    Web->Get(address, limit, [this, fromWeb, alive = std::weak_ptr<bool>(Alive)](const HttpAnswer& answer) {
         if (!alive.expired()) Answered(answer, fromWeb);
     });
 }

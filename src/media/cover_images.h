@@ -34,8 +34,8 @@ bool IsWebAddress(std::string_view address);
 /// beside the songs is never a copy of another file, or a part of one.
 class CoverImages {
  public:
-    /// All of them outlive it.
-    CoverImages(Http& http, Files& files, const PauseSettings& pause);
+    /// All of them outlive it. Without `http` there are no pictures.
+    CoverImages(Http* http, Files& files, const PauseSettings& pause);
     ~CoverImages();
     CoverImages(const CoverImages&) = delete;
     CoverImages& operator=(const CoverImages&) = delete;
@@ -69,7 +69,7 @@ class CoverImages {
     /// The picture of the present address cannot be had.
     void Refuse();
 
-    Http& Web;
+    Http* Web;
     Files& Disk;
     const PauseSettings& Pause;
     std::shared_ptr<bool> Alive;

@@ -41,6 +41,9 @@ class PlayerBridge {
     /// True while a player runs, whether or not it plays.
     bool PlayerPresent() const { return !Reports.empty(); }
 
+    /// See Players::AreTheInput.
+    bool IsTheInput() const { return Source.AreTheInput(); }
+
  private:
     struct Entry {
         PlayerReport Report;

@@ -15,13 +15,11 @@ void ClearMedia(STATIONANDSONGDATA& media) {
 
 clsProviderNull::clsProviderNull(ProviderHost& host) {
     ClearMedia(host.Media.CurrentMedia);
-    // A song that waits for its hand-over keeps its record: there is only this one.
-    if (!host.HandOverPending()) ClearMedia(host.Media.SongMedia);
+    ClearMedia(host.Media.SongMedia);
     host.Media.ProviderName = NoStationData;
     host.Media.MixerSectionName = "Mixer";
     ReArmRecording(host);
-    host.LoadProviderSettings(host.Media.ProviderName);
-    host.ApplyMixerSection();
+    host.Adoption.Load(host.Media.ProviderName);
 }
 
 }  // namespace Corvetape

@@ -1,31 +1,18 @@
 #pragma once
 
-#include <functional>
-#include <string>
-
 #include "audio/recording_flags.h"
 #include "audio/signal_state.h"
 #include "core/media_state.h"
+#include "media/provider_adoption.h"
 
 namespace Corvetape {
 
-/// What a provider may touch, and what it asks of others. Outlives every provider.
+/// What a provider may touch, and whose settings it takes. Outlives every provider.
 struct ProviderHost {
     MediaState& Media;
     SignalState& Signal;
     RecordingFlags& Flags;
-
-    /// Reads the pause recognition values of one provider; nothing happens for the one loaded last.
-    std::function<void(const std::string& providerName)> LoadProviderSettings;
-
-    /// Applies the saved mixer section of the present provider if the user wants that.
-    std::function<void()> ApplyMixerSection;
-
-    /// True while a closed song waits for the transfer job, which needs SongMedia as it is.
-    std::function<bool()> HandOverPending;
-
-    /// Takes over the settings of a provider that has become the present one.
-    std::function<void(const std::string& providerName)> AdoptSettings;
+    ProviderAdoption& Adoption;
 };
 
 /// Turns on pause recognition and recording, as every new provider does.

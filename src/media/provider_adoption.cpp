@@ -7,8 +7,9 @@
 
 namespace Corvetape {
 
-ProviderAdoption::ProviderAdoption(MediaState& media, AdoptionActions actions)
-    : Media(media), Actions(std::move(actions)) {}
+ProviderAdoption::ProviderAdoption(MediaState& media, SourceSettings& settings, SourceMixer& mixer,
+                                   const clsLocalizeControls& texts, FormBoxes* boxes)
+    : Media(media), Settings(settings), Mixer(mixer), Texts(texts), Boxes(boxes) {}
 
 bool ProviderAdoption::IsKnown(const std::string& providerName) const {
     return std::ranges::any_of(Media.KnownProviders, [&](const std::string& known) {
@@ -17,18 +18,22 @@ bool ProviderAdoption::IsKnown(const std::string& providerName) const {
 }
 
 void ProviderAdoption::Adopt(const std::string& providerName) {
-    if (!Media.KnownProviders.empty() && !IsKnown(providerName) && Actions.Ask) {
+    if (!Media.KnownProviders.empty() && !IsKnown(providerName) && Boxes != nullptr) {
         Ask(providerName);
-        return;
+    } else {
+        Load(providerName);
     }
-    Actions.LoadProviderSettings(providerName);
-    Actions.UpdateMixer();
+}
+
+void ProviderAdoption::Load(const std::string& providerName) {
+    Settings.LoadProviderSettings(providerName);
+    Mixer.UpdateMixer();
 }
 
 void ProviderAdoption::Ask(const std::string& providerName) {
     dlgProvider dialog;
-    Actions.Localize(dialog);  // ahead of the names, which are no keys of texts
-    const std::string info = Actions.FormatMsg("50010", providerName);
+    Texts.LocalizeControls(dialog);  // ahead of the names, which are no keys of texts
+    const std::string info = Texts.FormatMsg("50010", {providerName});
     if (!info.empty()) dialog.lblInfo.Caption(info);
     for (const std::string& known : Media.KnownProviders) dialog.cboProvider.AddItem(known);
     dialog.cboProvider.ListIndex(0);
@@ -40,17 +45,17 @@ void ProviderAdoption::Ask(const std::string& providerName) {
     dialog.cmdCancel.Click.Connect([&dialog] { dialog.Visible(false); });
     dialog.Visible(true);
     Open = &dialog;
-    Actions.Ask(dialog);
+    Boxes->Ask(dialog);
     Open = nullptr;
 }
 
 void ProviderAdoption::TakeOver(const std::string& selected) {
-    Actions.LoadProviderSettings(selected);
-    Actions.StoreProviderSettings();
+    Settings.LoadProviderSettings(selected);
+    Settings.StoreProviderSettings();
     const std::string own = std::exchange(Media.MixerSectionName, "Mixer" + selected);
-    Actions.ApplyMixer();
+    Mixer.ApplyMixer();
     Media.MixerSectionName = own;
-    Actions.StoreMixer();
+    Mixer.StoreMixer();
     if (!IsKnown(Media.ProviderName)) Media.KnownProviders.push_back(Media.ProviderName);
 }
 

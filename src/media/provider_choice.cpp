@@ -6,8 +6,8 @@
 
 namespace Corvetape {
 
-ProviderChoice::ProviderChoice(ProviderHost& host, std::vector<ProviderFactory> factories)
-    : Host(host), Factories(std::move(factories)) {}
+ProviderChoice::ProviderChoice(ProviderHost& host, CoverImages& covers, std::vector<ProviderMaker*> makers)
+    : Host(host), Covers(covers), Makers(std::move(makers)) {}
 
 bool ProviderChoice::HasSource() const {
     return !Host.Media.ProviderName.empty() && Host.Media.ProviderName != NoStationData;
@@ -32,10 +32,10 @@ void ProviderChoice::Choose() {
 }
 
 void ProviderChoice::Find() {
-    for (const ProviderFactory& factory : Factories) {
+    for (ProviderMaker* maker : Makers) {
         CurrentProvider.reset();  // it may empty the media data as it goes, which the next one fills
-        CurrentProvider = factory();
-        if (HasSource()) return;
+        CurrentProvider = maker->Make();
+        if (CurrentProvider && HasSource()) return;
     }
     CurrentProvider.reset();
     CurrentProvider = std::make_unique<clsProviderNull>(Host);
@@ -63,6 +63,12 @@ void ProviderChoice::GetStationData() {
     Guarded([this] {
         if (CurrentProvider) CurrentProvider->GetStationData();
     });
+}
+
+void ProviderChoice::Refresh() {
+    if (!Host.Media.StationDataEnabled) return;
+    GetStationData();
+    LoadImage();
 }
 
 void ProviderChoice::RestartRadio() {

@@ -1,15 +1,21 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <vector>
 
+#include "media/cover_images.h"
 #include "media/provider.h"
 
 namespace Corvetape {
 
-/// Makes a provider; the provider sets ProviderName if it has found its source.
-using ProviderFactory = std::function<std::unique_ptr<clsProvider>()>;
+/// Makes providers of one kind.
+class ProviderMaker {
+ public:
+    virtual ~ProviderMaker() = default;
+
+    /// The provider sets ProviderName if it has found its source. Null if this run does not ask that kind.
+    virtual std::unique_ptr<clsProvider> Make() = 0;
+};
 
 /// Holds the present provider and finds another one while none has a source.
 ///
@@ -17,8 +23,8 @@ using ProviderFactory = std::function<std::unique_ptr<clsProvider>()>;
 /// come meanwhile do nothing, and a provider is not taken away before it is done.
 class ProviderChoice {
  public:
-    /// `factories` are tried in their order; the null provider stands behind them all.
-    ProviderChoice(ProviderHost& host, std::vector<ProviderFactory> factories);
+    /// `makers` are tried in their order, and after them the null provider. All of them outlive it.
+    ProviderChoice(ProviderHost& host, CoverImages& covers, std::vector<ProviderMaker*> makers);
 
     /// True while no provider has a source, so that the choice has to run.
     bool Wanted() const;
@@ -36,6 +42,12 @@ class ProviderChoice {
     void GetStationData();
     void RestartRadio();
 
+    /// Asks for the picture of what plays.
+    void LoadImage() { Covers.LoadImage(Host.Media.CurrentMedia.Cover); }
+
+    /// Polls, and asks for the picture, while media data are on.
+    void Refresh();
+
  private:
     enum class Wish { None, Drop, SwitchOff };
 
@@ -48,7 +60,8 @@ class ProviderChoice {
     void Guarded(Work work);
 
     ProviderHost& Host;
-    std::vector<ProviderFactory> Factories;
+    CoverImages& Covers;
+    std::vector<ProviderMaker*> Makers;
     std::unique_ptr<clsProvider> CurrentProvider;
     bool Busy = false;  ///< a provider is at work
     Wish Late = Wish::None;

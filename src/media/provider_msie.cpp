@@ -11,17 +11,16 @@
 
 namespace Corvetape {
 
-clsProviderMSIE::clsProviderMSIE(ProviderHost& host, BrowserSources sources)
-    : Host(host), Sources(std::move(sources)) {
+clsProviderMSIE::clsProviderMSIE(ProviderHost& host, BrowserPlaces places, BrowserNotices& notices)
+    : Host(host), Places(std::move(places)), Notices(notices) {
     ClearMedia(Host.Media.CurrentMedia);
-    // A song that waits for its hand-over keeps its record: there is only this one.
-    if (!Host.HandOverPending()) ClearMedia(Host.Media.SongMedia);
+    ClearMedia(Host.Media.SongMedia);
     Host.Media.MixerSectionName = "Mixer";
     ReArmRecording(Host);
-    From.Desktop = Sources.Windows;
+    From.Desktop = Places.Windows;
     LoadProfiles();
     const Held busy(Busy);
-    if (Sources.Documents) Sources.Documents->BeginPoll();
+    if (Places.Documents) Places.Documents->BeginPoll();
     static_cast<void>(ConnectDocument());  // ProviderName tells whether anything was found
 }
 
@@ -30,13 +29,15 @@ clsProviderMSIE::~clsProviderMSIE() {
 }
 
 void clsProviderMSIE::LoadProfiles() {
-    const Profile file(Sources.Files, Sources.ProfilePath);
+    const Profile file(Places.Files, Places.ProfilePath);
     Profiles = ReadProfiles(file);
-    if (const size_t unread = CountUnreadProfiles(file); unread > 0) Sources.ProfilesUnread(unread);
+    if (const size_t unread = CountUnreadProfiles(file); unread > 0) {
+        Notices.ProfilesUnread(Places.ProfilePath, unread);
+    }
 }
 
 bool clsProviderMSIE::Find() {
-    SearchPlace place(Sources.Documents, Sources.Windows);
+    SearchPlace place(Places.Documents, Places.Windows);
     for (const ProviderProfile& profile : Profiles) {
         if (profile.ReadsWindow()) continue;
         From.Page = place.FindDocumentByPatterns(profile.WindowClass, profile.WindowTitle, profile.DocTitle,
@@ -55,7 +56,7 @@ bool clsProviderMSIE::Find() {
         }
     }
     const bool wanted = std::ranges::any_of(Profiles, &ProviderProfile::ReadsWindow);
-    if (wanted && (!Sources.Windows || !Sources.Windows->Available())) Sources.WindowsWanted();
+    if (wanted && Places.Windows != nullptr && !Places.Windows->Available()) Notices.WindowsWanted();
     return false;
 }
 
@@ -78,7 +79,7 @@ void clsProviderMSIE::BecomeProvider() {
     Host.Media.ProviderName = Current->Name;
     Host.Media.MixerSectionName = "Mixer" + Current->Name;
     ReArmRecording(Host);
-    if (before != Current->Name) Host.AdoptSettings(Current->Name);
+    if (before != Current->Name) Host.Adoption.Adopt(Current->Name);
 }
 
 bool clsProviderMSIE::ReadField(std::string& field, const MediaFieldRule& rule, FieldKind kind) {
@@ -115,7 +116,7 @@ bool clsProviderMSIE::ReadSongFields() {
 void clsProviderMSIE::GetStationData() {
     if (Busy) return;
     const Held busy(Busy);
-    if (Sources.Documents) Sources.Documents->BeginPoll();
+    if (Places.Documents) Places.Documents->BeginPoll();
     if (ConnectDocument()) {
         static_cast<void>(ReadSongFields());  // fields behind an error stay empty
     } else {
@@ -126,14 +127,14 @@ void clsProviderMSIE::GetStationData() {
 void clsProviderMSIE::GetSongData() {
     if (Busy) return;
     const Held busy(Busy);
-    if (Sources.Documents) Sources.Documents->BeginPoll();
+    if (Places.Documents) Places.Documents->BeginPoll();
     static_cast<void>(ReadSongFields());  // fields behind an error stay empty
 }
 
 bool clsProviderMSIE::RestartRadio() {
     if (Current == nullptr || Current->Restart.Element.empty()) return true;
     if (Busy || !From.Page) return false;
-    if (Sources.Documents) Sources.Documents->BeginPoll();
+    if (Places.Documents) Places.Documents->BeginPoll();
     return From.Page->Run(Current->Restart.Element);
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
+#include "media/browser_notices.h"
 #include "media/browser_profile.h"
 #include "media/browser_rules.h"
 #include "media/provider.h"
@@ -15,13 +15,11 @@ namespace Corvetape {
 class Files;
 
 /// What the browser provider reads from. All of it outlives the provider.
-struct BrowserSources {
+struct BrowserPlaces {
     Corvetape::Files& Files;
-    std::string ProfilePath;                      ///< of the file with the profiles
-    Corvetape::Documents* Documents = nullptr;    ///< none: there are no pages
-    Corvetape::Windows* Windows = nullptr;        ///< none: there are no windows
-    std::function<void()> WindowsWanted = [] {};  ///< a profile asks for windows, and the desktop shows none
-    std::function<void(size_t unread)> ProfilesUnread = [](size_t) {};  ///< so many did not fit into the list
+    std::string ProfilePath;                    ///< of the file with the profiles
+    Corvetape::Documents* Documents = nullptr;  ///< none: there are no pages
+    Corvetape::Windows* Windows = nullptr;      ///< none: there are no windows
 };
 
 /// Reads what plays from a web page or from the title of a window, by the profiles of a file.
@@ -32,7 +30,7 @@ struct BrowserSources {
 class clsProviderMSIE : public clsProvider {
  public:
     /// Reads the profiles and searches. ProviderName is set only if something was found.
-    clsProviderMSIE(ProviderHost& host, BrowserSources sources);
+    clsProviderMSIE(ProviderHost& host, BrowserPlaces places, BrowserNotices& notices);
     ~clsProviderMSIE() override;
     clsProviderMSIE(const clsProviderMSIE&) = delete;
     clsProviderMSIE& operator=(const clsProviderMSIE&) = delete;
@@ -57,7 +55,8 @@ class clsProviderMSIE : public clsProvider {
     bool Connected() const { return From.Page || From.Window != 0; }
 
     ProviderHost& Host;
-    BrowserSources Sources;
+    BrowserPlaces Places;
+    BrowserNotices& Notices;
     std::vector<ProviderProfile> Profiles;
     const ProviderProfile* Current = nullptr;  ///< the one found last, in Profiles
     RuleSource From;

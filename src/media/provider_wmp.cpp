@@ -1,25 +1,22 @@
 #include "media/provider_wmp.h"
 
-#include <utility>
 #include <variant>
 
-#include "media/player_bridge.h"
 #include "media/text_decoding.h"
 
 namespace Corvetape {
 
 clsProviderWMP::clsProviderWMP(ProviderHost& host, const RegistryBranches& registry,
-                               std::function<bool()> playerPresent)
-    : Host(host), Registry(registry), PlayerPresent(std::move(playerPresent)) {
+                               const PlayerBridge& bridge)
+    : Host(host), Registry(registry), Bridge(bridge) {
     ClearMedia(Host.Media.CurrentMedia);
-    // A song that waits for its hand-over keeps its record: there is only this one.
-    if (!Host.HandOverPending()) ClearMedia(Host.Media.SongMedia);
+    ClearMedia(Host.Media.SongMedia);
     Host.Media.MixerSectionName = "Mixer";
     ReArmRecording(Host);
-    if (!PlayerPresent()) return;
+    if (!Bridge.PlayerPresent()) return;
     Host.Media.ProviderName = MediaPlayerName;
     Host.Media.MixerSectionName = std::string("Mixer") + MediaPlayerName;
-    Host.AdoptSettings(MediaPlayerName);
+    Host.Adoption.Adopt(MediaPlayerName);
 }
 
 std::string clsProviderWMP::Read(const char* name) const {
@@ -46,7 +43,7 @@ bool clsProviderWMP::ReadMediaRegistry() {
 }
 
 void clsProviderWMP::GetStationData() {
-    if (!ReadMediaRegistry() && !PlayerPresent()) Host.Media.ProviderName.clear();
+    if (!ReadMediaRegistry() && !Bridge.PlayerPresent()) Host.Media.ProviderName.clear();
 }
 
 void clsProviderWMP::GetSongData() {

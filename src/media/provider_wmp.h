@@ -1,9 +1,9 @@
 #pragma once
 
-#include <functional>
 #include <string>
 
 #include "core/settings/registry.h"
+#include "media/player_bridge.h"
 #include "media/provider.h"
 
 namespace Corvetape {
@@ -15,8 +15,8 @@ inline constexpr const char* MediaPlayerName = "Windows Media Player";
 /// for it to become the provider, even while it plays nothing; it gives up when none runs and none plays.
 class clsProviderWMP : public clsProvider {
  public:
-    /// Both references outlive it. `playerPresent` stands for the player's window.
-    clsProviderWMP(ProviderHost& host, const RegistryBranches& registry, std::function<bool()> playerPresent);
+    /// All of them outlive it.
+    clsProviderWMP(ProviderHost& host, const RegistryBranches& registry, const PlayerBridge& bridge);
 
     void GetStationData() override;
     void GetSongData() override;
@@ -30,7 +30,7 @@ class clsProviderWMP : public clsProvider {
 
     ProviderHost& Host;
     const RegistryBranches& Registry;
-    std::function<bool()> PlayerPresent;
+    const PlayerBridge& Bridge;
 };
 
 }  // namespace Corvetape

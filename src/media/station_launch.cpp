@@ -34,7 +34,7 @@ void StationLaunch::Launch() {
     Parts.Form.cmdLaunchURL.Enabled(false);
     Parts.Loop.ProcessEvents();
     Loading = true;  // the page may come from within Navigate
-    if (ShowBusy) ShowBusy(true);
+    Parts.Desktop.ShowBusy(true);
     Parts.Form.objWebBrowser.Navigate(address);
 }
 
@@ -50,7 +50,7 @@ void StationLaunch::ShowProgress(int64_t progress, int64_t maximum) {
 
 void StationLaunch::PageHasCome() {
     if (!Loading) return;
-    if (ShowBusy) ShowBusy(false);
+    Parts.Desktop.ShowBusy(false);
     Parts.Form.cmdLaunchURL.Enabled(true);
     Loading = false;
 }

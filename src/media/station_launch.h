@@ -1,11 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 
 #include "core/settings/settings_store.h"
 #include "core/text/placeholders.h"
 #include "forms/frm_main.h"
+#include "platform/desktop.h"
 #include "platform/event_loop.h"
 #include "platform/processes.h"
 
@@ -18,6 +18,7 @@ struct StationLaunchParts {
     SettingsStore& Store;
     const Placeholders& Expansion;
     Corvetape::Processes& Processes;
+    Corvetape::Desktop& Desktop;
     EventLoop& Loop;
 };
 
@@ -32,9 +33,6 @@ class StationLaunch {
 
     /// True from the launch of an address until its page has come. cmdLaunchURL is disabled meanwhile.
     bool BrowserLoading() const { return Loading; }
-
-    /// The pointer shows that a page is loading, or no longer.
-    std::function<void(bool busy)> ShowBusy;
 
  private:
     void Launch();

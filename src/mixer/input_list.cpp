@@ -1,7 +1,6 @@
 #include "mixer/input_list.h"
 
 #include <cstddef>
-#include <utility>
 #include <vector>
 
 #include "core/settings/settings_table.h"
@@ -28,8 +27,8 @@ bool SameDevices(const std::string& names, const std::string& stored) {
 
 }  // namespace
 
-InputList::InputList(InputListParts parts, InputListNotices notices, InputListActions actions)
-    : Parts(parts), Notices(notices), Actions(std::move(actions)) {
+InputList::InputList(InputListParts parts, InputDevice& device, Reporter& say)
+    : Parts(parts), Device(device), Say(say) {
     Parts.Form.cmbInputDevices.Click.Connect([this] { DeviceClicked(); });
     Parts.Form.chk48kHz.Click.Connect([this] {
         // The new rate takes effect when the device is opened next.
@@ -46,7 +45,7 @@ bool InputList::FillInputDevices() {
     ComboBox& list = Parts.Form.cmbInputDevices;
     const std::string names = ListDevices();
     if (list.Items().empty()) {
-        TellNoDevice();
+        ReportNoDevice();
         return false;
     }
     const int32_t index = Parts.Settings.InputDevice;
@@ -76,33 +75,32 @@ std::string InputList::ListDevices() {
     return names;
 }
 
-void InputList::TellNoDevice() {
-    const std::string text = Notices.Messages.FormatMsg("902");
-    Notices.Log.WriteLog({"INFO", text});
-    if (!Notices.Lifecycle.DontAsk) Notices.Dialogs.MessageBox(text, DialogIcon::Critical);
+void InputList::ReportNoDevice() {
+    const std::string text = Say.Text("902");
+    Say.Write(ReportKind::Info, text);
+    Say.Box(text, DialogIcon::Critical);
 }
 
 void InputList::SelectFirst(const std::string& names) {
     Parts.Settings.InputDeviceNames = names;
     Parts.Form.tbsMain.Select("TAB_AUDIO");
     Parts.Form.cmbInputDevices.Select(0);
-    const std::string text = Notices.Messages.FormatMsg("901");
-    Notices.Log.WriteLog({"INFO", text});
-    if (Notices.Lifecycle.DontAsk || Notices.Lifecycle.WizardRequested) return;
-    Notices.Dialogs.MessageBox(text, DialogIcon::Exclamation);
+    const std::string text = Say.Text("901");
+    Say.Write(ReportKind::Info, text);
+    if (!Parts.Lifecycle.WizardRequested) Say.Box(text, DialogIcon::Exclamation);
 }
 
 void InputList::DeviceClicked() {
     frmMain& form = Parts.Form;
-    if (Actions.CaptureOpen()) {
-        Actions.CloseWaveIn();
+    if (Device.IsOpen()) {
+        Device.Close();
         for (CheckBox& box : form.chkStartStop) box.Enabled(false);
     }
     if (Ended) return;  // events are served while a device closes
     const int32_t index = form.cmbInputDevices.ListIndex();
     if (index < 0) return;  // a click that somebody raised on an empty list
     const int64_t device = form.cmbInputDevices.Items().at(static_cast<size_t>(index)).Data;
-    if (Actions.OpenWaveIn(static_cast<int32_t>(device))) {
+    if (device >= 0 && Device.Open(static_cast<size_t>(device))) {
         for (CheckBox& box : form.chkStartStop) box.Enabled(true);
     }
     if (index != Parts.Settings.InputDevice) TakeOver(index);
@@ -114,9 +112,7 @@ void InputList::TakeOver(int32_t index) {
     Parts.Settings.InputDevice = index;
     ChosenDevice = static_cast<int32_t>(chosen.Data);
     Parts.Store.WriteSetting("Mixer", "InputDevice", index);
-    if (!Parts.Media.StationDataEnabled) return;
-    Actions.GetStationData();
-    Actions.LoadImage(Parts.Media.CurrentMedia.Cover);
+    Changed.Raise();
 }
 
 }  // namespace Corvetape

@@ -1,17 +1,15 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
 
-#include "core/controls/messages.h"
+#include "audio/input_device.h"
+#include "core/controls/event.h"
 #include "core/lifecycle_flags.h"
-#include "core/log.h"
-#include "core/media_state.h"
+#include "core/reporter.h"
 #include "core/settings/settings.h"
 #include "core/settings/settings_store.h"
 #include "forms/frm_main.h"
-#include "platform/dialogs.h"
 #include "platform/wave_in.h"
 
 namespace Corvetape {
@@ -22,24 +20,7 @@ struct InputListParts {
     Corvetape::WaveIn& WaveIn;
     Corvetape::Settings& Settings;  ///< InputDevice is the index of the chosen entry
     SettingsStore& Store;
-    const MediaState& Media;
-};
-
-/// How the list tells that the devices are gone or others. All of it outlives the list.
-struct InputListNotices {
-    Corvetape::Log& Log;
-    Corvetape::Dialogs& Dialogs;
-    const clsLocalizeControls& Messages;
     const LifecycleFlags& Lifecycle;  ///< an unattended program shows no boxes
-};
-
-/// The capture device, and what follows from the choice of another one. All are set.
-struct InputListActions {
-    std::function<bool()> CaptureOpen;               ///< true while a device is open
-    std::function<bool(int32_t device)> OpenWaveIn;  ///< false if the device cannot be opened
-    std::function<void()> CloseWaveIn;
-    std::function<void()> GetStationData;  ///< asks the present provider
-    std::function<void(const std::string& cover)> LoadImage;
 };
 
 /// The inputs that can be recorded from, as cmbInputDevices lists them. Selecting an entry is what opens a
@@ -47,12 +28,15 @@ struct InputListActions {
 class InputList {
  public:
     /// Attaches itself to cmbInputDevices, chk48kHz and chkMixerAutoUpdate.
-    InputList(InputListParts parts, InputListNotices notices, InputListActions actions);
+    InputList(InputListParts parts, InputDevice& device, Reporter& say);
 
     /// Lists the devices in the order of the machine and selects the one chosen last, or the first one if the
     /// devices have changed. False, with nothing selected, if none of them can give 16-bit stereo at 44.1 or
     /// 48 kHz.
     bool FillInputDevices();
+
+    /// Another entry than the one before was chosen, and its device opened.
+    Event<> Changed;
 
     /// The program ends: nothing is opened from now on, also not by a change that waits for its closing.
     void End() { Ended = true; }
@@ -63,14 +47,14 @@ class InputList {
 
  private:
     std::string ListDevices();
-    void TellNoDevice();
+    void ReportNoDevice();
     void SelectFirst(const std::string& names);
     void DeviceClicked();
     void TakeOver(int32_t index);
 
     InputListParts Parts;
-    InputListNotices Notices;
-    InputListActions Actions;
+    InputDevice& Device;
+    Reporter& Say;
     int32_t ChosenDevice = 0;
     bool Ended = false;
 };

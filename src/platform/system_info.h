@@ -36,16 +36,4 @@ class SystemInfo {
     virtual void RaisePriority() = 0;
 };
 
-/// One running program per user.
-class SingleInstance {
- public:
-    virtual ~SingleInstance() = default;
-
-    /// Claims the place. False if another process holds it.
-    virtual bool Claim() = 0;
-
-    /// Asks the process that holds the place to come to the front.
-    virtual void ActivateOther() = 0;
-};
-
 }  // namespace Corvetape

@@ -1,7 +1,6 @@
 #include "recording/disk_check.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace Corvetape {
 
@@ -40,9 +39,6 @@ DiskLimit FindDiskLimit(const Settings& settings, const DiskSpace& space) {
     if (space.Music <= musicLimit) return DiskLimit::MusicFolder;
     return DiskLimit::None;
 }
-
-DiskCheck::DiskCheck(DiskCheckParts parts, DiskCheckActions actions)
-    : Parts(parts), Actions(std::move(actions)) {}
 
 /// Songs go to the folder that the program was started with, also when another one was chosen since. Both
 /// have to have room: the next start writes to the new one.
@@ -89,7 +85,7 @@ bool DiskCheck::Run() {
         return Check();
     } catch (...) {
         // Something that nobody foresaw, such as memory that ran out.
-        Report(Text("907", {}));
+        Report(Say.Text("907"));
         return false;
     }
 }
@@ -97,7 +93,7 @@ bool DiskCheck::Run() {
 bool DiskCheck::Check() {
     const Spaces spaces = Measure();
     if (!spaces.Refused.empty()) {
-        Report(Text("906", {spaces.Refused}));
+        Report(Say.Text("906", {spaces.Refused}));
         return false;
     }
     if (Applies()) React(LimitOf(spaces));
@@ -126,17 +122,13 @@ void DiskCheck::React(DiskLimit limit) {
     Parts.Form.chkStopRecording[0].Value(1);
     Parts.Flags.DisableAtEndOfSong = true;
     const LimitTexts texts = TextsOf(limit);
-    Parts.Form.lblStatus[1].Caption(Text(texts.Status, {}));
+    Say.Show(Say.Text(texts.Status));
     Parts.Messages.RaiseInfo(texts.Deferred);
 }
 
 void DiskCheck::Report(const std::string& text) {
-    Actions.WriteLog("ERROR", text);
-    Actions.ErrorBox(text);
-}
-
-std::string DiskCheck::Text(const std::string& key, std::initializer_list<std::string> arguments) const {
-    return Actions.FormatMsg(key, std::span(arguments.begin(), arguments.size()));
+    Say.Write(ReportKind::Error, text);
+    Say.Box(text, DialogIcon::Critical);
 }
 
 }  // namespace Corvetape

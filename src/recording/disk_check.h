@@ -1,15 +1,13 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
-#include <span>
 #include <string>
 #include <vector>
 
 #include "audio/recording_flags.h"
 #include "core/deferred_messages.h"
-#include "core/lifecycle_flags.h"
+#include "core/reporter.h"
 #include "core/settings/settings.h"
 #include "forms/frm_main.h"
 #include "platform/files.h"
@@ -23,12 +21,6 @@ struct DiskCheckParts {
     const WorkingFolders& Folders;
     RecordingFlags& Flags;
     DeferredMessages& Messages;
-};
-
-struct DiskCheckActions {
-    std::function<std::string(const std::string& key, std::span<const std::string> arguments)> FormatMsg;
-    std::function<void(const std::string& kind, const std::string& text)> WriteLog;
-    std::function<void(const std::string& text)> ErrorBox;  ///< not called by an unattended program
 };
 
 /// Which limit a disk has come down to.
@@ -47,7 +39,8 @@ DiskLimit FindDiskLimit(const Settings& settings, const DiskSpace& space);
 /// The watch over the disk space: a full disk ends the recording with the running song.
 class DiskCheck {
  public:
-    DiskCheck(DiskCheckParts parts, DiskCheckActions actions);
+    /// All of it outlives the check.
+    DiskCheck(DiskCheckParts parts, Reporter& say) : Parts(parts), Say(say) {}
 
     /// Once a minute. False if a folder cannot be asked: the program ends.
     bool Run();
@@ -69,14 +62,13 @@ class DiskCheck {
     std::vector<std::string> TempFolders() const;
     Spaces Measure() const;
     DiskLimit LimitOf(const Spaces& spaces) const;
-    std::string Text(const std::string& key, std::initializer_list<std::string> arguments) const;
     bool Check();
     void Report(const std::string& text);
     bool Applies() const;
     void React(DiskLimit limit);
 
     DiskCheckParts Parts;
-    DiskCheckActions Actions;
+    Reporter& Say;
 };
 
 }  // namespace Corvetape

@@ -16,15 +16,7 @@ namespace {
 
 constexpr int32_t ThresholdStepMs = 500;  // one step of a slider of the cut
 constexpr int32_t SecondsPerMinute = 60;
-constexpr int32_t NothingMeasured = 32768;
 
-/// Above this the quietest moment is no silence at all.
-constexpr int32_t HighestSilence = 2000;
-
-/// Up to here a level is taken for noise round zero, above it for a steady hum.
-constexpr int32_t HighestNoise = 200;
-constexpr int32_t NoiseReserve = 20;
-constexpr double HumReserve = 1.1;
 constexpr double EndOfSilenceFactor = 1.2;
 
 template <typename Narrow>
@@ -49,11 +41,10 @@ constexpr size_t FirstThresholdLabel = 3;
 
 }  // namespace
 
-PauseControl::PauseControl(PauseControlParts parts) : Parts(parts) {
+PauseControl::PauseControl(PauseControlParts parts, SongEndMode& mode) : Parts(parts), Mode(mode) {
     AttachNumbers();
     AttachChoices();
     AttachSliders();
-    Parts.Form.cmdAutoPauseParams.Click.Connect([this] { OptimizePauseRecognition(); });
 }
 
 void PauseControl::AttachNumbers() {
@@ -105,7 +96,10 @@ void PauseControl::AttachChoices() {
         for (Label& label : page.lblQuitAfterSilence) label.Enabled(!Parts.Pause.IgnoreSilence);
     });
     for (const size_t mode : {size_t{0}, size_t{1}, size_t{2}}) {
-        form.optEndOfSong[mode].Click.Connect([this, mode] { EndOfSongClicked(mode); });
+        form.optEndOfSong[mode].Click.Connect([this, mode] {
+            Mode.Choose(static_cast<EndOfSong>(mode));
+            Write("EndOfSongDetection", static_cast<int32_t>(mode));
+        });
     }
     for (const size_t choice : {size_t{0}, size_t{1}}) {
         form.optDuplicatePartOfSong[choice].Click.Connect([this, choice] {
@@ -137,6 +131,8 @@ void PauseControl::AttachSliders() {
 }
 
 void PauseControl::LoadProviderSettings(const std::string& section) {
+    Parts.Overrides.ApplyTo(section, Parts.Media.MixerSectionName);
+    Parts.Store.Ini().Reload();  // somebody may have edited the section by hand
     if (Loaded == section) return;
     Loaded = section;
     const bool before = std::exchange(Loading, true);
@@ -272,34 +268,6 @@ std::optional<int32_t> PauseControl::Accepted(TextBox& box, int32_t minimum, int
     return WholeNumberFromText(box.Text());
 }
 
-void PauseControl::EndOfSongClicked(size_t mode) {
-    const auto detection = static_cast<EndOfSong>(mode);
-    const bool throughRing = Parts.Pause.EndOfSongDetection != EndOfSong::Silence;
-    if (throughRing && detection != Parts.Pause.EndOfSongDetection && Leaving) Leaving(detection);
-    ShowEndOfSongControls(detection);
-    Parts.Pause.EndOfSongDetection = detection;
-    Write("EndOfSongDetection", static_cast<int32_t>(mode));
-}
-
-void PauseControl::ShowEndOfSongControls(EndOfSong mode) {
-    frmMain& form = Parts.Form;
-    const bool byMedia = mode == EndOfSong::MediaData;
-    const bool byTime = mode == EndOfSong::FixedTime;
-    const bool throughRing = mode != EndOfSong::Silence;
-
-    form.chkIgnoreSilence.Enabled(throughRing);
-    form.txtIgnoreSilence.Enabled(throughRing);
-    form.txtEndOfSongTimer.Enabled(byTime);
-    form.optDuplicatePartOfSong[0].Enabled(byMedia);
-    form.optDuplicatePartOfSong[1].Enabled(throughRing);
-    if (throughRing) form.optDuplicatePartOfSong[byTime ? 1 : 0].Value(true);
-    for (const size_t side : {size_t{0}, size_t{1}}) form.sldEndOfSongThreshold(side).Enabled(throughRing);
-    for (Label& label : form.lblEndOfSongThreshold) label.Enabled(throughRing);
-    if (byMedia) form.chkStationDataEnable.Value(1);  // its handler empties the media data
-    if (!byTime) form.chkStationDataEnable.Enabled(!byMedia);
-    form.tmrGetMediaData.Running(byMedia);
-}
-
 void PauseControl::ShowThreshold(size_t side) {
     const int32_t halves = std::abs(Parts.Form.sldEndOfSongThreshold(side).Value());
     Parts.Form.lblEndOfSongThreshold[FirstThresholdLabel + side].Caption(HalfSecondsText(halves));
@@ -309,27 +277,6 @@ void PauseControl::TakeMultiplier() {
     const int32_t percent = Parts.Form.vscMultiplier.Value();
     Parts.Form.lblMultiplier.Caption(std::to_string(percent) + "%");
     Parts.Pause.LevelMultiplier = percent;
-}
-
-void PauseControl::OptimizePauseRecognition() {
-    frmMain& form = Parts.Form;
-    const int32_t low = WholeNumberFromText(form.lblHistogramMin.Caption()).value_or(NothingMeasured);
-    if (low > HighestSilence) {
-        Parts.Dialogs.MessageBox(Parts.Messages.FormatMsg("825"), DialogIcon::Exclamation);
-        return;
-    }
-    const bool hum = low > HighestNoise;
-    const int32_t silence = hum ? RoundToInt32(low * HumReserve) : low + NoiseReserve;
-    form.txtSilenceAmplitude.Text(std::to_string(silence));
-    form.chkDetectSilenceByPeak.Value(hum ? 1 : 0);
-    // Below any lower threshold, so that the upper one is dragged to its place.
-    Parts.Pause.EndOfSilenceAmplitude = 0;
-    form.txtSilenceAmplitude.RunValidate();
-
-    const std::string measure = Parts.Messages.FormatMsg(Parts.Pause.DetectSilenceByPeak ? "827" : "828");
-    const std::string text = Parts.Messages.FormatMsg(
-        "826", {form.txtSilenceAmplitude.Text(), form.txtEndOfSilenceAmplitude.Text(), measure});
-    Parts.Dialogs.MessageBox(text, DialogIcon::Exclamation);
 }
 
 std::string PauseControl::Section() const {

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 
@@ -10,9 +9,12 @@
 #include "audio/signal_state.h"
 #include "core/controls/messages.h"
 #include "core/media_state.h"
+#include "core/settings/run_overrides.h"
 #include "core/settings/settings_store.h"
 #include "forms/frm_main.h"
+#include "media/source_settings.h"
 #include "platform/dialogs.h"
+#include "recording/song_end_mode.h"
 
 namespace Corvetape {
 
@@ -25,14 +27,15 @@ struct PauseControlParts {
     SettingsStore& Store;
     Corvetape::Dialogs& Dialogs;
     const clsLocalizeControls& Messages;
+    RunOverrides& Overrides;
 };
 
 /// The settings that tell how the end of a song is noticed: kept per provider, loaded when the provider
 /// changes, and written by their controls at once. The handlers of the tab "TAB_PAUSE" and of the gain.
-class PauseControl {
+class PauseControl : public SourceSettings {
  public:
     /// Attaches itself to the controls. Nothing is loaded yet.
-    explicit PauseControl(PauseControlParts parts);
+    PauseControl(PauseControlParts parts, SongEndMode& mode);
 
     /// Reads the settings of a provider and shows them; nothing is done for the one that was loaded last. A
     /// missing key takes its default. Nothing is written, so that an unknown provider has no section until
@@ -40,20 +43,15 @@ class PauseControl {
     ///
     /// The gain comes from the present mixer section, which is named before this is called. An end of song
     /// by media data switches the media data on.
-    void LoadProviderSettings(const std::string& section);
+    void LoadProviderSettings(const std::string& section) override;
 
     /// Validates what is shown and stores all of it under the present provider, as if the user had set each
     /// value there. What a validation refuses is told and is not stored. The gain goes into the present mixer
     /// section.
-    void StoreProviderSettings();
+    void StoreProviderSettings() override;
 
     /// The next load reads its section even if it was loaded last.
     void ForgetLoaded() { Loaded.reset(); }
-
-    /// Called before the end of song is noticed another way than by what goes through the ring now: by
-    /// silence, where no buffer of the direct way may overtake what the ring holds, or the other way through
-    /// it.
-    std::function<void(EndOfSong next)> Leaving;
 
  private:
     void AttachNumbers();
@@ -71,16 +69,14 @@ class PauseControl {
     bool EndOfSilenceAmplitudeRefused();
     std::optional<int32_t> Accepted(TextBox& box, int32_t minimum, int32_t maximum, int32_t step = 1);
 
-    void EndOfSongClicked(size_t mode);
-    void ShowEndOfSongControls(EndOfSong mode);
     void ShowThreshold(size_t side);
     void TakeMultiplier();
-    void OptimizePauseRecognition();
 
     std::string Section() const;
     void Write(const char* key, int32_t value);
 
     PauseControlParts Parts;
+    SongEndMode& Mode;
     std::optional<std::string> Loaded;  ///< section loaded last
     bool Loading = false;               ///< controls follow the file; nobody has changed anything
 };

@@ -120,9 +120,28 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 void MainWindow::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange) ReportPlace();
     if (event->type() != QEvent::WindowStateChange || !isMinimized() || !Hides || !Hides()) return;
     hide();
     setWindowState(windowState() & ~Qt::WindowMinimized);  // a later show finds it as it was
+}
+
+void MainWindow::moveEvent(QMoveEvent* event) {
+    QMainWindow::moveEvent(event);
+    ReportPlace();
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    ReportPlace();
+}
+
+void MainWindow::ReportPlace() {
+    if (!isVisible()) return;  // it has no place yet
+    const WindowState upright = isMaximized() ? WindowState::Maximised : WindowState::Normal;
+    Parts.Form.Place(
+        {x() * TwipsPerPixel, y() * TwipsPerPixel, width() * TwipsPerPixel, height() * TwipsPerPixel});
+    Parts.Form.State(isMinimized() ? WindowState::Minimised : upright);
 }
 
 /// The desktop has another palette: dark or light follows at once.

@@ -12,8 +12,12 @@ namespace Corvetape {
 
 class Navigation;
 
+/// Twips in a pixel of the desktop, as places of windows are stored.
+inline constexpr int TwipsPerPixel = 15;
+
 /// frmMain as a window: the list of its pages, the page of the selected tab, and the status line. It puts
-/// them together and knows nothing of what is on them.
+/// them together and knows nothing of what is on them. It keeps the place and the state of the
+/// form up to date.
 class MainWindow : public QMainWindow {
  public:
     explicit MainWindow(UiParts parts);
@@ -30,6 +34,8 @@ class MainWindow : public QMainWindow {
  protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     bool event(QEvent* event) override;
 
  private:
@@ -38,6 +44,7 @@ class MainWindow : public QMainWindow {
     void AddKeys();
     void ShowSelectedPage();
     void Redress();
+    void ReportPlace();
 
     UiParts Parts;
     Navigation* Tabs = nullptr;

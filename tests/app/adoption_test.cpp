@@ -23,7 +23,7 @@ class Adoption : public testing::Test {
         WorldOptions options = Starting("", std::move(settings));
         options.Radio = NumberedRadio({40, 40});
         Place.emplace(std::move(options));
-        Place->Desktop.AskForSettings = [this](dlgProvider& dialog) {
+        Place->Question.Answer = [this](dlgProvider& dialog) {
             ++Questions;
             if (Answer) Answer(dialog);
         };

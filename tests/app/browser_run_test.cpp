@@ -29,12 +29,13 @@ class BrowserRun : public testing::Test {
         Computer.WaveIn.AddRadio("Radio", RadioScript().SilenceForever());
         RunOptions run;
         run.CommandLine = "-dontask";
-        run.Documents = &Browser;
-        run.Windows = &Desktop;
-        run.Players = &Player;
         ProgramEvents events;
         events.Logged = [this](const std::string& kind, const std::string&) { Infos += kind == "INFO"; };
-        Recorder.emplace(Computer.Get(), std::move(run), events);
+        Machine machine = Computer.Get();
+        machine.Documents = &Browser;
+        machine.Windows = &Desktop;
+        machine.Players = &Player;
+        Recorder.emplace(machine, std::move(run), events);
         ASSERT_TRUE(Recorder->Load());
     }
     void RunFor(int seconds) { Computer.Loop.RunFor(std::chrono::seconds(seconds)); }

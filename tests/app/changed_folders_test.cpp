@@ -18,7 +18,7 @@ WorldOptions ShortSongs() {
                                          {ProviderOfRadio, "IgnoreShortSongs", "2"},
                                          {"DoNotChange", "EncodeDelay", "0"}});
     options.Radio = NumberedRadio({10, 10, 10, 10});
-    options.Connect = [](World& world, RunOptions&) {
+    options.Connect = [](World& world, Machine&, RunOptions&) {
         world.Disk().MakeFolders("/home/user/big");
         world.Disk().MakeFolders("/home/user/tunes");
     };

@@ -1,64 +1,51 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "scenario/world.h"
 
 namespace Corvetape::Test {
 
-/// A desktop that writes down what it is asked for.
+/// Writes down what the program asks of the desktop round it and of its own window.
 class DesktopNotes {
  public:
-    DesktopSteps Steps() {
-        DesktopSteps steps;
-        AddStart(steps);
-        AddStop(steps);
-        return steps;
-    }
-
     std::vector<std::string> Asked;
     std::string ChosenLanguage;
     std::function<void(const std::string& what)> WhileAsked;
 
- private:
-    void Note(std::string what) {
+    void Note(const std::string& what) {
         Asked.push_back(what);
         if (WhileAsked) WhileAsked(what);
     }
 
-    void AddStart(DesktopSteps& steps) {
-        steps.BusyPointer = [this](bool busy) { Note(busy ? "BusyPointer" : "normal pointer"); };
-        steps.BlankBrowser = [this] { Note("BlankBrowser"); };
-        steps.LayOutPages = [this] { Note("LayOutPages"); };
-        steps.ChooseLanguage = [this] { return Note("ChooseLanguage"), ChosenLanguage; };
-        steps.SizeStatusLine = [this] { Note("SizeStatusLine"); };
-        steps.SnapshotMixer = [this] { Note("SnapshotMixer"); };
-        steps.MoveWindow = [this](int32_t left, int32_t top) {
-            Note("MoveWindow " + std::to_string(left) + " " + std::to_string(top));
-        };
-        steps.MinimizeWindow = [this] { Note("MinimizeWindow"); };
-        steps.AddTrayIcon = [this] { Note("AddTrayIcon"); };
-        steps.HookWindow = [this] { Note("HookWindow"); };
-        steps.ShowWindow = [this] { Note("ShowWindow"); };
-        steps.LoadBars = [this] { Note("LoadBars"); };
-        steps.CheckUpdate = [this] { Note("CheckUpdate"); };
-        steps.OpenAssistant = [this](const std::string& page) { Note("OpenAssistant " + page); };
+    /// The window as the form wants it.
+    void Follow(const Form& form) {
+        if (const WindowPlace place = form.Place(); place != Place) {
+            Place = place;
+            Note("MoveWindow " + std::to_string(place.Left) + " " + std::to_string(place.Top));
+        }
+        if (form.State() == WindowState::Minimised && !std::exchange(Minimised, true)) Note("MinimizeWindow");
+        if (form.Visible() && !std::exchange(Shown, true)) Note("ShowWindow");
     }
 
-    void AddStop(DesktopSteps& steps) {
-        steps.RestoreMixer = [this] { Note("RestoreMixer"); };
-        steps.SaveWindowPlace = [this] { Note("SaveWindowPlace"); };
-        steps.RemoveTrayIcon = [this] { Note("RemoveTrayIcon"); };
-        steps.UnloadAssistant = [this] { Note("UnloadAssistant"); };
-        steps.SaveBars = [this] { Note("SaveBars"); };
-    }
+ private:
+    WindowPlace Place;
+    bool Minimised = false;
+    bool Shown = false;
 };
 
 /// Makes the world's program anew, on this desktop.
 inline void PutOn(World& world, DesktopNotes& desktop) {
-    world.Desktop = desktop.Steps();
+    world.Computer.Desktop.OwnLanguage = desktop.ChosenLanguage;
+    world.Computer.Desktop.WhileAsked = [&](const std::string& what) { desktop.Note(what); };
+    world.Asked = [&](const std::string& what) { desktop.Note(what); };
     world.Made();
+    frmMain& form = world.Form();
+    form.Changed.Connect([&] { desktop.Follow(form); });
+    form.objWebBrowser.NavigateAsked.Connect([&] { desktop.Note("BlankBrowser"); });
 }
 
 /// A world whose program has this command line and these settings.

@@ -108,10 +108,10 @@ TEST(MediaData, SwitchedOffWhileASongWaitsForItsHandOverLeaveItsName) {
     ASSERT_TRUE(world.StartRecording());
     ASSERT_TRUE(world.RunUntil([&] { return world.Form().tmrEncodeFile.Running(); }, 30));
     world.Form().chkStationDataEnable.Press();
-    EXPECT_EQ(world.Values().Media.SongMedia.Song, "Song 1");
-    EXPECT_FALSE(world.Values().Media.SongMedia.TempFileName.empty());
+    EXPECT_EQ(world.Values().Media.SongMedia.Song, "");
     world.RunFor(8);
     ASSERT_THAT(world.Transferred, SizeIs(1));
+    EXPECT_EQ(world.Transferred[0].Media.Song, "Song 1");
     EXPECT_TRUE(world.Disk().Exists(world.Transferred[0].MusicFile));
 }
 

@@ -22,8 +22,9 @@ class PlayerRun : public testing::Test {
         Computer.WaveIn.AddRadio("Radio", RadioScript().SilenceForever());
         RunOptions run;
         run.CommandLine = "-dontask";
-        run.Players = &Players;
-        Recorder.emplace(Computer.Get(), std::move(run), ProgramEvents{});
+        Machine machine = Computer.Get();
+        machine.Players = &Players;
+        Recorder.emplace(machine, std::move(run), ProgramEvents{});
         ASSERT_TRUE(Recorder->Load());
         RunFor(4);
     }

@@ -23,9 +23,9 @@ WorldOptions Silent(std::vector<IniLine> settings = {}, std::vector<SettingOverr
     WorldOptions options = Starting("", std::move(settings));
     options.Radio = NumberedRadio({30, 30, 30});
     options.TellsTitles = false;
-    options.Connect = [overrides](World& world, RunOptions& run) {
-        run.Players = &world.Players;
-        run.Web = &world.Web;
+    options.Connect = [overrides](World& world, Machine& machine, RunOptions& run) {
+        machine.Players = &world.Players;
+        machine.Web = &world.Web;
         run.Overrides = overrides;
     };
     return options;
@@ -91,7 +91,7 @@ TEST(CoversOfTheProgram, ThatAreMissingCostTheSongNothing) {
 
 TEST(CoversOfTheProgram, AreNotAskedForWithoutAWeb) {
     WorldOptions options = Silent();
-    options.Connect = [](World& world, RunOptions& run) { run.Players = &world.Players; };
+    options.Connect = [](World& world, Machine& machine, RunOptions&) { machine.Players = &world.Players; };
     World world(std::move(options));
     ASSERT_TRUE(world.Start());
     world.Players.Say(Piece("One", CoverAddress));
@@ -131,8 +131,8 @@ TEST(SettingsOfEverySource, HoldForWhicheverIsThePresentOne) {
 
 TEST(SettingsOfEverySource, HoldForTheStationOfAProfile) {
     WorldOptions options = Silent({{"My Station", "LengthOfPause", "400"}});
-    options.Connect = [](World& world, RunOptions& run) {
-        run.Documents = &world.Browser;
+    options.Connect = [](World& world, Machine& machine, RunOptions& run) {
+        machine.Documents = &world.Browser;
         run.Overrides = {{"Source", "LengthOfPause", "750"}};
     };
     World world(std::move(options));

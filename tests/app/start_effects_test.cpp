@@ -27,11 +27,11 @@ TEST(StartEffects, WhatWaitedIsHandledOnceBehindTheBusyPointer) {
     EventLoop& loop = world.Computer.Loop;
     desktop.WhileAsked = [&](const std::string& what) {
         if (what == "ShowWindow") loop.Post([&] { seen.emplace_back("event"); });
-        if (what == "LoadBars" || what == "normal pointer") seen.push_back(what);
+        if (what == "normal pointer") seen.push_back(what);
     };
     PutOn(world, desktop);
     ASSERT_TRUE(world.Load());
-    EXPECT_THAT(seen, ElementsAre("LoadBars", "normal pointer", "event"));
+    EXPECT_THAT(seen, ElementsAre("normal pointer", "event"));
 }
 
 TEST(StartEffects, TheFloatingBarIsShownByAClearBoxIfItWasVisible) {

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -18,16 +17,14 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 
 TEST(Start, HasItsStepsInTheirOrder) {
     const auto names = Program::LoadStepNames();
     EXPECT_THAT(std::vector<std::string>(names.begin(), names.end()),
                 ElementsAre("TakeBusyPointer", "BlankBrowser", "ReadUpdateSwitch", "ClaimSingleInstance",
-                            "ShowVersion", "LayOutPages", "ExtendSearchPath", "LoadSettings",
-                            "ReadSongCounter", "DetectEncoders", "ChooseLanguage", "SizeStatusLine",
-                            "MakeFolders", "LogStart", "SnapshotMixer", "SeedRandom", "PlaceWindow",
-                            "ApplySwitches", "LaunchStartApp", "AddTrayIcon", "HookWindow",
+                            "ShowVersion", "ExtendSearchPath", "LoadSettings", "ReadSongCounter",
+                            "DetectEncoders", "ChooseLanguage", "MakeFolders", "LogStart", "SnapshotMixer",
+                            "SeedRandom", "PlaceWindow", "ApplySwitches", "LaunchStartApp", "AddTrayIcon",
                             "ApplyStationData", "EnableRecording", "StartTimers", "ShowWindow", "LoadBars",
                             "ReleaseBusyPointer", "LoadWatchLists", "RecoverSongs", "CheckUpdate"));
 }
@@ -37,10 +34,9 @@ TEST(Start, AsksTheDesktopInTheOrderOfTheSteps) {
     DesktopNotes desktop;
     PutOn(world, desktop);
     ASSERT_TRUE(world.Load());
-    EXPECT_THAT(desktop.Asked,
-                ElementsAre("BusyPointer", "BlankBrowser", "LayOutPages", "BusyPointer", "SizeStatusLine",
-                            "SnapshotMixer", "MoveWindow 4097 3073", "MinimizeWindow", "AddTrayIcon",
-                            "HookWindow", "ShowWindow", "LoadBars", "normal pointer", "CheckUpdate"));
+    EXPECT_THAT(desktop.Asked, ElementsAre("BusyPointer", "BlankBrowser", "BusyPointer", "TextsReady",
+                                           "MoveWindow 4097 3073", "MinimizeWindow", "AddTrayIcon",
+                                           "ShowWindow", "normal pointer", "CheckUpdate"));
 }
 
 TEST(Start, RaisesThePriorityAheadOfEverything) {
@@ -118,36 +114,31 @@ TEST(Start, GoesOnWhereTheSearchPathCannotBeExtended) {
     EXPECT_TRUE(world.Load());
 }
 
-TEST(Start, AsksForTheLanguageOnlyIfNoneIsStored) {
+TEST(Start, TakesTheLanguageOfTheDesktopOnlyIfNoneIsStored) {
     World world;
-    DesktopNotes desktop;
-    PutOn(world, desktop);
+    world.Disk().Put("/opt/corvetape/german.lang", "");
+    world.Computer.Desktop.OwnLanguage = "german";
     ASSERT_TRUE(world.Load());
-    EXPECT_THAT(desktop.Asked, Not(Contains("ChooseLanguage")));
+    EXPECT_EQ(world.Values().Options.Language, "english");
     EXPECT_EQ(world.Computer.Dialogs.Beeps, 0U);
 }
 
-TEST(Start, WithoutAStoredLanguageBeepsAndTakesTheChosenOne) {
-    World world(Starting("", {{"General", "Language", ""}}));
-    DesktopNotes desktop;
-    desktop.ChosenLanguage = "german";
-    size_t beepsBefore = 0;
-    desktop.WhileAsked = [&](const std::string& what) {
-        if (what == "ChooseLanguage") beepsBefore = world.Computer.Dialogs.Beeps;
-    };
-    PutOn(world, desktop);
-    ASSERT_TRUE(world.Load());
-    EXPECT_THAT(desktop.Asked, Contains("ChooseLanguage").Times(1));
-    EXPECT_EQ(beepsBefore, 1U);
-    EXPECT_EQ(world.Values().Options.Language, "german");
+TEST(Start, WithoutAStoredLanguageBeepsAndTakesThatOfTheDesktopIfItHasTexts) {
+    for (const bool hasTexts : {true, false}) {
+        World world(Starting("", {{"General", "Language", ""}}));
+        if (hasTexts) world.Disk().Put("/opt/corvetape/german.lang", "");
+        world.Computer.Desktop.OwnLanguage = "german";
+        ASSERT_TRUE(world.Load());
+        EXPECT_EQ(world.Computer.Dialogs.Beeps, 1U);
+        EXPECT_EQ(world.Values().Options.Language, hasTexts ? "german" : "english");
+    }
 }
 
 TEST(Start, WithoutAnyLanguageSpeaksEnglish) {
     World world(Starting("", {{"General", "Language", ""}}));
-    DesktopNotes desktop;
-    PutOn(world, desktop);
     ASSERT_TRUE(world.Load());
     EXPECT_EQ(world.Values().Options.Language, "english");
+    EXPECT_EQ(world.Computer.Dialogs.Beeps, 0U);
 }
 
 TEST(Start, MakesTheFoldersForSongsAndForTheLogAndNoOthers) {
@@ -208,24 +199,6 @@ INSTANTIATE_TEST_SUITE_P(Rows, StoredPlace,
                                          Place{"300;300;9000;7000", "MoveWindow 300 300"},
                                          Place{"-15;700;9000;7000", "MoveWindow -15 700"},
                                          Place{"300;300;9000", ""}, Place{"", ""}, Place{"a;b;c;d", ""}));
-
-TEST(Start, ReadsTheCountOfAllSongsAndDefaultsToNone) {
-    World world;
-    ASSERT_TRUE(world.Load());
-    EXPECT_EQ(world.Values().SongCounter, 0);
-    world.Recorder->Unload();
-    RegistryBranches branches(world.Disk(), std::string(LogFolder) + "/registry.ini",
-                              "/nowhere/registry.ini");
-    ASSERT_TRUE(branches.WriteUserValue("", "TotalCountOfSongs", 41));
-    world.Made();
-    ASSERT_TRUE(world.Load());
-    EXPECT_EQ(world.Values().SongCounter, 41);
-    world.Recorder->Unload();
-    ASSERT_TRUE(branches.WriteUserValue("", "TotalCountOfSongs", std::string("1e300")));
-    world.Made();
-    ASSERT_TRUE(world.Load());
-    EXPECT_EQ(world.Values().SongCounter, std::numeric_limits<int32_t>::max());
-}
 
 TEST(Start, BeginsWithNothingWantedAndRecordingEnabledByTheMediaData) {
     for (const bool enabled : {true, false}) {

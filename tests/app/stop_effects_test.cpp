@@ -31,7 +31,7 @@ TEST(StopEffects, TheSupervisorRestsWhileABoxOfTheStopIsOpen) {
 /// Ends the program while a source's question is open, in which the user may have switched media data off.
 /// Returns the name of the source that is left.
 std::string SourceAfterAnEndInTheQuestion(World& world, bool switchedOff) {
-    world.Desktop.AskForSettings = [&](dlgProvider&) {
+    world.Question.Answer = [&](dlgProvider&) {
         if (switchedOff) world.Form().chkStationDataEnable.Value(0);
         world.Recorder->Unload();
     };

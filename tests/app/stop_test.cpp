@@ -5,16 +5,15 @@
 
 #include "app/desktop_notes.h"
 #include "core/settings/profile.h"
+#include "core/settings/registry.h"
 #include "scenario/song_audio.h"
 
 namespace Corvetape::Test {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 using testing::SizeIs;
 
 TEST(Stop, HasItsStepsInTheirOrder) {
@@ -23,7 +22,7 @@ TEST(Stop, HasItsStepsInTheirOrder) {
                 ElementsAre("FinishAudio", "TakeOverMedia", "CloseSong", "DisableRecording", "CloseCapture",
                             "TransferPendingSong", "DeleteTempFolder", "RestoreMixer", "RestoreSoundScheme",
                             "TellError", "TellInfo", "ReleaseProvider", "LaunchStopApp", "SaveWindowPlace",
-                            "RemoveTrayIcon", "UnloadAssistant", "SaveBars", "LogEnd"));
+                            "RemoveTrayIcon", "LogEnd"));
 }
 
 /// The order in which the desktop was asked, boxes were shown and lines were logged.
@@ -57,16 +56,13 @@ class StopOrder {
 };
 
 TEST(Stop, TellsAndAsksInTheOrderOfItsSteps) {
-    World world(Starting("", {{"Mixer", "AutoUpdate", "1"},
-                              {"Options", "StopApp", "1"},
-                              {"Options", "StopAppName", "/usr/bin/lights"}}));
+    World world(Starting("", {{"Options", "StopApp", "1"}, {"Options", "StopAppName", "/usr/bin/lights"}}));
     StopOrder order(world);
     ASSERT_TRUE(world.Start());
     world.Values().Messages.RaiseError(905, "/a/song.wav", 28);
     world.Values().Messages.RaiseInfo(834);
     EXPECT_THAT(order.OfTheStop(),
-                ElementsAre("RestoreMixer", "ERROR", "box", "INFO", "box", "START", "SaveWindowPlace",
-                            "RemoveTrayIcon", "UnloadAssistant", "SaveBars", "END "));
+                ElementsAre("ERROR", "box", "INFO", "box", "START", "RemoveTrayIcon", "END "));
 }
 
 std::string StoredForm(World& world, const char* key) {
@@ -105,15 +101,6 @@ TEST(Stop, ARunWithoutAWindowLeavesThePlaceOfTheLastOne) {
     world.Recorder->Unload();
     EXPECT_EQ(StoredForm(world, "Pos"), "1;2;3;4");
     EXPECT_EQ(StoredForm(world, "State"), "2");
-}
-
-TEST(Stop, RestoresTheMixerOnlyWhereTheUserWantsThat) {
-    World world;
-    DesktopNotes desktop;
-    PutOn(world, desktop);
-    ASSERT_TRUE(world.Load());
-    world.Recorder->Unload();
-    EXPECT_THAT(desktop.Asked, Not(Contains("RestoreMixer")));
 }
 
 TEST(Stop, WritesItsLastLineWithItsTrailingBlank) {
@@ -218,20 +205,20 @@ TEST(DeferredMessages, ThatDoNotExistAreNotTold) {
     EXPECT_THAT(LoggedKinds(world), ElementsAre("START", "END "));
 }
 
-TEST(SongCounter, RisesWithEachSongAndIsStoredAtOnce) {
+TEST(SongCounter, CountsTheSongsOfAllRunsAndIsStoredAtOnce) {
     WorldOptions options =
         Starting("", {{ProviderOfRadio, "LengthOfPause", "500"}, {ProviderOfRadio, "IgnoreShortSongs", "2"}});
     options.Radio = NumberedRadio({20, 20});
     World world(std::move(options));
+    world.Disk().MakeFolders(LogFolder);
+    RegistryBranches branches(world.Disk(), std::string(LogFolder) + "/registry.ini",
+                              "/nowhere/registry.ini");
+    ASSERT_TRUE(branches.WriteUserValue("", "TotalCountOfSongs", 41));
     ASSERT_TRUE(world.StartRecording());
     world.RunFor(60);
-    EXPECT_EQ(world.Values().SongCounter, 2);
-    const auto registry = world.Disk().Content(std::string(LogFolder) + "/registry.ini");
-    EXPECT_THAT(registry.value_or(""), HasSubstr("TotalCountOfSongs"));
-    world.Finish();
-    world.Made();
-    ASSERT_TRUE(world.Load());
-    EXPECT_EQ(world.Values().SongCounter, 2);
+    ASSERT_THAT(world.Transferred, SizeIs(2));
+    EXPECT_EQ(world.Transferred[0].JobName, "song 42");
+    EXPECT_EQ(NumberOf(branches.ReadUserValue("", "TotalCountOfSongs")), 43);
 }
 
 }  // namespace

@@ -158,10 +158,10 @@ const std::vector<Room>& Rooms() {
         {"media", belowSubjects, {"fmt/"}, {}},
         {"post", belowSubjects, {}, {}},
         {"mixer", belowSubjects, {}, {}},
-        {"recording", belowRecording, {}, {}},
+        {"recording", belowRecording, {"fmt/"}, {}},
         {"assistant", belowScreen, {}, {"assistant/web_view"}},
         {"ui", belowScreen, {}, {}, false},
-        {"app", belowPrograms, {"fmt/"}, {"app/main"}},
+        {"app", belowPrograms, {}, {"app/main"}},
         {"cli", belowCommandLine, {}, {}, false},
         {"desktop", belowDesktop, {}, {}, false},
         // A process of its own: nobody includes it, and nobody else knows the browser engine.

@@ -151,8 +151,8 @@ TEST(VirtualHost, HasTheMachinesFilesUnderItsHomeAndTimeOfItsOwn) {
     EXPECT_EQ(&machine.Clock, &host.Clock);
     EXPECT_EQ(&machine.WaveIn, &inputs);
     EXPECT_TRUE(machine.Folders.ShellFolderPath(ShellFolder::MyMusic).starts_with(folder / "home"));
-    EXPECT_TRUE(machine.Instance.Claim());
-    EXPECT_TRUE(machine.Instance.Claim()) << "any number of command lines may run";
+    EXPECT_TRUE(machine.Desktop.ClaimInstance());
+    EXPECT_TRUE(machine.Desktop.ClaimInstance()) << "any number of command lines may run";
     const int64_t before = host.Clock.MonotonicNanoseconds();
     bool hourPassed = false;
     const auto timer = host.Loop.NewTimer([&] { hourPassed = true; });

@@ -98,7 +98,7 @@ class Run {
     SimFiles Disk;
     PauseSettings Pause;
     std::vector<std::string> Bodies;
-    CoverImages Covers{Web, Disk, Pause};
+    CoverImages Covers{&Web, Disk, Pause};
 };
 
 void CheckSize(std::string_view bytes) {

@@ -68,8 +68,8 @@ class LiveProgram {
           Input(Pulse, "radio.monitor"),
           Players(session.Loop, {.Bus = bus.Address()}),
           Host(Folder.Path()),
-          Computer{Clock,         session.Loop, Input,       Host.Files,   Host.Processes,
-                   *Host.Folders, Host.Dialogs, Host.System, Host.Instance} {}
+          Computer{Clock,        session.Loop, Input,        Host.Files, Host.Processes, *Host.Folders,
+                   Host.Dialogs, Host.System,  Host.Desktop, &Pages,     nullptr,        &Players} {}
 
     /// Starts to record. `profiles` is the text of the file of that name, `ports` those of the browsers,
     /// `sources` the names of all sources that will be met.
@@ -90,9 +90,8 @@ class LiveProgram {
             options.Overrides.push_back({source, "EndOfSongDetection", "1"});
             options.Overrides.push_back({source, "IgnoreShortSongs", "1"});
         }
-        options.Documents = OtherPages ? OtherPages : &Pages;
-        options.Browser = Browser;
-        options.Players = &Players;
+        if (OtherPages != nullptr) Computer.Documents = OtherPages;
+        Computer.Browser = Browser;
         ProgramEvents events;
         events.SongTransferred = [this](const TransferredSong& song) { Songs.push_back(song); };
         events.SongClosed = [this](const ClosedSong& song) { LostFrames += song.LostFrames; };

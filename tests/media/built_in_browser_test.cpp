@@ -58,7 +58,8 @@ class BuiltInBrowserTest : public testing::Test {
     std::vector<std::string> Logged;
     frmMain Form;
     FakeView View;
-    StationLaunch Launcher{{Form, Options, Store, Expansion, Computer.Processes, Computer.Loop}};
+    StationLaunch Launcher{
+        {Form, Options, Store, Expansion, Computer.Processes, Computer.Desktop, Computer.Loop}};
     BuiltInBrowser Browser{{Form, Store, Journal, Messages, Computer.Processes, &View}};
 };
 

@@ -38,7 +38,7 @@ class CoverFilesTest : public testing::Test {
     LinuxFiles Files;
     OnePicture Web;
     PauseSettings Pause;
-    CoverImages Covers{Web, Files, Pause};
+    CoverImages Covers{&Web, Files, Pause};
     const std::string Picture = std::string(2000, 'p');
 };
 

@@ -43,7 +43,7 @@ class CoverImagesTest : public testing::Test {
     SimMachine Machine;
     ScriptedWeb Web;
     PauseSettings Pause;
-    CoverImages Covers{Web, Machine.Files, Pause};
+    CoverImages Covers{&Web, Machine.Files, Pause};
 };
 
 TEST_F(CoverImagesTest, TheSameAddressIsFetchedOnce) {
@@ -289,7 +289,7 @@ TEST_F(CoverImagesTest, ALateAddressLeavesTheSongThatIsBeingFinishedItsPicture) 
 TEST_F(CoverImagesTest, AnAnswerToOneThatHasGoneReachesNobody) {
     std::function<void(const HttpAnswer&)> answered;
     {
-        CoverImages covers(Web, Machine.Files, Pause);
+        CoverImages covers(&Web, Machine.Files, Pause);
         covers.LoadImage("http://127.0.0.1/a.jpg");
         answered = Web.Pending;
     }

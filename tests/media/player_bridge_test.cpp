@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "media/noted_settings.h"
 #include "media/provider_wmp.h"
 #include "platform/virtual/source_players.h"
 #include "sim/sim_machine.h"
@@ -165,25 +166,9 @@ TEST(WithSplitTitle, TakesTheArtistOutOfATitleWithoutOne) {
     EXPECT_EQ(WithSplitTitle(Report("a", true, "A-B", "")).Title, "A-B");
 }
 
-class MediaPlayerTest : public PlayerBridgeTest {
+class MediaPlayerTest : public PlayerBridgeTest, protected Test::ProviderBench {
  protected:
-    MediaPlayerTest() : Host{Media, Signal, Flags, {}, {}, {}, {}} {
-        Host.LoadProviderSettings = [](const std::string&) {};
-        Host.ApplyMixerSection = [] {};
-        Host.HandOverPending = [this] { return Pending; };
-        Host.AdoptSettings = [this](const std::string& name) { Adopted = name; };
-    }
-
-    clsProviderWMP Make() {
-        return clsProviderWMP(Host, Registry, [this] { return Bridge.PlayerPresent(); });
-    }
-
-    MediaState Media;
-    SignalState Signal;
-    RecordingFlags Flags;
-    ProviderHost Host;
-    bool Pending = false;
-    std::string Adopted;
+    clsProviderWMP Make() { return clsProviderWMP(Host, Registry, Bridge); }
 };
 
 TEST_F(MediaPlayerTest, ARunningPlayerIsEnoughToBecomeTheProvider) {
@@ -192,7 +177,7 @@ TEST_F(MediaPlayerTest, ARunningPlayerIsEnoughToBecomeTheProvider) {
     Make();
     EXPECT_EQ(Media.ProviderName, "Windows Media Player");
     EXPECT_EQ(Media.MixerSectionName, "MixerWindows Media Player");
-    EXPECT_EQ(Adopted, "Windows Media Player");
+    EXPECT_EQ(Settings.Loaded, std::vector<std::string>{"Windows Media Player"});
     EXPECT_EQ(Media.CurrentMedia.Song, "");
     EXPECT_TRUE(Flags.RecordingEnabled);
     EXPECT_EQ(Signal.PauseRecognition, PauseRecognitionRunning);
@@ -204,7 +189,7 @@ TEST_F(MediaPlayerTest, WithoutAPlayerTheNameStaysAsItWas) {
     Make();
     EXPECT_EQ(Media.ProviderName, NoStationData);
     EXPECT_EQ(Media.MixerSectionName, "Mixer");
-    EXPECT_EQ(Adopted, "");
+    EXPECT_TRUE(Settings.Loaded.empty());
     EXPECT_TRUE(Flags.RecordingEnabled);
 }
 
@@ -274,16 +259,6 @@ TEST_F(MediaPlayerTest, ASilentPlayerStaysTheProviderAndIsNotRestarted) {
     provider.GetStationData();
     EXPECT_EQ(Media.ProviderName, MediaPlayerName);
     EXPECT_FALSE(provider.RestartRadio());
-}
-
-TEST_F(MediaPlayerTest, ASongThatWaitsForItsHandOverKeepsItsRecord) {
-    Media.SongMedia.Song = "Closed";
-    Pending = true;
-    Make();
-    EXPECT_EQ(Media.SongMedia.Song, "Closed");
-    Pending = false;
-    Make();
-    EXPECT_EQ(Media.SongMedia.Song, "");
 }
 
 }  // namespace

@@ -3,8 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
 #include <string>
 #include <vector>
+
+#include "sim/sim_machine.h"
 
 namespace Corvetape::Test {
 namespace {
@@ -13,43 +17,37 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 /// An adoption with notes of what it asks for, and a user who answers by `Answer`.
-class Adopting : public testing::Test {
+class Adopting : public testing::Test, protected SourceSettings, protected SourceMixer, protected FormBoxes {
  protected:
+    Adopting() {
+        Computer.Files.Put(Computer.Folders.Program + "/test.lang", "50010=50010 %1\n100=Own name\n");
+        Texts.Load("test");
+    }
+
     void Adopt(const std::string& name) {
         Media.ProviderName = name;
         Media.MixerSectionName = "Mixer" + name;
         Adoption.Adopt(name);
     }
 
-    AdoptionActions MakeActions() {
-        AdoptionActions actions;
-        actions.LoadProviderSettings = [this](const std::string& name) { Asked.push_back("load " + name); };
-        actions.StoreProviderSettings = [this] { Asked.push_back("store " + Media.ProviderName); };
-        actions.UpdateMixer = [this] { Asked.push_back("update " + Media.MixerSectionName); };
-        actions.ApplyMixer = [this] { Asked.push_back("apply " + Media.MixerSectionName); };
-        actions.StoreMixer = [this] { Asked.push_back("save " + Media.MixerSectionName); };
-        actions.Localize = [this](Form& form) {
-            Asked.push_back("localize " + form.Name());
-            // A combo box is localised item by item.
-            EXPECT_TRUE(static_cast<dlgProvider&>(form).cboProvider.Items().empty());
-        };
-        actions.FormatMsg = [this](const std::string& key, const std::string& argument) {
-            return Texts ? key + " " + argument : std::string();
-        };
-        actions.Ask = [this](dlgProvider& dialog) {
-            EXPECT_TRUE(dialog.Visible());
-            Asked.push_back("ask");
-            if (Answer) Answer(dialog);
-            EXPECT_FALSE(dialog.Visible());
-        };
-        return actions;
+    void LoadProviderSettings(const std::string& name) override { Asked.push_back("load " + name); }
+    void StoreProviderSettings() override { Asked.push_back("store " + Media.ProviderName); }
+    void UpdateMixer() override { Asked.push_back("update " + Media.MixerSectionName); }
+    void ApplyMixer() override { Asked.push_back("apply " + Media.MixerSectionName); }
+    void StoreMixer() override { Asked.push_back("save " + Media.MixerSectionName); }
+    void Ask(dlgProvider& dialog) override {
+        EXPECT_TRUE(dialog.Visible());
+        Asked.emplace_back("ask");
+        if (Answer) Answer(dialog);
+        EXPECT_FALSE(dialog.Visible());
     }
 
+    SimMachine Computer;
+    clsLocalizeControls Texts{Computer.Files, Computer.Folders.Program, Computer.Dialogs};
     MediaState Media;
     std::vector<std::string> Asked;
-    bool Texts = true;
     std::function<void(dlgProvider&)> Answer = [](dlgProvider& dialog) { dialog.cmdCancel.Press(); };
-    ProviderAdoption Adoption{Media, MakeActions()};
+    ProviderAdoption Adoption{Media, *this, *this, Texts, this};
 };
 
 TEST_F(Adopting, AKnownProviderLoadsItsOwnSettings) {
@@ -84,7 +82,7 @@ TEST_F(Adopting, AnUnknownOneIsAskedForWithTheKnownNamesInTheirOrder) {
 }
 
 TEST_F(Adopting, WithoutATextTheQuestionKeepsItsOwn) {
-    Texts = false;
+    Texts.Load("");
     Media.KnownProviders = {"One"};
     std::string info;
     Answer = [&](dlgProvider& dialog) {
@@ -98,7 +96,7 @@ TEST_F(Adopting, WithoutATextTheQuestionKeepsItsOwn) {
 TEST_F(Adopting, CancelChangesNothingAndTheQuestionComesAgain) {
     Media.KnownProviders = {"One"};
     Adopt("New");
-    EXPECT_THAT(Asked, ElementsAre("localize dlgProvider", "ask"));
+    EXPECT_THAT(Asked, ElementsAre("ask"));
     EXPECT_THAT(Media.KnownProviders, ElementsAre("One"));
     Adopt("New");
     EXPECT_EQ(std::ranges::count(Asked, "ask"), 2);
@@ -111,8 +109,7 @@ TEST_F(Adopting, OkTakesTheSettingsOverAndStoresThemUnderTheNewName) {
         dialog.cmdOK.Press();
     };
     Adopt("New");
-    EXPECT_THAT(Asked, ElementsAre("localize dlgProvider", "ask", "load Two", "store New", "apply MixerTwo",
-                                   "save MixerNew"));
+    EXPECT_THAT(Asked, ElementsAre("ask", "load Two", "store New", "apply MixerTwo", "save MixerNew"));
     EXPECT_EQ(Media.MixerSectionName, "MixerNew");
     EXPECT_THAT(Media.KnownProviders, ElementsAre("One", "Two", "New"));
     Asked.clear();
@@ -124,21 +121,17 @@ TEST_F(Adopting, TheEndOfTheProgramClosesTheQuestionLikeCancel) {
     Media.KnownProviders = {"One"};
     Answer = [this](dlgProvider&) { Adoption.Cancel(); };
     Adopt("New");
-    EXPECT_THAT(Asked, ElementsAre("localize dlgProvider", "ask"));
+    EXPECT_THAT(Asked, ElementsAre("ask"));
     Adoption.Cancel();  // nothing is open
 }
 
-TEST(AdoptingAlone, WithNobodyToAskAnUnknownProviderTakesItsOwnValues) {
-    MediaState media;
-    media.KnownProviders = {"One"};
-    std::vector<std::string> loaded;
-    AdoptionActions actions;
-    actions.LoadProviderSettings = [&](const std::string& name) { loaded.push_back(name); };
-    actions.UpdateMixer = [] {};
-    ProviderAdoption adoption(media, std::move(actions));
-    adoption.Adopt("New");
-    EXPECT_THAT(loaded, ElementsAre("New"));
-    EXPECT_THAT(media.KnownProviders, ElementsAre("One"));
+TEST_F(Adopting, WithNobodyToAskAnUnknownProviderTakesItsOwnValues) {
+    Media.KnownProviders = {"One"};
+    Media.MixerSectionName = "MixerNew";
+    ProviderAdoption alone(Media, *this, *this, Texts, nullptr);
+    alone.Adopt("New");
+    EXPECT_THAT(Asked, ElementsAre("load New", "update MixerNew"));
+    EXPECT_THAT(Media.KnownProviders, ElementsAre("One"));
 }
 
 }  // namespace

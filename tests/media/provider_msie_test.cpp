@@ -3,8 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <functional>
 #include <memory>
+#include <utility>
 
+#include "core/lifecycle_flags.h"
+#include "core/log.h"
+#include "media/noted_settings.h"
 #include "media/provider_choice.h"
 #include "sim/sim_documents.h"
 #include "sim/sim_machine.h"
@@ -19,21 +24,15 @@ constexpr const char* Profiles =
     "[- Window]\nName=Window Radio\nWindow&Doc=Player;* - *\nStation=-2;\"Player\";\n"
     "Artist=-3;;(.*) - \nTitle=-3;; - (.*)\n";
 
-class Msie : public testing::Test {
+class Msie : public testing::Test, protected Test::ProviderBench {
  protected:
     Msie() {
-        Host.LoadProviderSettings = [](const std::string&) {};
-        Host.ApplyMixerSection = [] {};
-        Host.HandOverPending = [this] { return Pending; };
-        Host.AdoptSettings = [this](const std::string& name) {
-            Adopted.push_back(name);
-            if (WhileAdopting) WhileAdopting();
-        };
+        Journal.Listener = [this](const std::string&, const std::string&) { ++Reports; };
         Write(Profiles);
     }
 
     void Write(const std::string& content) {
-        ASSERT_TRUE(Machine.Files.ReplaceAtomically("/home/user/MSIE.ini", content));
+        ASSERT_TRUE(Computer.Files.ReplaceAtomically("/home/user/MSIE.ini", content));
     }
 
     SimPage& AddPage() {
@@ -48,23 +47,33 @@ class Msie : public testing::Test {
 
     std::unique_ptr<clsProviderMSIE> Make() {
         return std::make_unique<clsProviderMSIE>(
-            Host, BrowserSources{Machine.Files, "/home/user/MSIE.ini", &Browser, &Desktop,
-                                 [this] { ++WindowsWanted; }});
+            Host, BrowserPlaces{Computer.Files, "/home/user/MSIE.ini", &Browser, &Desktop}, Notices);
     }
 
     STATIONANDSONGDATA& Now() { return Media.CurrentMedia; }
 
-    SimMachine Machine;
+    class MakerOf : public ProviderMaker {
+     public:
+        explicit MakerOf(std::function<std::unique_ptr<clsProvider>()> work) : Work(std::move(work)) {}
+        std::unique_ptr<clsProvider> Make() override { return Work(); }
+
+     private:
+        std::function<std::unique_ptr<clsProvider>()> Work;
+    };
+
+    PauseSettings Pause;
+    CoverImages Covers{nullptr, Computer.Files, Pause};
     SimDocuments Browser;
     SimWindows Desktop;
-    MediaState Media;
-    SignalState Signal;
-    RecordingFlags Flags;
-    ProviderHost Host{Media, Signal, Flags, {}, {}, {}, {}};
-    std::vector<std::string> Adopted;
-    std::function<void()> WhileAdopting;
-    bool Pending = false;
-    int WindowsWanted = 0;
+    Corvetape::Settings Options;
+    WorkingFolders Folders;
+    LifecycleFlags Lifecycle;
+    Form Window{"frmTest", ""};
+    Label Status{Window, "lblStatus"};
+    Log Journal{Computer.Files, Computer.Clock, Options, Folders};
+    Reporter Say{Journal, Texts, Computer.Dialogs, Lifecycle, Status};
+    BrowserNotices Notices{Say};
+    int Reports = 0;
 };
 
 TEST_F(Msie, ConstructionFindsThePageAndReadsTheStation) {
@@ -75,7 +84,7 @@ TEST_F(Msie, ConstructionFindsThePageAndReadsTheStation) {
     EXPECT_EQ(Now().StationName, "One");
     EXPECT_EQ(Now().StationDescr, "Description");
     EXPECT_EQ(Now().Song, "");
-    EXPECT_EQ(Adopted, std::vector<std::string>{"Page Radio"});
+    EXPECT_EQ(Settings.Loaded, std::vector<std::string>{"Page Radio"});
 }
 
 TEST_F(Msie, ConstructionWithoutASourceLeavesTheName) {
@@ -84,7 +93,7 @@ TEST_F(Msie, ConstructionWithoutASourceLeavesTheName) {
     const auto provider = Make();
     EXPECT_EQ(Media.ProviderName, NoStationData);
     EXPECT_EQ(Media.MixerSectionName, "Mixer");
-    EXPECT_TRUE(Adopted.empty());
+    EXPECT_TRUE(Settings.Loaded.empty());
 }
 
 TEST_F(Msie, ConstructionReArmsTheRecordingAndClearsTheRecords) {
@@ -97,13 +106,6 @@ TEST_F(Msie, ConstructionReArmsTheRecordingAndClearsTheRecords) {
     EXPECT_TRUE(Flags.RecordingEnabled);
     EXPECT_EQ(Now(), STATIONANDSONGDATA{});
     EXPECT_EQ(Media.SongMedia, STATIONANDSONGDATA{});
-}
-
-TEST_F(Msie, ASongThatWaitsForItsHandOverKeepsItsRecord) {
-    Media.SongMedia.Song = "old";
-    Pending = true;
-    const auto provider = Make();
-    EXPECT_EQ(Media.SongMedia.Song, "old");
 }
 
 TEST_F(Msie, ARefreshReadsAllFields) {
@@ -161,7 +163,7 @@ TEST_F(Msie, SettingsAreAdoptedOnlyWhenTheNameChanges) {
     const auto provider = Make();
     provider->GetStationData();
     provider->GetStationData();
-    EXPECT_EQ(Adopted.size(), 1u);
+    EXPECT_EQ(Settings.Loaded.size(), 1u);
 }
 
 TEST_F(Msie, APageThatIsClosedEmptiesTheNameAndTheFields) {
@@ -192,7 +194,7 @@ TEST_F(Msie, DocumentsComeBeforeWindows) {
     AddPage();
     provider->GetStationData();
     EXPECT_EQ(Media.ProviderName, "Page Radio");
-    EXPECT_EQ(Adopted, (std::vector<std::string>{"Window Radio", "Page Radio"}));
+    EXPECT_EQ(Settings.Loaded, (std::vector<std::string>{"Window Radio", "Page Radio"}));
 }
 
 TEST_F(Msie, AWindowIsReadByItsTitle) {
@@ -240,7 +242,7 @@ TEST_F(Msie, TwoPagesOfOneProfileFollowTheOrderOfTheirWindowsUnderOneName) {
     Desktop.Raise(a);
     provider->GetStationData();
     EXPECT_EQ(Now().Song, "A");
-    EXPECT_EQ(Adopted, std::vector<std::string>{"R"});
+    EXPECT_EQ(Settings.Loaded, std::vector<std::string>{"R"});
 }
 
 TEST_F(Msie, AnErrorEndsTheReadAndLeavesTheFieldsBehindItEmpty) {
@@ -298,7 +300,8 @@ TEST_F(Msie, EachRuleThatFailsEndsTheReadBehindTheFieldsBeforeIt) {
 TEST_F(Msie, AProfileWithoutANameLeavesTheChoiceOpen) {
     Write("[- 1]\nWindow&Doc=;;*;*\nTitle=-4;song;\n");
     AddPage();
-    ProviderChoice choice(Host, {[this] { return Make(); }});
+    MakerOf pages([this] { return Make(); });
+    ProviderChoice choice(Host, Covers, {&pages});
     choice.Choose();
     EXPECT_TRUE(choice.Wanted());
     EXPECT_EQ(Media.ProviderName, NoStationData);
@@ -316,7 +319,7 @@ TEST_F(Msie, AWindowOfAHigherProfileTakesOverAndAnotherOneOfTheSameDoesNot) {
     provider->GetStationData();
     EXPECT_EQ(Media.ProviderName, "First");
     EXPECT_EQ(Now().Song, "new");
-    EXPECT_EQ(Adopted, (std::vector<std::string>{"Second", "First"}));
+    EXPECT_EQ(Settings.Loaded, (std::vector<std::string>{"Second", "First"}));
 }
 
 TEST_F(Msie, AStationWithoutARuleIsReadAgainAndSongDataFollow) {
@@ -404,7 +407,7 @@ TEST_F(Msie, APollThatIsAskedForWhileOneRunsDoesNothing) {
     provider = Make();
     Media.ProviderName = "Other";
     size_t before = 0;
-    WhileAdopting = [&] {
+    Settings.WhileLoading = [&] {
         before = Browser.Polls;
         provider->GetStationData();
         provider->GetSongData();
@@ -427,11 +430,12 @@ TEST_F(Msie, EachPollBeginsItsLimitsAnew) {
 
 TEST_F(Msie, ADesktopWithoutWindowsIsToldOnlyIfAProfileAsksForThem) {
     Desktop.Shown = false;
-    const auto provider = Make();
-    EXPECT_EQ(WindowsWanted, 1);
     Write("[- 1]\nName=R\nWindow&Doc=;;*;*\n");
     Make();
-    EXPECT_EQ(WindowsWanted, 1);
+    EXPECT_EQ(Reports, 0);
+    Write(Profiles);
+    Make();
+    EXPECT_EQ(Reports, 1);
 }
 
 TEST_F(Msie, ItsEndClearsTheMediaData) {
@@ -455,8 +459,9 @@ TEST_F(Msie, TheNextProviderKeepsWhatItHasReadWhenThisOneGoes) {
         void GetSongData() override {}
         bool RestartRadio() override { return false; }
     };
-    ProviderChoice choice(Host,
-                          {[this] { return Make(); }, [this] { return std::make_unique<Next>(Media); }});
+    MakerOf pages([this] { return Make(); });
+    MakerOf others([this] { return std::make_unique<Next>(Media); });
+    ProviderChoice choice(Host, Covers, {&pages, &others});
     choice.Choose();
     choice.GetStationData();
     EXPECT_EQ(Now().Song, "Song");

@@ -3,9 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "media/noted_settings.h"
 #include "media/provider_choice.h"
 
 namespace Corvetape::Test {
@@ -14,8 +18,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Everything round a provider, with notes of what it asks for.
-class Providers : public testing::Test {
+/// Everything round a provider, with notes of what it asks for and of what is made.
+class Providers : public testing::Test, protected ProviderBench {
  protected:
     Providers() {
         Media.CurrentMedia = Filled("current");
@@ -30,13 +34,26 @@ class Providers : public testing::Test {
         return media;
     }
 
-    /// A source that is found, or not.
-    ProviderFactory Source(const std::string& name, bool found = true) {
-        return [this, name, found]() -> std::unique_ptr<clsProvider> {
-            Asked.push_back("make " + name);
-            if (!found) return std::make_unique<SilentProvider>();
-            return std::make_unique<FoundProvider>(*this, name);
-        };
+    /// Makes a source that is found, or not.
+    class Maker : public ProviderMaker {
+     public:
+        Maker(Providers& test, std::string name, bool found)
+            : Test(test), Name(std::move(name)), Found(found) {}
+        std::unique_ptr<clsProvider> Make() override {
+            Test.Asked.push_back("make " + Name);
+            if (!Found) return std::make_unique<SilentProvider>();
+            return std::make_unique<FoundProvider>(Test, Name);
+        }
+
+     private:
+        Providers& Test;
+        std::string Name;
+        bool Found;
+    };
+
+    ProviderMaker* Source(const std::string& name, bool found = true) {
+        Makers.push_back(std::make_unique<Maker>(*this, name, found));
+        return Makers.back().get();
     }
 
     /// One that has found its source, which plays OnAir.
@@ -45,7 +62,7 @@ class Providers : public testing::Test {
         FoundProvider(Providers& test, const std::string& name) : Test(test) {
             Test.Media.ProviderName = name;
             ReArmRecording(Test.Host);
-            Test.Host.AdoptSettings(name);
+            Test.Host.Adoption.Adopt(name);
             GetStationData();
         }
         void GetStationData() override { Test.Media.CurrentMedia.Song = Test.OnAir; }
@@ -64,20 +81,12 @@ class Providers : public testing::Test {
         bool RestartRadio() override { return false; }
     };
 
-    MediaState Media;
-    SignalState Signal;
-    RecordingFlags Flags;
-    std::vector<std::string> Asked;
-    bool Pending = false;
+    std::vector<std::string>& Asked = Settings.Asked;
+    PauseSettings Pause;
+    CoverImages Covers{nullptr, Computer.Files, Pause};
+    std::vector<std::unique_ptr<ProviderMaker>> Makers;
     std::string OnAir = "Song";
     int Restarts = 0;
-    ProviderHost Host{Media,
-                      Signal,
-                      Flags,
-                      [this](const std::string& name) { Asked.push_back("load " + name); },
-                      [this] { Asked.push_back("mixer"); },
-                      [this] { return Pending; },
-                      [this](const std::string& name) { Asked.push_back("adopt " + name); }};
 };
 
 TEST_F(Providers, TheNullProviderEmptiesTheMediaDataAndTakesTheSettingsOfNoSource) {
@@ -106,13 +115,6 @@ TEST_F(Providers, TheNullProviderLeavesARecordingOffThatHasEndedForGood) {
     EXPECT_TRUE(Flags.RecordingEnabled) << "the song that plays is still to be finished";
 }
 
-TEST_F(Providers, TheNullProviderLeavesTheRecordOfASongThatWaitsForItsHandOver) {
-    Pending = true;
-    const clsProviderNull provider(Host);
-    EXPECT_EQ(Media.SongMedia, Filled("song"));
-    EXPECT_EQ(Media.CurrentMedia, STATIONANDSONGDATA{});
-}
-
 TEST_F(Providers, TheNullProviderReadsNothingAndCannotRestartAnything) {
     clsProviderNull provider(Host);
     Media.CurrentMedia = Filled("left alone");
@@ -123,31 +125,31 @@ TEST_F(Providers, TheNullProviderReadsNothingAndCannotRestartAnything) {
 }
 
 TEST_F(Providers, TheFirstWithASourceIsChosenInTheOrderGiven) {
-    ProviderChoice choice(Host, {Source("First", false), Source("Second"), Source("Third")});
+    ProviderChoice choice(Host, Covers, {Source("First", false), Source("Second"), Source("Third")});
     choice.Choose();
-    EXPECT_THAT(Asked, ElementsAre("make First", "make Second", "adopt Second"));
+    EXPECT_THAT(Asked, ElementsAre("make First", "make Second", "load Second", "mixer"));
     EXPECT_EQ(Media.ProviderName, "Second");
 }
 
 TEST_F(Providers, WithoutAnySourceTheNullProviderStandsIn) {
-    ProviderChoice choice(Host, {Source("First", false), Source("Second", false)});
+    ProviderChoice choice(Host, Covers, {Source("First", false), Source("Second", false)});
     choice.Choose();
     EXPECT_THAT(Asked, ElementsAre("make First", "make Second", "load NoStationData", "mixer"));
     EXPECT_EQ(Media.ProviderName, "NoStationData");
 }
 
 TEST_F(Providers, TheChoiceRunsForAsLongAsNothingIsFound) {
-    ProviderChoice choice(Host, {Source("First", false)});
+    ProviderChoice choice(Host, Covers, {Source("First", false)});
     EXPECT_TRUE(choice.Wanted());
     choice.Choose();
     EXPECT_TRUE(choice.Wanted());
-    ProviderChoice found(Host, {Source("First")});
+    ProviderChoice found(Host, Covers, {Source("First")});
     found.Choose();
     EXPECT_FALSE(found.Wanted());
 }
 
 TEST_F(Providers, ASourceThatHasGoneMakesTheChoiceRunAgain) {
-    ProviderChoice choice(Host, {Source("First")});
+    ProviderChoice choice(Host, Covers, {Source("First")});
     choice.Choose();
     ASSERT_FALSE(choice.Wanted());
     Media.ProviderName = "";
@@ -157,7 +159,7 @@ TEST_F(Providers, ASourceThatHasGoneMakesTheChoiceRunAgain) {
 }
 
 TEST_F(Providers, SwitchedOffTheNullProviderIsPolled) {
-    ProviderChoice choice(Host, {Source("First")});
+    ProviderChoice choice(Host, Covers, {Source("First")});
     choice.Choose();
     choice.SwitchOff();
     EXPECT_EQ(Media.ProviderName, "NoStationData");
@@ -166,7 +168,7 @@ TEST_F(Providers, SwitchedOffTheNullProviderIsPolled) {
 }
 
 TEST_F(Providers, DroppedNobodyIsPolledAndTheNextChoiceMakesOne) {
-    ProviderChoice choice(Host, {Source("First")});
+    ProviderChoice choice(Host, Covers, {Source("First")});
     choice.Choose();
     OnAir = "not read";
     choice.Drop();
@@ -177,8 +179,20 @@ TEST_F(Providers, DroppedNobodyIsPolledAndTheNextChoiceMakesOne) {
     EXPECT_TRUE(choice.Wanted());
 }
 
+TEST_F(Providers, ARefreshPollsOnlyWhileMediaDataAreOn) {
+    ProviderChoice choice(Host, Covers, {Source("First")});
+    choice.Choose();
+    OnAir = "Next";
+    Media.StationDataEnabled = false;
+    choice.Refresh();
+    EXPECT_EQ(Media.CurrentMedia.Song, "Song");
+    Media.StationDataEnabled = true;
+    choice.Refresh();
+    EXPECT_EQ(Media.CurrentMedia.Song, "Next");
+}
+
 TEST_F(Providers, ThePresentOneIsPolledAndRestarted) {
-    ProviderChoice choice(Host, {Source("First")});
+    ProviderChoice choice(Host, Covers, {Source("First")});
     choice.Choose();
     OnAir = "Next";
     choice.GetStationData();
@@ -208,29 +222,38 @@ class AskingProvider : public clsProvider {
     std::function<void()> Box;
 };
 
+/// Makes such providers.
+class AskingMaker : public ProviderMaker {
+ public:
+    AskingMaker(MediaState& media, std::function<void()> box) : Media(media), Box(std::move(box)) {}
+    std::unique_ptr<clsProvider> Make() override {
+        ++Made;
+        return std::make_unique<AskingProvider>(Media, [this] { Box(); });
+    }
+
+    MediaState& Media;
+    std::function<void()> Box;
+    int Made = 0;
+};
+
 TEST_F(Providers, WhileOneIsMadeNoOtherIsMadeOrPolled) {
-    int made = 0;
-    ProviderChoice* choice = nullptr;
-    ProviderChoice asking(Host, {[&]() -> std::unique_ptr<clsProvider> {
-                              ++made;
-                              return std::make_unique<AskingProvider>(Media, [&] {
-                                  choice->Choose();
-                                  choice->GetStationData();
-                                  choice->RestartRadio();
-                              });
-                          }});
-    choice = &asking;
+    AskingMaker maker(Media, [] {});
+    ProviderChoice asking(Host, Covers, {&maker});
+    maker.Box = [&] {
+        asking.Choose();
+        asking.GetStationData();
+        asking.RestartRadio();
+    };
     asking.Choose();
-    EXPECT_EQ(made, 1);
+    EXPECT_EQ(maker.Made, 1);
     EXPECT_EQ(Media.ProviderName, "Asking");
     EXPECT_FALSE(asking.Wanted());
 }
 
 TEST_F(Providers, OneThatIsSwitchedOffWhileItWorksEndsWhenItIsDone) {
-    std::function<void()> box = [] {};
-    ProviderChoice choice(Host, {[&]() -> std::unique_ptr<clsProvider> {
-                              return std::make_unique<AskingProvider>(Media, [&] { box(); });
-                          }});
+    AskingMaker maker(Media, [] {});
+    std::function<void()>& box = maker.Box;
+    ProviderChoice choice(Host, Covers, {&maker});
     choice.Choose();
     box = [&] { choice.SwitchOff(); };
     choice.GetStationData();
@@ -248,7 +271,7 @@ TEST_F(Providers, OneThatIsSwitchedOffWhileItWorksEndsWhenItIsDone) {
 }
 
 TEST_F(Providers, BeforeTheFirstChoiceNobodyIsAsked) {
-    ProviderChoice choice(Host, {Source("First")});
+    ProviderChoice choice(Host, Covers, {Source("First")});
     choice.GetStationData();
     choice.RestartRadio();
     EXPECT_THAT(Asked, IsEmpty());

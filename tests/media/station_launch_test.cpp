@@ -21,7 +21,9 @@ class StationLaunchTest : public testing::Test {
         Options.StationAddresses = {"http://radio.example/", "%AppDir%/player", "mailto:somebody"};
         for (const std::string& name : Options.StationNames) Form.cmbURL.AddItem(name);
         Form.objWebBrowser.NavigateAsked.Connect([this] { Pages.push_back(Form.objWebBrowser.Address()); });
-        Launcher.ShowBusy = [this](bool busy) { Pointers.push_back(busy); };
+        Computer.Desktop.WhileAsked = [this](const std::string& what) {
+            Pointers.push_back(what == "BusyPointer");
+        };
     }
 
     void Launch(int32_t index) {
@@ -35,7 +37,8 @@ class StationLaunchTest : public testing::Test {
     SettingsStore Store{Computer.Files, Computer.Folders, Registry, Expansion, Computer.System.Version()};
     Settings Options;
     frmMain Form;
-    StationLaunch Launcher{{Form, Options, Store, Expansion, Computer.Processes, Computer.Loop}};
+    StationLaunch Launcher{
+        {Form, Options, Store, Expansion, Computer.Processes, Computer.Desktop, Computer.Loop}};
     std::vector<std::string> Pages;
     std::vector<bool> Pointers;
 };

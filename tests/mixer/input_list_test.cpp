@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -11,19 +12,24 @@
 #include "core/settings/registry.h"
 #include "core/text/placeholders.h"
 #include "sim/sim_machine.h"
+#include "support/noted_reports.h"
+#include "support/signal_chain.h"
 
 namespace Corvetape::Test {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Inputs that are only listed.
+/// Inputs that are listed, opened and closed, and never give a buffer.
 class ListedInputs : public WaveIn {
  public:
     std::vector<WaveInDevice> Devices() override { return Present; }
-    std::unique_ptr<WaveInStream> Open(size_t, const WaveFormat&, BufferReturn, WaveInEvents) override {
-        return nullptr;
+    std::unique_ptr<WaveInStream> Open(size_t device, const WaveFormat&, BufferReturn,
+                                       WaveInEvents) override {
+        Asked.push_back("open " + std::to_string(device));
+        return OpensDevices ? std::make_unique<Stream>(*this) : nullptr;
     }
 
     void Add(const std::string& name, uint32_t formats = WAVE_FORMAT_4S16) {
@@ -31,44 +37,36 @@ class ListedInputs : public WaveIn {
     }
 
     std::vector<WaveInDevice> Present;
+    bool OpensDevices = true;
+    std::vector<std::string> Asked;
+    std::function<void()> WhileClosing = [] {};
+
+ private:
+    class Stream : public WaveInStream {
+     public:
+        explicit Stream(ListedInputs& owner) : Owner(owner) {}
+        void AddBuffer(WaveHeader&) override {}
+        bool Start() override { return true; }
+        void Reset() override {
+            Owner.Asked.emplace_back("close");
+            Owner.WhileClosing();
+        }
+        void Deliver() override {}
+
+     private:
+        ListedInputs& Owner;
+    };
 };
 
-/// The list of inputs with a settings file, and notes of what it asked the capture and others for.
+/// The list of inputs with a settings file, and notes of what it opened.
 class InputListTest : public testing::Test {
  protected:
     InputListTest() {
         const std::string& path = Store.Ini().Path();
         Computer.Files.MakeFolders(path.substr(0, path.rfind('/')));
-        Computer.Files.Put(Computer.Folders.Program + "/english.lang",
-                           "901=devices changed\n902=no device\n");
-        Messages.Load("english");
-        Journal.Listener = [this](const std::string& kind, const std::string& text) {
-            Logged.push_back(kind + " " + text);
-        };
-        Options.LogToFile = false;
         Options.InputDevice = 0;
-        Media.StationDataEnabled = false;
-    }
-
-    std::function<void()> WhileClosing = [] {};
-
-    InputListActions MakeActions() {
-        return {
-            [this] { return OpenDevice >= 0; },
-            [this](int32_t device) {
-                Asked.push_back("open " + std::to_string(device));
-                if (OpensDevices) OpenDevice = device;
-                return OpensDevices;
-            },
-            [this] {
-                Asked.emplace_back("close");
-                OpenDevice = -1;
-                WhileClosing();
-            },
-            [this] {
-                Asked.emplace_back("GetStationData with InputDevice " + std::to_string(Options.InputDevice));
-            },
-            [this](const std::string& cover) { Asked.push_back("LoadImage " + cover); }};
+        Choice.Changed.Connect(
+            [this] { Asked.push_back("changed to " + std::to_string(Options.InputDevice)); });
     }
 
     /// The devices A, B and C, known from the last run, B chosen.
@@ -92,24 +90,22 @@ class InputListTest : public testing::Test {
     RegistryBranches Registry{Computer.Files, "/home/user/user.reg", "/home/user/machine.reg"};
     Placeholders Expansion{Computer.Clock, Computer.Folders, Registry};
     SettingsStore Store{Computer.Files, Computer.Folders, Registry, Expansion, Computer.System.Version()};
-    clsLocalizeControls Messages{Computer.Files, Computer.Folders.Program, Computer.Dialogs};
     Settings Options;
-    WorkingFolders Folders;
-    Log Journal{Computer.Files, Computer.Clock, Options, Folders};
-    LifecycleFlags Lifecycle;
+    PauseSettings Pause;
+    SignalState Signal;
     MediaState Media;
     frmMain Form;
+    NotedReports Reports{Computer, Form, "901=devices changed\n902=no device\n"};
+    LifecycleFlags& Lifecycle = Reports.Lifecycle;
     ListedInputs Inputs;
+    SignalChain Chain{Computer, Inputs, Signal, Pause, Media};
 
-    int32_t OpenDevice = -1;
-    bool OpensDevices = true;
-    std::vector<std::string> Asked;
-    std::vector<std::string> Logged;
+    bool& OpensDevices = Inputs.OpensDevices;
+    std::vector<std::string>& Asked = Inputs.Asked;
+    std::vector<std::string>& Logged = Reports.Lines;
     std::vector<ShownBox>& Boxes = Computer.Dialogs.Boxes;
 
-    InputList Choice{{Form, Inputs, Options, Store, Media},
-                     {Journal, Computer.Dialogs, Messages, Lifecycle},
-                     MakeActions()};
+    InputList Choice{{Form, Inputs, Options, Store, Lifecycle}, Chain.Device, Reports.Say};
 };
 
 using FillInputDevices = InputListTest;
@@ -295,7 +291,7 @@ TEST_F(FillInputDevices, ADeviceBehindACutTextOfNamesIsAChange) {
 TEST_F(ClickOnADevice, OpensItAndLetsRecordingsBegin) {
     KnowThreeDevices();
     EXPECT_TRUE(Choice.FillInputDevices());
-    EXPECT_EQ(OpenDevice, 1);
+    EXPECT_TRUE(Chain.Device.IsOpen());
     EXPECT_TRUE(Form.chkStartStop[0].Enabled());
     EXPECT_TRUE(Form.chkStartStop[1].Enabled());
 }
@@ -305,7 +301,7 @@ TEST_F(ClickOnADevice, ClosesTheOpenDeviceFirst) {
     EXPECT_TRUE(Choice.FillInputDevices());
     Asked.clear();
     Form.cmbInputDevices.Select(2);
-    EXPECT_THAT(Asked, ElementsAre("close", "open 2"));
+    EXPECT_THAT(Asked, ElementsAre("close", "open 2", "changed to 2"));
 }
 
 TEST_F(ClickOnADevice, DisablesTheRecordingWhileNoDeviceIsOpen) {
@@ -348,7 +344,7 @@ TEST_F(ClickOnADevice, TakesTheNumberOfTheDeviceAndNotTheIndexOfTheEntry) {
     Form.cmbInputDevices.Select(1);
     EXPECT_EQ(Options.InputDevice, 1);
     EXPECT_EQ(Choice.WaveInDeviceId(), 2);
-    EXPECT_EQ(OpenDevice, 2);
+    EXPECT_THAT(Asked, Contains("open 2"));
 }
 
 TEST_F(ClickOnADevice, OnTheSameOneOpensItAgainAndStoresNoIndex) {
@@ -367,30 +363,12 @@ TEST_F(ClickOnADevice, StoresTheNamesInEveryCase) {
     EXPECT_EQ(Stored("InputDeviceNames"), "A;B;C;");
 }
 
-TEST_F(ClickOnADevice, OnAnotherOneAsksForMediaDataAndTheCoverOnceTheChoiceIsStored) {
+TEST_F(ClickOnADevice, OnAnotherOneIsToldOnceTheChoiceIsStored) {
     KnowThreeDevices();
-    EXPECT_TRUE(Choice.FillInputDevices());
-    Asked.clear();
-    Media.StationDataEnabled = true;
-    Media.CurrentMedia.Cover = "a.jpg";
-    Form.cmbInputDevices.Select(2);
-    EXPECT_THAT(Asked,
-                ElementsAre("close", "open 2", "GetStationData with InputDevice 2", "LoadImage a.jpg"));
-}
-
-TEST_F(ClickOnADevice, OnTheSameOneAsksForNoMediaData) {
-    KnowThreeDevices();
-    Media.StationDataEnabled = true;
     EXPECT_TRUE(Choice.FillInputDevices());
     EXPECT_THAT(Asked, ElementsAre("open 1"));
-}
-
-TEST_F(ClickOnADevice, WithMediaDataOffAsksForNone) {
-    KnowThreeDevices();
-    EXPECT_TRUE(Choice.FillInputDevices());
-    Asked.clear();
-    Form.cmbInputDevices.Select(0);
-    EXPECT_THAT(Asked, ElementsAre("close", "open 0"));
+    Form.cmbInputDevices.Select(2);
+    EXPECT_THAT(Asked, ElementsAre("open 1", "close", "open 2", "changed to 2"));
 }
 
 TEST_F(ClickOnADevice, OnAnEmptyListOpensNothing) {
@@ -420,7 +398,7 @@ TEST_F(AudioPageBoxes, TheUseOfSavedMixerSettingsIsStoredAtOnce) {
 TEST_F(InputListTest, OpensNothingIfTheProgramEndsWhileTheOldInputCloses) {
     KnowThreeDevices();
     ASSERT_TRUE(Choice.FillInputDevices());
-    WhileClosing = [this] { Choice.End(); };
+    Inputs.WhileClosing = [this] { Choice.End(); };
     Asked.clear();
     Form.cmbInputDevices.Select(2);
     EXPECT_THAT(Asked, ElementsAre("close"));

@@ -28,7 +28,7 @@ TEST(SimMachine, HandsOutItsOwnParts) {
     EXPECT_EQ(&parts.Folders, &machine.Folders);
     EXPECT_EQ(&parts.Dialogs, &machine.Dialogs);
     EXPECT_EQ(&parts.System, &machine.System);
-    EXPECT_EQ(&parts.Instance, &machine.Instance);
+    EXPECT_EQ(&parts.Desktop, &machine.Desktop);
     EXPECT_TRUE(parts.Files.IsFolder("/home/user"));
     EXPECT_TRUE(parts.Files.IsFolder(parts.Folders.ProgramFolder()));
 }
@@ -220,7 +220,7 @@ TEST(SimDialogs, TimeCanPassWhileABoxIsOpen) {
     EXPECT_EQ(machine.Dialogs.Open, 0U);
 }
 
-TEST(SimSingleInstance, OfTwoProgramsInOnePlaceTheFirstHoldsIt) {
+TEST(SimDesktop, OfTwoProgramsInOnePlaceTheFirstHoldsIt) {
     SimMachineOptions options;
     options.Place = std::make_shared<InstancePlace>();
     auto first = std::make_unique<SimMachine>(options);
@@ -228,13 +228,13 @@ TEST(SimSingleInstance, OfTwoProgramsInOnePlaceTheFirstHoldsIt) {
     SimMachine elsewhere;
     EXPECT_TRUE(first->Instance.Claim());
     EXPECT_TRUE(first->Instance.Claim());
-    EXPECT_FALSE(second.Instance.Claim());
-    EXPECT_TRUE(elsewhere.Instance.Claim());
-    second.Instance.ActivateOther();
+    EXPECT_FALSE(second.Desktop.ClaimInstance());
+    EXPECT_TRUE(elsewhere.Desktop.ClaimInstance());
+    second.Desktop.ActivateOther();
     first->Instance.ActivateOther();
     EXPECT_EQ(options.Place->Activations, 1U);
     first.reset();
-    EXPECT_TRUE(second.Instance.Claim());
+    EXPECT_TRUE(second.Desktop.ClaimInstance());
 }
 
 TEST(SimSystemInfo, CountsRaisedPrioritiesAndTellsItsVersion) {

@@ -25,8 +25,8 @@ class EncoderChoiceTest : public ::testing::Test {
     void Start(const std::string& ini, const FoundTools& found = AllTools()) {
         Bench.Sim.Files.Put(Bench.Store.FixIni().Path(), FixIni);
         Bench.Sim.Files.Put(Bench.Store.Ini().Path(), ini);
-        Choice.emplace(Bench.Form, Bench.Options, Bench.Store, Bench.Lifecycle);
-        Choice->SetUrl = [this](const std::string& page) { Pages += page + "\n"; };
+        Choice.emplace(Bench.Form, Bench.Options, Bench.Store, Bench.Lifecycle, Requests);
+        Requests.Assistant.Connect([this](const std::string& page) { Pages += page + "\n"; });
         Bench.LoadSettings();
         Choice->EnableFound(found);
     }
@@ -47,6 +47,7 @@ class EncoderChoiceTest : public ::testing::Test {
     }
 
     Testing::PostBench Bench;
+    ProgramRequests Requests;
     std::optional<EncoderChoice> Choice;
     std::string Pages;
 };
@@ -162,7 +163,7 @@ TEST_F(EncoderChoiceTest, AStoredQualityBeyondTheListFailsSilently) {
 }
 
 TEST_F(EncoderChoiceTest, WithoutQualityListsTheStoredIndexStays) {
-    Choice.emplace(Bench.Form, Bench.Options, Bench.Store, Bench.Lifecycle);
+    Choice.emplace(Bench.Form, Bench.Options, Bench.Store, Bench.Lifecycle, Requests);
     Bench.Sim.Files.Put(Bench.Store.Ini().Path(), "[Options]\nMP3Quality=3\n");
     Bench.LoadSettings();
     EXPECT_TRUE(Bench.Form.cmbMP3.Items().empty());
@@ -182,13 +183,6 @@ TEST_F(EncoderChoiceTest, GettingAnEncoderOpensItsPageOfTheAssistant) {
     EXPECT_TRUE(Bench.Lifecycle.WizardRequested);
     Bench.Form.cmdGetEncoder[1].Press();
     EXPECT_EQ(Pages, "wiz_wma.htm\nwiz_lame.htm\n");
-}
-
-TEST_F(EncoderChoiceTest, WithoutAnAssistantTheRequestIsKept) {
-    Start("");
-    Choice->SetUrl = nullptr;
-    Bench.Form.cmdGetEncoder[1].Press();
-    EXPECT_TRUE(Bench.Lifecycle.WizardRequested);
 }
 
 }  // namespace

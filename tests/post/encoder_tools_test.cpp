@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "core/settings/registry.h"
 #include "sim/sim_machine.h"
 
 namespace Corvetape {
@@ -11,14 +12,16 @@ namespace {
 
 class EncoderToolsTest : public ::testing::Test {
  protected:
-    FoundTools Find(const WmaProbe& probe = {}) { return FindTools(Sim.Files, Sim.Folders, Places, probe); }
+    FoundTools Find() { return FindTools(Sim.Files, Sim.Folders, Places, &Probe); }
 
     SimMachine Sim;
+    RegistryBranches Registry{Sim.Files, "/home/user/user.reg", "/home/user/machine.reg"};
+    WmaEncoderProbe Probe{Sim.Files, Sim.Processes, Registry};
     WorkingFolders Places{{}, "", "/usr/share/Corvet", "/opt/corvetape"};
 };
 
 TEST_F(EncoderToolsTest, NothingIsFoundOnAnEmptyMachine) {
-    const FoundTools found = Find([](const std::string&) { return "9"; });
+    const FoundTools found = Find();
     for (const EncoderTool tool :
          {EncoderTool::Lame, EncoderTool::OggEnc, EncoderTool::WmaEncoder, EncoderTool::Sox}) {
         EXPECT_FALSE(HasTool(found, tool));
@@ -59,17 +62,18 @@ TEST_F(EncoderToolsTest, AFolderOfTheNameIsNoTool) {
     EXPECT_EQ(Find().Lame, "");
 }
 
-TEST_F(EncoderToolsTest, TheProbeIsAskedOnlyIfThereIsAnFfmpeg) {
-    std::string asked;
-    const WmaProbe probe = [&](const std::string& ffmpeg) {
-        asked += ffmpeg;
-        return "9";
-    };
-    EXPECT_FALSE(HasTool(Find(probe), EncoderTool::WmaEncoder));
-    EXPECT_EQ(asked, "");
+TEST_F(EncoderToolsTest, AnFfmpegIsAskedForItsEncoderOnceForEachFile) {
+    EXPECT_FALSE(HasTool(Find(), EncoderTool::WmaEncoder));
+    EXPECT_EQ(Sim.Processes.Jobs.size(), 0U);
     Sim.Files.Put("/opt/corvetape/ffmpeg", "x");
-    EXPECT_TRUE(HasTool(Find(probe), EncoderTool::WmaEncoder));
-    EXPECT_EQ(asked, "/opt/corvetape/ffmpeg");
+    for (int start = 0; start < 2; ++start) {
+        EXPECT_TRUE(HasTool(Find(), EncoderTool::WmaEncoder));
+        EXPECT_EQ(Sim.Processes.Jobs.size(), 1U);
+    }
+    Sim.Files.Put("/opt/corvetape/ffmpeg", "another one");
+    EXPECT_TRUE(HasTool(Find(), EncoderTool::WmaEncoder));
+    EXPECT_EQ(Sim.Processes.Jobs.size(), 2U);
+    EXPECT_EQ(FindTools(Sim.Files, Sim.Folders, Places, nullptr).WmaEncoderVersion, "");
 }
 
 TEST_F(EncoderToolsTest, AWmaEncoderOfVersionNineOrLaterCounts) {

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "post/lists/watch_pages.h"
 #include "post/post_bench.h"
 
 namespace Corvetape {
@@ -26,9 +27,10 @@ class FolderSelectionTest : public ::testing::Test {
     }
 
     Testing::PostBench Bench;
-    FolderSelection Selection{Bench.Form,        {Bench.Options, Bench.Folders},
-                              Bench.Store,       Bench.Sim.Files,
-                              Bench.Sim.Dialogs, Bench.Messages};
+    WatchLists Lists{Bench.Sim.Files, Bench.Folders};
+    WatchPages Pages{Bench.Form, Lists, Bench.Sim.Processes, Bench.Say};
+    FolderSelection Selection{
+        Bench.Form, {Bench.Options, Bench.Folders}, Bench.Store, Bench.Sim.Get(), Bench.Messages, Pages};
 };
 
 TEST_F(FolderSelectionTest, AChosenFolderIsStoredSetAndShown) {

@@ -8,7 +8,8 @@ namespace {
 
 constexpr const char* Texts =
     "811=text 811\n812=text 812\n813=text 813\n701=text 701\n702=text 702\n703=text 703 %1 %2\n"
-    "4800=text 4800 %1\n4801=text 4801\n4802=text 4802\n4803=text 4803\n5900=text 5900 %1.\n5910=text 5910\n";
+    "4800=text 4800 %1\n4801=text 4801\n4802=text 4802\n4803=text 4803\n5900=text 5900 %1.\n5910=text 5910\n"
+    "866=text 866 %1\n867=text 867 %1 %2\n868=text 868 %1\n876=text 876 %1\n";
 
 }  // namespace
 
@@ -17,7 +18,8 @@ PostBench::PostBench()
       Expansion(Sim.Clock, Sim.Folders, Registry),
       Store(Sim.Files, Sim.Folders, Registry, Expansion, Sim.System.Version()),
       Journal(Sim.Files, Sim.Clock, Options, Folders),
-      Messages(Sim.Files, Sim.Folders.ProgramFolder(), Sim.Dialogs) {
+      Messages(Sim.Files, Sim.Folders.ProgramFolder(), Sim.Dialogs),
+      Say(Journal, Messages, Sim.Dialogs, Lifecycle, Form.lblStatus[1]) {
     Sim.Files.Put(Sim.Folders.ProgramFolder() + "/test.lang", Texts);
     Messages.Load("test");
     Folders.Paths = {"/temp", "/music", "/log"};

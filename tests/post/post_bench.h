@@ -9,6 +9,7 @@
 #include "core/lifecycle_flags.h"
 #include "core/log.h"
 #include "core/media_state.h"
+#include "core/reporter.h"
 #include "core/settings/profile.h"
 #include "core/settings/registry.h"
 #include "core/settings/settings.h"
@@ -49,6 +50,7 @@ struct PostBench {
     Log Journal;
     clsLocalizeControls Messages;
     frmMain Form;
+    Reporter Say;
 };
 
 }  // namespace Corvetape::Testing

@@ -20,10 +20,14 @@
 #include "platform/linux/processes/linux_processes.h"
 #include "post/encoders/encoder_table.h"
 #include "post/encoders/encoder_tools.h"
+#include "post/lists/watch_pages.h"
 #include "post/run_shell.h"
+#include "post/transfer/encoder_results.h"
 #include "post/transfer/shell_quote.h"
+#include "post/transfer/song_counter.h"
 #include "post/transfer/transfer_job.h"
 #include "support/data_file.h"
+#include "support/noted_reports.h"
 
 namespace Corvetape {
 
@@ -124,7 +128,7 @@ class RealEncoders : public ::testing::Test {
     /// Hands the song over and waits for its command. The exit code; -1 without one.
     int32_t Transfer(int32_t encoder) {
         Options.Encoder = encoder;
-        Job.TransferSong();
+        Job.TransferSong(Media.SongMedia);
         EXPECT_TRUE(Processes.WaitForAll(JobLimit));
         for (const JobResult& result : Processes.TakeFinished()) {
             if (result.Name != Song.JobName) continue;
@@ -169,16 +173,17 @@ class RealEncoders : public ::testing::Test {
     WorkingFolders Folders;
     MediaState Media;
     PauseSettings Pause;
-    RecordingFlags Flags;
     Log Journal{Files, Clock, Options, Folders};
-    int32_t SongCounter = 0;
     SongNotes Notes{Files, Folders};
-    TransferJob Job{{Media, Options, Folders, Pause, Flags, SongCounter, "1-run", {}},
-                    Files,
-                    Processes,
-                    Journal,
-                    Notes,
-                    {}};
+    SimMachine Sim;  ///< for what is neither a file nor a process
+    RegistryBranches Registry{Sim.Files, "/home/user/user.reg", "/home/user/machine.reg"};
+    SongCounter Counter{Registry};
+    frmMain Form;
+    Corvetape::Test::NotedReports Reports{Sim, Form};
+    WatchLists Lists{Files, Folders};
+    WatchPages Pages{Form, Lists, Processes, Reports.Say};
+    TransferJob Job{
+        {Options, Folders, "1-run", {}}, Media, Pause, {Files, Processes, Journal, Notes, Counter, Pages}};
     bool NoteStood = false;  ///< the note was there when the last command had ended
     std::string Made;        ///< what the last command says of its music file
     std::string Older;       ///< and of an older one

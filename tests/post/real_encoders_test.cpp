@@ -292,7 +292,7 @@ TEST_F(RealEncoders, SeveralSongsAreEncodedSideBySide) {
         Media.SongMedia.TempFileName = "song" + std::to_string(i);
         Media.SongMedia.Song = "Title " + std::to_string(i);
         PutSong(ToneFile(44100, 2, 8000));
-        Job.TransferSong();
+        Job.TransferSong(Media.SongMedia);
         made.push_back(Song.MusicFile);
     }
     ASSERT_TRUE(Processes.WaitForAll(JobLimit));
@@ -329,9 +329,8 @@ TEST_F(RealEncoders, ALogFileThatCannotBeWrittenHindersNothing) {
 
 TEST_F(RealEncoders, TheToolsOfThisMachineAreFound) {
     LinuxFolders places(Root + "/home");
-    const FoundTools found = FindTools(Files, places, Folders, [this](const std::string& ffmpeg) {
-        return ProbeWmaEncoder(Processes, ffmpeg);
-    });
+    WmaEncoderProbe probe(Files, Processes, Registry);
+    const FoundTools found = FindTools(Files, places, Folders, &probe);
     for (const EncoderTool tool :
          {EncoderTool::Lame, EncoderTool::OggEnc, EncoderTool::WmaEncoder, EncoderTool::Sox}) {
         EXPECT_TRUE(HasTool(found, tool));

@@ -70,7 +70,7 @@ TEST_F(RealEncoders, NoLinkIsWrittenThrough) {
         const std::string extension(EncoderTable[static_cast<size_t>(encoder)].Extension);
         ASSERT_TRUE(Files.ReplaceAtomically(victim, "precious"));
         PutSong(ToneFile(44100, 1, 8000));
-        const std::string number = std::to_string(SongCounter + 1);
+        const std::string number = std::to_string(Counter.Total() + 1);
         RunShell("mkdir -p " + ShellWord(Root + "/music/Radio \xc3\x84") + "; cd " +
                  ShellWord(Root + "/music/Radio \xc3\x84") + "; rm -f *; ln -s " + ShellWord(victim) +
                  " .corvet-1-run-" + number + ".part; ln -s " + ShellWord(victim) + " " +
@@ -85,22 +85,20 @@ TEST_F(RealEncoders, TwoRunsThatNormalizeTheSameSongNumberDoNotMixTheirSound) {
     Options.Normalize = true;
     WorkingFolders otherFolders = Folders;
     MediaState otherMedia = Media;
-    int32_t otherCounter = 0;
     otherMedia.SongMedia.Song = "Other";
     otherMedia.SongMedia.TempFileName = "other";
-    TransferJob other{{otherMedia, Options, otherFolders, Pause, Flags, otherCounter, "2-run", {}},
-                      Files,
-                      Processes,
-                      Journal,
-                      Notes,
-                      {}};
+    SongCounter otherCounter(Registry);
+    TransferJob other{{Options, otherFolders, "2-run", {}},
+                      otherMedia,
+                      Pause,
+                      {Files, Processes, Journal, Notes, otherCounter, Pages}};
     std::string otherMusic;
     other.Transferred.Connect([&](const TransferredSong& each) { otherMusic = each.MusicFile; });
     PutSong(ToneFile(44100, 20, 8000));
     ASSERT_TRUE(Files.ReplaceAtomically(Folders.SongTempFolder + "/other.wav", ToneFile(44100, 10, 2000)));
     Options.Encoder = 0;
-    Job.TransferSong();
-    other.TransferSong();
+    Job.TransferSong(Media.SongMedia);
+    other.TransferSong(otherMedia.SongMedia);
     ASSERT_TRUE(Processes.WaitForAll(JobLimit));
     for (const JobResult& result : Processes.TakeFinished()) EXPECT_EQ(result.ExitCode, 0);
     EXPECT_EQ(Content(Song.MusicFile).size(), ToneFile(44100, 20, 1).size());

@@ -46,8 +46,7 @@ class SongNotesTest : public testing::Test {
     std::vector<LeftSong> Found() {
         std::vector<LeftSong> songs;
         for (const std::string& name : ListNotedSongs(Machine.Files, Folder)) {
-            const auto song = ReadLeftSong(Machine.Files, Folder, name,
-                                           [](const std::string& run) { return run == "alive"; });
+            const auto song = ReadLeftSong(Machine.Files, Folder, name, Machine.System);
             if (song) songs.push_back(*song);
         }
         return songs;
@@ -109,7 +108,7 @@ TEST_F(SongNotesTest, ARemovedNoteCanBeWrittenAgain) {
 
 TEST_F(SongNotesTest, ASongOfARunThatStillRunsIsLeftAlone) {
     SongNote note = Note(true);
-    note.Run = "alive";
+    note.Run = "run-1";
     Notes.Write("song", note);
     EXPECT_TRUE(Found().empty());
 }
@@ -117,7 +116,7 @@ TEST_F(SongNotesTest, ASongOfARunThatStillRunsIsLeftAlone) {
 TEST_F(SongNotesTest, ASongWhoseEncoderStillWorksIsLeftToIt) {
     SongNote note = Note(true);
     note.HandedOn = 1;
-    note.Encoder = "alive";
+    note.Encoder = "run-1";
     Notes.Store("song", note);
     EXPECT_TRUE(Found().empty());
     note.Encoder = "gone";

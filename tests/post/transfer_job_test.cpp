@@ -1,5 +1,7 @@
 #include "post/transfer_rig.h"
 
+#include <limits>
+
 namespace Corvetape {
 namespace {
 
@@ -9,27 +11,27 @@ using ::testing::IsEmpty;
 
 TEST_F(TransferJobTest, TheTemporaryFilesGetTheFinalName) {
     Bench.Sim.Files.Put("/temp/Corvet/" + std::string(Stamp) + ".jpg", "cover");
-    Job.TransferSong();
+    Transfer();
     EXPECT_THAT(TempFiles(), ElementsAre("Artist - Title.jpg", "Artist - Title.wav"));
     EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.wav"), "sound");
 }
 
 TEST_F(TransferJobTest, WithoutSongDataNoFileIsRenamed) {
     Bench.Media.SongMedia.Song.clear();
-    Job.TransferSong();
+    Transfer();
     EXPECT_THAT(TempFiles(), ElementsAre(std::string(Stamp) + ".wav"));
 }
 
 TEST_F(TransferJobTest, APieceOfFixedTimeIsNotRenamed) {
     Bench.Pause.EndOfSongDetection = EndOfSong::FixedTime;
-    Job.TransferSong();
+    Transfer();
     EXPECT_THAT(TempFiles(), ElementsAre(std::string(Stamp) + ".wav"));
     EXPECT_FALSE(Exists("/music/Pop"));
 }
 
 TEST_F(TransferJobTest, AnEmptyNameGivesAFileOfExtensionOnly) {
     Bench.Options.MusicFileTemplate[1] = "%Source%";
-    Job.TransferSong();
+    Transfer();
     EXPECT_THAT(TempFiles(), ElementsAre(".wav"));
     EXPECT_EQ(Songs[0].TempFile, "/temp/Corvet/.wav");
 }
@@ -38,7 +40,7 @@ TEST_F(TransferJobTest, WhatIsLeftOfAnEarlierSongOfTheNameIsDeleted) {
     for (const char* name : {"Artist - Title.wav", "Artist - Title.jpg", "Artist - Title.mp3"}) {
         Bench.Sim.Files.Put("/temp/Corvet/" + std::string(name), "old");
     }
-    Job.TransferSong();
+    Transfer();
     EXPECT_THAT(TempFiles(), ElementsAre("Artist - Title.wav"));
     EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.wav"), "sound");
 }
@@ -47,45 +49,45 @@ TEST_F(TransferJobTest, ASongWhoseNameOnlyBeginsLikeThisOneIsLeftAlone) {
     for (const char* name : {"Artist - Title. Part B.wav", "Artist - Title.x.jpg", "Artist - Title2.wav"}) {
         Bench.Sim.Files.Put("/temp/Corvet/" + std::string(name), "other");
     }
-    Job.TransferSong();
+    Transfer();
     EXPECT_EQ(TempFiles().size(), 4U);
 }
 
 TEST_F(TransferJobTest, ASongWhoseNameIsItsTimeStampDoesNotDeleteItself) {
     Bench.Options.MusicFileTemplate[1] = Stamp;
-    Job.TransferSong();
+    Transfer();
     EXPECT_THAT(TempFiles(), ElementsAre(std::string(Stamp) + ".wav"));
 }
 
 TEST_F(TransferJobTest, PartsOfASongDoNotReplaceOneAnother) {
     Bench.Media.SongMedia.FilePart = 1;
-    Job.TransferSong();
+    Transfer();
     Bench.Sim.Files.Put("/temp/Corvet/second.wav", "more");
     Bench.Media.SongMedia.TempFileName = "second";
     Bench.Media.SongMedia.FilePart = 2;
-    Job.TransferSong();
+    Transfer();
     EXPECT_THAT(TempFiles(), ElementsAre("Artist - Title (1).wav", "Artist - Title (2).wav"));
     EXPECT_NE(Songs[0].MusicFile, Songs[1].MusicFile);
 }
 
 TEST_F(TransferJobTest, TheSubfolderIsMade) {
-    Job.TransferSong();
+    Transfer();
     EXPECT_TRUE(Exists("/music/Pop"));
 }
 
 TEST_F(TransferJobTest, OnlyTheLastLevelOfTheSubfolderIsMade) {
     Bench.Options.MusicFolderTemplate = "%Genre%/%Artist%";
-    Job.TransferSong();
+    Transfer();
     EXPECT_FALSE(Exists("/music/Pop"));
     ASSERT_EQ(Bench.Sim.Processes.Jobs.size(), 1U);
     Bench.Sim.Files.MakeFolders("/music/Pop");
-    Job.TransferSong();
+    Transfer();
     EXPECT_TRUE(Exists("/music/Pop/Artist"));
 }
 
 TEST_F(TransferJobTest, AFailingRenameStartsTheEncoderAllTheSameAndKeepsTheSong) {
     Bench.Sim.Files.AddFault({.Operation = FileOperation::Rename});
-    Job.TransferSong();
+    Transfer();
     EXPECT_EQ(Bench.Sim.Processes.Jobs.size(), 1U);
     EXPECT_THAT(TempFiles(), ElementsAre(std::string(Stamp) + ".wav"));
     EXPECT_EQ(Bench.LogLines(), "WAV44\tArtist - Title\n");
@@ -94,41 +96,53 @@ TEST_F(TransferJobTest, AFailingRenameStartsTheEncoderAllTheSameAndKeepsTheSong)
 TEST_F(TransferJobTest, WithAutoExcludeTheNameGoesOnTheExcludeList) {
     Bench.Options.AutoExclude = true;
     Bench.Media.SongMedia.FilePart = 3;
-    Job.TransferSong();
-    EXPECT_THAT(Excluded, ElementsAre("1 Artist - Title"));
+    Transfer();
+    EXPECT_THAT(Lists.List(WatchListKind::Exclude).Entries(), ElementsAre("Artist - Title"));
 }
 
 TEST_F(TransferJobTest, WithoutAutoExcludeOrSongDataTheListStaysAsItIs) {
-    Job.TransferSong();
+    Transfer();
     Bench.Options.AutoExclude = true;
     Bench.Media.SongMedia.Song.clear();
-    Job.TransferSong();
-    EXPECT_THAT(Excluded, IsEmpty());
+    Transfer();
+    EXPECT_THAT(Lists.List(WatchListKind::Exclude).Entries(), IsEmpty());
 }
 
 TEST_F(TransferJobTest, TheSongCounterRisesForEverySong) {
-    Job.TransferSong();
-    EXPECT_EQ(SongCounter, 42);
-    EXPECT_EQ(StoredCounter, 42);
+    const auto stored = [this] { return NumberOf(Bench.Registry.ReadUserValue("", "TotalCountOfSongs")); };
+    Transfer();
+    EXPECT_EQ(Counter.Total(), 42);
+    EXPECT_EQ(stored(), 42);
     Bench.Media.SongMedia.Song.clear();
-    Job.TransferSong();
+    Transfer();
     Bench.Options.EncodeOffline = true;
-    Job.TransferSong();
-    EXPECT_EQ(SongCounter, 44);
-    EXPECT_EQ(StoredCounter, 44);
+    Transfer();
+    EXPECT_EQ(Counter.Total(), 44);
+    EXPECT_EQ(stored(), 44);
 }
 
 TEST_F(TransferJobTest, TheSongCounterGoesOnPastItsLargestNumber) {
-    SongCounter = std::numeric_limits<int32_t>::max();
-    CounterFails = true;
-    Job.TransferSong();
-    EXPECT_EQ(SongCounter, std::numeric_limits<int32_t>::min());
+    ASSERT_TRUE(Bench.Registry.WriteUserValue("", "TotalCountOfSongs", std::numeric_limits<int32_t>::max()));
+    Counter.Load();
+    Bench.Sim.Files.AddFault({.Pattern = "*registry-user", .Operation = FileOperation::Replace});
+    Transfer();
+    EXPECT_EQ(Counter.Total(), std::numeric_limits<int32_t>::min());
+}
+
+TEST(SongCounterAlone, TakesTheLargestNumberForATotalThatIsNone) {
+    Testing::PostBench bench;
+    SongCounter counter(bench.Registry);
+    counter.Load();
+    EXPECT_EQ(counter.Total(), 0);
+    ASSERT_TRUE(bench.Registry.WriteUserValue("", "TotalCountOfSongs", std::string("1e300")));
+    counter.Load();
+    EXPECT_EQ(counter.Total(), std::numeric_limits<int32_t>::max());
 }
 
 TEST_F(TransferJobTest, EncodingOfflineLeavesTheSongUnderItsFinalName) {
     Bench.Options.EncodeOffline = true;
     Bench.Options.Normalize = Bench.Options.DelTemp = true;
-    Job.TransferSong();
+    Transfer();
     EXPECT_THAT(TempFiles(), ElementsAre("Artist - Title.wav"));
     EXPECT_THAT(Bench.Sim.Processes.Jobs, IsEmpty());
     EXPECT_EQ(Bench.LogLines(), "TEMP\tArtist - Title\n");
@@ -140,7 +154,7 @@ TEST_F(TransferJobTest, EncodingOfflineLeavesTheSongUnderItsFinalName) {
 TEST_F(TransferJobTest, EncodingOfflineLooksAtNoEncoder) {
     Bench.Options.EncodeOffline = true;
     Bench.Options.Encoder = 17;
-    Job.TransferSong();
+    Transfer();
     EXPECT_EQ(Bench.LogLines(), "TEMP\tArtist - Title\n");
 }
 
@@ -154,7 +168,7 @@ TEST_F(TransferJobTest, EachEncoderHasItsCommandItsQualityItsLabelAndItsExtensio
     std::string lines;
     for (int32_t encoder = 0; encoder < 6; ++encoder) {
         Bench.Options.Encoder = encoder;
-        Job.TransferSong();
+        Transfer();
         const auto& row = rows[encoder];
         if (row.Output != nullptr) {
             EXPECT_EQ(RunLastJob().Output, row.Output) << encoder;
@@ -168,7 +182,7 @@ TEST_F(TransferJobTest, EachEncoderHasItsCommandItsQualityItsLabelAndItsExtensio
 
 TEST_F(TransferJobTest, TheParametersOfTheEncoderStandInTheirOrder) {
     Bench.Options.Encoder = 1;
-    Job.TransferSong();
+    Transfer();
     EXPECT_THAT(Testing::PrintedArguments(RunLastJob()),
                 ElementsAre("/temp/Corvet/Artist - Title", "/music/Pop/Artist - Title", "a=Artist", "t=Title",
                             "-V", "2", "--x", "s=Pop", "/log/encode.log", "b=Album"));
@@ -181,7 +195,7 @@ TEST_F(TransferJobTest, HostileMediaDataArriveAsDataOnly) {
     song.Artist = "-rf \"$(id)\" %1%2";
     song.Song = "'; id; '%5 %1 \\R\\N\n$HOME &";
     song.Album = "%3%4\\";
-    Job.TransferSong();
+    Transfer();
     const auto arguments = Testing::PrintedArguments(RunLastJob());
     ASSERT_EQ(arguments.size(), 10U);
     EXPECT_EQ(arguments[2], "a=" + song.Artist);
@@ -196,14 +210,14 @@ TEST_F(TransferJobTest, LongMediaDataStillMakeACommandLineThatCanBeStarted) {
     Bench.Options.Normalize = Bench.Options.DelTemp = true;
     STATIONANDSONGDATA& song = Bench.Media.SongMedia;
     song.StationName = song.Artist = song.Song = song.Album = std::string(100000, '\'');
-    Job.TransferSong();
+    Transfer();
     EXPECT_LT(Bench.Sim.Processes.Jobs.back().CommandLine.size(), 131072U);
     EXPECT_THAT(Testing::PrintedArguments(RunLastJob()).size(), 15U);
 }
 
 TEST_F(TransferJobTest, NormalizingComesAheadOfTheEncoder) {
     Bench.Options.Normalize = true;
-    Job.TransferSong();
+    Transfer();
     const Testing::ShellRun run = RunLastJob();
     EXPECT_THAT(Testing::PrintedArguments(run),
                 ElementsAre("n", "/temp/Corvet/Artist - Title", "/log/encode.log", "42", "/temp/Corvet/"));
@@ -213,7 +227,7 @@ TEST_F(TransferJobTest, NormalizingComesAheadOfTheEncoder) {
 TEST_F(TransferJobTest, TheEncoderRunsAlsoIfNormalizingFailed) {
     Bench.Options.Normalize = true;
     Bench.Options.NormalizeCommand = "sh -c 'exit 3'\\r\\n";
-    Job.TransferSong();
+    Transfer();
     const Testing::ShellRun run = RunLastJob();
     EXPECT_EQ(run.Output, "wav44");
     EXPECT_EQ(run.ExitCode, 3);
@@ -221,31 +235,31 @@ TEST_F(TransferJobTest, TheEncoderRunsAlsoIfNormalizingFailed) {
 
 TEST_F(TransferJobTest, TheJobFailsWithItsEncoder) {
     Bench.Options.EncoderCommand[0] = "sh -c 'exit 9'\\r\\n";
-    Job.TransferSong();
+    Transfer();
     EXPECT_EQ(RunLastJob().ExitCode, 9);
     Bench.Options.EncoderCommand[0] = "corvet-no-such-encoder %1.wav\\r\\n";
-    Job.TransferSong();
+    Transfer();
     EXPECT_EQ(RunLastJob().ExitCode, 127);
 }
 
 TEST_F(TransferJobTest, OnlyWithDelTempAnythingIsDeletedAtTheEnd) {
-    Job.TransferSong();
+    Transfer();
     EXPECT_THAT(Bench.Sim.Processes.Jobs[0].CommandLine, ::testing::Not(HasSubstr("for corvet_file")));
     Bench.Options.DelTemp = true;
-    Job.TransferSong();
+    Transfer();
     EXPECT_THAT(Bench.Sim.Processes.Jobs[1].CommandLine, HasSubstr("for corvet_file"));
 }
 
 TEST_F(TransferJobTest, TheJobRunsInTheProgramFolderWithItsToolsAheadOfTheSearchPath) {
     Bench.Options.EncoderCommand[0] = "printf %s \"$PATH\"";
-    Job.TransferSong();
+    Transfer();
     EXPECT_EQ(Bench.Sim.Processes.Jobs[0].WorkingFolder, "/opt/corvetape");
     EXPECT_TRUE(RunLastJob().Output.starts_with("/opt/corvetape:/usr/share/Corvet:"));
 }
 
 TEST_F(TransferJobTest, EveryJobHasANameOfItsOwn) {
-    Job.TransferSong();
-    Job.TransferSong();
+    Transfer();
+    Transfer();
     EXPECT_EQ(Songs[0].JobName, Bench.Sim.Processes.Jobs[0].Name);
     EXPECT_EQ(Songs[1].JobName, Bench.Sim.Processes.Jobs[1].Name);
     EXPECT_NE(Songs[0].JobName, Songs[1].JobName);
@@ -253,7 +267,7 @@ TEST_F(TransferJobTest, EveryJobHasANameOfItsOwn) {
 
 TEST_F(TransferJobTest, ACommandThatCannotBeStartedIsLoggedAllTheSame) {
     Bench.Sim.Processes.RefuseJobs = true;
-    Job.TransferSong();
+    Transfer();
     EXPECT_EQ(Bench.LogLines(), "WAV44\tArtist - Title\n");
     EXPECT_THAT(TempFiles(), ElementsAre("Artist - Title.wav"));
     EXPECT_EQ(Songs[0].MusicFile, "");
@@ -262,21 +276,21 @@ TEST_F(TransferJobTest, ACommandThatCannotBeStartedIsLoggedAllTheSame) {
 
 TEST_F(TransferJobTest, WithMediaDataSwitchedOffTheLineNamesTheTemporaryFile) {
     Bench.Media.StationDataEnabled = false;
-    Job.TransferSong();
+    Transfer();
     EXPECT_EQ(Bench.LogLines(), "WAV44\t" + std::string(Stamp) + "\n");
 }
 
 TEST_F(TransferJobTest, TheLineOfAnUnknownSongNamesTheTemporaryFile) {
     Bench.Media.SongMedia.Artist.clear();
     Bench.Media.SongMedia.Song.clear();
-    Job.TransferSong();
+    Transfer();
     EXPECT_EQ(Bench.LogLines(), "WAV44\t" + std::string(Stamp) + "\n");
 }
 
 TEST_F(TransferJobTest, AnEncoderOutsideTheTableIsToldAndTheSongStays) {
     for (const int32_t encoder : {6, -1}) {
         Bench.Options.Encoder = encoder;
-        Job.TransferSong();
+        Transfer();
         EXPECT_THAT(Songs.back().Problem, HasSubstr(std::to_string(encoder)));
         EXPECT_EQ(Songs.back().JobLabel, "");
     }
@@ -290,20 +304,20 @@ TEST_F(TransferJobTest, AnEncoderOutsideTheTableIsToldAndTheSongStays) {
 TEST_F(TransferJobTest, AQualityOutsideItsListIsToldAndTheSongStays) {
     Bench.Options.Encoder = 1;
     Bench.Options.MP3Quality = 2;
-    Job.TransferSong();
+    Transfer();
     Bench.Options.MP3Quality = -1;
-    Job.TransferSong();
+    Transfer();
     EXPECT_THAT(Bench.Sim.Processes.Jobs, IsEmpty());
     EXPECT_EQ(Bench.LogLines(),
               "ERROR\tThere is no quality 2 for MP3. The song stays as /temp/Corvet/Artist - Title.wav\n"
               "ERROR\tThere is no quality -1 for MP3.\n");
-    EXPECT_EQ(SongCounter, 43);
+    EXPECT_EQ(Counter.Total(), 43);
 }
 
 TEST_F(TransferJobTest, AMissingCommandIsToldAndTheSongStaysAlsoWithDelTemp) {
     Bench.Options.EncoderCommand[0] = " ";
     Bench.Options.DelTemp = true;
-    Job.TransferSong();
+    Transfer();
     EXPECT_THAT(Bench.Sim.Processes.Jobs, IsEmpty());
     EXPECT_EQ(Bench.LogLines(),
               "ERROR\tThere is no command WAV44 to make this format. The song stays as "
@@ -312,51 +326,14 @@ TEST_F(TransferJobTest, AMissingCommandIsToldAndTheSongStaysAlsoWithDelTemp) {
 
 TEST_F(TransferJobTest, ABrokenCommandIsToldAndNothingOfItRuns) {
     Bench.Options.EncoderCommand[0] = "echo 'a\\r\\n";
-    Job.TransferSong();
+    Transfer();
     Bench.Options.EncoderCommand[0] = "echo a\\r\\n";
     Bench.Options.Normalize = true;
     Bench.Options.NormalizeCommand = "echo \"";
-    Job.TransferSong();
+    Transfer();
     EXPECT_THAT(Bench.Sim.Processes.Jobs, IsEmpty());
     EXPECT_THAT(Songs[0].Problem, HasSubstr("WAV44"));
     EXPECT_THAT(Songs[1].Problem, HasSubstr("Normalize"));
-}
-
-TEST_F(TransferJobTest, ThePendingEndOfTheProgramFollowsTheSong) {
-    Job.TransferSong();
-    EXPECT_EQ(Unloads, 0);
-    Bench.Flags.QuitAtEndOfSong = true;
-    Job.TransferSong();
-    EXPECT_EQ(Unloads, 1);
-    Bench.Options.Encoder = 99;
-    Job.TransferSong();
-    EXPECT_EQ(Unloads, 2);
-    Bench.Options.EncodeOffline = true;
-    Job.TransferSong();
-    EXPECT_EQ(Unloads, 3);
-    EXPECT_EQ(Songs.size(), 4U);
-}
-
-TEST_F(TransferJobTest, TheTimerRunsTheJobOnce) {
-    Job.Attach(Bench.Form.tmrEncodeFile);
-    Bench.Form.tmrEncodeFile.Attach(Bench.Sim.Loop);
-    Bench.Form.tmrEncodeFile.Interval(EncodeInterval(5000));
-    Bench.Form.tmrEncodeFile.Running(true);
-    Bench.Sim.Loop.RunFor(std::chrono::milliseconds(4999));
-    EXPECT_THAT(Songs, IsEmpty());
-    Bench.Sim.Loop.RunFor(std::chrono::milliseconds(1));
-    EXPECT_EQ(Songs.size(), 1U);
-    EXPECT_FALSE(Bench.Form.tmrEncodeFile.Running());
-    Bench.Sim.Loop.RunFor(std::chrono::milliseconds(20000));
-    EXPECT_EQ(Songs.size(), 1U);
-}
-
-TEST(EncodeInterval, IsAtLeastAHundredMilliseconds) {
-    EXPECT_EQ(EncodeInterval(5000), 5000);
-    EXPECT_EQ(EncodeInterval(101), 101);
-    EXPECT_EQ(EncodeInterval(100), 100);
-    EXPECT_EQ(EncodeInterval(0), 100);
-    EXPECT_EQ(EncodeInterval(-7), 100);
 }
 
 }  // namespace

@@ -5,12 +5,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "post/lists/watch_pages.h"
 #include "post/post_bench.h"
 #include "post/run_shell.h"
+#include "post/transfer/song_counter.h"
 
 namespace Corvetape {
 
@@ -40,6 +42,8 @@ class TransferJobTest : public ::testing::Test {
         song.Album = "Album";
         song.TempFileName = Stamp;
         Bench.Sim.Files.Put("/temp/Corvet/" + std::string(Stamp) + ".wav", "sound");
+        EXPECT_TRUE(Bench.Registry.WriteUserValue("", "TotalCountOfSongs", 41));
+        Counter.Load();
         Job.Transferred.Connect([this](const TransferredSong& each) { Songs.push_back(each); });
     }
 
@@ -57,31 +61,22 @@ class TransferJobTest : public ::testing::Test {
     Testing::ShellRun RunLastJob() { return Testing::RunShell(Bench.Sim.Processes.Jobs.back().CommandLine); }
 
     Testing::PostBench Bench;
-    int32_t SongCounter = 41;
-    int32_t StoredCounter = 41;
-    bool CounterFails = false;
-    int32_t Unloads = 0;
-    std::vector<std::string> Excluded;
     std::vector<TransferredSong> Songs;
     SongNotes Notes{Bench.Sim.Files, Bench.Folders};
-    TransferJob MakeJob() {
-        return {{Bench.Media, Bench.Options, Bench.Folders, Bench.Pause, Bench.Flags, SongCounter, "run-1",
-                 Inputs},
-                Bench.Sim.Files,
-                Bench.Sim.Processes,
-                Bench.Journal,
-                Notes,
-                {[this](int32_t list, const std::string& entry) {
-                     Excluded.push_back(std::to_string(list) + " " + entry);
-                 },
-                 [this]() -> std::optional<int32_t> {
-                     if (CounterFails) return std::nullopt;
-                     return ++StoredCounter;
-                 },
-                 [this] { ++Unloads; }}};
+    SongCounter Counter{Bench.Registry};
+    WatchLists Lists{Bench.Sim.Files, Bench.Folders};
+    WatchPages Pages{Bench.Form, Lists, Bench.Sim.Processes, Bench.Say};
+
+    TransferJob MakeJob(std::vector<std::string> inputs = {}) {
+        return {{Bench.Options, Bench.Folders, "run-1", std::move(inputs)},
+                Bench.Media,
+                Bench.Pause,
+                {Bench.Sim.Files, Bench.Sim.Processes, Bench.Journal, Notes, Counter, Pages}};
     }
 
-    std::vector<std::string> Inputs;
+    /// The job, for the song in the record.
+    void Transfer() { Job.TransferSong(Bench.Media.SongMedia); }
+
     TransferJob Job = MakeJob();
 };
 

@@ -7,10 +7,10 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 TEST_F(TransferJobTest, ASongWhoseNameAnUnfinishedOneHasGetsANumberAndLeavesItsFilesAlone) {
-    Job.TransferSong();
+    Transfer();
     Bench.Sim.Files.Put("/temp/Corvet/second.wav", "second sound");
     Bench.Media.SongMedia.TempFileName = "second";
-    Job.TransferSong();
+    Transfer();
     EXPECT_THAT(TempFiles(), ElementsAre("Artist - Title (2).wav", "Artist - Title.wav"));
     EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.wav"), "sound");
     EXPECT_THAT(Bench.Sim.Processes.Jobs[1].CommandLine, HasSubstr("/temp/Corvet/Artist - Title (2)'"));
@@ -19,7 +19,7 @@ TEST_F(TransferJobTest, ASongWhoseNameAnUnfinishedOneHasGetsANumberAndLeavesItsF
 
 TEST_F(TransferJobTest, ANoteStaysUntilTheMusicFileIsThere) {
     Bench.Sim.Files.Put("/temp/Corvet/" + std::string(Stamp) + ".note", "[Song]\n");
-    Job.TransferSong();
+    Transfer();
     EXPECT_FALSE(Exists("/temp/Corvet/" + std::string(Stamp) + ".note"));
     const std::string note = Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.note").value_or("");
     for (const char* line : {"Run=\"run-1\"", "HandedOn=1", "Number=42", "Work=\"run-1-42\"", "Wanted=1",
@@ -34,17 +34,17 @@ TEST_F(TransferJobTest, ANoteStaysUntilTheMusicFileIsThere) {
 
 TEST_F(TransferJobTest, WhatIsEncodedOfflineHasNoNote) {
     Bench.Options.EncodeOffline = true;
-    Job.TransferSong();
+    Transfer();
     EXPECT_FALSE(Exists("/temp/Corvet/Artist - Title.note"));
 }
 
 TEST_F(TransferJobTest, OfSongsThatStayTheLongerKeepsTheNameAndTheOtherIsNumbered) {
     Bench.Options.EncodeOffline = true;
-    Job.TransferSong();
+    Transfer();
     const auto another = [&](const std::string& sound) {
         Bench.Sim.Files.Put("/temp/Corvet/next.wav", sound);
         Bench.Media.SongMedia.TempFileName = "next";
-        Job.TransferSong();
+        Transfer();
     };
     another("longer sound");
     another("x");
@@ -62,13 +62,11 @@ TEST_F(TransferJobTest, OfSongsThatStayTheLongerKeepsTheNameAndTheOtherIsNumbere
 
 TEST_F(TransferJobTest, AFileThatIsBeingRecordedIsNeitherDeletedNorItsNameTaken) {
     Bench.Sim.Files.Put("/temp/Corvet/Artist - Title.wav", "input");
-    Inputs.push_back("/temp/Corvet/Artist - Title.wav");
     Bench.Sim.Files.Put("/music/Pop/Artist - Title.wav", "input too");
-    Inputs.push_back("/music/Pop/Artist - Title.wav");
     Bench.Options.EncoderCommand[0] = "printf %s \"$CORVET_SAME_NAME\"";
     Bench.Options.SameName = 0;
-    TransferJob job = MakeJob();
-    job.TransferSong();
+    TransferJob job = MakeJob({"/temp/Corvet/Artist - Title.wav", "/music/Pop/Artist - Title.wav"});
+    job.TransferSong(Bench.Media.SongMedia);
     EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.wav"), "input");
     EXPECT_TRUE(Exists("/temp/Corvet/Artist - Title (2).wav"));
     EXPECT_EQ(RunLastJob().Output, "2") << "the music is numbered whatever the rule";
@@ -78,7 +76,7 @@ TEST_F(TransferJobTest, TheCommandIsToldTheRuleForMusicOfTheSameName) {
     Bench.Options.EncoderCommand[0] = "printf %s \"$CORVET_SAME_NAME,$CORVET_WORK,$CORVET_MADE\"";
     for (const int32_t rule : {0, 1, 2}) {
         Bench.Options.SameName = rule;
-        Job.TransferSong();
+        Transfer();
         EXPECT_THAT(RunLastJob().Output, ::testing::StartsWith(std::to_string(rule) + ",run-1-4"));
         EXPECT_THAT(RunLastJob().Output, HasSubstr(",/temp/Corvet/run-1-4"));
     }

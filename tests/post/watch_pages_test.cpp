@@ -5,6 +5,7 @@
 #include <numeric>
 
 #include "sim/sim_machine.h"
+#include "support/noted_reports.h"
 
 namespace Corvetape {
 namespace {
@@ -34,7 +35,8 @@ class WatchPagesTest : public testing::Test {
     WorkingFolders Folders;
     frmMain Form;
     WatchLists Lists{Machine.Files, Folders};
-    WatchPages Pages{Form, Lists, Machine.Processes};
+    Corvetape::Test::NotedReports Reports{Machine, Form, "876=unread %1\n"};
+    WatchPages Pages{Form, Lists, Machine.Processes, Reports.Say};
 };
 
 using Texts = std::vector<std::string>;
@@ -56,10 +58,10 @@ TEST_F(WatchPagesTest, AListThatCouldNotBeReadIsReportedAndNeverWritten) {
     const std::string file = Lists.FileOf(Exclude);
     Machine.Files.Put(file, "One\r\nTwo\r\n");
     Machine.Files.AddFault({.Pattern = file, .Operation = FileOperation::Read, .Times = 1});
-    Texts reported;
-    Pages.Unreadable = [&](const std::string& path) { reported.push_back(path); };
+    const Texts& reported = Reports.Lines;
     Pages.LoadWatchLists();
-    EXPECT_EQ(reported, Texts{file});
+    EXPECT_EQ(reported, Texts{"ERROR unread " + file});
+    EXPECT_EQ(Form.lblStatus[1].Caption(), "unread " + file);
     Pages.AddToWatchList(Exclude, "Three");
     EXPECT_EQ(Machine.Files.Content(file), "One\r\nTwo\r\n");
     EXPECT_EQ(Shown(Exclude), Texts{"Three"}) << "it holds until the program ends";

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "sim/sim_files.h"
+#include "support/noted_reports.h"
 
 namespace Corvetape::Test {
 namespace {
@@ -43,27 +44,17 @@ class DiskChecks : public testing::Test {
     /// The key of what was told in the status line; empty if nothing happened.
     std::string Status() const { return Form.lblStatus[1].Caption(); }
 
-    DiskCheckActions MakeActions() {
-        DiskCheckActions actions;
-        actions.FormatMsg = [](const std::string& key, std::span<const std::string> arguments) {
-            return arguments.empty() ? key : key + ":" + arguments[0];
-        };
-        actions.WriteLog = [this](const std::string& kind, const std::string& text) {
-            Log.push_back(kind + " " + text);
-        };
-        actions.ErrorBox = [this](const std::string& text) { Boxes.push_back(text); };
-        return actions;
-    }
-
     frmMain Form;
-    SimFiles Disk;
+    SimMachine Computer;
+    SimFiles& Disk = Computer.Files;
     Settings Options;
     WorkingFolders Folders;
     RecordingFlags Flags;
     DeferredMessages Messages;
-    std::vector<std::string> Log;
-    std::vector<std::string> Boxes;
-    DiskCheck Check{{Form, Disk, Options, Folders, Flags, Messages}, MakeActions()};
+    NotedReports Reports{Computer, Form, "803=803\n804=804\n805=805\n906=906:%1\n907=907\n"};
+    std::vector<std::string>& Log = Reports.Lines;
+    std::vector<ShownBox>& Boxes = Computer.Dialogs.Boxes;
+    DiskCheck Check{{Form, Disk, Options, Folders, Flags, Messages}, Reports.Say};
 };
 
 // The folder of the start, after another one was chosen.
@@ -198,7 +189,9 @@ TEST_F(DiskChecks, AFolderThatCannotBeAskedEndsTheProgramAlsoWhileNothingIsRecor
     Folders.Paths[1] = "/nowhere";
     EXPECT_FALSE(Check.Run());
     EXPECT_THAT(Log, ElementsAre("ERROR 906:/nowhere"));
-    EXPECT_THAT(Boxes, ElementsAre("906:/nowhere"));
+    ASSERT_EQ(Boxes.size(), 1U);
+    EXPECT_EQ(Boxes[0].Text, "906:/nowhere");
+    EXPECT_EQ(Boxes[0].Icon, DialogIcon::Critical);
     Folders.Paths[0] = "/gone";
     EXPECT_FALSE(Check.Run());
     EXPECT_THAT(Log, ElementsAre("ERROR 906:/nowhere", "ERROR 906:/gone")) << "the first of them is told";
@@ -255,10 +248,11 @@ class ThrowingDisk : public SimFiles {
 
 TEST_F(DiskChecks, AnUnexpectedErrorIsReportedAndEndsTheProgram) {
     ThrowingDisk broken;
-    DiskCheck check({Form, broken, Options, Folders, Flags, Messages}, MakeActions());
+    DiskCheck check({Form, broken, Options, Folders, Flags, Messages}, Reports.Say);
     EXPECT_FALSE(check.Run());
     EXPECT_THAT(Log, ElementsAre("ERROR 907"));
-    EXPECT_THAT(Boxes, ElementsAre("907"));
+    ASSERT_EQ(Boxes.size(), 1U);
+    EXPECT_EQ(Boxes[0].Text, "907");
 }
 
 }  // namespace

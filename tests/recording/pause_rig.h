@@ -7,8 +7,10 @@
 
 #include "core/settings/registry.h"
 #include "core/text/placeholders.h"
+#include "recording/pause_calibration.h"
 #include "recording/pause_control.h"
 #include "sim/sim_machine.h"
+#include "support/signal_chain.h"
 
 namespace Corvetape::Test {
 
@@ -57,7 +59,11 @@ class PauseRig {
     PauseSettings Pause;
     SignalState Signal;
     MediaState Media;
-    PauseControl Control{{Form, Pause, Signal, Media, Store, Computer.Dialogs, Messages}};
+    SignalChain Chain{Computer, Signal, Pause, Media};
+    RunOverrides Overrides{Store, {}};
+    SongEndMode Mode{Form, Pause, Chain.Device};
+    PauseControl Control{{Form, Pause, Signal, Media, Store, Computer.Dialogs, Messages, Overrides}, Mode};
+    PauseCalibration Calibration{Form, Pause, Computer.Dialogs, Messages};
 };
 
 }  // namespace Corvetape::Test

@@ -4,7 +4,9 @@
 
 #include "core/log.h"
 #include "post/lists/watch_list.h"
+#include "post/transfer/song_counter.h"
 #include "sim/sim_machine.h"
+#include "support/noted_reports.h"
 
 namespace Corvetape::Test {
 namespace {
@@ -31,18 +33,17 @@ struct Rig {
     WorkingFolders Folders;
     MediaState Media;
     PauseSettings Pause;
-    RecordingFlags Flags;
-    int32_t Counter = 0;
+    NotedReports Reports{Computer, Form};
+    RegistryBranches Registry{Computer.Files, "/home/user/user.reg", "/home/user/machine.reg"};
+    SongCounter Counter{Registry};
     WatchLists Lists{Computer.Files, Folders};
-    WatchPages Pages{Form, Lists, Computer.Processes};
+    WatchPages Pages{Form, Lists, Computer.Processes, Reports.Say};
     Log Journal{Computer.Files, Computer.Clock, Options, Folders};
     SongNotes Notes{Computer.Files, Folders};
-    TransferJob Transfer{{Media, Options, Folders, Pause, Flags, Counter, "run", {}, true},
-                         Computer.Files,
-                         Computer.Processes,
-                         Journal,
-                         Notes,
-                         {}};
+    TransferJob Transfer{{Options, Folders, "run", {}},
+                         Media,
+                         Pause,
+                         {Computer.Files, Computer.Processes, Journal, Notes, Counter, Pages}};
     SongActions Actions{{Computer.Files, Computer.Clock, Options, Folders, Pages, Transfer}};
 };
 

@@ -41,10 +41,10 @@ class MediaSources : public testing::TestWithParam<int> {
             options.Settings.push_back({source, "EndOfSongDetection", std::to_string(GetParam())});
             options.Settings.push_back({source, "LengthOfPause", "500"});
         }
-        options.Connect = [](World& world, RunOptions& run) {
-            run.Documents = &world.Browser;
-            run.Players = &world.Players;
-            run.Web = &world.Web;
+        options.Connect = [](World& world, Machine& machine, RunOptions&) {
+            machine.Documents = &world.Browser;
+            machine.Players = &world.Players;
+            machine.Web = &world.Web;
         };
         Radio.emplace(std::move(options));
         Radio->Disk().Put(Radio->Computer.Folders.Program + "/MSIE.ini", Profiles);

@@ -13,6 +13,8 @@
 
 #include "app/program.h"
 #include "core/settings/profile.h"
+#include "forms/dlg_provider.h"
+#include "forms/form_boxes.h"
 #include "media/provider_wmp.h"
 #include "platform/virtual/source_players.h"
 #include "sim/radio_script.h"
@@ -40,6 +42,14 @@ struct IniLine {
 };
 
 class World;
+
+/// Forms that the program asks its user with. Without an answer there is no user.
+class AnsweredForms : public FormBoxes {
+ public:
+    void Ask(dlgProvider& dialog) override { Answer(dialog); }
+
+    std::function<void(dlgProvider&)> Answer;
+};
 
 /// A song as it was closed, with the place in the radio that it claims to come from.
 struct HeardSong {
@@ -70,7 +80,7 @@ struct WorldOptions {
     std::function<void()> RestartRadio;
 
     /// Gives the run further sources of media data, and whatever else it may have.
-    std::function<void(World&, RunOptions&)> Connect;
+    std::function<void(World&, Corvetape::Machine&, RunOptions&)> Connect;
 
     /// Takes the temporary song when its encoder has run; empty: it becomes the music file as it is.
     std::function<void(World&, const TransferredSong&)> Encode;
@@ -114,15 +124,15 @@ class World {
         RunOptions run;
         run.CommandLine = Setup.CommandLine;
         run.MaxSongBytes = Setup.MaxSongBytes;
+        run.Boxes = Question.Answer ? &Question : nullptr;
+        Machine machine = Computer.Get();
         if (Setup.RestartRadio) {
-            ShowPage(run);
+            ShowPage(machine);
         } else if (Setup.TellsTitles) {
-            run.Players = &OnAirPlayers;
+            machine.Players = &OnAirPlayers;
         }
-        if (Setup.Connect) Setup.Connect(*this, run);
-        const Machine machine = Computer.Get();
-        Recorder.emplace(Setup.Through ? Setup.Through(machine) : machine, std::move(run), MakeEvents(),
-                         Desktop);
+        if (Setup.Connect) Setup.Connect(*this, machine, run);
+        Recorder.emplace(Setup.Through ? Setup.Through(machine) : machine, std::move(run), MakeEvents());
     }
 
     bool Load() { return Recorder->Load(); }
@@ -202,7 +212,8 @@ class World {
     SimDocuments Browser;
     SimPlayers Players{Computer.Loop};
     SimHttp Web{Computer.Loop};
-    DesktopSteps Desktop;  ///< for the next program that is made
+    AnsweredForms Question;                              ///< for the next program that is made
+    std::function<void(const std::string& what)> Asked;  ///< told what is asked of the shell
     std::optional<Program> Recorder;
 
     std::vector<HeardSong> Closed;
@@ -214,6 +225,10 @@ class World {
     WorldOptions Setup;
 
  private:
+    void Tell(const std::string& what) {
+        if (Asked) Asked(what);
+    }
+
     void WriteIni() {
         std::vector<IniLine> lines = {{"General", "Language", "english"},
                                       {"Mixer", "InputDevice", "0"},
@@ -231,8 +246,8 @@ class World {
     }
 
     /// Plays the radio from a web page, which tells its titles.
-    void ShowPage(RunOptions& run) {
-        run.Documents = &Browser;
+    void ShowPage(Machine& machine) {
+        machine.Documents = &Browser;
         if (!Browser.All.empty()) return;
         Computer.Files.Put(Computer.Folders.Program + "/MSIE.ini",
                            std::string("[- Radio]\nName=") + ProviderOfRadio +
@@ -290,6 +305,9 @@ class World {
             Log.push_back({kind, text});
         };
         events.Ended = [this] { ++Ends; };
+        events.TextsReady = [this] { Tell("TextsReady"); };
+        events.AssistantWanted = [this](const std::string& page) { Tell("OpenAssistant " + page); };
+        events.UpdateWanted = [this] { Tell("CheckUpdate"); };
         return events;
     }
 

@@ -11,7 +11,7 @@ SimMachine::SimMachine(SimMachineOptions options)
       Processes(Clock, Loop),
       Folders(Files),
       System(options.Seed),
-      Instance(options.Place != nullptr ? std::move(options.Place) : std::make_shared<InstancePlace>()) {
+      Desktop(options.Place != nullptr ? std::move(options.Place) : std::make_shared<InstancePlace>()) {
     Files.DelayWith([this](std::chrono::milliseconds delay) { Loop.Sleep(delay); });
     Processes.OnRun = [this](const std::string& run, bool alive) {
         if (alive) {
@@ -26,7 +26,7 @@ SimMachine::SimMachine(SimMachineOptions options)
 }
 
 Machine SimMachine::Get() {
-    return {Clock, Loop, WaveIn, Files, Processes, Folders, Dialogs, System, Instance};
+    return {Clock, Loop, WaveIn, Files, Processes, Folders, Dialogs, System, Desktop};
 }
 
 }  // namespace Corvetape

@@ -6,6 +6,7 @@
 #include "platform/machine.h"
 #include "platform/virtual/sim_clock.h"
 #include "platform/virtual/sim_loop.h"
+#include "sim/sim_desktop.h"
 #include "sim/sim_dialogs.h"
 #include "sim/sim_files.h"
 #include "sim/sim_folders.h"
@@ -39,7 +40,7 @@ class SimMachine {
     SimFolders Folders;
     SimDialogs Dialogs;
     SimSystemInfo System;
-    SimSingleInstance Instance;
+    SimDesktop Desktop;
 };
 
 }  // namespace Corvetape

@@ -44,11 +44,11 @@ TEST(Covers, ThePictureOfTheSongIsShownLargeAndBesideItsEntry) {
     world.RunFor(5);
     auto* const cover = world.Find<QWidget>("picCover");
     EXPECT_NE(MiddleOf(cover), QColor(Qt::blue));
-    world.Recorder->Covers()->LoadImage("http://cover/one");
+    world.Recorder->Shown().Covers.LoadImage("http://cover/one");
     world.Computer.Loop.RunFor(std::chrono::milliseconds(400));
     EXPECT_EQ(MiddleOf(cover), QColor(Qt::blue));
     EXPECT_EQ(world.Covers->Small("http://cover/one").width(), CoverPictures::SmallSide);
-    world.Recorder->Covers()->LoadImage("");
+    world.Recorder->Shown().Covers.LoadImage("");
     EXPECT_NE(MiddleOf(cover), QColor(Qt::blue));  // the next song has none
 
     ClosedSong song;
@@ -65,7 +65,7 @@ TEST(Covers, OnlySoManySmallOnesAreRemembered) {
     SimMachine computer;
     SimHttp web(computer.Loop);
     const PauseSettings pause;
-    CoverImages source(web, computer.Files, pause);
+    CoverImages source(&web, computer.Files, pause);
     const CoverPictures pictures(&source);
     const std::string picture = PictureOf(Qt::red, 40);
     for (size_t i = 0; i <= CoverPictures::Capacity; ++i) {
@@ -95,7 +95,7 @@ TEST(SongMenu, PutsASongOnTheLists) {
     Opened opened;
     QMenu menu;
     opened.list->FillMenu(menu, 0);
-    const std::string name = opened.world.Recorder->Songs().ListName(opened.world.Songs.Songs()[0]);
+    const std::string name = opened.world.Recorder->Shown().Songs.ListName(opened.world.Songs.Songs()[0]);
     ASSERT_FALSE(name.empty());
     opened.Action(menu, Key::PutOnBlacklist)->trigger();
     ASSERT_EQ(opened.world.Form().lstWatch[1].Items().size(), 1U);

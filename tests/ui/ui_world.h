@@ -29,14 +29,12 @@ class UiWorld {
                                   [](uint32_t rate) { return std::make_unique<DemoRadio>(1, rate); });
         Computer.Processes.DurationOf = [](const HiddenJob&) { return std::chrono::seconds(30); };
         RunOptions options;
-        options.Players = &Titles;
-        options.Web = &Web;
         options.Overrides = {{"Mixer", "InputDevice", "0"},
                              {"Mixer", "InputDeviceNames", "Demo radio;"},
                              {"General", "Language", language},
                              {"Options", "NoStartupInfo", "1"},
                              {"Options", "Encoder", "1"}};
-        Recorder = std::make_unique<Program>(Computer.Get(), std::move(options), Events(), Steps());
+        Recorder = std::make_unique<Program>(Host(), std::move(options), Events());
         State& state = Recorder->Values();
         Trace = std::make_unique<SignalTrace>(state.Signal, state.Pause, Computer.Clock);
         state.Form.tmr1Second.Timer.Connect([this] { Trace->Follow(); });
@@ -80,6 +78,7 @@ class UiWorld {
  private:
     ProgramEvents Events() {
         ProgramEvents events;
+        events.TextsReady = [this] { MakeWindow(); };
         events.SongClosed = [this](const ClosedSong& song) {
             Trace->SongClosed(song);
             Songs.SongClosed(song);
@@ -89,18 +88,24 @@ class UiWorld {
         return events;
     }
 
-    DesktopSteps Steps() {
-        DesktopSteps steps;
-        steps.SizeStatusLine = [this] {
-            State& state = Recorder->Values();
-            Covers = std::make_unique<CoverPictures>(Recorder->Covers());
-            Window = std::make_unique<MainWindow>(UiParts{
-                state.Form, state.Flags, state.Signal, state.Media, state.Pause, state.Messages,
-                Recorder->Levels(), *Trace, Songs, Recorder->Songs(), *Covers, Words(Recorder->Texts()),
-                [this] { return Recorder->SongAgeSeconds(); }, [this] { return Recorder->Close(); }});
-        };
-        steps.ShowWindow = [this] { Window->show(); };
-        return steps;
+    Machine Host() {
+        Machine machine = Computer.Get();
+        machine.Players = &Titles;
+        machine.Web = &Web;
+        return machine;
+    }
+
+    void MakeWindow() {
+        const Desk desk = Recorder->Shown();
+        State& state = desk.Values;
+        Covers = std::make_unique<CoverPictures>(&desk.Covers);
+        Window = std::make_unique<MainWindow>(
+            UiParts{state.Form, state.Flags, state.Signal, state.Media, state.Pause, state.Messages,
+                    desk.Levels, *Trace, Songs, desk.Songs, *Covers, Words(desk.Texts),
+                    [this] { return Recorder->SongAgeSeconds(); }, [this] { return Recorder->Close(); }});
+        state.Form.Changed.Connect([this, &state] {
+            if (Window && state.Form.Visible()) Window->show();
+        });
     }
 };
 

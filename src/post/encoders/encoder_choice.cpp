@@ -7,8 +7,8 @@
 namespace Corvetape {
 
 EncoderChoice::EncoderChoice(EncoderPage& page, Settings& settings, SettingsStore& store,
-                             LifecycleFlags& flags)
-    : Page(page), Options(settings), Store(store), Flags(flags) {
+                             LifecycleFlags& flags, ProgramRequests& requests)
+    : Page(page), Options(settings), Store(store), Flags(flags), Requests(requests) {
     for (size_t i = 0; i < EncoderTable.size(); ++i) {
         Page.optEncoder[i].Click.Connect([this, i] { ChooseEncoder(i); });
         if (EncoderTable[i].QualityControl == nullptr) continue;
@@ -43,7 +43,7 @@ void EncoderChoice::ChooseQuality(size_t encoder) {
 
 void EncoderChoice::GetEncoder(size_t index) {
     Flags.WizardRequested = true;
-    if (SetUrl) SetUrl(index == 0 ? "wiz_wma.htm" : "wiz_lame.htm");
+    Requests.Assistant.Raise(index == 0 ? "wiz_wma.htm" : "wiz_lame.htm");
 }
 
 }  // namespace Corvetape

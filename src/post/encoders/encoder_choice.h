@@ -1,9 +1,8 @@
 #pragma once
 
-#include <cstdint>
-#include <functional>
-#include <string>
+#include <cstddef>
 
+#include "core/program_requests.h"
 #include "post/encoders/encoder_tools.h"
 
 namespace Corvetape {
@@ -17,15 +16,13 @@ class SettingsStore;
 class EncoderChoice {
  public:
     /// All of them must outlive it. Connects to the controls.
-    EncoderChoice(EncoderPage& page, Settings& settings, SettingsStore& store, LifecycleFlags& flags);
+    EncoderChoice(EncoderPage& page, Settings& settings, SettingsStore& store, LifecycleFlags& flags,
+                  ProgramRequests& requests);
     EncoderChoice(const EncoderChoice&) = delete;
     EncoderChoice& operator=(const EncoderChoice&) = delete;
 
     /// Enables the formats that can be made here, and disables the others. What is chosen stays chosen.
     void EnableFound(const FoundTools& found);
-
-    /// Opens a page of the assistant that tells where to get an encoder.
-    std::function<void(const std::string& page)> SetUrl;
 
  private:
     void ChooseEncoder(size_t encoder);
@@ -36,6 +33,7 @@ class EncoderChoice {
     Settings& Options;
     SettingsStore& Store;
     LifecycleFlags& Flags;
+    ProgramRequests& Requests;
 };
 
 }  // namespace Corvetape

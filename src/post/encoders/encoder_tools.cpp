@@ -2,6 +2,7 @@
 
 #include <chrono>
 
+#include "core/settings/registry.h"
 #include "core/text/numbers.h"
 #include "platform/files.h"
 #include "platform/folders.h"
@@ -28,13 +29,13 @@ std::string FindTool(std::string_view name, Files& files, Folders& folders, cons
     return folders.FindProgram(std::string(name)).value_or("");
 }
 
-FoundTools FindTools(Files& files, Folders& folders, const WorkingFolders& places, const WmaProbe& probe) {
+FoundTools FindTools(Files& files, Folders& folders, const WorkingFolders& places, WmaEncoderProbe* probe) {
     FoundTools found;
     found.Sox = FindTool("sox", files, folders, places);
     found.Lame = FindTool("lame", files, folders, places);
     found.OggEnc = FindTool("oggenc", files, folders, places);
     found.Ffmpeg = FindTool("ffmpeg", files, folders, places);
-    if (!found.Ffmpeg.empty() && probe) found.WmaEncoderVersion = probe(found.Ffmpeg);
+    if (!found.Ffmpeg.empty() && probe != nullptr) found.WmaEncoderVersion = probe->Version(found.Ffmpeg);
     return found;
 }
 
@@ -52,6 +53,19 @@ bool HasTool(const FoundTools& found, EncoderTool tool) {
             return !found.Sox.empty();
     }
     return false;
+}
+
+std::string WmaEncoderProbe::Version(const std::string& ffmpeg) {
+    constexpr const char* section = "Tools";
+    constexpr const char* name = "WmaEncoder";
+    const std::string file = ffmpeg + "|" + std::to_string(Disk.FileSize(ffmpeg).value_or(0)) + "|";
+    const std::string known = TextOf(Registry.ReadUserValue(section, name));
+    if (known.starts_with(file) && known.size() > file.size()) return known.substr(file.size());
+    std::string version = ProbeWmaEncoder(Programs, ffmpeg);
+    // No answer may come of a busy machine alone: it is not kept, and asked for again at the next start, as
+    // is one that cannot be written.
+    if (!version.empty()) static_cast<void>(Registry.WriteUserValue(section, name, file + version));
+    return version;
 }
 
 std::string ProbeWmaEncoder(Processes& processes, const std::string& ffmpeg) {

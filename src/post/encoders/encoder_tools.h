@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 
@@ -12,6 +11,7 @@ namespace Corvetape {
 class Files;
 class Folders;
 class Processes;
+class RegistryBranches;
 
 /// The external programs as they were found on this machine.
 struct FoundTools {
@@ -24,15 +24,29 @@ struct FoundTools {
     std::string WmaEncoderVersion;
 };
 
-/// Asks an ffmpeg for its WMA encoder: the version that it counts as, empty if it has none.
-using WmaProbe = std::function<std::string(const std::string& ffmpeg)>;
+/// Asks an ffmpeg for its WMA encoder, or remembers that this very file had it the last time: starting it
+/// takes longer than the rest of the start.
+class WmaEncoderProbe {
+ public:
+    /// All of them outlive it.
+    WmaEncoderProbe(Files& files, Processes& processes, RegistryBranches& registry)
+        : Disk(files), Programs(processes), Registry(registry) {}
+
+    /// The version that the encoder counts as, empty if there is none.
+    std::string Version(const std::string& ffmpeg);
+
+ private:
+    Files& Disk;
+    Processes& Programs;
+    RegistryBranches& Registry;
+};
 
 /// Path of a tool: beside the program, in the common folder, or where the search path has it, in this order.
 /// Empty if it is nowhere.
 std::string FindTool(std::string_view name, Files& files, Folders& folders, const WorkingFolders& places);
 
-/// Looks for all tools. `probe` is asked only if there is an ffmpeg.
-FoundTools FindTools(Files& files, Folders& folders, const WorkingFolders& places, const WmaProbe& probe);
+/// Looks for all tools. `probe` may be missing, and is asked only if there is an ffmpeg.
+FoundTools FindTools(Files& files, Folders& folders, const WorkingFolders& places, WmaEncoderProbe* probe);
 
 /// True if the encoders that need `tool` can be chosen.
 bool HasTool(const FoundTools& found, EncoderTool tool);

@@ -20,10 +20,14 @@ bool ComesBefore(const std::string& a, const std::string& b) {
 
 }  // namespace
 
-WatchPages::WatchPages(frmMain& form, WatchLists& lists, Processes& processes)
-    : Form(form), Lists(lists), Programs(processes) {
+WatchPages::WatchPages(frmMain& form, WatchLists& lists, Processes& processes, Reporter& say)
+    : Form(form), Lists(lists), Programs(processes), Say(say) {
     Attach(WatchListKind::Include);
     Attach(WatchListKind::Exclude);
+    Form.Methods.Add<int32_t, std::string>("AddToWatchList", [this](int32_t list, const std::string& entry) {
+        if (list != 0 && list != 1) return;
+        AddToWatchList(list == 0 ? WatchListKind::Include : WatchListKind::Exclude, entry);
+    });
 }
 
 void WatchPages::Attach(WatchListKind kind) {
@@ -61,8 +65,8 @@ void WatchPages::FollowFolder(const std::string& before) {
     }
 }
 
-void WatchPages::ReportUnread(WatchListKind kind) const {
-    if (Lists.IsUnread(kind) && Unreadable) Unreadable(Lists.FileOf(kind));
+void WatchPages::ReportUnread(WatchListKind kind) {
+    if (Lists.IsUnread(kind)) Say.WriteAndShow(ReportKind::Error, Say.Text("876", {Lists.FileOf(kind)}));
 }
 
 void WatchPages::Show(WatchListKind kind) {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <functional>
 #include <span>
 #include <string>
 
+#include "core/reporter.h"
 #include "forms/frm_main.h"
 #include "platform/processes.h"
 #include "post/lists/watch_list.h"
@@ -13,19 +13,16 @@ namespace Corvetape {
 /// The tabs of the two watch lists: shows the lists sorted, adds, removes, opens their files.
 class WatchPages {
  public:
-    /// All of them outlive it. Connects to the controls.
-    WatchPages(frmMain& form, WatchLists& lists, Processes& processes);
+    /// All of them outlive it. Connects to the controls, and adds the method "AddToWatchList" to the form.
+    WatchPages(frmMain& form, WatchLists& lists, Processes& processes, Reporter& say);
     WatchPages(const WatchPages&) = delete;
     WatchPages& operator=(const WatchPages&) = delete;
 
-    /// Reads both files and shows them.
+    /// Reads both files and shows them. A file that is there and cannot be read is reported.
     void LoadWatchLists();
 
     /// The lists follow to the folder of the logs, which was `before`, and are shown.
     void FollowFolder(const std::string& before);
-
-    /// Gets the path of a list's file that is there and could not be read.
-    std::function<void(const std::string& path)> Unreadable;
 
     /// Adds an entry to the list, to its page and to its file; one that is there already is dropped.
     void AddToWatchList(WatchListKind kind, const std::string& entry);
@@ -53,7 +50,7 @@ class WatchPages {
  private:
     void Attach(WatchListKind kind);
     void Show(WatchListKind kind);
-    void ReportUnread(WatchListKind kind) const;
+    void ReportUnread(WatchListKind kind);
     void ShowNew(WatchListKind kind, const std::string& entry);
     void DeleteSelected(WatchListKind kind);
     void AddDropped(WatchListKind kind, std::span<const std::string> names);
@@ -62,6 +59,7 @@ class WatchPages {
     frmMain& Form;
     WatchLists& Lists;
     Processes& Programs;
+    Reporter& Say;
     DragKeys LastKeys = DragKeys::None;
 };
 

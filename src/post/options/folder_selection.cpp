@@ -11,6 +11,7 @@
 #include "forms/frm_main.h"
 #include "platform/dialogs.h"
 #include "platform/files.h"
+#include "post/lists/watch_pages.h"
 
 namespace Corvetape {
 
@@ -34,9 +35,16 @@ constexpr std::array<FolderRow, 3> FolderTable = {{
 
 }  // namespace
 
-FolderSelection::FolderSelection(frmMain& form, FolderTargets targets, SettingsStore& store, Files& files,
-                                 Dialogs& dialogs, const clsLocalizeControls& messages)
-    : Form(form), Targets(targets), Store(store), Disk(files), Boxes(dialogs), Messages(messages) {
+FolderSelection::FolderSelection(frmMain& form, FolderTargets targets, SettingsStore& store,
+                                 const Machine& machine, const clsLocalizeControls& messages,
+                                 WatchPages& lists)
+    : Form(form),
+      Targets(targets),
+      Store(store),
+      Disk(machine.Files),
+      Boxes(machine.Dialogs),
+      Messages(messages),
+      Lists(lists) {
     for (size_t i = 0; i < FolderTable.size(); ++i) {
         Form.cmdGetDir[i].Click.Connect([this, i] { GetDir(i); });
     }
@@ -77,7 +85,7 @@ void FolderSelection::Take(size_t index, const std::string& folder) {
     const std::string before = std::exchange(Targets.Folders.Paths[index], folder);
     Form.txtPath[index].ToolTip(folder);
     Form.txtPath[index].Text(folder);
-    if (index == LogFolder && LogFolderChanged) LogFolderChanged(before);
+    if (index == LogFolder) Lists.FollowFolder(before);
     if (index == TemporaryFolder) {
         Boxes.MessageBox(Messages.FormatMsg(Message::HoldsFromNextStart.Key), DialogIcon::Information);
     }

@@ -1,17 +1,16 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <string>
 
 #include "core/settings/settings.h"
+#include "platform/machine.h"
 
 namespace Corvetape {
 
 class clsLocalizeControls;
-class Dialogs;
-class Files;
 class SettingsStore;
+class WatchPages;
 struct frmMain;
 
 /// Where a chosen folder goes in memory. The parts outlive it.
@@ -20,18 +19,15 @@ struct FolderTargets {
     WorkingFolders& Folders;
 };
 
-/// Lets the user choose the three working folders with cmdGetDir: 0 temporary, 1 music, 2 log. The folder of
-/// the temporary songs follows at the next start.
+/// Lets the user choose the three working folders with cmdGetDir: 0 temporary, 1 music, 2 log. The watch
+/// lists follow to the folder of the log at once, the temporary songs at the next start.
 class FolderSelection {
  public:
     /// All of them must outlive it. Connects to the controls.
-    FolderSelection(frmMain& form, FolderTargets targets, SettingsStore& store, Files& files,
-                    Dialogs& dialogs, const clsLocalizeControls& messages);
+    FolderSelection(frmMain& form, FolderTargets targets, SettingsStore& store, const Machine& machine,
+                    const clsLocalizeControls& messages, WatchPages& lists);
     FolderSelection(const FolderSelection&) = delete;
     FolderSelection& operator=(const FolderSelection&) = delete;
-
-    /// Another folder of the logs was chosen; the one before.
-    std::function<void(const std::string& before)> LogFolderChanged;
 
     /// Asks until the folder that is set exists. frmMain is disabled meanwhile.
     void GetDir(size_t index);
@@ -47,6 +43,7 @@ class FolderSelection {
     Files& Disk;
     Dialogs& Boxes;
     const clsLocalizeControls& Messages;
+    WatchPages& Lists;
 };
 
 }  // namespace Corvetape

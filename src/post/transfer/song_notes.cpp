@@ -108,13 +108,13 @@ std::vector<std::string> ListNotedSongs(Files& files, const std::string& songTem
 }
 
 std::optional<LeftSong> ReadLeftSong(Files& files, const std::string& songTempFolder,
-                                     const std::string& baseName,
-                                     const std::function<bool(const std::string& run)>& isAlive) {
+                                     const std::string& baseName, SystemInfo& runs) {
     const std::string path = songTempFolder + "/" + baseName + std::string(NoteExtension);
     // Dealt with since it was listed, or a claim that is being made at this moment.
     if (files.FileSize(path).value_or(0) == 0) return std::nullopt;
     LeftSong song{baseName, ReadNote(files, path)};
-    const bool alive = isAlive(song.Note.Run) || (!song.Note.Encoder.empty() && isAlive(song.Note.Encoder));
+    const bool alive =
+        runs.RunIsAlive(song.Note.Run) || (!song.Note.Encoder.empty() && runs.RunIsAlive(song.Note.Encoder));
     if (alive || song.Note.HandedOn >= MostHandOvers) return std::nullopt;
     return song;
 }

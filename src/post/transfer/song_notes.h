@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -9,6 +8,7 @@
 #include "core/media_state.h"
 #include "core/settings/settings.h"
 #include "platform/files.h"
+#include "platform/system_info.h"
 
 namespace Corvetape {
 
@@ -86,8 +86,7 @@ std::vector<std::string> ListNotedSongs(Files& files, const std::string& songTem
 
 /// A song that has a note, if neither its run nor its encoder is alive and it was not given up.
 std::optional<LeftSong> ReadLeftSong(Files& files, const std::string& songTempFolder,
-                                     const std::string& baseName,
-                                     const std::function<bool(const std::string& run)>& isAlive);
+                                     const std::string& baseName, SystemInfo& runs);
 
 /// What is to become of a song that was left behind.
 enum class LeftSongFate {

@@ -86,7 +86,8 @@ Book::~Book() = default;
 Machine Book::Through(Machine machine) {
     if (!Between) Between = std::make_unique<Input>(*this, machine.WaveIn);
     return {machine.Clock,   machine.Loop,    *Between,       machine.Files,   machine.Processes,
-            machine.Folders, machine.Dialogs, machine.System, machine.Instance};
+            machine.Folders, machine.Dialogs, machine.System, machine.Desktop, machine.Documents,
+            machine.Windows, machine.Players, machine.Web};
 }
 
 void Book::Tell(const std::string& problem) {

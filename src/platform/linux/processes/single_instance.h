@@ -4,24 +4,25 @@
 #include <memory>
 #include <string>
 
-#include "platform/system_info.h"
-
 namespace Corvetape {
 
 /// One running program per user and folder: a locked file says who runs, a socket beside it lets others
 /// ask the program to come to the front. Both end with the process, however it ends.
-class LinuxSingleInstance : public SingleInstance {
+class LinuxSingleInstance {
  public:
     /// `comeForward` is called on the thread that claimed, from its Qt event loop. `folder` must be this
     /// user's own; the default is the runtime folder of the session.
     explicit LinuxSingleInstance(std::function<void()> comeForward, std::string folder = DefaultFolder());
-    ~LinuxSingleInstance() override;
+    ~LinuxSingleInstance();
     LinuxSingleInstance(const LinuxSingleInstance&) = delete;
     LinuxSingleInstance& operator=(const LinuxSingleInstance&) = delete;
 
-    /// True as well if the folder cannot be used at all: a program that runs twice is better than none.
-    bool Claim() override;
-    void ActivateOther() override;
+    /// Claims the place. False if another process holds it; true as well if the folder cannot be used at all:
+    /// a program that runs twice is better than none.
+    bool Claim();
+
+    /// Asks the process that holds the place to come to the front.
+    void ActivateOther();
 
     /// XDG_RUNTIME_DIR, or a private folder of this user in /tmp.
     static std::string DefaultFolder();

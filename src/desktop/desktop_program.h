@@ -5,7 +5,9 @@
 #include <string>
 
 #include "app/program.h"
+#include "forms/form_boxes.h"
 #include "desktop/desktop_arguments.h"
+#include "desktop/qt_desktop.h"
 #include "desktop/qt_dialogs.h"
 #include "platform/linux/browser/devtools_documents.h"
 #include "platform/linux/browser/joined_documents.h"
@@ -19,7 +21,6 @@
 #include "platform/linux/players/mpris_service.h"
 #include "platform/linux/processes/linux_processes.h"
 #include "platform/linux/processes/linux_system.h"
-#include "platform/linux/processes/single_instance.h"
 #include "platform/linux/sound/pulse_wave_in.h"
 #include "platform/linux/web/linux_http.h"
 #include "platform/virtual/source_players.h"
@@ -28,18 +29,17 @@
 #include "recording/run_songs.h"
 #include "recording/signal_trace.h"
 #include "ui/main_window.h"
-#include "ui/tray_icon.h"
 
 namespace Corvetape {
 
 /// The desktop program: this machine, the recorder on it, and its window. Made on the thread of the
 /// QApplication and gone before it.
-class Desktop {
+class DesktopProgram : private FormBoxes {
  public:
-    explicit Desktop(DesktopArguments arguments);
-    ~Desktop();
-    Desktop(const Desktop&) = delete;
-    Desktop& operator=(const Desktop&) = delete;
+    explicit DesktopProgram(DesktopArguments arguments);
+    ~DesktopProgram();
+    DesktopProgram(const DesktopProgram&) = delete;
+    DesktopProgram& operator=(const DesktopProgram&) = delete;
 
     /// Runs until the program has ended. The exit code of the process.
     int Run();
@@ -48,14 +48,15 @@ class Desktop {
     MainWindow* Window() { return Shown.get(); }
 
  private:
+    /// Questions of the program over its window.
+    void Ask(dlgProvider& dialog) override;
+
     bool ChooseInput();
     Machine ThisMachine();
     RunOptions Options();
     ProgramEvents Events();
-    DesktopSteps Steps();
     void MakeWindow();
-    void MakeTrayIcon();
-    std::string SystemLanguage();
+    void FollowForm();
 
     DesktopArguments Arguments;
     LinuxClock Clock;
@@ -65,10 +66,12 @@ class Desktop {
     std::unique_ptr<LinuxFolders> Folders;
     QtDialogs Dialogs;
     LinuxSystemInfo System;
-    LinuxSingleInstance Instance;
+    QtDesktop Screen;
     PulseWaveIn Pulse;
     SourceWaveIn Radio;
     bool Demo = false;
+    bool Appeared = false;  ///< the window was shown, or minimised from the start
+    WindowPlace LastPlace;  ///< of the form, as the window followed it last
     SourcePlayers RadioTitles;
     MprisPlayers MediaPlayers;
     MprisService Presence;
@@ -82,7 +85,6 @@ class Desktop {
     std::unique_ptr<SignalTrace> Trace;
     std::unique_ptr<CoverPictures> Covers;
     std::unique_ptr<MainWindow> Shown;
-    std::unique_ptr<TrayIcon> Tray;
     std::unique_ptr<MediaKeys> Keys;
 };
 

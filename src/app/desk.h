@@ -1,0 +1,24 @@
+#pragma once
+
+namespace Corvetape {
+
+class clsLocalizeControls;
+class CoverImages;
+class LevelDisplay;
+class SettingsStore;
+class SongActions;
+struct State;
+class WatchPages;
+
+/// What a program shows to the shell that it runs in. All of it lives as long as the program.
+struct Desk {
+    State& Values;         ///< the forms among them
+    LevelDisplay& Levels;  ///< the meter and the statistic of the tab "TAB_AUDIO"
+    CoverImages& Covers;
+    WatchPages& Lists;
+    SongActions& Songs;                ///< what the user can do with a song of the list of this run
+    const clsLocalizeControls& Texts;  ///< of the chosen language; none before TextsReady
+    SettingsStore& Store;
+};
+
+}  // namespace Corvetape

@@ -1,0 +1,71 @@
+#include "post/transfer/encoder_results.h"
+
+#include "platform/files.h"
+
+namespace Corvetape {
+
+std::optional<MadeMusic> ReadMadeMusic(Files& files, const std::string& madeFile) {
+    constexpr uint64_t most = 16'384;
+    const std::optional<std::string> text = files.ReadAll(madeFile, most);
+    const size_t end = text ? text->rfind('\n') : std::string::npos;
+    if (end == std::string::npos) return std::nullopt;
+    return MadeMusic{text->substr(0, end), text->substr(end + 1)};
+}
+
+EncoderResults::EncoderResults(TransferJob& job, Processes& processes, Files& files, Reporter& say)
+    : Job(job), Programs(processes), Disk(files), Say(say) {
+    Job.Transferred.Connect([this](const TransferredSong& song) {
+        if (!song.JobName.empty()) Unfinished[song.JobName] = song;
+    });
+}
+
+void EncoderResults::Collect() {
+    for (const JobResult& result : Programs.TakeFinished()) {
+        EndJob(result);
+        JobEnded.Raise(result);
+    }
+}
+
+void EncoderResults::EndJob(const JobResult& result) {
+    const auto found = Unfinished.find(result.Name);
+    if (found == Unfinished.end()) return;
+    const TransferredSong& song = found->second;
+    if (const std::optional<MadeMusic> music = ReadMadeMusic(Disk, song.MadeFile)) {
+        Disk.Delete(song.MadeFile);
+        MusicMade.Raise(result.Name, music->MusicFile);
+        ReportSameName(*music, song.MusicFile);
+    }
+    Job.NoteEnd(song, result.ExitCode == 0);
+    if (result.ExitCode == 0) {
+        Finished.push_back(song.TempFile);
+        Unfinished.erase(found);
+    }
+}
+
+/// One line for a song whose name another one had.
+void EncoderResults::ReportSameName(const MadeMusic& music, const std::string& expected) {
+    const auto report = [&](const char* key, const std::string& number) {
+        Say.Write(ReportKind::Info, Say.Text(key, {music.MusicFile, number}));
+    };
+    if (music.MusicFile != expected) {
+        report("866", "");
+    } else if (music.Older == "0") {
+        report("868", "");
+    } else if (!music.Older.empty()) {
+        report("867", music.Older);
+    }
+}
+
+void EncoderResults::DeleteTempFolder(const Settings& options, const WorkingFolders& folders) {
+    if (!options.DelTempFolder || options.EncodeOffline) return;
+    Collect();
+    // Only what this run has made and finished with: others may keep songs here, or their own files.
+    for (const std::string& song : Finished) {
+        const std::string base = song.substr(0, song.rfind('.'));
+        if (Disk.FileSize(base + ".note")) continue;  // another song has taken the name since
+        for (const char* extension : {".wav", ".jpg"}) Disk.Delete(base + extension);
+    }
+    Disk.DeleteFolder(folders.SongTempFolder);  // fails while files are left in it
+}
+
+}  // namespace Corvetape

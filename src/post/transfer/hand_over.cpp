@@ -1,0 +1,24 @@
+#include "post/transfer/hand_over.h"
+
+namespace Corvetape {
+
+HandOver::HandOver(TimerControl& tmrEncodeFile, TransferJob& job, const RecordingFlags& flags,
+                   ProgramRequests& requests)
+    : Wait(tmrEncodeFile), Job(job), Flags(flags), Requests(requests) {
+    Wait.Timer.Connect([this] { TransferNow(); });
+}
+
+void HandOver::Take(const STATIONANDSONGDATA& song) {
+    TransferNow();
+    Waiting = song;
+    Wait.Running(true);
+}
+
+void HandOver::TransferNow() {
+    if (!Wait.Running()) return;
+    Wait.Running(false);
+    Job.TransferSong(Waiting);
+    if (Flags.QuitAtEndOfSong) Requests.End.Raise();
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+
+#include "audio/recording_flags.h"
+#include "core/controls/controls.h"
+#include "core/media_state.h"
+#include "core/program_requests.h"
+#include "post/transfer/transfer_job.h"
+
+namespace Corvetape {
+
+/// Interval of tmrEncodeFile in ms for a setting of EncodeDelay.
+constexpr int32_t EncodeInterval(int32_t encodeDelayMs) {
+    return encodeDelayMs > 100 ? encodeDelayMs : 100;
+}
+
+/// The wait between the close of a song and its transfer, in which its record may be completed: one song at a
+/// time, for as long as tmrEncodeFile runs.
+class HandOver {
+ public:
+    /// Attaches itself to the timer. All of them outlive it.
+    HandOver(TimerControl& tmrEncodeFile, TransferJob& job, const RecordingFlags& flags,
+             ProgramRequests& requests);
+
+    /// A song was closed and kept. One that still waits is transferred first.
+    void Take(const STATIONANDSONGDATA& song);
+
+    /// Transfers the song that waits, if there is one, now. With QuitAtEndOfSong the program is then to end.
+    void TransferNow();
+
+ private:
+    TimerControl& Wait;
+    TransferJob& Job;
+    const RecordingFlags& Flags;
+    ProgramRequests& Requests;
+    STATIONANDSONGDATA Waiting;  ///< the record of the song, while the timer runs
+};
+
+}  // namespace Corvetape

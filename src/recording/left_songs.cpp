@@ -1,0 +1,61 @@
+#include "recording/left_songs.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "platform/files.h"
+#include "platform/processes.h"
+#include "platform/system_info.h"
+
+namespace Corvetape {
+
+namespace {
+
+/// Key of the message about a song that an earlier run has left.
+const char* KeyOf(LeftSongFate fate) {
+    if (fate == LeftSongFate::Transfer) return "840";
+    return fate == LeftSongFate::Delete ? "841" : "849";
+}
+
+}  // namespace
+
+LeftSongs::LeftSongs(const Machine& machine, const WorkingFolders& folders, TransferJob& transfer,
+                     SongNotes& notes, Reporter& say)
+    : Computer(machine), Folders(folders), Transfer(transfer), Notes(notes), Say(say) {}
+
+void LeftSongs::Find() {
+    Names = ListNotedSongs(Computer.Files, Folders.SongTempFolder);
+    std::ranges::reverse(Names);
+}
+
+void LeftSongs::Recover() {
+    // A disk that is slow, or encoders that need the machine, must not disturb the recording.
+    constexpr size_t mostEncoders = 4;
+    int32_t looks = 40;
+    int32_t transfers = 4;
+    while (!Names.empty() && looks-- > 0 && transfers > 0 && Computer.Processes.Running() < mostEncoders) {
+        const std::string name = Names.back();
+        Names.pop_back();
+        const auto song = ReadLeftSong(Computer.Files, Folders.SongTempFolder, name, Computer.System);
+        if (song && Recover(*song)) --transfers;
+    }
+}
+
+/// Deals with one song. True if an encoder was given it.
+bool LeftSongs::Recover(const LeftSong& song) {
+    Files& disk = Computer.Files;
+    const LeftSongDecision decision = DecideLeftSong(disk, Folders.SongTempFolder, song);
+    if (decision.Fate == LeftSongFate::IsMade) {
+        DeleteHalfMade(disk, Folders.SongTempFolder, song.Note);
+        Notes.Remove(song.BaseName);
+        return false;
+    }
+    STATIONANDSONGDATA media = song.Note.Media;
+    media.TempFileName = song.BaseName;
+    Say.Write(ReportKind::Info, Say.Text(KeyOf(decision.Fate), {Transfer.NamesOf(media).FinalName}));
+    if (decision.Fate == LeftSongFate::Transfer) Transfer.TransferLeftSong(song, decision.Seconds);
+    if (decision.Fate == LeftSongFate::Delete) DeleteLeftSong(disk, Folders.SongTempFolder, song);
+    return decision.Fate == LeftSongFate::Transfer;
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,38 @@
+#include "recording/song_end_mode.h"
+
+namespace Corvetape {
+
+void SongEndMode::Choose(EndOfSong mode) {
+    if (Pause.EndOfSongDetection != EndOfSong::Silence && mode != Pause.EndOfSongDetection) LeaveFor(mode);
+    ShowControls(mode);
+    Pause.EndOfSongDetection = mode;
+}
+
+/// What goes through the ring now is noticed another way from here on.
+void SongEndMode::LeaveFor(EndOfSong next) {
+    if (next == EndOfSong::Silence) {
+        Input.EmptyRing();  // no buffer of the direct way may overtake what it holds
+    } else {
+        Input.FinishCut();  // by time nobody knows of the song whose cut is pending
+    }
+}
+
+void SongEndMode::ShowControls(EndOfSong mode) {
+    const bool byMedia = mode == EndOfSong::MediaData;
+    const bool byTime = mode == EndOfSong::FixedTime;
+    const bool throughRing = mode != EndOfSong::Silence;
+
+    Form.chkIgnoreSilence.Enabled(throughRing);
+    Form.txtIgnoreSilence.Enabled(throughRing);
+    Form.txtEndOfSongTimer.Enabled(byTime);
+    Form.optDuplicatePartOfSong[0].Enabled(byMedia);
+    Form.optDuplicatePartOfSong[1].Enabled(throughRing);
+    if (throughRing) Form.optDuplicatePartOfSong[byTime ? 1 : 0].Value(true);
+    for (const size_t side : {size_t{0}, size_t{1}}) Form.sldEndOfSongThreshold(side).Enabled(throughRing);
+    for (Label& label : Form.lblEndOfSongThreshold) label.Enabled(throughRing);
+    if (byMedia) Form.chkStationDataEnable.Value(1);  // its handler empties the media data
+    if (!byTime) Form.chkStationDataEnable.Enabled(!byMedia);
+    Form.tmrGetMediaData.Running(byMedia);
+}
+
+}  // namespace Corvetape

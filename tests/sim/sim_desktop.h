@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/desktop.h"
+
+namespace Corvetape {
+
+/// The one place that the programs of a user compete for. Share it between machines to run two programs.
+struct InstancePlace {
+    const void* Holder = nullptr;
+    size_t Activations = 0;  ///< how often the holder was asked to come to the front
+};
+
+/// A desktop that writes down what it is asked for.
+class SimDesktop : public Desktop {
+ public:
+    explicit SimDesktop(std::shared_ptr<InstancePlace> place) : Place(std::move(place)) {}
+    ~SimDesktop() override {
+        if (Place->Holder == this) Place->Holder = nullptr;
+    }
+    SimDesktop(const SimDesktop&) = delete;
+    SimDesktop& operator=(const SimDesktop&) = delete;
+
+    bool ClaimInstance() override {
+        if (Place->Holder == nullptr) Place->Holder = this;
+        return Place->Holder == this;
+    }
+    void ActivateOther() override {
+        if (Place->Holder != nullptr && Place->Holder != this) ++Place->Activations;
+    }
+    std::string Language() override { return OwnLanguage; }
+    void ShowBusy(bool busy) override { Note(busy ? "BusyPointer" : "normal pointer"); }
+    bool Open(const std::string& addressOrFolder) override {
+        Note("Open " + addressOrFolder);
+        return true;
+    }
+    void AddTrayIcon() override { Note("AddTrayIcon"); }
+    void RemoveTrayIcon() override { Note("RemoveTrayIcon"); }
+    void ShowTrayTip(const std::string& tip) override { Tip = tip; }
+    void ShowTrayState(TrayState state) override { States.push_back(state); }
+
+    std::function<void(const std::string& what)> WhileAsked;
+    std::string OwnLanguage;
+    std::string Tip;
+    std::vector<TrayState> States;
+
+ private:
+    void Note(const std::string& what) {
+        if (WhileAsked) WhileAsked(what);
+    }
+
+    std::shared_ptr<InstancePlace> Place;
+};
+
+}  // namespace Corvetape
