@@ -10,6 +10,7 @@
 #include "platform/linux/processes/linux_processes.h"
 #include "platform/linux/processes/linux_system.h"
 #include "platform/machine.h"
+#include "platform/mixer.h"
 #include "platform/virtual/sim_clock.h"
 #include "platform/virtual/sim_loop.h"
 #include "platform/virtual/source_wave_in.h"
@@ -33,6 +34,7 @@ class HostParts {
     LinuxProcesses Processes;
     std::unique_ptr<LinuxFolders> Folders;
     ConsoleDialogs Dialogs;
+    NoMixer Mixer;  ///< that of the user stays as it is
     LinuxSystemInfo System;
     NoSingleInstance Instance;
 };

@@ -245,8 +245,8 @@ int RecordLive(const RecordArguments& arguments, PulseWaveIn& pulse, QtLoop& loo
     HostParts host(arguments.Home);
     LinuxClock clock;
     ChosenInput input(pulse, device.Id);
-    Machine machine{clock,         loop,         input,       host.Files,   host.Processes,
-                    *host.Folders, host.Dialogs, host.System, host.Instance};
+    Machine machine{clock,          loop,          input,        host.Mixer,  host.Files,
+                    host.Processes, *host.Folders, host.Dialogs, host.System, host.Instance};
     MprisPlayers players(loop);
     LinuxHttp web(loop);
     DevToolsDocuments documents;

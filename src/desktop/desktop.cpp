@@ -71,7 +71,8 @@ bool Desktop::ChooseInput() {
 
 Machine Desktop::ThisMachine() {
     WaveIn& inputs = Demo ? static_cast<WaveIn&>(Radio) : Pulse;
-    return {Clock, Loop, inputs, Files, Processes, *Folders, Dialogs, System, Instance};
+    Mixer& mixer = Demo ? static_cast<Mixer&>(Silent) : Volumes;
+    return {Clock, Loop, inputs, mixer, Files, Processes, *Folders, Dialogs, System, Instance};
 }
 
 RunOptions Desktop::Options() {

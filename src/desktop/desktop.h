@@ -20,8 +20,10 @@
 #include "platform/linux/processes/linux_processes.h"
 #include "platform/linux/processes/linux_system.h"
 #include "platform/linux/processes/single_instance.h"
+#include "platform/linux/sound/pulse_mixer.h"
 #include "platform/linux/sound/pulse_wave_in.h"
 #include "platform/linux/web/linux_http.h"
+#include "platform/mixer.h"
 #include "platform/virtual/source_players.h"
 #include "platform/virtual/source_wave_in.h"
 #include "recording/media_keys.h"
@@ -67,7 +69,9 @@ class Desktop {
     LinuxSystemInfo System;
     LinuxSingleInstance Instance;
     PulseWaveIn Pulse;
+    PulseMixer Volumes;
     SourceWaveIn Radio;
+    NoMixer Silent;  ///< of the radio, which has no volume
     bool Demo = false;
     SourcePlayers RadioTitles;
     MprisPlayers MediaPlayers;

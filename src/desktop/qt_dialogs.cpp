@@ -11,11 +11,14 @@ namespace {
 
 QMessageBox::Icon IconOf(DialogIcon icon) {
     if (icon == DialogIcon::Critical) return QMessageBox::Critical;
+    if (icon == DialogIcon::Question) return QMessageBox::Question;
     return icon == DialogIcon::Exclamation ? QMessageBox::Warning : QMessageBox::Information;
 }
 
-int Show(QWidget* window, const std::string& text, DialogIcon icon, QMessageBox::StandardButtons buttons) {
+int Show(QWidget* window, const std::string& text, DialogIcon icon, QMessageBox::StandardButtons buttons,
+         QMessageBox::StandardButton preselected = QMessageBox::NoButton) {
     QMessageBox box(IconOf(icon), ProgramTitle, QString::fromStdString(text), buttons, window);
+    box.setDefaultButton(preselected);
     box.setTextFormat(Qt::PlainText);  // titles of strangers stand in it
     return box.exec();
 }
@@ -28,6 +31,15 @@ void QtDialogs::MessageBox(const std::string& text, DialogIcon icon) {
 
 bool QtDialogs::AskYesNo(const std::string& text, DialogIcon icon) {
     return Show(Window, text, icon, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+}
+
+bool QtDialogs::AskNoYes(const std::string& text, DialogIcon icon) {
+    const auto buttons = QMessageBox::Yes | QMessageBox::No;
+    return Show(Window, text, icon, buttons, QMessageBox::No) == QMessageBox::Yes;
+}
+
+bool QtDialogs::AskOkCancel(const std::string& text, DialogIcon icon) {
+    return Show(Window, text, icon, QMessageBox::Ok | QMessageBox::Cancel) == QMessageBox::Ok;
 }
 
 void QtDialogs::Beep() {

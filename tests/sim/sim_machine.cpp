@@ -26,7 +26,7 @@ SimMachine::SimMachine(SimMachineOptions options)
 }
 
 Machine SimMachine::Get() {
-    return {Clock, Loop, WaveIn, Files, Processes, Folders, Dialogs, System, Instance};
+    return {Clock, Loop, WaveIn, Mixer, Files, Processes, Folders, Dialogs, System, Instance};
 }
 
 }  // namespace Corvetape

@@ -42,6 +42,7 @@ struct Settings {
     int32_t InputDevice = 1;
     bool SPDIF48kHz = false;
     std::string InputDeviceNames;
+    bool KeepRejectedInputs = true;  ///< inputs that the search passes over get their volume back
     std::string TempPath;
     std::string MusicPath;
     std::string LogFilePath;

@@ -222,6 +222,11 @@ void SettingsStore::WriteSetting(std::string_view section, std::string_view key,
     WriteSetting(section, key, std::to_string(value));
 }
 
+void SettingsStore::ReplaceSection(std::string_view section,
+                                   std::span<const std::pair<std::string, std::string>> entries) {
+    if (!IniProfile.ReplaceSection(section, entries)) Failed = true;
+}
+
 int32_t SettingsStore::ReadProviderInt(std::string_view section, std::string_view key,
                                        int32_t fallback) const {
     return IniProfile.ReadInt(section, key, fallback);

@@ -30,6 +30,7 @@ constexpr SettingRow Table[] = {
     {"Mixer", "InputDevice", "1", Int, &Settings::InputDevice, Later, "cmbInputDevices"},
     {"Mixer", "SPDIF48kHz", "0", Bool, &Settings::SPDIF48kHz, Load, "chk48kHz"},
     {"Mixer", "InputDeviceNames", "", Text, &Settings::InputDeviceNames},
+    {"Mixer", "KeepRejectedInputs", "1", Bool, &Settings::KeepRejectedInputs},
     {"Options", "TempPath", "%Temp%", Text, &Settings::TempPath, Later, "txtPath", 0},
     {"Options", "MusicPath", "%MyMusic%", Text, &Settings::MusicPath, Later, "txtPath", 1},
     {"Options", "LogFilePath", "%AppData%/Corvet", Text, &Settings::LogFilePath, Later, "txtPath", 2},
