@@ -83,8 +83,6 @@ struct DesktopSteps {
     std::function<void()> LayOutPages;
     std::function<std::string()> ChooseLanguage;  ///< empty if the user chose none
     std::function<void()> SizeStatusLine;
-    std::function<void()> SnapshotMixer;
-    std::function<void()> RestoreMixer;
     std::function<void(int32_t left, int32_t top)> MoveWindow;
     std::function<void()> MinimizeWindow;
     std::function<void()> AddTrayIcon;

@@ -5,6 +5,7 @@
 
 #include "app/program.h"
 #include "app/program_parts.h"
+#include "core/controls/message_texts.h"
 #include "core/lifecycle.h"
 #include "core/settings/command_line.h"
 #include "core/text/numbers.h"
@@ -187,7 +188,9 @@ Program::Next Program::LogStart() {
 }
 
 Program::Next Program::SnapshotMixer() {
-    Run(Desktop.SnapshotMixer);
+    if (Parts->Rescue.PutBack())
+        Parts->Journal.WriteLog({"INFO", Parts->Messages.FormatMsg(Message::InputsPutBack.Key)});
+    Parts->Mixers.MixerAction(MixerMode::TakeSnapshot);
     return Next::Continue;
 }
 

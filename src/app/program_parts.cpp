@@ -14,6 +14,12 @@ namespace Corvetape {
 
 namespace {
 
+/// Where the volumes of the inputs stand while a search changes them.
+std::string RescueFile(const SettingsStore& store) {
+    const std::string& path = store.Ini().Path();
+    return path.substr(0, path.rfind('/')) + "/mixer-before-search.ini";
+}
+
 std::unique_ptr<PlayerBridge> BridgeTo(Players* players, RegistryBranches& registry, EventLoop& loop) {
     return players == nullptr ? nullptr : std::make_unique<PlayerBridge>(*players, registry, loop);
 }
@@ -43,6 +49,9 @@ ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
       Path({state.Signal, state.Pause, state.Ring, machine.Clock},
            {state.Signal, state.Cut, state.Pause, state.Flags, state.Ring}, Targets),
       Pauses({state.Form, state.Pause, state.Signal, state.Media, Store, machine.Dialogs, Messages}),
+      Mixers(machine.Mixer, Store, state.Media),
+      SavedMixer(Mixers, state.Options, state.Media),
+      Rescue(machine.Mixer, machine.Files, RescueFile(Store)),
       Levels(state.Form, state.Signal, state.Pause),
       Bridge(BridgeTo(Owner.Options.Players, Registry, machine.Loop)),
       Covers(CoversFrom(Owner.Options.Web, machine.Files, state.Pause)),
@@ -73,6 +82,14 @@ ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
            MediaPollActionsOf(*this)),
       Inputs({state.Form, machine.WaveIn, state.Options, Store, state.Media},
              {Journal, machine.Dialogs, Messages, state.Lifecycle}, InputListActionsOf(*this)),
+      SearchWait(machine.Clock, machine.Loop),
+      Search({Mixers, Inputs, state.Pause, state.Signal, state.Media, state.Options, SearchWait},
+             machine.Dialogs, Messages),
+      Gain({Mixers, Inputs, state.Pause, state.Signal, SearchWait}, machine.System.Version()),
+      MixerButtons({state.Form, state.Pause, state.Lifecycle, state.Opened, machine.Dialogs,
+                    machine.Processes, Messages},
+                   {Mixers, Inputs, Search, Gain, Rescue, SearchWait}, machine.System.Version()),
+      Break(*this),
       Watch({state.Form, state.CoverBar, machine.Clock, state.Options, state.Pause, state.Lifecycle,
              state.Flags, state.Cut, state.Signal, state.Media, state.Ring, Input.MaxBuffersUsed()},
             SupervisorActionsOf(*this)) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/program.h"
+#include "app/search_break.h"
 #include "audio/capture.h"
 #include "audio/drain.h"
 #include "audio/route.h"
@@ -22,7 +23,14 @@
 #include "media/provider_adoption.h"
 #include "media/provider_choice.h"
 #include "media/station_launch.h"
+#include "mixer/auto_gain.h"
 #include "mixer/input_list.h"
+#include "mixer/input_search.h"
+#include "mixer/mixer_of_source.h"
+#include "mixer/mixer_page.h"
+#include "mixer/mixer_rescue.h"
+#include "mixer/mixer_wait.h"
+#include "mixer/mod_mixer.h"
 #include "post/encoders/encoder_choice.h"
 #include "post/encoders/encoder_tools.h"
 #include "post/lists/watch_pages.h"
@@ -121,6 +129,9 @@ struct ProgramParts {
     SongTargets Targets;
     SignalPath Path;
     PauseControl Pauses;
+    modMixer Mixers;
+    MixerOfSource SavedMixer;
+    MixerRescue Rescue;
     LevelDisplay Levels;
     std::unique_ptr<PlayerBridge> Bridge;  ///< null in a run without players
     std::unique_ptr<CoverImages> Covers;   ///< null in a run without the web
@@ -143,6 +154,11 @@ struct ProgramParts {
     Session Recording;
     MediaPoll Poll;
     InputList Inputs;
+    MixerWait SearchWait;
+    InputSearch Search;
+    AutoGain Gain;
+    MixerPage MixerButtons;
+    SearchBreak Break;
     Supervisor Watch;
 };
 

@@ -108,6 +108,7 @@ void Program::TransferNow() {
 
 void Program::FinishAudio() {
     frmMain& form = Memory->Form;
+    Parts->MixerButtons.End();  // a search may be under way, with values of its own
     form.tmr1Second.Running(false);
     form.tmrGetMediaData.Running(false);
     // A song file that cannot be made here is told with the other errors: the program ends anyway.
@@ -159,7 +160,8 @@ void Program::DeleteTempFolder() {
 }
 
 void Program::RestoreMixer() {
-    if (Memory->Options.AutoUpdate && Desktop.RestoreMixer) Desktop.RestoreMixer();
+    // A device that has come since the start ends the walk; the program ends all the same.
+    if (Memory->Options.AutoUpdate) static_cast<void>(Parts->Mixers.MixerAction(MixerMode::Restore));
 }
 
 void Program::RestoreSoundScheme() {

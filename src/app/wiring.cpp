@@ -104,15 +104,6 @@ void ReportUnwritable(ProgramParts& parts) {
     }
 }
 
-/// Writes the sound that waits in the ring into its song, because it will not be drained any more. What
-/// nobody records is forgotten, or it would come up in a later song.
-void EmptyRing(ProgramParts& parts) {
-    const bool written = parts.Drain.FinishCut() && parts.Drain.WriteOut();
-    if (!written) parts.Owner.RequestUnload();
-    parts.Memory.Cut.Settle();
-    parts.Memory.Ring.AudioReadIndex = parts.Memory.Ring.AudioWriteIndex;
-}
-
 /// The end of song will be noticed another way. By time nobody knows of the song whose cut is pending.
 void LeaveEndOfSong(ProgramParts& parts, EndOfSong next) {
     if (next == EndOfSong::Silence) return EmptyRing(parts);
@@ -120,6 +111,13 @@ void LeaveEndOfSong(ProgramParts& parts, EndOfSong next) {
 }
 
 }  // namespace
+
+void EmptyRing(ProgramParts& parts) {
+    const bool written = parts.Drain.FinishCut() && parts.Drain.WriteOut();
+    if (!written) parts.Owner.RequestUnload();
+    parts.Memory.Cut.Settle();
+    parts.Memory.Ring.AudioReadIndex = parts.Memory.Ring.AudioWriteIndex;
+}
 
 std::string UserRegistryFile(Machine machine) {
     return machine.Folders.ShellFolderPath(ShellFolder::AppData) + "/" + ProgramShortName + RegistryFileName;
@@ -179,8 +177,9 @@ AdoptionActions AdoptionActionsOf(ProgramParts& parts) {
     AdoptionActions actions;
     actions.LoadProviderSettings = [&parts](const std::string& name) { parts.LoadProviderSettings(name); };
     actions.StoreProviderSettings = [&parts] { parts.Pauses.StoreProviderSettings(); };
-    // Nothing of a mixer is saved yet.
-    actions.UpdateMixer = actions.ApplyMixer = actions.StoreMixer = [] {};
+    actions.UpdateMixer = [&parts] { parts.SavedMixer.UpdateMixer(); };
+    actions.ApplyMixer = [&parts] { parts.SavedMixer.ApplyMixer(); };
+    actions.StoreMixer = [&parts] { parts.SavedMixer.StoreMixer(); };
     actions.Localize = [&parts](Form& form) { parts.Messages.LocalizeControls(form); };
     actions.FormatMsg = [&parts](const std::string& key, const std::string& argument) {
         return parts.Messages.FormatMsg(key, {argument});
@@ -192,7 +191,7 @@ AdoptionActions AdoptionActionsOf(ProgramParts& parts) {
 ProviderHost ProviderHostOf(ProgramParts& parts) {
     ProviderHost host{parts.Memory.Media, parts.Memory.Signal, parts.Memory.Flags, {}, {}, {}, {}};
     host.LoadProviderSettings = [&parts](const std::string& name) { parts.LoadProviderSettings(name); };
-    host.ApplyMixerSection = [] {};  // nothing of a mixer is saved yet
+    host.ApplyMixerSection = [&parts] { parts.SavedMixer.UpdateMixer(); };
     host.HandOverPending = [&parts] { return parts.Memory.Form.tmrEncodeFile.Running(); };
     host.AdoptSettings = [&parts](const std::string& name) { parts.Adoption.Adopt(name); };
     return host;
@@ -290,6 +289,11 @@ void AttachHandlers(ProgramParts& parts) {
     parts.FolderPage.LogFolderChanged = [&parts](const std::string& before) {
         parts.WatchTabs.FollowFolder(before);
     };
+    parts.MixerButtons.SearchBegins.Connect([&parts] { parts.Break.Begin(); });
+    parts.MixerButtons.SearchEnds.Connect([&parts] { parts.Break.End(); });
+    parts.MixerButtons.SetUrl.Connect([&parts](const std::string& page) {
+        if (parts.Owner.Desktop.OpenAssistant) parts.Owner.Desktop.OpenAssistant(page);
+    });
     form.chkStationDataEnable.Click.Connect([&parts] { parts.StationDataClicked(); });
     form.lblStationDataEnable.Click.Connect([&form] { form.chkStationDataEnable.Press(); });
     form.cmdGetStationID.Click.Connect([&parts] { parts.StationIDClicked(); });

@@ -37,6 +37,10 @@ MediaPollActions MediaPollActionsOf(ProgramParts& parts);
 InputListActions InputListActionsOf(ProgramParts& parts);
 SupervisorActions SupervisorActionsOf(ProgramParts& parts);
 
+/// Writes the sound that waits in the ring into its song, because it will not be drained any more. What
+/// nobody records is forgotten, or it would come up in a later song.
+void EmptyRing(ProgramParts& parts);
+
 /// Connects the handlers that belong to no single part. Called once all parts are there.
 void AttachHandlers(ProgramParts& parts);
 

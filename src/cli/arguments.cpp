@@ -13,6 +13,7 @@ namespace {
 /// The words of one command line on their way into the structs.
 struct Words {
     DevicesArguments Devices;
+    MixerArguments Mixer;
     ProfilesArguments Profiles;
     RecordArguments Record;
     SplitArguments Split;
@@ -108,6 +109,8 @@ Arguments ReadArguments(int count, const char* const* words) {
     Words read;
     CLI::App* devices = app.add_subcommand("devices", "List what can be recorded from");
     devices->add_flag("--json", read.Devices.Json, "Print one JSON object for each input");
+    CLI::App* mixer = app.add_subcommand("mixer", "List the volumes and switches of the sound server");
+    mixer->add_flag("--json", read.Mixer.Json, "Print one JSON object for each of them");
     AddProfiles(app, read);
     AddRecord(app, read);
     AddSplit(app, read);
@@ -123,6 +126,7 @@ Arguments ReadArguments(int count, const char* const* words) {
         const std::string reason = noCommand ? "There is no command '" + rest[0] + "'" : answer.what();
         return ArgumentsAnswer{ExitUsage, reason + "; corvetape-cli --help tells more"};
     }
+    if (app.got_subcommand("mixer")) return read.Mixer;
     if (app.got_subcommand("profiles")) return read.Profiles;
     if (app.got_subcommand("record")) return Finish(read.RecordSettings, read.Record);
     if (app.got_subcommand("split")) return Finish(read.SplitSettings, read.Split);

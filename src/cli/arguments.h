@@ -26,6 +26,10 @@ struct DevicesArguments {
     bool Json = false;
 };
 
+struct MixerArguments {
+    bool Json = false;
+};
+
 struct ProfilesArguments {
     std::string File;   ///< empty: the one that the recorder would read
     std::string Page;   ///< a saved page to try; empty: what is open
@@ -57,8 +61,8 @@ struct ArgumentsAnswer {
     std::string Text;
 };
 
-using Arguments =
-    std::variant<DevicesArguments, ProfilesArguments, RecordArguments, SplitArguments, ArgumentsAnswer>;
+using Arguments = std::variant<DevicesArguments, MixerArguments, ProfilesArguments, RecordArguments,
+                               SplitArguments, ArgumentsAnswer>;
 
 /// Reads the command line.
 Arguments ReadArguments(int count, const char* const* words);

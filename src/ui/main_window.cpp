@@ -43,7 +43,10 @@ MainWindow::MainWindow(UiParts parts) : Parts(std::move(parts)) {
     Pages->setFocus();  // no button looks chosen before a key has been pressed
     resize(125 * Grid, 90 * Grid);
     const auto follow = [kept = QPointer<MainWindow>(this)] {
-        if (kept) kept->setWindowTitle(QString::fromStdString(kept->Parts.Form.Caption()));
+        if (!kept) return;
+        kept->setWindowTitle(QString::fromStdString(kept->Parts.Form.Caption()));
+        // Boxes belong to the window, which stays enabled for them.
+        kept->centralWidget()->setEnabled(kept->Parts.Form.Enabled());
     };
     follow();
     Parts.Form.Changed.Connect(follow);

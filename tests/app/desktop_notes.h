@@ -33,7 +33,6 @@ class DesktopNotes {
         steps.LayOutPages = [this] { Note("LayOutPages"); };
         steps.ChooseLanguage = [this] { return Note("ChooseLanguage"), ChosenLanguage; };
         steps.SizeStatusLine = [this] { Note("SizeStatusLine"); };
-        steps.SnapshotMixer = [this] { Note("SnapshotMixer"); };
         steps.MoveWindow = [this](int32_t left, int32_t top) {
             Note("MoveWindow " + std::to_string(left) + " " + std::to_string(top));
         };
@@ -47,7 +46,6 @@ class DesktopNotes {
     }
 
     void AddStop(DesktopSteps& steps) {
-        steps.RestoreMixer = [this] { Note("RestoreMixer"); };
         steps.SaveWindowPlace = [this] { Note("SaveWindowPlace"); };
         steps.RemoveTrayIcon = [this] { Note("RemoveTrayIcon"); };
         steps.UnloadAssistant = [this] { Note("UnloadAssistant"); };

@@ -39,8 +39,8 @@ TEST(Start, AsksTheDesktopInTheOrderOfTheSteps) {
     ASSERT_TRUE(world.Load());
     EXPECT_THAT(desktop.Asked,
                 ElementsAre("BusyPointer", "BlankBrowser", "LayOutPages", "BusyPointer", "SizeStatusLine",
-                            "SnapshotMixer", "MoveWindow 4097 3073", "MinimizeWindow", "AddTrayIcon",
-                            "HookWindow", "ShowWindow", "LoadBars", "normal pointer", "CheckUpdate"));
+                            "MoveWindow 4097 3073", "MinimizeWindow", "AddTrayIcon", "HookWindow",
+                            "ShowWindow", "LoadBars", "normal pointer", "CheckUpdate"));
 }
 
 TEST(Start, RaisesThePriorityAheadOfEverything) {

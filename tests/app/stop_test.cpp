@@ -64,9 +64,8 @@ TEST(Stop, TellsAndAsksInTheOrderOfItsSteps) {
     ASSERT_TRUE(world.Start());
     world.Values().Messages.RaiseError(905, "/a/song.wav", 28);
     world.Values().Messages.RaiseInfo(834);
-    EXPECT_THAT(order.OfTheStop(),
-                ElementsAre("RestoreMixer", "ERROR", "box", "INFO", "box", "START", "SaveWindowPlace",
-                            "RemoveTrayIcon", "UnloadAssistant", "SaveBars", "END "));
+    EXPECT_THAT(order.OfTheStop(), ElementsAre("ERROR", "box", "INFO", "box", "START", "SaveWindowPlace",
+                                               "RemoveTrayIcon", "UnloadAssistant", "SaveBars", "END "));
 }
 
 std::string StoredForm(World& world, const char* key) {
@@ -105,15 +104,6 @@ TEST(Stop, ARunWithoutAWindowLeavesThePlaceOfTheLastOne) {
     world.Recorder->Unload();
     EXPECT_EQ(StoredForm(world, "Pos"), "1;2;3;4");
     EXPECT_EQ(StoredForm(world, "State"), "2");
-}
-
-TEST(Stop, RestoresTheMixerOnlyWhereTheUserWantsThat) {
-    World world;
-    DesktopNotes desktop;
-    PutOn(world, desktop);
-    ASSERT_TRUE(world.Load());
-    world.Recorder->Unload();
-    EXPECT_THAT(desktop.Asked, Not(Contains("RestoreMixer")));
 }
 
 TEST(Stop, WritesItsLastLineWithItsTrailingBlank) {

@@ -132,8 +132,7 @@ TEST(RegClassesSwitch, EndsBehindItsMessageWithAllStepsOfTheStop) {
     EXPECT_THAT(world.Computer.Dialogs.Boxes[0].Text, testing::Not(IsEmpty()));
     EXPECT_THAT(desktop.Asked,
                 ElementsAre("BusyPointer", "BlankBrowser", "LayOutPages", "BusyPointer", "SizeStatusLine",
-                            "SnapshotMixer", "RestoreMixer", "SaveWindowPlace", "RemoveTrayIcon",
-                            "UnloadAssistant", "SaveBars"));
+                            "SaveWindowPlace", "RemoveTrayIcon", "UnloadAssistant", "SaveBars"));
     EXPECT_THAT(LoggedKinds(world), ElementsAre("START", "END "));
     EXPECT_EQ(world.Ends, 1U);
     EXPECT_FALSE(world.Recorder->Running());

@@ -40,7 +40,7 @@ class InputListTest : public testing::Test {
         const std::string& path = Store.Ini().Path();
         Computer.Files.MakeFolders(path.substr(0, path.rfind('/')));
         Computer.Files.Put(Computer.Folders.Program + "/english.lang",
-                           "901=devices changed\n902=no device\n");
+                           "901=devices changed\n902=no device\n1501=%1 (default)\n");
         Messages.Load("english");
         Journal.Listener = [this](const std::string& kind, const std::string& text) {
             Logged.push_back(kind + " " + text);
@@ -209,6 +209,38 @@ TEST_F(FillInputDevices, AStoredIndexBeyondTheListSelectsTheFirstDeviceAndWarns)
         EXPECT_EQ(Form.cmbInputDevices.ListIndex(), 0) << index;
         EXPECT_THAT(Logged, ElementsAre("INFO devices changed")) << index;
     }
+}
+
+TEST_F(FillInputDevices, MarksTheDefaultDeviceWhereItStands) {
+    KnowThreeDevices();
+    Inputs.Present[2].IsDefault = true;
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_THAT(Listed(), ElementsAre("A=0", "B=1", "C (default)=2"));
+    EXPECT_EQ(Options.InputDeviceNames, "A;B;C;");
+}
+
+TEST_F(FillInputDevices, AnotherDefaultDeviceIsNoChange) {
+    KnowThreeDevices();
+    Inputs.Present[0].IsDefault = true;
+    EXPECT_TRUE(Choice.FillInputDevices());
+    Inputs.Present[0].IsDefault = false;
+    Inputs.Present[2].IsDefault = true;
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_EQ(Form.cmbInputDevices.ListIndex(), 1);
+    EXPECT_THAT(Logged, IsEmpty());
+    EXPECT_THAT(Boxes, IsEmpty());
+}
+
+TEST_F(FillInputDevices, SelectsTheDefaultDeviceIfTheyHaveChanged) {
+    KnowThreeDevices();
+    Inputs.Add("mono", 0);
+    Inputs.Add("D");
+    Inputs.Present[4].IsDefault = true;
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_EQ(Form.cmbInputDevices.ListIndex(), 3);
+    EXPECT_EQ(Choice.WaveInDeviceId(), 4);
+    EXPECT_EQ(Stored("InputDevice"), "3");
+    EXPECT_THAT(Logged, ElementsAre("INFO devices changed"));
 }
 
 TEST_F(FillInputDevices, TheFirstStartTellsThatTheDevicesAreNew) {
