@@ -100,7 +100,8 @@ std::vector<Asked> AskedByForms(const AllForms& forms) {
 bool IsFormKey(const std::string& key) {
     if (!std::ranges::all_of(key, [](char c) { return c >= '0' && c <= '9'; })) return false;
     const int number = std::stoi(key);
-    return (number >= 1000 && number <= 1499) || (number >= 50000 && number <= 50009);
+    const bool message = number >= 1500 && number <= 1549;  // of the mixer
+    return (number >= 1000 && number <= 1999 && !message) || (number >= 50000 && number <= 50009);
 }
 
 std::set<std::string> Placeholders(const std::string& text) {
