@@ -85,8 +85,8 @@ Book::~Book() = default;
 
 Machine Book::Through(Machine machine) {
     if (!Between) Between = std::make_unique<Input>(*this, machine.WaveIn);
-    return {machine.Clock,   machine.Loop,    *Between,       machine.Files,   machine.Processes,
-            machine.Folders, machine.Dialogs, machine.System, machine.Instance};
+    return {machine.Clock,     machine.Loop,    *Between,        machine.Mixer,  machine.Files,
+            machine.Processes, machine.Folders, machine.Dialogs, machine.System, machine.Instance};
 }
 
 void Book::Tell(const std::string& problem) {
