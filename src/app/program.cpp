@@ -69,6 +69,14 @@ CoverImages* Program::Covers() {
     return Parts->Covers.get();
 }
 
+FloatingBars& Program::Bars() {
+    return Parts->Bars;
+}
+
+WatchPages& Program::Lists() {
+    return Parts->WatchTabs;
+}
+
 SongActions& Program::Songs() {
     return Parts->Songs;
 }

@@ -18,11 +18,13 @@ namespace Corvetape {
 
 class clsLocalizeControls;
 class CoverImages;
+class FloatingBars;
 class Documents;
 class Http;
 class LevelDisplay;
 class Players;
 class SongActions;
+class WatchPages;
 struct dlgProvider;
 struct ProgramLinks;
 struct ProgramParts;
@@ -166,6 +168,10 @@ class Program {
 
     /// What the user can do with a song of the list of this run.
     SongActions& Songs();
+
+    /// The floating bars, and the tabs of the watch lists.
+    FloatingBars& Bars();
+    WatchPages& Lists();
 
     State& Values() { return *Memory; }
     const State& Values() const { return *Memory; }

@@ -72,6 +72,9 @@ ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
                 RunName, Owner.Options.InputFiles, Owner.Options.KeepNotes},
                machine.Files, machine.Processes, Journal, Notes, TransferCallbacksOf(*this)),
       Songs({machine.Files, machine.Clock, state.Options, state.Folders, WatchTabs, Transfer}),
+      Links(state.Form, machine.Processes, Messages),
+      Bars({state.Form, state.PlainBar, state.CoverBar, state.Media, state.Options, Store, machine.Loop,
+            Covers.get()}),
       Disk({state.Form, machine.Files, state.Options, state.Folders, state.Flags, state.Messages},
            DiskCheckActionsOf(*this)),
       Look(state.Form, state.PlainBar, state.CoverBar, Messages),
@@ -90,8 +93,9 @@ ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
                     machine.Processes, Messages},
                    {Mixers, Inputs, Search, Gain, Rescue, SearchWait}, machine.System.Version()),
       Break(*this),
-      Watch({state.Form, state.CoverBar, machine.Clock, state.Options, state.Pause, state.Lifecycle,
-             state.Flags, state.Cut, state.Signal, state.Media, state.Ring, Input.MaxBuffersUsed()},
+      Watch({state.Form, state.PlainBar, state.CoverBar, machine.Clock, state.Options, state.Pause,
+             state.Lifecycle, state.Flags, state.Cut, state.Signal, state.Media, state.Ring,
+             Input.MaxBuffersUsed()},
             SupervisorActionsOf(*this)) {
     AttachHandlers(*this);
 }

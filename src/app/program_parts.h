@@ -34,12 +34,14 @@
 #include "post/encoders/encoder_choice.h"
 #include "post/encoders/encoder_tools.h"
 #include "post/lists/watch_pages.h"
+#include "post/options/about_links.h"
 #include "post/options/folder_selection.h"
 #include "post/options/log_viewer.h"
 #include "post/options/program_options.h"
 #include "post/transfer/song_notes.h"
 #include "post/transfer/transfer_job.h"
 #include "recording/disk_check.h"
+#include "recording/floating_bars.h"
 #include "recording/level_display.h"
 #include "recording/media_poll.h"
 #include "recording/pause_control.h"
@@ -149,6 +151,8 @@ struct ProgramParts {
     SongNotes Notes;
     TransferJob Transfer;
     SongActions Songs;
+    AboutLinks Links;
+    FloatingBars Bars;
     DiskCheck Disk;
     RecordingLook Look;
     Session Recording;

@@ -221,6 +221,7 @@ void Program::UnloadAssistant() {
 }
 
 void Program::SaveBars() {
+    Parts->Bars.Save();
     if (Desktop.SaveBars) Desktop.SaveBars();
 }
 

@@ -2,13 +2,19 @@
 
 #include <QApplication>
 #include <QLocale>
+#include <QScreen>
+#include <QSessionManager>
 #include <utility>
 
 #include "core/controls/messages.h"
 #include "core/settings/command_line.h"
+#include "platform/linux/desktop/compositor.h"
 #include "platform/virtual/demo_radio.h"
+#include "post/options/language_choice.h"
 #include "recording/song_notices.h"
+#include "ui/language_question.h"
 #include "ui/provider_question.h"
+#include "ui/text_keys.h"
 
 namespace Corvetape {
 
@@ -17,7 +23,6 @@ namespace {
 constexpr uint64_t DemoSeed = 1;
 constexpr const char* DemoName = "Demo radio";
 constexpr const char* DemoQuestion = "60001";
-constexpr int TwipsPerPixel = 15;
 
 }  // namespace
 
@@ -44,9 +49,14 @@ Desktop::Desktop(DesktopArguments arguments)
 }
 
 Desktop::~Desktop() {
-    Keys.reset();
+    Media.reset();
+    PlainBar.reset();
+    CoverBar.reset();
+    if (Shown) Shown->Follow(nullptr);
     Tray.reset();
     Shown.reset();
+    Ui.reset();
+    Keys.reset();
     Covers.reset();
     Trace.reset();
     Recorder.reset();
@@ -126,14 +136,17 @@ DesktopSteps Desktop::Steps() {
             QApplication::restoreOverrideCursor();
         }
     };
-    steps.ChooseLanguage = [this] { return SystemLanguage(); };
+    steps.ChooseLanguage = [this] { return AskForLanguage(); };
     steps.SizeStatusLine = [this] { MakeWindow(); };  // now its texts are there
     steps.MoveWindow = [this](int32_t left, int32_t top) {
-        Shown->move(left / TwipsPerPixel, top / TwipsPerPixel);
+        Shown->move(left / ScreenTwipsPerPixel, top / ScreenTwipsPerPixel);
     };
     steps.MinimizeWindow = [this] { Shown->showMinimized(); };
-    steps.ShowWindow = [this] {
-        if (!Shown->isMinimized()) Shown->show();
+    steps.ShowWindow = [this] { ShowStarted(); };
+    steps.LoadBars = [this] { LoadBars(); };
+    steps.SaveBars = [this] {
+        PlainBar.reset();
+        CoverBar.reset();
     };
     steps.SaveWindowPlace = [this] {
         frmMain& form = Recorder->Values().Form;
@@ -142,49 +155,107 @@ DesktopSteps Desktop::Steps() {
         } else {
             form.State(Shown->isMaximized() ? WindowState::Maximised : WindowState::Normal);
         }
-        form.Place({Shown->x() * TwipsPerPixel, Shown->y() * TwipsPerPixel, Shown->width() * TwipsPerPixel,
-                    Shown->height() * TwipsPerPixel});
+        form.Place({Shown->x() * ScreenTwipsPerPixel, Shown->y() * ScreenTwipsPerPixel,
+                    Shown->width() * ScreenTwipsPerPixel, Shown->height() * ScreenTwipsPerPixel});
     };
+    AddTraySteps(steps);
+    steps.AskForSettings = [this](dlgProvider& dialog) { AskOver(Shown.get(), dialog); };
+    return steps;
+}
+
+void Desktop::AddTraySteps(DesktopSteps& steps) {
     steps.AddTrayIcon = [this] { MakeTrayIcon(); };
-    steps.RemoveTrayIcon = [this] { Tray.reset(); };
+    steps.RemoveTrayIcon = [this] {
+        Shown->Follow(nullptr);
+        Tray.reset();
+    };
     steps.ShowTrayTip = [this](const std::string& tip) {
         if (Tray) Tray->ShowTip(tip);
     };
     steps.ShowTrayState = [this](int32_t state) {
         if (Tray) Tray->ShowState(state);
+        Shown->setWindowIcon(StateIcon(state));
     };
-    steps.AskForSettings = [this](dlgProvider& dialog) { AskOver(Shown.get(), dialog); };
-    return steps;
+}
+
+/// A start that hides the window hides it where an icon brings it back, and leaves it minimised elsewhere.
+void Desktop::ShowStarted() {
+    if (!Shown->isMinimized()) return Shown->show();
+    if (AnswerTo(WindowState::Minimised, Tray->Present(), false) != WindowAnswer::HideToTray) return;
+    Shown->hide();
+    Shown->setWindowState(Qt::WindowNoState);
+}
+
+void Desktop::LoadBars() {
+    State& state = Recorder->Values();
+    const QSize screen = QGuiApplication::primaryScreen()->size() * ScreenTwipsPerPixel;
+    state.Form.Place({Shown->x() * ScreenTwipsPerPixel, Shown->y() * ScreenTwipsPerPixel,
+                      Shown->width() * ScreenTwipsPerPixel, Shown->height() * ScreenTwipsPerPixel});
+    FloatingBars& bars = Recorder->Bars();
+    bars.IconIsThere(Tray->Present());
+    bars.Load({screen.width(), screen.height()});
+    const bool wayland = QGuiApplication::platformName().startsWith("wayland");
+    const BarStyle style = wayland || CompositorRuns() ? BarStyle::Composited : BarStyle::Plain;
+    PlainBar = std::make_unique<QuickBarWindow>(*Ui, state.PlainBar, style);
+    CoverBar = std::make_unique<CoverBarWindow>(*Ui, state.CoverBar, style);
+    state.Form.tmr1Second.Timer.Connect([this, &bars] { bars.IconIsThere(Tray && Tray->Present()); });
+}
+
+void Desktop::SetUrl(const std::string& /*page*/, bool /*online*/) {
+    Recorder->Values().Form.lblStatus[1].Caption(Recorder->Texts().FormatMsg(Key::NotBuilt));
+}
+
+/// The user chooses at the first start, with the language of the desktop preselected. An unattended program
+/// takes that one.
+std::string Desktop::AskForLanguage() {
+    if (ReadSwitches(Arguments.CommandLine).DontAsk) return SystemLanguage();
+    dlgLanguage dialog;
+    LanguageChoice choice(dialog, Files, Dialogs, Folders->ProgramFolder(), SystemLanguage());
+    QApplication::restoreOverrideCursor();
+    Corvetape::AskForLanguage(dialog, choice);
+    return choice.Chosen().empty() ? SystemLanguage() : choice.Chosen();
+}
+
+/// The system and the session end the program as its window does; a song that is to be finished holds the
+/// session up once.
+void Desktop::WatchTheEnd() {
+    if (QSocketNotifier* const request = Requests.Notifier()) {
+        QObject::connect(request, &QSocketNotifier::activated, request, [this] {
+            EndSignals::Take();
+            static_cast<void>(Recorder->Close());
+        });
+    }
+    QObject::connect(
+        qApp, &QGuiApplication::commitDataRequest, qApp,
+        [this](QSessionManager& session) {
+            if (!Recorder->Close() && session.allowsInteraction()) session.cancel();
+        },
+        Qt::DirectConnection);
 }
 
 void Desktop::MakeWindow() {
     State& state = Recorder->Values();
     Covers = std::make_unique<CoverPictures>(Recorder->Covers());
-    Shown = std::make_unique<MainWindow>(
+    Keys = std::make_unique<HelpKeys>(state.Lifecycle, static_cast<HelpPages&>(*this));
+    Ui = std::make_unique<UiParts>(
         UiParts{state.Form, state.Flags, state.Signal, state.Media, state.Pause, state.Messages,
-                Recorder->Levels(), *Trace, Songs, Recorder->Songs(), *Covers, Words(Recorder->Texts()),
+                Recorder->Levels(), *Trace, Songs, Recorder->Songs(), Recorder->Lists(), Recorder->Bars(),
+                *Keys, state.Options, *Covers, Words(Recorder->Texts()),
                 [this] { return Recorder->SongAgeSeconds(); }, [this] { return Recorder->Close(); }});
+    Shown = std::make_unique<MainWindow>(*Ui);
     Dialogs.Over(Shown.get());
-    // Pages are shown by the user's own browser, which says nothing of its progress.
-    BrowserView& view = state.Form.objWebBrowser;
-    view.NavigateAsked.Connect([this, &view] {
-        if (view.Address().find("://") == std::string::npos) return;  // a blank page
-        Processes.ShellOpen(view.Address(), "", "");                  // the browser shows what went wrong
-        view.DownloadComplete.Raise();
-    });
 }
 
 void Desktop::MakeTrayIcon() {
     frmMain& form = Recorder->Values().Form;
-    form.mnuTaskbarItem[15].Enabled(false);  // there is no bar of quick buttons yet
     form.mnuTaskbarItem[10].Click.Connect([this] { Shown->ComeForward(); });
     form.mnuTaskbarItem[20].Click.Connect([&form] { form.cmdQuickRecord.Press(); });
     form.mnuTaskbarItem[90].Click.Connect([this] { Loop.Post([this] { Shown->close(); }); });
     Tray = std::make_unique<TrayIcon>(form, [this] { Shown->ComeForward(); });
     // The menu's items are what its buttons press.
     const State& state = Recorder->Values();
-    Keys = std::make_unique<MediaKeys>(form, state.Flags, state.Media, Presence);
-    Shown->HideWhenMinimised([this] { return Tray && Tray->Present(); });
+    Media = std::make_unique<MediaKeys>(form, state.Flags, state.Media, Presence);
+    Shown->Follow(Tray.get());
 }
 
 int Desktop::Run() {
@@ -195,6 +266,7 @@ int Desktop::Run() {
     // Also while nobody looks: the history would forget before the next look.
     state.Form.tmr1Second.Timer.Connect([this] { Trace->Follow(); });
     if (!Recorder->Load()) return 0;
+    WatchTheEnd();
     if (Recorder->Running()) Loop.Run();
     return 0;
 }

@@ -6,6 +6,8 @@
 
 #include "app/program.h"
 #include "desktop/desktop_arguments.h"
+#include "desktop/desktop_scheme.h"
+#include "desktop/end_signals.h"
 #include "desktop/qt_dialogs.h"
 #include "platform/linux/browser/devtools_documents.h"
 #include "platform/linux/browser/joined_documents.h"
@@ -29,14 +31,16 @@
 #include "recording/media_keys.h"
 #include "recording/run_songs.h"
 #include "recording/signal_trace.h"
+#include "ui/cover_bar.h"
 #include "ui/main_window.h"
+#include "ui/quick_bar.h"
 #include "ui/tray_icon.h"
 
 namespace Corvetape {
 
 /// The desktop program: this machine, the recorder on it, and its window. Made on the thread of the
 /// QApplication and gone before it.
-class Desktop {
+class Desktop : private HelpPages {
  public:
     explicit Desktop(DesktopArguments arguments);
     ~Desktop();
@@ -58,6 +62,14 @@ class Desktop {
     void MakeWindow();
     void MakeTrayIcon();
     std::string SystemLanguage();
+    std::string AskForLanguage();
+    void AddTraySteps(DesktopSteps& steps);
+    void ShowStarted();
+    void LoadBars();
+    void WatchTheEnd();
+
+    /// Help and assistant are not there yet: a key that asks for them is answered in the status line.
+    void SetUrl(const std::string& page, bool online) override;
 
     DesktopArguments Arguments;
     LinuxClock Clock;
@@ -85,9 +97,15 @@ class Desktop {
     RunSongs Songs;
     std::unique_ptr<SignalTrace> Trace;
     std::unique_ptr<CoverPictures> Covers;
+    std::unique_ptr<HelpKeys> Keys;
+    std::unique_ptr<UiParts> Ui;
     std::unique_ptr<MainWindow> Shown;
+    std::unique_ptr<QuickBarWindow> PlainBar;
+    std::unique_ptr<CoverBarWindow> CoverBar;
     std::unique_ptr<TrayIcon> Tray;
-    std::unique_ptr<MediaKeys> Keys;
+    std::unique_ptr<MediaKeys> Media;
+    DesktopScheme Scheme;
+    EndSignals Requests;
 };
 
 }  // namespace Corvetape

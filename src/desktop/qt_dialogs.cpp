@@ -53,17 +53,35 @@ std::optional<std::string> QtDialogs::BrowseForFolder(const std::string& title, 
     return chosen.toStdString();
 }
 
-std::optional<std::string> QtDialogs::OpenFile(const std::string& title, const std::string& filter,
-                                               const std::string& start) {
-    // Names and patterns of the filter stand one after the other, with a NUL between.
+namespace {
+
+/// Names and patterns of a filter stand one after the other, with a NUL between.
+QString FiltersOf(const std::string& filter) {
     const QStringList parts = QString::fromStdString(filter).split(QChar(0));
     QStringList filters;
     for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
         filters << parts[i].section('(', 0, 0).trimmed() + " (" + QString(parts[i + 1]).replace(';', ' ') +
                        ")";
     }
+    return filters.join(";;");
+}
+
+}  // namespace
+
+std::vector<std::string> QtDialogs::OpenFiles(const std::string& title, const std::string& filter,
+                                              const std::string& start) {
+    std::vector<std::string> paths;
+    for (const QString& chosen : QFileDialog::getOpenFileNames(
+             Window, QString::fromStdString(title), QString::fromStdString(start), FiltersOf(filter))) {
+        paths.push_back(chosen.toStdString());
+    }
+    return paths;
+}
+
+std::optional<std::string> QtDialogs::OpenFile(const std::string& title, const std::string& filter,
+                                               const std::string& start) {
     const QString chosen = QFileDialog::getOpenFileName(Window, QString::fromStdString(title),
-                                                        QString::fromStdString(start), filters.join(";;"));
+                                                        QString::fromStdString(start), FiltersOf(filter));
     if (chosen.isEmpty()) return std::nullopt;
     return chosen.toStdString();
 }

@@ -22,6 +22,8 @@ class QtDialogs : public Dialogs {
     std::optional<std::string> BrowseForFolder(const std::string& title, const std::string& start) override;
     std::optional<std::string> OpenFile(const std::string& title, const std::string& filter,
                                         const std::string& start) override;
+    std::vector<std::string> OpenFiles(const std::string& title, const std::string& filter,
+                                       const std::string& start) override;
 
  private:
     QPointer<QWidget> Window;

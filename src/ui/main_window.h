@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QMainWindow>
-#include <functional>
 #include <utility>
 
 #include "ui/ui_parts.h"
@@ -11,6 +10,7 @@ class QStackedWidget;
 namespace Corvetape {
 
 class Navigation;
+class TrayIcon;
 
 /// frmMain as a window: the list of its pages, the page of the selected tab, and the status line. It puts
 /// them together and knows nothing of what is on them.
@@ -18,8 +18,8 @@ class MainWindow : public QMainWindow {
  public:
     explicit MainWindow(UiParts parts);
 
-    /// Whether a minimised window goes out of sight: only where something else brings it back.
-    void HideWhenMinimised(std::function<bool()> wanted) { Hides = std::move(wanted); }
+    /// The icon that brings a hidden window back; null while there is none. It is let go before it goes.
+    void Follow(const TrayIcon* icon) { Icon = icon; }
 
     /// Brings it to the front, wherever it was.
     void ComeForward();
@@ -31,8 +31,13 @@ class MainWindow : public QMainWindow {
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
     bool event(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
  private:
+    void FollowForm();
+    void AnswerState();
+    QWidget* BarButton();
     void AddPages();
     QWidget* StatusLine();
     void AddKeys();
@@ -42,9 +47,10 @@ class MainWindow : public QMainWindow {
     UiParts Parts;
     Navigation* Tabs = nullptr;
     QStackedWidget* Pages = nullptr;
-    std::function<bool()> Hides;
+    const TrayIcon* Icon = nullptr;
     bool Ended = false;
     bool Dressing = false;
+    bool Answering = false;
 };
 
 }  // namespace Corvetape

@@ -38,6 +38,7 @@ class UiWorld {
                              {"Options", "Encoder", "1"}};
         Recorder = std::make_unique<Program>(Computer.Get(), std::move(options), Events(), Steps());
         State& state = Recorder->Values();
+        Keys = std::make_unique<HelpKeys>(state.Lifecycle, Pages);
         Trace = std::make_unique<SignalTrace>(state.Signal, state.Pause, Computer.Clock);
         state.Form.tmr1Second.Timer.Connect([this] { Trace->Follow(); });
         Loaded = Recorder->Load();
@@ -67,13 +68,26 @@ class UiWorld {
         return Window->findChild<Widget*>(name);
     }
 
+    /// The last page that a key has asked for.
+    struct AskedPages : HelpPages {
+        void SetUrl(const std::string& page, bool online) override {
+            Page = page;
+            Online = online;
+        }
+        std::string Page;
+        bool Online = false;
+    };
+
     SimMachine Computer;
+    AskedPages Pages;
     SourcePlayers Titles{Computer.Loop, "Demo radio", [this] { return Computer.WaveIn.NowPlaying(); }};
     SimHttp Web{Computer.Loop};
     RunSongs Songs;
     std::unique_ptr<Program> Recorder;
+    std::unique_ptr<HelpKeys> Keys;
     std::unique_ptr<SignalTrace> Trace;
     std::unique_ptr<CoverPictures> Covers;
+    std::unique_ptr<UiParts> Ui;
     std::unique_ptr<MainWindow> Window;
     bool Loaded = false;
 
@@ -94,10 +108,12 @@ class UiWorld {
         steps.SizeStatusLine = [this] {
             State& state = Recorder->Values();
             Covers = std::make_unique<CoverPictures>(Recorder->Covers());
-            Window = std::make_unique<MainWindow>(UiParts{
-                state.Form, state.Flags, state.Signal, state.Media, state.Pause, state.Messages,
-                Recorder->Levels(), *Trace, Songs, Recorder->Songs(), *Covers, Words(Recorder->Texts()),
-                [this] { return Recorder->SongAgeSeconds(); }, [this] { return Recorder->Close(); }});
+            Ui = std::make_unique<UiParts>(
+                UiParts{state.Form, state.Flags, state.Signal, state.Media, state.Pause, state.Messages,
+                        Recorder->Levels(), *Trace, Songs, Recorder->Songs(), Recorder->Lists(),
+                        Recorder->Bars(), *Keys, state.Options, *Covers, Words(Recorder->Texts()),
+                        [this] { return Recorder->SongAgeSeconds(); }, [this] { return Recorder->Close(); }});
+            Window = std::make_unique<MainWindow>(*Ui);
         };
         steps.ShowWindow = [this] { Window->show(); };
         return steps;

@@ -30,6 +30,7 @@ struct Settings {
     bool ProvidersEnable = true;
     std::string FormPos;
     int32_t FormState = 0;
+    bool MaximizeButton = false;  ///< maximises; otherwise it shows and hides the floating bar
     std::string QuickButtonsPos;
     bool QuickButtonsVisible = true;
     bool OldView = false;

@@ -18,6 +18,7 @@ constexpr SettingRow Table[] = {
     {"Providers", "Enable", "1", Bool, &Settings::ProvidersEnable, Later, "chkStationDataEnable"},
     {"Form", "Pos", "", PosText, &Settings::FormPos},
     {"Form", "State", "0", Int, &Settings::FormState},
+    {"Form", "MaximizeButton", "0", Bool, &Settings::MaximizeButton, Load, "chkMaximizeButton"},
     {"QuickButtons", "Pos", "", PosText, &Settings::QuickButtonsPos},
     {"QuickButtons", "Visible", "1", Bool, &Settings::QuickButtonsVisible},
     {"QuickButtons", "OldView", "0", Bool, &Settings::OldView},
