@@ -12,7 +12,6 @@
 #include "cli/hosts.h"
 #include "live/sound_server.h"
 #include "mixer/auto_gain.h"
-#include "mixer/mixer_line.h"
 #include "platform/linux/loop/linux_clock.h"
 #include "platform/linux/sound/pulse_mixer.h"
 #include "platform/linux/sound/pulse_wave_in.h"
@@ -24,7 +23,6 @@ namespace Corvetape {
 namespace {
 
 using std::chrono::seconds;
-using testing::ElementsAre;
 using testing::HasSubstr;
 
 constexpr uint32_t Rate = 44100;

@@ -23,9 +23,7 @@
 namespace Corvetape {
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::Not;
 
 /// The mixer of a sound server of its own with an output "radio".
 class PulseMixerTest : public testing::TestWithParam<ServerKind> {
