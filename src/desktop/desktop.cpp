@@ -182,8 +182,8 @@ void Desktop::AddTraySteps(DesktopSteps& steps) {
 void Desktop::ShowStarted() {
     if (!Shown->isMinimized()) return Shown->show();
     if (AnswerTo(WindowState::Minimised, Tray->Present(), false) != WindowAnswer::HideToTray) return;
+    Shown->setWindowState(Qt::WindowNoState);  // first, or it would be put back on the screen
     Shown->hide();
-    Shown->setWindowState(Qt::WindowNoState);
 }
 
 void Desktop::LoadBars() {

@@ -176,8 +176,9 @@ void MainWindow::AnswerState() {
     const bool there = Icon != nullptr && Icon->Present();
     const WindowAnswer answer = AnswerTo(state, there, Parts.Options.MaximizeButton);
     if (answer == WindowAnswer::Stay) return;
-    if (answer == WindowAnswer::HideToTray) hide();
+    // Normal first: a window that is hidden and then restored would be put back on the screen.
     setWindowState(windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized));
+    if (answer == WindowAnswer::HideToTray) hide();
     if (answer == WindowAnswer::FlipQuickBar) Parts.Form.chkQuickButtons.Press();
 }
 
