@@ -98,7 +98,7 @@ TEST(Pages, HaveADrawnIconForEachTab) {
 
 TEST(Pages, WhatIsNotThereYetCannotBePressedAndSaysSo) {
     UiWorld world;
-    for (const char* name : {"cmdNews", "cmdCheckUpdateNow"}) {
+    for (const char* name : {"cmdCheckUpdateNow"}) {
         const auto* const button = world.Find<QPushButton>(name);
         EXPECT_FALSE(button->isEnabled()) << name;
         EXPECT_EQ(button->toolTip(), "This is not there yet in this version") << name;
