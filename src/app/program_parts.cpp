@@ -45,7 +45,10 @@ ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
       Writer({machine.Files, state.Flags, state.Signal, state.Pause, state.Media, state.Messages, state.Cut},
              SongPlaceOf(*this), SongEventsOf(*this)),
       Drain({state.Ring, state.Cut, state.Pause, state.Flags, Writer}),
-      Targets(Writer, Drain),
+      Learned(machine.Files, LearnedCutsFolder(machine), state.Options),
+      Automatic({state.Ring, state.Cut, state.Pause, state.Options, Input.Format(), state.Flags, state.Signal,
+                 state.Media, Writer, Learned}),
+      Targets(Writer, Drain, Automatic),
       Path({state.Signal, state.Pause, state.Ring, machine.Clock},
            {state.Signal, state.Cut, state.Pause, state.Flags, state.Ring}, Targets),
       Pauses({state.Form, state.Pause, state.Signal, state.Media, Store, machine.Dialogs, Messages}),
@@ -81,8 +84,10 @@ ProgramParts::ProgramParts(Machine machine, State& state, ProgramLinks links)
       Recording(
           {state.Form, state.Flags, state.Cut, state.Media, state.Pause, state.Signal, state.Ring, Writer},
           SessionActionsOf(*this)),
-      Poll({state.Form, state.Media, state.Cut, state.Flags, state.Signal, state.Ring, Drain, Recording},
+      Poll({state.Form, state.Media, state.Cut, state.Flags, state.Signal, state.Ring, state.Pause, Drain,
+            Recording},
            MediaPollActionsOf(*this)),
+      Sources({state.Form, state.Media, machine.Clock, Providers, Bridge.get(), Covers.get(), Automatic}),
       Inputs({state.Form, machine.WaveIn, state.Options, Store, state.Media},
              {Journal, machine.Dialogs, Messages, state.Lifecycle}, InputListActionsOf(*this)),
       SearchWait(machine.Clock, machine.Loop),
@@ -106,6 +111,10 @@ std::string ProgramParts::NameOfMusicFile() const {
 
 void ProgramParts::NoteSong() {
     if (!Owner.Options.KeepNotes || !Writer.HasSongFile()) return;
+    if (Automatic.Active()) {
+        NoteSong(Writer.SongBaseName(), Automatic.Media(), Automatic.Wanted());
+        return;
+    }
     // While a cut is pending the file still holds the song that has ended.
     const MediaState& media = Memory.Media;
     const std::optional<EndedSong>& ended = Memory.Cut.Ended;

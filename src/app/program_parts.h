@@ -40,6 +40,10 @@
 #include "post/options/program_options.h"
 #include "post/transfer/song_notes.h"
 #include "post/transfer/transfer_job.h"
+#include "recording/automatic/automatic_recorder.h"
+#include "recording/automatic/automatic_targets.h"
+#include "recording/automatic/learned_cuts.h"
+#include "recording/automatic/source_watch.h"
 #include "recording/disk_check.h"
 #include "recording/floating_bars.h"
 #include "recording/level_display.h"
@@ -128,7 +132,9 @@ struct ProgramParts {
     Capture Input;
     SongWriter Writer;
     AudioDrain Drain;
-    SongTargets Targets;
+    LearnedCuts Learned;
+    AutomaticRecorder Automatic;
+    AutomaticTargets Targets;
     SignalPath Path;
     PauseControl Pauses;
     modMixer Mixers;
@@ -157,6 +163,7 @@ struct ProgramParts {
     RecordingLook Look;
     Session Recording;
     MediaPoll Poll;
+    SourceWatch Sources;
     InputList Inputs;
     MixerWait SearchWait;
     InputSearch Search;

@@ -112,6 +112,7 @@ void Program::FinishAudio() {
     form.tmr1Second.Running(false);
     form.tmrGetMediaData.Running(false);
     // A song file that cannot be made here is told with the other errors: the program ends anyway.
+    static_cast<void>(Parts->Automatic.Finish());
     static_cast<void>(Parts->Drain.FinishCut());
     // The song that waits has its own record, which the last song takes over in the next step.
     if (form.tmrEncodeFile.Running()) TransferNow();

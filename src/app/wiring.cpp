@@ -59,6 +59,17 @@ void TellHealth(ProgramParts& parts, const ClosedSong& song) {
     LogInfo(parts, "848", {parts.NameOfMusicFile(), SecondsText(song.LostFrames, song.FramesPerSecond)});
 }
 
+/// What makes a kept song doubtful that everything was known of.
+void TellTrust(ProgramParts& parts, const ClosedSong& song) {
+    const SongTrust& trust = song.Trust;
+    const std::string name = parts.NameOfMusicFile();
+    if (trust.Dropouts > 0) LogInfo(parts, "1652", {name, std::to_string(trust.Dropouts)});
+    if (trust.Mixed) LogInfo(parts, "1653", {name});
+    if (trust.Sought) LogInfo(parts, "1654", {name});
+    if (trust.AgainstEvidence) LogInfo(parts, "1655", {name});
+    if (trust.PausesCut > 0) LogInfo(parts, "1656", {name, std::to_string(trust.PausesCut)});
+}
+
 /// The recording has stopped: whoever looks has to see it now, and not only when the program ends.
 void ReportFailure(ProgramParts& parts, const SongFailure& failure) {
     DeferredMessages& messages = parts.Memory.Messages;
@@ -106,14 +117,16 @@ void ReportUnwritable(ProgramParts& parts) {
 
 /// The end of song will be noticed another way. By time nobody knows of the song whose cut is pending.
 void LeaveEndOfSong(ProgramParts& parts, EndOfSong next) {
-    if (next == EndOfSong::Silence) return EmptyRing(parts);
+    const bool byItself = next == EndOfSong::Automatic || parts.Automatic.Active();
+    if (next == EndOfSong::Silence || byItself) return EmptyRing(parts);
     if (!parts.Drain.FinishCut()) parts.Owner.RequestUnload();
 }
 
 }  // namespace
 
 void EmptyRing(ProgramParts& parts) {
-    const bool written = parts.Drain.FinishCut() && parts.Drain.WriteOut();
+    const bool written = parts.Automatic.Active() ? parts.Automatic.Finish()
+                                                  : parts.Drain.FinishCut() && parts.Drain.WriteOut();
     if (!written) parts.Owner.RequestUnload();
     parts.Memory.Cut.Settle();
     parts.Memory.Ring.AudioReadIndex = parts.Memory.Ring.AudioWriteIndex;
@@ -125,6 +138,10 @@ std::string UserRegistryFile(Machine machine) {
 
 std::string MachineRegistryFile(Machine machine) {
     return CommonDataFolder(machine.Folders) + RegistryFileName;
+}
+
+std::string LearnedCutsFolder(Machine machine) {
+    return machine.Folders.ShellFolderPath(ShellFolder::AppData) + "/" + ProgramShortName + "/cuts";
 }
 
 CaptureEvents CaptureEventsOf(ProgramParts& parts) {
@@ -156,6 +173,7 @@ SongEvents SongEventsOf(ProgramParts& parts) {
         if (song.Fate == SongFate::Kept) {
             parts.NoteSong(song.Media.TempFileName, song.Media, true);
             TellHealth(parts, song);
+            TellTrust(parts, song);
         }
         if (parts.Owner.Events.SongClosed) parts.Owner.Events.SongClosed(song);
         // After the song's own event: who prints that needs no second line.
@@ -272,6 +290,7 @@ void AttachHandlers(ProgramParts& parts) {
         if (!song.JobName.empty()) parts.UnfinishedJobs[song.JobName] = song;
         if (parts.Owner.Events.SongTransferred) parts.Owner.Events.SongTransferred(song);
     });
+    form.cmdForgetCuts.Click.Connect([&parts] { parts.Learned.Forget(); });
     parts.Pauses.Leaving = [&parts](EndOfSong next) { LeaveEndOfSong(parts, next); };
     parts.Journal.Listener = [&parts](const std::string& kind, const std::string& text) {
         if (parts.Owner.Events.Logged) parts.Owner.Events.Logged(kind, text);

@@ -24,6 +24,9 @@ struct ProgramParts;
 /// references into `parts`, which need not be complete yet.
 std::string UserRegistryFile(Machine machine);
 std::string MachineRegistryFile(Machine machine);
+
+/// Where what was learned of sources is kept.
+std::string LearnedCutsFolder(Machine machine);
 CaptureEvents CaptureEventsOf(ProgramParts& parts);
 SongPlace SongPlaceOf(ProgramParts& parts);
 SongEvents SongEventsOf(ProgramParts& parts);

@@ -1,6 +1,7 @@
 #include "cli/arguments.h"
 
 #include <CLI/CLI.hpp>
+#include <map>
 #include <sstream>
 
 #include "core/text/numbers.h"
@@ -41,6 +42,13 @@ void AddCommon(CLI::App& command, CommonArguments& arguments, std::vector<std::s
         ->check(AFolder)
         ->type_name("DIR");
     command.add_flag("--json", arguments.Json, "Print one JSON object for each closed song");
+    static const std::map<std::string, int32_t> modes = {
+        {"silence", 0}, {"titles", 1}, {"time", 2}, {"auto", 3}};
+    command
+        .add_option("--mode", arguments.Mode, "End of songs: by everything that is known, or by one thing")
+        ->transform(CLI::Transformer(modes).description(""))
+        ->check(CLI::IsMember({"0", "1", "2", "3"}).description(""))
+        ->type_name("auto|silence|titles|time");
 }
 
 void AddRecord(CLI::App& app, Words& words) {

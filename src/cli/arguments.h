@@ -20,6 +20,7 @@ struct CommonArguments {
     std::vector<SettingArgument> Settings;
     std::string Home;  ///< empty: the user's own folders
     bool Json = false;
+    int32_t Mode = 3;  ///< how the end of a song is noticed, as the settings count it
 };
 
 struct DevicesArguments {

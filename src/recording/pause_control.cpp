@@ -104,7 +104,7 @@ void PauseControl::AttachChoices() {
         page.txtQuitAfterSilence.Enabled(!Parts.Pause.IgnoreSilence);
         for (Label& label : page.lblQuitAfterSilence) label.Enabled(!Parts.Pause.IgnoreSilence);
     });
-    for (const size_t mode : {size_t{0}, size_t{1}, size_t{2}}) {
+    for (const size_t mode : {size_t{0}, size_t{1}, size_t{2}, size_t{3}}) {
         form.optEndOfSong[mode].Click.Connect([this, mode] { EndOfSongClicked(mode); });
     }
     for (const size_t choice : {size_t{0}, size_t{1}}) {
@@ -201,8 +201,10 @@ void PauseControl::LoadFlags(const std::string& section) {
 void PauseControl::LoadEndOfSong(const std::string& section) {
     frmMain& form = Parts.Form;
     PauseSettings& pause = Parts.Pause;
-    const int32_t stored = Read(section, "EndOfSongDetection");
-    const bool known = stored >= 0 && stored <= static_cast<int32_t>(EndOfSong::FixedTime);
+    // A source without a mode of its own has that of all sources. The first start has written it there.
+    const int32_t common = Read(AnySourceSection, "EndOfSongDetection");
+    const int32_t stored = Parts.Store.ReadProviderInt(section, "EndOfSongDetection", common);
+    const bool known = stored >= 0 && stored <= static_cast<int32_t>(EndOfSong::Automatic);
     form.optEndOfSong[known ? static_cast<size_t>(stored) : 0].Value(true);
 
     // After the mode, which has made a choice of its own here.
@@ -285,7 +287,8 @@ void PauseControl::ShowEndOfSongControls(EndOfSong mode) {
     frmMain& form = Parts.Form;
     const bool byMedia = mode == EndOfSong::MediaData;
     const bool byTime = mode == EndOfSong::FixedTime;
-    const bool throughRing = mode != EndOfSong::Silence;
+    const bool byItself = mode == EndOfSong::Automatic;
+    const bool throughRing = byMedia || byTime;
 
     form.chkIgnoreSilence.Enabled(throughRing);
     form.txtIgnoreSilence.Enabled(throughRing);
@@ -297,7 +300,7 @@ void PauseControl::ShowEndOfSongControls(EndOfSong mode) {
     for (Label& label : form.lblEndOfSongThreshold) label.Enabled(throughRing);
     if (byMedia) form.chkStationDataEnable.Value(1);  // its handler empties the media data
     if (!byTime) form.chkStationDataEnable.Enabled(!byMedia);
-    form.tmrGetMediaData.Running(byMedia);
+    form.tmrGetMediaData.Running(byMedia || byItself);
 }
 
 void PauseControl::ShowThreshold(size_t side) {

@@ -95,9 +95,9 @@ Supervisor::Next Supervisor::FindProvider() {
 }
 
 Supervisor::Next Supervisor::PollOutsideMediaMode() {
-    if (!Parts.Media.StationDataEnabled || Parts.Pause.EndOfSongDetection == EndOfSong::MediaData) {
-        return Next::Continue;
-    }
+    const EndOfSong mode = Parts.Pause.EndOfSongDetection;
+    const bool byTimer = mode == EndOfSong::MediaData || mode == EndOfSong::Automatic;
+    if (!Parts.Media.StationDataEnabled || byTimer) return Next::Continue;
     if (SongAge < 10 || SongAge % 10 == 0) {
         Actions.GetStationData();
         Actions.LoadImage(Parts.Media.CurrentMedia.Cover);

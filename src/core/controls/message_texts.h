@@ -187,6 +187,15 @@ inline constexpr MessageText SoundMissingInSong{
 inline constexpr MessageText IsOnExcludeList{
     "860", "\"%1\" is on the list of songs that are not wanted, and is not kept."};
 inline constexpr MessageText IsTooShort{"861", "\"%1\" is not kept: with %2 seconds it is too short."};
+inline constexpr MessageText HasDropouts{
+    "1652", "The song in \"%1\" has %2 short dropouts. They were in what the player gave."};
+inline constexpr MessageText IsMixed{"1653", "The song in \"%1\" is mixed: two players were heard at once."};
+inline constexpr MessageText IsSought{
+    "1654", "The song in \"%1\" is not in one piece: somebody has jumped within it."};
+inline constexpr MessageText IsCutByTitle{
+    "1655", "The song in \"%1\" ends where its title ended: nothing in the sound tells a better place."};
+inline constexpr MessageText WasPaused{"1656",
+                                       "The song in \"%1\" was paused %2 times. The pauses are left out."};
 inline constexpr MessageText BrokenOffBySilence{
     "862",
     "The song was broken off by %1 seconds of silence and is not kept. Recording goes on with the next one."};
@@ -303,6 +312,11 @@ inline constexpr std::array All = {NoNumber,
                                    SoundMissingInSong,
                                    IsOnExcludeList,
                                    IsTooShort,
+                                   HasDropouts,
+                                   IsMixed,
+                                   IsSought,
+                                   IsCutByTitle,
+                                   WasPaused,
                                    BrokenOffBySilence,
                                    NoWindowTitles,
                                    NameWasTaken,

@@ -16,6 +16,10 @@ struct QualityList {
     std::vector<std::string> EncParams;
 };
 
+/// The section that holds for every source of media data, whatever its name, and for the state without one. A
+/// section that is named itself comes first. In the settings file it holds the end of song only.
+inline constexpr const char* AnySourceSection = "Source";
+
 /// What becomes of a music file whose name a new song gets. Other values of the setting count as the default.
 enum class SameNameRule : int32_t {
     Replace = 0,     ///< it goes
@@ -63,7 +67,9 @@ struct Settings {
     bool QuitAfterRecording = false;
     bool DelTemp = false;
     bool DelTempFolder = false;
-    int32_t SameName = 1;  ///< what becomes of a music file whose name a new song gets, see SameNameRule
+    int32_t SameName = 1;    ///< what becomes of a music file whose name a new song gets, see SameNameRule
+    bool LearnCuts = true;   ///< remember how late the titles of each source are; else what was learned goes
+    int32_t FadeGoesTo = 2;  ///< with the end of song "Automatic": 0 the song that ends, 1 the next, 2 both
     int32_t Encoder = 0;
     int32_t MP3Quality = 5;
     int32_t OggVorbisQuality = 5;

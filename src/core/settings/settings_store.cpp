@@ -113,6 +113,13 @@ void SettingsStore::ChooseIniFile() {
     if (length != 0) return;
     if (const auto seed = Disk.ReadAll(SeedPath, Profile::SizeLimit)) Disk.ReplaceAtomically(path, *seed);
     IniProfile.Reload();
+    // Whoever begins today gets the way of ending songs that loses fewest. An older file goes on as it was.
+    constexpr const char* key = "EndOfSongDetection";
+    constexpr int32_t automatic = 3;
+    constexpr int32_t missing = -1;
+    if (IniProfile.ReadInt(AnySourceSection, key, missing) == missing) {
+        WriteSetting(AnySourceSection, key, automatic);
+    }
 }
 
 void SettingsStore::LoadStations(Settings& values) const {

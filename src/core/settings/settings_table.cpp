@@ -59,6 +59,8 @@ constexpr SettingRow Table[] = {
     {"Options", "DelTemp", "0", Bool, &Settings::DelTemp, Load, "chkDelTemp"},
     {"Options", "DelTempFolder", "0", Bool, &Settings::DelTempFolder, Load, "chkDelTempFolder"},
     {"Options", "SameName", "1", Int, &Settings::SameName},
+    {"Options", "LearnCuts", "1", Bool, &Settings::LearnCuts},
+    {"Options", "FadeGoesTo", "2", Int, &Settings::FadeGoesTo},
     {"Options", "Encoder", "0", Int, &Settings::Encoder, Last, "optEncoder"},
     {"Options", "MP3Quality", "5", Int, &Settings::MP3Quality, Load, "cmbMP3"},
     {"Options", "OggVorbisQuality", "5", Int, &Settings::OggVorbisQuality, Load, "cmbOgg"},

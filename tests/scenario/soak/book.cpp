@@ -133,6 +133,11 @@ void Book::Arrived(const WaveHeader& buffer) {
     booked.Skipped = skipped;
     booked.Off = !values.Flags.RecordingEnabled && !skipped && !ignored;
     booked.MayBeMissing = !values.Flags.RecordingEnabled || skipped || ignored;
+    // By everything that is known, silence and gaps are in no song.
+    constexpr int32_t quietLevel = 164;
+    const bool byItself = values.Pause.EndOfSongDetection == EndOfSong::Automatic;
+    const bool silent = booked.Level <= std::max<int32_t>(values.Pause.SilenceAmplitude, quietLevel);
+    if (byItself && silent) booked.MayBeMissing = true;
     if (throughRing && !tookIndex && !booked.MayBeMissing) Tell("a buffer did not get into the ring");
     Buffers.push_back(booked);
     if (!throughRing && values.Signal.InPause) ExcusePause();
