@@ -217,8 +217,8 @@ TEST_P(MixerSearchTest, ARecordingOfTheCommandLineLeavesTheMixerAloneWhateverThe
 
 INSTANTIATE_TEST_SUITE_P(Servers, MixerSearchTest,
                          testing::Values(ServerKind::PulseAudio, ServerKind::PipeWire),
-                         [](const testing::TestParamInfo<ServerKind>& info) {
-                             return info.param == ServerKind::PulseAudio ? "PulseAudio" : "PipeWire";
+                         [](const testing::TestParamInfo<ServerKind>& server) {
+                             return server.param == ServerKind::PulseAudio ? "PulseAudio" : "PipeWire";
                          });
 
 }  // namespace

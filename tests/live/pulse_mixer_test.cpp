@@ -238,8 +238,8 @@ TEST_P(PulseMixerTest, TheCommandLineListsWhatTheWalkSees) {
 
 INSTANTIATE_TEST_SUITE_P(Servers, PulseMixerTest,
                          testing::Values(ServerKind::PulseAudio, ServerKind::PipeWire),
-                         [](const testing::TestParamInfo<ServerKind>& info) {
-                             return info.param == ServerKind::PulseAudio ? "PulseAudio" : "PipeWire";
+                         [](const testing::TestParamInfo<ServerKind>& server) {
+                             return server.param == ServerKind::PulseAudio ? "PulseAudio" : "PipeWire";
                          });
 
 }  // namespace

@@ -99,7 +99,7 @@ inline constexpr MessageText InputFound{
     "817", "The input \"%1\" was found and is used from now on. Shall the level be adjusted now as well?"};
 inline constexpr MessageText IsThisTheInput{
     "818",
-    "There is sound on \"%1\". Is this the input that you want to record from?\r\n\r\nIf it is not, its "
+    "There is sound on \"%1\". Is this the input that you want to record from?\\r\\n\\r\\nIf it is not, its "
     "volume is set to 0, and the search goes on."};
 inline constexpr MessageText OpenSoundSettings{
     "819",
