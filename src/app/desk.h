@@ -4,6 +4,7 @@ namespace Corvetape {
 
 class clsLocalizeControls;
 class CoverImages;
+class FloatingBars;
 class LevelDisplay;
 class SettingsStore;
 class SongActions;
@@ -17,6 +18,7 @@ struct Desk {
     CoverImages& Covers;
     WatchPages& Lists;
     SongActions& Songs;                ///< what the user can do with a song of the list of this run
+    FloatingBars& Bars;
     const clsLocalizeControls& Texts;  ///< of the chosen language; none before TextsReady
     SettingsStore& Store;
 };

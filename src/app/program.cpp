@@ -42,8 +42,8 @@ uint64_t Program::SongAgeSeconds() const {
 }
 
 Desk Program::Shown() {
-    return {*Memory,      Parts->Levels,   Parts->Covers, Parts->WatchTabs,
-            Parts->Songs, Parts->Messages, Parts->Store};
+    return {*Memory,      Parts->Levels, Parts->Covers,   Parts->WatchTabs,
+            Parts->Songs, Parts->Bars,   Parts->Messages, Parts->Store};
 }
 
 void Program::StopKeeping() {

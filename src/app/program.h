@@ -177,6 +177,7 @@ class Program {
     void LaunchStopApp();
     void SaveWindowPlace();
     void RemoveTrayIcon();
+    void SaveBars();
     void LogEnd();
 
     void ApplySwitchesTo(const Switches& switches);

@@ -5,11 +5,13 @@
 
 #include "app/program.h"
 #include "app/program_parts.h"
+#include "core/controls/message_texts.h"
 #include "core/lifecycle.h"
 #include "core/settings/command_line.h"
 #include "core/text/shell_error.h"
 #include "core/text/text.h"
 #include "core/version.h"
+#include "forms/form_boxes.h"
 #include "platform/desktop.h"
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
@@ -143,7 +145,9 @@ Program::Next Program::ChooseLanguage() {
     if (const std::string own = Host.Desktop.Language(); language.empty() && !own.empty()) {
         Host.Dialogs.Beep();
         const std::string file = Memory->Folders.ProgramFolder + "/" + own + ".lang";
-        if (Host.Files.FileSize(file)) language = own;
+        const std::string fitting = Host.Files.FileSize(file) ? own : "english";
+        const bool asked = Options.Boxes != nullptr && !ReadSwitches(Options.CommandLine).DontAsk;
+        language = asked ? Options.Boxes->AskLanguage(fitting) : fitting;
     }
     if (language.empty()) language = "english";
     Host.Desktop.ShowBusy(true);
@@ -165,7 +169,9 @@ Program::Next Program::LogStart() {
 }
 
 Program::Next Program::SnapshotMixer() {
-    Parts->Mixer.SnapshotMixer();
+    if (Parts->Rescue.PutBack())
+        Parts->Say.Write(ReportKind::Info, Parts->Say.Text(Message::InputsPutBack.Key));
+    Parts->Mixers.MixerAction(MixerMode::TakeSnapshot);
     return Next::Continue;
 }
 
@@ -175,9 +181,8 @@ Program::Next Program::SeedRandom() {
 }
 
 Program::Next Program::PlaceWindow() {
-    frmMain& form = Memory->Form;
     if (const auto place = StoredPosition(Memory->Options.FormPos)) {
-        form.Place({place->Left, place->Top, form.Place().Width, form.Place().Height});
+        Host.Desktop.MoveWindow(place->Left, place->Top);
     }
     return Next::Continue;
 }
@@ -197,7 +202,7 @@ Program::Next Program::ApplySwitches() {
 void Program::ApplySwitchesTo(const Switches& switches) {
     frmMain& form = Memory->Form;
     if (switches.Wizard) Memory->Lifecycle.WizardRequested = true;
-    if (switches.Hide) form.State(WindowState::Minimised);
+    if (switches.Hide) Host.Desktop.MinimizeWindow();
     if (switches.DontAsk) Memory->Lifecycle.DontAsk = true;
     if (switches.Auto) form.chkStartStop[1].Value(1);
     if (switches.Quit) {
@@ -250,7 +255,7 @@ Program::Next Program::StartTimers() {
 }
 
 Program::Next Program::ShowWindow() {
-    Memory->Form.Visible(true);
+    Host.Desktop.ShowWindow();
     return Next::Continue;
 }
 
@@ -260,6 +265,7 @@ Program::Next Program::LoadBars() {
         Memory->KeptOpen.push_back(Memory->Opened.Open(*bar));
     }
     Memory->Form.chkQuickButtons.Value(Memory->Options.QuickButtonsVisible ? 0 : 1);
+    Host.Desktop.LoadBars();
     return Next::Continue;
 }
 

@@ -9,6 +9,17 @@ namespace Corvetape {
 
 namespace {
 
+/// Where the volumes of the inputs stand while a search changes them.
+std::string RescueFile(const SettingsStore& store) {
+    const std::string& path = store.Ini().Path();
+    return path.substr(0, path.rfind('/')) + "/mixer-before-search.ini";
+}
+
+/// Where what was learned of sources is kept.
+std::string LearnedCutsFolder(const Folders& folders) {
+    return folders.ShellFolderPath(ShellFolder::AppData) + "/" + ProgramShortName + "/cuts";
+}
+
 std::unique_ptr<PlayerBridge> BridgeTo(Players* players, RegistryBranches& registry, EventLoop& loop) {
     return players == nullptr ? nullptr : std::make_unique<PlayerBridge>(*players, registry, loop);
 }
@@ -34,19 +45,25 @@ ProgramParts::ProgramParts(const Machine& machine, State& state, const RunOption
       Writer({machine.Files, state.Flags, state.Signal, state.Pause, state.Media, state.Messages, state.Cut},
              SongPlaceOf(*this), SongEventsOf(*this)),
       Drain({state.Ring, state.Cut, state.Pause, state.Flags, Writer}),
-      Targets(Writer, Drain),
+      Learned(machine.Files, LearnedCutsFolder(machine.Folders), state.Options),
+      Automatic({state.Ring, state.Cut, state.Pause, state.Options, Input.Format(), state.Flags, state.Signal,
+                 state.Media, Writer, Learned}),
+      Targets(Writer, Drain, Automatic),
       Path({state.Signal, state.Pause, state.Ring, machine.Clock},
            {state.Signal, state.Cut, state.Pause, state.Flags, state.Ring}, Targets),
-      Device(Input, Drain, Requests),
+      Device(Input, Targets, Requests),
       Mode(state.Form, state.Pause, Device),
       Pauses(
           {state.Form, state.Pause, state.Signal, state.Media, Store, machine.Dialogs, Messages, Overrides},
           Mode),
       Calibration(state.Form, state.Pause, machine.Dialogs, Messages),
+      Mixers(machine.Mixer, Store, state.Media),
+      SavedMixer(Mixers, state.Options, state.Media),
+      Rescue(machine.Mixer, machine.Files, RescueFile(Store)),
       Levels(state.Form, state.Signal, state.Pause),
       Bridge(BridgeTo(machine.Players, Registry, machine.Loop)),
       Covers(machine.Web, machine.Files, state.Pause),
-      Adoption(state.Media, Pauses, Mixer, Messages, run.Boxes),
+      Adoption(state.Media, Pauses, SavedMixer, Messages, run.Boxes),
       MediaHost{state.Media, state.Signal, state.Flags, Adoption},
       Browsers(MediaHost, Store, Say, machine),
       Players(MediaHost, Registry, Bridge.get()),
@@ -73,16 +90,30 @@ ProgramParts::ProgramParts(const Machine& machine, State& state, const RunOption
       Results(Transfer, machine.Processes, machine.Files, Say),
       Left(machine, state.Folders, Transfer, Notes, Say),
       Reports(Say, state.Messages, Transfer, Input.Format()),
+      Links(state.Form, machine.Processes, Messages),
+      Bars({state.Form, state.PlainBar, state.CoverBar, state.Media, state.Options, Store, machine.Loop,
+            Covers}),
       Disk({state.Form, machine.Files, state.Options, state.Folders, state.Flags, state.Messages}, Say),
       Look(state.Form, state.PlainBar, state.CoverBar, Messages),
       Recording(
           {state.Form, state.Flags, state.Cut, state.Media, state.Pause, state.Signal, state.Ring, Writer},
           SessionActionsOf(*this)),
-      Poll({state.Form, state.Media, state.Cut, state.Flags, state.Signal, state.Ring, Drain, Recording},
+      Poll({state.Form, state.Media, state.Cut, state.Flags, state.Signal, state.Ring, state.Pause, Drain,
+            Recording},
            MediaPollActionsOf(*this)),
+      Sources({state.Form, state.Media, machine.Clock, Providers, Bridge.get(), Automatic}),
       Inputs({state.Form, machine.WaveIn, state.Options, Store, state.Lifecycle}, Device, Say),
-      Watch({state.Form, state.CoverBar, machine.Clock, state.Options, state.Pause, state.Lifecycle,
-             state.Flags, state.Cut, state.Signal, state.Media, state.Ring, Input.MaxBuffersUsed()},
+      SearchWait(machine.Clock, machine.Loop),
+      Search({Mixers, Inputs, state.Pause, state.Signal, state.Media, state.Options, SearchWait},
+             machine.Dialogs, Messages),
+      Gain({Mixers, Inputs, state.Pause, state.Signal, SearchWait}, machine.System.Version()),
+      MixerButtons({state.Form, state.Pause, state.Lifecycle, state.Opened, machine.Dialogs,
+                    machine.Processes, Messages},
+                   {Mixers, Inputs, Search, Gain, Rescue, SearchWait}, machine.System.Version()),
+      Break({state.Form, state.Flags, state.Pause, Device, Writer, Recording, Say}),
+      Watch({state.Form, state.PlainBar, state.CoverBar, machine.Clock, state.Options, state.Pause,
+             state.Lifecycle, state.Flags, state.Cut, state.Signal, state.Media, state.Ring,
+             Input.MaxBuffersUsed()},
             SupervisorActionsOf(*this)) {
     Connect();
 }
@@ -113,13 +144,17 @@ void ProgramParts::ConnectEvents() {
     Requests.Assistant.Connect([this](const std::string& page) {
         if (Events.AssistantWanted) Events.AssistantWanted(page);
     });
+    MixerButtons.SetUrl.Connect([this](const std::string& page) { Requests.Assistant.Raise(page); });
+    MixerButtons.SearchBegins.Connect([this] { Break.Begin(); });
+    MixerButtons.SearchEnds.Connect([this] { Break.End(); });
     Inputs.Changed.Connect([this] { Providers.Refresh(); });
+    Memory.Form.cmdForgetCuts.Click.Connect([this] { Learned.Forget(); });
 }
 
 /// What is done at each event of tmr1Second after the tick of the recording.
 void ProgramParts::ConnectTick() {
     if (Run.KeepNotes) {
-        Keeper.emplace(Writer, Notes, NotedState{Memory.Media, Memory.Cut, Memory.Flags, Memory.Pause},
+        Keeper.emplace(Writer, Notes, NotedState{Memory.Media, Memory.Cut, Memory.Flags, Memory.Pause, Automatic},
                        Host.System.RunName());
     }
     Memory.Form.tmr1Second.Timer.Connect([this] {

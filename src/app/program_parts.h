@@ -16,7 +16,6 @@
 #include "core/settings/registry.h"
 #include "core/settings/run_overrides.h"
 #include "core/settings/settings_store.h"
-#include "core/source_mixer.h"
 #include "core/text/placeholders.h"
 #include "core/write_watch.h"
 #include "media/built_in_browser.h"
@@ -28,26 +27,40 @@
 #include "media/source_switch.h"
 #include "media/station_launch.h"
 #include "media/station_query.h"
+#include "mixer/auto_gain.h"
 #include "mixer/input_list.h"
+#include "mixer/input_search.h"
+#include "mixer/mixer_of_source.h"
+#include "mixer/mixer_page.h"
+#include "mixer/mixer_rescue.h"
+#include "mixer/mixer_wait.h"
+#include "mixer/mod_mixer.h"
 #include "post/encoders/encoder_choice.h"
 #include "post/encoders/encoder_tools.h"
 #include "post/lists/watch_pages.h"
+#include "post/options/about_links.h"
 #include "post/options/folder_selection.h"
 #include "post/options/log_viewer.h"
 #include "post/options/program_options.h"
 #include "post/transfer/encoder_results.h"
 #include "post/transfer/hand_over.h"
-#include "post/transfer/note_keeper.h"
 #include "post/transfer/song_counter.h"
 #include "post/transfer/song_notes.h"
 #include "post/transfer/transfer_job.h"
+#include "recording/automatic/automatic_recorder.h"
+#include "recording/automatic/automatic_targets.h"
+#include "recording/automatic/learned_cuts.h"
+#include "recording/automatic/source_watch.h"
 #include "recording/disk_check.h"
+#include "recording/floating_bars.h"
 #include "recording/left_songs.h"
 #include "recording/level_display.h"
 #include "recording/media_poll.h"
+#include "recording/note_keeper.h"
 #include "recording/pause_calibration.h"
 #include "recording/pause_control.h"
 #include "recording/recording_look.h"
+#include "recording/search_break.h"
 #include "recording/session.h"
 #include "recording/song_actions.h"
 #include "recording/song_end_mode.h"
@@ -84,18 +97,22 @@ struct ProgramParts {
     clsLocalizeControls Messages;
     Reporter Say;
     WriteWatch Unwritable;
-    SourceMixer Mixer;  ///< nothing of a mixer is saved yet
 
     Capture Input;
     SongWriter Writer;
     AudioDrain Drain;
-    SongTargets Targets;
+    LearnedCuts Learned;
+    AutomaticRecorder Automatic;
+    AutomaticTargets Targets;
     SignalPath Path;
     InputDevice Device;
 
     SongEndMode Mode;
     PauseControl Pauses;
     PauseCalibration Calibration;
+    modMixer Mixers;
+    MixerOfSource SavedMixer;
+    MixerRescue Rescue;
     LevelDisplay Levels;
 
     std::unique_ptr<PlayerBridge> Bridge;  ///< null in a run without players
@@ -126,11 +143,19 @@ struct ProgramParts {
     LeftSongs Left;
     SongReports Reports;
 
+    AboutLinks Links;
+    FloatingBars Bars;
     DiskCheck Disk;
     RecordingLook Look;
     Session Recording;
     MediaPoll Poll;
+    SourceWatch Sources;
     InputList Inputs;
+    MixerWait SearchWait;
+    InputSearch Search;
+    AutoGain Gain;
+    MixerPage MixerButtons;
+    SearchBreak Break;
     Supervisor Watch;
 
  private:

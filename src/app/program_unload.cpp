@@ -33,6 +33,7 @@ const Program::UnloadStep Program::UnloadSteps[] = {
     {"LaunchStopApp", &Program::LaunchStopApp},
     {"SaveWindowPlace", &Program::SaveWindowPlace},
     {"RemoveTrayIcon", &Program::RemoveTrayIcon},
+    {"SaveBars", &Program::SaveBars},
     {"LogEnd", &Program::LogEnd},
 };
 
@@ -102,9 +103,11 @@ bool Program::RestartElevated(const std::string& parameters) {
 
 void Program::FinishAudio() {
     frmMain& form = Memory->Form;
+    Parts->MixerButtons.End();  // a search may be under way, with values of its own
     form.tmr1Second.Running(false);
     form.tmrGetMediaData.Running(false);
     // A song file that cannot be made here is told with the other errors: the program ends anyway.
+    static_cast<void>(Parts->Automatic.Finish());
     static_cast<void>(Parts->Drain.FinishCut());
     // The song that waits has its own record, which the last song takes over in the next step.
     Parts->Waiting.TransferNow();
@@ -144,7 +147,8 @@ void Program::DeleteTempFolder() {
 }
 
 void Program::RestoreMixer() {
-    if (Memory->Options.AutoUpdate) Parts->Mixer.RestoreMixer();
+    // A device that has come since the start ends the walk; the program ends all the same.
+    if (Memory->Options.AutoUpdate) static_cast<void>(Parts->Mixers.MixerAction(MixerMode::Restore));
 }
 
 void Program::RestoreSoundScheme() {
@@ -180,9 +184,10 @@ void Program::LaunchStopApp() {
 }
 
 void Program::SaveWindowPlace() {
+    Host.Desktop.ReportWindow();
     const frmMain& form = Memory->Form;
     const WindowPlace& place = form.Place();
-    if (place.Width == 0) return;  // a run without a window
+    if (place == WindowPlace{}) return;  // a run without a window
     std::string text;
     for (const int32_t number : {place.Left, place.Top, place.Width, place.Height}) {
         text += (text.empty() ? "" : ";") + std::to_string(number);
@@ -196,6 +201,11 @@ void Program::SaveWindowPlace() {
 
 void Program::RemoveTrayIcon() {
     Host.Desktop.RemoveTrayIcon();
+}
+
+void Program::SaveBars() {
+    Parts->Bars.Save();
+    Host.Desktop.CloseBars();
 }
 
 void Program::LogEnd() {

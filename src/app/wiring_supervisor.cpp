@@ -36,9 +36,17 @@ void AddMedia(SupervisorActions& actions, ProgramParts& parts) {
 void AddRecording(SupervisorActions& actions, ProgramParts& parts) {
     actions.ShowFlags = [&parts] { parts.Recording.ShowFlags(); };
     actions.SongFileOpen = [&parts] { return parts.Writer.SongFileOpen(); };
-    actions.BreakOff = [&parts] { parts.Recording.BreakOff(); };
-    actions.AbortSong = [&parts] { parts.Writer.AbortSong(); };
-    actions.DrainAudioRing = [&parts] { return parts.Drain.DrainAudioRing(false); };
+    // By everything that is known a song ends where a silence begins, and no silence breaks one off.
+    actions.BreakOff = [&parts] {
+        if (!parts.Automatic.Active()) parts.Recording.BreakOff();
+    };
+    actions.AbortSong = [&parts] {
+        if (!parts.Automatic.EndRecording()) parts.Owner.RequestUnload();
+        parts.Writer.AbortSong();
+    };
+    actions.DrainAudioRing = [&parts] {
+        return parts.Automatic.Active() ? parts.Automatic.Drain() : parts.Drain.DrainAudioRing(false);
+    };
     actions.CheckDisk = [&parts] { return parts.Disk.Run(); };
     actions.CheckReserve = [&parts] { parts.Disk.RunIfShort(parts.Input.Format().nAvgBytesPerSec); };
     actions.CheckUpdate = [] {};  // nothing is asked of the web

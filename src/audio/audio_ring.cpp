@@ -1,6 +1,7 @@
 #include "audio/audio_ring.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Corvetape {
 
@@ -19,6 +20,34 @@ void AudioRing::Open(int32_t audioBuffers, uint32_t framesPerBuffer) {
     AudioLevels.assign(count, 0);
     AudioWriteIndex = 0;
     AudioReadIndex = 0;
+    SlotsPut = 0;
+    ++Openings;
+}
+
+void AudioRing::Grow(int32_t audioBuffers) {
+    const int32_t before = Size();
+    const int32_t count = std::min(audioBuffers, MostSlots);
+    if (before == 0 || count <= before) return;
+    std::vector<Frame> samples(static_cast<size_t>(count) * FramesPerSlot);
+    std::vector<SignalBuffer> slots(static_cast<size_t>(count));
+    std::vector<int32_t> levels(static_cast<size_t>(count), 0);
+    for (int32_t i = 0; i < count; ++i) {
+        const auto to = static_cast<size_t>(i);
+        Frame* const own = samples.data() + to * FramesPerSlot;
+        if (i < before) {
+            // The oldest comes first, so that the next to be written follows the newest.
+            const auto from = static_cast<size_t>(Wrapped(int64_t{AudioWriteIndex} + i));
+            std::ranges::copy(FramesOf(Slots[from]), own);
+            slots[to] = Slots[from];
+            levels[to] = AudioLevels[from];
+        }
+        slots[to].lpData = own;
+    }
+    AudioReadIndex = before - Unread();
+    AudioWriteIndex = before;
+    Samples = std::move(samples);
+    Slots = std::move(slots);
+    AudioLevels = std::move(levels);
 }
 
 int32_t AudioRing::Wrapped(int64_t slot) const {
@@ -41,6 +70,7 @@ void AudioRing::Put(const SignalBuffer& buffer) {
     slot.dwBytesRecorded = std::min<uint32_t>(buffer.dwBytesRecorded, FramesPerSlot * sizeof(Frame));
     std::ranges::copy(FramesOf(buffer).first(FramesOf(slot).size()), ownSamples);
     AudioWriteIndex = Wrapped(int64_t{AudioWriteIndex} + 1);
+    ++SlotsPut;
 }
 
 }  // namespace Corvetape

@@ -25,6 +25,10 @@ class AudioRing {
     /// 1 to MostSlots is taken as the nearer end.
     void Open(int32_t audioBuffers, uint32_t framesPerBuffer);
 
+    /// Makes room for so many slots, if there are fewer. What it holds stays; slots get other numbers, those
+    /// of the two indices among them.
+    void Grow(int32_t audioBuffers);
+
     /// Slots, 0 before the first Open.
     int32_t Size() const { return static_cast<int32_t>(Slots.size()); }
 
@@ -53,6 +57,8 @@ class AudioRing {
     std::vector<int32_t> AudioLevels;  ///< one a slot: the measure that the search for a cut works on
     int32_t AudioWriteIndex = 0;       ///< slot that is written next
     int32_t AudioReadIndex = 0;        ///< slot that is read next
+    uint64_t SlotsPut = 0;             ///< slots filled since the last Open
+    uint64_t Openings = 0;             ///< calls of Open
     uint64_t OverrunBuffers = 0;       ///< wanted buffers that were written over before they were read
 
  private:

@@ -33,6 +33,11 @@ struct SongTrust {
     int32_t Dropouts = 0;          ///< short holes in its sound
     int32_t PausesCut = 0;         ///< pauses of the player that were left out
 
+    /// Nothing of what is known speaks against its being whole.
+    bool IsClean() const {
+        return Begin != Certainty::Unsure && End != Certainty::Unsure && !Mixed && !Sought && Dropouts == 0;
+    }
+
     bool operator==(const SongTrust&) const = default;
 };
 

@@ -39,8 +39,9 @@ CutPlace DuplicateWindow(const AudioRing& ring, int32_t cut, CutReach wanted, in
 AudioDrain::AudioDrain(DrainParts parts) : Parts(parts) {}
 
 bool AudioDrain::Active() const {
-    return Parts.Pause.EndOfSongDetection != EndOfSong::Silence && Parts.Flags.RecordingEnabled &&
-           Parts.Ring.Size() > 0;
+    const EndOfSong mode = Parts.Pause.EndOfSongDetection;
+    const bool byCut = mode == EndOfSong::MediaData || mode == EndOfSong::FixedTime;
+    return byCut && Parts.Flags.RecordingEnabled && Parts.Ring.Size() > 0;
 }
 
 bool AudioDrain::DrainAudioRing(bool now) {
@@ -107,7 +108,9 @@ AudioDrain::Result AudioDrain::WriteSlots(int32_t count) {
 }
 
 void AudioDrain::WriteAhead() {
-    if (!Active() || (BuffersToRetry > 0 && --BuffersToRetry > 0)) return;
+    const bool waits = Parts.Pause.EndOfSongDetection != EndOfSong::Silence;
+    if (!waits || !Parts.Flags.RecordingEnabled || Parts.Ring.Size() == 0) return;
+    if (BuffersToRetry > 0 && --BuffersToRetry > 0) return;
     AudioRing& ring = Parts.Ring;
     const auto slotBefore = [&](int32_t slots) {
         return ring.Wrapped(int64_t{ring.AudioWriteIndex} - slots);

@@ -3,7 +3,7 @@
 #include <cstddef>
 
 #include "audio/capture.h"
-#include "audio/drain.h"
+#include "audio/route.h"
 #include "core/program_requests.h"
 
 namespace Corvetape {
@@ -12,8 +12,8 @@ namespace Corvetape {
 class InputDevice {
  public:
     /// All of them outlive it.
-    InputDevice(Capture& capture, AudioDrain& drain, ProgramRequests& requests)
-        : Input(capture), Drain(drain), Requests(requests) {}
+    InputDevice(Capture& capture, SongTargets& songs, ProgramRequests& requests)
+        : Input(capture), Songs(songs), Requests(requests) {}
 
     bool IsOpen() const { return Input.IsOpen(); }
 
@@ -29,17 +29,17 @@ class InputDevice {
 
     /// The ring will not be drained any more: what waits is written into its song.
     void EmptyRing() {
-        if (!Drain.Empty()) Requests.End.Raise();
+        if (!Songs.Empty()) Requests.End.Raise();
     }
 
     /// A cut that is pending is carried out now.
     void FinishCut() {
-        if (!Drain.FinishCut()) Requests.End.Raise();
+        if (!Songs.FinishCut()) Requests.End.Raise();
     }
 
  private:
     Capture& Input;
-    AudioDrain& Drain;
+    SongTargets& Songs;
     ProgramRequests& Requests;
 };
 

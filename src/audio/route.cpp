@@ -27,9 +27,12 @@ Verdict Recognise(SignalState& signal, CutState& cut, const PauseSettings& pause
         return Verdict::Write;
     }
     if (signal.InPause) return Verdict::Drop;
-    cut.SongBoundary = true;
     signal.InPause = true;
-    signal.SkipBuffers = pause.IgnorePauseBuffers;
+    // Where everything counts, a pause is one thing among others, and all of it has to be heard.
+    if (pause.EndOfSongDetection != EndOfSong::Automatic) {
+        cut.SongBoundary = true;
+        signal.SkipBuffers = pause.IgnorePauseBuffers;
+    }
     signal.ActiveThreshold = pause.EndOfSilenceAmplitude;
     return Verdict::EndsSong;
 }
@@ -62,7 +65,8 @@ bool RouteBuffer(const SignalBuffer& buffer, const RouteParts& parts, RouteTarge
         return false;
     }
     if (parts.Pause.EndOfSongDetection == EndOfSong::Silence) return true;
-    if (parts.Signal.InPause && parts.Pause.IgnoreSilence) return true;
+    const bool hearsAll = parts.Pause.EndOfSongDetection == EndOfSong::Automatic;
+    if (parts.Signal.InPause && parts.Pause.IgnoreSilence && !hearsAll) return true;
     return KeepInRing(buffer, parts, targets);
 }
 

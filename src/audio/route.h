@@ -48,6 +48,13 @@ class SongTargets : public RouteTargets {
     bool MakeRoom() override { return Drain.MakeRoom(); }
     void WriteAhead() override { Drain.WriteAhead(); }
 
+    /// Writes the sound that waits into its song, because the ring will not be drained any more. What nobody
+    /// records is forgotten. Like the other results, false if a song file could not be made.
+    virtual bool Empty() { return Drain.Empty(); }
+
+    /// A cut that is pending is carried out now.
+    bool FinishCut() { return Drain.FinishCut(); }
+
  private:
     SongWriter& Song;
     AudioDrain& Drain;

@@ -252,8 +252,8 @@ bool SongWriter::CloseSongFile(SongEnd how) {
     if (!Parts.Cut.Ended) flags.PassOn();
     if (waits) flags.RecordNextSong = true;
     ClosedSong song = Describe(fate);
-    song.Whole =
-        Present.BegunAtBoundary && how == SongEnd::Boundary && Present.Unbroken && Present.LostFrames == 0;
+    song.Whole = Present.BegunAtBoundary && how == SongEnd::Boundary && Present.Unbroken &&
+                 Present.LostFrames == 0 && song.Trust.IsClean();
     ForgetFile();
     NextBeginsAtBoundary = how == SongEnd::Boundary;
     if (flags.QuitAtEndOfSong || (flags.DisableAtEndOfSong && !flags.RecordCurrentSong)) {
@@ -304,7 +304,10 @@ void SongWriter::TakeSilenceOff() {
 
 /// A song may be over before it was taken over into SongMedia, which may still be that of a song that waits.
 void SongWriter::TakeEndedMedia() {
-    if (!Parts.Cut.Ended || Parts.Cut.Ended->Media.Song.empty()) return;
+    if (!Parts.Cut.Ended) return;
+    // By everything that is known, what has no title is known to have none.
+    const bool known = Parts.Pause.EndOfSongDetection == EndOfSong::Automatic;
+    if (Parts.Cut.Ended->Media.Song.empty() && !known) return;
     if (Events.BeforeHandOver) Events.BeforeHandOver();
     Parts.Media.SongMedia = Parts.Cut.Ended->Media;
 }
@@ -380,6 +383,7 @@ ClosedSong SongWriter::Describe(SongFate fate) const {
     song.ClippedSamples = Present.ClippedSamples;
     song.TempPath = FilePath;
     song.Media = Parts.Media.SongMedia;
+    if (Parts.Cut.Ended) song.Trust = Parts.Cut.Ended->Trust;
     return song;
 }
 

@@ -1,6 +1,7 @@
 #include "cli/arguments.h"
 
 #include <CLI/CLI.hpp>
+#include <map>
 #include <sstream>
 
 #include "core/text/numbers.h"
@@ -13,6 +14,7 @@ namespace {
 /// The words of one command line on their way into the structs.
 struct Words {
     DevicesArguments Devices;
+    MixerArguments Mixer;
     ProfilesArguments Profiles;
     RecordArguments Record;
     SplitArguments Split;
@@ -40,6 +42,13 @@ void AddCommon(CLI::App& command, CommonArguments& arguments, std::vector<std::s
         ->check(AFolder)
         ->type_name("DIR");
     command.add_flag("--json", arguments.Json, "Print one JSON object for each closed song");
+    static const std::map<std::string, int32_t> modes = {
+        {"silence", 0}, {"titles", 1}, {"time", 2}, {"auto", 3}};
+    command
+        .add_option("--mode", arguments.Mode, "End of songs: by everything that is known, or by one thing")
+        ->transform(CLI::Transformer(modes).description(""))
+        ->check(CLI::IsMember({"0", "1", "2", "3"}).description(""))
+        ->type_name("auto|silence|titles|time");
 }
 
 void AddRecord(CLI::App& app, Words& words) {
@@ -108,6 +117,8 @@ Arguments ReadArguments(int count, const char* const* words) {
     Words read;
     CLI::App* devices = app.add_subcommand("devices", "List what can be recorded from");
     devices->add_flag("--json", read.Devices.Json, "Print one JSON object for each input");
+    CLI::App* mixer = app.add_subcommand("mixer", "List the volumes and switches of the sound server");
+    mixer->add_flag("--json", read.Mixer.Json, "Print one JSON object for each of them");
     AddProfiles(app, read);
     AddRecord(app, read);
     AddSplit(app, read);
@@ -123,6 +134,7 @@ Arguments ReadArguments(int count, const char* const* words) {
         const std::string reason = noCommand ? "There is no command '" + rest[0] + "'" : answer.what();
         return ArgumentsAnswer{ExitUsage, reason + "; corvetape-cli --help tells more"};
     }
+    if (app.got_subcommand("mixer")) return read.Mixer;
     if (app.got_subcommand("profiles")) return read.Profiles;
     if (app.got_subcommand("record")) return Finish(read.RecordSettings, read.Record);
     if (app.got_subcommand("split")) return Finish(read.SplitSettings, read.Split);

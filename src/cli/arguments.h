@@ -20,9 +20,14 @@ struct CommonArguments {
     std::vector<SettingArgument> Settings;
     std::string Home;  ///< empty: the user's own folders
     bool Json = false;
+    int32_t Mode = 3;  ///< how the end of a song is noticed, as the settings count it
 };
 
 struct DevicesArguments {
+    bool Json = false;
+};
+
+struct MixerArguments {
     bool Json = false;
 };
 
@@ -57,8 +62,8 @@ struct ArgumentsAnswer {
     std::string Text;
 };
 
-using Arguments =
-    std::variant<DevicesArguments, ProfilesArguments, RecordArguments, SplitArguments, ArgumentsAnswer>;
+using Arguments = std::variant<DevicesArguments, MixerArguments, ProfilesArguments, RecordArguments,
+                               SplitArguments, ArgumentsAnswer>;
 
 /// Reads the command line.
 Arguments ReadArguments(int count, const char* const* words);

@@ -16,7 +16,7 @@ Machine VirtualHost::With(WaveIn& inputs) {
 }
 
 Machine VirtualHost::With(WaveIn& inputs, Corvetape::Files& files) {
-    return {Clock, Loop, inputs, files, Processes, *Folders, Dialogs, System, Desktop};
+    return {Clock, Loop, inputs, Mixer, files, Processes, *Folders, Dialogs, System, Desktop};
 }
 
 }  // namespace Corvetape

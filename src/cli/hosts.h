@@ -11,6 +11,7 @@
 #include "platform/linux/processes/linux_processes.h"
 #include "platform/linux/processes/linux_system.h"
 #include "platform/machine.h"
+#include "platform/mixer.h"
 #include "platform/virtual/sim_clock.h"
 #include "platform/virtual/sim_loop.h"
 #include "platform/virtual/source_wave_in.h"
@@ -27,6 +28,7 @@ class HostParts {
     LinuxProcesses Processes;
     std::unique_ptr<LinuxFolders> Folders;
     ConsoleDialogs Dialogs;
+    NoMixer Mixer;  ///< that of the user stays as it is
     LinuxSystemInfo System;
     Corvetape::Desktop Desktop;  ///< none: any number of command lines may run side by side
 };

@@ -230,9 +230,9 @@ int RecordLive(const RecordArguments& arguments, PulseWaveIn& pulse, QtLoop& loo
     LinuxHttp web(loop);
     DevToolsDocuments documents;
     X11Windows windows;
-    const Machine machine{clock,         loop,         input,       host.Files,   host.Processes,
-                          *host.Folders, host.Dialogs, host.System, host.Desktop, &documents,
-                          &windows,      &players,     &web};
+    const Machine machine{clock,          loop,          input,        host.Mixer,  host.Files,
+                          host.Processes, *host.Folders, host.Dialogs, host.System, host.Desktop,
+                          &documents,     &windows,      &players,     &web};
     Recording recording(arguments, host);
     if (const auto code = recording.Start(machine, device.Name + ";", 0)) return *code;
 

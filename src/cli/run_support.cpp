@@ -19,6 +19,7 @@ namespace Corvetape {
 std::vector<SettingOverride> MakeOverrides(std::vector<SettingOverride> own,
                                            const CommonArguments& arguments) {
     own.push_back({"Options", "NoStartupInfo", "1"});
+    own.push_back({AnySourceSection, "EndOfSongDetection", std::to_string(arguments.Mode)});
     for (const SettingArgument& each : arguments.Settings) {
         own.push_back({each.Section, each.Key, each.Value, each.InDataFile});
     }

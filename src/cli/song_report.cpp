@@ -38,14 +38,45 @@ std::string FateText(SongFate fate) {
     return {};
 }
 
+std::string CertaintyText(Certainty certainty) {
+    switch (certainty) {
+        case Certainty::None:
+            return {};
+        case Certainty::Unsure:
+            return "unsure";
+        case Certainty::Likely:
+            return "likely";
+        case Certainty::Sure:
+            return "sure";
+    }
+    return {};
+}
+
+namespace {
+
+/// Empty unless songs are ended by everything that is known.
+std::string TrustAsJson(const SongTrust& trust) {
+    if (trust == SongTrust{}) return {};
+    const auto word = [](Certainty certainty) {
+        return certainty == Certainty::None ? std::string("null") : JsonText(CertaintyText(certainty));
+    };
+    return fmt::format(
+        ",\"confidence\":{{\"begin\":{},\"end\":{}}},\"mixed\":{},\"sought\":{},\"dropouts\":{},"
+        "\"pauses_cut\":{}",
+        word(trust.Begin), word(trust.End), trust.Mixed, trust.Sought, trust.Dropouts, trust.PausesCut);
+}
+
+}  // namespace
+
 std::string SongAsJson(const ClosedSong& song, const std::string& file) {
     return fmt::format(
         "{{\"begin\":{:.3f},\"end\":{:.3f},\"frames\":{},\"kept\":{},\"reason\":{},\"artist\":{},\"title\":{}"
         ","
-        "\"file\":{},\"lost_frames\":{},\"clipped\":{},\"whole\":{}}}",
+        "\"file\":{},\"lost_frames\":{},\"clipped\":{},\"whole\":{}{}}}",
         Seconds(song.BeginFrame, song), Seconds(song.EndFrame, song), song.Frames,
         song.Fate == SongFate::Kept, JsonText(FateText(song.Fate)), JsonText(song.Media.Artist),
-        JsonText(song.Media.Song), JsonText(file), song.LostFrames, song.ClippedSamples, song.Whole);
+        JsonText(song.Media.Song), JsonText(file), song.LostFrames, song.ClippedSamples, song.Whole,
+        TrustAsJson(song.Trust));
 }
 
 namespace {
@@ -53,6 +84,19 @@ namespace {
 /// "1 device change", "3 device changes".
 std::string CountText(uint64_t count, const std::string& what) {
     return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
+}
+
+/// How sure its cuts are, and what makes it doubtful otherwise.
+void AddTrust(const SongTrust& trust, std::vector<std::string>& texts) {
+    if (trust.Mixed) texts.emplace_back("mixed with another player");
+    if (trust.Sought) texts.emplace_back("sought");
+    if (trust.Dropouts > 0) texts.push_back(CountText(static_cast<uint64_t>(trust.Dropouts), "dropout"));
+    if (trust.Begin == trust.End && trust.End != Certainty::None) {
+        texts.push_back(CertaintyText(trust.End));
+        return;
+    }
+    if (trust.Begin != Certainty::None) texts.push_back("begin " + CertaintyText(trust.Begin));
+    if (trust.End != Certainty::None) texts.push_back("end " + CertaintyText(trust.End));
 }
 
 /// What is wrong with a song, with a comma between; empty for a healthy one.
@@ -65,6 +109,7 @@ std::string HealthText(const ClosedSong& song) {
     // A part of a song is none, and what has lost something is not whole anyway.
     if (kept && !song.Whole && song.LostFrames == 0 && song.Media.FilePart == 0)
         texts.emplace_back("not whole");
+    if (kept) AddTrust(song.Trust, texts);
     return fmt::format("{}", fmt::join(texts, ", "));
 }
 

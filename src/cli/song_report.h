@@ -10,6 +10,9 @@ namespace Corvetape {
 /// "kept", "short", "unwanted" or "aborted".
 std::string FateText(SongFate fate);
 
+/// "sure", "likely" or "unsure"; empty where nobody has asked.
+std::string CertaintyText(Certainty certainty);
+
 /// One JSON object for a closed song, without a line end. `file` is the music file made of it, empty if
 /// there is none.
 std::string SongAsJson(const ClosedSong& song, const std::string& file);

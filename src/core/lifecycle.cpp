@@ -50,6 +50,10 @@ std::string_view OlderLetters(const SystemVersion& version) {
 }  // namespace
 
 void PauseWithEvents(const Clock& clock, EventLoop& loop, float milliseconds) {
+    PauseWithEvents(clock, loop, milliseconds, false);
+}
+
+void PauseWithEvents(const Clock& clock, EventLoop& loop, float milliseconds, const bool& ended) {
     constexpr float midnight = 84600.0F;
     constexpr std::chrono::milliseconds step(10);
     const float target = milliseconds / 1000.0F;
@@ -60,7 +64,7 @@ void PauseWithEvents(const Clock& clock, EventLoop& loop, float milliseconds) {
         loop.Sleep(step);
         now = SecondsSinceMidnight(clock.LocalNow());
         if (!(now > start)) now += midnight;
-    } while (now - start < target);
+    } while (now - start < target && !ended);
 }
 
 bool IsWindowsNT(const SystemVersion& version) {

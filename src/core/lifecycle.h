@@ -20,6 +20,9 @@ class Placeholders;
 /// more, so that a wait across midnight lasts half an hour longer; the number stays as it is.
 void PauseWithEvents(const Clock& clock, EventLoop& loop, float milliseconds);
 
+/// The same, but over as soon as `ended` is true.
+void PauseWithEvents(const Clock& clock, EventLoop& loop, float milliseconds, const bool& ended);
+
 /// Platform 2 of the version record.
 bool IsWindowsNT(const SystemVersion& version);
 

@@ -1,12 +1,17 @@
 #include "desktop/desktop_program.h"
 
+#include <QApplication>
+#include <QSessionManager>
 #include <utility>
 
 #include "core/controls/messages.h"
 #include "core/settings/command_line.h"
 #include "platform/virtual/demo_radio.h"
+#include "post/options/language_choice.h"
 #include "recording/song_notices.h"
+#include "ui/language_question.h"
 #include "ui/provider_question.h"
+#include "ui/text_keys.h"
 
 namespace Corvetape {
 
@@ -37,12 +42,21 @@ DesktopProgram::DesktopProgram(DesktopArguments arguments)
 }
 
 DesktopProgram::~DesktopProgram() {
-    Keys.reset();
+    Media.reset();
     Screen.LetGo();
     Shown.reset();
+    Ui.reset();
+    Keys.reset();
     Covers.reset();
     Trace.reset();
     Recorder.reset();
+}
+
+/// A file of texts that fits the language of the desktop.
+std::string DesktopProgram::FittingLanguage() {
+    const std::string wanted = Screen.Language();
+    const bool there = Files.FileSize(Folders->ProgramFolder() + "/" + wanted + ".lang").has_value();
+    return there ? wanted : "english";
 }
 
 /// Where there is nothing to record, the demo radio is offered.
@@ -50,17 +64,16 @@ bool DesktopProgram::ChooseInput() {
     if (Arguments.Demo) return true;
     if (!Pulse.Devices().empty() || ReadSwitches(Arguments.CommandLine).DontAsk) return false;
     clsLocalizeControls texts(Files, Folders->ProgramFolder(), Dialogs);
-    const std::string language = Screen.Language();
-    const bool there = Files.FileSize(Folders->ProgramFolder() + "/" + language + ".lang").has_value();
-    texts.Load(there ? language : "english");
+    texts.Load(FittingLanguage());
     return Dialogs.AskYesNo(texts.FormatMsg(DemoQuestion), DialogIcon::Information);
 }
 
 Machine DesktopProgram::ThisMachine() {
     WaveIn& inputs = Demo ? static_cast<WaveIn&>(Radio) : Pulse;
+    Mixer& mixer = Demo ? static_cast<Mixer&>(Silent) : Volumes;
     Players& players = Demo ? static_cast<Players&>(RadioTitles) : MediaPlayers;
-    return {Clock,  Loop,   inputs,     Files,       Processes, *Folders, Dialogs,
-            System, Screen, &Documents, &AllWindows, &players,  &Web,     &Browser};
+    return {Clock,  Loop,   inputs,     mixer,       Files,    Processes, *Folders, Dialogs,
+            System, Screen, &Documents, &AllWindows, &players, &Web,      &Browser};
 }
 
 RunOptions DesktopProgram::Options() {
@@ -105,33 +118,51 @@ void DesktopProgram::MakeWindow() {
     const Desk desk = Recorder->Shown();
     State& state = desk.Values;
     Covers = std::make_unique<CoverPictures>(&desk.Covers);
-    Shown = std::make_unique<MainWindow>(
+    Keys = std::make_unique<HelpKeys>(state.Lifecycle, static_cast<HelpPages&>(*this));
+    Ui = std::make_unique<UiParts>(
         UiParts{state.Form, state.Flags, state.Signal, state.Media, state.Pause, state.Messages, desk.Levels,
-                *Trace, Songs, desk.Songs, *Covers, Words(desk.Texts),
-                [this] { return Recorder->SongAgeSeconds(); }, [this] { return Recorder->Close(); }});
+                *Trace, Songs, desk.Songs, desk.Lists, desk.Bars, *Keys, state.Options, *Covers,
+                Words(desk.Texts), [this] { return Recorder->SongAgeSeconds(); },
+                [this] { return Recorder->Close(); }});
+    Shown = std::make_unique<MainWindow>(*Ui);
     Dialogs.Over(Shown.get());
-    Screen.Over(*Shown, state.Form);
-    state.Form.Changed.Connect([this] { FollowForm(); });
-    Keys = std::make_unique<MediaKeys>(state.Form, state.Flags, state.Media, Presence);
+    Screen.Over(*Shown, *Ui, state);
+    Media = std::make_unique<MediaKeys>(state.Form, state.Flags, state.Media, Presence);
 }
 
-/// The form says where the window is to be and how it is to look.
-void DesktopProgram::FollowForm() {
-    const frmMain& form = Recorder->Values().Form;
-    const WindowPlace& place = form.Place();
-    const QPoint corner(place.Left / TwipsPerPixel, place.Top / TwipsPerPixel);
-    // The window reports where it is, also where it was put elsewhere than the form had wished.
-    if (std::exchange(LastPlace, place) != place && corner != Shown->pos()) Shown->move(corner);
-    if (form.State() == WindowState::Minimised) {
-        Appeared = true;
-        if (!Shown->isMinimized()) Shown->showMinimized();
-    } else if (form.Visible() && !std::exchange(Appeared, true)) {
-        Shown->show();
-    }
+void DesktopProgram::SetUrl(const std::string& /*page*/, bool /*online*/) {
+    const Desk desk = Recorder->Shown();
+    desk.Values.Form.lblStatus[1].Caption(desk.Texts.FormatMsg(Key::NotBuilt));
 }
 
 void DesktopProgram::Ask(dlgProvider& dialog) {
     AskOver(Shown.get(), dialog);
+}
+
+/// The user chooses at the first start, with the language of the desktop preselected.
+std::string DesktopProgram::AskLanguage(const std::string& fitting) {
+    dlgLanguage dialog;
+    LanguageChoice choice(dialog, Files, Dialogs, Folders->ProgramFolder(), fitting);
+    Screen.ShowBusy(false);
+    AskForLanguage(dialog, choice);
+    return choice.Chosen().empty() ? fitting : choice.Chosen();
+}
+
+/// The system and the session end the program as its window does; a song that is to be finished holds the
+/// session up once.
+void DesktopProgram::WatchTheEnd() {
+    if (QSocketNotifier* const request = Requests.Notifier()) {
+        QObject::connect(request, &QSocketNotifier::activated, request, [this] {
+            EndSignals::Take();
+            static_cast<void>(Recorder->Close());
+        });
+    }
+    QObject::connect(
+        qApp, &QGuiApplication::commitDataRequest, qApp,
+        [this](QSessionManager& session) {
+            if (!Recorder->Close() && session.allowsInteraction()) session.cancel();
+        },
+        Qt::DirectConnection);
 }
 
 int DesktopProgram::Run() {
@@ -142,6 +173,7 @@ int DesktopProgram::Run() {
     // Also while nobody looks: the history would forget before the next look.
     state.Form.tmr1Second.Timer.Connect([this] { Trace->Follow(); });
     if (!Recorder->Load()) return 0;
+    WatchTheEnd();
     if (Recorder->Running()) Loop.Run();
     return 0;
 }

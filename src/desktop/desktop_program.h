@@ -5,10 +5,12 @@
 #include <string>
 
 #include "app/program.h"
-#include "forms/form_boxes.h"
 #include "desktop/desktop_arguments.h"
+#include "desktop/desktop_scheme.h"
+#include "desktop/end_signals.h"
 #include "desktop/qt_desktop.h"
 #include "desktop/qt_dialogs.h"
+#include "forms/form_boxes.h"
 #include "platform/linux/browser/devtools_documents.h"
 #include "platform/linux/browser/joined_documents.h"
 #include "platform/linux/browser/radio_browser.h"
@@ -21,20 +23,23 @@
 #include "platform/linux/players/mpris_service.h"
 #include "platform/linux/processes/linux_processes.h"
 #include "platform/linux/processes/linux_system.h"
+#include "platform/linux/sound/pulse_mixer.h"
 #include "platform/linux/sound/pulse_wave_in.h"
 #include "platform/linux/web/linux_http.h"
+#include "platform/mixer.h"
 #include "platform/virtual/source_players.h"
 #include "platform/virtual/source_wave_in.h"
 #include "recording/media_keys.h"
 #include "recording/run_songs.h"
 #include "recording/signal_trace.h"
+#include "ui/cover_bar.h"
 #include "ui/main_window.h"
 
 namespace Corvetape {
 
 /// The desktop program: this machine, the recorder on it, and its window. Made on the thread of the
 /// QApplication and gone before it.
-class DesktopProgram : private FormBoxes {
+class DesktopProgram : private FormBoxes, private HelpPages {
  public:
     explicit DesktopProgram(DesktopArguments arguments);
     ~DesktopProgram();
@@ -50,13 +55,18 @@ class DesktopProgram : private FormBoxes {
  private:
     /// Questions of the program over its window.
     void Ask(dlgProvider& dialog) override;
+    std::string AskLanguage(const std::string& fitting) override;
 
     bool ChooseInput();
     Machine ThisMachine();
     RunOptions Options();
     ProgramEvents Events();
     void MakeWindow();
-    void FollowForm();
+    std::string FittingLanguage();
+    void WatchTheEnd();
+
+    /// Help and assistant are not there yet: a key that asks for them is answered in the status line.
+    void SetUrl(const std::string& page, bool online) override;
 
     DesktopArguments Arguments;
     LinuxClock Clock;
@@ -68,10 +78,10 @@ class DesktopProgram : private FormBoxes {
     LinuxSystemInfo System;
     QtDesktop Screen;
     PulseWaveIn Pulse;
+    PulseMixer Volumes;
     SourceWaveIn Radio;
+    NoMixer Silent;  ///< of the radio, which has no volume
     bool Demo = false;
-    bool Appeared = false;  ///< the window was shown, or minimised from the start
-    WindowPlace LastPlace;  ///< of the form, as the window followed it last
     SourcePlayers RadioTitles;
     MprisPlayers MediaPlayers;
     MprisService Presence;
@@ -84,8 +94,12 @@ class DesktopProgram : private FormBoxes {
     RunSongs Songs;
     std::unique_ptr<SignalTrace> Trace;
     std::unique_ptr<CoverPictures> Covers;
+    std::unique_ptr<HelpKeys> Keys;
+    std::unique_ptr<UiParts> Ui;
     std::unique_ptr<MainWindow> Shown;
-    std::unique_ptr<MediaKeys> Keys;
+    std::unique_ptr<MediaKeys> Media;
+    DesktopScheme Scheme;
+    EndSignals Requests;
 };
 
 }  // namespace Corvetape

@@ -3,10 +3,11 @@
 #include <QApplication>
 #include <QDesktopServices>
 #include <QLocale>
+#include <QScreen>
 #include <QUrl>
 
-#include "forms/frm_main.h"
-#include "ui/main_window.h"
+#include "app/state.h"
+#include "platform/linux/desktop/compositor.h"
 
 namespace Corvetape {
 
@@ -17,14 +18,15 @@ void QtDesktop::ComeForward() {
     if (Window != nullptr) Window->ComeForward();
 }
 
-void QtDesktop::Over(MainWindow& window, frmMain& form) {
+void QtDesktop::Over(MainWindow& window, const UiParts& parts, State& state) {
     Window = &window;
-    Form = &form;
-    window.HideWhenMinimised([this] { return Tray && Tray->Present(); });
+    Parts = &parts;
+    Forms = &state;
 }
 
 void QtDesktop::LetGo() {
-    Tray.reset();
+    CloseBars();
+    RemoveTrayIcon();
     Window = nullptr;
 }
 
@@ -45,15 +47,66 @@ bool QtDesktop::Open(const std::string& addressOrFolder) {
     return QDesktopServices::openUrl(QUrl::fromUserInput(QString::fromStdString(addressOrFolder)));
 }
 
+void QtDesktop::MoveWindow(int32_t left, int32_t top) {
+    Window->move(left / ScreenTwipsPerPixel, top / ScreenTwipsPerPixel);
+}
+
+void QtDesktop::MinimizeWindow() {
+    Window->showMinimized();
+}
+
+/// A start that hides the window hides it where an icon brings it back, and leaves it minimised elsewhere.
+void QtDesktop::ShowWindow() {
+    if (!Window->isMinimized()) return Window->show();
+    if (AnswerTo(WindowState::Minimised, IconIsThere(), false) != WindowAnswer::HideToTray) return;
+    Window->setWindowState(Qt::WindowNoState);  // first, or it would be put back on the screen
+    Window->hide();
+}
+
+void QtDesktop::ReportPlace() {
+    Forms->Form.Place({Window->x() * ScreenTwipsPerPixel, Window->y() * ScreenTwipsPerPixel,
+                       Window->width() * ScreenTwipsPerPixel, Window->height() * ScreenTwipsPerPixel});
+}
+
+void QtDesktop::ReportWindow() {
+    const WindowState upright = Window->isMaximized() ? WindowState::Maximised : WindowState::Normal;
+    Forms->Form.State(Window->isMinimized() ? WindowState::Minimised : upright);
+    ReportPlace();
+}
+
+void QtDesktop::LoadBars() {
+    const QSize screen = QGuiApplication::primaryScreen()->size() * ScreenTwipsPerPixel;
+    ReportPlace();
+    FloatingBars& bars = Parts->Bars;
+    bars.IconIsThere(IconIsThere());
+    bars.Load({screen.width(), screen.height()});
+    const bool wayland = QGuiApplication::platformName().startsWith("wayland");
+    const BarStyle style = wayland || CompositorRuns() ? BarStyle::Composited : BarStyle::Plain;
+    PlainBar = std::make_unique<QuickBarWindow>(*Parts, Forms->PlainBar, style);
+    CoverBar = std::make_unique<CoverBarWindow>(*Parts, Forms->CoverBar, style);
+    Forms->Form.tmr1Second.Timer.Connect([this, &bars] { bars.IconIsThere(IconIsThere()); });
+}
+
+void QtDesktop::CloseBars() {
+    PlainBar.reset();
+    CoverBar.reset();
+}
+
 void QtDesktop::AddTrayIcon() {
-    Form->mnuTaskbarItem[15].Enabled(false);  // there is no bar of quick buttons yet
-    Form->mnuTaskbarItem[10].Click.Connect([this] { ComeForward(); });
-    Form->mnuTaskbarItem[20].Click.Connect([form = Form] { form->cmdQuickRecord.Press(); });
-    Form->mnuTaskbarItem[90].Click.Connect([window = Window] {
+    frmMain& form = Forms->Form;
+    form.mnuTaskbarItem[10].Click.Connect([this] { ComeForward(); });
+    form.mnuTaskbarItem[20].Click.Connect([&form] { form.cmdQuickRecord.Press(); });
+    form.mnuTaskbarItem[90].Click.Connect([window = Window] {
         QMetaObject::invokeMethod(
             window, [window] { window->close(); }, Qt::QueuedConnection);
     });
-    Tray = std::make_unique<TrayIcon>(*Form, [this] { ComeForward(); });
+    Tray = std::make_unique<TrayIcon>(form, [this] { ComeForward(); });
+    Window->Follow(Tray.get());
+}
+
+void QtDesktop::RemoveTrayIcon() {
+    if (Window != nullptr) Window->Follow(nullptr);
+    Tray.reset();
 }
 
 void QtDesktop::ShowTrayTip(const std::string& tip) {
@@ -62,6 +115,7 @@ void QtDesktop::ShowTrayTip(const std::string& tip) {
 
 void QtDesktop::ShowTrayState(TrayState state) {
     if (Tray) Tray->ShowState(static_cast<int32_t>(state));
+    Window->setWindowIcon(StateIcon(static_cast<int32_t>(state)));
 }
 
 }  // namespace Corvetape

@@ -11,11 +11,14 @@ namespace {
 
 QMessageBox::Icon IconOf(DialogIcon icon) {
     if (icon == DialogIcon::Critical) return QMessageBox::Critical;
+    if (icon == DialogIcon::Question) return QMessageBox::Question;
     return icon == DialogIcon::Exclamation ? QMessageBox::Warning : QMessageBox::Information;
 }
 
-int Show(QWidget* window, const std::string& text, DialogIcon icon, QMessageBox::StandardButtons buttons) {
+int Show(QWidget* window, const std::string& text, DialogIcon icon, QMessageBox::StandardButtons buttons,
+         QMessageBox::StandardButton preselected = QMessageBox::NoButton) {
     QMessageBox box(IconOf(icon), ProgramTitle, QString::fromStdString(text), buttons, window);
+    box.setDefaultButton(preselected);
     box.setTextFormat(Qt::PlainText);  // titles of strangers stand in it
     return box.exec();
 }
@@ -30,6 +33,15 @@ bool QtDialogs::AskYesNo(const std::string& text, DialogIcon icon) {
     return Show(Window, text, icon, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
 }
 
+bool QtDialogs::AskNoYes(const std::string& text, DialogIcon icon) {
+    const auto buttons = QMessageBox::Yes | QMessageBox::No;
+    return Show(Window, text, icon, buttons, QMessageBox::No) == QMessageBox::Yes;
+}
+
+bool QtDialogs::AskOkCancel(const std::string& text, DialogIcon icon) {
+    return Show(Window, text, icon, QMessageBox::Ok | QMessageBox::Cancel) == QMessageBox::Ok;
+}
+
 void QtDialogs::Beep() {
     QApplication::beep();
 }
@@ -41,17 +53,35 @@ std::optional<std::string> QtDialogs::BrowseForFolder(const std::string& title, 
     return chosen.toStdString();
 }
 
-std::optional<std::string> QtDialogs::OpenFile(const std::string& title, const std::string& filter,
-                                               const std::string& start) {
-    // Names and patterns of the filter stand one after the other, with a NUL between.
+namespace {
+
+/// Names and patterns of a filter stand one after the other, with a NUL between.
+QString FiltersOf(const std::string& filter) {
     const QStringList parts = QString::fromStdString(filter).split(QChar(0));
     QStringList filters;
     for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
         filters << parts[i].section('(', 0, 0).trimmed() + " (" + QString(parts[i + 1]).replace(';', ' ') +
                        ")";
     }
+    return filters.join(";;");
+}
+
+}  // namespace
+
+std::vector<std::string> QtDialogs::OpenFiles(const std::string& title, const std::string& filter,
+                                              const std::string& start) {
+    std::vector<std::string> paths;
+    for (const QString& chosen : QFileDialog::getOpenFileNames(
+             Window, QString::fromStdString(title), QString::fromStdString(start), FiltersOf(filter))) {
+        paths.push_back(chosen.toStdString());
+    }
+    return paths;
+}
+
+std::optional<std::string> QtDialogs::OpenFile(const std::string& title, const std::string& filter,
+                                               const std::string& start) {
     const QString chosen = QFileDialog::getOpenFileName(Window, QString::fromStdString(title),
-                                                        QString::fromStdString(start), filters.join(";;"));
+                                                        QString::fromStdString(start), FiltersOf(filter));
     if (chosen.isEmpty()) return std::nullopt;
     return chosen.toStdString();
 }

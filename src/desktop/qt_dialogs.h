@@ -16,10 +16,14 @@ class QtDialogs : public Dialogs {
 
     void MessageBox(const std::string& text, DialogIcon icon) override;
     bool AskYesNo(const std::string& text, DialogIcon icon) override;
+    bool AskNoYes(const std::string& text, DialogIcon icon) override;
+    bool AskOkCancel(const std::string& text, DialogIcon icon) override;
     void Beep() override;
     std::optional<std::string> BrowseForFolder(const std::string& title, const std::string& start) override;
     std::optional<std::string> OpenFile(const std::string& title, const std::string& filter,
                                         const std::string& start) override;
+    std::vector<std::string> OpenFiles(const std::string& title, const std::string& filter,
+                                       const std::string& start) override;
 
  private:
     QPointer<QWidget> Window;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace Corvetape {
 
 struct dlgProvider;
@@ -11,6 +13,10 @@ class FormBoxes {
 
     /// Shows a form until it is no longer visible, and handles events meanwhile.
     virtual void Ask(dlgProvider& dialog) = 0;
+
+    /// The language that the user chooses, as the name of its file of texts; `fitting` is preselected, and
+    /// the answer where nobody chooses.
+    virtual std::string AskLanguage(const std::string& fitting) { return fitting; }
 };
 
 }  // namespace Corvetape

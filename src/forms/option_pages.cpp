@@ -15,6 +15,7 @@ Options1Page::Options1Page(Form& form)
       chkRestartRadioIfSilent(form, "chkRestartRadioIfSilent"),
       chkStoreCoverImage(form, "chkStoreCoverImage"),
       chkNotifySongs(form, "chkNotifySongs"),
+      chkMaximizeButton(form, "chkMaximizeButton"),
       chkNoStartupInfo(form, "chkNoStartupInfo"),
       lstEncodeDelay(form, "lstEncodeDelay"),
       lstBufferFlag(form, "lstBufferFlag") {
@@ -28,6 +29,7 @@ Options1Page::Options1Page(Form& form)
     chkRestartRadioIfSilent.Wording("1147", "Try to restart radio if silence detected");
     chkStoreCoverImage.Wording("1148", "Store the cover image with the song");
     chkNotifySongs.Wording("1700", "Show a message of the desktop for each song that was kept");
+    chkMaximizeButton.Wording("1551", "Maximise button makes the window large");
     lstEncodeDelay.Wording("1149", "Start encoding to MP3, WMA etc. after a delay of n seconds");
     lstBufferFlag.Wording("1150", "Buffer processing method");
     for (int32_t seconds = 30; seconds >= 0; --seconds) lstEncodeDelay.AddItem(std::to_string(seconds));

@@ -25,7 +25,8 @@ PausePage::PausePage(Form& form)
       sldEndOfSongThreshold0(form, "sldEndOfSongThreshold", 0, -10, 0),
       sldEndOfSongThreshold1(form, "sldEndOfSongThreshold", 1, 0, 10),
       lblEndOfSongThreshold(form, "lblEndOfSongThreshold"),
-      cmdAutoPauseParams(form, "cmdAutoPauseParams") {
+      cmdAutoPauseParams(form, "cmdAutoPauseParams"),
+      cmdForgetCuts(form, "cmdForgetCuts") {
     txtLengthOfPause.TextKey("1080");
     lblLengthOfPause[0].Wording("1081", "Length of pause between songs:");
     lblLengthOfPause[1].Wording("1082", "msec");
@@ -49,6 +50,7 @@ PausePage::PausePage(Form& form)
     optEndOfSong[0].Wording("1100", "silence is recognized,");
     optEndOfSong[1].Wording("1101", "media data changes or");
     optEndOfSong[2].Wording("1102", "after fixed time period of");
+    optEndOfSong[3].Wording("1650", "Automatic: by everything that is known");
     txtEndOfSongTimer.TextKey("1103");
     lblEndOfSongTimer.Wording("1104", "minutes");
     optDuplicatePartOfSong[0].Wording("1105", "Search for end of song within these time intervals");
@@ -61,6 +63,7 @@ PausePage::PausePage(Form& form)
     lblEndOfSongThreshold[5].Wording("1112", "seconds");
     lblEndOfSongThreshold[6].Wording("1113", "seconds");
     cmdAutoPauseParams.Wording("1114", "Optimize pause recogn.");
+    cmdForgetCuts.Wording("1651", "Forget what was learned");
 }
 
 }  // namespace Corvetape

@@ -25,7 +25,7 @@ struct PausePage {
     TextBox txtIgnoreShortSongs;
     ControlArray<Label, 2> lblIgnoreShortSongs;
     GroupBox fraEndOfSong;
-    OptionArray<3> optEndOfSong;
+    OptionArray<4> optEndOfSong;
     TextBox txtEndOfSongTimer;
     Label lblEndOfSongTimer;  ///< its unit
     OptionArray<2> optDuplicatePartOfSong;
@@ -35,6 +35,7 @@ struct PausePage {
     /// 0 and 1 name the sliders, 2 what they are about; 3 and 4 are the seconds, 5 and 6 the unit.
     ControlArray<Label, 7> lblEndOfSongThreshold;
     CommandButton cmdAutoPauseParams;
+    CommandButton cmdForgetCuts;  ///< what was learned about the titles of all sources goes
 
     /// The slider of a side, 0 before and 1 after.
     Slider& sldEndOfSongThreshold(size_t side) {

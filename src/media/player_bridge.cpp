@@ -1,5 +1,6 @@
 #include "media/player_bridge.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -71,6 +72,10 @@ void PlayerBridge::Gone(const std::string& player) {
 }
 
 const PlayerReport* PlayerBridge::Counting() const {
+    const auto present = Reports.find(Told.Player);
+    if (KeepsFirst && present != Reports.end() && present->second.Report.Playing) {
+        return &present->second.Report;
+    }
     const Entry* best = nullptr;
     for (const auto& [name, entry] : Reports) {
         if (!entry.Report.Playing) continue;
@@ -94,6 +99,7 @@ void PlayerBridge::Publish() {
     std::erase_if(Reports, [](const auto& each) { return !each.second.Heard; });
     const PlayerReport* counting = Counting();
     const PlayerReport report = counting == nullptr ? PlayerReport{} : WithSplitTitle(*counting);
+    FollowPresent(report);
     if (report == Published) return;
     Published = report;
     // The status comes last: whoever reads "Playing" finds the others in place.
@@ -103,6 +109,17 @@ void PlayerBridge::Publish() {
     Write("Album", Field(report.Album));
     Write("Cover", Field(report.Cover));
     Write("Status", report.Playing ? "Playing" : "Stopped");
+}
+
+void PlayerBridge::FollowPresent(const PlayerReport& counting) {
+    const auto present = Reports.find(Told.Player);
+    if (counting.Playing) {
+        Told = counting;
+    } else {
+        Told = present == Reports.end() ? PlayerReport{} : WithSplitTitle(present->second.Report);
+    }
+    Others = std::ranges::any_of(
+        Reports, [&](const auto& each) { return each.second.Report.Playing && each.first != Told.Player; });
 }
 
 void PlayerBridge::Write(const char* name, const std::string& value) {

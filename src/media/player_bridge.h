@@ -38,6 +38,16 @@ class PlayerBridge {
     /// arrive.
     void ListenAnew();
 
+    /// Of several that play, the one that began first is to count from now on, for as long as it plays.
+    void FirstCounts(bool first) { KeepsFirst = first; }
+
+    /// All that the player says that counts, or that counted last while nobody plays; nothing of it once it
+    /// is gone.
+    const PlayerReport& Present() const { return Told; }
+
+    /// Players beside it play.
+    bool OthersPlay() const { return Others; }
+
     /// True while a player runs, whether or not it plays.
     bool PlayerPresent() const { return !Reports.empty(); }
 
@@ -57,6 +67,7 @@ class PlayerBridge {
     const PlayerReport* Counting() const;
     void Settle();
     void Publish();
+    void FollowPresent(const PlayerReport& counting);
     void Write(const char* name, const std::string& value);
 
     Players& Source;
@@ -66,6 +77,9 @@ class PlayerBridge {
     std::map<std::string, Entry> Reports;
     uint64_t Begins = 0;
     PlayerReport Published;
+    PlayerReport Told;
+    bool KeepsFirst = false;
+    bool Others = false;
 };
 
 }  // namespace Corvetape

@@ -1,8 +1,10 @@
 #include "mixer/input_list.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
+#include "core/controls/message_texts.h"
 #include "core/settings/settings_table.h"
 #include "core/text/text.h"
 
@@ -53,7 +55,7 @@ bool InputList::FillInputDevices() {
     if (within && SameDevices(names, Parts.Settings.InputDeviceNames)) {
         list.Select(index);
     } else {
-        SelectFirst(names);
+        SelectDefault(names);
     }
     ChosenDevice =
         static_cast<int32_t>(list.Items().at(static_cast<size_t>(Parts.Settings.InputDevice)).Data);
@@ -66,9 +68,12 @@ std::string InputList::ListDevices() {
     list.Clear();
     std::string names;
     int64_t number = 0;
-    for (const WaveInDevice& device : Parts.WaveIn.Devices()) {
+    Listed = Parts.WaveIn.Devices();
+    for (const WaveInDevice& device : Listed) {
         const std::string name = UpToNul(device.Name);
-        if (CanBeRecorded(device)) list.AddItem(name, number);
+        const std::string marked =
+            device.IsDefault ? Say.Text(Message::DefaultInput.Key, {name}) : "";
+        if (CanBeRecorded(device)) list.AddItem(marked.empty() ? name : marked, number);
         names += name + ";";
         ++number;
     }
@@ -81,10 +86,18 @@ void InputList::ReportNoDevice() {
     Say.Box(text, DialogIcon::Critical);
 }
 
-void InputList::SelectFirst(const std::string& names) {
+/// A machine that lists its devices by their names has its default one anywhere among them.
+int32_t InputList::DefaultEntry() const {
+    const std::vector<ListItem>& entries = Parts.Form.cmbInputDevices.Items();
+    const auto found = std::ranges::find_if(
+        entries, [this](const ListItem& entry) { return Listed[static_cast<size_t>(entry.Data)].IsDefault; });
+    return found == entries.end() ? 0 : static_cast<int32_t>(found - entries.begin());
+}
+
+void InputList::SelectDefault(const std::string& names) {
     Parts.Settings.InputDeviceNames = names;
     Parts.Form.tbsMain.Select("TAB_AUDIO");
-    Parts.Form.cmbInputDevices.Select(0);
+    Parts.Form.cmbInputDevices.Select(DefaultEntry());
     const std::string text = Say.Text("901");
     Say.Write(ReportKind::Info, text);
     if (!Parts.Lifecycle.WizardRequested) Say.Box(text, DialogIcon::Exclamation);
@@ -92,19 +105,38 @@ void InputList::SelectFirst(const std::string& names) {
 
 void InputList::DeviceClicked() {
     frmMain& form = Parts.Form;
-    if (Device.IsOpen()) {
-        Device.Close();
-        for (CheckBox& box : form.chkStartStop) box.Enabled(false);
-    }
+    CloseDevice();
     if (Ended) return;  // events are served while a device closes
     const int32_t index = form.cmbInputDevices.ListIndex();
     if (index < 0) return;  // a click that somebody raised on an empty list
-    const int64_t device = form.cmbInputDevices.Items().at(static_cast<size_t>(index)).Data;
-    if (device >= 0 && Device.Open(static_cast<size_t>(device))) {
-        for (CheckBox& box : form.chkStartStop) box.Enabled(true);
-    }
+    Open(static_cast<int32_t>(form.cmbInputDevices.Items().at(static_cast<size_t>(index)).Data));
     if (index != Parts.Settings.InputDevice) TakeOver(index);
     Parts.Store.WriteSetting("Mixer", "InputDeviceNames", Parts.Settings.InputDeviceNames);
+}
+
+void InputList::CloseDevice() {
+    if (!Device.IsOpen()) return;
+    Device.Close();
+    for (CheckBox& box : Parts.Form.chkStartStop) box.Enabled(false);
+}
+
+bool InputList::OpenToListen(int32_t device) {
+    return !Ended && device >= 0 && Device.Open(static_cast<size_t>(device));
+}
+
+void InputList::Open(int32_t device) {
+    if (!OpenToListen(device)) return;
+    for (CheckBox& box : Parts.Form.chkStartStop) box.Enabled(true);
+}
+
+void InputList::Reopen() {
+    CloseDevice();
+    Open(ChosenDevice);
+}
+
+std::string InputList::WaveInDeviceName() const {
+    const auto device = static_cast<size_t>(ChosenDevice);
+    return ChosenDevice >= 0 && device < Listed.size() ? Listed[device].Id : std::string();
 }
 
 void InputList::TakeOver(int32_t index) {

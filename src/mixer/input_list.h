@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "audio/input_device.h"
 #include "core/controls/event.h"
@@ -30,9 +31,9 @@ class InputList {
     /// Attaches itself to cmbInputDevices, chk48kHz and chkMixerAutoUpdate.
     InputList(InputListParts parts, InputDevice& device, Reporter& say);
 
-    /// Lists the devices in the order of the machine and selects the one chosen last, or the first one if the
-    /// devices have changed. False, with nothing selected, if none of them can give 16-bit stereo at 44.1 or
-    /// 48 kHz.
+    /// Lists the devices in the order of the machine and selects the one chosen last. If the devices have
+    /// changed it selects the one that the machine marks as its default, or the first one. False, with
+    /// nothing selected, if none of them can give 16-bit stereo at 44.1 or 48 kHz.
     bool FillInputDevices();
 
     /// Another entry than the one before was chosen, and its device opened.
@@ -45,16 +46,37 @@ class InputList {
     /// there are no devices any more.
     int32_t WaveInDeviceId() const { return ChosenDevice; }
 
+    /// Another device is to be recorded from; it is not opened.
+    void WaveInDeviceId(int32_t device) { ChosenDevice = device; }
+
+    /// The devices as they were listed last; their places are their numbers.
+    const std::vector<WaveInDevice>& Devices() const { return Listed; }
+
+    /// Stable name of the device of the chosen entry; empty if it is not listed any more.
+    std::string WaveInDeviceName() const;
+
+    /// Closes the device. No recording can begin until Reopen, or until an entry is selected.
+    void CloseDevice();
+
+    /// Opens a device to listen to it. False if it cannot be opened.
+    bool OpenToListen(int32_t device);
+
+    /// Opens the chosen device again, and lets recordings begin if that succeeds.
+    void Reopen();
+
  private:
     std::string ListDevices();
     void ReportNoDevice();
-    void SelectFirst(const std::string& names);
+    void SelectDefault(const std::string& names);
+    int32_t DefaultEntry() const;
     void DeviceClicked();
+    void Open(int32_t device);
     void TakeOver(int32_t index);
 
     InputListParts Parts;
     InputDevice& Device;
     Reporter& Say;
+    std::vector<WaveInDevice> Listed;
     int32_t ChosenDevice = 0;
     bool Ended = false;
 };

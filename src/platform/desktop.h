@@ -29,6 +29,19 @@ class Desktop {
     /// Opens an address or a folder in the program that the user has for it. False if there is none.
     virtual bool Open(const std::string& /*addressOrFolder*/) { return false; }
 
+    /// Where the window is to stand, in twips; that it is to be minimised; and that it is to be seen, unless
+    /// it was minimised.
+    virtual void MoveWindow(int32_t /*left*/, int32_t /*top*/) {}
+    virtual void MinimizeWindow() {}
+    virtual void ShowWindow() {}
+
+    /// The form of the window takes its place and its state.
+    virtual void ReportWindow() {}
+
+    /// The windows of the two floating bars.
+    virtual void LoadBars() {}
+    virtual void CloseBars() {}
+
     virtual void AddTrayIcon() {}
     virtual void RemoveTrayIcon() {}
     virtual void ShowTrayTip(const std::string& /*tip*/) {}

@@ -6,7 +6,7 @@
 
 namespace Corvetape {
 
-enum class DialogIcon { Information, Exclamation, Critical };
+enum class DialogIcon { Information, Exclamation, Critical, Question };
 
 /// Boxes that the user answers. A call returns when the box is closed; events are handled meanwhile.
 /// A machine without a screen answers at once, as if the user had closed the box.
@@ -16,6 +16,12 @@ class Dialogs {
 
     virtual void MessageBox(const std::string& text, DialogIcon icon) = 0;
     virtual bool AskYesNo(const std::string& text, DialogIcon icon) = 0;
+
+    /// The same with No as the answer to a key that was pressed unawares.
+    virtual bool AskNoYes(const std::string& text, DialogIcon icon) { return AskYesNo(text, icon); }
+
+    /// True for OK, false for Cancel.
+    virtual bool AskOkCancel(const std::string& text, DialogIcon icon) { return AskYesNo(text, icon); }
     virtual void Beep() = 0;
 
     /// Lets the user choose a folder; nothing if cancelled.

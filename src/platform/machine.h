@@ -5,6 +5,7 @@ namespace Corvetape {
 class Clock;
 class EventLoop;
 class WaveIn;
+class Mixer;
 class Files;
 class Processes;
 class Folders;
@@ -22,6 +23,7 @@ struct Machine {
     Corvetape::Clock& Clock;
     Corvetape::EventLoop& Loop;
     Corvetape::WaveIn& WaveIn;
+    Corvetape::Mixer& Mixer;
     Corvetape::Files& Files;
     Corvetape::Processes& Processes;
     Corvetape::Folders& Folders;

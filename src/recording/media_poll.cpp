@@ -12,6 +12,7 @@ MediaPoll::MediaPoll(MediaPollParts parts, MediaPollActions actions)
 }
 
 void MediaPoll::Tick() {
+    if (Parts.Pause.EndOfSongDetection == EndOfSong::Automatic) return;
     if (Busy || !Actions.Ready()) return;
     const Held busy(Busy);
     const bool running = Parts.Form.tmrGetMediaData.Running();

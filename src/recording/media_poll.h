@@ -5,6 +5,7 @@
 #include "audio/audio_ring.h"
 #include "audio/cut_state.h"
 #include "audio/drain.h"
+#include "audio/pause_settings.h"
 #include "audio/recording_flags.h"
 #include "audio/signal_state.h"
 #include "core/media_state.h"
@@ -20,6 +21,7 @@ struct MediaPollParts {
     RecordingFlags& Flags;
     SignalState& Signal;
     const AudioRing& Ring;
+    const PauseSettings& Pause;
     AudioDrain& Drain;   ///< for a cut that another change finds pending
     Session& Recording;  ///< its check boxes follow the flags
 };

@@ -95,7 +95,7 @@ void PauseControl::AttachChoices() {
         page.txtQuitAfterSilence.Enabled(!Parts.Pause.IgnoreSilence);
         for (Label& label : page.lblQuitAfterSilence) label.Enabled(!Parts.Pause.IgnoreSilence);
     });
-    for (const size_t mode : {size_t{0}, size_t{1}, size_t{2}}) {
+    for (const size_t mode : {size_t{0}, size_t{1}, size_t{2}, size_t{3}}) {
         form.optEndOfSong[mode].Click.Connect([this, mode] {
             Mode.Choose(static_cast<EndOfSong>(mode));
             Write("EndOfSongDetection", static_cast<int32_t>(mode));
@@ -197,8 +197,10 @@ void PauseControl::LoadFlags(const std::string& section) {
 void PauseControl::LoadEndOfSong(const std::string& section) {
     frmMain& form = Parts.Form;
     PauseSettings& pause = Parts.Pause;
-    const int32_t stored = Read(section, "EndOfSongDetection");
-    const bool known = stored >= 0 && stored <= static_cast<int32_t>(EndOfSong::FixedTime);
+    // A source without a mode of its own has that of all sources. The first start has written it there.
+    const int32_t common = Read(AnySourceSection, "EndOfSongDetection");
+    const int32_t stored = Parts.Store.ReadProviderInt(section, "EndOfSongDetection", common);
+    const bool known = stored >= 0 && stored <= static_cast<int32_t>(EndOfSong::Automatic);
     form.optEndOfSong[known ? static_cast<size_t>(stored) : 0].Value(true);
 
     // After the mode, which has made a choice of its own here.

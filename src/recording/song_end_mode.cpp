@@ -10,8 +10,9 @@ void SongEndMode::Choose(EndOfSong mode) {
 
 /// What goes through the ring now is noticed another way from here on.
 void SongEndMode::LeaveFor(EndOfSong next) {
-    if (next == EndOfSong::Silence) {
-        Input.EmptyRing();  // no buffer of the direct way may overtake what it holds
+    const bool byItself = next == EndOfSong::Automatic || Pause.EndOfSongDetection == EndOfSong::Automatic;
+    if (next == EndOfSong::Silence || byItself) {
+        Input.EmptyRing();  // no buffer of another way may overtake what it holds
     } else {
         Input.FinishCut();  // by time nobody knows of the song whose cut is pending
     }
@@ -20,7 +21,8 @@ void SongEndMode::LeaveFor(EndOfSong next) {
 void SongEndMode::ShowControls(EndOfSong mode) {
     const bool byMedia = mode == EndOfSong::MediaData;
     const bool byTime = mode == EndOfSong::FixedTime;
-    const bool throughRing = mode != EndOfSong::Silence;
+    const bool byItself = mode == EndOfSong::Automatic;
+    const bool throughRing = byMedia || byTime;
 
     Form.chkIgnoreSilence.Enabled(throughRing);
     Form.txtIgnoreSilence.Enabled(throughRing);
@@ -32,7 +34,7 @@ void SongEndMode::ShowControls(EndOfSong mode) {
     for (Label& label : Form.lblEndOfSongThreshold) label.Enabled(throughRing);
     if (byMedia) Form.chkStationDataEnable.Value(1);  // its handler empties the media data
     if (!byTime) Form.chkStationDataEnable.Enabled(!byMedia);
-    Form.tmrGetMediaData.Running(byMedia);
+    Form.tmrGetMediaData.Running(byMedia || byItself);
 }
 
 }  // namespace Corvetape

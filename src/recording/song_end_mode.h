@@ -6,7 +6,8 @@
 
 namespace Corvetape {
 
-/// Decides how the end of a song is noticed: by silence, by media data, or by time. Nobody else sets
+/// Decides how the end of a song is noticed: by silence, by media data, by time, or by all that is
+/// known. Nobody else sets
 /// EndOfSongDetection.
 class SongEndMode {
  public:

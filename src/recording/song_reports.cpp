@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <initializer_list>
 #include <string>
 
 #include "core/text/artist_and_title.h"
@@ -33,9 +34,26 @@ std::string SecondsText(uint64_t frames, uint32_t framesPerSecond) {
 
 void SongReports::SongClosed(const ClosedSong& song) {
     if (song.IsTooShort()) ReportShort(song);
-    if (song.Fate != SongFate::Kept || song.LostFrames == 0) return;
-    Say.Write(ReportKind::Info, Say.Text("848", {Transfer.NamesOf(song.Media).FinalName,
-                                                 SecondsText(song.LostFrames, song.FramesPerSecond)}));
+    if (song.Fate != SongFate::Kept) return;
+    const std::string name = Transfer.NamesOf(song.Media).FinalName;
+    if (song.LostFrames != 0) {
+        Say.Write(ReportKind::Info,
+                  Say.Text("848", {name, SecondsText(song.LostFrames, song.FramesPerSecond)}));
+    }
+    ReportTrust(song, name);
+}
+
+/// What makes a kept song doubtful that everything was known of.
+void SongReports::ReportTrust(const ClosedSong& song, const std::string& name) {
+    const SongTrust& trust = song.Trust;
+    const auto report = [this](const char* key, std::initializer_list<std::string> arguments) {
+        Say.Write(ReportKind::Info, Say.Text(key, arguments));
+    };
+    if (trust.Dropouts > 0) report("1652", {name, std::to_string(trust.Dropouts)});
+    if (trust.Mixed) report("1653", {name});
+    if (trust.Sought) report("1654", {name});
+    if (trust.AgainstEvidence) report("1655", {name});
+    if (trust.PausesCut > 0) report("1656", {name, std::to_string(trust.PausesCut)});
 }
 
 void SongReports::ReportShort(const ClosedSong& song) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "audio/closed_song.h"
 #include "audio/song_writer.h"
 #include "core/deferred_messages.h"
@@ -17,7 +19,7 @@ class SongReports {
                 const WaveFormat& format)
         : Say(say), Messages(messages), Transfer(transfer), Format(format) {}
 
-    /// One line for a kept song in which something is missing, and for a wanted one that is too short to be
+    /// One line for a kept song in which something is missing, one for each reason to doubt it, and one for a wanted one that is too short to be
     /// kept; nothing for a healthy one.
     void SongClosed(const ClosedSong& song);
 
@@ -32,6 +34,7 @@ class SongReports {
 
  private:
     void ReportShort(const ClosedSong& song);
+    void ReportTrust(const ClosedSong& song, const std::string& name);
 
     Reporter& Say;
     DeferredMessages& Messages;

@@ -95,9 +95,9 @@ Supervisor::Next Supervisor::FindProvider() {
 }
 
 Supervisor::Next Supervisor::PollOutsideMediaMode() {
-    if (!Parts.Media.StationDataEnabled || Parts.Pause.EndOfSongDetection == EndOfSong::MediaData) {
-        return Next::Continue;
-    }
+    const EndOfSong mode = Parts.Pause.EndOfSongDetection;
+    const bool byTimer = mode == EndOfSong::MediaData || mode == EndOfSong::Automatic;
+    if (!Parts.Media.StationDataEnabled || byTimer) return Next::Continue;
     if (SongAge < 10 || SongAge % 10 == 0) {
         Actions.GetStationData();
         Actions.LoadImage(Parts.Media.CurrentMedia.Cover);
@@ -173,12 +173,14 @@ void Supervisor::ShowNoMedia() {
     Parts.CoverBar.lblSong.Caption(frmCoverButtons::NoTitleText);
     const std::string text = Text("100");
     Parts.Form.Caption(text);
+    Parts.PlainBar.Caption(text);
     Actions.ShowTrayTip(text);
 }
 
 void Supervisor::ShowMediaTexts() {
     const STATIONANDSONGDATA& media = Parts.Media.CurrentMedia;
     Parts.Form.Caption("Corvetape \xC2\xB7 " + media.Artist + " \xC2\xB7 " + media.Song);
+    Parts.PlainBar.Caption(media.Artist + " \xC2\xB7 " + media.Song);
     Parts.CoverBar.lblArtist.Caption(media.Artist);
     Parts.CoverBar.lblSong.Caption(media.Song);
     // A tray tip takes an ampersand for a mark of the next letter; three of them show one.

@@ -15,6 +15,7 @@
 #include "core/settings/settings.h"
 #include "forms/frm_cover_buttons.h"
 #include "forms/frm_main.h"
+#include "forms/frm_quick_buttons.h"
 #include "platform/clock.h"
 
 namespace Corvetape {
@@ -22,6 +23,7 @@ namespace Corvetape {
 /// The state that the supervisor watches and changes. All of it outlives the supervisor.
 struct SupervisorParts {
     frmMain& Form;
+    frmQuickButtons& PlainBar;
     frmCoverButtons& CoverBar;
     const Corvetape::Clock& Clock;
     const Corvetape::Settings& Settings;

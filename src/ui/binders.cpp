@@ -27,9 +27,9 @@ void ShowCommon(const Control& control, QWidget& widget) {
     const QString notBuilt = widget.property("notBuilt").toString();
     widget.setEnabled(control.Enabled() && notBuilt.isEmpty());
     // A widget that has no parent yet would become a window of its own.
-    if (widget.isHidden() == control.Visible() && (widget.parentWidget() || !control.Visible())) {
-        widget.setVisible(control.Visible());
-    }
+    // One that is to be hidden says so all the same, or its layout would show it.
+    const bool shows = widget.isHidden() && control.Visible() && widget.parentWidget();
+    if (shows || !control.Visible()) widget.setVisible(control.Visible());
     widget.setToolTip(notBuilt.isEmpty() ? QString::fromStdString(control.ToolTip()) : notBuilt);
 }
 
@@ -110,6 +110,33 @@ QPushButton* BoundToIcon(CommandButton& control) {
         to.setAccessibleName(caption);
         if (to.toolTip().isEmpty()) to.setToolTip(caption);
     });
+    return widget;
+}
+
+namespace {
+
+template <typename ControlType>
+QPushButton* NewLink(ControlType& control) {
+    auto* const widget = Make<QPushButton>();
+    widget->setAutoDefault(false);
+    widget->setProperty("link", true);
+    widget->setCursor(Qt::PointingHandCursor);
+    QObject::connect(widget, &QPushButton::clicked, [&control] { control.Press(); });
+    return widget;
+}
+
+}  // namespace
+
+QPushButton* BoundToLink(Label& control) {
+    QPushButton* const widget = NewLink(control);
+    Follow(control, widget, [](const Label& from, QPushButton& to) { ShowCaption(from, to); });
+    return widget;
+}
+
+QPushButton* BoundToLink(TextBox& control) {
+    QPushButton* const widget = NewLink(control);
+    Follow(control, widget,
+           [](const TextBox& from, QPushButton& to) { to.setText(QString::fromStdString(from.Text())); });
     return widget;
 }
 

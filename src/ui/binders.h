@@ -33,6 +33,10 @@ QPushButton* BoundTo(CommandButton& control);
 QPushButton* BoundToIcon(CommandButton& control);
 QLabel* BoundTo(Label& control);
 
+/// A text that does something when it is clicked, with the pointer or by the keyboard.
+QPushButton* BoundToLink(Label& control);
+QPushButton* BoundToLink(TextBox& control);
+
 /// One line. It is validated when it is left; a refused input keeps the focus and is marked.
 QLineEdit* BoundTo(TextBox& control);
 

@@ -81,11 +81,26 @@ const Look& PresentLook() {
     return QApplication::palette().color(QPalette::Window).lightness() < 128 ? Dark : Light;
 }
 
-void Dress(QWidget& window) {
+const Look& BarLook() {
+    return Dark;
+}
+
+namespace {
+
+void DressIn(const Look& look, QWidget& window) {
     TakeInPictures();
-    const Look& look = PresentLook();
     window.setPalette(PaletteOf(look));
     window.setStyleSheet(StyleSheetOf(look));
+}
+
+}  // namespace
+
+void DressAsBar(QWidget& bar) {
+    DressIn(BarLook(), bar);
+}
+
+void Dress(QWidget& window) {
+    DressIn(PresentLook(), window);
 }
 
 QFont ScaledFont(double scale, QFont::Weight weight) {

@@ -31,6 +31,12 @@ struct Look {
 /// The one that fits the palette of the desktop: dark where its windows are.
 const Look& PresentLook();
 
+/// That of the floating bars, which stand on whatever is below them: always the dark one.
+const Look& BarLook();
+
+/// Gives a floating bar its look.
+void DressAsBar(QWidget& bar);
+
 /// Gives a top-level window the present look. To be called again when the palette of the desktop changes.
 void Dress(QWidget& window);
 

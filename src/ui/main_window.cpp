@@ -7,16 +7,22 @@
 #include <QPointer>
 #include <QShortcut>
 #include <QStackedWidget>
+#include <QTimer>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <utility>
 
+#include "core/window_place.h"
 #include "ui/binders.h"
+#include "ui/binding.h"
 #include "ui/icons.h"
 #include "ui/look.h"
 #include "ui/make.h"
 #include "ui/navigation.h"
 #include "ui/pages/pages.h"
 #include "ui/text_keys.h"
+#include "ui/tray_icon.h"
+#include "ui/window_keys.h"
 
 namespace Corvetape {
 
@@ -42,11 +48,10 @@ MainWindow::MainWindow(UiParts parts) : Parts(std::move(parts)) {
     setCentralWidget(whole);
     Pages->setFocus();  // no button looks chosen before a key has been pressed
     resize(125 * Grid, 90 * Grid);
-    const auto follow = [kept = QPointer<MainWindow>(this)] {
-        if (kept) kept->setWindowTitle(QString::fromStdString(kept->Parts.Form.Caption()));
-    };
-    follow();
-    Parts.Form.Changed.Connect(follow);
+    FollowForm();
+    Parts.Form.Changed.Connect([kept = QPointer<MainWindow>(this)] {
+        if (kept) kept->FollowForm();
+    });
     Parts.Form.tbsMain.Click.Connect([kept = QPointer<MainWindow>(this)] {
         if (kept) kept->ShowSelectedPage();
     });
@@ -81,6 +86,7 @@ QWidget* MainWindow::StatusLine() {
     row->addWidget(input);
     row->addWidget(message, 1);
     row->addWidget(song);
+    row->addWidget(BarButton());
     const auto refresh = [this, kept = QPointer<QLabel>(input)] {
         if (!kept) return;
         const ComboBox& inputs = Parts.Form.cmbInputDevices;
@@ -93,7 +99,24 @@ QWidget* MainWindow::StatusLine() {
     return bar;
 }
 
+/// Pressed while the floating bar is seen. The control counts the other way: 0 shows the bar.
+QWidget* MainWindow::BarButton() {
+    CheckBox& hidden = Parts.Form.chkQuickButtons;
+    auto* const button = Make<QToolButton>();
+    button->setCheckable(true);
+    button->setFixedSize(28, 20);
+    button->setIcon(DrawnIcon("bar", PresentLook().Dim));
+    button->setAccessibleName(QString::fromStdString(Parts.Form.mnuTaskbarItem[15].Caption()));
+    connect(button, &QToolButton::clicked, this, [&hidden] { hidden.Press(); });
+    Corvetape::Follow(hidden, button, [](const CheckBox& from, QToolButton& to) {
+        to.setChecked(from.Value() == 0);
+        to.setToolTip(to.accessibleName());
+    });
+    return button;
+}
+
 void MainWindow::AddKeys() {
+    Make<WindowKeys>(*this, Parts.Keys, Parts.Form, &Parts.Form.tbsMain)->setParent(this);
     const auto key = [this](const QKeySequence& keys, auto action) {
         connect(Make<QShortcut>(keys, this), &QShortcut::activated, this, action);
     };
@@ -111,37 +134,52 @@ void MainWindow::ComeForward() {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    if (Ended || Parts.Close()) {
-        event->accept();
+    event->setAccepted(Ended || Parts.Close());
+}
+
+void MainWindow::FollowForm() {
+    setWindowTitle(QString::fromStdString(Parts.Form.Caption()));
+    // Boxes belong to the window, which stays enabled for them.
+    centralWidget()->setEnabled(Parts.Form.Enabled());
+    if (Parts.Form.Visible() == isVisible()) return;
+    if (Parts.Form.Visible()) {
+        ComeForward();
     } else {
-        event->ignore();
+        hide();
     }
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    if (!event->spontaneous()) Parts.Form.Visible(true);
+}
+
+void MainWindow::hideEvent(QHideEvent* event) {
+    QMainWindow::hideEvent(event);
+    if (!event->spontaneous()) Parts.Form.Visible(false);
 }
 
 void MainWindow::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::WindowStateChange) ReportPlace();
-    if (event->type() != QEvent::WindowStateChange || !isMinimized() || !Hides || !Hides()) return;
-    hide();
-    setWindowState(windowState() & ~Qt::WindowMinimized);  // a later show finds it as it was
+    if (event->type() != QEvent::WindowStateChange || std::exchange(Answering, true)) return;
+    // Once the desktop is through with its change; another one in the middle of it would be lost.
+    QTimer::singleShot(0, this, [this] {
+        AnswerState();
+        Answering = false;
+    });
 }
 
-void MainWindow::moveEvent(QMoveEvent* event) {
-    QMainWindow::moveEvent(event);
-    ReportPlace();
-}
-
-void MainWindow::resizeEvent(QResizeEvent* event) {
-    QMainWindow::resizeEvent(event);
-    ReportPlace();
-}
-
-void MainWindow::ReportPlace() {
-    if (!isVisible()) return;  // it has no place yet
-    const WindowState upright = isMaximized() ? WindowState::Maximised : WindowState::Normal;
-    Parts.Form.Place(
-        {x() * TwipsPerPixel, y() * TwipsPerPixel, width() * TwipsPerPixel, height() * TwipsPerPixel});
-    Parts.Form.State(isMinimized() ? WindowState::Minimised : upright);
+void MainWindow::AnswerState() {
+    const WindowState state = isMinimized()   ? WindowState::Minimised
+                              : isMaximized() ? WindowState::Maximised
+                                              : WindowState::Normal;
+    const bool there = Icon != nullptr && Icon->Present();
+    const WindowAnswer answer = AnswerTo(state, there, Parts.Options.MaximizeButton);
+    if (answer == WindowAnswer::Stay) return;
+    // Normal first: a window that is hidden and then restored would be put back on the screen.
+    setWindowState(windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized));
+    if (answer == WindowAnswer::HideToTray) hide();
+    if (answer == WindowAnswer::FlipQuickBar) Parts.Form.chkQuickButtons.Press();
 }
 
 /// The desktop has another palette: dark or light follows at once.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QMainWindow>
-#include <functional>
 #include <utility>
 
 #include "ui/ui_parts.h"
@@ -11,19 +10,16 @@ class QStackedWidget;
 namespace Corvetape {
 
 class Navigation;
-
-/// Twips in a pixel of the desktop, as places of windows are stored.
-inline constexpr int TwipsPerPixel = 15;
+class TrayIcon;
 
 /// frmMain as a window: the list of its pages, the page of the selected tab, and the status line. It puts
-/// them together and knows nothing of what is on them. It keeps the place and the state of the
-/// form up to date.
+/// them together and knows nothing of what is on them.
 class MainWindow : public QMainWindow {
  public:
     explicit MainWindow(UiParts parts);
 
-    /// Whether a minimised window goes out of sight: only where something else brings it back.
-    void HideWhenMinimised(std::function<bool()> wanted) { Hides = std::move(wanted); }
+    /// The icon that brings a hidden window back; null while there is none. It is let go before it goes.
+    void Follow(const TrayIcon* icon) { Icon = icon; }
 
     /// Brings it to the front, wherever it was.
     void ComeForward();
@@ -34,24 +30,27 @@ class MainWindow : public QMainWindow {
  protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
-    void moveEvent(QMoveEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
     bool event(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
  private:
+    void FollowForm();
+    void AnswerState();
+    QWidget* BarButton();
     void AddPages();
     QWidget* StatusLine();
     void AddKeys();
     void ShowSelectedPage();
     void Redress();
-    void ReportPlace();
 
     UiParts Parts;
     Navigation* Tabs = nullptr;
     QStackedWidget* Pages = nullptr;
-    std::function<bool()> Hides;
+    const TrayIcon* Icon = nullptr;
     bool Ended = false;
     bool Dressing = false;
+    bool Answering = false;
 };
 
 }  // namespace Corvetape

@@ -1,10 +1,9 @@
 #include "ui/tray_icon.h"
 
-#include <QAction>
-#include <QPointer>
 #include <utility>
 
 #include "ui/icons.h"
+#include "ui/menu_items.h"
 
 namespace Corvetape {
 
@@ -12,21 +11,20 @@ namespace {
 
 constexpr int LookEveryMs = 10'000;
 
-/// The ground that an icon stands on is not known, so its colours are neither light nor dark.
-QIcon PictureOf(int32_t state) {
-    if (state == 1) return DrawnIcon("recording", QColor("#e5533b"));
-    if (state == 2) return DrawnIcon("waiting", QColor("#d0912a"));
-    return DrawnIcon("listening", QColor("#8c8c8c"));
-}
-
 }  // namespace
+
+QIcon StateIcon(int32_t state) {
+    if (state == 1) return DrawnIcon("tray-1", QColor("#e5533b"));
+    if (state == 2) return DrawnIcon("tray-2", QColor("#d0912a"));
+    return DrawnIcon("tray-0", QColor("#8c8c8c"));
+}
 
 QString PlainTip(const std::string& tip) {
     return QString::fromStdString(tip).replace("&&&", "&");
 }
 
 TrayIcon::TrayIcon(frmMain& form, std::function<void()> restore) {
-    AddItems(form);
+    FillMenu(Menu, form.mnuTaskbarItem);
     Icon.setContextMenu(&Menu);
     ShowState(0);
     connect(&Icon, &QSystemTrayIcon::activated, this,
@@ -40,24 +38,6 @@ TrayIcon::TrayIcon(frmMain& form, std::function<void()> restore) {
     LookForHost();
 }
 
-void TrayIcon::AddItems(frmMain& form) {
-    for (MenuItem& item : form.mnuTaskbarItem) {
-        if (item.IsSeparator()) {
-            Menu.addSeparator();
-            continue;
-        }
-        QAction* const action = Menu.addAction(QString());
-        connect(action, &QAction::triggered, this, [&item] { item.Press(); });
-        const auto show = [&item, kept = QPointer<QAction>(action)] {
-            if (!kept) return;
-            kept->setText(QString::fromStdString(item.Caption()));
-            kept->setEnabled(item.Enabled());
-        };
-        show();
-        item.Changed.Connect(show);
-    }
-}
-
 void TrayIcon::LookForHost() {
     if (!QSystemTrayIcon::isSystemTrayAvailable()) return;
     Icon.show();
@@ -65,7 +45,7 @@ void TrayIcon::LookForHost() {
 }
 
 void TrayIcon::ShowState(int32_t state) {
-    Icon.setIcon(PictureOf(state));
+    Icon.setIcon(StateIcon(state));
 }
 
 void TrayIcon::ShowTip(const std::string& tip) {

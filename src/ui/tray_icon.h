@@ -26,13 +26,16 @@ class TrayIcon : public QObject {
     bool Present() const { return Icon.isVisible() && QSystemTrayIcon::isSystemTrayAvailable(); }
 
  private:
-    void AddItems(frmMain& form);
     void LookForHost();
 
     QMenu Menu;
     QSystemTrayIcon Icon;
     QTimer Look;
 };
+
+/// The picture of a state: 0 a ring, 1 a ring with a dot, 2 a broken ring with the hands of a clock. The
+/// ground that it stands on is not known, so its colours are neither light nor dark.
+QIcon StateIcon(int32_t state);
 
 /// A tip for people, without the ampersands that are meant for other hosts.
 QString PlainTip(const std::string& tip);

@@ -7,8 +7,12 @@
 #include "audio/recording_flags.h"
 #include "audio/signal_state.h"
 #include "core/deferred_messages.h"
+#include "core/help_keys.h"
 #include "core/media_state.h"
+#include "core/settings/settings.h"
 #include "forms/frm_main.h"
+#include "post/lists/watch_pages.h"
+#include "recording/floating_bars.h"
 #include "recording/level_display.h"
 #include "recording/run_songs.h"
 #include "recording/signal_trace.h"
@@ -30,6 +34,10 @@ struct UiParts {
     SignalTrace& Trace;
     RunSongs& Songs;
     SongActions& Actions;
+    WatchPages& Lists;
+    FloatingBars& Bars;
+    HelpKeys& Keys;
+    const Settings& Options;
     CoverPictures& Covers;
     Words Say;
     std::function<uint64_t()> SongAgeSeconds;

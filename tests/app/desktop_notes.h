@@ -9,7 +9,7 @@
 
 namespace Corvetape::Test {
 
-/// Writes down what the program asks of the desktop round it and of its own window.
+/// Writes down what the program asks of the desktop round it .
 class DesktopNotes {
  public:
     std::vector<std::string> Asked;
@@ -20,21 +20,6 @@ class DesktopNotes {
         Asked.push_back(what);
         if (WhileAsked) WhileAsked(what);
     }
-
-    /// The window as the form wants it.
-    void Follow(const Form& form) {
-        if (const WindowPlace place = form.Place(); place != Place) {
-            Place = place;
-            Note("MoveWindow " + std::to_string(place.Left) + " " + std::to_string(place.Top));
-        }
-        if (form.State() == WindowState::Minimised && !std::exchange(Minimised, true)) Note("MinimizeWindow");
-        if (form.Visible() && !std::exchange(Shown, true)) Note("ShowWindow");
-    }
-
- private:
-    WindowPlace Place;
-    bool Minimised = false;
-    bool Shown = false;
 };
 
 /// Makes the world's program anew, on this desktop.
@@ -43,9 +28,7 @@ inline void PutOn(World& world, DesktopNotes& desktop) {
     world.Computer.Desktop.WhileAsked = [&](const std::string& what) { desktop.Note(what); };
     world.Asked = [&](const std::string& what) { desktop.Note(what); };
     world.Made();
-    frmMain& form = world.Form();
-    form.Changed.Connect([&] { desktop.Follow(form); });
-    form.objWebBrowser.NavigateAsked.Connect([&] { desktop.Note("BlankBrowser"); });
+    world.Form().objWebBrowser.NavigateAsked.Connect([&] { desktop.Note("BlankBrowser"); });
 }
 
 /// A world whose program has this command line and these settings.

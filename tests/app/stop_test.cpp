@@ -61,8 +61,8 @@ TEST(Stop, TellsAndAsksInTheOrderOfItsSteps) {
     ASSERT_TRUE(world.Start());
     world.Values().Messages.RaiseError(905, "/a/song.wav", 28);
     world.Values().Messages.RaiseInfo(834);
-    EXPECT_THAT(order.OfTheStop(),
-                ElementsAre("ERROR", "box", "INFO", "box", "START", "RemoveTrayIcon", "END "));
+    EXPECT_THAT(order.OfTheStop(), ElementsAre("ERROR", "box", "INFO", "box", "START", "ReportWindow",
+                                               "RemoveTrayIcon", "CloseBars", "END "));
 }
 
 std::string StoredForm(World& world, const char* key) {

@@ -123,4 +123,28 @@ TEST(AudioRing, SlotNumbersOutsideAreBroughtIntoTheRing) {
     EXPECT_EQ(ring.Wrapped(int64_t{2147483647} + 2), 9);
 }
 
+TEST(AudioRing, GrowsWithAllThatItHolds) {
+    AudioRing ring;
+    ring.Open(4, BufferFrames);
+    for (int32_t number = 0; number < 6; ++number) {
+        ring.SetLevel(100 + number);
+        ring.Put(NumberedBuffer(number));
+        if (number == 3) ring.AudioReadIndex = 3;
+    }
+    ring.Grow(3);
+    EXPECT_EQ(ring.Size(), 4) << "there is room enough";
+    ring.Grow(10);
+    EXPECT_EQ(ring.Size(), 10);
+    EXPECT_EQ(ring.Unread(), 3);
+    for (int32_t number = 6; number < 9; ++number) ring.Put(NumberedBuffer(number));
+    EXPECT_EQ(ring.Unread(), 6);
+    for (int32_t i = 0; i < 6; ++i) {
+        const int32_t slot = ring.Wrapped(int64_t{ring.AudioReadIndex} + i);
+        EXPECT_EQ(FramesOf(ring[slot]).back(), MarkOf(3 + i));
+        if (i < 3) {
+            EXPECT_EQ(ring.AudioLevels[static_cast<size_t>(slot)], 103 + i);
+        }
+    }
+}
+
 }  // namespace Corvetape::Test

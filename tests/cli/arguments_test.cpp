@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <utility>
+
 #include "core/version.h"
 
 namespace Corvetape {
@@ -45,6 +48,17 @@ TEST(ReadArguments, RecordWithoutOptionsHasItsDefaults) {
     EXPECT_FALSE(record.Json);
     EXPECT_EQ(record.Home, "");
     EXPECT_TRUE(record.Settings.empty());
+}
+
+TEST(ReadArguments, SongsEndByEverythingThatIsKnownUnlessAModeIsNamed) {
+    EXPECT_EQ(Good<RecordArguments>({"record"}).Mode, 3);
+    EXPECT_EQ(Good<SplitArguments>({"split", "a.wav"}).Mode, 3);
+    constexpr std::array<std::pair<const char*, int32_t>, 4> modes = {
+        {{"silence", 0}, {"titles", 1}, {"time", 2}, {"auto", 3}}};
+    for (const auto& [name, mode] : modes) {
+        EXPECT_EQ(Good<RecordArguments>({"record", "--mode", name}).Mode, mode) << name;
+    }
+    EXPECT_EQ(Answer({"record", "--mode", "magic"}).ExitCode, ExitUsage);
 }
 
 TEST(ReadArguments, RecordTakesAllItsOptions) {

@@ -32,7 +32,7 @@ TEST_F(ProfilesTest, AreThoseBesideTheProgramAtFirst) {
     EXPECT_EQ(run.Code, 0);
     EXPECT_EQ(run.Err, "");
     EXPECT_THAT(run.Out, HasSubstr("Pages: 0\n  no browser answers at port 1;"));
-    EXPECT_THAT(run.Out, HasSubstr("Profiles: 4 in " CORVETAPE_BINARY_DIR "/bin/MSIE.ini\n"));
+    EXPECT_THAT(run.Out, HasSubstr("Profiles: 5 in " CORVETAPE_BINARY_DIR "/bin/MSIE.ini\n"));
     EXPECT_THAT(run.Out, HasSubstr("  Title Radio: finds nothing, no page is open\n"));
     EXPECT_THAT(run.Out, HasSubstr("The recorder reads: none of them\n"));
 }

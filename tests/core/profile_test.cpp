@@ -333,6 +333,35 @@ TEST_F(ProfileTest, DeletingASectionRemovesAllItsLinesAndAllOfItsName) {
     EXPECT_EQ(profile.Sections(), (Names{"A", "B"}));
 }
 
+TEST_F(ProfileTest, ASectionIsReplacedAsAWholeInOneWrite) {
+    Profile profile = Open("[Mixer]\na=1\n[B]\ny=2\n[mixer]\nb=2\n");
+    const std::vector<std::pair<std::string, std::string>> entries = {{"C000000", "5"}, {"C000001", "-1"}};
+    EXPECT_TRUE(profile.ReplaceSection("Mixer", entries));
+    EXPECT_EQ(Written(), "[B]\ny=2\n\n[Mixer]\nC000000=5\nC000001=-1\n");
+    EXPECT_EQ(Disk.Replacements, 1);
+    EXPECT_EQ(profile.Keys("Mixer"), (Names{"C000000", "C000001"}));
+    EXPECT_TRUE(profile.ReplaceSection("Mixer", {}));
+    EXPECT_EQ(Written(), "[B]\ny=2\n\n");
+}
+
+TEST_F(ProfileTest, ASectionIsNotReplacedIfAKeyCannotStandInTheFile) {
+    Profile profile = Open("[A]\nx=1\n");
+    const std::vector<std::pair<std::string, std::string>> entries = {{"y", "5"}, {"[z", "1"}};
+    EXPECT_FALSE(profile.ReplaceSection("A", entries));
+    EXPECT_EQ(Written(), "[A]\nx=1\n");
+}
+
+TEST_F(ProfileTest, OverriddenKeysOfAReplacedSectionStayInMemory) {
+    Profile profile = Open("[A]\nx=1\n");
+    profile.Override("A", "y", "5");
+    profile.Override("A", "z", "6");
+    const std::vector<std::pair<std::string, std::string>> entries = {{"x", "2"}, {"y", "7"}};
+    EXPECT_TRUE(profile.ReplaceSection("A", entries));
+    EXPECT_EQ(Written(), "[A]\nx=2\n");
+    EXPECT_EQ(profile.ReadText("A", "y", "none"), "7");
+    EXPECT_EQ(profile.ReadText("A", "z", "none"), "none");
+}
+
 TEST_F(ProfileTest, AnOverriddenKeyLivesInMemoryOnly) {
     Profile profile = Open("[A]\nx=1\n");
     profile.Override("A", "x", "5");

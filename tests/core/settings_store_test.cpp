@@ -78,6 +78,25 @@ TEST_F(SettingsStoreTest, WhatWasReadBeforeTheSeedFileCameIsForgotten) {
     EXPECT_EQ(Values.Language, "german");
 }
 
+TEST_F(SettingsStoreTest, TheFirstStartWritesThatSongsEndByEverythingThatIsKnown) {
+    Load();
+    EXPECT_EQ(Store.ReadProviderInt("Source", "EndOfSongDetection", 0), 3);
+    EXPECT_NE(Disk.Contents[IniFile].find("EndOfSongDetection=3"), std::string::npos);
+}
+
+TEST_F(SettingsStoreTest, AFileThatIsThereAlreadyGoesOnAsItWas) {
+    Disk.Contents[IniFile] = "[General]\nLanguage=german\n";
+    Load();
+    EXPECT_EQ(Store.ReadProviderInt("Source", "EndOfSongDetection", 0), 0);
+    EXPECT_EQ(Disk.Contents[IniFile], "[General]\nLanguage=german\n");
+}
+
+TEST_F(SettingsStoreTest, ASeedFileMayNameAnotherWayForSongsToEnd) {
+    Disk.Contents[SeedFile] = "[Source]\nEndOfSongDetection=1\n";
+    Load();
+    EXPECT_EQ(Store.ReadProviderInt("Source", "EndOfSongDetection", 0), 1);
+}
+
 TEST_F(SettingsStoreTest, WithoutASeedFileTheDefaultsHold) {
     Load();
     EXPECT_EQ(Values.Language, "");
@@ -384,12 +403,13 @@ TEST_F(SettingsStoreTest, ProviderSectionsAreReadAsTheyStandNow) {
 }
 
 TEST_F(SettingsStoreTest, AnOverriddenSettingIsLoadedAndNeverReachesTheFile) {
-    Disk.Contents[SeedFile] = "[Options]\nEncoder=2\n";
+    const std::string content = "[Source]\nEndOfSongDetection=0\n[Options]\nEncoder=2\n";
+    Disk.Contents[SeedFile] = content;
     Store.Ini().Override("Options", "Encoder", "1");
     Load();
     EXPECT_EQ(Values.Encoder, 1);
     Store.WriteSetting("Options", "Encoder", "3");
-    EXPECT_EQ(Disk.Contents[IniFile], "[Options]\nEncoder=2\n");
+    EXPECT_EQ(Disk.Contents[IniFile], content);
 }
 
 struct OptionForm : Form {

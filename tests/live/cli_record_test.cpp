@@ -110,7 +110,8 @@ class CliRun {
         start.Command.insert(start.Command.end(), arguments.begin(), arguments.end());
         if (arguments.front() == "record") {
             start.Command.insert(start.Command.end(),
-                                 {"--json", "--home", folder / "home", "--set", "Source.IgnoreShortSongs=1"});
+                                 {"--mode", "silence", "--json", "--home", folder / "home", "--set",
+                                  "Source.IgnoreShortSongs=1"});
         }
         start.Environment = {{"PULSE_SERVER", address}};
         start.Output = folder / "printed";

@@ -68,8 +68,9 @@ class LiveProgram {
           Input(Pulse, "radio.monitor"),
           Players(session.Loop, {.Bus = bus.Address()}),
           Host(Folder.Path()),
-          Computer{Clock,        session.Loop, Input,        Host.Files, Host.Processes, *Host.Folders,
-                   Host.Dialogs, Host.System,  Host.Desktop, &Pages,     nullptr,        &Players} {}
+          Computer{Clock,          session.Loop,  Input,        Host.Mixer,  Host.Files,
+                   Host.Processes, *Host.Folders, Host.Dialogs, Host.System, Host.Desktop,
+                   &Pages,         nullptr,       &Players} {}
 
     /// Starts to record. `profiles` is the text of the file of that name, `ports` those of the browsers,
     /// `sources` the names of all sources that will be met.

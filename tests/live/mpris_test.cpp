@@ -89,8 +89,11 @@ TEST_F(MprisTest, APlayerThatRunsAlreadyIsTold) {
     metadata["mpris:artUrl"] = "file:///tmp/a.jpg";
     metadata["xesam:url"] = "file:///tmp/a.flac";  // only a piece in a file may show a picture from one
     metadata["mpris:length"] = qlonglong{1000};
-    const PlayerReport expected{"org.mpris.MediaPlayer2.one", true, "Rock, Pop", "Artist", "Title", "Album",
-                                "file:///tmp/a.jpg"};
+    PlayerReport expected{"org.mpris.MediaPlayer2.one", true, "Rock, Pop", "Artist", "Title", "Album",
+                          "file:///tmp/a.jpg"};
+    expected.Status = PlayerStatus::Playing;
+    expected.Address = "file:///tmp/a.flac";
+    expected.LengthMs = 1;
     EXPECT_EQ(Understood(Properties("Playing", metadata)), expected);
 }
 
@@ -208,7 +211,8 @@ TEST_F(MprisTest, ValuesOfTheWrongTypeCountAsEmpty) {
                                   {"xesam:album", QByteArray("bytes")},
                                   {"xesam:genre", QVariantMap{{"a", "map"}}},
                                   {"mpris:artUrl", 1.5}};
-    const PlayerReport expected = Mute(true);
+    PlayerReport expected = Mute(true);
+    expected.Status = PlayerStatus::Playing;
     EXPECT_EQ(Understood(Properties("Playing", metadata)), expected);
     EXPECT_EQ(Understood({{"PlaybackStatus", "Playing"}, {"Metadata", "no map"}}), expected);
     EXPECT_EQ(Understood({{"PlaybackStatus", "Playing"}, {"Metadata", QStringList{"no", "map"}}}), expected);

@@ -42,26 +42,28 @@ class PulseWaveInTest : public testing::TestWithParam<ServerKind> {
     SoundServer server{GetParam()};
 };
 
-TEST_P(PulseWaveInTest, TheMonitorOfTheDefaultOutputLeadsTheListAndIsMarked) {
+TEST_P(PulseWaveInTest, InputsAreListedByTheirNamesAndTheMonitorOfTheDefaultOutputIsMarked) {
     server.AddSink("another");
     PulseWaveIn waveIn(session.Loop, {.Server = server.Address()});
     std::vector<WaveInDevice> devices;
-    const auto leads = [&](const std::string& id) {
+    const auto marked = [&](const std::string& id) {
         devices = waveIn.Devices();
-        return devices.size() == 2 && devices[0].Id == id;
+        const auto found = std::ranges::find(devices, true, &WaveInDevice::IsDefault);
+        return devices.size() == 2 && found != devices.end() && found->Id == id;
     };
     server.SetDefaultSink("another");
-    ASSERT_TRUE(session.WaitFor([&] { return leads("another.monitor"); }, seconds(30)));
+    ASSERT_TRUE(session.WaitFor([&] { return marked("another.monitor"); }, seconds(30)));
+    EXPECT_EQ(devices[0].Id, "another.monitor");
     EXPECT_EQ(devices[1].Id, "radio.monitor");
-    EXPECT_TRUE(devices[0].IsDefault);
     EXPECT_FALSE(devices[1].IsDefault);
     server.SetDefaultSink("radio");
-    ASSERT_TRUE(session.WaitFor([&] { return leads("radio.monitor"); }, seconds(30)));
-    EXPECT_EQ(devices[0].Name, "Monitor of Radio");
-    EXPECT_EQ(devices[0].Kind, WaveInKind::Monitor);
-    EXPECT_EQ(devices[0].dwFormats, WAVE_FORMAT_4S16 | WAVE_FORMAT_48S16);
-    EXPECT_TRUE(devices[0].IsDefault);
-    EXPECT_FALSE(devices[1].IsDefault);
+    ASSERT_TRUE(session.WaitFor([&] { return marked("radio.monitor"); }, seconds(30)));
+    EXPECT_EQ(devices[0].Id, "another.monitor");
+    EXPECT_FALSE(devices[0].IsDefault);
+    EXPECT_EQ(devices[1].Id, "radio.monitor");
+    EXPECT_EQ(devices[1].Name, "Monitor of Radio");
+    EXPECT_EQ(devices[1].Kind, WaveInKind::Monitor);
+    EXPECT_EQ(devices[1].dwFormats, WAVE_FORMAT_4S16 | WAVE_FORMAT_48S16);
 }
 
 TEST_P(PulseWaveInTest, AnUnknownDeviceOrFormatIsRefused) {
@@ -80,9 +82,9 @@ TEST_P(PulseWaveInTest, ADeviceThatIsGoneSinceTheListIsRefused) {
     PulseWaveIn waveIn(session.Loop, {.Server = server.Address()});
     const std::vector<WaveInDevice> devices = waveIn.Devices();
     ASSERT_EQ(devices.size(), 2u);
-    ASSERT_EQ(devices[1].Id, "another.monitor");
+    ASSERT_EQ(devices[0].Id, "another.monitor");
     server.RemoveSink(module);
-    EXPECT_EQ(waveIn.Open(1, MakeWaveFormat(44100), BufferReturn::Loop, {}), nullptr);
+    EXPECT_EQ(waveIn.Open(0, MakeWaveFormat(44100), BufferReturn::Loop, {}), nullptr);
 }
 
 TEST_P(PulseWaveInTest, AnOpticalInputsRateGivesBuffersOf2400Frames) {

@@ -131,8 +131,9 @@ std::optional<std::string> SoundServer::Pactl(const std::vector<std::string>& ar
 
 std::string SoundServer::AddSink(const std::string& name) {
     const std::string onlyPulse = kind == ServerKind::PulseAudio ? "norewinds=1" : "";
-    const std::optional<std::string> module = Pactl({"load-module", "module-null-sink", "sink_name=" + name,
-                                                     "rate=44100", "channels=2", "format=s16le", onlyPulse});
+    const std::optional<std::string> module =
+        Pactl({"load-module", "module-null-sink", "sink_name=" + name, "rate=44100", "channels=2",
+               "format=s16le", "sink_properties=device.description=" + name, onlyPulse});
     EXPECT_TRUE(module.has_value());
     return module.value_or("");
 }

@@ -44,8 +44,10 @@ class SoundServer {
 
     const TempFolder Folder;
 
- private:
+    /// What the control program prints. Nothing if it fails.
     std::optional<std::string> Pactl(const std::vector<std::string>& arguments);
+
+ private:
     void Run(const std::vector<std::string>& command);
     void WriteConfiguration() const;
     void Control(const std::vector<std::string>& arguments);

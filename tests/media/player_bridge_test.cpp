@@ -261,5 +261,30 @@ TEST_F(MediaPlayerTest, ASilentPlayerStaysTheProviderAndIsNotRestarted) {
     EXPECT_FALSE(provider.RestartRadio());
 }
 
+TEST_F(PlayerBridgeTest, TheFirstOfTwoPlayersGoesOnCountingIfThatIsAskedFor) {
+    Bridge.FirstCounts(true);
+    Say(Report("one", true, "One"));
+    EXPECT_FALSE(Bridge.OthersPlay());
+    Say(Report("two", true, "Two"));
+    EXPECT_EQ(Value("Title"), "One");
+    EXPECT_TRUE(Bridge.OthersPlay());
+    EXPECT_EQ(Bridge.Present().Title, "One");
+    Say(Report("one", false, "One"));
+    EXPECT_EQ(Value("Title"), "Two");
+    EXPECT_FALSE(Bridge.OthersPlay());
+}
+
+TEST_F(PlayerBridgeTest, APlayerThatPausesIsStillKnown) {
+    Say(Report("one", true, "One"));
+    PlayerReport paused = Report("one", false, "One");
+    paused.Status = PlayerStatus::Paused;
+    Say(paused);
+    EXPECT_EQ(Bridge.Present().Status, PlayerStatus::Paused);
+    EXPECT_EQ(Bridge.Present().Player, "one");
+    Radio.Gone("one");
+    Machine.Loop.RunFor(std::chrono::milliseconds(PlayerSettleMs));
+    EXPECT_EQ(Bridge.Present(), PlayerReport{});
+}
+
 }  // namespace
 }  // namespace Corvetape

@@ -95,7 +95,7 @@ class InputListTest : public testing::Test {
     SignalState Signal;
     MediaState Media;
     frmMain Form;
-    NotedReports Reports{Computer, Form, "901=devices changed\n902=no device\n"};
+    NotedReports Reports{Computer, Form, "901=devices changed\n902=no device\n1501=%1 (default)\n"};
     LifecycleFlags& Lifecycle = Reports.Lifecycle;
     ListedInputs Inputs;
     SignalChain Chain{Computer, Inputs, Signal, Pause, Media};
@@ -205,6 +205,38 @@ TEST_F(FillInputDevices, AStoredIndexBeyondTheListSelectsTheFirstDeviceAndWarns)
         EXPECT_EQ(Form.cmbInputDevices.ListIndex(), 0) << index;
         EXPECT_THAT(Logged, ElementsAre("INFO devices changed")) << index;
     }
+}
+
+TEST_F(FillInputDevices, MarksTheDefaultDeviceWhereItStands) {
+    KnowThreeDevices();
+    Inputs.Present[2].IsDefault = true;
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_THAT(Listed(), ElementsAre("A=0", "B=1", "C (default)=2"));
+    EXPECT_EQ(Options.InputDeviceNames, "A;B;C;");
+}
+
+TEST_F(FillInputDevices, AnotherDefaultDeviceIsNoChange) {
+    KnowThreeDevices();
+    Inputs.Present[0].IsDefault = true;
+    EXPECT_TRUE(Choice.FillInputDevices());
+    Inputs.Present[0].IsDefault = false;
+    Inputs.Present[2].IsDefault = true;
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_EQ(Form.cmbInputDevices.ListIndex(), 1);
+    EXPECT_THAT(Logged, IsEmpty());
+    EXPECT_THAT(Boxes, IsEmpty());
+}
+
+TEST_F(FillInputDevices, SelectsTheDefaultDeviceIfTheyHaveChanged) {
+    KnowThreeDevices();
+    Inputs.Add("mono", 0);
+    Inputs.Add("D");
+    Inputs.Present[4].IsDefault = true;
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_EQ(Form.cmbInputDevices.ListIndex(), 3);
+    EXPECT_EQ(Choice.WaveInDeviceId(), 4);
+    EXPECT_EQ(Stored("InputDevice"), "3");
+    EXPECT_THAT(Logged, ElementsAre("INFO devices changed"));
 }
 
 TEST_F(FillInputDevices, TheFirstStartTellsThatTheDevicesAreNew) {

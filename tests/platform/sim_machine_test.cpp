@@ -200,6 +200,16 @@ TEST(SimDialogs, AnswersAreUsedInTheirOrder) {
     EXPECT_EQ(dialogs.OpenFile("", "", ""), "/bin/x");
 }
 
+TEST(SimDialogs, KindsOfQuestionsAreNotedAndShareTheirAnswers) {
+    SimDialogs dialogs;
+    dialogs.YesNoAnswers = {true};
+    EXPECT_TRUE(dialogs.AskOkCancel("begin", DialogIcon::Question));
+    EXPECT_FALSE(dialogs.AskNoYes("sure?", DialogIcon::Information));
+    EXPECT_THAT(dialogs.Boxes,
+                ElementsAre(ShownBox{BoxKind::OkCancel, "begin", DialogIcon::Question, "", ""},
+                            ShownBox{BoxKind::NoYes, "sure?", DialogIcon::Information, "", ""}));
+}
+
 TEST(SimDialogs, TimeCanPassWhileABoxIsOpen) {
     SimMachine machine;
     size_t ticks = 0;

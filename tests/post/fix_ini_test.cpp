@@ -48,10 +48,13 @@ TEST_F(FixIniTest, TheQualityListsHaveTheSameLengthAndFitTheReader) {
     }
 }
 
-TEST_F(FixIniTest, HasTheSectionOfTheStations) {
-    EXPECT_TRUE(Fix.Keys("URLs").empty());
-    const std::vector<std::string> sections = Fix.Sections();
-    EXPECT_NE(std::find(sections.begin(), sections.end(), "URLs"), sections.end());
+TEST_F(FixIniTest, HasOnlyStationsThatNeedNoInternet) {
+    const std::vector<std::string> stations = Fix.Keys("URLs");
+    EXPECT_FALSE(stations.empty());
+    for (const std::string& station : stations) {
+        const std::string address = Text("URLs", station);
+        EXPECT_TRUE(address.starts_with("corvetape://") || address.starts_with("%")) << address;
+    }
 }
 
 }  // namespace

@@ -65,7 +65,7 @@ class MediaPolls : public testing::Test, protected SessionRig {
     int Unloads = 0;
     std::function<void()> WhilePolled;
     std::vector<std::string> Covers;
-    MediaPoll Poll{{Form, Media, Cut, Flags, Signal, Ring, Drain, Recording}, MakeActions()};
+    MediaPoll Poll{{Form, Media, Cut, Flags, Signal, Ring, Pause, Drain, Recording}, MakeActions()};
 };
 
 TEST_F(MediaPolls, RunEvery500Milliseconds) {

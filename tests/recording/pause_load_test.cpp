@@ -229,8 +229,35 @@ TEST(PauseLoading, ValuesBeyond16BitsStopAtTheirEnd) {
     EXPECT_EQ(rig.Pause.QuitAfterSilence, std::numeric_limits<int32_t>::max());
 }
 
+TEST(PauseLoading, ASourceWithoutAModeOfItsOwnHasThatOfAllSources) {
+    for (const char* text : {"[Source]\nEndOfSongDetection=3\n",
+                             "[Source]\nEndOfSongDetection=1\n[Radio]\nEndOfSongDetection=3\n"}) {
+        PauseRig rig(text);
+        rig.Control.LoadProviderSettings("Radio");
+        EXPECT_EQ(rig.Pause.EndOfSongDetection, EndOfSong::Automatic) << text;
+        EXPECT_TRUE(rig.Form.optEndOfSong[3].Value());
+    }
+    PauseRig rig("");
+    rig.Control.LoadProviderSettings("Radio");
+    EXPECT_EQ(rig.Pause.EndOfSongDetection, EndOfSong::Silence) << "a file without the key means silence";
+}
+
+TEST(PauseLoading, AutomaticPollsTheTitlesAndAsksForNothingElse) {
+    PauseRig rig("[Radio]\nEndOfSongDetection=3\n");
+    rig.Control.LoadProviderSettings("Radio");
+    EXPECT_TRUE(rig.Form.tmrGetMediaData.Running());
+    EXPECT_FALSE(rig.Form.chkIgnoreSilence.Enabled());
+    EXPECT_FALSE(rig.Form.txtEndOfSongTimer.Enabled());
+    EXPECT_FALSE(rig.Form.optDuplicatePartOfSong[0].Enabled());
+    EXPECT_FALSE(rig.Form.optDuplicatePartOfSong[1].Enabled());
+    EXPECT_FALSE(rig.Form.sldEndOfSongThreshold(0).Enabled());
+    EXPECT_TRUE(rig.Form.chkStationDataEnable.Enabled());
+    rig.Form.optEndOfSong[0].Press();
+    EXPECT_FALSE(rig.Form.tmrGetMediaData.Running());
+}
+
 TEST(PauseLoading, AModeThatDoesNotExistIsEndOfSongBySilence) {
-    for (const char* mode : {"3", "-1", "x"}) {
+    for (const char* mode : {"4", "-1", "x"}) {
         PauseRig rig(std::string("[Radio]\nEndOfSongDetection=") + mode + "\n");
         rig.Control.LoadProviderSettings("Radio");
         EXPECT_EQ(rig.Pause.EndOfSongDetection, EndOfSong::Silence) << mode;

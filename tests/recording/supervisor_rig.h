@@ -23,7 +23,7 @@ class StandingClock : public Clock {
 class SupervisorRig {
  public:
     SupervisorRig()
-        : Watch({Form, CoverBar, Time, Options, Pause, Lifecycle, Flags, Cut, Signal, Media, Ring,
+        : Watch({Form, PlainBar, CoverBar, Time, Options, Pause, Lifecycle, Flags, Cut, Signal, Media, Ring,
                  MaxBuffersUsed},
                 MakeActions()) {
         Options.RecordingBuffers = 30;
@@ -62,6 +62,7 @@ class SupervisorRig {
 
     StandingClock Time;
     frmMain Form;
+    frmQuickButtons PlainBar;
     frmCoverButtons CoverBar;
     Settings Options;
     PauseSettings Pause;

@@ -290,6 +290,7 @@ TEST(Supervisor, ShowsTheMediaDataWhenOneOfThemDiffers) {
     EXPECT_EQ(rig.Form.txtStation.Text(), "FM");
     EXPECT_EQ(rig.Form.txtAlbum.Text(), "L");
     EXPECT_EQ(rig.Form.Caption(), "Corvetape \xC2\xB7 A & B \xC2\xB7 S");
+    EXPECT_EQ(rig.PlainBar.Caption(), "A & B \xC2\xB7 S");
     EXPECT_EQ(rig.CoverBar.lblArtist.Caption(), "A & B");
     EXPECT_EQ(rig.CoverBar.lblSong.Caption(), "S");
     EXPECT_TRUE(rig.WasAsked("Tip A &&& B:\nS\nL"));
@@ -308,6 +309,7 @@ TEST(Supervisor, WithoutATitleTheDefaultTextsAreShown) {
     EXPECT_EQ(rig.Form.Caption(), "#100");
     EXPECT_EQ(rig.Form.txtTimeRemaining.Text(), "");
     EXPECT_EQ(rig.Form.lblStatus[3].Caption(), "");
+    EXPECT_EQ(rig.PlainBar.Caption(), rig.Form.Caption());
     EXPECT_EQ(rig.CoverBar.lblArtist.Caption(), "Corvetape");
     EXPECT_EQ(rig.CoverBar.lblSong.Caption(), "Corvetape");
     EXPECT_TRUE(rig.WasAsked("Tip #100"));

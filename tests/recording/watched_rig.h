@@ -23,6 +23,7 @@ class WatchedRig : public SessionRig {
         }
     }
 
+    frmQuickButtons PlainBar;
     frmCoverButtons CoverBar;
     LifecycleFlags Lifecycle;
     int32_t MaxBuffersUsed = 0;
@@ -32,8 +33,8 @@ class WatchedRig : public SessionRig {
 
  private:
     SupervisorParts MakeParts() {
-        return {Form,  CoverBar, Machine.Clock, Options, Pause, Lifecycle,
-                Flags, Cut,      Signal,        Media,   Ring,  MaxBuffersUsed};
+        return {Form,  PlainBar, CoverBar, Machine.Clock, Options, Pause,         Lifecycle,
+                Flags, Cut,      Signal,   Media,         Ring,    MaxBuffersUsed};
     }
 
     SupervisorActions MakeActions() {

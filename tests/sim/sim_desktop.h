@@ -40,6 +40,14 @@ class SimDesktop : public Desktop {
         Note("Open " + addressOrFolder);
         return true;
     }
+    void MoveWindow(int32_t left, int32_t top) override {
+        Note("MoveWindow " + std::to_string(left) + " " + std::to_string(top));
+    }
+    void MinimizeWindow() override { Note("MinimizeWindow"); }
+    void ShowWindow() override { Note("ShowWindow"); }
+    void ReportWindow() override { Note("ReportWindow"); }
+    void LoadBars() override { Note("LoadBars"); }
+    void CloseBars() override { Note("CloseBars"); }
     void AddTrayIcon() override { Note("AddTrayIcon"); }
     void RemoveTrayIcon() override { Note("RemoveTrayIcon"); }
     void ShowTrayTip(const std::string& tip) override { Tip = tip; }

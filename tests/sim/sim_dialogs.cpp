@@ -32,6 +32,16 @@ bool SimDialogs::AskYesNo(const std::string& text, DialogIcon icon) {
     return NextOf(YesNoAnswers, false);
 }
 
+bool SimDialogs::AskNoYes(const std::string& text, DialogIcon icon) {
+    Show({BoxKind::NoYes, text, icon, {}, {}});
+    return NextOf(YesNoAnswers, false);
+}
+
+bool SimDialogs::AskOkCancel(const std::string& text, DialogIcon icon) {
+    Show({BoxKind::OkCancel, text, icon, {}, {}});
+    return NextOf(YesNoAnswers, false);
+}
+
 std::optional<std::string> SimDialogs::BrowseForFolder(const std::string& title, const std::string& start) {
     Show({BoxKind::Folder, title, DialogIcon::Information, {}, start});
     return NextOf(FolderAnswers, std::optional<std::string>());

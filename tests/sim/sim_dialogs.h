@@ -11,7 +11,7 @@
 
 namespace Corvetape {
 
-enum class BoxKind { Message, YesNo, Folder, File };
+enum class BoxKind { Message, YesNo, NoYes, OkCancel, Folder, File };
 
 /// A box as it was shown.
 struct ShownBox {
@@ -30,6 +30,8 @@ class SimDialogs : public Dialogs {
  public:
     void MessageBox(const std::string& text, DialogIcon icon) override;
     bool AskYesNo(const std::string& text, DialogIcon icon) override;
+    bool AskNoYes(const std::string& text, DialogIcon icon) override;
+    bool AskOkCancel(const std::string& text, DialogIcon icon) override;
     void Beep() override { ++Beeps; }
     std::optional<std::string> BrowseForFolder(const std::string& title, const std::string& start) override;
     std::optional<std::string> OpenFile(const std::string& title, const std::string& filter,
@@ -38,7 +40,7 @@ class SimDialogs : public Dialogs {
     std::vector<std::string> OpenFiles(const std::string& title, const std::string& filter,
                                        const std::string& start) override;
 
-    /// Answers to come, used up from the front, one queue a kind of box.
+    /// Answers to come, used up from the front, one queue a kind of box. OK counts as a yes.
     std::deque<bool> YesNoAnswers;
     std::deque<std::optional<std::string>> FolderAnswers;
     std::deque<std::optional<std::string>> FileAnswers;

@@ -26,7 +26,7 @@ SimMachine::SimMachine(SimMachineOptions options)
 }
 
 Machine SimMachine::Get() {
-    return {Clock, Loop, WaveIn, Files, Processes, Folders, Dialogs, System, Desktop};
+    return {Clock, Loop, WaveIn, Mixer, Files, Processes, Folders, Dialogs, System, Desktop};
 }
 
 }  // namespace Corvetape

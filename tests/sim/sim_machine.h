@@ -10,6 +10,7 @@
 #include "sim/sim_dialogs.h"
 #include "sim/sim_files.h"
 #include "sim/sim_folders.h"
+#include "sim/sim_mixer.h"
 #include "sim/sim_processes.h"
 #include "sim/sim_system.h"
 #include "sim/sim_wave_in.h"
@@ -35,6 +36,7 @@ class SimMachine {
     SimClock Clock;
     SimLoop Loop;
     SimWaveIn WaveIn;
+    SimMixer Mixer;
     SimFiles Files;
     SimProcesses Processes;
     SimFolders Folders;

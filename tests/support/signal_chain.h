@@ -1,29 +1,32 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "audio/capture.h"
 #include "audio/drain.h"
 #include "audio/input_device.h"
+#include "audio/route.h"
 #include "audio/song_writer.h"
 #include "sim/sim_machine.h"
 
 namespace Corvetape::Test {
 
 /// The way of the sound from a simulated input to a song's file, as far as others open, close or empty it.
-/// What arrives is not analysed.
+/// What arrives goes to `events` alone.
 class SignalChain {
  public:
     SignalChain(SimMachine& machine, SignalState& signal, const PauseSettings& pause, MediaState& media)
         : SignalChain(machine, machine.WaveIn, signal, pause, media) {}
 
     SignalChain(SimMachine& machine, WaveIn& inputs, SignalState& signal, const PauseSettings& pause,
-                MediaState& media)
-        : Input({inputs, machine.Loop, machine.Clock, Options, signal, Ring}, {}),
+                MediaState& media, CaptureEvents events = {})
+        : Input({inputs, machine.Loop, machine.Clock, Options, signal, Ring}, std::move(events)),
           Writer({machine.Files, Flags, signal, pause, media, Messages, Cut},
                  {Format, Options, Folders, [] { return std::string("song"); }}, {}),
           Drain({Ring, Cut, pause, Flags, Writer}),
-          Device(Input, Drain, Requests) {
+          Targets(Writer, Drain),
+          Device(Input, Targets, Requests) {
         Folders.SongTempFolder = "/home/user";
         Requests.End.Connect([this] { ++Ends; });
     }
@@ -40,6 +43,7 @@ class SignalChain {
     Capture Input;
     SongWriter Writer;
     AudioDrain Drain;
+    SongTargets Targets;
     InputDevice Device;
 };
 

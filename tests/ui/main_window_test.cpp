@@ -81,6 +81,17 @@ TEST(MainWindow, FollowsThePaletteOfTheDesktop) {
     QApplication::setPalette(before);
 }
 
+TEST(MainWindow, NothingInItCanBePressedWhileTheProgramIsBusyWithASearch) {
+    UiWorld world;
+    world.RunFor(5);
+    const auto* const record = world.Find<QPushButton>("cmdStartStop");
+    world.Form().Enabled(false);
+    EXPECT_FALSE(record->isEnabled());
+    EXPECT_TRUE(world.Window->isEnabled());  // for the boxes that belong to it
+    world.Form().Enabled(true);
+    EXPECT_TRUE(record->isEnabled());
+}
+
 TEST(MainWindow, IsClosedByTheProgramAlone) {
     UiWorld world;
     world.RunFor(5);

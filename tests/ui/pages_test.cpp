@@ -98,11 +98,24 @@ TEST(Pages, HaveADrawnIconForEachTab) {
 
 TEST(Pages, WhatIsNotThereYetCannotBePressedAndSaysSo) {
     UiWorld world;
-    for (const char* name : {"cmdAGC", "cmdOpenMixer", "cmdCheckUpdateNow"}) {
+    for (const char* name : {"cmdCheckUpdateNow"}) {
         const auto* const button = world.Find<QPushButton>(name);
         EXPECT_FALSE(button->isEnabled()) << name;
         EXPECT_EQ(button->toolTip(), "This is not there yet in this version") << name;
     }
+}
+
+TEST(Pages, TheButtonsOfTheMixerCanBePressedAndDoWhatTheySay) {
+    UiWorld world;
+    world.RunFor(5);
+    for (const char* name :
+         {"cmdAutoInput", "cmdAGC", "cmdOpenMixer", "cmdSaveMixerSettings", "cmdResetMixerSettings"}) {
+        const auto* const button = world.Find<QPushButton>(name);
+        EXPECT_TRUE(button->isEnabled()) << name;
+        EXPECT_NE(button->toolTip(), "This is not there yet in this version") << name;
+    }
+    world.Find<QPushButton>("cmdOpenMixer")->click();
+    EXPECT_EQ(world.Computer.Processes.ShellCalls.size(), 1U);
 }
 
 TEST(Pages, TheRecordButtonSaysWhatItWillDo) {

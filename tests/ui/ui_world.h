@@ -36,6 +36,7 @@ class UiWorld {
                              {"Options", "Encoder", "1"}};
         Recorder = std::make_unique<Program>(Host(), std::move(options), Events());
         State& state = Recorder->Values();
+        Keys = std::make_unique<HelpKeys>(state.Lifecycle, Pages);
         Trace = std::make_unique<SignalTrace>(state.Signal, state.Pause, Computer.Clock);
         state.Form.tmr1Second.Timer.Connect([this] { Trace->Follow(); });
         Loaded = Recorder->Load();
@@ -65,13 +66,26 @@ class UiWorld {
         return Window->findChild<Widget*>(name);
     }
 
+    /// The last page that a key has asked for.
+    struct AskedPages : HelpPages {
+        void SetUrl(const std::string& page, bool online) override {
+            Page = page;
+            Online = online;
+        }
+        std::string Page;
+        bool Online = false;
+    };
+
     SimMachine Computer;
+    AskedPages Pages;
     SourcePlayers Titles{Computer.Loop, "Demo radio", [this] { return Computer.WaveIn.NowPlaying(); }};
     SimHttp Web{Computer.Loop};
     RunSongs Songs;
     std::unique_ptr<Program> Recorder;
+    std::unique_ptr<HelpKeys> Keys;
     std::unique_ptr<SignalTrace> Trace;
     std::unique_ptr<CoverPictures> Covers;
+    std::unique_ptr<UiParts> Ui;
     std::unique_ptr<MainWindow> Window;
     bool Loaded = false;
 
@@ -99,13 +113,15 @@ class UiWorld {
         const Desk desk = Recorder->Shown();
         State& state = desk.Values;
         Covers = std::make_unique<CoverPictures>(&desk.Covers);
-        Window = std::make_unique<MainWindow>(
+        Ui = std::make_unique<UiParts>(
             UiParts{state.Form, state.Flags, state.Signal, state.Media, state.Pause, state.Messages,
-                    desk.Levels, *Trace, Songs, desk.Songs, *Covers, Words(desk.Texts),
-                    [this] { return Recorder->SongAgeSeconds(); }, [this] { return Recorder->Close(); }});
-        state.Form.Changed.Connect([this, &state] {
-            if (Window && state.Form.Visible()) Window->show();
-        });
+                    desk.Levels, *Trace, Songs, desk.Songs, desk.Lists, desk.Bars, *Keys, state.Options,
+                    *Covers, Words(desk.Texts), [this] { return Recorder->SongAgeSeconds(); },
+                    [this] { return Recorder->Close(); }});
+        Window = std::make_unique<MainWindow>(*Ui);
+        Computer.Desktop.WhileAsked = [this](const std::string& what) {
+            if (what == "ShowWindow") Window->show();
+        };
     }
 };
 

@@ -92,12 +92,15 @@ inline constexpr MessageText InputSearchBegins{
     "Corvetape will now look for the input that carries your music. It tries one input after the other, and "
     "asks you when it hears something.\\r\\n\\r\\nPlease start some music first, and then choose OK."};
 inline constexpr MessageText InputSearchFailed{"816",
-                                               "No sound was found on any input. Please check that music is "
-                                               "playing and that its volume is up, and then try again."};
+                                               "No sound was found on any input. Please start some music "
+                                               "first, check that its volume is up, and then try "
+                                               "again."};
 inline constexpr MessageText InputFound{
     "817", "The input \"%1\" was found and is used from now on. Shall the level be adjusted now as well?"};
 inline constexpr MessageText IsThisTheInput{
-    "818", "There is sound on \"%1\". Is this the input that you want to record from?"};
+    "818",
+    "There is sound on \"%1\". Is this the input that you want to record from?\\r\\n\\r\\nIf it is not, its "
+    "volume is set to 0, and the search goes on."};
 inline constexpr MessageText OpenSoundSettings{
     "819",
     "On this system an input may have to be switched on in the sound settings before it can be found. Shall "
@@ -118,6 +121,15 @@ inline constexpr MessageText InputsChanged{"901",
 inline constexpr MessageText NoInput{"902",
                                      "No input to record from was found. Please connect or switch on a sound "
                                      "device, and then start Corvetape again."};
+
+inline constexpr MessageText NoSoundSettings{
+    "1500",
+    "No program for sound settings was found on this computer. Please install one, for example pavucontrol."};
+inline constexpr MessageText DefaultInput{"1501", "%1 (default)"};
+inline constexpr MessageText InputsPutBack{
+    "1502", "The volumes of the inputs were put back, because a search had been broken off."};
+inline constexpr MessageText EndedBySearch{
+    "1503", "The song that was being recorded ends here, because the inputs are searched for music."};
 
 // Pauses between songs.
 inline constexpr MessageText TooLoudForPause{
@@ -175,6 +187,15 @@ inline constexpr MessageText SoundMissingInSong{
 inline constexpr MessageText IsOnExcludeList{
     "860", "\"%1\" is on the list of songs that are not wanted, and is not kept."};
 inline constexpr MessageText IsTooShort{"861", "\"%1\" is not kept: with %2 seconds it is too short."};
+inline constexpr MessageText HasDropouts{
+    "1652", "The song in \"%1\" has %2 short dropouts. They were in what the player gave."};
+inline constexpr MessageText IsMixed{"1653", "The song in \"%1\" is mixed: two players were heard at once."};
+inline constexpr MessageText IsSought{
+    "1654", "The song in \"%1\" is not in one piece: somebody has jumped within it."};
+inline constexpr MessageText IsCutByTitle{
+    "1655", "The song in \"%1\" ends where its title ended: nothing in the sound tells a better place."};
+inline constexpr MessageText WasPaused{"1656",
+                                       "The song in \"%1\" was paused %2 times. The pauses are left out."};
 inline constexpr MessageText BrokenOffBySilence{
     "862",
     "The song was broken off by %1 seconds of silence and is not kept. Recording goes on with the next one."};
@@ -267,6 +288,10 @@ inline constexpr std::array All = {NoNumber,
                                    LevelNotFound,
                                    InputsChanged,
                                    NoInput,
+                                   NoSoundSettings,
+                                   DefaultInput,
+                                   InputsPutBack,
+                                   EndedBySearch,
                                    TooLoudForPause,
                                    PauseMeasured,
                                    ByPeakLevel,
@@ -287,6 +312,11 @@ inline constexpr std::array All = {NoNumber,
                                    SoundMissingInSong,
                                    IsOnExcludeList,
                                    IsTooShort,
+                                   HasDropouts,
+                                   IsMixed,
+                                   IsSought,
+                                   IsCutByTitle,
+                                   WasPaused,
                                    BrokenOffBySilence,
                                    NoWindowTitles,
                                    NameWasTaken,

@@ -439,11 +439,28 @@ bool Profile::Delete(std::string_view section, std::string_view key) {
 }
 
 bool Profile::DeleteSection(std::string_view section) {
+    return ReplaceSection(section, {});
+}
+
+bool Profile::ReplaceSection(std::string_view section,
+                             std::span<const std::pair<std::string, std::string>> entries) {
+    if (!entries.empty() && !FitsSection(section)) return false;
+    if (!std::ranges::all_of(entries, [](const auto& entry) { return FitsKey(entry.first); })) return false;
     for (auto& [name, entry] : Overrides) {
         if (EqualIgnoringCase(entry.Section, section)) entry.Value.reset();
     }
     const std::optional<std::string> file = ReadFile();
-    return file && Replace(*file, WithoutSection(*file, section));
+    if (!file) return false;
+    std::string after = WithoutSection(*file, section);
+    for (const auto& [key, value] : entries) {
+        const std::string line = OneLine(value);
+        if (Overridden* overridden = FindOverride(section, key)) {
+            overridden->Value = line;
+        } else {
+            after = WithValue(after, section, key, line);
+        }
+    }
+    return Replace(*file, after);
 }
 
 void Profile::Override(std::string_view section, std::string_view key, std::string_view value) {

@@ -5,6 +5,7 @@
 #include <limits>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -76,6 +77,12 @@ class Profile {
     /// Removes a section with all its lines, all sections of that name. Overridden keys of it are missing
     /// from then on.
     bool DeleteSection(std::string_view section);
+
+    /// Puts these keys with their values, in this order, in the place of all that the section holds. The file
+    /// is written once: a process that ends in the middle leaves the old section or the new one. Overridden
+    /// keys are changed in memory only, as by DeleteSection and Write.
+    bool ReplaceSection(std::string_view section,
+                        std::span<const std::pair<std::string, std::string>> entries);
 
     /// For this run only: reads return `value`, and later writes of this key stay in memory too.
     void Override(std::string_view section, std::string_view key, std::string_view value);

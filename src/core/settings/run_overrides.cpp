@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/settings/settings.h"
 #include "core/settings/settings_store.h"
 #include "core/text/text.h"
 

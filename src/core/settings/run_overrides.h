@@ -2,16 +2,11 @@
 
 #include <set>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace Corvetape {
 
 class SettingsStore;
-
-/// The section of an override that holds for every source of media data, whatever its name, and for the state
-/// without one. A section that is named itself comes first.
-inline constexpr std::string_view AnySourceSection = "Source";
 
 /// A setting that holds for this run only. It is neither read from nor written to its file.
 struct SettingOverride {

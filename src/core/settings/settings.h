@@ -16,6 +16,10 @@ struct QualityList {
     std::vector<std::string> EncParams;
 };
 
+/// The section that holds for every source of media data, whatever its name, and for the state without one. A
+/// section that is named itself comes first. In the settings file it holds the end of song only.
+inline constexpr const char* AnySourceSection = "Source";
+
 /// What becomes of a music file whose name a new song gets. Other values of the setting count as the default.
 enum class SameNameRule : int32_t {
     Replace = 0,     ///< it goes
@@ -30,6 +34,7 @@ struct Settings {
     bool ProvidersEnable = true;
     std::string FormPos;
     int32_t FormState = 0;
+    bool MaximizeButton = false;  ///< maximises; otherwise it shows and hides the floating bar
     std::string QuickButtonsPos;
     bool QuickButtonsVisible = true;
     bool OldView = false;
@@ -42,6 +47,7 @@ struct Settings {
     int32_t InputDevice = 1;
     bool SPDIF48kHz = false;
     std::string InputDeviceNames;
+    bool KeepRejectedInputs = true;  ///< inputs that the search passes over get their volume back
     std::string TempPath;
     std::string MusicPath;
     std::string LogFilePath;
@@ -61,7 +67,9 @@ struct Settings {
     bool QuitAfterRecording = false;
     bool DelTemp = false;
     bool DelTempFolder = false;
-    int32_t SameName = 1;  ///< what becomes of a music file whose name a new song gets, see SameNameRule
+    int32_t SameName = 1;    ///< what becomes of a music file whose name a new song gets, see SameNameRule
+    bool LearnCuts = true;   ///< remember how late the titles of each source are; else what was learned goes
+    int32_t FadeGoesTo = 2;  ///< with the end of song "Automatic": 0 the song that ends, 1 the next, 2 both
     int32_t Encoder = 0;
     int32_t MP3Quality = 5;
     int32_t OggVorbisQuality = 5;

@@ -113,6 +113,13 @@ void SettingsStore::ChooseIniFile() {
     if (length != 0) return;
     if (const auto seed = Disk.ReadAll(SeedPath, Profile::SizeLimit)) Disk.ReplaceAtomically(path, *seed);
     IniProfile.Reload();
+    // Whoever begins today gets the way of ending songs that loses fewest. An older file goes on as it was.
+    constexpr const char* key = "EndOfSongDetection";
+    constexpr int32_t automatic = 3;
+    constexpr int32_t missing = -1;
+    if (IniProfile.ReadInt(AnySourceSection, key, missing) == missing) {
+        WriteSetting(AnySourceSection, key, automatic);
+    }
 }
 
 void SettingsStore::LoadStations(Settings& values) const {
@@ -220,6 +227,11 @@ SettingsStore::PendingWrite* SettingsStore::FindPending(std::string_view section
 
 void SettingsStore::WriteSetting(std::string_view section, std::string_view key, int32_t value) {
     WriteSetting(section, key, std::to_string(value));
+}
+
+void SettingsStore::ReplaceSection(std::string_view section,
+                                   std::span<const std::pair<std::string, std::string>> entries) {
+    if (!IniProfile.ReplaceSection(section, entries)) Failed = true;
 }
 
 int32_t SettingsStore::ReadProviderInt(std::string_view section, std::string_view key,

@@ -3,8 +3,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/media_state.h"
@@ -60,7 +62,12 @@ class SettingsStore {
     void WriteSetting(std::string_view section, std::string_view key, std::string_view value);
     void WriteSetting(std::string_view section, std::string_view key, int32_t value);
 
-    /// True once WriteSetting could not write the file.
+    /// Puts these keys in the place of all that a section holds, in one write. A failure is seen by
+    /// HasFailed.
+    void ReplaceSection(std::string_view section,
+                        std::span<const std::pair<std::string, std::string>> entries);
+
+    /// True once the file could not be written.
     bool HasFailed() const { return Failed; }
 
     /// Reads a key of a provider's section as it stands in the file now.

@@ -43,7 +43,7 @@ ProgramOptions::ProgramOptions(frmMain& form, Settings& settings, SettingsStore&
 
 void ProgramOptions::BindTable() {
     for (const SettingRow& row : SettingsTable()) {
-        if (row.Section != Section || row.When != SettingControl::Load) continue;
+        if ((row.Section != Section && row.Section != "Form") || row.When != SettingControl::Load) continue;
         Control* const control = Form.Find(row.ControlName, row.ControlIndex);
         if (auto* const box = dynamic_cast<CheckBox*>(control)) {
             box->Click.Connect([this, &row, box] { Keep(row, std::to_string(box->Value())); });

@@ -41,7 +41,14 @@ Certainty CertaintyOf(const EvidenceCut& cut) {
 
 }  // namespace
 
-void AutomaticEnd::Restart() {
+void AutomaticEnd::Restart(bool goesOn) {
+    if (!goesOn) {
+        Present = {};
+        Last.reset();
+        TrackBegan.reset();
+        Told = PlayerStatus::Unknown;
+    }
+    Standing.reset();
     // A player's pause and stop were told of sound that is gone.
     PausedAt.reset();
     ResumedAt.reset();
@@ -305,7 +312,9 @@ void AutomaticEnd::Drop() {
 }
 
 void AutomaticEnd::Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut, const Change& change) {
-    const Certainty certainty = CertaintyOf(cut);
+    Certainty certainty = CertaintyOf(cut);
+    const bool asTold = change.Exact && std::abs(cut.OldEnd) <= SecondSlots / 2;
+    if (asTold && certainty == Certainty::Unsure) certainty = Certainty::Likely;
     int64_t oldEnd = change.At + cut.OldEnd;
     int64_t newBegin = change.At + cut.NewBegin;
     const int64_t half = cut.FadeSlots / 2;

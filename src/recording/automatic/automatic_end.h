@@ -16,8 +16,9 @@ namespace Corvetape {
 
 /// What the source of the media data says at one look. Times are counted in slots of 50 ms.
 struct SourceLook {
-    int64_t Slot = 0;    ///< slots heard when it was taken
-    std::string Source;  ///< who says it; empty if there is nobody
+    int64_t Slot = 0;      ///< slots heard when it was taken
+    std::string Source;    ///< who says it; empty if there is nobody
+    std::string LearnsAs;  ///< the name that cuts are learned by
     STATIONANDSONGDATA Media;
     PlayerStatus Status = PlayerStatus::Unknown;
     std::string TrackId;              ///< of a piece that has an end, if its player names it; else empty
@@ -91,8 +92,9 @@ class AutomaticEnd {
     /// `finder` outlives it.
     explicit AutomaticEnd(CutFinder& finder) : Finder(finder) {}
 
-    /// Begins anew: the next slot that is heard has the number 0. What is told of the source stays.
-    void Restart();
+    /// Begins anew: the next slot that is heard has the number 0. The song goes on if some of it is written
+    /// (`goesOn`), and what is told of the source stays then.
+    void Restart(bool goesOn);
 
     /// One more slot has been heard.
     void Heard(const HeardSlot& slot);
@@ -117,6 +119,10 @@ class AutomaticEnd {
 
     /// What is known of the song that is being written.
     const STATIONANDSONGDATA& Media() const { return Present.Media; }
+    const SongTrust& Trust() const { return Present.Trust; }
+
+    /// Whether it is to be kept, if that is asked for the song whose title is shown.
+    bool Wanted(bool wanted) const { return Changes.empty() ? wanted : Changes.front().Wanted; }
 
     /// First slot that is not dealt with yet.
     int64_t Read() const { return Next; }

@@ -26,7 +26,7 @@ void AddInput(FormPage& page, const UiParts& parts) {
     card.AddWidget(CaptionOf(form.cmbInputDevices, inputs));
     card.AddWidget(inputs);
     card.Add(form.chk48kHz);
-    card.AddRow({NotBuilt(BoundTo(form.cmdAutoInput), parts.Say)});
+    card.AddRow({BoundTo(form.cmdAutoInput)});
 }
 
 void AddLevel(FormPage& page, const UiParts& parts) {
@@ -54,9 +54,8 @@ void AddGain(FormPage& page, const UiParts& parts) {
     QSlider* const gain = BoundTo(static_cast<Slider&>(form.vscMultiplier));
     gain->setMinimumWidth(40 * Grid);
     card.AddRow({gain, BoundTo(form.lblMultiplier)});
-    card.AddRow({NotBuilt(BoundTo(form.cmdAGC), parts.Say), NotBuilt(BoundTo(form.cmdOpenMixer), parts.Say)});
-    card.AddRow({NotBuilt(BoundTo(form.cmdSaveMixerSettings), parts.Say),
-                 NotBuilt(BoundTo(form.cmdResetMixerSettings), parts.Say)});
+    card.AddRow({BoundTo(form.cmdAGC), BoundTo(form.cmdOpenMixer)});
+    card.AddRow({BoundTo(form.cmdSaveMixerSettings), BoundTo(form.cmdResetMixerSettings)});
     card.Add(form.chkMixerAutoUpdate);
 }
 

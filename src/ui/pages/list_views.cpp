@@ -13,6 +13,7 @@
 #include "core/version.h"
 #include "ui/binding.h"
 #include "ui/form_page.h"
+#include "ui/list_drops.h"
 #include "ui/look.h"
 #include "ui/make.h"
 #include "ui/shown_text.h"
@@ -36,6 +37,8 @@ QWidget* WatchView(const UiParts& parts, size_t list, const char* name, const ch
     frmMain& form = parts.Form;
     auto* const page = Make<FormPage>(parts.Say(name), parts.Say(line));
     QListView* const entries = BoundTo(form.lstWatch[list]);
+    const auto kind = static_cast<WatchListKind>(list);
+    Make<ListDrops>(entries, parts.Lists, kind);
     page->AddFilling(CaptionOf(form.lblWatch[list], entries), 0);
     page->AddFilling(entries, 1);
     auto* const added = Make<QWidget>();
@@ -47,6 +50,8 @@ QWidget* WatchView(const UiParts& parts, size_t list, const char* name, const ch
     row->addWidget(text, 1);
     row->addWidget(BoundTo(form.cmdAddToWatchList[list]));
     text->setAccessibleName(QString::fromStdString(form.lblNewWatch[list].Caption()));
+    QObject::connect(text, &QLineEdit::returnPressed,
+                     [&lists = parts.Lists, kind] { lists.EnterPressed(kind); });
     page->AddFilling(added, 0);
     page->AddFilling(Row({BoundTo(form.cmdDeleteFromWatchList[list]), BoundTo(form.cmdEditWatchList[list])}),
                      0);
@@ -63,9 +68,7 @@ QWidget* MakeLogView(const UiParts& parts) {
     log->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     page->AddFilling(CaptionOf(form.fraLogFile, log), 0);
     page->AddFilling(log, 1);
-    page->AddFilling(Row({NotBuilt(BoundTo(form.cmdOpenLogFile), parts.Say),
-                          NotBuilt(BoundTo(form.cmdDeleteLogFiles), parts.Say)}),
-                     0);
+    page->AddFilling(Row({BoundTo(form.cmdOpenLogFile), BoundTo(form.cmdDeleteLogFiles)}), 0);
     return page;
 }
 
@@ -87,12 +90,12 @@ QWidget* MakeAboutView(const UiParts& parts) {
     auto* const name = Make<QLabel>(ProgramTitle);
     name->setFont(ScaledFont(2, QFont::Bold));
     card.AddRow({logo, name, BoundTo(form.lblVersion)});
-    card.AddRow(
-        {NotBuilt(BoundTo(form.lblHomePage), parts.Say), NotBuilt(BoundTo(form.lblMailTo), parts.Say)});
-    card.AddRow(
-        {NotBuilt(BoundTo(form.cmdNews), parts.Say), NotBuilt(BoundTo(form.cmdCheckUpdateNow), parts.Say)});
-    QLineEdit* const keys = BoundToShown(form.txtlblF1);
-    card.AddWidget(NotBuilt(keys, parts.Say));
+    card.AddRow({BoundToLink(form.lblHomePage), BoundToLink(form.lblMailTo)});
+    card.AddRow({BoundTo(form.cmdNews), NotBuilt(BoundTo(form.cmdCheckUpdateNow), parts.Say)});
+    card.AddWidget(BoundToLink(form.txtlblF1));
+    form.txtlblF1.Click.Connect([&keys = parts.Keys, &tabs = form.tbsMain] {
+        keys.Press(HelpKey::F12, false, tabs.Selected() != nullptr ? tabs.Selected()->Tag : "");
+    });
     page->Finish();
     return page;
 }

@@ -76,6 +76,8 @@ QWidget* MakeOptions1View(const UiParts& parts) {
     Card& source = page->AddCard(parts.Say(Key::SourceCard), parts.Say(Key::SourceCardLine));
     for (CheckBox* box : {&form.chkRestartRadioIfSilent, &form.chkDisableSoundScheme}) source.Add(*box);
     source.AddField(form.lstBufferFlag, ShortList(form.lstBufferFlag));
+    Card& window = page->AddCard(parts.Say(Key::WindowCard), parts.Say(Key::WindowCardLine));
+    window.Add(form.chkMaximizeButton);
     page->Finish();
     return page;
 }

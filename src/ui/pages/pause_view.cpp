@@ -21,6 +21,7 @@ void AddEndOfSong(FormPage& page, const UiParts& parts) {
     frmMain& form = parts.Form;
     Card& card =
         page.AddCard(QString::fromStdString(form.fraEndOfSong.Caption()), parts.Say(Key::EndOfSongLine));
+    card.AddRow({BoundTo(form.optEndOfSong[3]), BoundTo(form.cmdForgetCuts)});
     card.Add(form.optEndOfSong[0]);
     card.Add(form.optEndOfSong[1]);
     card.AddRow({BoundTo(form.optEndOfSong[2]), NumberField(form.txtEndOfSongTimer),

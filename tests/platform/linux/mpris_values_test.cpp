@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDBusObjectPath>
 #include <QStringList>
 
 namespace Corvetape {
@@ -33,7 +34,31 @@ TEST(MprisValues, AreTakenFromThePiece) {
                                         {"xesam:album", "First"},
                                         {"xesam:genre", QStringList{"Pop"}},
                                         {"mpris:artUrl", "http://127.0.0.1/c.jpg"}}}});
-    EXPECT_EQ(report, (PlayerReport{"", true, "Pop", "Ann", "One", "First", "http://127.0.0.1/c.jpg"}));
+    PlayerReport expected{"", true, "Pop", "Ann", "One", "First", "http://127.0.0.1/c.jpg"};
+    expected.Status = PlayerStatus::Playing;
+    EXPECT_EQ(report, expected);
+}
+
+TEST(MprisValues, APieceHasAnIdALengthAndAnAddress) {
+    const PlayerReport report =
+        AfterPiece({{"mpris:trackid", QVariant::fromValue(QDBusObjectPath("/track/7"))},
+                    {"mpris:length", QVariant(qlonglong{61'500'000})},
+                    {"xesam:url", "file:///a.flac"}});
+    EXPECT_EQ(report.TrackId, "/track/7");
+    EXPECT_EQ(report.LengthMs, 61'500);
+    EXPECT_EQ(report.Address, "file:///a.flac");
+    const PlayerReport odd = AfterPiece({{"mpris:trackid", "/org/mpris/MediaPlayer2/TrackList/NoTrack"},
+                                         {"mpris:length", QVariant(qlonglong{-5})}});
+    EXPECT_EQ(odd.TrackId, "");
+    EXPECT_EQ(odd.LengthMs, 0);
+    EXPECT_EQ(AfterPiece({{"mpris:trackid", "a text"}}).TrackId, "a text");
+}
+
+TEST(MprisValues, TellsPlayingPausedAndStoppedApart) {
+    EXPECT_EQ(After({{"PlaybackStatus", "Playing"}}).Status, PlayerStatus::Playing);
+    EXPECT_EQ(After({{"PlaybackStatus", "Paused"}}).Status, PlayerStatus::Paused);
+    EXPECT_EQ(After({{"PlaybackStatus", "Stopped"}}).Status, PlayerStatus::Stopped);
+    EXPECT_EQ(After({{"PlaybackStatus", "Else"}}).Status, PlayerStatus::Unknown);
 }
 
 TEST(MprisValues, OnlyAPieceThatIsAFileMayShowAPictureFromAFile) {
@@ -87,6 +112,7 @@ TEST(MprisValues, ThatAreNotSaidStayAsTheyAre) {
     EXPECT_EQ(WithProperties(before, {{"Volume", 0.5}}), before);
     PlayerReport paused = before;
     paused.Playing = false;
+    paused.Status = PlayerStatus::Paused;
     EXPECT_EQ(WithProperties(before, {{"PlaybackStatus", "Paused"}}), paused);
 }
 

@@ -85,9 +85,9 @@ Book::~Book() = default;
 
 Machine Book::Through(Machine machine) {
     if (!Between) Between = std::make_unique<Input>(*this, machine.WaveIn);
-    return {machine.Clock,   machine.Loop,    *Between,       machine.Files,   machine.Processes,
-            machine.Folders, machine.Dialogs, machine.System, machine.Desktop, machine.Documents,
-            machine.Windows, machine.Players, machine.Web};
+    return {machine.Clock,     machine.Loop,    *Between,        machine.Mixer,  machine.Files,
+            machine.Processes, machine.Folders, machine.Dialogs, machine.System, machine.Desktop,
+            machine.Documents, machine.Windows, machine.Players, machine.Web,     machine.Browser};
 }
 
 void Book::Tell(const std::string& problem) {
@@ -134,6 +134,11 @@ void Book::Arrived(const WaveHeader& buffer) {
     booked.Skipped = skipped;
     booked.Off = !values.Flags.RecordingEnabled && !skipped && !ignored;
     booked.MayBeMissing = !values.Flags.RecordingEnabled || skipped || ignored;
+    // By everything that is known, silence and gaps are in no song.
+    constexpr int32_t quietLevel = 164;
+    const bool byItself = values.Pause.EndOfSongDetection == EndOfSong::Automatic;
+    const bool silent = booked.Level <= std::max<int32_t>(values.Pause.SilenceAmplitude, quietLevel);
+    if (byItself && silent) booked.MayBeMissing = true;
     if (throughRing && !tookIndex && !booked.MayBeMissing) Tell("a buffer did not get into the ring");
     Buffers.push_back(booked);
     if (!throughRing && values.Signal.InPause) ExcusePause();

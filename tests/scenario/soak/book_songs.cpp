@@ -146,7 +146,9 @@ bool Book::ReachesTheEnd(const Place& place) const {
 
 /// Whether the next song may begin before what the files up to now have reached.
 bool Book::GoesBack(bool roundTheRing, size_t behind) {
-    return Values().Pause.DuplicatepartOfSong || roundTheRing || behind < Next;
+    // By everything that is known, a fade between two songs may be in both.
+    const bool fades = Values().Pause.EndOfSongDetection == EndOfSong::Automatic;
+    return Values().Pause.DuplicatepartOfSong || fades || roundTheRing || behind < Next;
 }
 
 void Book::LeaveOut(Place& place, size_t first, size_t behind) const {

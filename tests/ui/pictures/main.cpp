@@ -4,8 +4,11 @@
 #include <QDir>
 #include <QPalette>
 #include <QPixmap>
+#include <array>
 #include <string>
 
+#include "ui/cover_bar.h"
+#include "ui/quick_bar.h"
 #include "ui/ui_world.h"
 
 namespace Corvetape::Test {
@@ -27,6 +30,22 @@ void Draw(UiWorld& world, const QString& folder, const QString& ending) {
     world.Form().tbsMain.Select("TAB_RECORDING");
 }
 
+/// Both bars over a ground that nothing is known of, as a compositor shows them.
+void DrawBars(UiWorld& world, const QString& folder, const QString& ending) {
+    State& state = world.Recorder->Values();
+    world.Recorder->Bars().Load({1920 * 15, 1080 * 15});
+    QuickBarWindow plain(*world.Ui, state.PlainBar, BarStyle::Composited);
+    CoverBarWindow cover(*world.Ui, state.CoverBar, BarStyle::Composited);
+    world.Recorder->Bars().PointerMoved();
+    const std::array<QWidget*, 2> bars{&plain, &cover};
+    for (QWidget* bar : bars) {
+        bar->setWindowOpacity(1);
+        bar->show();
+        world.RunFor(1);
+        bar->grab().save(folder + "/" + bar->objectName().toLower() + ending + ".png");
+    }
+}
+
 int Run(const QStringList& words) {
     if (words.size() < 2) return 2;
     const QString language = words.value(2, "english");
@@ -46,6 +65,7 @@ int Run(const QStringList& words) {
     UseDesktopPalette(true);
     QApplication::processEvents();
     Draw(world, words[1], "-dark");
+    DrawBars(world, words[1], "");
     return 0;
 }
 

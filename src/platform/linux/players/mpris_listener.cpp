@@ -2,9 +2,12 @@
 
 #include <QCoreApplication>
 #include <QDBusPendingCallWatcher>
+#include <QDBusVariant>
 #include <QEvent>
 #include <QStringList>
 #include <atomic>
+#include <chrono>
+#include <cstdlib>
 #include <memory>
 #include <utility>
 
@@ -14,6 +17,10 @@ namespace Corvetape {
 namespace {
 
 constexpr auto RetryAfter = std::chrono::seconds(5);
+constexpr auto AskForPositionsEvery = std::chrono::seconds(1);
+
+/// The beginning of a piece moves by less than this if nobody has jumped or paused.
+constexpr qint64 PositionIsExactMs = 150;
 
 /// More than anybody runs; a program that claims names without end is not followed for ever.
 constexpr size_t MostPlayers = 64;
@@ -33,6 +40,12 @@ QDBusMessage BusCall(const QString& method) {
     return QDBusMessage::createMethodCall(BusService, BusPath, BusService, method);
 }
 
+/// Milliseconds of the monotonic clock.
+qint64 Now() {
+    const auto time = std::chrono::steady_clock::now().time_since_epoch();
+    return std::chrono::duration_cast<std::chrono::milliseconds>(time).count();
+}
+
 QString TextAt(const QList<QVariant>& arguments, qsizetype index) {
     return index < arguments.size() ? arguments[index].toString() : QString();
 }
@@ -48,6 +61,9 @@ MprisListener::MprisListener(QString address, std::chrono::milliseconds answerLi
     Again.setSingleShot(true);
     Again.setInterval(RetryAfter);
     connect(&Again, &QTimer::timeout, this, [this] { Begin(); });
+    Positions.setInterval(AskForPositionsEvery);
+    connect(&Positions, &QTimer::timeout, this, [this] { AskForPositions(); });
+    Positions.start();
 }
 
 MprisListener::~MprisListener() {
@@ -185,7 +201,42 @@ void MprisListener::PropertiesChanged(const QDBusMessage& signal) {
 }
 
 void MprisListener::Take(Player& player, const QVariantMap& properties) {
-    Tell(player, WithProperties(player.Report, properties));
+    PlayerReport report = WithProperties(player.Report, properties);
+    // Another piece, or one that goes on after a pause, has begun at another time.
+    const bool moved = report.Playing != player.Report.Playing || report.TrackId != player.Report.TrackId ||
+                       report.Address != player.Report.Address;
+    if (moved || !report.Playing) report.BeganAtMs = -1;
+    Tell(player, std::move(report));
+    if (moved && player.Report.Playing) AskForPositions();
+}
+
+void MprisListener::AskForPositions() {
+    for (const auto& [name, player] : Known) {
+        if (!player.Report.Playing) continue;
+        QDBusMessage call = QDBusMessage::createMethodCall(player.Owner, PlayerPath, PropertiesInterface,
+                                                           QStringLiteral("Get"));
+        call << PlayerInterface << QStringLiteral("Position");
+        Call(call, [this, name = name, owner = player.Owner, asked = Now()](const QDBusMessage& answer) {
+            TakePosition(name, owner, asked, answer);
+        });
+    }
+}
+
+void MprisListener::TakePosition(const QString& name, const QString& owner, qint64 askedAt,
+                                 const QDBusMessage& answer) {
+    const auto known = Known.find(name);
+    const bool said = answer.type() == QDBusMessage::ReplyMessage && !answer.arguments().isEmpty();
+    if (known == Known.end() || known->second.Owner != owner || !said) return;
+    const QVariant value = answer.arguments().constFirst().value<QDBusVariant>().variant();
+    bool isNumber = false;
+    constexpr qint64 microseconds = 1000;
+    const qint64 position = value.toLongLong(&isNumber) / microseconds;
+    PlayerReport report = known->second.Report;
+    if (!isNumber || position < 0 || !report.Playing) return;
+    const qint64 began = (askedAt + Now()) / 2 - position;
+    if (report.BeganAtMs >= 0 && std::abs(began - report.BeganAtMs) <= PositionIsExactMs) return;
+    report.BeganAtMs = began;
+    Tell(known->second, std::move(report));
 }
 
 void MprisListener::Tell(Player& player, PlayerReport report) {

@@ -60,6 +60,8 @@ class MprisListener : public QObject {
     void AskForOwner(const QString& name);
     void Adopt(const QString& name, const QString& owner);
     void AskForProperties(const QString& name);
+    void AskForPositions();
+    void TakePosition(const QString& name, const QString& owner, qint64 askedAt, const QDBusMessage& answer);
     void TakeAnswer(const QString& name, const QString& owner, const QDBusMessage& answer);
     void Take(Player& player, const QVariantMap& properties);
     void Tell(Player& player, PlayerReport report);
@@ -71,6 +73,7 @@ class MprisListener : public QObject {
     const MprisNews News;
     QDBusConnection Bus;
     QTimer Again;
+    QTimer Positions;                 ///< nobody signals how far a piece has played
     std::map<QString, Player> Known;  ///< by bus name
 };
 

@@ -1,8 +1,10 @@
 #include "platform/linux/players/mpris_values.h"
 
 #include <QDBusArgument>
+#include <QDBusObjectPath>
 #include <QRegularExpression>
 #include <QStringList>
+#include <algorithm>
 
 #include "platform/linux/players/mpris_names.h"
 
@@ -61,6 +63,19 @@ QString Joined(const QVariant& value) {
     return all;
 }
 
+/// The name of a piece; an empty one for what stands for no piece.
+QString TrackName(const QVariant& value) {
+    const bool isPath = value.metaType() == QMetaType::fromType<QDBusObjectPath>();
+    const QString name = isPath ? value.value<QDBusObjectPath>().path() : value.toString();
+    return name.endsWith(QStringLiteral("/NoTrack")) ? QString() : name;
+}
+
+PlayerStatus StatusOf(const QString& text) {
+    if (text == QStringLiteral("Playing")) return PlayerStatus::Playing;
+    if (text == QStringLiteral("Paused")) return PlayerStatus::Paused;
+    return text == QStringLiteral("Stopped") ? PlayerStatus::Stopped : PlayerStatus::Unknown;
+}
+
 QString Single(const QVariant& value) {
     return value.typeId() == QMetaType::QString ? value.toString() : QString();
 }
@@ -86,7 +101,10 @@ QVariantMap BusMap(const QVariant& value) {
 
 PlayerReport WithProperties(PlayerReport report, const QVariantMap& properties) {
     const auto status = properties.constFind(QStringLiteral("PlaybackStatus"));
-    if (status != properties.constEnd()) report.Playing = Single(*status) == QStringLiteral("Playing");
+    if (status != properties.constEnd()) {
+        report.Status = StatusOf(Single(*status));
+        report.Playing = report.Status == PlayerStatus::Playing;
+    }
     const auto metadata = properties.constFind(QStringLiteral("Metadata"));
     if (metadata == properties.constEnd()) return report;
     const QVariantMap piece = BusMap(*metadata);
@@ -97,6 +115,10 @@ PlayerReport WithProperties(PlayerReport report, const QVariantMap& properties) 
     const QString cover = Single(piece.value(QStringLiteral("mpris:artUrl")));
     const bool shown = MayShow(cover, Single(piece.value(QStringLiteral("xesam:url"))));
     report.Cover = shown ? Address(cover) : std::string();
+    report.TrackId = Text(TrackName(piece.value(QStringLiteral("mpris:trackid"))));
+    report.Address = Address(Single(piece.value(QStringLiteral("xesam:url"))));
+    constexpr qlonglong microseconds = 1000;
+    report.LengthMs = std::max(piece.value(QStringLiteral("mpris:length")).toLongLong() / microseconds, 0LL);
     return report;
 }
 

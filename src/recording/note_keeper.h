@@ -9,6 +9,7 @@
 #include "audio/song_writer.h"
 #include "core/media_state.h"
 #include "post/transfer/song_notes.h"
+#include "recording/automatic/automatic_recorder.h"
 
 namespace Corvetape {
 
@@ -18,6 +19,7 @@ struct NotedState {
     const CutState& Cut;
     const RecordingFlags& Flags;
     const PauseSettings& Pause;
+    const AutomaticRecorder& Automatic;
 };
 
 /// Keeps the note beside the song that is being written up to date.

@@ -1,4 +1,4 @@
-#include "post/transfer/note_keeper.h"
+#include "recording/note_keeper.h"
 
 #include <optional>
 #include <utility>
@@ -21,6 +21,10 @@ NoteKeeper::NoteKeeper(const SongWriter& writer, SongNotes& notes, NotedState st
 
 void NoteKeeper::NoteSong() {
     if (!Writer.HasSongFile()) return;
+    if (State.Automatic.Active()) {
+        Note(Writer.SongBaseName(), State.Automatic.Media(), State.Automatic.Wanted());
+        return;
+    }
     const std::optional<EndedSong>& ended = State.Cut.Ended;
     const bool wanted = ended ? ended->Wanted : State.Flags.RecordCurrentSong;
     Note(Writer.SongBaseName(), MediaInFile(State.Media, State.Cut), wanted);

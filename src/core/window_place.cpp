@@ -1,0 +1,64 @@
+#include "core/window_place.h"
+
+#include <array>
+#include <cmath>
+
+#include "core/text/numbers.h"
+#include "core/text/text.h"
+
+namespace Corvetape {
+
+namespace {
+
+int32_t Scaled(int32_t twips, float factor) {
+    return static_cast<int32_t>(std::lround(static_cast<float>(twips) * factor));
+}
+
+}  // namespace
+
+std::optional<WindowPosition> StoredBarPosition(std::string_view pos, TwipSize bar, TwipSize screen) {
+    const size_t semicolon = pos.find(';');
+    if (semicolon == std::string_view::npos) return std::nullopt;
+    const auto left = RoundToInt32(LeadingNumber(pos.substr(0, semicolon)));
+    const auto top = RoundToInt32(LeadingNumber(pos.substr(semicolon + 1)));
+    const bool fits = left > 0 && static_cast<int64_t>(left) + bar.Width <= screen.Width && top > 0 &&
+                      static_cast<int64_t>(top) + bar.Height <= screen.Height;
+    return fits ? std::optional(WindowPosition{left, top}) : std::nullopt;
+}
+
+WindowPosition DefaultPlainBarPosition(TwipSize bar, TwipSize screen) {
+    return {screen.Width - bar.Width, 0};
+}
+
+WindowPosition DefaultCoverBarPosition(TwipSize bar, const WindowPlace& mainWindow) {
+    return {mainWindow.Width - bar.Width / 2, mainWindow.Top + bar.Height};
+}
+
+DisplayScale DisplayScaleOf(int32_t twipsPerPixelX, int32_t twipsPerPixelY) {
+    constexpr auto design = static_cast<float>(DesignTwipsPerPixel);
+    return {static_cast<float>(twipsPerPixelX) / design, static_cast<float>(twipsPerPixelY) / design};
+}
+
+WindowPlace ScaledPlace(const WindowPlace& place, DisplayScale scale) {
+    if (scale.IsDesign()) return place;
+    return {Scaled(place.Left, scale.X), Scaled(place.Top, scale.Y), Scaled(place.Width, scale.X),
+            Scaled(place.Height, scale.Y)};
+}
+
+TwipSize ScaledFormSize(TwipSize outer, TwipSize inner, DisplayScale scale) {
+    if (scale.IsDesign()) return outer;
+    return {outer.Width - inner.Width + Scaled(inner.Width, scale.X),
+            outer.Height - inner.Height + Scaled(inner.Height, scale.Y)};
+}
+
+float ScaledFontSize(float size, DisplayScale scale) {
+    return scale.IsDesign() ? size : size * scale.Y;
+}
+
+WindowAnswer AnswerTo(WindowState state, bool iconIsThere, bool maximizeButton) {
+    if (state == WindowState::Minimised && iconIsThere) return WindowAnswer::HideToTray;
+    if (state == WindowState::Maximised && !maximizeButton) return WindowAnswer::FlipQuickBar;
+    return WindowAnswer::Stay;
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,150 @@
+#include "recording/automatic/automatic_recorder.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Corvetape {
+
+AutomaticRecorder::AutomaticRecorder(AutomaticParts parts)
+    : Parts(parts), Places(parts.Ring, parts.Pause, parts.Learned), End(Places) {}
+
+/// The mode was chosen, or the ring was opened anew: what is unread in it is heard first.
+void AutomaticRecorder::Begin() {
+    AudioRing& ring = Parts.Ring;
+    ring.Grow(RingSlots);
+    Begun = true;
+    Opening = ring.Openings;
+    PutBefore = ring.SlotsPut - static_cast<uint64_t>(ring.Unread());
+    Waiting.clear();
+    Heard = 0;
+    Read = 0;
+    Places.Restart(Parts.Format.nSamplesPerSec);
+    End.Restart(Parts.Song.SongFileOpen());
+}
+
+int64_t AutomaticRecorder::Hear() {
+    AudioRing& ring = Parts.Ring;
+    if (!Active() || ring.Size() == 0) return Heard;
+    if (!Begun || Opening != ring.Openings) Begin();
+    const auto fresh = static_cast<int64_t>(ring.SlotsPut - PutBefore);
+    PutBefore = ring.SlotsPut;
+    for (int64_t i = 0; i < fresh; ++i) {
+        const auto slot = static_cast<size_t>(ring.Wrapped(int64_t{ring.AudioWriteIndex} - fresh + i));
+        const int32_t level = ring.AudioLevels[slot];
+        End.Heard({level, level <= Parts.Pause.SilenceAmplitude});
+    }
+    Heard += fresh;
+    Places.Follow(Heard);
+    return Heard;
+}
+
+void AutomaticRecorder::Look(const SourceLook& look) {
+    if (!Active()) return;
+    Places.Ask(look.LearnsAs);
+    Titles.Learn(look.LearnsAs, look.Media.Song);
+    if (!End.Look(look, Parts.Flags.RecordCurrentSong)) return;
+    Parts.Signal.History.ReplaceLast(MarkMediaChange);
+    Parts.Cut.SongBoundary = true;
+    // From here on the flags mean the song whose title is shown.
+    if (Parts.Flags.RecordingEnabled) Parts.Flags.PassOn();
+    ShowPending();
+}
+
+bool AutomaticRecorder::Drain() {
+    if (!Active() || Parts.Ring.Size() == 0) return true;
+    Hear();
+    if (!Parts.Flags.RecordingEnabled) {
+        // What a full disk has refused may be wanted when there is room again, as long as it is there.
+        if (!Waiting.empty() && !Lost(Read)) return true;
+        Waiting.clear();
+        End.Forget();
+        Read = Heard;
+        Parts.Ring.AudioReadIndex = Parts.Ring.AudioWriteIndex;
+        return true;
+    }
+    const auto share = std::clamp(Parts.Settings.FadeGoesTo, 0, 2);
+    End.ShareFades(static_cast<FadeShare>(share));
+    const bool carried = Carry(End.Decide(Parts.Flags.RecordCurrentSong));
+    ShowPending();
+    return carried;
+}
+
+bool AutomaticRecorder::Finish() {
+    if (!Active() || !Begun) return true;
+    Hear();
+    bool carried = true;
+    if (Parts.Flags.RecordingEnabled) carried = Carry(End.Finish(Parts.Flags.RecordCurrentSong));
+    Begun = false;
+    // What is open is closed by somebody else, who asks for its name here.
+    if (Parts.Song.SongFileOpen() && !Parts.Cut.Ended) {
+        Parts.Cut.Ended = EndedSong{Media(), Wanted(), End.Trust()};
+    }
+    Parts.Cut.CutPending = false;
+    return carried;
+}
+
+bool AutomaticRecorder::EndRecording() {
+    if (!Active()) return true;
+    const bool carried = Finish();
+    if (Parts.Song.SongFileOpen()) Parts.Song.CloseSongFile(SongEnd::Stopped);
+    Parts.Cut.Settle();
+    return carried;
+}
+
+bool AutomaticRecorder::Carry(std::vector<AutomaticStep> steps) {
+    std::ranges::move(steps, std::back_inserter(Waiting));
+    return Run();
+}
+
+bool AutomaticRecorder::Run() {
+    while (!Waiting.empty()) {
+        const AutomaticStep& step = Waiting.front();
+        if (step.What == AutomaticStep::Kind::Write) {
+            const Done done = Write(step.Slot);
+            if (done == Done::EndProgram) return false;
+            if (done == Done::Later) return true;
+        } else if (step.What == AutomaticStep::Kind::Close) {
+            Close(step);
+        } else {
+            Read = step.Slot;
+        }
+        Waiting.pop_front();
+        Parts.Ring.AudioReadIndex = Places.RingSlot(Read);
+        if (!Parts.Flags.RecordingEnabled) return true;
+    }
+    return true;
+}
+
+AutomaticRecorder::Done AutomaticRecorder::Write(int64_t upTo) {
+    // Nobody has drained for longer than the ring is long.
+    Read = std::max(Read, Heard - Parts.Ring.Size() + 1);
+    if (Read >= upTo) return Done::Yes;
+    if (!Parts.Song.SongFileOpen() && !Parts.Song.CreateSongFile()) return Done::EndProgram;
+    while (Read < upTo) {
+        const SongWriter::Written written = Parts.Song.WriteBuffer(Parts.Ring[Places.RingSlot(Read)]);
+        if (written == SongWriter::Written::NoFile) return Done::EndProgram;
+        if (written == SongWriter::Written::Failed) return Done::Later;
+        ++Read;
+    }
+    return Done::Yes;
+}
+
+void AutomaticRecorder::Close(const AutomaticStep& step) {
+    if (Parts.Song.SongFileOpen()) {
+        Parts.Cut.Ended = EndedSong{Titles.Clean(step.Media), step.Wanted, step.Trust};
+        Parts.Song.CloseSongFile(SongEnd::Boundary);
+    } else {
+        Parts.Song.NoteBoundary();
+    }
+    Parts.Cut.Ended.reset();
+    if (step.Passed) return;
+    Parts.Flags.PassOn();
+    Parts.Cut.SongBoundary = true;
+}
+
+void AutomaticRecorder::ShowPending() {
+    Parts.Cut.CutPending = End.ChangePending();
+    Parts.Cut.CutIndex = Parts.Ring.AudioWriteIndex;
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <optional>
+
+#include "audio/audio_ring.h"
+#include "audio/cut_state.h"
+#include "audio/pause_settings.h"
+#include "audio/recording_flags.h"
+#include "audio/signal_state.h"
+#include "audio/song_writer.h"
+#include "core/media_state.h"
+#include "media/title_parts.h"
+#include "recording/automatic/automatic_end.h"
+#include "recording/automatic/cut_place.h"
+
+namespace Corvetape {
+
+/// What the automatic end of songs works on. All of it outlives it.
+struct AutomaticParts {
+    AudioRing& Ring;
+    CutState& Cut;
+    const PauseSettings& Pause;
+    const Corvetape::Settings& Settings;  ///< FadeGoesTo
+    const WaveFormat& Format;
+    RecordingFlags& Flags;
+    SignalState& Signal;
+    MediaState& Media;
+    SongWriter& Song;
+    LearnedCuts& Learned;
+};
+
+/// Carries out what AutomaticEnd decides: moves audio from the ring into song files with the end of song
+/// "Automatic". In all other modes it does nothing. The results are false if a song file could not be made:
+/// the program is to end.
+class AutomaticRecorder {
+ public:
+    /// Slots of the ring that it needs: what is looked at round a change that waits for evidence.
+    static constexpr int32_t RingSlots = 1200;
+
+    explicit AutomaticRecorder(AutomaticParts parts);
+
+    bool Active() const { return Parts.Pause.EndOfSongDetection == EndOfSong::Automatic; }
+
+    /// Slots heard so far, for the next look.
+    int64_t Hear();
+
+    /// The source was looked at.
+    void Look(const SourceLook& look);
+
+    /// Once a second, and when the ring is full.
+    bool Drain();
+
+    /// Nothing more will be heard, of this input or in this mode: all that waits is decided and written. The
+    /// song that is not over stays open.
+    bool Finish();
+
+    /// A long silence, or the program, ends the recording: the song that is open is closed as it is, and kept
+    /// if it is wanted and long enough.
+    bool EndRecording();
+
+    /// What is known of the song that is being written.
+    STATIONANDSONGDATA Media() const { return Titles.Clean(End.Media()); }
+
+    /// It is to be kept.
+    bool Wanted() const { return End.Wanted(Parts.Flags.RecordCurrentSong); }
+
+ private:
+    void Begin();
+    bool Carry(std::vector<AutomaticStep> steps);
+    bool Run();
+    enum class Done { Yes, Later, EndProgram };
+    Done Write(int64_t upTo);
+    void Close(const AutomaticStep& step);
+    void ShowPending();
+    bool Lost(int64_t slot) const { return Heard - slot >= Parts.Ring.Size(); }
+
+    AutomaticParts Parts;
+    CutPlace Places;
+    AutomaticEnd End;
+    TitleParts Titles;
+    std::deque<AutomaticStep> Waiting;  ///< for a disk that works again
+    int64_t Heard = 0;
+    int64_t Read = 0;  ///< next slot to be written
+    uint64_t Opening = 0;
+    uint64_t PutBefore = 0;
+    bool Begun = false;
+};
+
+}  // namespace Corvetape

@@ -1,0 +1,94 @@
+#include "recording/automatic/cut_place.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "audio/cut_search.h"
+
+namespace Corvetape {
+
+namespace {
+
+/// A player is right about the beginning of its track to so many slots, its way to the input included.
+constexpr int32_t ExactReach = 30;
+
+}  // namespace
+
+CutPlace::CutPlace(const AudioRing& ring, const PauseSettings& pause, LearnedCuts& learned)
+    : Ring(ring), Pause(pause), Learned(learned), Features(HistorySlots) {}
+
+void CutPlace::Restart(uint32_t framesPerSecond) {
+    Meter = std::make_unique<FeatureMeter>(framesPerSecond);
+    Features.Restart(0);
+    Heard = 0;
+}
+
+int32_t CutPlace::RingSlot(int64_t slot) const {
+    return Ring.Wrapped(int64_t{Ring.AudioWriteIndex} - (Heard - slot));
+}
+
+/// Slots that were measured for the last question and are asked for again are not measured twice.
+void CutPlace::Measure(int64_t from, int64_t end) {
+    const int64_t first = std::max({from, Heard - (Ring.Size() - 1), int64_t{0}});
+    if (first < Features.First() || first > Features.End()) {
+        Features.Restart(first);
+        Meter->Restart();
+    }
+    for (int64_t slot = Features.End(); slot < std::min(end, Heard); ++slot) {
+        Features.Add(Meter->Measure(FramesOf(Ring[RingSlot(slot)])));
+    }
+}
+
+std::optional<EvidenceCut> CutPlace::Find(int64_t change, int64_t from, int64_t end, bool exact) {
+    if (!Meter) return std::nullopt;
+    LastSource = Source;
+    LastExact = exact;
+    Measure(change + FirstSlotOfSearch, std::min(end, change + SlotsAfterChange));
+    CutReach reach = {static_cast<int32_t>(change - from), static_cast<int32_t>(end - 1 - change)};
+    if (exact) {
+        // A player that falters elsewhere makes gaps that mean nothing.
+        reach.Before = std::min(reach.Before, ExactReach);
+        reach.After = std::min(reach.After, ExactReach);
+    }
+    const CutQuestion question = {Features, change, Ring.AudioLevels, static_cast<size_t>(RingSlot(change)),
+                                  reach};
+    return Cutter.Decide(question, Learned.Of(Source, exact));
+}
+
+void CutPlace::Teach() {
+    Cutter.Teach(Learned.Of(LastSource, LastExact));
+    Learned.Store(LastSource, LastExact);
+}
+
+void CutPlace::TeachGap(EdgeRange gap, bool exact) {
+    Learned.Of(Source, exact).LearnGap(gap);
+    Learned.Store(Source, exact);
+}
+
+EvidenceCut CutPlace::Quietest(int64_t change, int64_t from, int64_t end) {
+    const CutReach wanted = {SlotsOf(Pause.EndOfSongThreshold[0]), SlotsOf(Pause.EndOfSongThreshold[1])};
+    const CutReach reach =
+        ReachOf(wanted, static_cast<int32_t>(change - from), static_cast<int32_t>(end - change));
+    EvidenceCut cut;
+    if (reach.Before + reach.After < 0) return cut;
+    const auto start = static_cast<size_t>(RingSlot(change - reach.Before));
+    const auto found =
+        FindQuietStretch(Ring.AudioLevels, start, static_cast<size_t>(RingSlot(change + reach.After)));
+    if (!found) return cut;
+    const auto slotsUpTo = [&](size_t slot) {
+        return RingDistance(static_cast<int32_t>(start), static_cast<int32_t>(slot), Ring.Size()) -
+               reach.Before;
+    };
+    cut.OldEnd = slotsUpTo(found->OldEnd);
+    cut.NewBegin = slotsUpTo(found->NewStart) + 1;
+    // Only what is quiet is left out. The quietest moment of full music belongs to somebody.
+    const auto isLoud = [&](int32_t slot) {
+        return Ring.AudioLevels[static_cast<size_t>(RingSlot(change + slot))] > QuietLevel;
+    };
+    bool loud = false;
+    for (int32_t slot = cut.OldEnd; slot < cut.NewBegin; ++slot) loud = loud || isLoud(slot);
+    if (loud) cut.OldEnd = cut.NewBegin = (cut.OldEnd + cut.NewBegin) / 2;
+    return cut;
+}
+
+}  // namespace Corvetape

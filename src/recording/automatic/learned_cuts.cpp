@@ -1,0 +1,59 @@
+#include "recording/automatic/learned_cuts.h"
+
+#include <utility>
+
+#include "core/text/placeholders.h"
+
+namespace Corvetape {
+
+namespace {
+
+constexpr uint64_t LargestFile = 65'536;
+constexpr const char* Extension = ".cuts";
+
+/// Where a player tells the position of its track, the cut is expected there.
+CutPrior NewPrior(bool exact) {
+    CutPrior prior;
+    if (exact) prior.LearnCorrection(0);
+    return prior;
+}
+
+}  // namespace
+
+LearnedCuts::LearnedCuts(Files& disk, std::string folder, const Settings& settings)
+    : Disk(disk), Folder(std::move(folder)), Options(settings) {}
+
+std::string LearnedCuts::PathOf(const std::string& source, bool exact) const {
+    const std::string name = SafePathPart(source.empty() ? "unknown" : source);
+    return Folder + "/" + name + (exact ? ".track" : "") + Extension;
+}
+
+CutPrior& LearnedCuts::Of(const std::string& source, bool exact) {
+    const std::string path = PathOf(source, exact);
+    const auto known = Known.find(path);
+    if (known != Known.end()) return known->second;
+    CutPrior prior = NewPrior(exact);
+    if (Options.LearnCuts) {
+        const auto text = Disk.ReadAll(path, LargestFile);
+        if (const auto read = text ? CutPrior::FromText(*text) : std::nullopt) prior = *read;
+    }
+    return Known.emplace(path, std::move(prior)).first->second;
+}
+
+void LearnedCuts::Store(const std::string& source, bool exact) {
+    if (!Options.LearnCuts) return;
+    const std::string text = Of(source, exact).Text();
+    const std::string path = PathOf(source, exact);
+    if (Disk.ReplaceQuickly(path, text)) return;
+    Disk.MakeFolder(Folder);  // the first time it is missing; a disk that refuses costs what was learned
+    Disk.ReplaceQuickly(path, text);
+}
+
+void LearnedCuts::Forget() {
+    Known.clear();
+    for (const FileEntry& entry : Disk.List(Folder)) {
+        if (!entry.IsFolder && entry.Name.ends_with(Extension)) Disk.Delete(Folder + "/" + entry.Name);
+    }
+}
+
+}  // namespace Corvetape

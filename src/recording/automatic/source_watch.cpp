@@ -1,0 +1,65 @@
+#include "recording/automatic/source_watch.h"
+
+#include "core/controls/held.h"
+#include "media/provider_wmp.h"
+
+namespace Corvetape {
+
+namespace {
+
+constexpr int64_t NanosecondsPerMs = 1'000'000;
+
+}  // namespace
+
+std::string NameToLearnBy(const std::string& player) {
+    constexpr std::string_view prefix = "org.mpris.MediaPlayer2.";
+    std::string name = player.starts_with(prefix) ? player.substr(prefix.size()) : player;
+    return name.substr(0, name.find(".instance"));
+}
+
+SourceWatch::SourceWatch(SourceWatchParts parts) : Parts(parts) {
+    Parts.Form.tmrGetMediaData.Timer.Connect([this] { Tick(); });
+}
+
+void SourceWatch::Tick() {
+    const bool active = Parts.Recorder.Active();
+    if (Parts.Bridge != nullptr) Parts.Bridge->FirstCounts(active);
+    if (!active || Busy) return;
+    const Held busy(Busy);
+    Parts.Media.PreviousMedia = Parts.Media.CurrentMedia;
+    Parts.Providers.GetStationData();
+    Parts.Providers.LoadImage();
+    Parts.Recorder.Look(Look());
+}
+
+SourceLook SourceWatch::Look() {
+    const MediaState& media = Parts.Media;
+    SourceLook look;
+    look.Slot = Parts.Recorder.Hear();
+    look.Media = media.CurrentMedia;
+    const bool byPlayer = Parts.Bridge != nullptr && media.ProviderName == MediaPlayerName;
+    if (byPlayer) {
+        AddPlayer(look, Parts.Bridge->Present());
+    } else if (media.ProviderName != NoStationData) {
+        look.Source = media.ProviderName;
+        look.LearnsAs = media.ProviderName;
+    }
+    return look;
+}
+
+void SourceWatch::AddPlayer(SourceLook& look, const PlayerReport& player) const {
+    look.Source = player.Player;
+    look.LearnsAs = NameToLearnBy(player.Player);
+    look.Status = player.Status;
+    look.Others = Parts.Bridge->OthersPlay();
+    if (player.Playing) look.Media = WithNameOfFile(look.Media, player.Address);
+    // Of a stream every title is a piece of its own, whatever its player calls it, and has no position.
+    if (player.LengthMs <= 0) return;
+    look.TrackId = player.TrackId + "\n" + player.Address;
+    look.Length = player.LengthMs / BufferMilliseconds;
+    if (player.BeganAtMs < 0) return;
+    const int64_t now = Parts.Clock.MonotonicNanoseconds() / NanosecondsPerMs;
+    look.Position = (now - player.BeganAtMs) / BufferMilliseconds;
+}
+
+}  // namespace Corvetape

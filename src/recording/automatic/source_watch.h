@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+
+#include "core/media_state.h"
+#include "forms/frm_main.h"
+#include "media/player_bridge.h"
+#include "media/provider_choice.h"
+#include "media/title_parts.h"
+#include "platform/clock.h"
+#include "recording/automatic/automatic_recorder.h"
+
+namespace Corvetape {
+
+/// What the watch reads and asks. All of it outlives it.
+struct SourceWatchParts {
+    frmMain& Form;
+    MediaState& Media;
+    const Corvetape::Clock& Clock;
+    ProviderChoice& Providers;
+    PlayerBridge* Bridge = nullptr;  ///< null in a run without players
+    AutomaticRecorder& Recorder;
+};
+
+/// Looks at the source of the media data twice a second with the end of song "Automatic": asks the provider,
+/// and adds what a player says beyond its titles.
+class SourceWatch {
+ public:
+    explicit SourceWatch(SourceWatchParts parts);
+
+ private:
+    void Tick();
+    SourceLook Look();
+    void AddPlayer(SourceLook& look, const PlayerReport& player) const;
+
+    SourceWatchParts Parts;
+    bool Busy = false;  ///< a tick waits for an answer of the user
+};
+
+/// The name that a source's cuts are learned by: that of a player without what tells its copies apart.
+std::string NameToLearnBy(const std::string& player);
+
+}  // namespace Corvetape

@@ -1,0 +1,30 @@
+#include "recording/search_break.h"
+
+#include <utility>
+
+#include "core/controls/message_texts.h"
+
+namespace Corvetape {
+
+void SearchBreak::Begin() {
+    RecordingFlags& flags = Parts.Flags;
+    Parts.Input.EmptyRing();
+    if (flags.RecordCurrentSong && Parts.Song.SongFileOpen()) {
+        Parts.Say.WriteAndShow(ReportKind::Info, Parts.Say.Text(Message::EndedBySearch.Key));
+        Parts.Song.EndWithoutPause();
+        Parts.Song.CloseSongFile();
+    }
+    Wanted = flags.RecordCurrentSong || flags.RecordNextSong;
+    flags.RecordCurrentSong = false;
+    flags.RecordNextSong = false;
+    Parts.Recording.ShowFlags();
+}
+
+void SearchBreak::End() {
+    if (!std::exchange(Wanted, false)) return;
+    // By fixed time no other song will come, so the next piece begins at once.
+    const bool byTime = Parts.Pause.EndOfSongDetection == EndOfSong::FixedTime;
+    Parts.Form.chkStartStop[byTime ? 0 : 1].Value(1);
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,71 @@
+#include "ui/bar_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMouseEvent>
+#include <QMoveEvent>
+#include <QPointer>
+#include <QWindow>
+
+#include "ui/look.h"
+#include "ui/make.h"
+#include "ui/window_keys.h"
+
+namespace Corvetape {
+
+BarWindow::BarWindow(const UiParts& parts, Form& form, BarStyle style)
+    : Parts(parts), Style(style), Own(form) {
+    setObjectName(QString::fromStdString(form.Name()));
+    Qt::WindowFlags flags = Qt::Tool | Qt::WindowStaysOnTopHint;
+    if (Style == BarStyle::Composited) flags |= Qt::FramelessWindowHint;
+    setWindowFlags(flags);
+    setAttribute(Qt::WA_TranslucentBackground, Style == BarStyle::Composited);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setWindowIcon(QIcon(":/ui/icons/corvetape.svg"));
+    DressAsBar(*this);
+    const WindowPlace& place = form.Place();
+    setFixedSize(place.Width / ScreenTwipsPerPixel, place.Height / ScreenTwipsPerPixel);
+    Make<WindowKeys>(*this, Parts.Keys, form, nullptr)->setParent(this);
+    form.Changed.Connect([kept = QPointer<BarWindow>(this)] {
+        if (kept) kept->FollowForm();
+    });
+    FollowForm();
+}
+
+void BarWindow::FollowForm() {
+    const bool before = std::exchange(Following, true);
+    setWindowTitle(QString::fromStdString(Own.Caption()));
+    const QPoint at(Own.Place().Left / ScreenTwipsPerPixel, Own.Place().Top / ScreenTwipsPerPixel);
+    if (pos() != at) move(at);
+    if (isVisible() != Own.Visible()) setVisible(Own.Visible());
+    update();
+    Following = before;
+}
+
+void BarWindow::moveEvent(QMoveEvent* event) {
+    QWidget::moveEvent(event);
+    if (Following) return;
+    WindowPlace place = Own.Place();
+    place.Left = x() * ScreenTwipsPerPixel;
+    place.Top = y() * ScreenTwipsPerPixel;
+    Own.Place(place);
+}
+
+void BarWindow::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    Parts.Bars.CloseBox();
+}
+
+void BarWindow::mousePressEvent(QMouseEvent* event) {
+    PressedAt = event->globalPosition().toPoint();
+}
+
+/// The desktop moves the window, so that a drag is no click.
+void BarWindow::mouseMoveEvent(QMouseEvent* event) {
+    const QPoint way = event->globalPosition().toPoint() - PressedAt;
+    const bool dragged = way.manhattanLength() >= QApplication::startDragDistance();
+    if ((event->buttons() & Qt::LeftButton) && dragged && windowHandle()) windowHandle()->startSystemMove();
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,71 @@
+#include "core/window_place.h"
+
+#include <gtest/gtest.h>
+
+namespace Corvetape::Test {
+namespace {
+
+constexpr TwipSize Bar{1000, 500};
+constexpr TwipSize Screen{20'000, 10'000};
+
+TEST(StoredBarPosition, IsTakenWhereTheBarIsWhollyOnTheScreen) {
+    EXPECT_EQ(StoredBarPosition("300;200;0;0", Bar, Screen), (WindowPosition{300, 200}));
+    EXPECT_EQ(StoredBarPosition("300;200", Bar, Screen), (WindowPosition{300, 200}));
+    EXPECT_EQ(StoredBarPosition("19000;9500", Bar, Screen), (WindowPosition{19'000, 9500}));
+    EXPECT_FALSE(StoredBarPosition("19001;200", Bar, Screen));
+    EXPECT_FALSE(StoredBarPosition("300;9501", Bar, Screen));
+    EXPECT_FALSE(StoredBarPosition("-300;200", Bar, Screen));
+    EXPECT_FALSE(StoredBarPosition("300;-200", Bar, Screen));
+    EXPECT_FALSE(StoredBarPosition("2147483647;200", Bar, Screen));
+}
+
+TEST(StoredBarPosition, ZeroStandsForNone) {
+    EXPECT_FALSE(StoredBarPosition("0;0", Bar, Screen));
+    EXPECT_FALSE(StoredBarPosition("0;200", Bar, Screen));
+    EXPECT_FALSE(StoredBarPosition("300;0", Bar, Screen));
+    EXPECT_FALSE(StoredBarPosition("", Bar, Screen));
+    EXPECT_FALSE(StoredBarPosition("300", Bar, Screen));
+}
+
+TEST(DefaultBarPositions, ThePlainBarIsInTheTopRightCorner) {
+    EXPECT_EQ(DefaultPlainBarPosition(Bar, Screen), (WindowPosition{19'000, 0}));
+}
+
+TEST(DefaultBarPositions, WhereTheMainWindowIsFromTheLeftPlaysNoPartForTheCoverBar) {
+    const WindowPosition at = DefaultCoverBarPosition(Bar, {4000, 700, 9000, 6000});
+    EXPECT_EQ(at, (WindowPosition{8500, 1200}));
+    EXPECT_EQ(DefaultCoverBarPosition(Bar, {0, 700, 9000, 6000}), at);
+}
+
+TEST(DisplayScaling, DoesNothingOnTheDisplayOfTheDesign) {
+    const DisplayScale scale = DisplayScaleOf(12, 12);
+    EXPECT_TRUE(scale.IsDesign());
+    EXPECT_EQ(ScaledPlace({101, 102, 1200, 303}, scale), (WindowPlace{101, 102, 1200, 303}));
+    EXPECT_EQ(ScaledFontSize(8, scale), 8);
+}
+
+TEST(DisplayScaling, KeepsThePixelsOfTheDesign) {
+    const DisplayScale scale = DisplayScaleOf(15, 18);
+    EXPECT_EQ(ScaledPlace({120, 100, 1200, 600}, scale), (WindowPlace{150, 150, 1500, 900}));
+    EXPECT_FLOAT_EQ(ScaledFontSize(8, scale), 12);
+}
+
+TEST(DisplayScaling, LeavesTheFrameOfAWindowAsItIs) {
+    const TwipSize size = ScaledFormSize({1300, 900}, {1200, 600}, DisplayScaleOf(15, 15));
+    EXPECT_EQ(size.Width, 100 + 1500);
+    EXPECT_EQ(size.Height, 300 + 750);
+}
+
+TEST(AnswerTo, AMinimisedWindowHidesOnlyWhereAnIconBringsItBack) {
+    EXPECT_EQ(AnswerTo(WindowState::Minimised, true, false), WindowAnswer::HideToTray);
+    EXPECT_EQ(AnswerTo(WindowState::Minimised, false, false), WindowAnswer::Stay);
+    EXPECT_EQ(AnswerTo(WindowState::Normal, true, true), WindowAnswer::Stay);
+}
+
+TEST(AnswerTo, TheButtonThatMaximisesFlipsTheBarUnlessTheUserWantsALargeWindow) {
+    EXPECT_EQ(AnswerTo(WindowState::Maximised, true, false), WindowAnswer::FlipQuickBar);
+    EXPECT_EQ(AnswerTo(WindowState::Maximised, true, true), WindowAnswer::Stay);
+}
+
+}  // namespace
+}  // namespace Corvetape::Test

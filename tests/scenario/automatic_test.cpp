@@ -1,0 +1,384 @@
+// Songs that end by everything that is known at once: what the user gets of each of the things that happen.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "audio/cut_prior.h"
+#include "scenario/story.h"
+
+namespace Corvetape::Test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+
+/// Most of a song that may be missing at its begin or end, or of its neighbour that may be in it.
+constexpr double WithAGap = 0.1;
+constexpr double WithoutAGap = 0.3;
+
+std::vector<IniLine> AutomaticSettings() {
+    std::vector<IniLine> lines = {{AnySourceSection, "EndOfSongDetection", "3"}};
+    for (const char* source : {ProviderOfRadio, NoStationData})
+        lines.push_back({source, "IgnoreShortSongs", "15"});
+    return lines;
+}
+
+WorldOptions Automatic(RadioScript radio) {
+    WorldOptions options;
+    options.Radio = std::move(radio);
+    options.Settings = AutomaticSettings();
+    return options;
+}
+
+/// Songs one after the other with so much silence between them, each of another sound.
+RadioScript Songs(int count, double seconds, double gap) {
+    RadioScript radio;
+    radio.Pause(3);
+    constexpr std::array<SongSound, 2> sounds = {SongSound::Noise, SongSound::Chord};
+    for (int i = 1; i <= count; ++i) {
+        ScriptSong song;
+        song.Seconds = seconds;
+        song.Seed = static_cast<uint64_t>(i);
+        song.Sound = sounds[static_cast<size_t>(i) % sounds.size()];
+        const std::string text = std::to_string(i);
+        song.Media = {"Radio", "Band " + text, "Song " + text, "Album " + text, ""};
+        radio.Song(std::move(song));
+        if (gap > 0) radio.Silence(gap);
+    }
+    return radio.SilenceForever();
+}
+
+/// A world whose player says what the test says of what the radio plays.
+class PlayerWorld {
+ public:
+    explicit PlayerWorld(RadioScript radio, std::vector<IniLine> more = {})
+        : Place(Options(std::move(radio), std::move(more))) {}
+
+    /// At this second a player plays a track that began at another.
+    void Plays(double second, const std::string& title, double began, const std::string& track = "",
+               const std::string& player = "mpv") {
+        RunTo(Place, second);
+        PlayerReport& report = Reports[player];
+        report.Player = "org.mpris.MediaPlayer2." + player;
+        report.Playing = true;
+        report.Status = PlayerStatus::Playing;
+        report.Artist = "Band";
+        report.Title = title;
+        report.TrackId = track.empty() ? title : track;
+        report.LengthMs = 60'000;
+        report.BeganAtMs = static_cast<int64_t>(began * 1000);
+        Place.Players.Say(report);
+    }
+    void Pauses(double second, PlayerStatus status = PlayerStatus::Paused,
+                const std::string& player = "mpv") {
+        RunTo(Place, second);
+        PlayerReport& report = Reports[player];
+        report.Playing = false;
+        report.Status = status;
+        report.BeganAtMs = -1;
+        Place.Players.Say(report);
+    }
+    void Quits(double second, const std::string& player = "mpv") {
+        RunTo(Place, second);
+        Place.Players.Quit("org.mpris.MediaPlayer2." + player);
+    }
+
+    /// Begins to record before the first sound.
+    void Record() { ASSERT_TRUE(Place.StartRecording()); }
+    void End(double second) {
+        RunTo(Place, second);
+        Place.Finish();
+    }
+
+    World Place;
+    std::map<std::string, PlayerReport> Reports;
+
+ private:
+    static WorldOptions Options(RadioScript radio, std::vector<IniLine> more) {
+        WorldOptions options = Automatic(std::move(radio));
+        options.Settings.insert(options.Settings.end(), more.begin(), more.end());
+        options.TellsTitles = false;
+        options.Connect = [](World& world, Machine& machine, RunOptions&) { machine.Players = &world.Players; };
+        return options;
+    }
+};
+
+/// Where a song was cut, against where it really is.
+void ExpectSong(World& world, const HeardSong& heard, const std::string& title, double begin, double end,
+                double within) {
+    SCOPED_TRACE(title);
+    const double rate = world.Truth()->FramesPerSecond();
+    EXPECT_EQ(heard.Song.Media.Song, title);
+    EXPECT_NEAR(static_cast<double>(heard.RadioBegin) / rate, begin, within);
+    EXPECT_NEAR(static_cast<double>(heard.RadioEnd) / rate, end, within);
+}
+
+/// Expects all songs of the radio to be kept whole, in their order.
+void ExpectAll(World& world, double within) {
+    const std::vector<HeardSong> kept = KeptSongs(world);
+    const auto& songs = world.Truth()->Songs();
+    ASSERT_EQ(kept.size(), songs.size());
+    const double rate = world.Truth()->FramesPerSecond();
+    for (size_t i = 0; i < songs.size(); ++i) {
+        ExpectSong(world, kept[i], songs[i].Media.Song, static_cast<double>(songs[i].Begin) / rate,
+                   static_cast<double>(songs[i].End) / rate, within);
+    }
+}
+
+TEST(Automatic, LateTitlesAndGapsGiveEverySongWhole) {
+    WorldOptions options = Automatic(Songs(6, 40, 1.2));
+    options.TitleDelay = [](size_t) { return 5.0; };
+    World world(std::move(options));
+    ASSERT_TRUE(world.StartRecording());
+    RunTo(world, 320);
+    world.Finish();
+    ExpectAll(world, WithAGap);
+    EXPECT_EQ(MusicComparedWithRadio(world), "");
+}
+
+TEST(Automatic, GapsOfAFifthOfASecondAreEnough) {
+    WorldOptions options = Automatic(Songs(6, 40, 0.2));
+    options.TitleDelay = [](size_t song) { return song % 2 == 0 ? 2.0 : 1.2; };
+    World world(std::move(options));
+    ASSERT_TRUE(world.StartRecording());
+    RunTo(world, 310);
+    world.Finish();
+    ExpectAll(world, WithAGap);
+}
+
+TEST(Automatic, SongsWithoutGapsAreCutWhereTheSoundChanges) {
+    WorldOptions options = Automatic(Songs(8, 40, 0));
+    options.TitleDelay = [](size_t song) { return 2.0 + 0.1 * static_cast<double>(song % 4); };
+    World world(std::move(options));
+    ASSERT_TRUE(world.StartRecording());
+    RunTo(world, 380);
+    world.Finish();
+    ExpectAll(world, WithoutAGap);
+}
+
+TEST(Automatic, SilenceOfThreeSecondsIsInNoSong) {
+    World world(Automatic(Songs(3, 40, 6)));
+    ASSERT_TRUE(world.StartRecording());
+    RunTo(world, 200);
+    world.Finish();
+    ExpectAll(world, WithAGap);
+}
+
+TEST(Automatic, TheLastSongOfAPlayerIsKeptThoughASilenceEndsTheRecording) {
+    PlayerWorld world(Songs(1, 40, 0), {{"NoStationData", "QuitAfterSilence", "3"},
+                                        {ProviderOfRadio, "QuitAfterSilence", "3"}});
+    world.Record();
+    world.Plays(3.1, "Song 1", 3);
+    world.Quits(43.2);
+    RunTo(world.Place, 300);
+    EXPECT_THAT(world.Place.Logged("ERROR"), Contains(Text("707", {"3"}))) << "the silence has ended it";
+    world.Place.Finish();
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 1U);
+    ExpectSong(world.Place, kept[0], "Song 1", 3, 43, WithAGap);
+    EXPECT_EQ(kept[0].Song.Trust.End, Certainty::Sure);
+}
+
+TEST(Automatic, APauseOfThePlayerIsLeftOutAndTheSongGoesOn) {
+    RadioScript radio = Songs(2, 30, 8);
+    PlayerWorld world(std::move(radio));
+    world.Record();
+    world.Plays(3.1, "One", 3);
+    world.Pauses(33.3);
+    world.Plays(41.2, "One", 11);
+    world.Quits(71.3);
+    world.End(90);
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 1U);
+    EXPECT_EQ(kept[0].Song.Media.Song, "One");
+    const double seconds = static_cast<double>(kept[0].Song.Frames) / 44100;
+    EXPECT_NEAR(seconds, 60, WithAGap);
+    EXPECT_EQ(kept[0].Song.Trust.PausesCut, 1);
+    EXPECT_THAT(world.Place.Logged("INFO"), Contains(Text("1656", {"Band - One", "1"})));
+}
+
+TEST(Automatic, ALongPauseOfThePlayerLosesNothingOfItsSong) {
+    PlayerWorld world(Songs(2, 30, 90));
+    world.Record();
+    world.Plays(3.1, "One", 3);
+    world.Pauses(33.3);
+    world.Plays(123.2, "One", 93);
+    world.Quits(153.3);
+    world.End(170);
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 1U);
+    EXPECT_NEAR(static_cast<double>(kept[0].Song.Frames) / 44100, 60, WithAGap);
+}
+
+TEST(Automatic, ASongSkippedEarlyIsShortAndItsNeighboursAreClean) {
+    RadioScript radio;
+    radio.Pause(3);
+    uint64_t seed = 0;
+    for (const double seconds : {40.0, 10.0, 40.0}) {
+        ScriptSong song;
+        song.Seconds = seconds;
+        song.Seed = ++seed;
+        song.Sound = seed == 2 ? SongSound::Chord : SongSound::Noise;
+        song.PeakLeft = song.PeakRight = static_cast<int16_t>(6000 * seed);
+        radio.Song(std::move(song));
+    }
+    radio.SilenceForever();
+    PlayerWorld world(std::move(radio));
+    world.Record();
+    world.Plays(3.1, "One", 3);
+    world.Plays(43.1, "Two", 43);
+    world.Plays(53.1, "Three", 53);
+    world.Quits(93.2);
+    world.End(110);
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 2U);
+    ExpectSong(world.Place, kept[0], "One", 3, 43, WithoutAGap);
+    ExpectSong(world.Place, kept[1], "Three", 53, 93, WithoutAGap);
+    const auto isShort = [](const HeardSong& song) { return song.Song.Fate == SongFate::Short; };
+    const auto skipped = std::ranges::find_if(world.Place.Closed, isShort);
+    ASSERT_NE(skipped, world.Place.Closed.end());
+    EXPECT_EQ(skipped->Song.Media.Song, "Two");
+}
+
+TEST(Automatic, TheSameTitleWithANewTrackIsASongOfItsOwn) {
+    PlayerWorld world(Songs(2, 40, 0), {{"Options", "SameName", "2"}});
+    world.Record();
+    world.Plays(3.1, "One", 3, "1");
+    world.Plays(43.1, "One", 43, "2");
+    world.Quits(83.2);
+    world.End(100);
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 2U);
+    ExpectSong(world.Place, kept[0], "One", 3, 43, WithoutAGap);
+    ExpectSong(world.Place, kept[1], "One", 43, 83, WithoutAGap);
+}
+
+TEST(Automatic, ASecondPlayerMixesBothSongsAndRenamesNone) {
+    PlayerWorld world(Songs(2, 40, 0));
+    world.Record();
+    world.Plays(3.1, "One", 3);
+    world.Plays(30.1, "Other", 30, "9", "vlc");
+    world.Quits(43.2);
+    world.Quits(83.2, "vlc");
+    world.End(100);
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 2U);
+    EXPECT_EQ(kept[0].Song.Media.Song, "One");
+    EXPECT_TRUE(kept[0].Song.Trust.Mixed);
+    EXPECT_FALSE(kept[0].Song.Whole);
+    EXPECT_EQ(kept[1].Song.Media.Song, "Other");
+    EXPECT_TRUE(kept[1].Song.Trust.Mixed);
+    EXPECT_FALSE(kept[1].Song.Whole);
+}
+
+TEST(Automatic, ADropoutEndsNoSongAndIsReported) {
+    RadioScript radio;
+    ScriptSong song;
+    song.Seconds = 25;
+    song.Media = {"Radio", "Band", "One", "", ""};
+    radio.Pause(3).Song(song).Silence(0.11).Song(song).SilenceForever();
+    World world(Automatic(std::move(radio)));
+    ASSERT_TRUE(world.StartRecording());
+    RunTo(world, 80);
+    world.Finish();
+    const auto kept = KeptSongs(world);
+    ASSERT_EQ(kept.size(), 1U);
+    ExpectSong(world, kept[0], "One", 3, 53.11, WithAGap);
+    EXPECT_EQ(kept[0].Song.Trust.Dropouts, 1);
+    EXPECT_THAT(world.Logged("INFO"), Contains(Text("1652", {"Band - One", "1"})));
+}
+
+TEST(Automatic, AFileWithoutTagsIsNamedByItsFile) {
+    PlayerWorld world(Songs(1, 40, 0));
+    world.Record();
+    RunTo(world.Place, 3.1);
+    PlayerReport& report = world.Reports["mpv"];
+    report.Address = "file:///music/Old%20Tape%203.flac";
+    world.Plays(3.1, "Old Tape 3.flac", 3);
+    report.Artist.clear();
+    world.Place.Players.Say(report);
+    world.Quits(43.2);
+    world.End(60);
+    EXPECT_THAT(KeptTitles(world.Place), ElementsAre("Old Tape 3"));
+}
+
+TEST(Automatic, AStationThatStaysInAllTitlesIsNoPartOfThem) {
+    RadioScript radio = Songs(3, 40, 1);
+    for (RadioScript::Item& item : radio.Items) {
+        if (item.Song.Media.Song.empty()) continue;
+        item.Song.Media = {"", "", item.Song.Media.Song + " | Radio Nowhere", "", ""};
+    }
+    World world(Automatic(std::move(radio)));
+    ASSERT_TRUE(world.StartRecording());
+    RunTo(world, 150);
+    world.Finish();
+    EXPECT_THAT(KeptTitles(world), ElementsAre("Song 1", "Song 2", "Song 3"));
+}
+
+TEST(Automatic, WithoutTitlesSongsEndBySilenceAndAreNumberedByTime) {
+    WorldOptions options = Automatic(Songs(3, 40, 4));
+    options.TellsTitles = false;
+    World world(std::move(options));
+    ASSERT_TRUE(world.StartRecording());
+    RunTo(world, 160);
+    world.Finish();
+    const auto kept = KeptSongs(world);
+    ASSERT_EQ(kept.size(), 3U);
+    for (const HeardSong& song : kept) {
+        EXPECT_EQ(song.Song.Media.Song, "");
+        EXPECT_NEAR(static_cast<double>(song.Song.Frames) / 44100, 40, WithAGap);
+    }
+}
+
+TEST(Automatic, AnAdvertisementInTheTitleCutsNothing) {
+    PlayerWorld world(Songs(1, 80, 0));
+    world.Record();
+    PlayerReport& report = world.Reports["mpv"];
+    const auto says = [&](double second, const std::string& title) {
+        world.Plays(second, title, 3);
+        report.LengthMs = 0;  // a stream
+        world.Place.Players.Say(report);
+    };
+    says(3.1, "One");
+    says(30, "Buy this");
+    says(37, "One");
+    world.Quits(83.2);
+    world.End(100);
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 1U);
+    ExpectSong(world.Place, kept[0], "One", 3, 83, WithAGap);
+}
+
+TEST(Automatic, WhatIsLearnedOfASourceIsKeptForTheNextRunUntilItIsForgotten) {
+    WorldOptions options = Automatic(Songs(3, 40, 1.2));
+    options.TitleDelay = [](size_t) { return 3.0; };
+    World world(std::move(options));
+    ASSERT_TRUE(world.StartRecording());
+    RunTo(world, 150);
+    const std::string file = std::string(LogFolder) + "/cuts/" + RadioName + ".cuts";
+    ASSERT_TRUE(world.Disk().Exists(file));
+    const auto learned = CutPrior::FromText(*world.Disk().Content(file));
+    ASSERT_TRUE(learned.has_value());
+    EXPECT_GE(learned->Songs(), 2U);
+    world.Form().cmdForgetCuts.Press();
+    EXPECT_FALSE(world.Disk().Exists(file));
+    world.Finish();
+}
+
+TEST(Automatic, ARecordingThatIsSwitchedToAnotherModeLosesNothing) {
+    World world(Automatic(Songs(3, 40, 2)));
+    ASSERT_TRUE(world.StartRecording());
+    RunTo(world, 60);
+    world.Form().optEndOfSong[0].Press();
+    RunTo(world, 100);
+    world.Form().optEndOfSong[3].Press();
+    RunTo(world, 170);
+    world.Finish();
+    EXPECT_EQ(MusicComparedWithRadio(world), "");
+    EXPECT_EQ(KeptSongs(world).size(), 3U);
+}
+
+}  // namespace
+}  // namespace Corvetape::Test

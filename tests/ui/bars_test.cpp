@@ -1,0 +1,142 @@
+// The floating bars as windows, and the keys that all windows share.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+#include <QToolButton>
+
+#include "ui/cover_bar.h"
+#include "ui/quick_bar.h"
+#include "ui/text_keys.h"
+#include "ui/ui_world.h"
+
+namespace Corvetape::Test {
+namespace {
+
+struct Bars {
+    Bars() {
+        world.RunFor(5);
+        State& state = world.Recorder->Values();
+        world.Recorder->Bars().Load({1920 * 15, 1080 * 15});
+        plain = std::make_unique<QuickBarWindow>(*world.Ui, state.PlainBar, BarStyle::Plain);
+        cover = std::make_unique<CoverBarWindow>(*world.Ui, state.CoverBar, BarStyle::Plain);
+    }
+
+    UiWorld world;
+    std::unique_ptr<QuickBarWindow> plain;
+    std::unique_ptr<CoverBarWindow> cover;
+};
+
+void PressKey(QWidget* widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QKeyEvent event(QEvent::KeyPress, key, modifiers);
+    QApplication::sendEvent(widget, &event);
+}
+
+TEST(Bars, FollowTheirForms) {
+    Bars bars;
+    EXPECT_TRUE(bars.cover->isVisible());
+    EXPECT_FALSE(bars.plain->isVisible());
+    EXPECT_EQ(bars.cover->size(), QSize(106, 107));
+    bars.world.Recorder->Bars().SwitchDesign();
+    EXPECT_FALSE(bars.cover->isVisible());
+    EXPECT_TRUE(bars.plain->isVisible());
+    EXPECT_EQ(bars.plain->pos(), bars.cover->pos());
+    bars.plain->move(40, 50);
+    EXPECT_EQ(bars.world.Recorder->Values().PlainBar.Place().Left, 600);
+    EXPECT_EQ(bars.world.Recorder->Values().PlainBar.Place().Top, 750);
+}
+
+TEST(Bars, TheirButtonsAreNamedAndPressTheirControls) {
+    Bars bars;
+    for (const char* name :
+         {"cmdStartStop", "cmdSkipThisRecording", "cmdQuickRecord", "cmdMinMax", "cmdSwitchDesign"}) {
+        const auto* const button = bars.plain->findChild<QPushButton*>(name);
+        ASSERT_NE(button, nullptr) << name;
+        EXPECT_FALSE(button->accessibleName().isEmpty() && button->toolTip().isEmpty()) << name;
+    }
+    bars.plain->findChild<QPushButton*>("cmdStartStop")->click();
+    EXPECT_EQ(bars.world.Form().chkStartStop[0].Value(), 1);
+    bars.cover->findChild<QToolButton*>("imgStop")->click();
+    EXPECT_EQ(bars.world.Form().chkStartStop[0].Value(), 0);
+    bars.plain->findChild<QPushButton*>("cmdMinMax")->click();
+    EXPECT_FALSE(bars.world.Window->isVisible());
+    bars.plain->findChild<QPushButton*>("cmdMinMax")->click();
+    EXPECT_TRUE(bars.world.Window->isVisible());
+}
+
+TEST(Bars, AreClosedByTheCheckBox) {
+    Bars bars;
+    bars.cover->close();
+    EXPECT_EQ(bars.world.Form().chkQuickButtons.Value(), 1);
+    EXPECT_FALSE(bars.cover->isVisible());
+    auto* const button = bars.world.Find<QToolButton>("chkQuickButtons");
+    EXPECT_FALSE(button->isChecked());
+    button->click();
+    EXPECT_TRUE(bars.cover->isVisible());
+    EXPECT_TRUE(button->isChecked());
+}
+
+TEST(Bars, ShowTheSong) {
+    Bars bars;
+    bars.world.RunFor(20);
+    const QString song = bars.cover->findChild<QLabel*>("lblSong")->text();
+    EXPECT_EQ(song.toStdString(), bars.world.Form().txtSong.Text());
+    EXPECT_TRUE(bars.plain->windowTitle().contains(song));
+}
+
+TEST(Keys, EachWindowAsksForItsPage) {
+    Bars bars;
+    auto& pages = bars.world.Pages;
+    bars.world.Form().tbsMain.Select("TAB_PAUSE");
+    PressKey(bars.world.Find<QWidget>("txtLengthOfPause"), Qt::Key_F1);
+    EXPECT_EQ(pages.Page, "pauserecognition.htm");
+    EXPECT_TRUE(pages.Online);
+    PressKey(bars.world.Window.get(), Qt::Key_F1, Qt::AltModifier);
+    EXPECT_FALSE(pages.Online);
+    PressKey(bars.world.Window.get(), Qt::Key_F3);
+    EXPECT_EQ(pages.Page, "search.htm");
+    EXPECT_FALSE(bars.world.Recorder->Values().Lifecycle.WizardRequested);
+    PressKey(bars.cover.get(), Qt::Key_F12, Qt::AltModifier);
+    EXPECT_EQ(pages.Page, "quickbuttons.htm");
+    EXPECT_TRUE(pages.Online);
+    PressKey(bars.plain.get(), Qt::Key_F2);
+    EXPECT_EQ(pages.Page, "wizard.htm");
+    EXPECT_TRUE(bars.world.Recorder->Values().Lifecycle.WizardRequested);
+}
+
+TEST(Keys, TheTextAboutTheKeysActsLikeF12) {
+    UiWorld world;
+    world.Form().tbsMain.Select("TAB_ABOUT");
+    world.Find<QPushButton>("txtlblF1")->click();
+    EXPECT_EQ(world.Pages.Page, "about.htm");
+    EXPECT_TRUE(world.Pages.Online);
+}
+
+TEST(Maximising, FlipsTheBarAndKeepsTheSize) {
+    Bars bars;
+    const QSize before = bars.world.Window->size();
+    bars.world.Window->setWindowState(Qt::WindowMaximized);
+    QApplication::processEvents();
+    EXPECT_FALSE(bars.world.Window->isMaximized());
+    EXPECT_EQ(bars.world.Window->size(), before);
+    EXPECT_EQ(bars.world.Form().chkQuickButtons.Value(), 1);
+    bars.world.Form().chkMaximizeButton.Press();
+    bars.world.Window->setWindowState(Qt::WindowMaximized);
+    QApplication::processEvents();
+    EXPECT_TRUE(bars.world.Window->isMaximized());
+    EXPECT_EQ(bars.world.Form().chkQuickButtons.Value(), 1);
+}
+
+TEST(Minimising, WithoutAnIconOnlyMinimises) {
+    UiWorld world;
+    world.Window->showMinimized();
+    QApplication::processEvents();
+    EXPECT_TRUE(world.Window->isMinimized());
+    EXPECT_TRUE(world.Form().Visible());
+}
+
+}  // namespace
+}  // namespace Corvetape::Test

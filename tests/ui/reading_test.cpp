@@ -1,0 +1,116 @@
+// Who cannot see the window, or reads it in another language or at another size, finds the same in it.
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QSlider>
+#include <QStackedWidget>
+
+#include <QApplication>
+#include <QDropEvent>
+#include <chrono>
+
+#include "ui/binders.h"
+#include "ui/ui_world.h"
+
+namespace Corvetape::Test {
+namespace {
+
+class Reading : public testing::TestWithParam<const char*> {};
+
+template <typename Visit>
+void ForEachShown(UiWorld& world, Visit visit) {
+    for (const std::string& key : world.TabKeys()) {
+        world.Form().tbsMain.Select(key);
+        world.RunFor(1);
+        QApplication::processEvents();
+        for (QWidget* widget : world.Window->findChildren<QWidget*>()) {
+            if (widget->isVisibleTo(world.Window.get())) visit(key, widget);
+        }
+    }
+}
+
+TEST_P(Reading, EverythingThatTakesTheKeyboardHasANameForThoseWhoCannotSeeIt) {
+    UiWorld world(GetParam());
+    world.RunFor(5);
+    ForEachShown(world, [](const std::string& key, QWidget* widget) {
+        const bool control = qobject_cast<QAbstractButton*>(widget) || qobject_cast<QLineEdit*>(widget) ||
+                             qobject_cast<QComboBox*>(widget) || qobject_cast<QListView*>(widget) ||
+                             qobject_cast<QPlainTextEdit*>(widget) || qobject_cast<QSlider*>(widget);
+        if (!control || widget->objectName().isEmpty() || widget->objectName().startsWith("qt_")) return;
+        QAccessibleInterface* const seen = QAccessible::queryAccessibleInterface(widget);
+        ASSERT_NE(seen, nullptr);
+        const QString name = seen->text(QAccessible::Name) + widget->toolTip();
+        EXPECT_FALSE(name.trimmed().isEmpty()) << key << " " << widget->objectName().toStdString();
+    });
+}
+
+TEST_P(Reading, NoTextIsCutOff) {
+    UiWorld world(GetParam());
+    world.RunFor(5);
+    world.Window->resize(976, 720);
+    ForEachShown(world, [](const std::string& key, QWidget* widget) {
+        const auto* const button = qobject_cast<QAbstractButton*>(widget);
+        const auto* const label = qobject_cast<QLabel*>(widget);
+        const QString text = button ? button->text() : (label && !label->wordWrap() ? label->text() : "");
+        // The message of the status line gives way to the others.
+        if (text.isEmpty() || widget->sizePolicy().horizontalPolicy() == QSizePolicy::Ignored) return;
+        EXPECT_GE(widget->width(), widget->fontMetrics().horizontalAdvance(text))
+            << key << " " << widget->objectName().toStdString() << ": " << text.toStdString();
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, Reading, testing::Values("english", "german"));
+
+TEST(LongLists, AreSearchedByTypingWithoutAPause) {
+    UiWorld world;
+    std::vector<ListItem> items;
+    for (int i = 0; i < 100'000; ++i) items.push_back({"Song " + std::to_string(i + 100'000)});
+    items[77'777].Text = "Zebra";
+    world.Form().lstWatch[1].Items(std::move(items));
+    auto* const list = world.Find<QListView>("lstWatch_1");
+    ASSERT_EQ(list->model()->rowCount(), 100'000);
+    const auto begun = std::chrono::steady_clock::now();
+    list->keyboardSearch("Zeb");
+    EXPECT_EQ(list->currentIndex().row(), 77'777);
+    // A song may not wait for it: the buffers of the input last for 1.5 s.
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::milliseconds(1500));
+}
+
+TEST(Dropping, MusicFilesAreAddedAndWithCtrlTakenOff) {
+    UiWorld world;
+    world.Form().tbsMain.Select("TAB_EXCLUDE");
+    auto* const view = world.Find<QListView>("lstWatch_1");
+    const auto drop = [&](Qt::KeyboardModifiers keys) {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile("/music/Rain.mp3"), QUrl::fromLocalFile("/music/notes.txt")});
+        QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, keys);
+        QApplication::sendEvent(view->viewport(), &enter);
+        EXPECT_TRUE(enter.isAccepted());
+        QDropEvent event(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, keys);
+        QApplication::sendEvent(view->viewport(), &event);
+    };
+    drop(Qt::NoModifier);
+    ASSERT_EQ(world.Form().lstWatch[1].Items().size(), 1U);
+    EXPECT_EQ(world.Form().lstWatch[1].Items()[0].Text, "Rain");
+    drop(Qt::ControlModifier);
+    EXPECT_TRUE(world.Form().lstWatch[1].Items().empty());
+}
+
+TEST(Dropping, OtherThingsAreRefused) {
+    UiWorld world;
+    QMimeData data;
+    data.setText("Rain");
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(world.Find<QListView>("lstWatch_0")->viewport(), &enter);
+    EXPECT_FALSE(enter.isAccepted());
+}
+
+}  // namespace
+}  // namespace Corvetape::Test
