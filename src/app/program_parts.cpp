@@ -16,7 +16,7 @@ std::string RescueFile(const SettingsStore& store) {
 }
 
 /// Where what was learned of sources is kept.
-std::string LearnedCutsFolder(const Folders& folders) {
+std::string LearnedCutsFolder(Folders& folders) {
     return folders.ShellFolderPath(ShellFolder::AppData) + "/" + ProgramShortName + "/cuts";
 }
 

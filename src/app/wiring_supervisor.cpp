@@ -41,7 +41,7 @@ void AddRecording(SupervisorActions& actions, ProgramParts& parts) {
         if (!parts.Automatic.Active()) parts.Recording.BreakOff();
     };
     actions.AbortSong = [&parts] {
-        if (!parts.Automatic.EndRecording()) parts.Owner.RequestUnload();
+        if (!parts.Automatic.EndRecording()) parts.Requests.End.Raise();
         parts.Writer.AbortSong();
     };
     actions.DrainAudioRing = [&parts] {

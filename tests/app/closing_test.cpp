@@ -119,7 +119,7 @@ TEST_F(RequestDuringTheStart, ToCloseIsCarriedOutWhenTheStartIsThrough) {
     EXPECT_FALSE(Place.Recorder->Running());
     EXPECT_EQ(Place.Ends, 1U);
     EXPECT_THAT(LoggedKinds(Place), testing::ElementsAre("START", "END "));
-    EXPECT_EQ(Desktop.Asked.back(), "RemoveTrayIcon") << "every step of the start, and then those of the end";
+    EXPECT_EQ(Desktop.Asked.back(), "CloseBars") << "every step of the start, and then those of the end";
 }
 
 TEST_F(RequestDuringTheStart, ToCloseIsRefusedOnceAsAnyOther) {

@@ -22,7 +22,7 @@ TEST(Stop, HasItsStepsInTheirOrder) {
                 ElementsAre("FinishAudio", "TakeOverMedia", "CloseSong", "DisableRecording", "CloseCapture",
                             "TransferPendingSong", "DeleteTempFolder", "RestoreMixer", "RestoreSoundScheme",
                             "TellError", "TellInfo", "ReleaseProvider", "LaunchStopApp", "SaveWindowPlace",
-                            "RemoveTrayIcon", "LogEnd"));
+                            "RemoveTrayIcon", "SaveBars", "LogEnd"));
 }
 
 /// The order in which the desktop was asked, boxes were shown and lines were logged.

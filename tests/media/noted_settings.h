@@ -20,6 +20,8 @@ class NotedSettings : public SourceSettings, public SourceMixer {
     }
     void StoreProviderSettings() override { Asked.emplace_back("store"); }
     void UpdateMixer() override { Asked.emplace_back("mixer"); }
+    void ApplyMixer() override { Asked.emplace_back("apply mixer"); }
+    void StoreMixer() override { Asked.emplace_back("store mixer"); }
 
     std::vector<std::string> Asked;
     std::vector<std::string> Loaded;  ///< names of sources

@@ -236,12 +236,12 @@ TEST(SimDesktop, OfTwoProgramsInOnePlaceTheFirstHoldsIt) {
     auto first = std::make_unique<SimMachine>(options);
     SimMachine second(options);
     SimMachine elsewhere;
-    EXPECT_TRUE(first->Instance.Claim());
-    EXPECT_TRUE(first->Instance.Claim());
+    EXPECT_TRUE(first->Desktop.ClaimInstance());
+    EXPECT_TRUE(first->Desktop.ClaimInstance());
     EXPECT_FALSE(second.Desktop.ClaimInstance());
     EXPECT_TRUE(elsewhere.Desktop.ClaimInstance());
     second.Desktop.ActivateOther();
-    first->Instance.ActivateOther();
+    first->Desktop.ActivateOther();
     EXPECT_EQ(options.Place->Activations, 1U);
     first.reset();
     EXPECT_TRUE(second.Desktop.ClaimInstance());

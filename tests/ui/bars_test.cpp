@@ -20,7 +20,7 @@ struct Bars {
     Bars() {
         world.RunFor(5);
         State& state = world.Recorder->Values();
-        world.Recorder->Bars().Load({1920 * 15, 1080 * 15});
+        world.Recorder->Shown().Bars.Load({1920 * 15, 1080 * 15});
         plain = std::make_unique<QuickBarWindow>(*world.Ui, state.PlainBar, BarStyle::Plain);
         cover = std::make_unique<CoverBarWindow>(*world.Ui, state.CoverBar, BarStyle::Plain);
     }
@@ -40,7 +40,7 @@ TEST(Bars, FollowTheirForms) {
     EXPECT_TRUE(bars.cover->isVisible());
     EXPECT_FALSE(bars.plain->isVisible());
     EXPECT_EQ(bars.cover->size(), QSize(106, 107));
-    bars.world.Recorder->Bars().SwitchDesign();
+    bars.world.Recorder->Shown().Bars.SwitchDesign();
     EXPECT_FALSE(bars.cover->isVisible());
     EXPECT_TRUE(bars.plain->isVisible());
     EXPECT_EQ(bars.plain->pos(), bars.cover->pos());

@@ -33,10 +33,10 @@ void Draw(UiWorld& world, const QString& folder, const QString& ending) {
 /// Both bars over a ground that nothing is known of, as a compositor shows them.
 void DrawBars(UiWorld& world, const QString& folder, const QString& ending) {
     State& state = world.Recorder->Values();
-    world.Recorder->Bars().Load({1920 * 15, 1080 * 15});
+    world.Recorder->Shown().Bars.Load({1920 * 15, 1080 * 15});
     QuickBarWindow plain(*world.Ui, state.PlainBar, BarStyle::Composited);
     CoverBarWindow cover(*world.Ui, state.CoverBar, BarStyle::Composited);
-    world.Recorder->Bars().PointerMoved();
+    world.Recorder->Shown().Bars.PointerMoved();
     const std::array<QWidget*, 2> bars{&plain, &cover};
     for (QWidget* bar : bars) {
         bar->setWindowOpacity(1);
