@@ -188,7 +188,8 @@ Program::Next Program::LogStart() {
 }
 
 Program::Next Program::SnapshotMixer() {
-    if (Parts->Rescue.PutBack())
+    // The search may be one that another process has under way.
+    if (Host.Instance.Claim() && Parts->Rescue.PutBack())
         Parts->Journal.WriteLog({"INFO", Parts->Messages.FormatMsg(Message::InputsPutBack.Key)});
     Parts->Mixers.MixerAction(MixerMode::TakeSnapshot);
     return Next::Continue;

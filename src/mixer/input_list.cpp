@@ -13,10 +13,6 @@ namespace Corvetape {
 
 namespace {
 
-std::string UpToNul(const std::string& name) {
-    return name.substr(0, name.find('\0'));
-}
-
 bool CanBeRecorded(const WaveInDevice& device) {
     return (device.dwFormats & (WAVE_FORMAT_4S16 | WAVE_FORMAT_48S16)) != 0;
 }
@@ -29,6 +25,13 @@ bool SameDevices(const std::string& names, const std::string& stored) {
 }
 
 }  // namespace
+
+std::string InputName(const WaveInDevice& device) {
+    std::string name = device.Name.substr(0, device.Name.find('\0'));
+    std::ranges::replace_if(
+        name, [](char each) { return each == '\r' || each == '\n'; }, ' ');
+    return name;
+}
 
 InputList::InputList(InputListParts parts, InputListNotices notices, InputListActions actions)
     : Parts(parts), Notices(notices), Actions(std::move(actions)) {
@@ -71,7 +74,7 @@ std::string InputList::ListDevices() {
     int64_t number = 0;
     Listed = Parts.WaveIn.Devices();
     for (const WaveInDevice& device : Listed) {
-        const std::string name = UpToNul(device.Name);
+        const std::string name = InputName(device);
         const std::string marked =
             device.IsDefault ? Notices.Messages.FormatMsg(Message::DefaultInput.Key, {name}) : "";
         if (CanBeRecorded(device)) list.AddItem(marked.empty() ? name : marked, number);
