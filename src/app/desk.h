@@ -17,7 +17,7 @@ struct Desk {
     LevelDisplay& Levels;  ///< the meter and the statistic of the tab "TAB_AUDIO"
     CoverImages& Covers;
     WatchPages& Lists;
-    SongActions& Songs;                ///< what the user can do with a song of the list of this run
+    SongActions& Songs;  ///< what the user can do with a song of the list of this run
     FloatingBars& Bars;
     const clsLocalizeControls& Texts;  ///< of the chosen language; none before TextsReady
     SettingsStore& Store;

@@ -169,7 +169,8 @@ Program::Next Program::LogStart() {
 }
 
 Program::Next Program::SnapshotMixer() {
-    if (Parts->Rescue.PutBack())
+    // The search may be one that another process has under way.
+    if (Host.Desktop.ClaimInstance() && Parts->Rescue.PutBack())
         Parts->Say.Write(ReportKind::Info, Parts->Say.Text(Message::InputsPutBack.Key));
     Parts->Mixers.MixerAction(MixerMode::TakeSnapshot);
     return Next::Continue;

@@ -154,7 +154,8 @@ void ProgramParts::ConnectEvents() {
 /// What is done at each event of tmr1Second after the tick of the recording.
 void ProgramParts::ConnectTick() {
     if (Run.KeepNotes) {
-        Keeper.emplace(Writer, Notes, NotedState{Memory.Media, Memory.Cut, Memory.Flags, Memory.Pause, Automatic},
+        Keeper.emplace(Writer, Notes,
+                       NotedState{Memory.Media, Memory.Cut, Memory.Flags, Memory.Pause, Automatic},
                        Host.System.RunName());
     }
     Memory.Form.tmr1Second.Timer.Connect([this] {

@@ -7,13 +7,12 @@ namespace Corvetape {
 ChangedLine::ChangedLine(modMixer& mixers, MixerDevice& device, const MIXERLINE& line)
     : Mixers(mixers), Device(device), Line(line) {}
 
-void ChangedLine::Set(uint32_t controlType, int32_t value) {
+bool ChangedLine::Set(uint32_t controlType, int32_t value) {
     if (std::ranges::find(Changes, controlType, &Changed::ControlType) == Changes.end()) {
         const int32_t before = Get(controlType);
         if (before != -1) Changes.push_back({controlType, before});
     }
-    // An item without a slot cannot be selected; the search then hears what was selected before.
-    static_cast<void>(Mixers.MixerLineAction(Device, Line, {MixerMode::SetValue, controlType, value}));
+    return Mixers.MixerLineAction(Device, Line, {MixerMode::SetValue, controlType, value}).has_value();
 }
 
 int32_t ChangedLine::Get(uint32_t controlType) const {

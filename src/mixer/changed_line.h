@@ -13,8 +13,9 @@ class ChangedLine {
     /// `mixers` and `device` outlive it.
     ChangedLine(modMixer& mixers, MixerDevice& device, const MIXERLINE& line);
 
-    /// Sets the first control of a type; nothing if the line has none.
-    void Set(uint32_t controlType, int32_t value);
+    /// Sets the first control of a type; nothing if the line has none. False if an item cannot be selected,
+    /// as it has no slot.
+    bool Set(uint32_t controlType, int32_t value);
 
     /// The value of the first control of a type, as modMixer::MixerLineAction answers.
     int32_t Get(uint32_t controlType) const;

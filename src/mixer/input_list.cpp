@@ -12,10 +12,6 @@ namespace Corvetape {
 
 namespace {
 
-std::string UpToNul(const std::string& name) {
-    return name.substr(0, name.find('\0'));
-}
-
 bool CanBeRecorded(const WaveInDevice& device) {
     return (device.dwFormats & (WAVE_FORMAT_4S16 | WAVE_FORMAT_48S16)) != 0;
 }
@@ -28,6 +24,13 @@ bool SameDevices(const std::string& names, const std::string& stored) {
 }
 
 }  // namespace
+
+std::string InputName(const WaveInDevice& device) {
+    std::string name = device.Name.substr(0, device.Name.find('\0'));
+    std::ranges::replace_if(
+        name, [](char each) { return each == '\r' || each == '\n'; }, ' ');
+    return name;
+}
 
 InputList::InputList(InputListParts parts, InputDevice& device, Reporter& say)
     : Parts(parts), Device(device), Say(say) {
@@ -70,9 +73,8 @@ std::string InputList::ListDevices() {
     int64_t number = 0;
     Listed = Parts.WaveIn.Devices();
     for (const WaveInDevice& device : Listed) {
-        const std::string name = UpToNul(device.Name);
-        const std::string marked =
-            device.IsDefault ? Say.Text(Message::DefaultInput.Key, {name}) : "";
+        const std::string name = InputName(device);
+        const std::string marked = device.IsDefault ? Say.Text(Message::DefaultInput.Key, {name}) : "";
         if (CanBeRecorded(device)) list.AddItem(marked.empty() ? name : marked, number);
         names += name + ";";
         ++number;

@@ -24,6 +24,10 @@ struct InputListParts {
     const LifecycleFlags& Lifecycle;  ///< an unattended program shows no boxes
 };
 
+/// The name of an input as people see it: up to its first NUL, in one line. The settings file keeps no
+/// others, and a name that came back changed would count as another device at each start.
+std::string InputName(const WaveInDevice& device);
+
 /// The inputs that can be recorded from, as cmbInputDevices lists them. Selecting an entry is what opens a
 /// device; the program has no other start for it.
 class InputList {

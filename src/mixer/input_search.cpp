@@ -1,7 +1,5 @@
 #include "mixer/input_search.h"
 
-#include <algorithm>
-
 #include "core/controls/message_texts.h"
 #include "mixer/mixer_line.h"
 
@@ -60,8 +58,8 @@ std::string InputSearch::TryLines(MixerDevice& device, const MIXERLINE& recordin
         if (item == -1) continue;
         ChangedLine line(Parts.Mixers, device, *source);
         line.Set(MIXERCONTROL_CONTROLTYPE_VOLUME, FullVolume);
-        destination.Set(MIXERCONTROL_CONTROLTYPE_MUX, item);
-        const Verdict verdict = Listen(source->szName);
+        const bool selected = destination.Set(MIXERCONTROL_CONTROLTYPE_MUX, item);
+        const Verdict verdict = selected ? Listen(source->szName) : Verdict::Silent;
         if (verdict == Verdict::Ended) return {};
         if (verdict == Verdict::Confirmed) return source->szName;
         Reject(line, verdict);
@@ -88,7 +86,7 @@ std::string InputSearch::SearchInputDevice() {
             const auto number = static_cast<int32_t>(id);
             const auto device = Parts.Mixers.OpenWaveIn(inputs[id].Id);
             if (!Parts.Inputs.OpenToListen(number)) continue;
-            if (device) found = TryDevice(inputs[id].Name.substr(0, inputs[id].Name.find('\0')), *device);
+            if (device) found = TryDevice(InputName(inputs[id]), *device);
             if (!found.empty()) Parts.Inputs.WaveInDeviceId(number);
             if (!Parts.Wait.Ended()) Parts.Inputs.CloseDevice();
         }
@@ -111,20 +109,21 @@ std::string InputSearch::TryDevice(const std::string& name, MixerDevice& device)
 std::string InputSearch::TryDestination(const std::string& name, MixerDevice& device, const MIXERLINE& line) {
     ChangedLine changed(Parts.Mixers, device, line);
     SwitchOn(changed);
-    if (changed.Get(MIXERCONTROL_CONTROLTYPE_VOLUME) == -1) return {};
-    const std::vector<Port> ports = PortsOf(device, line);
-    bool refused = false;
-    for (size_t i = 0; i < std::max<size_t>(ports.size(), 1); ++i) {
-        // A port may bring a volume of its own, so it comes first.
-        if (!ports.empty()) changed.Set(MIXERCONTROL_CONTROLTYPE_MUX, ports[i].Item);
-        changed.Set(MIXERCONTROL_CONTROLTYPE_VOLUME, FullVolume);
-        const std::string input = ports.empty() ? name : name + ", " + ports[i].Name;
+    std::vector<Port> ports = PortsOf(device, line);
+    if (ports.empty()) ports.emplace_back();
+    const bool audible = changed.Get(MIXERCONTROL_CONTROLTYPE_VOLUME) != -1;
+    for (size_t i = 0; audible && i < ports.size(); ++i) {
+        const Port& port = ports[i];
+        if (port.Item != -1 && !changed.Set(MIXERCONTROL_CONTROLTYPE_MUX, port.Item)) continue;
+        ChangedLine level(Parts.Mixers, device, line);  // a port may have a volume of its own
+        level.Set(MIXERCONTROL_CONTROLTYPE_VOLUME, FullVolume);
+        const std::string input = port.Item == -1 ? name : name + ", " + port.Name;
         const Verdict verdict = Listen(input);
         if (verdict == Verdict::Ended) return {};
         if (verdict == Verdict::Confirmed) return input;
-        refused = refused || verdict == Verdict::Refused;
+        Reject(level, verdict);
     }
-    Reject(changed, refused ? Verdict::Refused : Verdict::Silent);
+    if (Parts.Settings.KeepRejectedInputs) changed.PutBack();
     return {};
 }
 

@@ -56,7 +56,7 @@ class InputSearch {
 
     /// A source line that a selector can choose.
     struct Port {
-        int32_t Item = 0;
+        int32_t Item = -1;  ///< -1: there is no choice
         std::string Name;
     };
     class Session;

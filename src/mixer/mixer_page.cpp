@@ -70,7 +70,8 @@ bool MixerPage::AskAndSearch() {
         SearchEnds.Raise();
         return false;
     }
-    Search();
+    // The box that reports changed inputs may have been open when the program ended.
+    if (!Tools.Wait.Ended()) Search();
     return true;
 }
 

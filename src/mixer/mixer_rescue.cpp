@@ -12,6 +12,21 @@ namespace Corvetape {
 
 namespace {
 
+/// A device's name as the name of a section: sections do not tell capitals from small letters, and cannot
+/// hold line ends.
+std::string SectionOf(const std::string& device) {
+    std::string section;
+    for (const char each : device) {
+        const bool small = (each >= 'a' && each <= 'z') || (each >= '0' && each <= '9');
+        if (small || each == '.' || each == '_' || each == '-') {
+            section += each;
+        } else {
+            section += "%" + std::to_string(static_cast<unsigned char>(each)) + "%";
+        }
+    }
+    return section;
+}
+
 /// Visits the controls of the lines that feed wave-in, each with its name on its device. A selector comes
 /// before the values, since a port may bring its own volume.
 template <typename Visit>
@@ -37,9 +52,10 @@ MixerRescue::MixerRescue(Mixer& mixer, Files& files, std::string path)
     : Devices(mixer), Disk(files), Path(std::move(path)) {}
 
 void MixerRescue::Keep() {
+    PutBack();  // what a run before this one has left: its start may have found no sound server
     Kept.clear();
     ForInputs(Devices, [this](MixerDevice& device, const MIXERCONTROL& control, const std::string& key) {
-        Kept[device.Caps().szPname][key] = GetMixerControl(device, control);
+        Kept[SectionOf(device.Caps().szPname)][key] = GetMixerControl(device, control);
     });
     Profile file(Disk, Path, WriteCare::Process);
     for (const auto& [name, values] : Kept) {
@@ -51,6 +67,7 @@ void MixerRescue::Keep() {
 }
 
 void MixerRescue::Forget() {
+    if (Kept.empty()) return;  // a file that is there all the same waits for a machine with mixers
     Kept.clear();
     Disk.Delete(Path);  // one that stays is put back needlessly at the next start
 }
@@ -69,7 +86,7 @@ bool MixerRescue::PutBack() {
     if (Kept.empty()) ReadFile();
     if (Kept.empty() || Devices.CountDevices() == 0) return false;
     ForInputs(Devices, [this](MixerDevice& device, const MIXERCONTROL& control, const std::string& key) {
-        const auto values = Kept.find(device.Caps().szPname);
+        const auto values = Kept.find(SectionOf(device.Caps().szPname));
         if (values == Kept.end()) return;
         const auto value = values->second.find(key);
         if (value == values->second.end() || GetMixerControl(device, control) == value->second) return;

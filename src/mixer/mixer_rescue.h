@@ -17,7 +17,8 @@ class MixerRescue {
     /// Both outlive it. The folder of the file is there when it is used.
     MixerRescue(Mixer& mixer, Files& files, std::string path);
 
-    /// Remembers all controls of the lines that feed wave-in. Without the file, if it cannot be written.
+    /// Remembers all controls of the lines that feed wave-in. Without the file, if it cannot be written. What
+    /// is still kept from an earlier search is put back first.
     void Keep();
 
     /// The search has come to its end: what it has set stays.
@@ -29,7 +30,7 @@ class MixerRescue {
 
  private:
     using Values = std::map<std::string, int32_t>;       // by control
-    using DeviceValues = std::map<std::string, Values>;  // by name of the device
+    using DeviceValues = std::map<std::string, Values>;  // by section of the device in the file
 
     void ReadFile();
 

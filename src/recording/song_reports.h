@@ -19,8 +19,8 @@ class SongReports {
                 const WaveFormat& format)
         : Say(say), Messages(messages), Transfer(transfer), Format(format) {}
 
-    /// One line for a kept song in which something is missing, one for each reason to doubt it, and one for a wanted one that is too short to be
-    /// kept; nothing for a healthy one.
+    /// One line for a kept song in which something is missing, one for each reason to doubt it, and one for a
+    /// wanted one that is too short to be kept; nothing for a healthy one.
     void SongClosed(const ClosedSong& song);
 
     /// The recording has stopped: whoever looks has to see it now, and not only when the program ends.

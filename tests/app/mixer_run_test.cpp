@@ -213,6 +213,19 @@ TEST_F(MixerRun, TheStartAfterACrashInASearchPutsTheInputsBackAndSaysSo) {
     EXPECT_FALSE(world->Disk().Exists(RescueFile));
 }
 
+TEST_F(MixerRun, ASecondProgramLeavesTheSearchOfTheFirstOneAlone) {
+    const auto place = std::make_shared<InstancePlace>();
+    SimDesktop first(place);
+    ASSERT_TRUE(first.ClaimInstance());
+    WorldOptions options = Starting("-update");
+    options.Machine.Place = place;
+    Make(std::move(options));
+    world->Disk().Put(RescueFile, "[%81%uiet]\nC000000=5\n");
+    ASSERT_TRUE(world->Load());
+    EXPECT_EQ(VolumeOf(*world, 1), 20000);
+    EXPECT_TRUE(world->Disk().Exists(RescueFile));
+}
+
 TEST_F(MixerRun, CaptureGoesOnWhileTheGainIsSearched) {
     Make(Playing());
     ASSERT_TRUE(world->StartRecording());

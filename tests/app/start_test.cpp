@@ -34,10 +34,9 @@ TEST(Start, AsksTheDesktopInTheOrderOfTheSteps) {
     DesktopNotes desktop;
     PutOn(world, desktop);
     ASSERT_TRUE(world.Load());
-    EXPECT_THAT(desktop.Asked,
-                ElementsAre("BusyPointer", "BlankBrowser", "BusyPointer", "TextsReady",
-                            "MoveWindow 4097 3073", "MinimizeWindow", "AddTrayIcon", "ShowWindow", "LoadBars",
-                            "normal pointer", "CheckUpdate"));
+    EXPECT_THAT(desktop.Asked, ElementsAre("BusyPointer", "BlankBrowser", "BusyPointer", "TextsReady",
+                                           "MoveWindow 4097 3073", "MinimizeWindow", "AddTrayIcon",
+                                           "ShowWindow", "LoadBars", "normal pointer", "CheckUpdate"));
 }
 
 TEST(Start, RaisesThePriorityAheadOfEverything) {

@@ -50,6 +50,7 @@ TEST(PeakOfLastLevels, AShortOrEmptyHistoryIsLookedAtWhole) {
     EXPECT_EQ(PeakOfLastLevels(history, 60), 0);
     history.Append(9);
     EXPECT_EQ(PeakOfLastLevels(history, 60), 9);
+    EXPECT_EQ(PeakOfLastLevels(history, 1), 9);
 }
 
 /// A gain search on a card with a selector, or on an input of its own.
@@ -210,6 +211,25 @@ TEST_F(GainOfADevice, GivesUpWhenNothingComesForTenSeconds) {
     EXPECT_EQ(Pause.LevelMultiplier, 200);
 }
 
+TEST_F(GainOfADevice, GivesUpWhenSoundEndsBeforeTheHistoryIsFull) {
+    AddInput("A", 10000);
+    ASSERT_TRUE(Inputs.FillInputDevices());
+    const auto goes = Computer.Loop.NewTimer([this] { Computer.WaveIn.Vanish("A"); });
+    goes->Start(std::chrono::seconds(3), TimerPrecision::Coarse);
+    const double seconds = SecondsOf([this] { EXPECT_FALSE(FindOnDevice()); });
+    EXPECT_NEAR(seconds, 3 + 10, 1.5);
+}
+
+TEST_F(GainOfADevice, GivesUpWhenTheProgramEndsWhileItWaitsForTheHistory) {
+    AddInput("A", 10000);
+    ASSERT_TRUE(Inputs.FillInputDevices());
+    const auto ends = Computer.Loop.NewTimer([this] { Wait.End(); });
+    ends->Start(std::chrono::seconds(4), TimerPrecision::Coarse);
+    const double seconds = SecondsOf([this] { EXPECT_FALSE(FindOnDevice()); });
+    EXPECT_NEAR(seconds, 4, 0.2);
+    EXPECT_THAT(Cards.Sets, IsEmpty());
+}
+
 TEST_F(GainOfADevice, ThatVanishesWhileItIsHeardReachesNoLevel) {
     Playing(10000);
     Cards.BeforeSet = [this](const SimMixerSet&) { Computer.WaveIn.Vanish("A"); };
@@ -280,6 +300,20 @@ TEST_F(SelectedLine, HasItsVolumeSet) {
     EXPECT_EQ(Card->Destinations[0].Sources[0].Controls[0].Value(), 1000);
     EXPECT_EQ(Pause.LevelMultiplier, 147);
     EXPECT_EQ(Cards.Opened, 0U);
+}
+
+TEST_F(SelectedLine, IsSetAsTheFirstOneToo) {
+    Recording().Controls[0] = MixerSelector({11, 12}, 0);
+    SecondLine().Value() = 65535;  // which is what gives the sound
+    EXPECT_TRUE(Find());
+    EXPECT_EQ(Card->Destinations[0].Sources[0].Controls[0].Value(), 65535);
+}
+
+TEST_F(SelectedLine, WaitsUntilTheHistoryIsFull) {
+    Inputs.CloseDevice();
+    Signal.History = LevelHistory();
+    EXPECT_FALSE(Find());
+    EXPECT_THAT(Cards.Sets, IsEmpty());
 }
 
 TEST_F(SelectedLine, IsTurnedDownWhereItIsTooStrong) {

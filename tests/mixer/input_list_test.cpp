@@ -135,6 +135,19 @@ TEST_F(FillInputDevices, CutsANameAtItsFirstNul) {
     EXPECT_EQ(Options.InputDeviceNames, "Line;");
 }
 
+TEST_F(FillInputDevices, ANameOfTwoLinesIsTheSameAtTheNextStart) {
+    Inputs.Add("Line\r\nOne");
+    Inputs.Add("Other");
+    EXPECT_TRUE(Choice.FillInputDevices());
+    Form.cmbInputDevices.Select(1);
+    EXPECT_THAT(Listed(), ElementsAre("Line  One=0", "Other=1"));
+    Options.InputDeviceNames = Stored("InputDeviceNames");
+    Logged.clear();
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_THAT(Logged, IsEmpty());
+    EXPECT_EQ(Form.cmbInputDevices.ListIndex(), 1);
+}
+
 TEST_F(FillInputDevices, ListsAnewWhatWasListedBefore) {
     KnowThreeDevices();
     EXPECT_TRUE(Choice.FillInputDevices());
@@ -281,6 +294,10 @@ TEST_F(FillInputDevices, DevicesOfOtherFormatsAreNoDevice) {
     Inputs.Add("mono", 0x400);
     EXPECT_FALSE(Choice.FillInputDevices());
     EXPECT_THAT(Logged, ElementsAre("INFO no device"));
+    Choice.WaveInDeviceId(1);
+    EXPECT_EQ(Choice.WaveInDeviceName(), "");
+    Choice.WaveInDeviceId(-1);
+    EXPECT_EQ(Choice.WaveInDeviceName(), "");
 }
 
 TEST_F(FillInputDevices, UnattendedTheLackOfDevicesGoesToTheLogOnly) {

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "mixer/search_rig.h"
+#include "mixer/search_test.h"
 
 namespace Corvetape::Test {
 namespace {
@@ -17,26 +17,6 @@ constexpr uint32_t Mux = MIXERCONTROL_CONTROLTYPE_MUX;
 constexpr uint32_t Mute = MIXERCONTROL_CONTROLTYPE_MUTE;
 constexpr uint32_t OnOff = MIXERCONTROL_CONTROLTYPE_ONOFF;
 constexpr uint32_t Volume = MIXERCONTROL_CONTROLTYPE_VOLUME;
-
-class SearchTest : public testing::Test, protected SearchRig {
- protected:
-    SearchTest() {
-        Pause.LevelMultiplier = 300;
-        Pause.SilenceAmplitude = 150;
-        Pause.DetectSilenceByPeak = true;
-        Pause.PauseBuffers = 10;
-        Pause.EndOfSilenceAmplitude = 180;
-        Signal.ActiveThreshold = 170;
-    }
-
-    bool UsersValuesAreBack() const {
-        return Pause.LevelMultiplier == 300 && Pause.SilenceAmplitude == 150 && Pause.DetectSilenceByPeak &&
-               Pause.PauseBuffers == 10 && Pause.EndOfSilenceAmplitude == 180 &&
-               Signal.ActiveThreshold == 170;
-    }
-
-    InputSearch Search{{Mixers, Inputs, Pause, Signal, Media, Options, Wait}, Computer.Dialogs, Texts};
-};
 
 /// One card whose selector chooses among lines, of which some carry sound.
 class LineSearch : public SearchTest {
@@ -77,15 +57,6 @@ class LineSearch : public SearchTest {
     std::map<std::string, double> Levels;
 };
 
-/// Inputs that are devices of their own.
-class DeviceSearch : public SearchTest {
- protected:
-    std::string Run() {
-        EXPECT_TRUE(Inputs.FillInputDevices());
-        return Search.SearchInputDevice();
-    }
-};
-
 using Listening = DeviceSearch;
 
 TEST_F(LineSearch, OffersTheFirstLineWithSoundAndLeavesItSelectedAtFullVolume) {
@@ -107,6 +78,25 @@ TEST_F(LineSearch, SkipsALineThatTheSelectorDoesNotList) {
     EXPECT_EQ(Run(), "");
     EXPECT_EQ(Volumes()[0], 100);
     for (const SimMixerSet& set : Cards.Sets) EXPECT_NE(set.Line, "CD");
+}
+
+TEST_F(LineSearch, SetsTheVolumeOfALineBeforeItSelectsIt) {
+    Run();
+    ASSERT_GE(Cards.Sets.size(), 4U);
+    EXPECT_EQ(Cards.Sets[2], (SimMixerSet{"card", "Line", Volume, 65535}));
+    EXPECT_EQ(Cards.Sets[3], (SimMixerSet{"card", "Recording", Mux, 0}));
+}
+
+TEST_F(LineSearch, PassesOverALineWhoseItemHasNoSlot) {
+    std::vector<uint32_t> ids(60, 1);
+    ids[0] = 12;
+    ids[55] = 13;
+    Recording().Of(Mux) = MixerSelector(ids, 0);
+    Levels = {{"Line", 5000}};
+    Answers = {false, true};
+    EXPECT_EQ(Run(), "");
+    EXPECT_THAT(Questions(), ElementsAre("is it Line?"));
+    EXPECT_EQ(Volumes()[2], 300);
 }
 
 TEST_F(LineSearch, AfterANoGoesOnAndOffersTheNextLineWithSound) {
@@ -299,8 +289,11 @@ TEST_F(DeviceSearch, PassesOverAnInputWithoutAVolume) {
     SimCard& without = Cards.Add({"C", "C", {mute}});
     Options.InputDeviceNames = "Input B;Input C;";
     EXPECT_EQ(Run(), "");
-    EXPECT_EQ(ValueOf(without, Mute), 0);
+    EXPECT_EQ(ValueOf(without, Mute), 1);
     EXPECT_THAT(Questions(), IsEmpty());
+    Options.KeepRejectedInputs = false;
+    EXPECT_EQ(Run(), "");
+    EXPECT_EQ(ValueOf(without, Mute), 0);
 }
 
 TEST_F(DeviceSearch, AnInputWithoutAMixerIsNotProbed) {
@@ -325,53 +318,6 @@ TEST_F(DeviceSearch, HandlesEachRecordingLineOfADevice) {
     EXPECT_EQ(card.Destinations[0].Line.Controls[0].Value(), 10);
     EXPECT_EQ(card.Destinations[1].Line.Controls[0].Value(), 20);
     EXPECT_EQ(card.Destinations[2].Line.Controls[0].Value(), 65535);
-}
-
-/// An input with two ports, of which the second carries sound.
-class PortSearch : public DeviceSearch {
- protected:
-    PortSearch() {
-        SimDestination recording;
-        recording.Line = {"Built-in", 100, {MixerSelector({0, 1}, 0), MixerVolume(700), MixerMute(0)}};
-        recording.Sources = {{"Microphone", 0, {}}, {"Line In", 1, {}}};
-        Card = &Cards.Add({"A", "A", {recording}});
-        AddSound("A", [this] { return Selector().Chosen() == 1 ? LevelOfSecond : LevelOfFirst; });
-    }
-    SimControl& Selector() { return Card->Destinations[0].Line.Of(Mux); }
-
-    SimCard* Card = nullptr;
-    double LevelOfFirst = 0;
-    double LevelOfSecond = 5000;
-};
-
-TEST_F(PortSearch, TriesOnePortAfterTheOtherAndNamesTheOneWithSound) {
-    Answers = {true};
-    EXPECT_EQ(Run(), "Input A, Line In");
-    EXPECT_THAT(Questions(), ElementsAre("is it Input A, Line In?"));
-    EXPECT_EQ(Selector().Chosen(), 1);
-    EXPECT_EQ(VolumeOf(*Card), 65535);
-    EXPECT_EQ(Inputs.WaveInDeviceId(), 0);
-}
-
-TEST_F(PortSearch, ThatFindsNothingSelectsThePortOfTheUserAgain) {
-    LevelOfSecond = 0;
-    EXPECT_EQ(Run(), "");
-    EXPECT_EQ(Selector().Chosen(), 0);
-    EXPECT_EQ(VolumeOf(*Card), 700);
-}
-
-TEST_F(PortSearch, AfterANoGoesOnWithTheNextPort) {
-    LevelOfFirst = 5000;
-    Answers = {false, true};
-    EXPECT_EQ(Run(), "Input A, Line In");
-    EXPECT_THAT(Questions(), ElementsAre("is it Input A, Microphone?", "is it Input A, Line In?"));
-}
-
-TEST_F(PortSearch, WithARefusedPortTheInputEndsAtZero) {
-    Answers = {false};
-    EXPECT_EQ(Run(), "");
-    EXPECT_EQ(VolumeOf(*Card), 0);
-    EXPECT_EQ(Selector().Chosen(), 0);
 }
 
 TEST_F(DeviceSearch, ADeviceThatVanishesInTheMiddleIsPassedOver) {
@@ -416,7 +362,7 @@ TEST_F(DeviceSearch, GivesUpWhenTheProgramEndsWhileAQuestionIsOpen) {
 
 TEST_F(DeviceSearch, ASourceThatComesInTheMiddleKeepsItsOwnValues) {
     AddInput("A", 5000);
-    AddInput("B", 5000);
+    AddInput("B", 1500);  // silent for the search, not for the source
     Computer.Dialogs.WhileOpen = [this](const ShownBox& box) {
         if (box.Text != "is it Input A?") return;
         Media.ProviderName = "Another";
@@ -428,7 +374,7 @@ TEST_F(DeviceSearch, ASourceThatComesInTheMiddleKeepsItsOwnValues) {
         Pause.EndOfSilenceAmplitude = 44;
     };
     Run();
-    EXPECT_EQ(Questions().size(), 2U);
+    EXPECT_EQ(Questions().size(), 1U);
     EXPECT_EQ(Pause.LevelMultiplier, 100);
     EXPECT_EQ(Pause.SilenceAmplitude, 33);
     EXPECT_EQ(Signal.ActiveThreshold, 33);
@@ -446,6 +392,20 @@ TEST_F(DeviceSearch, ASourceThatComesAfterTheLastProbeKeepsItsOwnValues) {
     EXPECT_EQ(Pause.LevelMultiplier, 111);
 }
 
+TEST_F(DeviceSearch, ShowsTheNameOfAnInputInOneLine) {
+    Cards.AddInput("A");
+    Computer.WaveIn.AddDevice({"100 % <b>\r\n[A]; %1", "A", WaveInKind::Input}, [](uint32_t rate) {
+        return std::make_unique<SteadySound>(rate, [] { return 5000.0; });
+    });
+    Answers = {true};
+    Search.SearchInputDevice();
+    EXPECT_TRUE(Inputs.FillInputDevices());
+    Computer.Dialogs.Boxes.clear();
+    Answers = {true};
+    EXPECT_EQ(Search.SearchInputDevice(), "100 % <b>  [A]; %1");
+    EXPECT_THAT(Questions(), ElementsAre("is it 100 % <b>  [A]; %1?"));
+}
+
 TEST_F(Listening, AnAverageOf2000IsNoSoundAndOneAboveItIs) {
     AddInput("A", 2000);
     EXPECT_EQ(Run(), "");
@@ -454,6 +414,30 @@ TEST_F(Listening, AnAverageOf2000IsNoSoundAndOneAboveItIs) {
     EXPECT_EQ(Run(), "");
     EXPECT_THAT(Questions(), Contains("is it Input B?"));
     EXPECT_THAT(Questions(), Not(Contains("is it Input A?")));
+}
+
+TEST_F(Listening, GoesByValuesOfItsOwn) {
+    AddInput("A", 5000);
+    Computer.Dialogs.WhileOpen = [this](const ShownBox&) {
+        EXPECT_EQ(Pause.LevelMultiplier, 100);
+        EXPECT_EQ(Pause.SilenceAmplitude, 2000);
+        EXPECT_EQ(Signal.ActiveThreshold, 2000);
+        EXPECT_FALSE(Pause.DetectSilenceByPeak);
+        EXPECT_EQ(Pause.PauseBuffers, 200 / 50);
+        EXPECT_EQ(Pause.EndOfSilenceAmplitude, 2000);
+    };
+    Run();
+    EXPECT_EQ(Questions().size(), 1U);
+}
+
+TEST_F(Listening, AnInputThatGivesNothingIsSilentAlsoAfterALoudOne) {
+    AddInput("A", 5000);
+    AddInput("B", 5000);
+    Cards.BeforeSet = [this](const SimMixerSet& set) {
+        if (set.Card == "B") Computer.WaveIn.Vanish("B");
+    };
+    Run();
+    EXPECT_THAT(Questions(), ElementsAre("is it Input A?"));
 }
 
 TEST_F(Listening, ThePeaksOfASignalDoNotCount) {

@@ -160,6 +160,46 @@ TEST_F(AutoInput, AProgramThatEndsInTheMiddleHasTheUsersVolumesAndAsksNothingMor
     EXPECT_FALSE(Computer.Files.Exists(RescuePath));
 }
 
+TEST_F(AutoInput, AProgramThatEndsAtTheBoxForChangedInputsDoesNotSearch) {
+    SimCard& card = AddInput("A", 5000, 77, 1);
+    Options.InputDeviceNames = "others;";
+    Computer.Dialogs.WhileOpen = [&](const ShownBox& box) {
+        if (box.Text == "changed") Page.End();
+    };
+    AnswerToBegin();
+    Form.cmdAutoInput.Press();
+    EXPECT_EQ(Questions().back(), "changed");
+    EXPECT_EQ(VolumeOf(card), 77);
+    EXPECT_THAT(Cards.Sets, IsEmpty());
+    EXPECT_FALSE(Computer.Files.Exists(RescuePath));
+}
+
+TEST_F(OlderPage, AProgramThatEndsAtTheBoxForChangedInputsDoesNotSearch) {
+    Cards.Add(CardWithSelector("A"));
+    AddSound("A", [] { return 5000.0; });
+    Options.InputDeviceNames = "others;";
+    Computer.Dialogs.WhileOpen = [&](const ShownBox& box) {
+        if (box.Text == "changed") Page.End();
+    };
+    Answers = {true, true};
+    Form.cmdAutoInput.Press();
+    EXPECT_THAT(Cards.Sets, IsEmpty());
+    EXPECT_FALSE(Computer.Files.Exists(RescuePath));
+}
+
+TEST_F(AutoInput, TakesTheNumberOfTheDeviceForItsPlaceInTheList) {
+    Computer.WaveIn.AddDevice({"mono", "mono", WaveInKind::Input, 0}, [](uint32_t rate) {
+        return std::make_unique<SteadySound>(rate, [] { return 0.0; });
+    });
+    AddInput("A", 5000);
+    AddInput("B", 0);
+    Options.InputDeviceNames = "mono;Input A;Input B;";
+    Answers = {false, true, true, false};
+    Form.cmdAutoInput.Press();
+    EXPECT_EQ(Questions().back(), "found Input A");
+    EXPECT_EQ(Form.cmbInputDevices.ListIndex(), 1);  // which is input B
+}
+
 TEST_F(AutoInput, PressedAgainInTheMiddleDoesNothing) {
     AddInput("A", 5000);
     Computer.Dialogs.WhileOpen = [this](const ShownBox& box) {

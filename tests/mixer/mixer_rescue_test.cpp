@@ -129,5 +129,60 @@ TEST_F(RescueTest, ARunWithoutADiskStillPutsItsOwnSearchBack) {
     EXPECT_TRUE(InputsAreAsBefore());
 }
 
+TEST_F(RescueTest, ASearchPutsBackFirstWhatAnEarlierRunHasLeft) {
+    Rescue.Keep();
+    ChangeEverything();
+    NextRun.Keep();  // its start has found no sound server
+    EXPECT_TRUE(InputsAreAsBefore());
+    ChangeEverything();
+    EXPECT_TRUE(NextRun.PutBack());
+    EXPECT_TRUE(InputsAreAsBefore());
+}
+
+TEST_F(RescueTest, ASearchWithoutAMixerLeavesTheFileOfAnEarlierRun) {
+    Rescue.Keep();
+    ChangeEverything();
+    NoMixer none;
+    MixerRescue without(none, Computer.Files, Path);
+    without.Keep();
+    without.Forget();
+    EXPECT_TRUE(NextRun.PutBack());
+    EXPECT_TRUE(InputsAreAsBefore());
+}
+
+TEST_F(RescueTest, DevicesOfAnyNameComeBack) {
+    Cards.Cards.clear();
+    const std::vector<std::string> names = {"mic",          "Mic",    "a]b ; c", "[\"q\"]", " blank ",
+                                            "two\r\nlines", "100 %1", "A=B",     ";x",      "\xC3\xA4\xFF"};
+    for (size_t i = 0; i < names.size(); ++i) Cards.AddInput(names[i], 100 + static_cast<int32_t>(i));
+    Rescue.Keep();
+    for (size_t i = 0; i < names.size(); ++i) At(i, 0).Value() = 7;
+    EXPECT_TRUE(NextRun.PutBack());
+    for (size_t i = 0; i < names.size(); ++i) {
+        EXPECT_EQ(At(i, 0).Value(), 100 + static_cast<int32_t>(i)) << names[i];
+    }
+}
+
+TEST_F(RescueTest, OfADamagedFileWhatMakesSenseIsPutBack) {
+    Rescue.Keep();
+    ChangeEverything();
+    std::string text = *Computer.Files.Content(Path);
+    text.insert(0, std::string("\0\xFF[[[\n=5\nC000000\n[mic\n[nobody]\nC000000=1\n", 41));
+    text += "\n[mic]\nC000000=99999999999\nC000099=5\nC000001=-1e400\n[line]\nC000000=55";
+    Computer.Files.Put(Path, text);
+    EXPECT_TRUE(NextRun.PutBack());
+    EXPECT_TRUE(InputsAreAsBefore());
+    EXPECT_FALSE(Computer.Files.Exists(Path));
+    Computer.Files.Put(Path, std::string("\0\x01\x02 nothing", 11));
+    EXPECT_FALSE(NextRun.PutBack());
+}
+
+TEST_F(RescueTest, AValueOutOfRangeIsBroughtWithinIt) {
+    Computer.Files.Put(Path, "[mic]\nC000000=2000000000\nC000001=-4\n[line]\nC000000=77\n");
+    EXPECT_TRUE(NextRun.PutBack());
+    EXPECT_EQ(At(0, 0).Value(), 65535);
+    EXPECT_EQ(At(0, 1).Value(), 0);
+}
+
 }  // namespace
 }  // namespace Corvetape::Test

@@ -86,8 +86,7 @@ class SearchRig : public MixerRig {
     SignalChain Chain{Computer, Computer.WaveIn, Signal, Pause, Media, MakeEvents()};
     Settings& Options = Chain.Options;
     NotedReports Reports{
-        Computer, Form,
-        "816=nothing found\n817=found %1\n818=is it %1?\n901=changed\n902=none\n1501=%1 *\n"};
+        Computer, Form, "816=nothing found\n817=found %1\n818=is it %1?\n901=changed\n902=none\n1501=%1 *\n"};
     clsLocalizeControls& Texts = Reports.Texts;
     LifecycleFlags& Lifecycle = Reports.Lifecycle;
     Capture& Input = Chain.Input;

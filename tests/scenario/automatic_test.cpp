@@ -100,7 +100,9 @@ class PlayerWorld {
         WorldOptions options = Automatic(std::move(radio));
         options.Settings.insert(options.Settings.end(), more.begin(), more.end());
         options.TellsTitles = false;
-        options.Connect = [](World& world, Machine& machine, RunOptions&) { machine.Players = &world.Players; };
+        options.Connect = [](World& world, Machine& machine, RunOptions&) {
+            machine.Players = &world.Players;
+        };
         return options;
     }
 };

@@ -87,7 +87,7 @@ Machine Book::Through(Machine machine) {
     if (!Between) Between = std::make_unique<Input>(*this, machine.WaveIn);
     return {machine.Clock,     machine.Loop,    *Between,        machine.Mixer,  machine.Files,
             machine.Processes, machine.Folders, machine.Dialogs, machine.System, machine.Desktop,
-            machine.Documents, machine.Windows, machine.Players, machine.Web,     machine.Browser};
+            machine.Documents, machine.Windows, machine.Players, machine.Web,    machine.Browser};
 }
 
 void Book::Tell(const std::string& problem) {
