@@ -163,6 +163,9 @@ Program::Next Program::ChooseLanguage() {
     if (language.empty() && Desktop.ChooseLanguage) {
         Host.Dialogs.Beep();
         language = Desktop.ChooseLanguage();
+        // An unattended start has asked nobody: the next one that can does.
+        const bool asked = !ReadSwitches(Options.CommandLine).DontAsk;
+        if (asked && !language.empty()) Parts->Store.WriteSetting("General", "Language", language);
     }
     if (language.empty()) language = "english";
     Run(Desktop.BusyPointer, true);

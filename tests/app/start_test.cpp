@@ -140,6 +140,17 @@ TEST(Start, WithoutAStoredLanguageBeepsAndTakesTheChosenOne) {
     EXPECT_THAT(desktop.Asked, Contains("ChooseLanguage").Times(1));
     EXPECT_EQ(beepsBefore, 1U);
     EXPECT_EQ(world.Values().Options.Language, "german");
+    EXPECT_EQ(world.Stored("General", "Language"), "german");
+}
+
+TEST(Start, ALanguageThatNobodyWasAskedForIsNotStored) {
+    World world(Starting("-dontask", {{"General", "Language", ""}}));
+    DesktopNotes desktop;
+    desktop.ChosenLanguage = "german";
+    PutOn(world, desktop);
+    ASSERT_TRUE(world.Load());
+    EXPECT_EQ(world.Values().Options.Language, "german");
+    EXPECT_EQ(world.Stored("General", "Language"), "");
 }
 
 TEST(Start, WithoutAnyLanguageSpeaksEnglish) {
