@@ -146,8 +146,10 @@ Program::Next Program::ChooseLanguage() {
         Host.Dialogs.Beep();
         const std::string file = Memory->Folders.ProgramFolder + "/" + own + ".lang";
         const std::string fitting = Host.Files.FileSize(file) ? own : "english";
+        // An unattended start asks nobody: the next one that can does.
         const bool asked = Options.Boxes != nullptr && !ReadSwitches(Options.CommandLine).DontAsk;
         language = asked ? Options.Boxes->AskLanguage(fitting) : fitting;
+        if (asked) Parts->Store.WriteSetting("General", "Language", language);
     }
     if (language.empty()) language = "english";
     Host.Desktop.ShowBusy(true);

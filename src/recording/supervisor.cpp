@@ -69,6 +69,8 @@ void Supervisor::TimerFired() {
 
 Supervisor::Next Supervisor::FirstRun() {
     if (TickCount != 2) return Next::Continue;
+    // The input is open while its box waits for an answer.
+    Parts.Signal.SilenceStartSecond = Parts.Clock.TimeGetTime() / 1000;
     if (!Actions.FillInputDevices()) {
         Actions.Unload();
         return Next::Stop;

@@ -8,7 +8,11 @@
 namespace Corvetape::Test {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
 
 TEST(StartEffects, TheMainWindowSpeaksTheLanguageOfTheUser) {
     World world(Starting("", {{"General", "Language", "german"}}));
@@ -32,6 +36,23 @@ TEST(StartEffects, WhatWaitedIsHandledOnceBehindTheBusyPointer) {
     PutOn(world, desktop);
     ASSERT_TRUE(world.Load());
     EXPECT_THAT(seen, ElementsAre("normal pointer", "event"));
+}
+
+TEST(StartEffects, NoSilenceIsReportedOfTheTimeThatABoxAtTheStartWasOpen) {
+    WorldOptions options = Starting("", {{"Mixer", "InputDeviceNames", "Another;"}});
+    options.Radio = RadioScript().SilenceForever();
+    options.Machine.MonotonicNanoseconds = 25'000'000'000'000;  // the machine has run for hours
+    World world(std::move(options));
+    size_t open = 0;
+    world.Computer.Dialogs.WhileOpen = [&](const ShownBox&) {
+        ++open;
+        world.RunFor(10);
+    };
+    ASSERT_TRUE(world.Start());
+    world.RunFor(3);
+    EXPECT_EQ(open, 1U);
+    EXPECT_THAT(world.Logged("INFO"), Not(Contains(HasSubstr("No sound"))));
+    EXPECT_THAT(world.Logged("ERROR"), IsEmpty());
 }
 
 TEST(StartEffects, TheFloatingBarIsShownByAClearBoxIfItWasVisible) {

@@ -134,6 +134,33 @@ TEST(Start, WithoutAStoredLanguageBeepsAndTakesThatOfTheDesktopIfItHasTexts) {
     }
 }
 
+TEST(Start, WithoutAStoredLanguageTheUserIsAskedOnceAndTheAnswerIsStored) {
+    World world(Starting("", {{"General", "Language", ""}}));
+    size_t beepsBefore = 0;
+    world.Question.Language = [&](const std::string& fitting) {
+        beepsBefore = world.Computer.Dialogs.Beeps;
+        EXPECT_EQ(fitting, "english") << "there are no texts of that of the desktop";
+        return std::string("german");
+    };
+    world.Computer.Desktop.OwnLanguage = "polish";
+    world.Made();
+    ASSERT_TRUE(world.Load());
+    EXPECT_EQ(beepsBefore, 1U);
+    EXPECT_EQ(world.Values().Options.Language, "german");
+    EXPECT_EQ(world.Stored("General", "Language"), "german");
+}
+
+TEST(Start, ALanguageThatNobodyWasAskedForIsNotStored) {
+    World world(Starting("-dontask", {{"General", "Language", ""}}));
+    world.Question.Language = [](const std::string&) { return std::string("polish"); };
+    world.Disk().Put("/opt/corvetape/german.lang", "");
+    world.Computer.Desktop.OwnLanguage = "german";
+    world.Made();
+    ASSERT_TRUE(world.Load());
+    EXPECT_EQ(world.Values().Options.Language, "german");
+    EXPECT_EQ(world.Stored("General", "Language"), "");
+}
+
 TEST(Start, WithoutAnyLanguageSpeaksEnglish) {
     World world(Starting("", {{"General", "Language", ""}}));
     ASSERT_TRUE(world.Load());

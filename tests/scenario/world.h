@@ -48,7 +48,12 @@ class AnsweredForms : public FormBoxes {
  public:
     void Ask(dlgProvider& dialog) override { Answer(dialog); }
 
+    std::string AskLanguage(const std::string& fitting) override {
+        return Language ? Language(fitting) : fitting;
+    }
+
     std::function<void(dlgProvider&)> Answer;
+    std::function<std::string(const std::string& fitting)> Language;
 };
 
 /// A song as it was closed, with the place in the radio that it claims to come from.
@@ -124,7 +129,7 @@ class World {
         RunOptions run;
         run.CommandLine = Setup.CommandLine;
         run.MaxSongBytes = Setup.MaxSongBytes;
-        run.Boxes = Question.Answer ? &Question : nullptr;
+        run.Boxes = Question.Answer || Question.Language ? &Question : nullptr;
         Machine machine = Computer.Get();
         if (Setup.RestartRadio) {
             ShowPage(machine);

@@ -107,7 +107,7 @@ inline constexpr MessageText OpenSoundSettings{
     "the sound settings be opened?"};
 inline constexpr MessageText LevelSearchBegins{
     "820",
-    "Corvetape will now adjust the recording level. This takes up to half a minute.\\r\\n\\r\\nPlease let "
+    "Corvetape will now adjust the recording level. This takes between 3 and 35 seconds.\\r\\n\\r\\nPlease let "
     "loud music play, and then choose OK."};
 inline constexpr MessageText LevelFound{
     "821", "The recording level is adjusted. Shall the settings be saved for this source?"};
