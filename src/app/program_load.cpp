@@ -193,7 +193,7 @@ Program::Next Program::PlaceWindow() {
 Program::Next Program::ApplySwitches() {
     const Switches switches = ReadSwitches(Options.CommandLine);
     if (switches.RegClasses) {
-        Host.Dialogs.MessageBox(Parts->Messages.FormatMsg("909"), DialogIcon::Information);
+        Host.Dialogs.MessageBox(Parts->Messages.FormatMsg(Message::Registered.Key), DialogIcon::Information);
         Stage = LifeStage::Running;
         Unload();
         return Next::EndProcess;

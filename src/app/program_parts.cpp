@@ -1,6 +1,7 @@
 #include "app/program_parts.h"
 
 #include "app/wiring.h"
+#include "core/controls/message_texts.h"
 #include "core/lifecycle.h"
 #include "platform/folders.h"
 #include "platform/system_info.h"
@@ -169,11 +170,11 @@ void ProgramParts::ConnectTick() {
 void ProgramParts::ResumeRecording() {
     RecordingFlags& flags = Memory.Flags;
     if (!Memory.Media.StationDataEnabled) {
-        Say.Show(Say.Text("871"));
+        Say.Show(Say.Text(Message::MediaDataAreOff.Key));
         return;
     }
     if (!Disk.HasRoom(Input.Format().nAvgBytesPerSec)) {
-        Say.Show(Say.Text("872"));
+        Say.Show(Say.Text(Message::NoRoomToRecord.Key));
         return;
     }
     // A disk that was nearly full was to end the recording; a switch of the command line still is.

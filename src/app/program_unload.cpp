@@ -6,6 +6,7 @@
 
 #include "app/program.h"
 #include "app/program_parts.h"
+#include "core/controls/message_texts.h"
 #include "core/lifecycle.h"
 #include "core/version.h"
 #include "platform/desktop.h"
@@ -59,7 +60,7 @@ bool Program::Close() {
         flags.DisableAtEndOfSong = true;
         flags.QuitAtEndOfSong = true;
         form.chkStopRecording[0].Value(1);
-        form.lblStatus[1].Caption(Parts->Messages.FormatMsg("900"));
+        form.lblStatus[1].Caption(Parts->Messages.FormatMsg(Message::EndsAfterThisSong.Key));
         return false;
     }
     Unload();

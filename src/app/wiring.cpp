@@ -1,6 +1,7 @@
 #include "app/wiring.h"
 
 #include "app/program_parts.h"
+#include "core/controls/message_texts.h"
 #include "core/controls/validate_number.h"
 #include "core/text/date_format.h"
 #include "platform/dialogs.h"
@@ -54,7 +55,8 @@ SessionActions SessionActionsOf(ProgramParts& parts) {
     };
     actions.ResumeRecording = [&parts] { parts.ResumeRecording(); };
     actions.RefuseZeroMinutes = [&parts] {
-        parts.Host.Dialogs.MessageBox(parts.Messages.FormatMsg("802"), DialogIcon::Exclamation);
+        parts.Host.Dialogs.MessageBox(parts.Messages.FormatMsg(Message::NoRecordingTime.Key),
+                                      DialogIcon::Exclamation);
     };
     actions.ShowRecordingState = [&parts] { parts.Look.ShowRecording(); };
     actions.PeriodRefused = [&parts] {

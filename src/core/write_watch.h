@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "core/log.h"
 #include "core/reporter.h"
 #include "core/settings/settings_store.h"
@@ -18,7 +20,7 @@ class WriteWatch {
     void Look();
 
  private:
-    void Report(const char* key, const std::string& path);
+    void Report(std::string_view key, const std::string& path);
 
     const SettingsStore& Store;
     const Log& Journal;

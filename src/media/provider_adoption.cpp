@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/controls/message_texts.h"
 #include "core/text/text.h"
 
 namespace Corvetape {
@@ -33,7 +34,7 @@ void ProviderAdoption::Load(const std::string& providerName) {
 void ProviderAdoption::Ask(const std::string& providerName) {
     dlgProvider dialog;
     Texts.LocalizeControls(dialog);  // ahead of the names, which are no keys of texts
-    const std::string info = Texts.FormatMsg("50010", {providerName});
+    const std::string info = Texts.FormatMsg(Message::SettingsForNewSource.Key, {providerName});
     if (!info.empty()) dialog.lblInfo.Caption(info);
     for (const std::string& known : Media.KnownProviders) dialog.cboProvider.AddItem(known);
     dialog.cboProvider.ListIndex(0);

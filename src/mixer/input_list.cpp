@@ -83,7 +83,7 @@ std::string InputList::ListDevices() {
 }
 
 void InputList::ReportNoDevice() {
-    const std::string text = Say.Text("902");
+    const std::string text = Say.Text(Message::NoInput.Key);
     Say.Write(ReportKind::Info, text);
     Say.Box(text, DialogIcon::Critical);
 }
@@ -100,7 +100,7 @@ void InputList::SelectDefault(const std::string& names) {
     Parts.Settings.InputDeviceNames = names;
     Parts.Form.tbsMain.Select("TAB_AUDIO");
     Parts.Form.cmbInputDevices.Select(DefaultEntry());
-    const std::string text = Say.Text("901");
+    const std::string text = Say.Text(Message::InputsChanged.Key);
     Say.Write(ReportKind::Info, text);
     if (!Parts.Lifecycle.WizardRequested) Say.Box(text, DialogIcon::Exclamation);
 }

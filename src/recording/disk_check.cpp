@@ -1,6 +1,9 @@
 #include "recording/disk_check.h"
 
+#include "core/controls/message_texts.h"
+
 #include <algorithm>
+#include <string_view>
 
 namespace Corvetape {
 
@@ -14,18 +17,18 @@ uint64_t LimitBytes(int32_t megabytes) {
 }
 
 struct LimitTexts {
-    const char* Status;  ///< key of the text in the status line
-    int32_t Deferred;    ///< key of the message told at the end of the program
+    std::string_view Status;  ///< key of the text in the status line
+    int32_t Deferred;         ///< key of the message told at the end of the program
 };
 
 constexpr LimitTexts TextsOf(DiskLimit limit) {
     switch (limit) {
         case DiskLimit::OneDrive:
-            return {"803", 833};
+            return {Message::DiskNearlyFull.Key, 833};
         case DiskLimit::TempFolder:
-            return {"804", 834};
+            return {Message::TempDiskNearlyFull.Key, 834};
         default:
-            return {"805", 835};
+            return {Message::MusicDiskNearlyFull.Key, 835};
     }
 }
 
@@ -85,7 +88,7 @@ bool DiskCheck::Run() {
         return Check();
     } catch (...) {
         // Something that nobody foresaw, such as memory that ran out.
-        Report(Say.Text("907"));
+        Report(Say.Text(Message::FreeSpaceCheckFailed.Key));
         return false;
     }
 }
@@ -93,7 +96,7 @@ bool DiskCheck::Run() {
 bool DiskCheck::Check() {
     const Spaces spaces = Measure();
     if (!spaces.Refused.empty()) {
-        Report(Say.Text("906", {spaces.Refused}));
+        Report(Say.Text(Message::FreeSpaceUnknown.Key, {spaces.Refused}));
         return false;
     }
     if (Applies()) React(LimitOf(spaces));

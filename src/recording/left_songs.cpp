@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <optional>
+#include <string_view>
 
+#include "core/controls/message_texts.h"
 #include "platform/files.h"
 #include "platform/processes.h"
 #include "platform/system_info.h"
@@ -12,9 +14,9 @@ namespace Corvetape {
 namespace {
 
 /// Key of the message about a song that an earlier run has left.
-const char* KeyOf(LeftSongFate fate) {
-    if (fate == LeftSongFate::Transfer) return "840";
-    return fate == LeftSongFate::Delete ? "841" : "849";
+std::string_view KeyOf(LeftSongFate fate) {
+    if (fate == LeftSongFate::Transfer) return Message::LeftSongKept.Key;
+    return fate == LeftSongFate::Delete ? Message::LeftSongDeleted.Key : Message::LeftSongStays.Key;
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "core/controls/message_texts.h"
 #include "core/text/numbers.h"
 
 namespace Corvetape {
@@ -30,7 +31,7 @@ PauseCalibration::PauseCalibration(frmMain& form, PauseSettings& pause, Dialogs&
 void PauseCalibration::OptimizePauseRecognition() {
     const int32_t low = WholeNumberFromText(Form.lblHistogramMin.Caption()).value_or(NothingMeasured);
     if (low > HighestSilence) {
-        Boxes.MessageBox(Texts.FormatMsg("825"), DialogIcon::Exclamation);
+        Boxes.MessageBox(Texts.FormatMsg(Message::TooLoudForPause.Key), DialogIcon::Exclamation);
         return;
     }
     const bool hum = low > HighestNoise;
@@ -41,9 +42,11 @@ void PauseCalibration::OptimizePauseRecognition() {
     Pause.EndOfSilenceAmplitude = 0;
     Form.txtSilenceAmplitude.RunValidate();
 
-    const std::string measure = Texts.FormatMsg(Pause.DetectSilenceByPeak ? "827" : "828");
-    const std::string text = Texts.FormatMsg(
-        "826", {Form.txtSilenceAmplitude.Text(), Form.txtEndOfSilenceAmplitude.Text(), measure});
+    const std::string measure =
+        Texts.FormatMsg(Pause.DetectSilenceByPeak ? Message::ByPeakLevel.Key : Message::ByAverageLevel.Key);
+    const std::string text =
+        Texts.FormatMsg(Message::PauseMeasured.Key,
+                        {Form.txtSilenceAmplitude.Text(), Form.txtEndOfSilenceAmplitude.Text(), measure});
     Boxes.MessageBox(text, DialogIcon::Exclamation);
 }
 

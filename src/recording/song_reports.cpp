@@ -1,10 +1,12 @@
 #include "recording/song_reports.h"
 
 #include <fmt/format.h>
+#include <string_view>
 
 #include <initializer_list>
 #include <string>
 
+#include "core/controls/message_texts.h"
 #include "core/text/artist_and_title.h"
 
 namespace Corvetape {
@@ -12,18 +14,18 @@ namespace Corvetape {
 namespace {
 
 /// Key of the message that says why sound was lost.
-const char* ReasonKey(WaveInIncidentKind kind) {
+std::string_view ReasonKey(WaveInIncidentKind kind) {
     switch (kind) {
         case WaveInIncidentKind::Overrun:
-            return "844";
+            return Message::LostByThisComputer.Key;
         case WaveInIncidentKind::ServerLost:
-            return "845";
+            return Message::LostByServer.Key;
         case WaveInIncidentKind::DeviceLost:
-            return "846";
+            return Message::LostWithDevice.Key;
         case WaveInIncidentKind::ClockDrift:
-            return "847";
+            return Message::NotDelivered.Key;
     }
-    return "847";
+    return Message::NotDelivered.Key;
 }
 
 std::string SecondsText(uint64_t frames, uint32_t framesPerSecond) {
@@ -37,8 +39,8 @@ void SongReports::SongClosed(const ClosedSong& song) {
     if (song.Fate != SongFate::Kept) return;
     const std::string name = Transfer.NamesOf(song.Media).FinalName;
     if (song.LostFrames != 0) {
-        Say.Write(ReportKind::Info,
-                  Say.Text("848", {name, SecondsText(song.LostFrames, song.FramesPerSecond)}));
+        Say.Write(ReportKind::Info, Say.Text(Message::SoundMissingInSong.Key,
+                                             {name, SecondsText(song.LostFrames, song.FramesPerSecond)}));
     }
     ReportTrust(song, name);
 }
@@ -46,14 +48,14 @@ void SongReports::SongClosed(const ClosedSong& song) {
 /// What makes a kept song doubtful that everything was known of.
 void SongReports::ReportTrust(const ClosedSong& song, const std::string& name) {
     const SongTrust& trust = song.Trust;
-    const auto report = [this](const char* key, std::initializer_list<std::string> arguments) {
+    const auto report = [this](std::string_view key, std::initializer_list<std::string> arguments) {
         Say.Write(ReportKind::Info, Say.Text(key, arguments));
     };
-    if (trust.Dropouts > 0) report("1652", {name, std::to_string(trust.Dropouts)});
-    if (trust.Mixed) report("1653", {name});
-    if (trust.Sought) report("1654", {name});
-    if (trust.AgainstEvidence) report("1655", {name});
-    if (trust.PausesCut > 0) report("1656", {name, std::to_string(trust.PausesCut)});
+    if (trust.Dropouts > 0) report(Message::HasDropouts.Key, {name, std::to_string(trust.Dropouts)});
+    if (trust.Mixed) report(Message::IsMixed.Key, {name});
+    if (trust.Sought) report(Message::IsSought.Key, {name});
+    if (trust.AgainstEvidence) report(Message::IsCutByTitle.Key, {name});
+    if (trust.PausesCut > 0) report(Message::WasPaused.Key, {name, std::to_string(trust.PausesCut)});
 }
 
 void SongReports::ReportShort(const ClosedSong& song) {
@@ -61,7 +63,7 @@ void SongReports::ReportShort(const ClosedSong& song) {
     const std::string name = song.Media.Song.empty() ? file : ArtistAndTitle(song.Media);
     const std::string seconds =
         fmt::format("{:.1f}", static_cast<double>(song.Frames) / song.FramesPerSecond);
-    Say.WriteAndShow(ReportKind::Info, Say.Text("861", {name, seconds}));
+    Say.WriteAndShow(ReportKind::Info, Say.Text(Message::IsTooShort.Key, {name, seconds}));
 }
 
 void SongReports::SongFailed(const SongFailure& failure) {
@@ -78,7 +80,7 @@ void SongReports::SoundLost(const WaveInIncident& incident) {
 }
 
 void SongReports::AvailabilityChanged(bool lost) {
-    Say.Write(ReportKind::Info, Say.Text(lost ? "842" : "843"));
+    Say.Write(ReportKind::Info, Say.Text(lost ? Message::InputGone.Key : Message::InputBack.Key));
 }
 
 }  // namespace Corvetape

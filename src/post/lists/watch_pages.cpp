@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "core/controls/message_texts.h"
 #include "core/text/fold.h"
 #include "core/text/text.h"
 
@@ -66,7 +67,8 @@ void WatchPages::FollowFolder(const std::string& before) {
 }
 
 void WatchPages::ReportUnread(WatchListKind kind) {
-    if (Lists.IsUnread(kind)) Say.WriteAndShow(ReportKind::Error, Say.Text("876", {Lists.FileOf(kind)}));
+    if (Lists.IsUnread(kind))
+        Say.WriteAndShow(ReportKind::Error, Say.Text(Message::ListNotRead.Key, {Lists.FileOf(kind)}));
 }
 
 void WatchPages::Show(WatchListKind kind) {

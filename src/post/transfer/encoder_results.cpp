@@ -1,5 +1,6 @@
 #include "post/transfer/encoder_results.h"
 
+#include "core/controls/message_texts.h"
 #include "platform/files.h"
 
 namespace Corvetape {
@@ -44,15 +45,15 @@ void EncoderResults::EndJob(const JobResult& result) {
 
 /// One line for a song whose name another one had.
 void EncoderResults::ReportSameName(const MadeMusic& music, const std::string& expected) {
-    const auto report = [&](const char* key, const std::string& number) {
+    const auto report = [&](std::string_view key, const std::string& number) {
         Say.Write(ReportKind::Info, Say.Text(key, {music.MusicFile, number}));
     };
     if (music.MusicFile != expected) {
-        report("866", "");
+        report(Message::NameWasTaken.Key, "");
     } else if (music.Older == "0") {
-        report("868", "");
+        report(Message::OlderReplaced.Key, "");
     } else if (!music.Older.empty()) {
-        report("867", music.Older);
+        report(Message::NameTakenOver.Key, music.Older);
     }
 }
 
