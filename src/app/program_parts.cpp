@@ -1,8 +1,8 @@
 #include "app/program_parts.h"
 
 #include "app/wiring.h"
+#include "core/common_folder.h"
 #include "core/controls/message_texts.h"
-#include "core/lifecycle.h"
 #include "platform/folders.h"
 #include "platform/system_info.h"
 

@@ -61,4 +61,13 @@ WindowAnswer AnswerTo(WindowState state, bool iconIsThere, bool maximizeButton) 
     return WindowAnswer::Stay;
 }
 
+std::optional<WindowPosition> StoredPosition(std::string_view pos) {
+    const std::vector<std::string> pieces = Split(pos, ';');
+    if (pieces.size() < 4) return std::nullopt;
+    const WindowPosition position{RoundToInt32(LeadingNumber(pieces[0])),
+                                  RoundToInt32(LeadingNumber(pieces[1]))};
+    if ((position.Left & position.Top) == 0) return std::nullopt;
+    return position;
+}
+
 }  // namespace Corvetape

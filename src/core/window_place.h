@@ -5,9 +5,19 @@
 #include <string_view>
 
 #include "core/controls/form.h"
-#include "core/lifecycle.h"
 
 namespace Corvetape {
+
+struct WindowPosition {
+    int32_t Left = 0;
+    int32_t Top = 0;
+
+    bool operator==(const WindowPosition&) const = default;
+};
+
+/// Where a stored "left;top;width;height" moves a window to. Nothing, and the window stays, if there are
+/// fewer than four pieces, or if left and top have no bit in common; this odd test is kept.
+std::optional<WindowPosition> StoredPosition(std::string_view pos);
 
 /// Width and height in twips.
 struct TwipSize {

@@ -1,6 +1,6 @@
 #include "media/station_query.h"
 
-#include "core/lifecycle.h"
+#include "core/event_wait.h"
 #include "media/provider_wmp.h"
 
 namespace Corvetape {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "core/lifecycle.h"
 #include "core/text/numbers.h"
+#include "core/windows_version.h"
 #include "mixer/mixer_line.h"
 
 namespace Corvetape {

@@ -2,7 +2,7 @@
 
 #include "core/controls/held.h"
 #include "core/controls/message_texts.h"
-#include "core/lifecycle.h"
+#include "core/windows_version.h"
 #include "mixer/sound_settings.h"
 
 namespace Corvetape {

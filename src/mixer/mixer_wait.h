@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/lifecycle.h"
+#include "core/event_wait.h"
 #include "platform/clock.h"
 #include "platform/event_loop.h"
 

@@ -1,9 +1,9 @@
 #include "recording/disk_check.h"
 
-#include "core/controls/message_texts.h"
-
 #include <algorithm>
 #include <string_view>
+
+#include "core/controls/message_texts.h"
 
 namespace Corvetape {
 

@@ -1,10 +1,10 @@
 #include "recording/song_reports.h"
 
 #include <fmt/format.h>
-#include <string_view>
 
 #include <initializer_list>
 #include <string>
+#include <string_view>
 
 #include "core/controls/message_texts.h"
 #include "core/text/artist_and_title.h"

@@ -67,5 +67,22 @@ TEST(AnswerTo, TheButtonThatMaximisesFlipsTheBarUnlessTheUserWantsALargeWindow) 
     EXPECT_EQ(AnswerTo(WindowState::Maximised, true, true), WindowAnswer::Stay);
 }
 
+TEST(StoredPosition, MovesTheWindowToLeftAndTop) {
+    EXPECT_EQ(StoredPosition("300;300;9000;7000"), (WindowPosition{300, 300}));
+    EXPECT_EQ(StoredPosition("-1;5;1;1"), (WindowPosition{-1, 5}));
+}
+
+TEST(StoredPosition, WithoutACommonBitTheWindowStays) {
+    EXPECT_EQ(StoredPosition("0;500;9000;7000"), std::nullopt);
+    EXPECT_EQ(StoredPosition("4096;3072;9000;7000"), std::nullopt);
+}
+
+TEST(StoredPosition, FewerThanFourPiecesAreNoPosition) {
+    EXPECT_EQ(StoredPosition(""), std::nullopt);
+    EXPECT_EQ(StoredPosition("300;300;9000"), std::nullopt);
+    EXPECT_EQ(StoredPosition("a;b;c;d"), std::nullopt);
+    EXPECT_EQ(StoredPosition("300;300;1;1;1"), (WindowPosition{300, 300}));
+}
+
 }  // namespace
 }  // namespace Corvetape::Test

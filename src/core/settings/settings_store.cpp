@@ -3,15 +3,16 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/common_folder.h"
 #include "core/controls/control_array.h"
 #include "core/controls/form.h"
-#include "core/lifecycle.h"
 #include "core/settings/encoder_settings.h"
 #include "core/settings/registry.h"
 #include "core/text/numbers.h"
 #include "core/text/placeholders.h"
 #include "core/text/text.h"
 #include "core/version.h"
+#include "core/windows_version.h"
 #include "platform/files.h"
 #include "platform/folders.h"
 
