@@ -156,6 +156,7 @@ TEST_F(StrongSignal, OfExactly29492IsHalvedAndOneLessIsNot) {
     level = 29492;
     FindOnDevice();
     EXPECT_EQ(Volumes().size(), 12U);
+    EXPECT_EQ(Volumes().back(), 73);  // and turned down at each step
 }
 
 TEST_F(StrongSignal, StepsAreHalvedTenTimesFromFullVolume) {

@@ -51,6 +51,16 @@ TEST_F(MixerOfSourceTest, IsLeftAloneUnlessTheUserWantsIt) {
     EXPECT_EQ(Volume(), 100);
 }
 
+TEST_F(MixerOfSourceTest, IsSetAgainAfterTheUserDidNotWantItForAWhile) {
+    Kept.UpdateMixer();
+    Volume() = 7;
+    Options.AutoUpdate = false;
+    Kept.UpdateMixer();
+    Options.AutoUpdate = true;
+    Kept.UpdateMixer();
+    EXPECT_EQ(Volume(), 100);
+}
+
 TEST_F(MixerOfSourceTest, IsAppliedAndStoredOnDemandWhateverTheUserWantsAtChanges) {
     Options.AutoUpdate = false;
     Kept.ApplyMixer();

@@ -216,7 +216,10 @@ TEST_F(AutoInput, OpensTheSoundSettingsAndTheAssistantsPageAndWaitsForItsEnd) {
     AddInput("A", 0);
     Corvetape::Form assistant("frmWizard", "Assistant");
     const Connection open = Opened.Open(assistant);
-    const auto closes = Computer.Loop.NewTimer([this] { Lifecycle.WizardRequested = false; });
+    const auto closes = Computer.Loop.NewTimer([this] {
+        EXPECT_FALSE(Form.Enabled());
+        Lifecycle.WizardRequested = false;
+    });
     closes->Start(std::chrono::seconds(7), TimerPrecision::Coarse);
     Answers = {true, false};
     const int64_t begun = Computer.Clock.MonotonicNanoseconds();
