@@ -109,7 +109,7 @@ ProgramParts::ProgramParts(const Machine& machine, State& state, const RunOption
              machine.Dialogs, Messages),
       Gain({Mixers, Inputs, state.Pause, state.Signal, SearchWait}, machine.System.Version()),
       MixerButtons({state.Form, state.Pause, state.Lifecycle, state.Opened, machine.Dialogs,
-                    machine.Processes, Messages},
+                    machine.Processes, machine.Desktop, Messages},
                    {Mixers, Inputs, Search, Gain, Rescue, SearchWait}, machine.System.Version()),
       Break({state.Form, state.Flags, state.Pause, Device, Writer, Recording, Say}),
       Watch({state.Form, state.PlainBar, state.CoverBar, machine.Clock, state.Options, state.Pause,

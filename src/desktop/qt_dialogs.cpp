@@ -15,11 +15,28 @@ QMessageBox::Icon IconOf(DialogIcon icon) {
     return icon == DialogIcon::Exclamation ? QMessageBox::Warning : QMessageBox::Information;
 }
 
+/// The pointer of a wait would say that the box cannot be answered: over it there is the normal one.
+class NormalPointer {
+ public:
+    NormalPointer() : Taken(QApplication::overrideCursor() != nullptr) {
+        if (Taken) QApplication::setOverrideCursor(Qt::ArrowCursor);
+    }
+    ~NormalPointer() {
+        if (Taken) QApplication::restoreOverrideCursor();
+    }
+    NormalPointer(const NormalPointer&) = delete;
+    NormalPointer& operator=(const NormalPointer&) = delete;
+
+ private:
+    bool Taken;
+};
+
 int Show(QWidget* window, const std::string& text, DialogIcon icon, QMessageBox::StandardButtons buttons,
          QMessageBox::StandardButton preselected = QMessageBox::NoButton) {
     QMessageBox box(IconOf(icon), ProgramTitle, QString::fromStdString(text), buttons, window);
     box.setDefaultButton(preselected);
     box.setTextFormat(Qt::PlainText);  // titles of strangers stand in it
+    const NormalPointer pointer;
     return box.exec();
 }
 

@@ -12,6 +12,18 @@ namespace {
 constexpr float AssistantStepMs = 200;
 constexpr const char* AssistantName = "frmWizard";
 
+/// The pointer of a wait, from here to the end of the scope.
+class BusyPointer {
+ public:
+    explicit BusyPointer(Desktop& desktop) : Screen(desktop) { Screen.ShowBusy(true); }
+    ~BusyPointer() { Screen.ShowBusy(false); }
+    BusyPointer(const BusyPointer&) = delete;
+    BusyPointer& operator=(const BusyPointer&) = delete;
+
+ private:
+    Desktop& Screen;
+};
+
 }  // namespace
 
 MixerPage::MixerPage(MixerPageParts parts, MixerTools tools, const SystemVersion& version)
@@ -70,8 +82,9 @@ bool MixerPage::AskAndSearch() {
         SearchEnds.Raise();
         return false;
     }
-    // The box that reports changed inputs may have been open when the program ended.
-    if (!Tools.Wait.Ended()) Search();
+    if (Tools.Wait.Ended()) return true;  // at the box that reports changed inputs
+    const BusyPointer busy(Parts.Desktop);
+    Search();
     return true;
 }
 
@@ -113,6 +126,7 @@ void MixerPage::AskAndFindGain() {
                                    DialogIcon::Question))
         return;
     if (Tools.Wait.Ended()) return;
+    const BusyPointer busy(Parts.Desktop);
     const int32_t before = Parts.Pause.LevelMultiplier;
     Tools.Rescue.Keep();
     const bool reached = Tools.Gain.AutoGainLine();

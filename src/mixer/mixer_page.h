@@ -14,6 +14,7 @@
 #include "mixer/mixer_rescue.h"
 #include "mixer/mixer_wait.h"
 #include "mixer/mod_mixer.h"
+#include "platform/desktop.h"
 #include "platform/dialogs.h"
 #include "platform/processes.h"
 #include "platform/system_info.h"
@@ -38,6 +39,7 @@ struct MixerPageParts {
     const OpenForms& Opened;  ///< the assistant is among them while it is open
     Corvetape::Dialogs& Dialogs;
     Corvetape::Processes& Processes;
+    Corvetape::Desktop& Desktop;  ///< its pointer is that of a wait while a search runs
     const clsLocalizeControls& Texts;
 };
 

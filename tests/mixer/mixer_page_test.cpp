@@ -20,14 +20,18 @@ class PageTest : public testing::Test, protected SearchRig {
  protected:
     explicit PageTest(const SystemVersion& version = NewerStack)
         : Gain({Mixers, Inputs, Pause, Signal, Wait}, version),
-          Page({Form, Pause, Lifecycle, Opened, Computer.Dialogs, Computer.Processes, Texts},
-               {Mixers, Inputs, Search, Gain, Rescue, Wait}, version) {
+          Page(
+              {Form, Pause, Lifecycle, Opened, Computer.Dialogs, Computer.Processes, Computer.Desktop, Texts},
+              {Mixers, Inputs, Search, Gain, Rescue, Wait}, version) {
         Computer.Files.Put(Computer.Folders.Program + "/english.lang",
                            "815=search?\n816=nothing found\n817=found %1\n818=is it %1?\n819=settings?\n"
                            "820=gain?\n821=good, save?\n822=bad, save?\n901=changed\n902=none\n"
                            "1500=no settings\n1501=%1 *\n");
         Texts.Load("english");
         Computer.Dialogs.WhileOpen = [this](const ShownBox&) { EnabledInBox.push_back(Form.Enabled()); };
+        Computer.Desktop.WhileAsked = [this](const std::string& what) {
+            News.push_back(what == "BusyPointer" ? "busy" : what);
+        };
         Page.SearchBegins.Connect([this] { News.emplace_back("begins"); });
         Page.SearchEnds.Connect([this] { News.emplace_back("ends"); });
         Page.SetUrl.Connect([this](const std::string& page) { News.push_back(page); });
@@ -74,7 +78,7 @@ TEST_F(AutoInput, FindsAnInputChoosesItAndOffersTheGain) {
     EXPECT_EQ(Store.ReadProviderText("Mixer", "InputDevice"), "1");
     EXPECT_TRUE(Input.IsOpen());
     EXPECT_TRUE(Form.chkStartStop[1].Enabled());
-    EXPECT_THAT(News, ElementsAre("begins", "ends"));
+    EXPECT_THAT(News, ElementsAre("begins", "busy", "ends", "normal pointer"));
 }
 
 TEST_F(AutoInput, GoesOnWithTheGainIfTheUserWants) {
@@ -95,7 +99,7 @@ TEST_F(AutoInput, TellsThatNothingWasFound) {
     EXPECT_EQ(Computer.Dialogs.Boxes[2].Kind, BoxKind::Message);
     EXPECT_EQ(Computer.Dialogs.Boxes[2].Icon, DialogIcon::Exclamation);
     EXPECT_TRUE(Form.Enabled());
-    EXPECT_THAT(News, ElementsAre("begins", "ends"));
+    EXPECT_THAT(News, ElementsAre("begins", "busy", "ends", "normal pointer"));
 }
 
 TEST_F(AutoInput, CancelledDoesNothing) {
@@ -265,6 +269,7 @@ TEST_F(AutomaticGain, IsShownAndSavedWithTheMixerIfTheUserWants) {
     EXPECT_EQ(Form.vscMultiplier.Value(), 180);
     EXPECT_THAT(Section("MixerRadio"), ElementsAre("C000000=65535", "C000001=0", "LevelMultiplier=180"));
     EXPECT_THAT(EnabledInBox, ElementsAre(false, false));
+    EXPECT_THAT(News, ElementsAre("busy", "normal pointer"));
     EXPECT_TRUE(Form.Enabled());
 }
 
@@ -293,6 +298,7 @@ TEST_F(AutomaticGain, CancelledDoesNothing) {
     ASSERT_TRUE(Inputs.FillInputDevices());
     Form.cmdAGC.Press();
     EXPECT_THAT(Questions(), ElementsAre("gain?"));
+    EXPECT_THAT(News, IsEmpty());
     EXPECT_THAT(Cards.Sets, IsEmpty());
     EXPECT_TRUE(Form.Enabled());
 }
