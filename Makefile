@@ -31,7 +31,8 @@ PROGRAMS := corvetape corvetape-cli
 SOURCES = $$(find src tests bench -name '*.h' -o -name '*.cpp' | sort)
 
 CONFIGURE = cmake --preset $(1) >/dev/null
-CTEST = ctest --output-on-failure --no-tests=error --parallel 2
+# Live tests mostly wait, so their four parts share two cores; all others run alone (cmake/Rooms.cmake).
+CTEST = ctest --output-on-failure --no-tests=error --parallel 4
 
 .PHONY: all run test sanitize fuzz soak soak-live mutants bench format lint install package clean
 

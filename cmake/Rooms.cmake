@@ -25,8 +25,8 @@ endfunction()
 
 # corvetape_test(<name> FOLDER <folder> USES <room>... [LABELS <label>...] [TIMEOUT <seconds>] [SHARDS <n>])
 #
-# One test program per folder of tests/, made of all its sources. With shards its tests run as so many entries,
-# side by side where they mostly wait.
+# One test program per folder of tests/, made of all its sources. With shards its tests run as so many entries
+# side by side, which is for tests that mostly wait; one without takes all slots of the run.
 function(corvetape_test name)
     cmake_parse_arguments(TEST "" "FOLDER;TIMEOUT;SHARDS" "USES;LABELS;DEPENDS" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${TEST_FOLDER}/*.cpp)
@@ -52,9 +52,8 @@ function(corvetape_test name)
         set(TEST_TIMEOUT 600)
     endif()
     if(NOT TEST_SHARDS)
-        # Two slots: nothing else runs beside it in a run of two jobs.
         add_test(NAME ${name} COMMAND test-${name})
-        set_tests_properties(${name} PROPERTIES LABELS "${TEST_LABELS}" TIMEOUT ${TEST_TIMEOUT} PROCESSORS 2)
+        set_tests_properties(${name} PROPERTIES LABELS "${TEST_LABELS}" TIMEOUT ${TEST_TIMEOUT} PROCESSORS 4)
         return()
     endif()
     math(EXPR last "${TEST_SHARDS} - 1")
