@@ -257,10 +257,32 @@ TEST_F(SongNotesTest, SongsWithoutANoteWereLeftOnPurpose) {
     EXPECT_TRUE(Found().empty());
 }
 
-TEST_F(SongNotesTest, AnyTextAsANoteIsOfNoRunThatLives) {
-    ASSERT_TRUE(Machine.Files.Append(std::string(Folder) + "/x.note", "\xFF\0[Song\nWanted=1"));
-    ASSERT_EQ(Found().size(), 1u);
-    EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found()[0]).Fate, LeftSongFate::Delete);
+TEST_F(SongNotesTest, ASongWhoseNoteCannotBeReadIsLeftAlone) {
+    LeaveSong("song", 40);
+    Notes.Write("song", Note(true));
+    FileFault fault;
+    fault.Pattern = "*.note";
+    fault.Operation = FileOperation::Read;
+    Machine.Files.AddFault(fault);
+    EXPECT_TRUE(Found().empty());
+    Machine.Files.ClearFaults();
+    EXPECT_EQ(Found().size(), 1u);
+    Machine.Files.Put(std::string(Folder) + "/song.note", "\xFF\0[Song\nWanted=1");
+    EXPECT_TRUE(Found().empty());
+}
+
+TEST_F(SongNotesTest, ASongThatWasClosedKeepsItsEnd) {
+    const std::string path = std::string(Folder) + "/song.wav";
+    SongNote note = Note(true);
+    note.HandedOn = 1;
+    Notes.Store("song", note);
+    auto file = WavFile::Create(Machine.Files, path, MakeWaveFormat(44100));
+    ASSERT_TRUE(file);
+    ASSERT_TRUE(file->Write(std::vector<Frame>(40 * 44100, Frame{1000, -1000})));
+    ASSERT_TRUE(file->TakeOff(2 * 176400));
+    ASSERT_TRUE(file->FinishData() && file->FinishRiff() && file->Close());
+    EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Seconds, 38);
+    EXPECT_EQ(ReadWavInfo(Machine.Files, path)->DataBytes, 38u * 176400u);
 }
 
 }  // namespace

@@ -26,8 +26,10 @@ std::string Value(std::string_view text) {
     return "\"" + value + "\"";
 }
 
-SongNote ReadNote(Files& files, const std::string& path) {
+/// Nothing if the file cannot be read or is no note.
+std::optional<SongNote> ReadNote(Files& files, const std::string& path) {
     const Profile profile(files, path);
+    if (!profile.HasKey(NoteSection, "Run")) return std::nullopt;
     const auto text = [&](const char* key) { return profile.ReadText(NoteSection, key, "", MostValueBytes); };
     SongNote note;
     note.Run = text("Run");
@@ -45,6 +47,12 @@ SongNote ReadNote(Files& files, const std::string& path) {
     note.Work = text("Work");
     note.MusicFolder = text("MusicFolder");
     return note;
+}
+
+/// Whether the file holds the audio that its header gives. A close leaves a pause after the end.
+bool IsWhole(Files& files, const std::string& path) {
+    const std::optional<WavInfo> info = ReadWavInfo(files, path);
+    return info && info->DataBytes > 0 && info->DataStart + info->DataBytes <= info->FileBytes;
 }
 
 }  // namespace
@@ -112,7 +120,9 @@ std::optional<LeftSong> ReadLeftSong(Files& files, const std::string& songTempFo
     const std::string path = songTempFolder + "/" + baseName + std::string(NoteExtension);
     // Dealt with since it was listed, or a claim that is being made at this moment.
     if (files.FileSize(path).value_or(0) == 0) return std::nullopt;
-    LeftSong song{baseName, ReadNote(files, path)};
+    const std::optional<SongNote> note = ReadNote(files, path);
+    if (!note) return std::nullopt;
+    LeftSong song{baseName, *note};
     const bool alive =
         runs.RunIsAlive(song.Note.Run) || (!song.Note.Encoder.empty() && runs.RunIsAlive(song.Note.Encoder));
     if (alive || song.Note.HandedOn >= MostHandOvers) return std::nullopt;
@@ -149,7 +159,7 @@ LeftSongDecision DecideLeftSong(Files& files, const std::string& songTempFolder,
         decision.Fate = LeftSongFate::IsMade;
     }
     if (!song.Note.Wanted || !size) return decision;
-    const bool repaired = RepairWavHeader(files, path);
+    const bool repaired = (isClosed && IsWhole(files, path)) || RepairWavHeader(files, path);
     const std::optional<WavInfo> info = ReadWavInfo(files, path);
     if (!repaired || !info || info->Format.nAvgBytesPerSec == 0) {
         // Only what is surely no song may go.

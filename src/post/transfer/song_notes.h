@@ -84,7 +84,8 @@ struct LeftSong {
 /// note were left there on purpose.
 std::vector<std::string> ListNotedSongs(Files& files, const std::string& songTempFolder);
 
-/// A song that has a note, if neither its run nor its encoder is alive and it was not given up.
+/// A song that has a note, if neither its run nor its encoder is alive and it was not given up. Nothing if
+/// the note cannot be read: it may say that the song is wanted.
 std::optional<LeftSong> ReadLeftSong(Files& files, const std::string& songTempFolder,
                                      const std::string& baseName, SystemInfo& runs);
 
@@ -102,7 +103,8 @@ struct LeftSongDecision {
 };
 
 /// Repairs the header of a song and decides as its close would have done: kept if it was wanted and is longer
-/// than the least length. One that was closed already goes to an encoder again unless its music is there. A
+/// than the least length. One that was closed already goes to an encoder again, as long as its close has made
+/// it, unless its music is there. A
 /// file that is no song, or that holds no sound, is deleted. A wanted song that cannot be read or repaired is
 /// left.
 LeftSongDecision DecideLeftSong(Files& files, const std::string& songTempFolder, const LeftSong& song);
