@@ -72,7 +72,8 @@ ProgramEvents EventsTo(SongPrinter& printer, TerminalLine& line) {
     events.SongClosed = [&, notices](const ClosedSong& song) {
         line.Clear();
         printer.Closed(song);
-        if (song.IsTooShort()) notices->SongReported();
+        const bool lacksSome = song.Fate == SongFate::Kept && song.LostFrames > 0;
+        if (song.IsTooShort() || lacksSome) notices->SongReported();
     };
     events.SongTransferred = [&](const TransferredSong& song) {
         line.Clear();

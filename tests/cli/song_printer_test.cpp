@@ -6,6 +6,8 @@
 #include <memory>
 
 #include "cli/command.h"
+#include "cli/run_support.h"
+#include "cli/terminal_line.h"
 
 namespace Corvetape {
 namespace {
@@ -65,6 +67,23 @@ class SongPrinterTest : public testing::Test {
     SongPrinter json{SongFormat::Json, songs.get(), errors.get()};
     SongPrinter lines{SongFormat::Lines, songs.get(), errors.get()};
 };
+
+TEST_F(SongPrinterTest, WhatASongLacksIsInItsLineAndNotSaidAgain) {
+    TerminalLine line;
+    const ProgramEvents events = EventsTo(lines, line);
+    ClosedSong damaged = Closed("a");
+    damaged.LostFrames = 44100;
+    testing::internal::CaptureStderr();
+    events.SongClosed(damaged);
+    events.Logged("INFO", "1.000 seconds of it are missing");
+    events.Logged("INFO", "of another thing");
+    events.SongClosed(Closed("b"));
+    events.Logged("INFO", "a notice");
+    EXPECT_THAT(LinesOf(testing::internal::GetCapturedStderr()),
+                ElementsAre("corvetape-cli: of another thing", "corvetape-cli: a notice"));
+    ASSERT_THAT(Songs(), SizeIs(2));
+    EXPECT_THAT(Songs()[0], testing::HasSubstr("1.00 s lost"));
+}
 
 TEST_F(SongPrinterTest, ALineComesAtTheClose) {
     lines.Closed(Closed("a"));
