@@ -258,6 +258,7 @@ TEST(Supervisor, AnExcludedSongIsGivenUpWhileItPlays) {
     rig.Ticks(7);
     EXPECT_FALSE(rig.Flags.RecordCurrentSong);
     EXPECT_TRUE(rig.Flags.RecordNextSong);
+    EXPECT_EQ(rig.Form.lblStatus[1].Caption(), "#860 Unloved");
 }
 
 TEST(Supervisor, TheListsAreAskedOnlyForASongThatIsKept) {
