@@ -56,6 +56,16 @@ int32_t AudioRing::Wrapped(int64_t slot) const {
     return static_cast<int32_t>(rest < 0 ? rest + Size() : rest);
 }
 
+int32_t AudioRing::UnreadFrom(uint64_t position) const {
+    const int32_t unread = Unread();
+    int32_t count = 0;
+    while (count < unread &&
+           (*this)[Wrapped(int64_t{AudioWriteIndex} - count - 1)].StreamPosition >= position) {
+        ++count;
+    }
+    return count;
+}
+
 void AudioRing::SetLevel(int32_t level) {
     if (Slots.empty()) return;
     AudioLevels[static_cast<size_t>(AudioWriteIndex)] = level;

@@ -131,6 +131,10 @@ void SongWriter::Begin(const SignalBuffer& buffer) {
 
 void SongWriter::Note(const SignalBuffer& buffer) {
     Begin(buffer);
+    if (Present.Stretches.empty() || buffer.StreamPosition != Present.EndFrame) {
+        const auto frames = static_cast<uint64_t>(BytesOfSong) / sizeof(Frame);
+        Present.Stretches.push_back({frames - FramesOf(buffer).size(), buffer.StreamPosition});
+    }
     // What the disk has refused since then is missing, unless it has waited in the ring.
     const bool failed = std::exchange(Present.Failing, false);
     if (failed && buffer.StreamPosition > Present.EndFrame) {
@@ -288,18 +292,29 @@ void SongWriter::TakeOff(int64_t bytes) {
     Present.EndFrame -= std::min(frames, Present.EndFrame);
 }
 
+uint64_t SongWriter::SilenceBegin() const {
+    const SignalState& signal = Parts.Signal;
+    const uint64_t now = signal.FramesOfEarlierInputs + signal.FramesReceived;
+    const auto silent = static_cast<uint64_t>(std::max(signal.SilentBufferCount, 0));
+    return now - std::min(now, silent * FramesPerBufferOf(Place.Format));
+}
+
+/// How much of the file came before a position. What was skipped after a pause is not in it.
+uint64_t SongWriter::FramesBefore(uint64_t position) const {
+    uint64_t end = static_cast<uint64_t>(std::max<int64_t>(BytesOfSong, 0)) / sizeof(Frame);
+    for (size_t i = Present.Stretches.size(); i-- > 0;) {
+        const Stretch& stretch = Present.Stretches[i];
+        const bool isInIt = stretch.Position <= position;
+        if (isInIt) return std::min(end, stretch.FileFrame + (position - stretch.Position));
+        end = stretch.FileFrame;
+    }
+    return 0;
+}
+
 void SongWriter::TakeSilenceOff() {
     if (!SongFileOpen()) return;
-    const SignalState& signal = Parts.Signal;
-    const auto framesOf = [this](int32_t buffers) {
-        return static_cast<uint64_t>(std::max(buffers, 0)) * FramesPerBufferOf(SongFile->Format());
-    };
-    const uint64_t now = signal.FramesOfEarlierInputs + signal.FramesReceived;
-    uint64_t begin = now - std::min(now, framesOf(signal.SilentBufferCount));
-    // What was skipped after the pause was recognised is not in the file: rather too little is taken off.
-    if (Present.BeginFrame < begin) begin += framesOf(Parts.Pause.IgnorePauseBuffers);
-    if (begin >= Present.EndFrame) return;
-    TakeOff(std::min(BytesOfSong, static_cast<int64_t>((Present.EndFrame - begin) * sizeof(Frame))));
+    const auto heard = static_cast<int64_t>(FramesBefore(SilenceBegin()) * sizeof(Frame));
+    if (heard < BytesOfSong) TakeOff(BytesOfSong - heard);
 }
 
 /// A song may be over before it was taken over into SongMedia, which may still be that of a song that waits.

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "audio/closed_song.h"
 #include "audio/cut_state.h"
@@ -136,6 +137,9 @@ class SongWriter {
     /// Takes the silence that is heard now off the end of the song, as far as its file holds it.
     void TakeSilenceOff();
 
+    /// Number of the first frame of the silence that is heard now, among all that any input has given.
+    uint64_t SilenceBegin() const;
+
     /// The next song begins at a boundary though no file was open to be closed there.
     void NoteBoundary() { NextBeginsAtBoundary = true; }
 
@@ -161,6 +165,12 @@ class SongWriter {
     const std::string& SongFileErrorPath() const { return FirstErrorPath; }
 
  private:
+    /// From a place in the file on, its audio is what came without a gap from a position on.
+    struct Stretch {
+        uint64_t FileFrame = 0;
+        uint64_t Position = 0;
+    };
+
     /// What is noted of the song's present file.
     struct Notes {
         uint64_t BeginFrame = 0;
@@ -173,6 +183,7 @@ class SongWriter {
         bool BegunAtBoundary = false;
         bool Unbroken = true;
         bool Failing = false;  ///< the last buffer could not be written
+        std::vector<Stretch> Stretches;
     };
 
     /// How a file was named: by the stamp, from the second of that stamp on with its number.
@@ -197,6 +208,7 @@ class SongWriter {
     void TakeOff(int64_t bytes);
     void TakeEndedMedia();
     bool IsWanted() const;
+    uint64_t FramesBefore(uint64_t position) const;
     SongFate Fate() const;
     void Keep(int32_t part);
     void WriteInfoChunk(std::span<const std::string_view> ids, std::span<const std::string> texts);

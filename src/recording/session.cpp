@@ -62,7 +62,8 @@ void Session::BreakOff() {
 void Session::BreakOffPiece() {
     RecordingFlags& flags = Parts.Flags;
     const bool last = flags.StopAtEndOfSong;
-    const int32_t silent = Parts.Signal.SilentBufferCount;
+    // By position: what was skipped after a pause is silence too, and is not in the ring.
+    const int32_t silent = Parts.Ring.UnreadFrom(Parts.Song.SilenceBegin());
     const int32_t heard = Parts.Ring.Unread() - silent;  // that waits in the ring, before the silence
     const bool hasPiece = Parts.Song.SongFileOpen() || heard > 0;
     Parts.Cut.Settle();

@@ -134,14 +134,35 @@ TEST_F(SessionAtOnce, APieceOfSilenceAloneIsNotKept) {
 
 TEST_F(SessionAtOnce, WhatWasSkippedAfterThePauseCostsNoSound) {
     Rig.Pause.IgnorePauseBuffers = 6;
-    Rig.Form.chkStartStop[0].Value(1);
-    Rig.Play(300);
-    Rig.Play(2, true);
-    Rig.Signal.FramesReceived += 6 * Rig.FramesPerBuffer;
-    Rig.Signal.SilentBufferCount += 6;
-    Rig.Play(1192, true);
-    Rig.Recording.BreakOff();
-    EXPECT_EQ(Rig.ClosedBuffers, 300);
+    for (const int32_t silence : {1200, 150, 90}) {  // in the file, in both, in the ring alone
+        Rig.Form.chkStartStop[0].Value(0);
+        Rig.Form.chkStartStop[0].Value(1);
+        Rig.Play(300);
+        Rig.Play(2, true);
+        Rig.Signal.FramesReceived += 6 * Rig.FramesPerBuffer;
+        Rig.Signal.SilentBufferCount += 6;
+        Rig.Play(silence - 8, true);
+        Rig.Recording.BreakOff();
+        EXPECT_EQ(Rig.ClosedBuffers, 300) << silence;
+    }
+}
+
+TEST_F(SessionAtOnce, ASoundWithinWhatWasSkippedCostsNoSoundEither) {
+    for (const int32_t silence : {1200, 90}) {  // in the file, in the ring alone
+        Rig.Form.chkStartStop[0].Value(0);
+        Rig.Form.chkStartStop[0].Value(1);
+        Rig.Play(302);
+        for (const int32_t silent : {5, 6}) {
+            Rig.Signal.FramesReceived += 6 * Rig.FramesPerBuffer;
+            Rig.Signal.SilentBufferCount = silent;
+            Rig.Play(2, true);
+        }
+        Rig.Play(silence, true);
+        // The first of all that was skipped was a click, after which the silence began anew.
+        Rig.Signal.SilentBufferCount = silence + 5 + 2 + 6 + 2;
+        Rig.Recording.BreakOff();
+        EXPECT_EQ(Rig.ClosedBuffers, 302) << silence;
+    }
 }
 
 TEST_F(SessionAtOnce, APieceThatIsTooShortBeforeTheSilenceLeavesTheWishToStopToTheNextOne) {
