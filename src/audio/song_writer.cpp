@@ -32,8 +32,8 @@ int64_t BufferBytesOf(const WaveFormat& format) {
 
 SongWriter::SongWriter(SongParts parts, SongPlace place, SongEvents events)
     : Parts(parts), Place(std::move(place)), Events(std::move(events)) {
-    if (Place.MaxSongBytes == 0) Place.MaxSongBytes = MostWavDataBytes;
-    Place.MaxSongBytes = std::min(Place.MaxSongBytes, MostWavDataBytes);
+    if (Place.MaxSongBytes == 0) Place.MaxSongBytes = MostSongBytes;
+    Place.MaxSongBytes = std::min(Place.MaxSongBytes, MostSongBytes);
 }
 
 SongWriter::~SongWriter() = default;
@@ -100,7 +100,7 @@ std::optional<AheadMark> SongWriter::WriteAhead(const SignalBuffer& buffer) {
     }
     if (!SongFile || SongFile->Format() != Place.Format) return std::nullopt;
     const uint64_t end = SongFile->DataBytes() + SongFile->AheadBytes() + frames.size_bytes();
-    if (end > Place.MaxSongBytes || !SongFile->WriteAhead(frames)) return std::nullopt;
+    if (end > MostWavDataBytes || !SongFile->WriteAhead(frames)) return std::nullopt;
     return AheadMark{AheadStretch, end};
 }
 

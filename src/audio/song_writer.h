@@ -28,6 +28,10 @@ inline constexpr int32_t ErrorCreatingSong = 903;
 inline constexpr int32_t ErrorClosingSong = 904;
 inline constexpr int32_t ErrorWritingSong = 905;
 
+/// Most audio bytes of a song in one file, 6.5 hours at 44.1 kHz. What the format can hold beyond that is
+/// room for the longest ring, whose audio is written ahead after the song's.
+inline constexpr uint64_t MostSongBytes = MostWavDataBytes - (uint64_t{128} << 20U);
+
 /// The state that a song file follows and changes. All of it outlives the writer.
 struct SongParts {
     Files& Disk;
@@ -49,7 +53,7 @@ struct SongPlace {
     /// that name stands already, "-2", "-3", ... is added, so that no recorded song is written over.
     std::function<std::string()> BaseName;
 
-    /// Most audio bytes of one file; 0 or more than the format can hold: what the format can hold.
+    /// Most audio bytes of one file; 0 or more than MostSongBytes: MostSongBytes.
     uint64_t MaxSongBytes = 0;
 };
 

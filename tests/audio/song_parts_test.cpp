@@ -222,8 +222,8 @@ TEST(LongSongLimits, AtFourGibibytesASongGoesOnInTheNextFileWithoutALostFrame) {
         ASSERT_TRUE(writer.WriteBufferToSong(buffer, i + 1 == buffers));
     }
     ASSERT_EQ(closed.size(), 2U);
-    EXPECT_LE(closed[0].Frames * sizeof(Frame), MostWavDataBytes);
-    EXPECT_GT(closed[0].Frames * sizeof(Frame) + BufferBytes, MostWavDataBytes) << "as much as it can hold";
+    EXPECT_LE(closed[0].Frames * sizeof(Frame), MostSongBytes);
+    EXPECT_GT(closed[0].Frames * sizeof(Frame) + BufferBytes, MostSongBytes) << "as much as it may hold";
     EXPECT_EQ(closed[1].BeginFrame, closed[0].EndFrame);
     EXPECT_EQ(closed[0].Frames + closed[1].Frames, buffers * BufferFrames);
     EXPECT_EQ(closed[0].Media.Size, static_cast<int32_t>(closed[0].Frames / 44100));

@@ -231,6 +231,25 @@ class PartsWrittenAhead : public testing::Test, protected SongBench {
     AudioDrain Drain;
 };
 
+TEST_F(PartsWrittenAhead, WhatWaitsWhileAFileBecomesFullOutlivesTheProcessToo) {
+    for (int32_t i = 0; i < 275; ++i) {
+        Ring.Put(NumberedBuffer(Next++));
+        Drain.WriteAhead();
+        if (i % BuffersPerSecond == 0) {
+            ASSERT_TRUE(Drain.DrainAudioRing(false));
+        }
+    }
+    // The second file takes 80 buffers, and holds those that come after them until a third is begun.
+    EXPECT_GT(Ring.Unread(), 100);
+    ASSERT_EQ(Closed.size(), 1U);
+    EXPECT_EQ(BuffersLeftIn(Writer.SongFilePath()), Range(80, 195));
+}
+
+TEST(LongestRing, FitsIntoWhatALargestSongLeavesOfItsFile) {
+    constexpr uint64_t mostBytes = uint64_t{AudioRing::MostSlots} * 48000 / BuffersPerSecond * sizeof(Frame);
+    EXPECT_LE(MostSongBytes + mostBytes, MostWavDataBytes);
+}
+
 TEST_F(PartsWrittenAhead, ASongOfSeveralFilesLosesNothingBetweenThem) {
     for (int32_t i = 0; i < 1000; ++i) {
         Ring.Put(NumberedBuffer(Next++));
