@@ -3,6 +3,7 @@
 #include <signal.h>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <span>
@@ -113,9 +114,12 @@ TEST_P(KilledRecorderTest, LosesLessThanASecondOfWhatHadArrived) {
     RecordProperty("FramesLost", static_cast<int>(heardThen) - static_cast<int>(end));
 }
 
-INSTANTIATE_TEST_SUITE_P(Modes, KilledRecorderTest, testing::Values(0, 1, 2), [](const auto& test) {
-    return test.param == 0 ? "BySilence" : test.param == 1 ? "ByMediaData" : "ByFixedTime";
-});
+std::string NameOfMode(const testing::TestParamInfo<int>& mode) {
+    constexpr std::array<const char*, 4> names = {"BySilence", "ByMediaData", "ByFixedTime", "Automatic"};
+    return names[static_cast<size_t>(mode.param)];
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, KilledRecorderTest, testing::Range(0, 4), NameOfMode);
 
 }  // namespace
 }  // namespace Corvetape
