@@ -38,7 +38,7 @@ bool Program::InputOpen() const {
 }
 
 uint64_t Program::SongAgeSeconds() const {
-    return static_cast<uint64_t>(Parts->Watch.SongAgeSeconds());
+    return static_cast<uint64_t>(Parts->Recording.Age.Seconds());
 }
 
 Desk Program::Shown() {

@@ -242,7 +242,7 @@ Program::Next Program::ApplyStationData() {
 }
 
 Program::Next Program::EnableRecording() {
-    Memory->Flags.RecordingEnabled = Memory->Media.StationDataEnabled;
+    Memory->Flags.FollowMediaData(Memory->Media.StationDataEnabled);
     return Next::Continue;
 }
 

@@ -41,17 +41,17 @@ ProgramParts::ProgramParts(const Machine& machine, State& state, const RunOption
       Messages(machine.Files, machine.Folders.ProgramFolder(), machine.Dialogs),
       Say(Journal, Messages, machine.Dialogs, state.Lifecycle, state.Form.lblStatus[1]),
       Unwritable(Store, Journal, state.Folders, Say),
-      Input({machine.WaveIn, machine.Loop, machine.Clock, state.Options, state.Signal, state.Ring},
-            CaptureEventsOf(*this)),
       Writer({machine.Files, state.Flags, state.Signal, state.Pause, state.Media, state.Messages, state.Cut},
              SongPlaceOf(*this), SongEventsOf(*this)),
       Drain({state.Ring, state.Cut, state.Pause, state.Flags, Writer}),
       Learned(machine.Files, LearnedCutsFolder(machine.Folders), state.Options),
-      Automatic({state.Ring, state.Cut, state.Pause, state.Options, Input.Format(), state.Flags, state.Signal,
-                 state.Media, Writer, Learned}),
+      Automatic({state.Ring, state.Cut, state.Pause, state.Options, state.Signal.Format, state.Flags,
+                 state.Signal, state.Media, Writer, Learned}),
       Targets(Writer, Drain, Automatic),
       Path({state.Signal, state.Pause, state.Ring, machine.Clock},
            {state.Signal, state.Cut, state.Pause, state.Flags, state.Ring}, Targets),
+      Input({machine.WaveIn, machine.Loop, machine.Clock, state.Options, state.Signal, state.Ring, Path},
+            CaptureEventsOf(*this)),
       Device(Input, Targets, Requests),
       Mode(state.Form, state.Pause, Device),
       Pauses(
@@ -90,20 +90,13 @@ ProgramParts::ProgramParts(const Machine& machine, State& state, const RunOption
       Waiting(state.Form.tmrEncodeFile, Transfer, state.Flags, Requests),
       Results(Transfer, machine.Processes, machine.Files, Say),
       Left(machine, state.Folders, Transfer, Notes, Say),
-      Reports(Say, state.Messages, Transfer, Input.Format()),
+      Reports(Say, state.Messages, Transfer, state.Signal.Format),
       Links(state.Form, machine.Processes, Messages),
       Bars({state.Form, state.PlainBar, state.CoverBar, state.Media, state.Options, Store, machine.Loop,
             Covers}),
-      Disk({state.Form, machine.Files, state.Options, state.Folders, state.Flags, state.Messages}, Say),
-      Look(state.Form, state.PlainBar, state.CoverBar, Messages),
-      Recording(
-          {state.Form, state.Flags, state.Cut, state.Media, state.Pause, state.Signal, state.Ring, Writer},
-          SessionActionsOf(*this)),
-      Poll({state.Form, state.Media, state.Cut, state.Flags, state.Signal, state.Ring, state.Pause, Drain,
-            Recording},
-           MediaPollActionsOf(*this)),
-      Sources({state.Form, state.Media, machine.Clock, Providers, Bridge.get(), Automatic}),
       Inputs({state.Form, machine.WaveIn, state.Options, Store, state.Lifecycle}, Device, Say),
+      Recording(*this, machine, state),
+      Sources({state.Form, state.Media, machine.Clock, Providers, Bridge.get(), Automatic}),
       SearchWait(machine.Clock, machine.Loop),
       Search({Mixers, Inputs, state.Pause, state.Signal, state.Media, state.Options, SearchWait},
              machine.Dialogs, Messages),
@@ -111,15 +104,7 @@ ProgramParts::ProgramParts(const Machine& machine, State& state, const RunOption
       MixerButtons({state.Form, state.Pause, state.Lifecycle, state.Opened, machine.Dialogs,
                     machine.Processes, machine.Desktop, Messages},
                    {Mixers, Inputs, Search, Gain, Rescue, SearchWait}, machine.System.Version()),
-      Break({state.Form, state.Flags, state.Pause, Device, Writer, Recording, Say}),
-      Watch({state.Form, state.PlainBar, state.CoverBar, machine.Clock, state.Options, state.Pause,
-             state.Lifecycle, state.Flags, state.Cut, state.Signal, state.Media, state.Ring,
-             Input.MaxBuffersUsed()},
-            SupervisorActionsOf(*this)) {
-    Connect();
-}
-
-void ProgramParts::Connect() {
+      Break({state.Form, state.Flags, state.Pause, Device, Writer, Recording.Clicks, Say}) {
     ConnectEvents();
     ConnectTick();
 }
@@ -165,26 +150,6 @@ void ProgramParts::ConnectTick() {
         Unwritable.Look();
         Left.Recover();
     });
-}
-
-void ProgramParts::ResumeRecording() {
-    RecordingFlags& flags = Memory.Flags;
-    if (!Memory.Media.StationDataEnabled) {
-        Say.Show(Say.Text(Message::MediaDataAreOff.Key));
-        return;
-    }
-    if (!Disk.HasRoom(Input.Format().nAvgBytesPerSec)) {
-        Say.Show(Say.Text(Message::NoRoomToRecord.Key));
-        return;
-    }
-    // A disk that was nearly full was to end the recording; a switch of the command line still is.
-    const int32_t info = Memory.Messages.PendingInfo;
-    const bool byDisk = (info >= 833 && info <= 835) || Writer.SongFileError() != 0;
-    if (byDisk) flags.DisableAtEndOfSong = false;
-    // A silence that ended the recording is over when there is sound again.
-    if (Watch.WaitsForSound()) return Watch.ShowSilence();
-    flags.RecordingEnabled = true;
-    Say.Show("");
 }
 
 }  // namespace Corvetape

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "app/program.h"
+#include "app/recording_parts.h"
 #include "audio/capture.h"
 #include "audio/drain.h"
 #include "audio/input_device.h"
@@ -51,21 +52,16 @@
 #include "recording/automatic/automatic_targets.h"
 #include "recording/automatic/learned_cuts.h"
 #include "recording/automatic/source_watch.h"
-#include "recording/disk_check.h"
 #include "recording/floating_bars.h"
 #include "recording/left_songs.h"
 #include "recording/level_display.h"
-#include "recording/media_poll.h"
 #include "recording/note_keeper.h"
 #include "recording/pause_calibration.h"
 #include "recording/pause_control.h"
-#include "recording/recording_look.h"
 #include "recording/search_break.h"
-#include "recording/session.h"
 #include "recording/song_actions.h"
 #include "recording/song_end_mode.h"
 #include "recording/song_reports.h"
-#include "recording/supervisor.h"
 
 namespace Corvetape {
 
@@ -76,10 +72,6 @@ struct ProgramParts {
     ProgramParts(const Machine& machine, State& state, const RunOptions& run, const ProgramEvents& events);
     ProgramParts(const ProgramParts&) = delete;
     ProgramParts& operator=(const ProgramParts&) = delete;
-
-    /// Somebody wants to record while nothing is written. Writes again where a full disk was the reason and
-    /// there is room now; otherwise the status line says why nothing is recorded.
-    void ResumeRecording();
 
     Machine Host;
     State& Memory;
@@ -98,13 +90,13 @@ struct ProgramParts {
     Reporter Say;
     WriteWatch Unwritable;
 
-    Capture Input;
     SongWriter Writer;
     AudioDrain Drain;
     LearnedCuts Learned;
     AutomaticRecorder Automatic;
     AutomaticTargets Targets;
     SignalPath Path;
+    Capture Input;
     InputDevice Device;
 
     SongEndMode Mode;
@@ -145,21 +137,17 @@ struct ProgramParts {
 
     AboutLinks Links;
     FloatingBars Bars;
-    DiskCheck Disk;
-    RecordingLook Look;
-    Session Recording;
-    MediaPoll Poll;
-    SourceWatch Sources;
     InputList Inputs;
+    RecordingParts Recording;
+    SourceWatch Sources;
+
     MixerWait SearchWait;
     InputSearch Search;
     AutoGain Gain;
     MixerPage MixerButtons;
     SearchBreak Break;
-    Supervisor Watch;
 
  private:
-    void Connect();
     void ConnectEvents();
     void ConnectTick();
 };

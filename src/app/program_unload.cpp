@@ -127,7 +127,7 @@ void Program::CloseSong() {
 }
 
 void Program::DisableRecording() {
-    Memory->Flags.RecordingEnabled = false;
+    Memory->Flags.EndWithProgram();
 }
 
 void Program::CloseCapture() {

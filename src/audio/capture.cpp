@@ -49,7 +49,6 @@ struct Capture::Engine : std::enable_shared_from_this<Capture::Engine> {
 
     CaptureParts Parts;
     CaptureEvents Events;
-    WaveFormat Format;
     uint32_t FramesPerBuffer = 0;
     BufferReturn Mode = BufferReturn::Loop;
     std::unique_ptr<WaveInStream> Stream;
@@ -73,6 +72,7 @@ bool Capture::Engine::Open(size_t device) {
     if (Stream) Close();
     if (Gone) return false;
     Shut();  // an event of the closing may have opened another device
+    WaveFormat& Format = Parts.Signal.Format;
     Format = MakeWaveFormat(Parts.Settings.SPDIF48kHz ? OpticalRate : CommonRate);
     Mode = ModeOf(Parts.Settings.PollRecordingBuffers);
     ++Generation;
@@ -191,7 +191,7 @@ bool Capture::Engine::ProcessBuffer(size_t index) {
         buffer.FramesLostBefore = std::exchange(LostSinceLast, 0);
         buffer.DeviceChangesBefore = std::exchange(ChangesSinceLast, 0);
         Parts.Signal.FramesReceived += frames;
-        if (Events.Buffer && !Events.Buffer(buffer)) {
+        if (!Parts.Target.Handle(buffer)) {
             if (Events.Fatal && !Gone) Events.Fatal();
             return false;
         }
@@ -264,7 +264,7 @@ void Capture::Engine::NoteIncident(const WaveInIncident& incident) {
     // The next buffer comes late because there was none, and not because buffers had to wait.
     if (incident.Kind != WaveInIncidentKind::Overrun) LastArrival = 0;
     // Nobody knows what played in the meantime, so it does not count as silence.
-    const uint64_t lostSeconds = incident.LostFrames / Format.nSamplesPerSec;
+    const uint64_t lostSeconds = incident.LostFrames / Parts.Signal.Format.nSamplesPerSec;
     const int64_t sinceSound = int64_t{Parts.Clock.TimeGetTime()} / 1000 - Parts.Signal.SilenceStartSecond;
     if (sinceSound > 0) {
         Parts.Signal.SilenceStartSecond +=
@@ -306,7 +306,7 @@ bool Capture::IsOpen() const {
     return Self->Stream != nullptr;
 }
 const WaveFormat& Capture::Format() const {
-    return Self->Format;
+    return Self->Parts.Signal.Format;
 }
 uint32_t Capture::FramesPerBuffer() const {
     return Self->FramesPerBuffer;

@@ -16,23 +16,30 @@
 
 namespace Corvetape {
 
+/// Where a buffer goes that has come from the device.
+class BufferTarget {
+ public:
+    virtual ~BufferTarget() = default;
+
+    /// Handles the buffer in place. False: the program is to end.
+    virtual bool Handle(WaveBuffer& buffer) = 0;
+};
+
 /// What capture works with. All of it outlives the capture.
 struct CaptureParts {
     Corvetape::WaveIn& WaveIn;
     EventLoop& Loop;
     const Corvetape::Clock& Clock;
     const Corvetape::Settings& Settings;
-    SignalState& Signal;
+    SignalState& Signal;  ///< its Format is that of the open device
     AudioRing& Ring;
+    BufferTarget& Target;
 };
 
 /// What capture tells, always on the logic thread. Those that are not set are left out. Each of them may
 /// close, open or destroy the capture.
 struct CaptureEvents {
-    /// Analysis and routing of a buffer, in place. False: the program is to end.
-    std::function<bool(WaveBuffer&)> Buffer;
-
-    /// Buffer has returned false.
+    /// A song file could not be made for a buffer: the program is to end.
     std::function<void()> Fatal;
 
     /// Audio was lost, after the fact; already added to SignalState::FramesLost.
@@ -46,7 +53,7 @@ struct CaptureEvents {
 };
 
 /// Keeps one input open and turns it into buffers of exactly 50 ms of 16-bit stereo audio, each handed to
-/// `Buffer` and then given back to the device. The device is read all the time, whether or not anything is
+/// the target and then given back to the device. The device is read all the time, whether or not anything is
 /// recorded.
 ///
 /// How a filled buffer arrives is chosen by Settings::PollRecordingBuffers at each opening: 0 and 3 as an
@@ -81,7 +88,7 @@ class Capture {
     /// 2205 or 2400, 0 before the first opening.
     uint32_t FramesPerBuffer() const;
 
-    /// The common way of every arrived buffer: handed to `Buffer`, then given back to the device. False if
+    /// The common way of every arrived buffer: handed to the target, then given back to the device. False if
     /// the program is to end, which was told through `Fatal`.
     bool ProcessBuffer(size_t index);
 

@@ -30,7 +30,7 @@ Verdict Recognise(SignalState& signal, CutState& cut, const PauseSettings& pause
     signal.InPause = true;
     // Where everything counts, a pause is one thing among others, and all of it has to be heard.
     if (pause.EndOfSongDetection != EndOfSong::Automatic) {
-        cut.SongBoundary = true;
+        cut.NoteBoundary();
         signal.SkipBuffers = pause.IgnorePauseBuffers;
     }
     signal.ActiveThreshold = pause.EndOfSilenceAmplitude;
@@ -52,7 +52,7 @@ bool KeepInRing(const SignalBuffer& buffer, const RouteParts& parts, RouteTarget
     // A cut that nobody carries out while recording is off outlives what it points at. It stays before all
     // that the ring holds, where it ends the old song and moves nothing.
     if (!parts.Flags.RecordingEnabled && parts.Cut.CutPending && ring.AudioWriteIndex == parts.Cut.CutIndex) {
-        parts.Cut.CutIndex = ring.Wrapped(int64_t{ring.AudioWriteIndex} + 1);
+        parts.Cut.MoveTo(ring.Wrapped(int64_t{ring.AudioWriteIndex} + 1));
     }
     return true;
 }
@@ -73,7 +73,7 @@ bool RouteBuffer(const SignalBuffer& buffer, const RouteParts& parts, RouteTarge
 SignalPath::SignalPath(AnalysisParts analysis, RouteParts route, RouteTargets& targets)
     : Analysis(analysis), Route(route), Targets(targets) {}
 
-bool SignalPath::Handle(WaveBuffer& buffer) const {
+bool SignalPath::Handle(WaveBuffer& buffer) {
     AnalyzeBuffer(buffer, Analysis);
     if (Route.Signal.SkipBuffers > 0) {
         --Route.Signal.SkipBuffers;

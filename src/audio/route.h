@@ -2,6 +2,7 @@
 
 #include "audio/analyze.h"
 #include "audio/audio_ring.h"
+#include "audio/capture.h"
 #include "audio/cut_state.h"
 #include "audio/drain.h"
 #include "audio/pause_settings.h"
@@ -52,6 +53,17 @@ class SongTargets : public RouteTargets {
     /// records is forgotten. Like the other results, false if a song file could not be made.
     virtual bool Empty() { return Drain.Empty(); }
 
+    /// Once a second: writes what is old enough, or carries out a pending cut.
+    virtual bool DrainRing() { return Drain.DrainAudioRing(false); }
+
+    bool SongFileOpen() const { return Song.SongFileOpen(); }
+
+    /// A long silence ends the recording: the open song is given up.
+    virtual bool AbortSong() {
+        Song.AbortSong();
+        return true;
+    }
+
     /// A cut that is pending is carried out now.
     bool FinishCut() { return Drain.FinishCut(); }
 
@@ -65,13 +77,13 @@ class SongTargets : public RouteTargets {
 bool RouteBuffer(const SignalBuffer& buffer, const RouteParts& parts, RouteTargets& targets);
 
 /// What happens to one buffer, in its fixed order: analysis, the skipping after a pause, routing.
-class SignalPath {
+class SignalPath : public BufferTarget {
  public:
     /// The parts and the targets outlive it.
     SignalPath(AnalysisParts analysis, RouteParts route, RouteTargets& targets);
 
     /// False if the program is to end.
-    bool Handle(WaveBuffer& buffer) const;
+    bool Handle(WaveBuffer& buffer) override;
 
  private:
     AnalysisParts Analysis;

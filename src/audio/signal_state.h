@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <limits>
 
+#include "platform/wave_in.h"
+
 namespace Corvetape {
 
 /// Value of SignalState::PauseRecognition while the recognition runs.
@@ -55,6 +57,7 @@ class LevelHistory {
 
 /// What the analysis knows of the signal now. Written once a buffer; read between buffers by everyone.
 struct SignalState {
+    WaveFormat Format;               ///< of the input that is open, or was opened last
     int16_t ActiveThreshold = 100;   ///< SilenceAmplitude or EndOfSilenceAmplitude, whichever is in force
     int32_t SilentBufferCount = 0;   ///< consecutive buffers at or below it
     int32_t SilenceSeconds = 0;      ///< whole seconds of the present silence

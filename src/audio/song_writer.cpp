@@ -260,9 +260,7 @@ bool SongWriter::CloseSongFile(SongEnd how) {
                  Present.LostFrames == 0 && song.Trust.IsClean();
     ForgetFile();
     NextBeginsAtBoundary = how == SongEnd::Boundary;
-    if (flags.QuitAtEndOfSong || (flags.DisableAtEndOfSong && !flags.RecordCurrentSong)) {
-        flags.RecordingEnabled = false;
-    }
+    flags.EndWithSong();
     if (Events.SongClosed) Events.SongClosed(song);
     // A song that is handed on ends the program when its transfer is done.
     if (fate != SongFate::Kept && flags.QuitAtEndOfSong && Events.QuitWanted) Events.QuitWanted();
@@ -323,7 +321,6 @@ void SongWriter::TakeEndedMedia() {
     // By everything that is known, what has no title is known to have none.
     const bool known = Parts.Pause.EndOfSongDetection == EndOfSong::Automatic;
     if (Parts.Cut.Ended->Media.Song.empty() && !known) return;
-    if (Events.BeforeHandOver) Events.BeforeHandOver();
     Parts.Media.SongMedia = Parts.Cut.Ended->Media;
 }
 
@@ -358,7 +355,6 @@ void SongWriter::Keep(int32_t part) {
     if (!media.Cover.empty() && Place.Settings.StoreCoverImage && Events.StoreCover) {
         Events.StoreCover(FilePath.substr(0, FilePath.rfind('.')));
     }
-    if (Events.BeforeHandOver) Events.BeforeHandOver();
     media.Size = static_cast<int32_t>(BytesOfSong / SongFile->Format().nAvgBytesPerSec);
     media.TempFileName = BaseName;
     media.FilePart = part;
@@ -409,7 +405,7 @@ void SongWriter::ForgetFile() {
 }
 
 void SongWriter::AbortSong() {
-    Parts.Flags.RecordingEnabled = false;
+    Parts.Flags.EndAtOnce();
     DeleteFileMadeAhead();
     if (!SongFile) return;
     DeleteSongFiles();
@@ -424,7 +420,7 @@ void SongWriter::RaiseError(int32_t number) {
         FirstErrorPath = FilePath;
     }
     Parts.Messages.RaiseError(number, FilePath, LastResult);
-    Parts.Flags.RecordingEnabled = false;
+    Parts.Flags.EndAtOnce();
     const SongFailure failure{number, FilePath, LastResult};
     if (failure == LastReported) return;
     LastReported = failure;

@@ -70,8 +70,6 @@ struct SongFailure {
 struct SongEvents {
     std::function<void(const std::string& path)> SongBegun;  ///< a file was made, maybe ahead of its song
     std::function<void(const ClosedSong&)> SongClosed;       ///< at every close, kept or not
-    std::function<void()> BeforeHandOver;  ///< SongMedia is about to take the next song's file: last chance
-                                           ///< for a transfer that still waits
     std::function<void(const std::string& basePath)> StoreCover;  ///< path of the song without ".wav"
     std::function<void()> HandOver;    ///< SongMedia holds a kept song: start the delay of its transfer
     std::function<void()> QuitWanted;  ///< a song was discarded that the end of the program waited for

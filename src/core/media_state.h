@@ -26,7 +26,7 @@ struct STATIONANDSONGDATA {
     bool operator==(const STATIONANDSONGDATA&) const = default;
 };
 
-/// Who plays what. Made once; written by the providers, the session and the supervisor.
+/// Who plays what. Made once; written by the providers, the media poll and the age of the song.
 struct MediaState {
     STATIONANDSONGDATA CurrentMedia;   ///< the last reading
     STATIONANDSONGDATA PreviousMedia;  ///< the reading before it

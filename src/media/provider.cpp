@@ -4,9 +4,7 @@ namespace Corvetape {
 
 void ReArmRecording(ProviderHost& host) {
     host.Signal.PauseRecognition = PauseRecognitionRunning;
-    // A recording that has ended for good stays off, however often a source is looked for.
-    const bool wanted = host.Flags.RecordCurrentSong || host.Flags.RecordNextSong;
-    if (wanted || !host.Flags.DisableAtEndOfSong) host.Flags.RecordingEnabled = true;
+    host.Flags.ArmForSource();
 }
 
 void ClearMedia(STATIONANDSONGDATA& media) {

@@ -16,7 +16,7 @@ void SourceSwitch::Apply() {
     for (Label& label : Form.lblMedia) label.Enabled(enabled);
     // Without media data nothing says when the next song begins.
     Form.cmdSkipThisRecording.Enabled(enabled && Host.Flags.RecordCurrentSong);
-    Host.Flags.RecordingEnabled = enabled;
+    Host.Flags.FollowMediaData(enabled);
     ClearMedia(Host.Media.SongMedia);
     if (enabled) {
         Choice.Drop();

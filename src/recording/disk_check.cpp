@@ -74,13 +74,20 @@ DiskLimit DiskCheck::LimitOf(const Spaces& spaces) const {
     return DiskLimit::None;
 }
 
-bool DiskCheck::HasRoom(uint32_t bytesPerSecond) {
+bool DiskCheck::HasRoom() {
     const Spaces spaces = Measure();
     const auto hasReserve = [&](const DiskSpace& space) {
-        return space.Temp >= SecondsOfReserve * bytesPerSecond;
+        return space.Temp >= SecondsOfReserve * Format.nAvgBytesPerSec;
     };
     return spaces.Refused.empty() && std::ranges::all_of(spaces.Each, hasReserve) &&
            LimitOf(spaces) == DiskLimit::None;
+}
+
+bool DiskCheck::Tick() {
+    Second = static_cast<int16_t>((Second + 1) % 60);
+    if (Second == 0) return Run();
+    RunIfShort();
+    return true;
 }
 
 bool DiskCheck::Run() {
@@ -103,13 +110,13 @@ bool DiskCheck::Check() {
     return true;
 }
 
-void DiskCheck::RunIfShort(uint32_t bytesPerSecond) {
+void DiskCheck::RunIfShort() {
     if (!Applies()) return;
     std::string shortOne;
     for (const std::string& folder : TempFolders()) {
         const std::optional<uint64_t> free = Parts.Files.FreeSpace(folder);
         if (!free) return;
-        if (shortOne.empty() && *free < SecondsOfReserve * bytesPerSecond) shortOne = folder;
+        if (shortOne.empty() && *free < SecondsOfReserve * Format.nAvgBytesPerSec) shortOne = folder;
     }
     if (shortOne.empty()) return;
     const bool oneDrive = Parts.Files.SameDrive(shortOne, Parts.Folders.Paths[1]);

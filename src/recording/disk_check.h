@@ -11,6 +11,7 @@
 #include "core/settings/settings.h"
 #include "forms/frm_main.h"
 #include "platform/files.h"
+#include "platform/wave_in.h"
 
 namespace Corvetape {
 
@@ -39,18 +40,23 @@ DiskLimit FindDiskLimit(const Settings& settings, const DiskSpace& space);
 /// The watch over the disk space: a full disk ends the recording with the running song.
 class DiskCheck {
  public:
-    /// All of it outlives the check.
-    DiskCheck(DiskCheckParts parts, Reporter& say) : Parts(parts), Say(say) {}
+    /// All of it outlives the check. `format` is that of the open input.
+    DiskCheck(DiskCheckParts parts, const WaveFormat& format, Reporter& say)
+        : Parts(parts), Format(format), Say(say) {}
+
+    /// Once a second: the check once a minute, the look at the reserve in all other seconds. False if a
+    /// folder cannot be asked: the program ends.
+    bool Tick();
 
     /// Once a minute. False if a folder cannot be asked: the program ends.
     bool Run();
 
     /// There is room for a recording. False also if a folder cannot be asked.
-    bool HasRoom(uint32_t bytesPerSecond);
+    bool HasRoom();
 
     /// Between the minutes: runs the reaction at once if the space left in the temporary folder is enough for
-    /// less than ten minutes at `bytesPerSecond`. A folder that cannot be asked is left to Run.
-    void RunIfShort(uint32_t bytesPerSecond);
+    /// less than ten minutes of sound. A folder that cannot be asked is left to Run.
+    void RunIfShort();
 
  private:
     /// Space for each folder that temporary songs go to, or the folder that could not be asked.
@@ -68,7 +74,9 @@ class DiskCheck {
     void React(DiskLimit limit);
 
     DiskCheckParts Parts;
+    const WaveFormat& Format;
     Reporter& Say;
+    int16_t Second = 0;  ///< of the minute
 };
 
 }  // namespace Corvetape

@@ -6,14 +6,13 @@
 
 namespace Corvetape {
 
-MediaPoll::MediaPoll(MediaPollParts parts, MediaPollActions actions)
-    : Parts(parts), Actions(std::move(actions)) {
+MediaPoll::MediaPoll(MediaPollParts parts) : Parts(parts) {
     Parts.Form.tmrGetMediaData.Timer.Connect([this] { Tick(); });
 }
 
 void MediaPoll::Tick() {
     if (Parts.Pause.EndOfSongDetection == EndOfSong::Automatic) return;
-    if (Busy || !Actions.Ready()) return;
+    if (Busy || Parts.Lifecycle.Ticks < 2) return;  // the first second belongs to the start
     const Held busy(Busy);
     const bool running = Parts.Form.tmrGetMediaData.Running();
     MediaState& media = Parts.Media;
@@ -25,37 +24,41 @@ void MediaPoll::Tick() {
     };
     forgetLost();
     if (!media.PreviousMedia.Song.empty()) LastTold = media.PreviousMedia;
-    Actions.GetStationData();
+    Parts.Providers.GetStationData();
     forgetLost();
     if (Parts.Media.CurrentMedia.Song.empty()) return;
-    Actions.LoadImage(Parts.Media.CurrentMedia.Cover);
+    Parts.Providers.LoadImage();
     const STATIONANDSONGDATA ended = std::exchange(LastTold, Parts.Media.CurrentMedia);
     if (!Compare()) return;
-    Parts.Signal.History.ReplaceLast(MarkMediaChange);
-    Parts.Cut.SongBoundary = true;
+    Parts.Change.NoteChange();
     // The settings of another source may have ended the cuts by media data. Nobody would carry this one out
     // before its place in the ring is long gone.
     if (running && !Parts.Form.tmrGetMediaData.Running()) return;
-    EndSong(ended);
-    Parts.Cut.CutIndex = Parts.Ring.AudioWriteIndex;
-    Parts.Cut.CutPending = true;
+    Parts.Change.EndSong(ended);
 }
 
-void MediaPoll::EndSong(const STATIONANDSONGDATA& ended) {
+void TitleCut::NoteChange() {
+    Parts.Signal.History.ReplaceLast(MarkMediaChange);
+    Parts.Cut.NoteBoundary();
+}
+
+void TitleCut::EndSong(const STATIONANDSONGDATA& ended) {
     SettleEarlierCut();
     // A cut that is pending still moves: what lies between goes with the song before.
     std::optional<EndedSong>& song = Parts.Cut.Ended;
     if (!song) song = EndedSong{ended, Parts.Flags.RecordCurrentSong};
     Parts.Flags.PassOn();
     Parts.Recording.ShowFlags();
+    Parts.Cut.RaiseByTitle(Parts.Ring.AudioWriteIndex);
 }
 
-void MediaPoll::SettleEarlierCut() {
+/// Carries out the cut of an earlier change if it is due, or if only the song since then is wanted.
+void TitleCut::SettleEarlierCut() {
     const CutState& cut = Parts.Cut;
     // While the input stands still, titles come and go of which nothing was heard.
     if (!cut.CutPending || cut.CutIndex == Parts.Ring.AudioWriteIndex) return;
     const bool onlyThisOne = Parts.Flags.RecordCurrentSong && cut.Ended && !cut.Ended->Wanted;
-    if (!Parts.Drain.DrainAudioRing(onlyThisOne)) Actions.Unload();
+    if (!Parts.Drain.DrainAudioRing(onlyThisOne)) Requests.End.Raise();
 }
 
 bool MediaPoll::Compare() {

@@ -1,45 +1,32 @@
 #pragma once
 
-#include <functional>
+#include <cstddef>
+#include <cstdint>
 
-#include "audio/audio_ring.h"
-#include "audio/cut_state.h"
-#include "audio/pause_settings.h"
 #include "audio/recording_flags.h"
-#include "audio/signal_state.h"
-#include "audio/song_writer.h"
 #include "core/media_state.h"
 #include "forms/frm_main.h"
+#include "recording/recording_look.h"
+#include "recording/recording_resume.h"
+#include "recording/timed_pieces.h"
 
 namespace Corvetape {
 
-/// What the session needs of others. All of it outlives the session.
+/// What the session works on. All of it outlives the session.
 struct SessionParts {
     frmMain& Form;
     RecordingFlags& Flags;
-    CutState& Cut;
     const MediaState& Media;
-    const PauseSettings& Pause;
-    const SignalState& Signal;
-    AudioRing& Ring;
-    SongWriter& Song;
-};
-
-struct SessionActions {
-    std::function<void()> CutNow;              ///< drains the ring up to a pending cut without waiting
-    std::function<void()> ResumeRecording;     ///< wanted while nothing is written: writes again, or says why
-                                               ///< not; may be missing
-    std::function<void()> RefuseZeroMinutes;   ///< tells that a timed recording needs a time
-    std::function<void()> ShowRecordingState;  ///< captions and pictures follow RecordCurrentSong
-    std::function<void(int32_t minutes)> StorePeriod;  ///< keeps a period that was typed; may be missing
-    std::function<bool()> PeriodRefused;               ///< the check of txtRecordingPeriod, 1 to 1440 minutes
+    TimedPieces& Pieces;
+    RecordingLook& Look;
+    RecordingResume& Resumption;
 };
 
 /// The recording as the user steers it: the handlers of the record, skip and stop controls. They are the
 /// single place where the flags change on the user's behalf; whoever wants something sets a control.
 class Session {
  public:
-    Session(SessionParts parts, SessionActions actions);
+    explicit Session(SessionParts parts);
 
     /// Brings the check boxes into line with flags that running code has changed. Their handlers run, but
     /// nothing is cut: nobody has clicked.
@@ -53,13 +40,9 @@ class Session {
  private:
     void StartStopClicked(size_t index);
     void FollowFlags();
-    void CutAtOnce();
-    void BreakOffPiece();
     void StopAtEndOfSongClicked();
-    void StopAfterMinutesClicked();
 
     SessionParts Parts;
-    SessionActions Actions;
     bool Following = false;    ///< the boxes follow the flags; nobody has clicked
     bool BreakingOff = false;  ///< silence passes the wish to record on; nobody has clicked
     int32_t Depth = 0;         ///< handlers of the two boxes that are running now

@@ -259,7 +259,7 @@ TEST(Start, SetsTheDelayOfTheTransferToTheLargerOfTheSettingAnd100Milliseconds) 
     }
 }
 
-TEST(Start, LeavesOnlyTheSupervisorRunning) {
+TEST(Start, LeavesOnlyTheTickOfEachSecondRunning) {
     World world;
     ASSERT_TRUE(world.Load());
     frmMain& form = world.Form();

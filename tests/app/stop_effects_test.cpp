@@ -9,7 +9,7 @@
 namespace Corvetape::Test {
 namespace {
 
-TEST(StopEffects, TheSupervisorRestsWhileABoxOfTheStopIsOpen) {
+TEST(StopEffects, TheTickRestsWhileABoxOfTheStopIsOpen) {
     WorldOptions options = Starting("");
     options.Radio = NumberedRadio({20, 60});
     World world(std::move(options));

@@ -96,12 +96,6 @@ class SignalWay : public testing::TestWithParam<std::pair<EndOfSong, int32_t>> {
         }
     }
 
-    CaptureEvents MakeEvents() {
-        CaptureEvents events;
-        events.Buffer = [this](WaveBuffer& buffer) { return Path.Handle(buffer); };
-        return events;
-    }
-
     SimClock Clock;
     SimLoop Loop{Clock};
     SwallowingDisk Disk;
@@ -122,7 +116,7 @@ class SignalWay : public testing::TestWithParam<std::pair<EndOfSong, int32_t>> {
     AudioDrain Drain{{Ring, Cut, Pause, Flags, Writer}};
     SongTargets Targets{Writer, Drain};
     SignalPath Path{{Signal, Pause, Ring, Clock}, {Signal, Cut, Pause, Flags, Ring}, Targets};
-    Capture Input{{Device, Loop, Clock, Options, Signal, Ring}, MakeEvents()};
+    Capture Input{{Device, Loop, Clock, Options, Signal, Ring, Path}, {}};
     bool Drained = true;
 };
 

@@ -96,16 +96,21 @@ class ScriptedWaveIn : public WaveIn {
 };
 
 /// A capture on that device.
-class CaptureBench {
+class CaptureBench : private BufferTarget {
  public:
     CaptureBench() {
         Options.RecordingBuffers = 5;
         Options.AudioBuffers = 8;
-        Made =
-            std::make_unique<Capture>(CaptureParts{Device, Loop, Clock, Options, Signal, Ring}, MakeEvents());
+        MakeCapture();
+    }
+
+    void MakeCapture() {
+        Made = std::make_unique<Capture>(CaptureParts{Device, Loop, Clock, Options, Signal, Ring, *this},
+                                         MakeEvents());
     }
 
     Capture& Input() { return *Made; }
+    BufferTarget& Target() { return *this; }
 
     void Advance(int32_t milliseconds) { Loop.RunFor(std::chrono::milliseconds(milliseconds)); }
 
@@ -136,14 +141,15 @@ class CaptureBench {
     std::unique_ptr<Capture> Made;
 
  private:
+    bool Handle(WaveBuffer& buffer) override {
+        Heard.push_back(buffer.Samples.front().Left);
+        Positions.push_back(buffer.StreamPosition);
+        LostBefore.push_back(buffer.FramesLostBefore);
+        return OnBuffer(buffer);
+    }
+
     CaptureEvents MakeEvents() {
         CaptureEvents events;
-        events.Buffer = [this](WaveBuffer& buffer) {
-            Heard.push_back(buffer.Samples.front().Left);
-            Positions.push_back(buffer.StreamPosition);
-            LostBefore.push_back(buffer.FramesLostBefore);
-            return OnBuffer(buffer);
-        };
         events.Fatal = [this] {
             ++Fatals;
             OnFatal();

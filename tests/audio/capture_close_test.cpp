@@ -211,16 +211,12 @@ TEST_F(CaptureCloses, AHandlerOfABufferMayOpenAnotherDevice) {
 
 TEST_F(CaptureCloses, AHandlerOfABufferMayDestroyTheCapture) {
     for (const bool good : {true, false}) {
-        Made = std::make_unique<Capture>(CaptureParts{Device, Loop, Clock, Options, Signal, Ring},
-                                         CaptureEvents{[this, good](WaveBuffer& buffer) {
-                                                           Made.reset();
-                                                           buffer.Samples.front() = {1, 1};
-                                                           return good;
-                                                       },
-                                                       [this] { ++Fatals; },
-                                                       {},
-                                                       {},
-                                                       {}});
+        OnBuffer = [this, good](WaveBuffer& buffer) {
+            Made.reset();
+            buffer.Samples.front() = {1, 1};
+            return good;
+        };
+        MakeCapture();
         Input().OpenWaveIn(0);
         Device.Arrive();
         EXPECT_EQ(Made, nullptr);

@@ -223,7 +223,7 @@ TEST_F(Captures, ADeviceThatGoesAndComesBackIsTold) {
 }
 
 TEST_F(Captures, WithoutHandlersEventsAreLeftOut) {
-    Capture bare({Device, Loop, Clock, Options, Signal, Ring}, {});
+    Capture bare({Device, Loop, Clock, Options, Signal, Ring, Target()}, {});
     ASSERT_TRUE(bare.OpenWaveIn(0));
     Device.Arrive();
     Device.Events.Incident({WaveInIncidentKind::Overrun, 5, "radio"});

@@ -26,7 +26,7 @@ class Chain : public testing::Test, protected SongBench {
           Drain({Ring, Cut, Pause, Flags, Writer}),
           Targets(Writer, Drain),
           Path({Signal, Pause, Ring, Clock}, {Signal, Cut, Pause, Flags, Ring}, Targets),
-          Input({Radio, Loop, Clock, Options, Signal, Ring}, MakeEvents()),
+          Input({Radio, Loop, Clock, Options, Signal, Ring, Path}, {}),
           EverySecond(Loop.NewTimer([this] { Drain.DrainAudioRing(false); })) {
         Options.RecordingBuffers = 30;
         Options.AudioBuffers = 400;
@@ -39,12 +39,6 @@ class Chain : public testing::Test, protected SongBench {
         ASSERT_TRUE(Input.OpenWaveIn(Radio.Devices().size() - 1));
         Truth = Radio.Timeline("radio", 44100);
         EverySecond->Start(seconds(1), TimerPrecision::Coarse);
-    }
-
-    CaptureEvents MakeEvents() {
-        CaptureEvents events;
-        events.Buffer = [this](WaveBuffer& buffer) { return Path.Handle(buffer); };
-        return events;
     }
 
     std::vector<Frame> FramesIn(const std::string& path) {

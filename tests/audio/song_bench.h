@@ -129,7 +129,6 @@ class SongBench {
             Told += "closed ";
             Closed.push_back(song);
         };
-        events.BeforeHandOver = [this] { Told += "before:" + Media.SongMedia.TempFileName + " "; };
         events.StoreCover = [this](const std::string& base) {
             Told += "cover ";
             Covers.push_back(base);

@@ -160,12 +160,12 @@ TEST_F(SongCloses, AKeptSongIsHandedOverWithItsLengthInWholeSecondsAndItsName) {
     EXPECT_EQ(Writer.SongBaseName(), "240514120000");
 }
 
-TEST_F(SongCloses, WhoeverWaitsForAnEarlierTransferIsToldBeforeItsRecordIsWrittenOver) {
+TEST_F(SongCloses, EachSongIsHandedOverBeforeItsCloseIsReported) {
     Record(30);
     Told.clear();
     Clock.Advance(std::chrono::seconds(1));
     Record(30);
-    EXPECT_EQ(Told, "before:240514120000 over closed ");
+    EXPECT_EQ(Told, "over closed ");
 }
 
 TEST_F(SongCloses, StationArtistAlbumAndSongBecomeTagsInThisOrder) {
@@ -202,7 +202,7 @@ TEST_F(SongCloses, TheCoverIsStoredBesideAKeptSongBeforeItIsHandedOver) {
     Media.SongMedia.Cover = "http://127.0.0.1/cover.jpg";
     Record(30);
     EXPECT_EQ(Covers, (std::vector<std::string>{"/temp/Corvet/240514120000"}));
-    EXPECT_EQ(Told, "cover before: over closed ");
+    EXPECT_EQ(Told, "cover over closed ");
 }
 
 TEST_F(SongCloses, NoCoverIsStoredIfThereIsNoneOrTheUserWantsNone) {

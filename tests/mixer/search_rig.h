@@ -38,7 +38,7 @@ class SteadySound : public SoundSource {
 };
 
 /// Inputs with made-up cards, recorded and analysed as in the program.
-class SearchRig : public MixerRig {
+class SearchRig : public MixerRig, private BufferTarget {
  public:
     SearchRig() {
         Options.AudioBuffers = 400;
@@ -83,7 +83,7 @@ class SearchRig : public MixerRig {
     frmMain Form;
     SignalState Signal;
     PauseSettings Pause;
-    SignalChain Chain{Computer, Computer.WaveIn, Signal, Pause, Media, MakeEvents()};
+    SignalChain Chain{Computer, Computer.WaveIn, Signal, Pause, Media, this};
     Settings& Options = Chain.Options;
     NotedReports Reports{
         Computer, Form, "816=nothing found\n817=found %1\n818=is it %1?\n901=changed\n902=none\n1501=%1 *\n"};
@@ -95,13 +95,9 @@ class SearchRig : public MixerRig {
     std::deque<bool>& Answers = Computer.Dialogs.YesNoAnswers;
 
  private:
-    CaptureEvents MakeEvents() {
-        CaptureEvents events;
-        events.Buffer = [this](WaveBuffer& buffer) {
-            AnalyzeBuffer(buffer, {Signal, Pause, Chain.Ring, Computer.Clock});
-            return true;
-        };
-        return events;
+    bool Handle(WaveBuffer& buffer) override {
+        AnalyzeBuffer(buffer, {Signal, Pause, Chain.Ring, Computer.Clock});
+        return true;
     }
 };
 

@@ -54,7 +54,8 @@ class DiskChecks : public testing::Test {
     NotedReports Reports{Computer, Form, "803=803\n804=804\n805=805\n906=906:%1\n907=907\n"};
     std::vector<std::string>& Log = Reports.Lines;
     std::vector<ShownBox>& Boxes = Computer.Dialogs.Boxes;
-    DiskCheck Check{{Form, Disk, Options, Folders, Flags, Messages}, Reports.Say};
+    WaveFormat Format = MakeWaveFormat(44100);
+    DiskCheck Check{{Form, Disk, Options, Folders, Flags, Messages}, Format, Reports.Say};
 };
 
 // The folder of the start, after another one was chosen.
@@ -69,7 +70,7 @@ TEST_F(DiskChecks, ATempFolderThatSongsStillGoToIsAskedTooAfterAnotherWasChosen)
 TEST_F(DiskChecks, TheReserveIsLookedForWhereSongsGo) {
     Disk.Mount("/before", TenMinutes - 1);
     Folders.SongTempFolder = "/before/Corvet";
-    Check.RunIfShort(BytesPerSecond);
+    Check.RunIfShort();
     EXPECT_EQ(Status(), "804");
 }
 
@@ -88,17 +89,17 @@ TEST_F(DiskChecks, TheChosenFolderIsAskedToo) {
 }
 
 TEST_F(DiskChecks, ThereIsRoomOnlyIfNoLimitIsReachedAndTheReserveIsThere) {
-    EXPECT_TRUE(Check.HasRoom(BytesPerSecond));
+    EXPECT_TRUE(Check.HasRoom());
     Disk.SetFreeSpace("/music", 200 * Megabyte);
-    EXPECT_FALSE(Check.HasRoom(BytesPerSecond));
+    EXPECT_FALSE(Check.HasRoom());
     Disk.SetFreeSpace("/music", 900 * Megabyte);
     Options.LowTempSpace = 1;
     Disk.SetFreeSpace("/temp", TenMinutes - 1);
-    EXPECT_FALSE(Check.HasRoom(BytesPerSecond));
+    EXPECT_FALSE(Check.HasRoom());
     Disk.SetFreeSpace("/temp", TenMinutes);
-    EXPECT_TRUE(Check.HasRoom(BytesPerSecond));
+    EXPECT_TRUE(Check.HasRoom());
     Folders.Paths[0] = "/gone";
-    EXPECT_FALSE(Check.HasRoom(BytesPerSecond));
+    EXPECT_FALSE(Check.HasRoom());
 }
 
 TEST_F(DiskChecks, EnoughSpaceChangesNothing) {
@@ -200,10 +201,10 @@ TEST_F(DiskChecks, AFolderThatCannotBeAskedEndsTheProgramAlsoWhileNothingIsRecor
 TEST_F(DiskChecks, TenMinutesOfSoundAreTheReserve) {
     Options.LowTempSpace = 100;  // less than the reserve, and below it in its own minute only
     Disk.SetFreeSpace("/temp", TenMinutes);
-    Check.RunIfShort(BytesPerSecond);
+    Check.RunIfShort();
     EXPECT_EQ(Status(), "");
     Disk.SetFreeSpace("/temp", TenMinutes - 1);
-    Check.RunIfShort(BytesPerSecond);
+    Check.RunIfShort();
     EXPECT_EQ(Status(), "804");
     EXPECT_EQ(Messages.PendingInfo, 834);
 }
@@ -211,31 +212,31 @@ TEST_F(DiskChecks, TenMinutesOfSoundAreTheReserve) {
 TEST_F(DiskChecks, TheReserveIsForARecordingThatIsToGoOn) {
     Disk.SetFreeSpace("/temp", 0);
     Flags.RecordingEnabled = false;
-    Check.RunIfShort(BytesPerSecond);
+    Check.RunIfShort();
     EXPECT_EQ(Status(), "");
     Flags.RecordingEnabled = true;
     Flags.StopAtEndOfSong = true;
-    Check.RunIfShort(BytesPerSecond);
+    Check.RunIfShort();
     EXPECT_EQ(Status(), "");
     EXPECT_FALSE(Flags.DisableAtEndOfSong);
 }
 
 TEST_F(DiskChecks, TheReserveOfOneDriveIsToldAsThat) {
     UseOneDrive(TenMinutes - 1);
-    Check.RunIfShort(BytesPerSecond);
+    Check.RunIfShort();
     EXPECT_EQ(Status(), "803");
     EXPECT_EQ(Messages.PendingInfo, 833);
 }
 
 TEST_F(DiskChecks, AFullMusicFolderIsNoMatterOfTheReserve) {
     Disk.SetFreeSpace("/music", 0);
-    Check.RunIfShort(BytesPerSecond);
+    Check.RunIfShort();
     EXPECT_EQ(Status(), "");
 }
 
 TEST_F(DiskChecks, BetweenTheMinutesAFolderThatCannotBeAskedIsLeftAlone) {
     Folders.Paths[0] = "/nowhere";
-    Check.RunIfShort(BytesPerSecond);
+    Check.RunIfShort();
     EXPECT_EQ(Status(), "");
     EXPECT_THAT(Log, IsEmpty());
 }
@@ -248,7 +249,7 @@ class ThrowingDisk : public SimFiles {
 
 TEST_F(DiskChecks, AnUnexpectedErrorIsReportedAndEndsTheProgram) {
     ThrowingDisk broken;
-    DiskCheck check({Form, broken, Options, Folders, Flags, Messages}, Reports.Say);
+    DiskCheck check({Form, broken, Options, Folders, Flags, Messages}, Format, Reports.Say);
     EXPECT_FALSE(check.Run());
     EXPECT_THAT(Log, ElementsAre("ERROR 907"));
     ASSERT_EQ(Boxes.size(), 1U);

@@ -3,10 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "media/noted_settings.h"
 #include "recording/session_rig.h"
 
 namespace Corvetape::Test {
@@ -26,11 +29,13 @@ STATIONANDSONGDATA Reading(const std::string& artist, const std::string& song) {
 }
 
 /// A poll whose provider gives the reading of the test.
-class MediaPolls : public testing::Test, protected SessionRig {
+class MediaPolls : public testing::Test, protected SessionRig, private Http {
  protected:
     MediaPolls() {
         Pause.EndOfSongDetection = EndOfSong::MediaData;
         Flags.RecordingEnabled = false;
+        Lifecycle.Ticks = 2;
+        Providers.Choose();
         Ring.AudioWriteIndex = 123;
         for (int i = 0; i < 5; ++i) Signal.History.Append(1000);
     }
@@ -49,23 +54,51 @@ class MediaPolls : public testing::Test, protected SessionRig {
 
     int32_t LastOfHistory() const { return Signal.History[Signal.History.Size() - 1]; }
 
-    MediaPollActions MakeActions() {
-        return {[this] { return Ready; },
-                [this] {
-                    ++Polls;
-                    Media.CurrentMedia = Next;
-                    if (WhilePolled) WhilePolled();
-                },
-                [this](const std::string& cover) { Covers.push_back(cover); }, [this] { ++Unloads; }};
+    /// The source reads what the test wants it to.
+    class Source : public clsProvider {
+     public:
+        explicit Source(MediaPolls& test) : Test(test) {}
+        void GetStationData() override {
+            ++Test.Polls;
+            Test.Media.CurrentMedia = Test.Next;
+            if (Test.WhilePolled) Test.WhilePolled();
+        }
+        void GetSongData() override {}
+        bool RestartRadio() override { return false; }
+
+     private:
+        MediaPolls& Test;
+    };
+
+    class Maker : public ProviderMaker {
+     public:
+        explicit Maker(MediaPolls& test) : Test(test) {}
+        std::unique_ptr<clsProvider> Make() override {
+            Test.Media.ProviderName = "Radio";
+            return std::make_unique<Source>(Test);
+        }
+
+     private:
+        MediaPolls& Test;
+    };
+
+    void Get(const std::string& address, size_t, std::function<void(const HttpAnswer&)>) override {
+        Covers.push_back(address);
     }
+    void Cancel() override {}
 
     STATIONANDSONGDATA Next;
-    bool Ready = true;
     int Polls = 0;
-    int Unloads = 0;
     std::function<void()> WhilePolled;
     std::vector<std::string> Covers;
-    MediaPoll Poll{{Form, Media, Cut, Flags, Signal, Ring, Pause, Drain, Recording}, MakeActions()};
+    NotedSettings Kept;
+    ProviderAdoption Adoption{Media, Kept, Kept, Reports.Texts, nullptr};
+    ProviderHost Sources{Media, Signal, Flags, Adoption};
+    CoverImages Pictures{this, Machine.Files, Pause};
+    Maker Makes{*this};
+    ProviderChoice Providers{Sources, Pictures, {&Makes}};
+    TitleCut Change{{Flags, Cut, Signal, Ring, Drain, Recording}, Requests};
+    MediaPoll Poll{{Form, Media, Cut, Lifecycle, Pause, Providers, Change}};
 };
 
 TEST_F(MediaPolls, RunEvery500Milliseconds) {
@@ -74,7 +107,7 @@ TEST_F(MediaPolls, RunEvery500Milliseconds) {
 }
 
 TEST_F(MediaPolls, AskNobodyInTheFirstSecondOfTheProgram) {
-    Ready = false;
+    Lifecycle.Ticks = 1;
     EXPECT_FALSE(Read("A", "One"));
     EXPECT_EQ(Polls, 0);
     EXPECT_EQ(Media.CurrentMedia, STATIONANDSONGDATA{});
@@ -217,8 +250,9 @@ TEST_F(MediaPolls, AChangeOnAnEmptyHistoryCutsAllTheSame) {
 TEST_F(MediaPolls, TheCoverIsHandedOnWithEachReading) {
     Read("A", "One");
     EXPECT_THAT(Covers, ElementsAre("cover"));
-    Read("A", "One");
-    EXPECT_THAT(Covers, ElementsAre("cover"));
+    Next.Cover = "another";
+    Read(Next);
+    EXPECT_THAT(Covers, ElementsAre("another"));
 }
 
 TEST_F(MediaPolls, TheReadingBeforeIsKeptWhole) {

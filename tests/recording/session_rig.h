@@ -4,9 +4,14 @@
 #include <vector>
 
 #include "audio/drain.h"
+#include "audio/route.h"
 #include "audio/song_writer.h"
+#include "core/settings/registry.h"
+#include "core/text/placeholders.h"
+#include "recording/countdown.h"
 #include "recording/session.h"
 #include "sim/sim_machine.h"
+#include "support/noted_reports.h"
 
 namespace Corvetape::Test {
 
@@ -17,8 +22,7 @@ class SessionRig {
     SessionRig()
         : Writer({Machine.Files, Flags, Signal, Pause, Media, Messages, Cut},
                  {Format, Options, Folders, [] { return std::string("song"); }}, Events()),
-          Drain({Ring, Cut, Pause, Flags, Writer}),
-          Recording({Form, Flags, Cut, Media, Pause, Signal, Ring, Writer}, Actions()) {
+          Drain({Ring, Cut, Pause, Flags, Writer}) {
         Machine.Files.MakeFolder("/home/user/temp");
         Folders.SongTempFolder = "/home/user/temp";
         Flags.RecordingEnabled = true;
@@ -28,14 +32,21 @@ class SessionRig {
         Form.chkStartStop[0].Enabled(true);
         Form.chkStartStop[1].Enabled(true);
         Form.txtRecordingPeriod.Text("60");
+        Requests.End.Connect([this] { ++Unloads; });
+    }
+
+    /// A buffer of sound.
+    SignalBuffer Buffer() {
+        SignalBuffer buffer;
+        buffer.lpData = Sound.data();
+        buffer.dwBytesRecorded = static_cast<uint32_t>(FramesPerBuffer * sizeof(Frame));
+        return buffer;
     }
 
     /// So many buffers of sound, or of silence, come in, the way that the mode sends them.
     void Play(int buffers, bool silent = false) {
         for (int i = 0; i < buffers; ++i) {
-            SignalBuffer buffer;
-            buffer.lpData = Sound.data();
-            buffer.dwBytesRecorded = static_cast<uint32_t>(FramesPerBuffer * sizeof(Frame));
+            SignalBuffer buffer = Buffer();
             buffer.StreamPosition = Signal.FramesReceived;
             Signal.FramesReceived += FramesPerBuffer;
             Signal.SilentBufferCount = silent ? Signal.SilentBufferCount + 1 : 0;
@@ -53,10 +64,7 @@ class SessionRig {
     void EndSong() {
         if (Pause.EndOfSongDetection == EndOfSong::Silence) {
             Signal.InPause = true;
-            SignalBuffer buffer;
-            buffer.lpData = Sound.data();
-            buffer.dwBytesRecorded = static_cast<uint32_t>(FramesPerBuffer * sizeof(Frame));
-            Writer.WriteBufferToSong(buffer, true);
+            Writer.WriteBufferToSong(Buffer(), true);
             Signal.InPause = false;
         } else {
             Cut.CutPending = true;
@@ -83,17 +91,37 @@ class SessionRig {
     WaveFormat Format = MakeWaveFormat(44100);
     std::vector<Frame> Sound = std::vector<Frame>(FramesPerBuffer, Frame{1000, 1000});
 
+    /// True if somebody was told since the last look that nothing is recorded without media data.
+    bool WasRefused() {
+        const bool refused = Form.lblStatus[1].Caption() == "#871";
+        Form.lblStatus[1].Caption("");
+        return refused;
+    }
+
     std::vector<SongFate> Closed;
     int64_t ClosedBuffers = 0;  ///< length of the last one
-    int ResumesAsked = 0;
-    int ZeroMinutesRefused = 0;
-    int StatesShown = 0;
-    bool RefusePeriod = false;
-    int32_t PeriodStored = 0;
+    int Unloads = 0;            ///< how often the program was to end
+    ProgramRequests Requests;
+    LifecycleFlags Lifecycle;
+    RegistryBranches Registry{Machine.Files, "/home/user/user.reg", "/home/user/machine.reg"};
+    Placeholders Expansion{Machine.Clock, Machine.Folders, Registry};
+    SettingsStore Store{Machine.Files, Machine.Folders, Registry, Expansion, Machine.System.Version()};
+    NotedReports Reports{Machine, Form,
+                         "100=#100\n705=#705 %1\n706=#706\n707=#707 %1\n708=#708 %1\n814=#814 %1\n"
+                         "860=#860 %1\n862=#862 %1\n870=#870 %1\n871=#871\n802=#802\n890=#890 %1\n"};
+    frmQuickButtons PlainBar;
+    frmCoverButtons CoverBar;
 
     SongWriter Writer;
     AudioDrain Drain;
-    Session Recording;
+    SongTargets Songs{Writer, Drain};
+    DiskCheck Disk{{Form, Machine.Files, Options, Folders, Flags, Messages}, Format, Reports.Say};
+    RecordingLook Look{Form, PlainBar, CoverBar, Reports.Texts};
+    SilenceNotice Notice{Flags, Signal, Reports.Say};
+    RecordingResume Resumption{{Flags, Media, Messages, Writer, Disk, Notice}, Reports.Say};
+    TimedPieces Pieces{{Pause, Media, Flags, Cut, Ring, Writer, Drain}, Requests};
+    Session Recording{{Form, Flags, Media, Pieces, Look, Resumption}};
+    Countdown Period{Form, Flags, Options, Store, Machine.Dialogs, Reports.Texts};
 
  private:
     SongEvents Events() {
@@ -103,17 +131,6 @@ class SessionRig {
             ClosedBuffers = static_cast<int64_t>(song.Frames) / FramesPerBuffer;
         };
         return events;
-    }
-
-    SessionActions Actions() {
-        SessionActions actions;
-        actions.CutNow = [this] { Drain.DrainAudioRing(true); };
-        actions.ResumeRecording = [this] { ++ResumesAsked; };
-        actions.RefuseZeroMinutes = [this] { ++ZeroMinutesRefused; };
-        actions.ShowRecordingState = [this] { ++StatesShown; };
-        actions.StorePeriod = [this](int32_t minutes) { PeriodStored = minutes; };
-        actions.PeriodRefused = [this] { return RefusePeriod; };
-        return actions;
     }
 };
 

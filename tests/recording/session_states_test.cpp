@@ -88,7 +88,7 @@ void HappenByItself(WatchedRig& rig, UserEvent event) {
             break;
         case UserEvent::SongIsExcluded:
             rig.Media.CurrentMedia.Song = "unloved";
-            rig.Excluded = true;
+            rig.Exclude("unloved");
             rig.Seconds(3);
             break;
         case UserEvent::LongSilence:
@@ -294,7 +294,7 @@ TEST(SessionControls, APeriodMeansTheNumberThatItsCheckSees) {
         rig.Form.txtRecordingPeriod.Text(text);
         EXPECT_FALSE(rig.Form.txtRecordingPeriod.RunValidate());
         EXPECT_EQ(rig.Flags.RecordingSecondsLeft, 5400) << text;
-        EXPECT_EQ(rig.PeriodStored, 90) << text;
+        EXPECT_EQ(rig.Options.StopAfter, 90) << text;
         rig.Form.chkStopRecording[1].Value(1);
         EXPECT_EQ(rig.Flags.RecordingSecondsLeft, 5400) << text;
     }
@@ -313,7 +313,7 @@ TEST(SessionControls, ATimedRecordingOfNoMinutesIsRefused) {
         rig.Form.chkStartStop[0].Value(1);
         rig.Form.txtRecordingPeriod.Text(text);
         rig.Form.chkStopRecording[1].Value(1);
-        EXPECT_EQ(rig.ZeroMinutesRefused, 1) << text;
+        EXPECT_EQ(rig.Machine.Dialogs.Boxes.size(), 1U) << text;
         EXPECT_EQ(rig.Form.chkStopRecording[1].Value(), 0) << text;
     }
 }
@@ -335,12 +335,11 @@ TEST(SessionControls, AGoodPeriodCountsAtOnceAndARefusedOneNot) {
     rig.Form.txtRecordingPeriod.Text("2");
     EXPECT_FALSE(rig.Form.txtRecordingPeriod.RunValidate());
     EXPECT_EQ(rig.Flags.RecordingSecondsLeft, 120);
-    EXPECT_EQ(rig.PeriodStored, 2);
-    rig.RefusePeriod = true;
+    EXPECT_EQ(rig.Options.StopAfter, 2);
     rig.Form.txtRecordingPeriod.Text("9999");
     EXPECT_TRUE(rig.Form.txtRecordingPeriod.RunValidate());
     EXPECT_EQ(rig.Flags.RecordingSecondsLeft, 120);
-    EXPECT_EQ(rig.PeriodStored, 2);
+    EXPECT_EQ(rig.Options.StopAfter, 2);
 }
 
 TEST(SessionControls, TheEndOfAnyRecordingClearsTheTimedStop) {
@@ -384,26 +383,28 @@ TEST(SessionControls, TheBoxesExcludeEachOtherAlsoWhileTheyLagBehindTheFlags) {
 
 TEST(SessionControls, AClickThatWantsARecordingWhileNothingIsWrittenAsksForIt) {
     SessionRig rig;
+    rig.Media.StationDataEnabled = false;
     rig.Form.chkStartStop[1].Value(1);
-    EXPECT_EQ(rig.ResumesAsked, 0) << "it is written anyway";
+    EXPECT_FALSE(rig.WasRefused()) << "it is written anyway";
     rig.Flags.RecordingEnabled = false;
     rig.Form.chkStartStop[0].Value(1);
-    EXPECT_EQ(rig.ResumesAsked, 1);
+    EXPECT_TRUE(rig.WasRefused());
     rig.Form.chkStartStop[0].Value(0);
-    EXPECT_EQ(rig.ResumesAsked, 1) << "nothing is wanted any more";
+    EXPECT_FALSE(rig.WasRefused()) << "nothing is wanted any more";
     rig.Flags.RecordNextSong = true;
     rig.Recording.ShowFlags();
-    EXPECT_EQ(rig.ResumesAsked, 1) << "nobody has clicked";
+    EXPECT_FALSE(rig.WasRefused()) << "nobody has clicked";
 }
 
 TEST(SessionControls, TheStateIsShownWhenTheCurrentSongsBoxChanges) {
     SessionRig rig;
+    rig.Look.ShowRecording();
     rig.Form.chkStartStop[1].Value(1);
-    EXPECT_EQ(rig.StatesShown, 0);
+    EXPECT_FALSE(rig.Form.picStop.Visible());
     rig.Form.chkStartStop[0].Value(1);
-    EXPECT_EQ(rig.StatesShown, 1);
+    EXPECT_TRUE(rig.Form.picStop.Visible());
     rig.Form.chkStartStop[1].Value(1);
-    EXPECT_EQ(rig.StatesShown, 2);
+    EXPECT_FALSE(rig.Form.picStop.Visible());
 }
 
 TEST(SessionControls, ThePeriodCanBeTypedUnlessItRuns) {

@@ -60,7 +60,7 @@ TEST(Midnight, PassesInTheMiddleOfASongAndChangesNothingButTheLogFile) {
         });
 }
 
-TEST(Midnight, DoesNotStopTheSupervisor) {
+TEST(Midnight, DoesNotStopTheTick) {
     TellTwice(
         [] {
             WorldOptions options;

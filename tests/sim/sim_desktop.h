@@ -1,11 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "platform/desktop.h"
 
@@ -50,13 +50,13 @@ class SimDesktop : public Desktop {
     void CloseBars() override { Note("CloseBars"); }
     void AddTrayIcon() override { Note("AddTrayIcon"); }
     void RemoveTrayIcon() override { Note("RemoveTrayIcon"); }
-    void ShowTrayTip(const std::string& tip) override { Tip = tip; }
-    void ShowTrayState(TrayState state) override { States.push_back(state); }
+    void ShowTrayTip(const std::string& tip) override { Note("Tip " + tip); }
+    void ShowTrayState(TrayState state) override {
+        Note("Tray " + std::to_string(static_cast<int32_t>(state)));
+    }
 
     std::function<void(const std::string& what)> WhileAsked;
     std::string OwnLanguage;
-    std::string Tip;
-    std::vector<TrayState> States;
 
  private:
     void Note(const std::string& what) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <utility>
 
 #include "audio/capture.h"
 #include "audio/drain.h"
@@ -13,15 +12,18 @@
 namespace Corvetape::Test {
 
 /// The way of the sound from a simulated input to a song's file, as far as others open, close or empty it.
-/// What arrives goes to `events` alone.
+/// What arrives goes to `target` alone, if
+/// there is one.
 class SignalChain {
  public:
     SignalChain(SimMachine& machine, SignalState& signal, const PauseSettings& pause, MediaState& media)
         : SignalChain(machine, machine.WaveIn, signal, pause, media) {}
 
     SignalChain(SimMachine& machine, WaveIn& inputs, SignalState& signal, const PauseSettings& pause,
-                MediaState& media, CaptureEvents events = {})
-        : Input({inputs, machine.Loop, machine.Clock, Options, signal, Ring}, std::move(events)),
+                MediaState& media, BufferTarget* target = nullptr)
+        : Input(
+              {inputs, machine.Loop, machine.Clock, Options, signal, Ring, target != nullptr ? *target : Ear},
+              {}),
           Writer({machine.Files, Flags, signal, pause, media, Messages, Cut},
                  {Format, Options, Folders, [] { return std::string("song"); }}, {}),
           Drain({Ring, Cut, pause, Flags, Writer}),
@@ -31,6 +33,14 @@ class SignalChain {
         Requests.End.Connect([this] { ++Ends; });
     }
 
+    /// What arrives is not listened to.
+    class Deaf : public BufferTarget {
+     public:
+        bool Handle(WaveBuffer&) override { return true; }
+    };
+
+    Deaf Unheard;
+    BufferTarget& Ear = Unheard;
     Settings Options;
     WorkingFolders Folders;
     RecordingFlags Flags;

@@ -105,10 +105,10 @@ inline constexpr MessageText OpenSoundSettings{
     "819",
     "On this system an input may have to be switched on in the sound settings before it can be found. Shall "
     "the sound settings be opened?"};
-inline constexpr MessageText LevelSearchBegins{
-    "820",
-    "Corvetape will now adjust the recording level. This takes between 3 and 35 seconds.\\r\\n\\r\\nPlease let "
-    "loud music play, and then choose OK."};
+inline constexpr MessageText LevelSearchBegins{"820",
+                                               "Corvetape will now adjust the recording level. This takes "
+                                               "between 3 and 35 seconds.\\r\\n\\r\\nPlease let "
+                                               "loud music play, and then choose OK."};
 inline constexpr MessageText LevelFound{
     "821", "The recording level is adjusted. Shall the settings be saved for this source?"};
 inline constexpr MessageText LevelNotFound{

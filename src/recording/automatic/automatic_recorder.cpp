@@ -44,7 +44,7 @@ void AutomaticRecorder::Look(const SourceLook& look) {
     Titles.Learn(look.LearnsAs, look.Media.Song);
     if (!End.Look(look, Parts.Flags.RecordCurrentSong)) return;
     Parts.Signal.History.ReplaceLast(MarkMediaChange);
-    Parts.Cut.SongBoundary = true;
+    Parts.Cut.NoteBoundary();
     // From here on the flags mean the song whose title is shown.
     if (Parts.Flags.RecordingEnabled) Parts.Flags.PassOn();
     ShowPending();
@@ -79,7 +79,7 @@ bool AutomaticRecorder::Finish() {
     if (Parts.Song.SongFileOpen() && !Parts.Cut.Ended) {
         Parts.Cut.Ended = EndedSong{Media(), Wanted(), End.Trust()};
     }
-    Parts.Cut.CutPending = false;
+    Parts.Cut.Announce(false, Parts.Cut.CutIndex);
     return carried;
 }
 
@@ -139,12 +139,11 @@ void AutomaticRecorder::Close(const AutomaticStep& step) {
     Parts.Cut.Ended.reset();
     if (step.Passed) return;
     Parts.Flags.PassOn();
-    Parts.Cut.SongBoundary = true;
+    Parts.Cut.NoteBoundary();
 }
 
 void AutomaticRecorder::ShowPending() {
-    Parts.Cut.CutPending = End.ChangePending();
-    Parts.Cut.CutIndex = Parts.Ring.AudioWriteIndex;
+    Parts.Cut.Announce(End.ChangePending(), Parts.Ring.AudioWriteIndex);
 }
 
 }  // namespace Corvetape

@@ -15,6 +15,11 @@ class AutomaticTargets final : public SongTargets {
         const bool written = Automatic.Finish();
         return SongTargets::Empty() && written;
     }
+    bool DrainRing() override { return Automatic.Active() ? Automatic.Drain() : SongTargets::DrainRing(); }
+    bool AbortSong() override {
+        const bool ended = Automatic.EndRecording();
+        return SongTargets::AbortSong() && ended;
+    }
     bool MakeRoom() override { return Automatic.Active() ? Automatic.Drain() : SongTargets::MakeRoom(); }
 
  private:

@@ -1,8 +1,8 @@
-// Which media data the supervisor polls, takes over and shows.
+// Which media data the tick asks for, takes over and shows.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "supervisor_rig.h"
+#include "recording/tick_rig.h"
 
 namespace Corvetape::Test {
 namespace {
@@ -10,19 +10,19 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-TEST(SupervisorPolls, FallOnTheFirstTenSecondsAndOnEachTenthBehindThem) {
-    SupervisorRig rig;
+TEST(SourceTick, FallOnTheFirstTenSecondsAndOnEachTenthBehindThem) {
+    TickRig rig;
     std::vector<int32_t> ages;
     for (int i = 0; i < 45; ++i) {
-        const int32_t age = rig.Watch.SongAgeSeconds();
+        const int32_t age = rig.Age.Seconds();
         rig.Tick();
         if (rig.WasAsked("GetStationData")) ages.push_back(age);
     }
     EXPECT_THAT(ages, ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 20, 30, 40));
 }
 
-TEST(SupervisorPolls, GoOnWhereSongsAreCutByTime) {
-    SupervisorRig rig;
+TEST(SourceTick, GoOnWhereSongsAreCutByTime) {
+    TickRig rig;
     rig.Pause.EndOfSongDetection = EndOfSong::FixedTime;
     rig.Tick();
     EXPECT_TRUE(rig.WasAsked("GetStationData"));
@@ -30,7 +30,7 @@ TEST(SupervisorPolls, GoOnWhereSongsAreCutByTime) {
 
 /// Seconds until a reading is taken over, with this delay in ms.
 int32_t SecondsToTheTakeOver(int32_t encodeDelay) {
-    SupervisorRig rig;
+    TickRig rig;
     rig.Options.EncodeDelay = encodeDelay;
     rig.Media.CurrentMedia.Song = "New";
     for (int32_t second = 1; second < 100; ++second) {
@@ -40,7 +40,7 @@ int32_t SecondsToTheTakeOver(int32_t encodeDelay) {
     return -1;
 }
 
-TEST(SupervisorTakeOver, WaitsForTheDelayInWholeSecondsAndTwoMore) {
+TEST(TakeOver, WaitsForTheDelayInWholeSecondsAndTwoMore) {
     EXPECT_EQ(SecondsToTheTakeOver(0), 2);
     EXPECT_EQ(SecondsToTheTakeOver(999), 2);
     EXPECT_EQ(SecondsToTheTakeOver(1000), 3);
@@ -48,13 +48,13 @@ TEST(SupervisorTakeOver, WaitsForTheDelayInWholeSecondsAndTwoMore) {
     EXPECT_EQ(SecondsToTheTakeOver(30'000), 32);
 }
 
-TEST(SupervisorTakeOver, WaitsUntilThePendingCutIsMade) {
-    SupervisorRig rig;
+TEST(TakeOver, WaitsUntilThePendingCutIsMade) {
+    TickRig rig;
     rig.Options.EncodeDelay = 0;
     rig.Media.SongMedia.Song = "Old";
     rig.Media.CurrentMedia.Song = "New";
     rig.Flags.RecordCurrentSong = true;
-    rig.Excluded = true;
+    rig.Exclude("New");
     rig.Cut.CutPending = true;
     rig.Ticks(10);
     EXPECT_EQ(rig.Media.SongMedia.Song, "Old");
@@ -75,11 +75,11 @@ struct TakeOverRow {
     bool Taken;
 };
 
-TEST(SupervisorTakeOver, IsDueIfArtistOrTitleDiffer) {
+TEST(TakeOver, IsDueIfArtistOrTitleDiffer) {
     for (const auto& [artist, song, album, taken] :
          {TakeOverRow{"A", "S", "L", false}, TakeOverRow{"A", "S", "other", false},
           TakeOverRow{"other", "S", "L", true}, TakeOverRow{"A", "other", "L", true}}) {
-        SupervisorRig rig;
+        TickRig rig;
         rig.Media.SongMedia.Artist = "A";
         rig.Media.SongMedia.Song = "S";
         rig.Media.SongMedia.Album = "L";
@@ -92,8 +92,8 @@ TEST(SupervisorTakeOver, IsDueIfArtistOrTitleDiffer) {
     }
 }
 
-TEST(SupervisorTakeOver, DoesNotTakePlaceWithoutMediaData) {
-    SupervisorRig rig;
+TEST(TakeOver, DoesNotTakePlaceWithoutMediaData) {
+    TickRig rig;
     rig.Media.CurrentMedia.Song = "New";
     rig.Ticks(6);
     rig.Media.StationDataEnabled = false;
@@ -103,11 +103,11 @@ TEST(SupervisorTakeOver, DoesNotTakePlaceWithoutMediaData) {
     EXPECT_EQ(rig.Media.SongMedia.Song, "");
 }
 
-TEST(SupervisorTexts, AreSetWhicheverFieldDiffers) {
+TEST(MediaTexts, AreSetWhicheverFieldDiffers) {
     using Field = std::string STATIONANDSONGDATA::*;
     for (const Field field : {&STATIONANDSONGDATA::StationName, &STATIONANDSONGDATA::Artist,
                               &STATIONANDSONGDATA::Song, &STATIONANDSONGDATA::Album}) {
-        SupervisorRig rig;
+        TickRig rig;
         STATIONANDSONGDATA& media = rig.Media.CurrentMedia;
         media.StationName = media.Artist = media.Song = media.Album = "as before";
         rig.Tick();
@@ -121,8 +121,8 @@ TEST(SupervisorTexts, AreSetWhicheverFieldDiffers) {
     }
 }
 
-TEST(SupervisorTexts, OfAFieldWithAmpersandsShowThemAllInTheTrayTip) {
-    SupervisorRig rig;
+TEST(MediaTexts, OfAFieldWithAmpersandsShowThemAllInTheTrayTip) {
+    TickRig rig;
     rig.Media.CurrentMedia.Artist = "A & B";
     rig.Media.CurrentMedia.Song = "C && D";
     rig.Media.CurrentMedia.Album = "E&";
@@ -131,8 +131,8 @@ TEST(SupervisorTexts, OfAFieldWithAmpersandsShowThemAllInTheTrayTip) {
     EXPECT_EQ(rig.Form.Caption(), "Corvetape \xC2\xB7 A & B \xC2\xB7 C && D");
 }
 
-TEST(SupervisorTexts, WithAnArtistButNoTitleAreThoseOfNothing) {
-    SupervisorRig rig;
+TEST(MediaTexts, WithAnArtistButNoTitleAreThoseOfNothing) {
+    TickRig rig;
     rig.Media.CurrentMedia.Artist = "Somebody";
     rig.Tick();
     EXPECT_EQ(rig.Form.txtArtist.Text(), "Somebody");

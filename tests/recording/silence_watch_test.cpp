@@ -1,13 +1,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "supervisor_rig.h"
+#include "recording/tick_rig.h"
 
 namespace Corvetape::Test {
 namespace {
 
-TEST(SupervisorSilence, IsNoticedAfterItsTimeAndLoggedOnce) {
-    SupervisorRig rig;
+TEST(SilenceWatch, IsNoticedAfterItsTimeAndLoggedOnce) {
+    TickRig rig;
     rig.Signal.SilenceSeconds = 59;
     rig.Tick();
     EXPECT_EQ(rig.Form.lblStatus[1].Caption(), "");
@@ -21,11 +21,12 @@ TEST(SupervisorSilence, IsNoticedAfterItsTimeAndLoggedOnce) {
     EXPECT_FALSE(rig.WasAsked("Log INFO #705 61"));
 }
 
-TEST(SupervisorSilence, TheReturnOfSoundIsLoggedAndEnablesTheRecording) {
-    SupervisorRig rig;
+TEST(SilenceWatch, TheReturnOfSoundIsLoggedAndEnablesTheRecording) {
+    TickRig rig;
     rig.Signal.SilenceSeconds = 60;
     rig.Tick();
     rig.Signal.SilenceSeconds = 0;
+    rig.Flags.RecordingEnabled = false;
     rig.Tick();
     EXPECT_TRUE(rig.WasAsked("Log INFO #706"));
     EXPECT_EQ(rig.Form.lblStatus[1].Caption(), "");
@@ -34,33 +35,33 @@ TEST(SupervisorSilence, TheReturnOfSoundIsLoggedAndEnablesTheRecording) {
     EXPECT_FALSE(rig.WasAsked("Log INFO #706"));
 }
 
-TEST(SupervisorSilence, APageThatJustStartsHoldsNoticeAndReturnBack) {
-    SupervisorRig rig;
-    rig.Launching = true;
+TEST(SilenceWatch, APageThatJustStartsHoldsNoticeAndReturnBack) {
+    TickRig rig;
+    rig.Launch();
     rig.Signal.SilenceSeconds = 90;
     rig.Tick();
     EXPECT_FALSE(rig.WasAsked("Log INFO #705 90"));
-    rig.Launching = false;
+    rig.PageHasCome();
     rig.Tick();
-    rig.Launching = true;
+    rig.Launch();
     rig.Signal.SilenceSeconds = 0;
     rig.Tick();
     EXPECT_FALSE(rig.WasAsked("Log INFO #706"));
 }
 
-TEST(SupervisorSilence, IsNotNoticedIfSilenceIsIgnoredButItsEndIs) {
-    SupervisorRig rig;
+TEST(SilenceWatch, IsNotNoticedIfSilenceIsIgnoredButItsEndIs) {
+    TickRig rig;
     rig.Signal.SilenceSeconds = 60;
     rig.Tick();
     rig.Pause.IgnoreSilence = true;
     rig.Signal.SilenceSeconds = 400;
     rig.Tick();
     EXPECT_TRUE(rig.WasAsked("Log INFO #706"));
-    EXPECT_FALSE(rig.WasAsked("AbortSong"));
+    EXPECT_FALSE(rig.WasAsked("recording ends"));
 }
 
-TEST(SupervisorSilence, RestartsTheRadioAtEachMultipleOfTheNoticeTime) {
-    SupervisorRig rig;
+TEST(SilenceWatch, RestartsTheRadioAtEachMultipleOfTheNoticeTime) {
+    TickRig rig;
     rig.Options.RestartRadioIfSilent = true;
     rig.Flags.RecordNextSong = true;
     for (const int32_t seconds : {60, 61, 119, 120}) {
@@ -71,9 +72,9 @@ TEST(SupervisorSilence, RestartsTheRadioAtEachMultipleOfTheNoticeTime) {
     EXPECT_EQ(rig.Form.chkStartStop[1].Value(), 1);
 }
 
-TEST(SupervisorSilence, RestartsTheRadioOnlyForARecordingWithMediaDataAndWithoutTheAssistant) {
+TEST(SilenceWatch, RestartsTheRadioOnlyForARecordingWithMediaDataAndWithoutTheAssistant) {
     const auto restarted = [](auto change) {
-        SupervisorRig rig;
+        TickRig rig;
         rig.Options.RestartRadioIfSilent = true;
         rig.Flags.RecordCurrentSong = true;
         rig.Signal.SilenceSeconds = 60;
@@ -81,30 +82,30 @@ TEST(SupervisorSilence, RestartsTheRadioOnlyForARecordingWithMediaDataAndWithout
         rig.Tick();
         return rig.WasAsked("RestartRadio");
     };
-    EXPECT_TRUE(restarted([](SupervisorRig&) {}));
-    EXPECT_FALSE(restarted([](SupervisorRig& rig) { rig.Options.RestartRadioIfSilent = false; }));
-    EXPECT_FALSE(restarted([](SupervisorRig& rig) { rig.Lifecycle.WizardRequested = true; }));
-    EXPECT_FALSE(restarted([](SupervisorRig& rig) { rig.Media.StationDataEnabled = false; }));
-    EXPECT_FALSE(restarted([](SupervisorRig& rig) { rig.Flags.RecordCurrentSong = false; }));
+    EXPECT_TRUE(restarted([](TickRig&) {}));
+    EXPECT_FALSE(restarted([](TickRig& rig) { rig.Options.RestartRadioIfSilent = false; }));
+    EXPECT_FALSE(restarted([](TickRig& rig) { rig.Lifecycle.WizardRequested = true; }));
+    EXPECT_FALSE(restarted([](TickRig& rig) { rig.Media.StationDataEnabled = false; }));
+    EXPECT_FALSE(restarted([](TickRig& rig) { rig.Flags.RecordCurrentSong = false; }));
 }
 
-TEST(SupervisorSilence, ASongThatTheSilenceBrokeOffPassesItsWishToTheNextOne) {
-    SupervisorRig rig;
+TEST(SilenceWatch, ASongThatTheSilenceBrokeOffPassesItsWishToTheNextOne) {
+    TickRig rig;
     rig.Flags.RecordCurrentSong = true;
     rig.Signal.SilenceSeconds = 60;
     rig.Tick();
     EXPECT_EQ(rig.Form.chkStartStop[1].Value(), 0);
-    rig.FileOpen = true;
+    rig.Writer.CreateSongFile();
     rig.Tick();
     EXPECT_EQ(rig.Form.chkStartStop[1].Value(), 1);
 }
 
-TEST(SupervisorSilence, ReportsASongThatItBrokeOffInLogAndWindow) {
+TEST(SilenceWatch, ReportsASongThatItBrokeOffInLogAndWindow) {
     for (const bool restarts : {false, true}) {
-        SupervisorRig rig;
+        TickRig rig;
         rig.Options.RestartRadioIfSilent = restarts;
         rig.Flags.RecordCurrentSong = true;
-        rig.FileOpen = true;
+        rig.Writer.CreateSongFile();
         rig.Signal.SilenceSeconds = 60;
         rig.Tick();
         EXPECT_TRUE(rig.WasAsked("Log INFO #862 60")) << restarts;
@@ -114,15 +115,15 @@ TEST(SupervisorSilence, ReportsASongThatItBrokeOffInLogAndWindow) {
     }
 }
 
-TEST(SupervisorSilence, ReportsNoSongWhereNoneIsLost) {
-    SupervisorRig rig;
+TEST(SilenceWatch, ReportsNoSongWhereNoneIsLost) {
+    TickRig rig;
     rig.Options.RestartRadioIfSilent = true;
     rig.Flags.RecordCurrentSong = true;
     rig.Signal.SilenceSeconds = 60;
     rig.Tick();
     EXPECT_FALSE(rig.WasAsked("Log INFO #862 60"));
 
-    SupervisorRig byTime;
+    TickRig byTime;
     byTime.Pause.EndOfSongDetection = EndOfSong::FixedTime;
     byTime.Flags.RecordCurrentSong = true;
     byTime.Signal.SilenceSeconds = 60;
@@ -130,25 +131,27 @@ TEST(SupervisorSilence, ReportsNoSongWhereNoneIsLost) {
     EXPECT_FALSE(byTime.WasAsked("Log INFO #862 60"));
 }
 
-TEST(SupervisorSilence, APieceByTimeIsBrokenOffBeforeItsSilenceIsInAFile) {
-    SupervisorRig rig;
+TEST(SilenceWatch, APieceByTimeIsBrokenOffBeforeItsSilenceIsInAFile) {
+    TickRig rig;
     rig.Pause.EndOfSongDetection = EndOfSong::FixedTime;
     rig.Flags.RecordCurrentSong = true;
     rig.Signal.SilenceSeconds = 60;
+    rig.Ring.AudioWriteIndex = 50;
     rig.Tick();
-    EXPECT_EQ(rig.Form.chkStartStop[1].Value(), 1);
+    EXPECT_EQ(rig.Ring.AudioReadIndex, 50);
+    EXPECT_TRUE(rig.Flags.RecordCurrentSong) << "the next piece begins at once";
 }
 
-TEST(SupervisorSilence, ASongThatNobodyWantsPassesNoWishOn) {
-    SupervisorRig rig;
-    rig.FileOpen = true;
+TEST(SilenceWatch, ASongThatNobodyWantsPassesNoWishOn) {
+    TickRig rig;
+    rig.Writer.CreateSongFile();
     rig.Signal.SilenceSeconds = 60;
     rig.Tick();
     EXPECT_EQ(rig.Form.chkStartStop[1].Value(), 0);
 }
 
-TEST(SupervisorSilence, WithANoticeTimeOfZeroOnlyMakesEachSecondDue) {
-    SupervisorRig rig;
+TEST(SilenceWatch, WithANoticeTimeOfZeroOnlyMakesEachSecondDue) {
+    TickRig rig;
     rig.Options.InfoAfterSilence = 0;
     rig.Options.RestartRadioIfSilent = true;
     rig.Flags.RecordNextSong = true;
@@ -159,52 +162,51 @@ TEST(SupervisorSilence, WithANoticeTimeOfZeroOnlyMakesEachSecondDue) {
     }
 }
 
-TEST(SupervisorSilence, EndsTheRecordingOnceAfterItsTime) {
-    SupervisorRig rig;
+TEST(SilenceWatch, EndsTheRecordingOnceAfterItsTime) {
+    TickRig rig;
     rig.Ticks(3);
     rig.Form.chkStartStop[0].Value(1);
     rig.Pause.QuitAfterSilence = 300;
     rig.Signal.SilenceSeconds = 299;
     rig.Tick();
-    EXPECT_FALSE(rig.WasAsked("AbortSong"));
+    EXPECT_FALSE(rig.WasAsked("recording ends"));
     rig.Signal.SilenceSeconds = 300;
     rig.Tick();
-    EXPECT_TRUE(rig.WasAsked("AbortSong"));
+    EXPECT_TRUE(rig.WasAsked("recording ends"));
     EXPECT_TRUE(rig.WasAsked("Log ERROR #707 5"));
     EXPECT_TRUE(rig.WasAsked("Box #708 5"));
     EXPECT_EQ(rig.Form.chkStartStop[0].Value(), 0);
     rig.Tick();
-    EXPECT_FALSE(rig.WasAsked("AbortSong"));
+    EXPECT_FALSE(rig.WasAsked("recording ends"));
 }
 
-TEST(SupervisorSilence, EndsAnUnattendedProgramWithoutABox) {
-    SupervisorRig rig;
+TEST(SilenceWatch, EndsAnUnattendedProgramWithoutABox) {
+    TickRig rig;
     rig.Lifecycle.DontAsk = true;
     rig.Signal.SilenceSeconds = 300;
     rig.Tick();
     EXPECT_TRUE(rig.WasAsked("Unload"));
     EXPECT_FALSE(rig.WasAsked("Box #708 5"));
-    EXPECT_FALSE(rig.WasAsked("DrainAudioRing"));
 }
 
-TEST(SupervisorSilence, ShowsNoBoxIfSoundCameBackInThisVerySecond) {
-    SupervisorRig rig;
+TEST(SilenceWatch, ShowsNoBoxIfSoundCameBackInThisVerySecond) {
+    TickRig rig;
     rig.Signal.SilenceSeconds = 300;
     rig.Signal.SilenceStartSecond = 1;
     rig.Tick();
     EXPECT_FALSE(rig.WasAsked("Box #708 5"));
-    EXPECT_TRUE(rig.WasAsked("AbortSong"));
+    EXPECT_TRUE(rig.WasAsked("recording ends"));
 }
 
-TEST(SupervisorSilence, MayEndARecordingAgainAfterSoundReturned) {
-    SupervisorRig rig;
+TEST(SilenceWatch, MayEndARecordingAgainAfterSoundReturned) {
+    TickRig rig;
     rig.Signal.SilenceSeconds = 300;
     rig.Tick();
     rig.Signal.SilenceSeconds = 0;
     rig.Tick();
     rig.Signal.SilenceSeconds = 300;
     rig.Tick();
-    EXPECT_TRUE(rig.WasAsked("AbortSong"));
+    EXPECT_TRUE(rig.WasAsked("recording ends"));
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "supervisor_rig.h"
+#include "recording/tick_rig.h"
 
 namespace Corvetape::Test {
 namespace {
@@ -10,7 +10,7 @@ namespace {
 using testing::ElementsAre;
 
 /// The pages of the assistant that were opened in the last second.
-std::vector<std::string> OpenedPages(const SupervisorRig& rig) {
+std::vector<std::string> OpenedPages(const TickRig& rig) {
     std::vector<std::string> pages;
     for (const std::string& each : rig.Asked) {
         if (each.starts_with("OpenAssistant ")) pages.push_back(each.substr(14));
@@ -18,8 +18,8 @@ std::vector<std::string> OpenedPages(const SupervisorRig& rig) {
     return pages;
 }
 
-TEST(SupervisorFirstRun, TheFirstPageIsNoReasonToOpenTheAssistantOnceMore) {
-    SupervisorRig rig;
+TEST(FirstRun, TheFirstPageIsNoReasonToOpenTheAssistantOnceMore) {
+    TickRig rig;
     rig.Form.chkNoStartupInfo.Value(0);
     rig.Form.tbsMain.Select("TAB_ABOUT");
     rig.Ticks(2);
@@ -27,8 +27,8 @@ TEST(SupervisorFirstRun, TheFirstPageIsNoReasonToOpenTheAssistantOnceMore) {
     EXPECT_EQ(rig.Form.tbsMain.SelectedKey(), "TAB_RECORDING");
 }
 
-TEST(SupervisorFirstRun, TheAssistantThatWasAskedForIsOpenedAheadOfTheFirstPage) {
-    SupervisorRig rig;
+TEST(FirstRun, TheAssistantThatWasAskedForIsOpenedAheadOfTheFirstPage) {
+    TickRig rig;
     rig.Form.chkNoStartupInfo.Value(0);
     rig.Lifecycle.WizardRequested = true;
     rig.Ticks(2);
@@ -36,15 +36,15 @@ TEST(SupervisorFirstRun, TheAssistantThatWasAskedForIsOpenedAheadOfTheFirstPage)
 }
 
 /// A rig in whose next second the recording ends after a long silence, with a box.
-void BeSilent(SupervisorRig& rig) {
+void BeSilent(TickRig& rig) {
     rig.Form.tmr1Second.Running(true);
-    rig.Ticks(3);
+    rig.Ticks(59);
     rig.Pause.QuitAfterSilence = 300;
     rig.Signal.SilenceSeconds = 300;
 }
 
-TEST(SupervisorBox, TheEndAfterSilenceIsDoneOnlyWhenItsBoxIsClosed) {
-    SupervisorRig rig;
+TEST(TickBox, TheEndAfterSilenceIsDoneOnlyWhenItsBoxIsClosed) {
+    TickRig rig;
     BeSilent(rig);
     int boxes = 0;
     rig.WhileBoxIsOpen = [&] {
@@ -58,8 +58,8 @@ TEST(SupervisorBox, TheEndAfterSilenceIsDoneOnlyWhenItsBoxIsClosed) {
     EXPECT_EQ(boxes, 2);
 }
 
-TEST(SupervisorBox, TheRecordingIsSwitchedOffOnlyWhenItsBoxIsClosed) {
-    SupervisorRig rig;
+TEST(TickBox, TheRecordingIsSwitchedOffOnlyWhenItsBoxIsClosed) {
+    TickRig rig;
     BeSilent(rig);
     rig.Form.chkStartStop[0].Value(1);
     int32_t meanwhile = 0;
@@ -69,22 +69,23 @@ TEST(SupervisorBox, TheRecordingIsSwitchedOffOnlyWhenItsBoxIsClosed) {
     EXPECT_EQ(rig.Form.chkStartStop[0].Value(), 0);
 }
 
-TEST(SupervisorBox, AProgramThatEndedBehindABoxDoesNothingMoreInThatSecond) {
-    SupervisorRig rig;
+TEST(TickBox, AProgramThatEndedBehindABoxDoesNothingMoreInThatSecond) {
+    TickRig rig;
     BeSilent(rig);
+    // The last step of that second would end the program.
+    rig.Machine.Files.AddFault({.Pattern = "*music", .Operation = FileOperation::FreeSpace});
     rig.WhileBoxIsOpen = [&] { rig.Form.tmr1Second.Running(false); };
     rig.Tick();
-    EXPECT_FALSE(rig.WasAsked("DrainAudioRing"));
-    EXPECT_FALSE(rig.WasAsked("CheckReserve"));
+    EXPECT_FALSE(rig.WasAsked("Unload"));
 }
 
-TEST(SupervisorBox, AProgramThatGoesOnBehindABoxFinishesItsSecond) {
-    SupervisorRig rig;
+TEST(TickBox, AProgramThatGoesOnBehindABoxFinishesItsSecond) {
+    TickRig rig;
     BeSilent(rig);
+    rig.Machine.Files.AddFault({.Pattern = "*music", .Operation = FileOperation::FreeSpace});
     rig.Tick();
     EXPECT_TRUE(rig.WasAsked("Box #708 5"));
-    EXPECT_TRUE(rig.WasAsked("DrainAudioRing"));
-    EXPECT_TRUE(rig.WasAsked("CheckReserve"));
+    EXPECT_TRUE(rig.WasAsked("Unload"));
 }
 
 }  // namespace

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+
+#include "audio/route.h"
+#include "core/program_requests.h"
+#include "platform/clock.h"
+#include "recording/buffer_watch.h"
+#include "recording/countdown.h"
+#include "recording/disk_check.h"
+#include "recording/first_run.h"
+#include "recording/media_display.h"
+#include "recording/session.h"
+#include "recording/silence_watch.h"
+#include "recording/song_age.h"
+#include "recording/source_tick.h"
+#include "recording/timed_pieces.h"
+
+namespace Corvetape {
+
+/// Those who have something to do every second. All of them outlive the tick.
+struct TickParts {
+    FirstRun& First;
+    SourceTick& Source;
+    SongAge& Age;
+    MediaDisplay& Display;
+    Session& Recording;
+    Countdown& Period;
+    SilenceWatch& Silence;
+    BufferWatch& Buffers;
+    TimedPieces& Pieces;
+    SongTargets& Songs;
+    DiskCheck& Disk;
+};
+
+/// The once-a-second look at everything that no buffer drives. It runs from the end of the start to the end
+/// of the program; the order of its steps matters.
+class SecondTick {
+ public:
+    /// Attaches itself to tmr1Second. All of them outlive it.
+    SecondTick(TimerControl& tmr1Second, const Clock& clock, LifecycleFlags& lifecycle, TickParts parts,
+               ProgramRequests& requests);
+
+    /// One event of the timer: acts if the whole clock second has changed.
+    void TimerFired();
+
+ private:
+    TimerControl& Timer;
+    const Clock& Time;
+    LifecycleFlags& Lifecycle;  ///< counts the runs
+    TickParts Parts;
+    ProgramRequests& Requests;
+    int32_t LastSecond = -1;
+};
+
+}  // namespace Corvetape
