@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -113,22 +112,12 @@ class Program {
     /// An input is open. One that is gone for a while stays open.
     bool InputOpen() const;
 
-    /// The names of the steps, in their order.
-    static std::span<const char* const> LoadStepNames();
-    static std::span<const char* const> UnloadStepNames();
-
  private:
     enum class LifeStage { Made, Loading, Running, Unloading, Ended };
     enum class Next { Continue, EndProcess };
 
-    struct LoadStep {
-        const char* Name;
-        Next (Program::*Run)();
-    };
-    struct UnloadStep {
-        const char* Name;
-        void (Program::*Run)();
-    };
+    using LoadStep = Next (Program::*)();
+    using UnloadStep = void (Program::*)();
     static const LoadStep LoadSteps[];
     static const UnloadStep UnloadSteps[];
 

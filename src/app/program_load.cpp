@@ -1,8 +1,4 @@
 // The start of the program, step by step.
-#include <algorithm>
-#include <array>
-#include <iterator>
-
 #include "app/program.h"
 #include "app/program_parts.h"
 #include "core/common_folder.h"
@@ -25,51 +21,44 @@
 namespace Corvetape {
 
 const Program::LoadStep Program::LoadSteps[] = {
-    {"TakeBusyPointer", &Program::TakeBusyPointer},
-    {"BlankBrowser", &Program::BlankBrowser},
-    {"ReadUpdateSwitch", &Program::ReadUpdateSwitch},
-    {"ClaimSingleInstance", &Program::ClaimSingleInstance},
-    {"ShowVersion", &Program::ShowVersion},
-    {"ExtendSearchPath", &Program::ExtendSearchPath},
-    {"LoadSettings", &Program::LoadSettings},
-    {"ReadSongCounter", &Program::ReadSongCounter},
-    {"DetectEncoders", &Program::DetectEncoders},
-    {"ChooseLanguage", &Program::ChooseLanguage},
-    {"MakeFolders", &Program::MakeFolders},
-    {"LogStart", &Program::LogStart},
-    {"SnapshotMixer", &Program::SnapshotMixer},
-    {"SeedRandom", &Program::SeedRandom},
-    {"PlaceWindow", &Program::PlaceWindow},
-    {"ApplySwitches", &Program::ApplySwitches},
-    {"LaunchStartApp", &Program::LaunchStartApp},
-    {"AddTrayIcon", &Program::AddTrayIcon},
-    {"ApplyStationData", &Program::ApplyStationData},
-    {"EnableRecording", &Program::EnableRecording},
-    {"StartTimers", &Program::StartTimers},
-    {"ShowWindow", &Program::ShowWindow},
-    {"LoadBars", &Program::LoadBars},
-    {"ReleaseBusyPointer", &Program::ReleaseBusyPointer},
-    {"LoadWatchLists", &Program::LoadWatchLists},
-    {"RecoverSongs", &Program::RecoverSongs},
-    {"CheckUpdate", &Program::CheckUpdate},
+    // clang-format off
+    &Program::TakeBusyPointer,
+    &Program::BlankBrowser,
+    &Program::ReadUpdateSwitch,
+    &Program::ClaimSingleInstance,
+    &Program::ShowVersion,
+    &Program::ExtendSearchPath,
+    &Program::LoadSettings,
+    &Program::ReadSongCounter,
+    &Program::DetectEncoders,
+    &Program::ChooseLanguage,
+    &Program::MakeFolders,
+    &Program::LogStart,
+    &Program::SnapshotMixer,
+    &Program::SeedRandom,
+    &Program::PlaceWindow,
+    &Program::ApplySwitches,
+    &Program::LaunchStartApp,
+    &Program::AddTrayIcon,
+    &Program::ApplyStationData,
+    &Program::EnableRecording,
+    &Program::StartTimers,
+    &Program::ShowWindow,
+    &Program::LoadBars,
+    &Program::ReleaseBusyPointer,
+    &Program::LoadWatchLists,
+    &Program::RecoverSongs,
+    &Program::CheckUpdate,
+    // clang-format on
 };
-
-std::span<const char* const> Program::LoadStepNames() {
-    static const auto names = [] {
-        std::array<const char*, std::size(LoadSteps)> result{};
-        std::ranges::transform(LoadSteps, result.begin(), [](const LoadStep& step) { return step.Name; });
-        return result;
-    }();
-    return names;
-}
 
 bool Program::Load() {
     Stage = LifeStage::Loading;
     Memory->KeptOpen.push_back(Memory->Opened.Open(Memory->Form));
     // Priorities come first of all: nothing has been loaded that could disturb a running recording.
     Host.System.RaisePriority();
-    for (const LoadStep& step : LoadSteps) {
-        if ((this->*step.Run)() == Next::EndProcess) {
+    for (const LoadStep step : LoadSteps) {
+        if ((this->*step)() == Next::EndProcess) {
             if (Stage == LifeStage::Loading) Stage = LifeStage::Ended;
             return false;
         }

@@ -1,7 +1,4 @@
 // The closing request and the stop of the program, step by step.
-#include <algorithm>
-#include <array>
-#include <iterator>
 #include <vector>
 
 #include "app/program.h"
@@ -19,33 +16,26 @@
 namespace Corvetape {
 
 const Program::UnloadStep Program::UnloadSteps[] = {
-    {"FinishAudio", &Program::FinishAudio},
-    {"TakeOverMedia", &Program::TakeOverMedia},
-    {"CloseSong", &Program::CloseSong},
-    {"DisableRecording", &Program::DisableRecording},
-    {"CloseCapture", &Program::CloseCapture},
-    {"TransferPendingSong", &Program::TransferPendingSong},
-    {"DeleteTempFolder", &Program::DeleteTempFolder},
-    {"RestoreMixer", &Program::RestoreMixer},
-    {"RestoreSoundScheme", &Program::RestoreSoundScheme},
-    {"TellError", &Program::TellError},
-    {"TellInfo", &Program::TellInfo},
-    {"ReleaseProvider", &Program::ReleaseProvider},
-    {"LaunchStopApp", &Program::LaunchStopApp},
-    {"SaveWindowPlace", &Program::SaveWindowPlace},
-    {"RemoveTrayIcon", &Program::RemoveTrayIcon},
-    {"SaveBars", &Program::SaveBars},
-    {"LogEnd", &Program::LogEnd},
+    // clang-format off
+    &Program::FinishAudio,
+    &Program::TakeOverMedia,
+    &Program::CloseSong,
+    &Program::DisableRecording,
+    &Program::CloseCapture,
+    &Program::TransferPendingSong,
+    &Program::DeleteTempFolder,
+    &Program::RestoreMixer,
+    &Program::RestoreSoundScheme,
+    &Program::TellError,
+    &Program::TellInfo,
+    &Program::ReleaseProvider,
+    &Program::LaunchStopApp,
+    &Program::SaveWindowPlace,
+    &Program::RemoveTrayIcon,
+    &Program::SaveBars,
+    &Program::LogEnd,
+    // clang-format on
 };
-
-std::span<const char* const> Program::UnloadStepNames() {
-    static const auto names = [] {
-        std::array<const char*, std::size(UnloadSteps)> result{};
-        std::ranges::transform(UnloadSteps, result.begin(), [](const UnloadStep& step) { return step.Name; });
-        return result;
-    }();
-    return names;
-}
 
 bool Program::Close() {
     if (Stage == LifeStage::Loading) {
@@ -70,7 +60,7 @@ bool Program::Close() {
 void Program::Unload() {
     if (Stage != LifeStage::Running) return;
     Stage = LifeStage::Unloading;
-    for (const UnloadStep& step : UnloadSteps) (this->*step.Run)();
+    for (const UnloadStep step : UnloadSteps) (this->*step)();
     DetachTimers();  // the loop may run on, for encoders that have not ended yet
     Memory->KeptOpen.clear();
     Stage = LifeStage::Ended;

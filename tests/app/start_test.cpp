@@ -18,17 +18,6 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-TEST(Start, HasItsStepsInTheirOrder) {
-    const auto names = Program::LoadStepNames();
-    EXPECT_THAT(std::vector<std::string>(names.begin(), names.end()),
-                ElementsAre("TakeBusyPointer", "BlankBrowser", "ReadUpdateSwitch", "ClaimSingleInstance",
-                            "ShowVersion", "ExtendSearchPath", "LoadSettings", "ReadSongCounter",
-                            "DetectEncoders", "ChooseLanguage", "MakeFolders", "LogStart", "SnapshotMixer",
-                            "SeedRandom", "PlaceWindow", "ApplySwitches", "LaunchStartApp", "AddTrayIcon",
-                            "ApplyStationData", "EnableRecording", "StartTimers", "ShowWindow", "LoadBars",
-                            "ReleaseBusyPointer", "LoadWatchLists", "RecoverSongs", "CheckUpdate"));
-}
-
 TEST(Start, AsksTheDesktopInTheOrderOfTheSteps) {
     World world(Starting("-hide -update", {{"Form", "Pos", "4097;3073;9000;7000"}}));
     DesktopNotes desktop;

@@ -16,15 +16,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-TEST(Stop, HasItsStepsInTheirOrder) {
-    const auto names = Program::UnloadStepNames();
-    EXPECT_THAT(std::vector<std::string>(names.begin(), names.end()),
-                ElementsAre("FinishAudio", "TakeOverMedia", "CloseSong", "DisableRecording", "CloseCapture",
-                            "TransferPendingSong", "DeleteTempFolder", "RestoreMixer", "RestoreSoundScheme",
-                            "TellError", "TellInfo", "ReleaseProvider", "LaunchStopApp", "SaveWindowPlace",
-                            "RemoveTrayIcon", "SaveBars", "LogEnd"));
-}
-
 /// The order in which the desktop was asked, boxes were shown and lines were logged.
 class StopOrder {
  public:
