@@ -16,11 +16,6 @@ std::string RescueFile(const SettingsStore& store) {
     return path.substr(0, path.rfind('/')) + "/mixer-before-search.ini";
 }
 
-/// Where what was learned of sources is kept.
-std::string LearnedCutsFolder(Folders& folders) {
-    return folders.ShellFolderPath(ShellFolder::AppData) + "/" + ProgramShortName + "/cuts";
-}
-
 std::unique_ptr<PlayerBridge> BridgeTo(Players* players, RegistryBranches& registry, EventLoop& loop) {
     return players == nullptr ? nullptr : std::make_unique<PlayerBridge>(*players, registry, loop);
 }
@@ -44,9 +39,11 @@ ProgramParts::ProgramParts(const Machine& machine, State& state, const RunOption
       Writer({machine.Files, state.Flags, state.Signal, state.Pause, state.Media, state.Messages, state.Cut},
              SongPlaceOf(*this), SongEventsOf(*this)),
       Drain({state.Ring, state.Cut, state.Pause, state.Flags, Writer}),
-      Learned(machine.Files, LearnedCutsFolder(machine.Folders), state.Options),
+      Learned(machine.Files, FolderOfLearnedCuts(machine.Folders), state.Options),
+      MarginFiles(machine.Files, machine.Clock, state.Options, state.Folders, machine.System.RunName()),
+      Margins(MarginFiles, run.KeepNotes),
       Automatic({state.Ring, state.Cut, state.Pause, state.Options, state.Signal.Format, state.Flags,
-                 state.Signal, state.Media, Writer, Learned}),
+                 state.Signal, state.Media, Writer, Learned, Margins}),
       Targets(Writer, Drain, Automatic),
       Path({state.Signal, state.Pause, state.Ring, machine.Clock},
            {state.Signal, state.Cut, state.Pause, state.Flags, state.Ring}, Targets),
@@ -112,9 +109,11 @@ ProgramParts::ProgramParts(const Machine& machine, State& state, const RunOption
 /// What goes on to whoever watches the program.
 void ProgramParts::ConnectEvents() {
     Transfer.Transferred.Connect([this](const TransferredSong& song) {
+        MarginFiles.SongTransferred(song);
         if (Events.SongTransferred) Events.SongTransferred(song);
     });
     Results.MusicMade.Connect([this](const std::string& job, const std::string& musicFile) {
+        MarginFiles.MusicMade(job, musicFile);
         if (Events.MusicMade) Events.MusicMade(job, musicFile);
     });
     Results.JobEnded.Connect([this](const JobResult& result) {

@@ -55,6 +55,8 @@
 #include "recording/floating_bars.h"
 #include "recording/left_songs.h"
 #include "recording/level_display.h"
+#include "recording/margins/margin_recorder.h"
+#include "recording/margins/margin_store.h"
 #include "recording/note_keeper.h"
 #include "recording/pause_calibration.h"
 #include "recording/pause_control.h"
@@ -93,6 +95,8 @@ struct ProgramParts {
     SongWriter Writer;
     AudioDrain Drain;
     LearnedCuts Learned;
+    MarginStore MarginFiles;
+    MarginRecorder Margins;
     AutomaticRecorder Automatic;
     AutomaticTargets Targets;
     SignalPath Path;

@@ -134,6 +134,10 @@ void Program::RemoveTempFolder() {
 }
 
 void Program::DeleteTempFolder() {
+    if (Memory->Options.DelTempFolder && !Memory->Options.EncodeOffline) {
+        Parts->Results.Collect();  // the margins of a song go once it is encoded
+        Parts->MarginFiles.DropOfThisRun();
+    }
     Parts->Results.DeleteTempFolder(Memory->Options, Memory->Folders);
 }
 

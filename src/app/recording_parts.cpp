@@ -5,7 +5,8 @@
 namespace Corvetape {
 
 RecordingParts::RecordingParts(ProgramParts& parts, const Machine& machine, State& state)
-    : Disk({state.Form, machine.Files, state.Options, state.Folders, state.Flags, state.Messages},
+    : Disk({state.Form, machine.Files, state.Options, state.Folders, state.Flags, state.Messages,
+            parts.MarginFiles},
            state.Signal.Format, parts.Say),
       Look(state.Form, state.PlainBar, state.CoverBar, parts.Messages),
       Notice(state.Flags, state.Signal, parts.Say),

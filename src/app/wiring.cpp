@@ -33,6 +33,7 @@ SongEvents SongEventsOf(ProgramParts& parts) {
     };
     events.SongClosed = [&parts](const ClosedSong& song) {
         if (parts.Keeper) parts.Keeper->SongClosed(song);
+        parts.Margins.SongClosed(song);
         if (parts.Events.SongClosed) parts.Events.SongClosed(song);
         parts.Reports.SongClosed(song);
     };

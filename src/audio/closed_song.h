@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "core/media_state.h"
@@ -23,20 +24,32 @@ enum class Certainty {
     Sure,
 };
 
+/// What a cut was found from, so that a correction by hand can teach its source.
+struct CutOrigin {
+    std::string Source;  ///< the name that its cuts are learned by
+    int32_t Edge = 0;    ///< slots of 50 ms from the change of title to the cut
+    bool Exact = false;  ///< the change is where a player says that its track began
+
+    bool operator==(const CutOrigin&) const = default;
+};
+
 /// How far a song that was ended by everything that is known can be trusted.
 struct SongTrust {
     Certainty Begin = Certainty::None;
     Certainty End = Certainty::None;
+    std::optional<CutOrigin> BeginCut;  ///< nothing where no change of title has led to it
+    std::optional<CutOrigin> EndCut;
     bool Mixed = false;            ///< two players were heard at once
     bool Sought = false;           ///< somebody has jumped within it
     bool AgainstEvidence = false;  ///< its end was taken from the titles alone
     int32_t Dropouts = 0;          ///< short holes in its sound
     int32_t PausesCut = 0;         ///< pauses of the player that were left out
 
+    /// One of its cuts may well be wrong.
+    bool IsUnsure() const { return Begin == Certainty::Unsure || End == Certainty::Unsure; }
+
     /// Nothing of what is known speaks against its being whole.
-    bool IsClean() const {
-        return Begin != Certainty::Unsure && End != Certainty::Unsure && !Mixed && !Sought && Dropouts == 0;
-    }
+    bool IsClean() const { return !IsUnsure() && !Mixed && !Sought && Dropouts == 0; }
 
     bool operator==(const SongTrust&) const = default;
 };

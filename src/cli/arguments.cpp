@@ -4,6 +4,7 @@
 #include <map>
 #include <sstream>
 
+#include "cli/recut_choice.h"
 #include "core/text/numbers.h"
 #include "core/version.h"
 
@@ -17,7 +18,10 @@ struct Words {
     MixerArguments Mixer;
     ProfilesArguments Profiles;
     RecordArguments Record;
+    RecutArguments Recut;
     SplitArguments Split;
+    std::string RecutBegin;
+    std::string RecutEnd;
     std::vector<std::string> RecordSettings;
     std::vector<std::string> SplitSettings;
 };
@@ -92,6 +96,41 @@ void AddProfiles(CLI::App& app, Words& words) {
     command->add_option("--home", to.Home, "Keep settings below DIR")->check(AFolder)->type_name("DIR");
 }
 
+void AddRecut(CLI::App& app, Words& words) {
+    CLI::App* command = app.add_subcommand("recut", "Cut a song again that was cut in the wrong place");
+    RecutArguments& to = words.Recut;
+    const auto seconds = [](const std::string& text) {
+        return SecondsToMove(text) ? "" : "Value " + text + " is no number of seconds";
+    };
+    command->add_option("SONG", to.Song, "Path or name of its music file, or its title");
+    command->add_option("--begin", words.RecutBegin, "Let it begin so many seconds later, or earlier (-S)")
+        ->check(seconds)
+        ->type_name("+-S");
+    command->add_option("--end", words.RecutEnd, "Let it end so many seconds later, or earlier (-S)")
+        ->check(seconds)
+        ->type_name("+-S");
+    command->add_flag("--list", to.List, "List the songs that can be cut again, and how far");
+    command->add_option("--home", to.Home, "Keep settings, logs, temporary and music files below DIR")
+        ->check(AFolder)
+        ->type_name("DIR");
+}
+
+/// The song and its seconds, or why they make no sense.
+Arguments FinishRecut(const Words& words) {
+    RecutArguments recut = words.Recut;
+    recut.Begin = SecondsToMove(words.RecutBegin).value_or(0);
+    recut.End = SecondsToMove(words.RecutEnd).value_or(0);
+    if (recut.List) return recut;
+    if (recut.Song.empty()) {
+        return ArgumentsAnswer{ExitUsage,
+                               "SONG is missing; corvetape-cli recut --list shows which there are"};
+    }
+    if (recut.Begin == 0 && recut.End == 0) {
+        return ArgumentsAnswer{ExitUsage, "--begin or --end has to say by how many seconds the cut moves"};
+    }
+    return recut;
+}
+
 /// The settings of a command, or the reason why one is refused.
 std::optional<std::string> TakeSettings(const std::vector<std::string>& texts, CommonArguments& arguments) {
     for (const std::string& text : texts) {
@@ -121,6 +160,7 @@ Arguments ReadArguments(int count, const char* const* words) {
     mixer->add_flag("--json", read.Mixer.Json, "Print one JSON object for each of them");
     AddProfiles(app, read);
     AddRecord(app, read);
+    AddRecut(app, read);
     AddSplit(app, read);
     try {
         app.parse(count, words);
@@ -137,6 +177,7 @@ Arguments ReadArguments(int count, const char* const* words) {
     if (app.got_subcommand("mixer")) return read.Mixer;
     if (app.got_subcommand("profiles")) return read.Profiles;
     if (app.got_subcommand("record")) return Finish(read.RecordSettings, read.Record);
+    if (app.got_subcommand("recut")) return FinishRecut(read);
     if (app.got_subcommand("split")) return Finish(read.SplitSettings, read.Split);
     return read.Devices;
 }

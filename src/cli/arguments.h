@@ -55,6 +55,14 @@ struct SplitArguments : CommonArguments {
     std::string Media;
 };
 
+struct RecutArguments {
+    std::string Song;  ///< empty: all, with List
+    std::string Home;
+    double Begin = 0;  ///< seconds by which the begin moves; above 0 it is later
+    double End = 0;
+    bool List = false;
+};
+
 /// Help or version was asked for, or the words are off: what to print and the exit code. What is off is told
 /// in one line, without a line end.
 struct ArgumentsAnswer {
@@ -63,7 +71,7 @@ struct ArgumentsAnswer {
 };
 
 using Arguments = std::variant<DevicesArguments, MixerArguments, ProfilesArguments, RecordArguments,
-                               SplitArguments, ArgumentsAnswer>;
+                               RecutArguments, SplitArguments, ArgumentsAnswer>;
 
 /// Reads the command line.
 Arguments ReadArguments(int count, const char* const* words);

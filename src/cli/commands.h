@@ -9,6 +9,7 @@ int RunDevices(const DevicesArguments& arguments);
 int RunMixer(const MixerArguments& arguments);
 int RunProfiles(const ProfilesArguments& arguments);
 int RunRecord(const RecordArguments& arguments);
+int RunRecut(const RecutArguments& arguments);
 int RunSplit(const SplitArguments& arguments);
 
 }  // namespace Corvetape

@@ -23,6 +23,7 @@ int Run(int count, char** words) {
     const Arguments arguments = ReadArguments(count, words);
     if (const auto* answer = std::get_if<ArgumentsAnswer>(&arguments)) return Answer(*answer);
     if (const auto* record = std::get_if<RecordArguments>(&arguments)) return RunRecord(*record);
+    if (const auto* recut = std::get_if<RecutArguments>(&arguments)) return RunRecut(*recut);
     if (const auto* split = std::get_if<SplitArguments>(&arguments)) return RunSplit(*split);
     if (const auto* mixer = std::get_if<MixerArguments>(&arguments)) return RunMixer(*mixer);
     if (const auto* profiles = std::get_if<ProfilesArguments>(&arguments)) return RunProfiles(*profiles);

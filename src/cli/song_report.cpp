@@ -5,6 +5,7 @@
 
 #include <vector>
 
+#include "audio/certainty_words.h"
 #include "cli/json_text.h"
 #include "core/text/artist_and_title.h"
 #include "platform/linux/desktop/one_line.h"
@@ -39,17 +40,7 @@ std::string FateText(SongFate fate) {
 }
 
 std::string CertaintyText(Certainty certainty) {
-    switch (certainty) {
-        case Certainty::None:
-            return {};
-        case Certainty::Unsure:
-            return "unsure";
-        case Certainty::Likely:
-            return "likely";
-        case Certainty::Sure:
-            return "sure";
-    }
-    return {};
+    return std::string(WordOf(certainty));
 }
 
 namespace {

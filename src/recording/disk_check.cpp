@@ -74,8 +74,19 @@ DiskLimit DiskCheck::LimitOf(const Spaces& spaces) const {
     return DiskLimit::None;
 }
 
+/// Measures, after the margins have made room as far as they can.
+DiskCheck::Spaces DiskCheck::MeasureWithoutMargins() {
+    Spaces spaces = Measure();
+    const auto temporary = [&] {
+        const DiskLimit limit = spaces.Refused.empty() ? LimitOf(spaces) : DiskLimit::None;
+        return limit == DiskLimit::OneDrive || limit == DiskLimit::TempFolder;
+    };
+    while (temporary() && Parts.Margins.DropOldest()) spaces = Measure();
+    return spaces;
+}
+
 bool DiskCheck::HasRoom() {
-    const Spaces spaces = Measure();
+    const Spaces spaces = MeasureWithoutMargins();
     const auto hasReserve = [&](const DiskSpace& space) {
         return space.Temp >= SecondsOfReserve * Format.nAvgBytesPerSec;
     };
@@ -101,7 +112,8 @@ bool DiskCheck::Run() {
 }
 
 bool DiskCheck::Check() {
-    const Spaces spaces = Measure();
+    Parts.Margins.DropOld();
+    const Spaces spaces = Applies() ? MeasureWithoutMargins() : Measure();
     if (!spaces.Refused.empty()) {
         Report(Say.Text(Message::FreeSpaceUnknown.Key, {spaces.Refused}));
         return false;
@@ -110,14 +122,22 @@ bool DiskCheck::Check() {
     return true;
 }
 
-void DiskCheck::RunIfShort() {
-    if (!Applies()) return;
+/// A folder that has less room than that; empty if none has, or if one cannot be asked.
+std::string DiskCheck::FindShortFolder(uint64_t bytes) const {
     std::string shortOne;
     for (const std::string& folder : TempFolders()) {
         const std::optional<uint64_t> free = Parts.Files.FreeSpace(folder);
-        if (!free) return;
-        if (shortOne.empty() && *free < SecondsOfReserve * Format.nAvgBytesPerSec) shortOne = folder;
+        if (!free) return {};
+        if (shortOne.empty() && *free < bytes) shortOne = folder;
     }
+    return shortOne;
+}
+
+void DiskCheck::RunIfShort() {
+    if (!Applies()) return;
+    const uint64_t reserve = SecondsOfReserve * Format.nAvgBytesPerSec;
+    std::string shortOne = FindShortFolder(reserve);
+    while (!shortOne.empty() && Parts.Margins.DropOldest()) shortOne = FindShortFolder(reserve);
     if (shortOne.empty()) return;
     const bool oneDrive = Parts.Files.SameDrive(shortOne, Parts.Folders.Paths[1]);
     React(oneDrive ? DiskLimit::OneDrive : DiskLimit::TempFolder);

@@ -12,6 +12,7 @@
 #include "forms/frm_main.h"
 #include "platform/files.h"
 #include "platform/wave_in.h"
+#include "recording/margins/margin_store.h"
 
 namespace Corvetape {
 
@@ -22,6 +23,7 @@ struct DiskCheckParts {
     const WorkingFolders& Folders;
     RecordingFlags& Flags;
     DeferredMessages& Messages;
+    MarginStore& Margins;  ///< what it keeps goes first where the disk gets short
 };
 
 /// Which limit a disk has come down to.
@@ -67,6 +69,8 @@ class DiskCheck {
 
     std::vector<std::string> TempFolders() const;
     Spaces Measure() const;
+    Spaces MeasureWithoutMargins();
+    std::string FindShortFolder(uint64_t bytes) const;
     DiskLimit LimitOf(const Spaces& spaces) const;
     bool Check();
     void Report(const std::string& text);

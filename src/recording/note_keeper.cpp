@@ -22,7 +22,8 @@ NoteKeeper::NoteKeeper(const SongWriter& writer, SongNotes& notes, NotedState st
 void NoteKeeper::NoteSong() {
     if (!Writer.HasSongFile()) return;
     if (State.Automatic.Active()) {
-        Note(Writer.SongBaseName(), State.Automatic.Media(), State.Automatic.Wanted());
+        Note(Writer.SongBaseName(), State.Automatic.Media(), State.Automatic.Wanted(),
+             State.Automatic.Trust());
         return;
     }
     const std::optional<EndedSong>& ended = State.Cut.Ended;
@@ -31,13 +32,16 @@ void NoteKeeper::NoteSong() {
 }
 
 void NoteKeeper::SongClosed(const ClosedSong& song) {
-    if (song.Fate == SongFate::Kept) Note(song.Media.TempFileName, song.Media, true);
+    if (song.Fate == SongFate::Kept) Note(song.Media.TempFileName, song.Media, true, song.Trust);
 }
 
-void NoteKeeper::Note(const std::string& baseName, const STATIONANDSONGDATA& media, bool wanted) {
+void NoteKeeper::Note(const std::string& baseName, const STATIONANDSONGDATA& media, bool wanted,
+                      const SongTrust& trust) {
     SongNote note;
     note.Run = RunName;
     note.Wanted = wanted;
+    note.Begin = trust.Begin;
+    note.End = trust.End;
     note.LeastSeconds = State.Pause.IgnoreShortSongs;
     const bool named =
         State.Media.StationDataEnabled && State.Pause.EndOfSongDetection != EndOfSong::FixedTime;

@@ -35,7 +35,8 @@ class NoteKeeper {
     void SongClosed(const ClosedSong& song);
 
  private:
-    void Note(const std::string& baseName, const STATIONANDSONGDATA& media, bool wanted);
+    void Note(const std::string& baseName, const STATIONANDSONGDATA& media, bool wanted,
+              const SongTrust& trust = {});
 
     const SongWriter& Writer;
     SongNotes& Notes;

@@ -22,6 +22,8 @@ void RunSongs::SongClosed(const ClosedSong& song) {
     RunSong entry;
     entry.Fate = song.Fate;
     entry.Health = HealthOf(song);
+    entry.Begin = song.Trust.Begin;
+    entry.End = song.Trust.End;
     entry.Seconds = song.Frames / std::max<uint32_t>(song.FramesPerSecond, 1);
     entry.Media = song.Media;
     entry.TempFile = song.TempPath;

@@ -33,6 +33,9 @@ struct RunSong {
     SongFate Fate = SongFate::Unwanted;
     SongHealth Health = SongHealth::NotWhole;
     SongProgress Progress = SongProgress::None;
+    Certainty Begin =
+        Certainty::None;  ///< how sure its cuts are, where songs end by everything that is known
+    Certainty End = Certainty::None;
     uint64_t Seconds = 0;
     STATIONANDSONGDATA Media;
     std::string TempFile;   ///< the recording itself; it may be gone

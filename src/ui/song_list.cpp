@@ -40,6 +40,36 @@ QString FateText(const RunSong& song, const Words& say) {
     return say(song.Health == SongHealth::Whole ? Key::Whole : Key::NotWhole);
 }
 
+namespace {
+
+std::string CertaintyText(Certainty certainty, const Words& say) {
+    const char* const key = certainty == Certainty::Sure     ? Key::CutSure
+                            : certainty == Certainty::Likely ? Key::CutLikely
+                                                             : Key::CutUnsure;
+    return say(key).toStdString();
+}
+
+}  // namespace
+
+QString CutsText(const RunSong& song, const Words& say) {
+    if (song.Fate != SongFate::Kept) return {};
+    const std::string begin = CertaintyText(song.Begin, say);
+    const std::string end = CertaintyText(song.End, say);
+    if (song.Begin == Certainty::None && song.End == Certainty::None) return {};
+    if (song.Begin == Certainty::None) return say(Key::EndIs, {end});
+    if (song.End == Certainty::None) return say(Key::BeginIs, {begin});
+    return say(Key::BeginAndEndAre, {begin, end});
+}
+
+QString ShortCutsText(const RunSong& song, const Words& say) {
+    if (song.Begin == Certainty::None || song.End == Certainty::None) return CutsText(song, say);
+    if (song.Fate != SongFate::Kept) return {};
+    if (song.Begin == song.End) return QString::fromStdString(CertaintyText(song.End, say));
+    // The steps are in the order of their certainty.
+    const bool begin = song.Begin < song.End;
+    return say(begin ? Key::BeginIs : Key::EndIs, {CertaintyText(begin ? song.Begin : song.End, say)});
+}
+
 QString ProgressText(const RunSong& song, const Words& say) {
     switch (song.Progress) {
         case SongProgress::None:
@@ -91,12 +121,19 @@ class SongModel : public QAbstractListModel {
         const QString artist = QString::fromStdString(song.Media.Artist);
         if (role == Qt::DisplayRole) return NameOf(song);
         if (role == Qt::AccessibleTextRole) {
-            return QStringList{NameOf(song), artist, LengthText(song.Seconds), FateText(song, Parts.Say),
-                               ProgressText(song, Parts.Say)}
-                .join(", ");
+            QStringList texts{NameOf(song),
+                              artist,
+                              LengthText(song.Seconds),
+                              CutsText(song, Parts.Say),
+                              FateText(song, Parts.Say),
+                              ProgressText(song, Parts.Say)};
+            texts.removeAll(QString());
+            return texts.join(", ");
         }
         if (role == Qt::ToolTipRole) {
-            return QString::fromStdString(song.MusicFile.empty() ? song.TempFile : song.MusicFile);
+            const auto file = QString::fromStdString(song.MusicFile.empty() ? song.TempFile : song.MusicFile);
+            const QString cuts = CutsText(song, Parts.Say);
+            return cuts.isEmpty() ? file : file + "\n" + cuts;
         }
         return {};
     }
@@ -124,6 +161,12 @@ class SongDelegate : public QStyledItemDelegate {
     SongDelegate(const UiParts& parts, QObject* parent) : QStyledItemDelegate(parent), Parts(parts) {
         FateWidth =
             WidestOf({Key::Whole, Key::NotWhole, Key::Damaged, Key::TooShort, Key::Unwanted, Key::Aborted});
+        const std::string unsure = Parts.Say(Key::CutUnsure).toStdString();
+        const std::string likely = Parts.Say(Key::CutLikely).toStdString();
+        for (const char* key : {Key::BeginIs, Key::EndIs}) {
+            CutsWidth =
+                std::max({CutsWidth, WidthOf(Parts.Say(key, {unsure})), WidthOf(Parts.Say(key, {likely}))});
+        }
         ProgressWidth = WidestOf({Key::WaitingForTurn, Key::Encoding, Key::Made, Key::Stays, Key::Failed});
     }
 
@@ -152,14 +195,16 @@ class SongDelegate : public QStyledItemDelegate {
     }
 
  private:
-    /// Of all texts that a column may show, with the space before the next one.
+    /// Of a text in a column, with the space before the next one.
+    static int WidthOf(const QString& text) {
+        return QFontMetrics(ScaledFont(1)).horizontalAdvance(text) + 2 * Grid;
+    }
+
+    /// Of all texts that a column may show.
     int WidestOf(std::initializer_list<const char*> keys) const {
-        const QFontMetrics metrics(ScaledFont(1));
         int widest = 0;
-        for (const char* key : keys) {
-            widest = std::max(widest, metrics.horizontalAdvance(Tick + Parts.Say(key, {"WMA"})));
-        }
-        return widest + 2 * Grid;
+        for (const char* key : keys) widest = std::max(widest, WidthOf(Tick + Parts.Say(key, {"WMA"})));
+        return widest;
     }
 
     /// What was not kept is there, but pale.
@@ -193,6 +238,10 @@ class SongDelegate : public QStyledItemDelegate {
         const bool whole = kept && song.Health == SongHealth::Whole;
         text(FateWidth, (whole ? Tick : QString()) + FateText(song, Parts.Say),
              whole ? look.Good : (kept ? look.Warning : look.Dim), Qt::AlignLeft);
+        if (const QString cuts = ShortCutsText(song, Parts.Say); !cuts.isEmpty()) {
+            const bool unsure = song.Begin == Certainty::Unsure || song.End == Certainty::Unsure;
+            text(CutsWidth, cuts, unsure ? look.Warning : look.Dim, Qt::AlignLeft);
+        }
         text(8 * Grid, LengthText(song.Seconds) + "   ", look.Dim, Qt::AlignRight);
         PaintName(painter, line.adjusted(0, 0, -Grid, 0), song);
     }
@@ -215,6 +264,7 @@ class SongDelegate : public QStyledItemDelegate {
     const UiParts& Parts;
     const QString Tick = QString::fromUtf8("✓ ");
     int FateWidth = 0;
+    int CutsWidth = 0;
     int ProgressWidth = 0;
 };
 

@@ -33,6 +33,12 @@ QString LengthText(uint64_t seconds);
 
 /// What became of a song, and how far it is on its way, in words.
 QString FateText(const RunSong& song, const Words& say);
+/// How sure it is that a kept song begins and ends where it does, in words; empty where nobody knows.
+QString CutsText(const RunSong& song, const Words& say);
+
+/// The same of its less sure end only, for a narrow column.
+QString ShortCutsText(const RunSong& song, const Words& say);
+
 QString ProgressText(const RunSong& song, const Words& say);
 
 }  // namespace Corvetape

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/virtual/sim_clock.h"
 #include "sim/sim_files.h"
 #include "support/noted_reports.h"
 
@@ -55,7 +56,8 @@ class DiskChecks : public testing::Test {
     std::vector<std::string>& Log = Reports.Lines;
     std::vector<ShownBox>& Boxes = Computer.Dialogs.Boxes;
     WaveFormat Format = MakeWaveFormat(44100);
-    DiskCheck Check{{Form, Disk, Options, Folders, Flags, Messages}, Format, Reports.Say};
+    MarginStore Margins{Disk, Computer.Clock, Options, Folders, "run-1"};
+    DiskCheck Check{{Form, Disk, Options, Folders, Flags, Messages, Margins}, Format, Reports.Say};
 };
 
 // The folder of the start, after another one was chosen.
@@ -249,7 +251,7 @@ class ThrowingDisk : public SimFiles {
 
 TEST_F(DiskChecks, AnUnexpectedErrorIsReportedAndEndsTheProgram) {
     ThrowingDisk broken;
-    DiskCheck check({Form, broken, Options, Folders, Flags, Messages}, Format, Reports.Say);
+    DiskCheck check({Form, broken, Options, Folders, Flags, Messages, Margins}, Format, Reports.Say);
     EXPECT_FALSE(check.Run());
     EXPECT_THAT(Log, ElementsAre("ERROR 907"));
     ASSERT_EQ(Boxes.size(), 1U);

@@ -70,6 +70,7 @@ struct Settings {
     int32_t SameName = 1;    ///< what becomes of a music file whose name a new song gets, see SameNameRule
     bool LearnCuts = true;   ///< remember how late the titles of each source are; else what was learned goes
     int32_t FadeGoesTo = 2;  ///< with the end of song "Automatic": 0 the song that ends, 1 the next, 2 both
+    int32_t KeepMargins = 24;  ///< hours that a song with an unsure cut can be cut again; 0: none
     int32_t Encoder = 0;
     int32_t MP3Quality = 5;
     int32_t OggVorbisQuality = 5;

@@ -61,6 +61,7 @@ constexpr SettingRow Table[] = {
     {"Options", "SameName", "1", Int, &Settings::SameName},
     {"Options", "LearnCuts", "1", Bool, &Settings::LearnCuts},
     {"Options", "FadeGoesTo", "2", Int, &Settings::FadeGoesTo},
+    {"Options", "KeepMargins", "24", Int, &Settings::KeepMargins},
     {"Options", "Encoder", "0", Int, &Settings::Encoder, Last, "optEncoder"},
     {"Options", "MP3Quality", "5", Int, &Settings::MP3Quality, Load, "cmbMP3"},
     {"Options", "OggVorbisQuality", "5", Int, &Settings::OggVorbisQuality, Load, "cmbOgg"},

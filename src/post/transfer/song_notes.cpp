@@ -7,6 +7,7 @@
 #include <span>
 #include <string_view>
 
+#include "audio/certainty_words.h"
 #include "audio/wav_file.h"
 #include "core/settings/profile.h"
 #include "core/text/text.h"
@@ -26,8 +27,15 @@ std::string Value(std::string_view text) {
     return "\"" + value + "\"";
 }
 
-/// Nothing if the file cannot be read or is no note.
-std::optional<SongNote> ReadNote(Files& files, const std::string& path) {
+/// Whether the file holds the audio that its header gives. A close leaves a pause after the end.
+bool IsWhole(Files& files, const std::string& path) {
+    const std::optional<WavInfo> info = ReadWavInfo(files, path);
+    return info && info->DataBytes > 0 && info->DataStart + info->DataBytes <= info->FileBytes;
+}
+
+}  // namespace
+
+std::optional<SongNote> ReadSongNote(Files& files, const std::string& path) {
     const Profile profile(files, path);
     if (!profile.HasKey(NoteSection, "Run")) return std::nullopt;
     const auto text = [&](const char* key) { return profile.ReadText(NoteSection, key, "", MostValueBytes); };
@@ -41,6 +49,8 @@ std::optional<SongNote> ReadNote(Files& files, const std::string& path) {
     note.Media.Album = text("Album");
     note.Media.Cover = text("Cover");
     note.Media.FilePart = profile.ReadInt(NoteSection, "FilePart", 0);
+    note.Begin = CertaintyFrom(text("Begin"));
+    note.End = CertaintyFrom(text("End"));
     note.HandedOn = profile.ReadInt(NoteSection, "HandedOn", 0);
     note.Number = profile.ReadInt(NoteSection, "Number", 0);
     note.Encoder = text("Encoder");
@@ -49,14 +59,6 @@ std::optional<SongNote> ReadNote(Files& files, const std::string& path) {
     return note;
 }
 
-/// Whether the file holds the audio that its header gives. A close leaves a pause after the end.
-bool IsWhole(Files& files, const std::string& path) {
-    const std::optional<WavInfo> info = ReadWavInfo(files, path);
-    return info && info->DataBytes > 0 && info->DataStart + info->DataBytes <= info->FileBytes;
-}
-
-}  // namespace
-
 std::string SongNoteText(const SongNote& note) {
     std::string text =
         std::string("[") + NoteSection + "]\nRun=" + Value(note.Run) +
@@ -64,6 +66,8 @@ std::string SongNoteText(const SongNote& note) {
         "\nFilePart=" + std::to_string(note.Media.FilePart) + "\nStation=" + Value(note.Media.StationName) +
         "\nArtist=" + Value(note.Media.Artist) + "\nTitle=" + Value(note.Media.Song) +
         "\nAlbum=" + Value(note.Media.Album) + "\nCover=" + Value(note.Media.Cover) + "\n";
+    if (note.Begin != Certainty::None) text += "Begin=" + std::string(WordOf(note.Begin)) + "\n";
+    if (note.End != Certainty::None) text += "End=" + std::string(WordOf(note.End)) + "\n";
     if (note.HandedOn == 0) return text;
     return text + "HandedOn=" + std::to_string(note.HandedOn) + "\nNumber=" + std::to_string(note.Number) +
            "\nEncoder=" + Value(note.Encoder) + "\nWork=" + Value(note.Work) +
@@ -120,7 +124,7 @@ std::optional<LeftSong> ReadLeftSong(Files& files, const std::string& songTempFo
     const std::string path = songTempFolder + "/" + baseName + std::string(NoteExtension);
     // Dealt with since it was listed, or a claim that is being made at this moment.
     if (files.FileSize(path).value_or(0) == 0) return std::nullopt;
-    const std::optional<SongNote> note = ReadNote(files, path);
+    const std::optional<SongNote> note = ReadSongNote(files, path);
     if (!note) return std::nullopt;
     LeftSong song{baseName, *note};
     const bool alive =

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "audio/closed_song.h"
 #include "core/media_state.h"
 #include "core/settings/settings.h"
 #include "platform/files.h"
@@ -20,6 +21,9 @@ struct SongNote {
     int32_t LeastSeconds = 0;  ///< songs of at most so many seconds are discarded
     STATIONANDSONGDATA Media;  ///< what its close would have handed on; no title where names do not count
 
+    Certainty Begin = Certainty::None;  ///< how sure its cuts are, once they are known
+    Certainty End = Certainty::None;
+
     // Once it was handed on.
     int32_t HandedOn = 0;     ///< how often it was given to an encoder
     int32_t Number = 0;       ///< its place among all songs
@@ -34,6 +38,9 @@ inline constexpr int32_t MostHandOvers = 2;
 /// The text of a note: one section of a settings file. Control characters become blanks, and each value is
 /// cut to 1000 bytes.
 std::string SongNoteText(const SongNote& note);
+
+/// Reads a note; nothing if the file cannot be read or is no note.
+std::optional<SongNote> ReadSongNote(Files& files, const std::string& path);
 
 /// Keeps the notes beside the temporary songs: of the one that is being written, and of each closed one until
 /// its music file is there. A note that cannot be written is left out: the song itself is not touched by

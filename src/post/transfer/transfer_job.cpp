@@ -50,6 +50,11 @@ SongPassage TransferJob::Begin(const STATIONANDSONGDATA& song, SongNames names) 
     passage.Note.Wanted = true;
     if (passage.Names.HasSongData) passage.Note.Media = song;
     passage.Note.Media.FilePart = song.FilePart;
+    const std::string stamp = Place.Folders.SongTempFolder + "/" + song.TempFileName;
+    if (const auto known = ReadSongNote(Parts.Disk, stamp + ".note")) {
+        passage.Note.Begin = known->Begin;
+        passage.Note.End = known->End;
+    }
     return passage;
 }
 

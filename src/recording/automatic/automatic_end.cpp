@@ -330,9 +330,12 @@ void AutomaticEnd::Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut
     }
     newBegin = std::clamp(newBegin, Next, End());
     Write(steps, oldEnd);
+    const std::string source = Last ? Last->LearnsAs : std::string();
+    Present.Trust.EndCut = CutOrigin{source, cut.OldEnd, change.Exact};
     Close(steps, change.Wanted, true, certainty);
     MoveTo(steps, newBegin);
     Begin(change, newBegin, certainty);
+    if (!change.Last) Present.Trust.BeginCut = CutOrigin{source, cut.NewBegin, change.Exact};
     Dropping = cut.IsGap();
     Present.OldEnd = oldEnd;
 }

@@ -5,6 +5,12 @@
 
 namespace Corvetape {
 
+namespace {
+
+constexpr int64_t MarginSlots = MarginRecorder::MostSeconds * AutomaticEnd::SecondSlots;
+
+}  // namespace
+
 AutomaticRecorder::AutomaticRecorder(AutomaticParts parts)
     : Parts(parts), Places(parts.Ring, parts.Pause, parts.Learned), End(Places) {}
 
@@ -16,6 +22,7 @@ void AutomaticRecorder::Begin() {
     Opening = ring.Openings;
     PutBefore = ring.SlotsPut - static_cast<uint64_t>(ring.Unread());
     Waiting.clear();
+    SongEnded.reset();
     Heard = 0;
     Read = 0;
     Places.Restart(Parts.Format.nSamplesPerSec);
@@ -53,6 +60,7 @@ void AutomaticRecorder::Look(const SourceLook& look) {
 bool AutomaticRecorder::Drain() {
     if (!Active() || Parts.Ring.Size() == 0) return true;
     Hear();
+    if (SongEnded && Heard >= *SongEnded + MarginSlots) AddMargin();
     if (!Parts.Flags.RecordingEnabled) {
         // What a full disk has refused may be wanted when there is room again, as long as it is there.
         if (!Waiting.empty() && !Lost(Read)) return true;
@@ -74,6 +82,7 @@ bool AutomaticRecorder::Finish() {
     Hear();
     bool carried = true;
     if (Parts.Flags.RecordingEnabled) carried = Carry(End.Finish(Parts.Flags.RecordCurrentSong));
+    AddMargin();
     Begun = false;
     // What is open is closed by somebody else, who asks for its name here.
     if (Parts.Song.SongFileOpen() && !Parts.Cut.Ended) {
@@ -119,7 +128,10 @@ AutomaticRecorder::Done AutomaticRecorder::Write(int64_t upTo) {
     // Nobody has drained for longer than the ring is long.
     Read = std::max(Read, Heard - Parts.Ring.Size() + 1);
     if (Read >= upTo) return Done::Yes;
-    if (!Parts.Song.SongFileOpen() && !Parts.Song.CreateSongFile()) return Done::EndProgram;
+    if (!Parts.Song.SongFileOpen()) {
+        Parts.Margins.SongBegins(FramesOfSlots(Read - MarginSlots, Read));
+        if (!Parts.Song.CreateSongFile()) return Done::EndProgram;
+    }
     while (Read < upTo) {
         const SongWriter::Written written = Parts.Song.WriteBuffer(Parts.Ring[Places.RingSlot(Read)]);
         if (written == SongWriter::Written::NoFile) return Done::EndProgram;
@@ -130,9 +142,11 @@ AutomaticRecorder::Done AutomaticRecorder::Write(int64_t upTo) {
 }
 
 void AutomaticRecorder::Close(const AutomaticStep& step) {
+    AddMargin();
     if (Parts.Song.SongFileOpen()) {
         Parts.Cut.Ended = EndedSong{Titles.Clean(step.Media), step.Wanted, step.Trust};
         Parts.Song.CloseSongFile(SongEnd::Boundary);
+        if (Parts.Margins.WantsAfter()) SongEnded = step.Slot;
     } else {
         Parts.Song.NoteBoundary();
     }
@@ -140,6 +154,23 @@ void AutomaticRecorder::Close(const AutomaticStep& step) {
     if (step.Passed) return;
     Parts.Flags.PassOn();
     Parts.Cut.NoteBoundary();
+}
+
+/// What the ring still holds of these slots, one after the other.
+std::vector<Frame> AutomaticRecorder::FramesOfSlots(int64_t from, int64_t end) const {
+    std::vector<Frame> frames;
+    for (int64_t slot = std::max<int64_t>(from, 0); slot < std::min(end, Heard); ++slot) {
+        if (Lost(slot)) continue;
+        const std::span<const Frame> more = FramesOf(Parts.Ring[Places.RingSlot(slot)]);
+        frames.insert(frames.end(), more.begin(), more.end());
+    }
+    return frames;
+}
+
+/// Hands on what has followed the song that was closed last.
+void AutomaticRecorder::AddMargin() {
+    const std::optional<int64_t> slot = std::exchange(SongEnded, std::nullopt);
+    if (slot) Parts.Margins.SongFollowedBy(FramesOfSlots(*slot, *slot + MarginSlots));
 }
 
 void AutomaticRecorder::ShowPending() {

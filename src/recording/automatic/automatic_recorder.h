@@ -14,6 +14,7 @@
 #include "media/title_parts.h"
 #include "recording/automatic/automatic_end.h"
 #include "recording/automatic/cut_place.h"
+#include "recording/margins/margin_recorder.h"
 
 namespace Corvetape {
 
@@ -29,6 +30,7 @@ struct AutomaticParts {
     MediaState& Media;
     SongWriter& Song;
     LearnedCuts& Learned;
+    MarginRecorder& Margins;
 };
 
 /// Carries out what AutomaticEnd decides: moves audio from the ring into song files with the end of song
@@ -63,6 +65,9 @@ class AutomaticRecorder {
     /// What is known of the song that is being written.
     STATIONANDSONGDATA Media() const { return Titles.Clean(End.Media()); }
 
+    /// How far it can be trusted by now.
+    const SongTrust& Trust() const { return End.Trust(); }
+
     /// It is to be kept.
     bool Wanted() const { return End.Wanted(Parts.Flags.RecordCurrentSong); }
 
@@ -74,6 +79,8 @@ class AutomaticRecorder {
     Done Write(int64_t upTo);
     void Close(const AutomaticStep& step);
     void ShowPending();
+    std::vector<Frame> FramesOfSlots(int64_t from, int64_t end) const;
+    void AddMargin();
     bool Lost(int64_t slot) const { return Heard - slot >= Parts.Ring.Size(); }
 
     AutomaticParts Parts;
@@ -86,6 +93,7 @@ class AutomaticRecorder {
     uint64_t Opening = 0;
     uint64_t PutBefore = 0;
     bool Begun = false;
+    std::optional<int64_t> SongEnded;  ///< slot after a song whose margins want what follows
 };
 
 }  // namespace Corvetape

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "core/text/placeholders.h"
+#include "core/version.h"
 
 namespace Corvetape {
 
@@ -30,23 +31,24 @@ std::string LearnedCuts::PathOf(const std::string& source, bool exact) const {
 
 CutPrior& LearnedCuts::Of(const std::string& source, bool exact) {
     const std::string path = PathOf(source, exact);
-    const auto known = Known.find(path);
-    if (known != Known.end()) return known->second;
-    CutPrior prior = NewPrior(exact);
-    if (Options.LearnCuts) {
-        const auto text = Disk.ReadAll(path, LargestFile);
-        if (const auto read = text ? CutPrior::FromText(*text) : std::nullopt) prior = *read;
-    }
-    return Known.emplace(path, std::move(prior)).first->second;
+    Source& known = Known.try_emplace(path, Source{NewPrior(exact), {}}).first->second;
+    if (!Options.LearnCuts) return known.Prior;
+    const auto text = Disk.ReadAll(path, LargestFile);
+    if (!text || *text == known.Text) return known.Prior;
+    if (const auto read = CutPrior::FromText(*text)) known.Prior = *read;
+    known.Text = *text;
+    return known.Prior;
 }
 
 void LearnedCuts::Store(const std::string& source, bool exact) {
     if (!Options.LearnCuts) return;
     const std::string text = Of(source, exact).Text();
     const std::string path = PathOf(source, exact);
-    if (Disk.ReplaceQuickly(path, text)) return;
-    Disk.MakeFolder(Folder);  // the first time it is missing; a disk that refuses costs what was learned
-    Disk.ReplaceQuickly(path, text);
+    if (!Disk.ReplaceQuickly(path, text)) {
+        Disk.MakeFolder(Folder);  // the first time it is missing; a disk that refuses costs what was learned
+        if (!Disk.ReplaceQuickly(path, text)) return;
+    }
+    Known.at(path).Text = text;
 }
 
 void LearnedCuts::Forget() {
@@ -54,6 +56,10 @@ void LearnedCuts::Forget() {
     for (const FileEntry& entry : Disk.List(Folder)) {
         if (!entry.IsFolder && entry.Name.ends_with(Extension)) Disk.Delete(Folder + "/" + entry.Name);
     }
+}
+
+std::string FolderOfLearnedCuts(Folders& folders) {
+    return folders.ShellFolderPath(ShellFolder::AppData) + "/" + ProgramShortName + "/cuts";
 }
 
 }  // namespace Corvetape

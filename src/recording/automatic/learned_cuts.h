@@ -6,11 +6,14 @@
 #include "audio/cut_prior.h"
 #include "core/settings/settings.h"
 #include "platform/files.h"
+#include "platform/folders.h"
 
 namespace Corvetape {
 
 /// What was learned of each source about its titles and cuts, kept in a folder of the user's data: a small
 /// file for each source. A file that is damaged, or of another version, counts as none.
+///
+/// Another process may teach a source meanwhile: what its file says then counts.
 class LearnedCuts {
  public:
     /// `folder` is made when something is stored. All of them outlive it.
@@ -33,7 +36,15 @@ class LearnedCuts {
     Files& Disk;
     std::string Folder;
     const Settings& Options;
-    std::map<std::string, CutPrior> Known;  ///< by path
+
+    struct Source {
+        CutPrior Prior;
+        std::string Text;  ///< as its file had it last
+    };
+    std::map<std::string, Source> Known;  ///< by path
 };
+
+/// The folder of what was learned.
+std::string FolderOfLearnedCuts(Folders& folders);
 
 }  // namespace Corvetape

@@ -234,6 +234,14 @@ bool LinuxFiles::Copy(const std::string& from, const std::string& to) {
     return Result(copy && CopyContent(source->Open.Number(), copy->Number()) && copy->TakePlace());
 }
 
+bool LinuxFiles::Link(const std::string& from, const std::string& to) {
+    if (link(from.c_str(), to.c_str()) == 0) return true;
+    // Some disks know one name for each file only.
+    const bool cannot = errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS || errno == EXDEV;
+    Result(false);
+    return cannot && Copy(from, to);
+}
+
 bool LinuxFiles::Delete(const std::string& path) {
     return Result(unlink(path.c_str()) == 0);
 }

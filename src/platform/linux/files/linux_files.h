@@ -34,6 +34,8 @@ class LinuxFiles : public Files {
     /// The copy appears in full or not at all. A file copied to itself stays as it is.
     bool Copy(const std::string& from, const std::string& to) override;
 
+    bool Link(const std::string& from, const std::string& to) override;
+
     bool Delete(const std::string& path) override;
     bool MakeFolder(const std::string& path) override;
     bool DeleteFolder(const std::string& path) override;
