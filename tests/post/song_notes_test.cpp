@@ -76,6 +76,18 @@ TEST_F(SongNotesTest, ANoteComesBackAsItWasButForItsLineEnds) {
     EXPECT_EQ(note.Media.FilePart, 2);
 }
 
+TEST_F(SongNotesTest, HowSureTheCutsAreIsNotedOnceItIsKnown) {
+    SongNote note = Note(true);
+    EXPECT_EQ(SongNoteText(note).find("Begin="), std::string::npos);
+    note.Begin = Certainty::Unsure;
+    note.End = Certainty::Likely;
+    Notes.Write("song", note);
+    const auto songs = Found();
+    ASSERT_EQ(songs.size(), 1u);
+    EXPECT_EQ(songs[0].Note.Begin, Certainty::Unsure);
+    EXPECT_EQ(songs[0].Note.End, Certainty::Likely);
+}
+
 TEST_F(SongNotesTest, AHugeTitleIsCut) {
     SongNote note = Note(true);
     note.Media.Song.assign(100'000, 'x');

@@ -91,6 +91,25 @@ struct Opened {
     SongList* list = nullptr;
 };
 
+TEST(SongList, SaysHowSureTheCutsOfAKeptSongAre) {
+    UiWorld world;
+    world.RunFor(5);
+    auto* const list = world.Find<QListView>("songs");
+    const auto read = [&](SongFate fate, Certainty begin, Certainty end) {
+        ClosedSong song;
+        song.Fate = fate;
+        song.Trust.Begin = begin;
+        song.Trust.End = end;
+        world.Songs.SongClosed(song);
+        return list->model()->index(0, 0).data(Qt::AccessibleTextRole).toString();
+    };
+    EXPECT_TRUE(read(SongFate::Kept, Certainty::Unsure, Certainty::Sure).contains("begin unsure, end sure"));
+    EXPECT_TRUE(list->model()->index(0, 0).data(Qt::ToolTipRole).toString().contains("begin unsure, end sure"));
+    EXPECT_TRUE(read(SongFate::Kept, Certainty::None, Certainty::Likely).contains("end likely"));
+    EXPECT_FALSE(read(SongFate::Kept, Certainty::None, Certainty::None).contains("end"));
+    EXPECT_FALSE(read(SongFate::Short, Certainty::Unsure, Certainty::Unsure).contains("unsure"));
+}
+
 TEST(SongMenu, PutsASongOnTheLists) {
     Opened opened;
     QMenu menu;
