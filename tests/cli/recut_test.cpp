@@ -150,7 +150,6 @@ TEST_F(RecutTest, ATitleOfTwoSongsNeedsThePath) {
     const Finished run = Recut({"First", "--begin", "1"});
     EXPECT_EQ(run.Code, 1);
     EXPECT_EQ(run.Err, "corvetape-cli: 2 songs are called First; give the path of the music file\n");
-    EXPECT_EQ(Recut({"Music/../home/Music/Bob - First.wav", "--begin", "1"}).Code, 1) << "no such folder";
     EXPECT_EQ(Recut({"home/Music/Bob - First.wav", "--begin", "1"}).Code, 0);
     EXPECT_THAT(Extent(second.MusicFile), ElementsAre(5 * Rate, 14 * Rate - 1, 9 * Rate));
 }
