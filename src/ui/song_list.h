@@ -31,7 +31,7 @@ class SongList : public QListView {
 /// "m:ss" or "h:mm:ss".
 QString LengthText(uint64_t seconds);
 
-/// What became of a song, and how far it is on its way, in words.
+/// What became of a song, in words.
 QString FateText(const RunSong& song, const Words& say);
 /// How sure it is that a kept song begins and ends where it does, in words; empty where nobody knows.
 QString CutsText(const RunSong& song, const Words& say);
@@ -39,6 +39,7 @@ QString CutsText(const RunSong& song, const Words& say);
 /// The same of its less sure end only, for a narrow column.
 QString ShortCutsText(const RunSong& song, const Words& say);
 
+/// How far a song is on its way to its music file, in words; empty for one that is on none.
 QString ProgressText(const RunSong& song, const Words& say);
 
 }  // namespace Corvetape
