@@ -1,4 +1,5 @@
 // The start of the program, step by step.
+#include "app/nesting_loop.h"
 #include "app/program.h"
 #include "app/program_parts.h"
 #include "core/common_folder.h"
@@ -238,7 +239,7 @@ Program::Next Program::EnableRecording() {
 Program::Next Program::StartTimers() {
     frmMain& form = Memory->Form;
     form.tmrEncodeFile.Interval(EncodeInterval(Memory->Options.EncodeDelay));
-    form.tmr1Second.Attach(Host.Loop);
+    form.tmr1Second.Attach(*NestingView(Host.Loop));  // a question that a tick asks stops none of the next
     form.tmrGetMediaData.Attach(Host.Loop);
     form.tmrEncodeFile.Attach(Host.Loop);
     form.tmrVU.Attach(Host.Loop);

@@ -1,5 +1,7 @@
 #include "recording/second_tick.h"
 
+#include <iterator>
+
 namespace Corvetape {
 
 namespace {
@@ -48,8 +50,12 @@ void SecondTick::TimerFired() {
     LastSecond = second;
     ++Lifecycle.Ticks;
     const bool running = Timer.Running();
-    for (const Step step : Steps) {
-        if (!step(Parts)) {
+    for (size_t place = 0; place < std::size(Steps); ++place) {
+        if (UnderWay[place]) continue;
+        UnderWay.set(place);
+        const bool goesOn = Steps[place](Parts);
+        UnderWay.reset(place);
+        if (!goesOn) {
             Requests.End.Raise();
             return;
         }

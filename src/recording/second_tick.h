@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bitset>
 #include <cstdint>
 
 #include "audio/route.h"
@@ -41,7 +42,8 @@ class SecondTick {
     SecondTick(TimerControl& tmr1Second, const Clock& clock, LifecycleFlags& lifecycle, TickParts parts,
                ProgramRequests& requests);
 
-    /// One event of the timer: acts if the whole clock second has changed.
+    /// One event of the timer: acts if the whole clock second has changed. A step that still waits for its box to
+    /// be closed holds up itself and the rest of its own run, but none of the other steps of later runs.
     void TimerFired();
 
  private:
@@ -50,6 +52,7 @@ class SecondTick {
     LifecycleFlags& Lifecycle;  ///< counts the runs
     TickParts Parts;
     ProgramRequests& Requests;
+    std::bitset<32> UnderWay;  ///< steps that have not returned, by their place
     int32_t LastSecond = -1;
 };
 

@@ -88,6 +88,28 @@ TEST_F(Adoption, LosesNoSoundWhileTheQuestionIsOpen) {
     EXPECT_EQ(MusicComparedWithRadio(*Place), "");
 }
 
+TEST_F(Adoption, StopsNeitherTheCountdownNorTheLookAtTheDiskWhileTheQuestionIsOpen) {
+    Begin({{"Providers", "Enable", "0"}, {"NoStationData", "LengthOfPause", "500"}});
+    std::string minutes;
+    bool diskWasFull = false;
+    Answer = [&](dlgProvider& dialog) {
+        Place->RunFor(125);
+        minutes = Place->Form().txtRecordingPeriod.Text();
+        Place->Disk().SetFreeSpace("/", 0);
+        Place->RunFor(61);
+        diskWasFull = Place->Form().chkStopRecording[0].Value() == 1;
+        dialog.cmdCancel.Press();
+    };
+    ASSERT_TRUE(Place->StartRecording());
+    ASSERT_TRUE(Place->Form().txtRecordingPeriod.SetValueText("5"));
+    Place->Form().chkStopRecording[1].Press();
+    Place->Form().chkStationDataEnable.Value(1);
+    Place->RunFor(10);
+    EXPECT_EQ(Questions, 1);
+    EXPECT_EQ(minutes, "3");
+    EXPECT_TRUE(diskWasFull);
+}
+
 TEST_F(Adoption, IsCancelledByTheEndOfTheProgram) {
     Begin();
     Answer = [&](dlgProvider& dialog) {
