@@ -58,6 +58,7 @@ void LevelDisplay::TabChanged() {
     if (seen) {
         Signal.PeakLeft = 0;
         Signal.PeakRight = 0;
+        for (HeldPeak& peak : HeldPeaks) peak.Clear();
         Signal.History.RedrawWanted = true;
     }
     Form.tmrVU.Running(seen);
@@ -72,9 +73,21 @@ void LevelDisplay::Tick() {
     Drawn.Raise();
 }
 
+int32_t HeldPeak::Follow(int32_t peak) {
+    if (peak >= Level || Shown >= Pictures) {
+        Level = peak;
+        Shown = 0;
+    }
+    ++Shown;
+    return Level;
+}
+
 void LevelDisplay::DrawMeter() {
-    Bars[0].Lines = MeterLines(Signal.PeakLeft);
-    Bars[1].Lines = MeterLines(Signal.PeakRight);
+    const std::array<int32_t, 2> peaks{Signal.PeakLeft, Signal.PeakRight};
+    for (size_t side = 0; side < Bars.size(); ++side) {
+        Bars[side].Lines = MeterLines(peaks[side]);
+        Bars[side].Held = HeldPeaks[side].Follow(peaks[side]);
+    }
     Signal.PeakLeft = 0;
     Signal.PeakRight = 0;
 }

@@ -61,6 +61,23 @@ struct MeterBar {
     int32_t Left = 0;
     int32_t Right = 0;
     LevelLines Lines;
+    int32_t Held = 0;  ///< the highest peak of the last two seconds, long enough for the eye to read
+};
+
+/// Keeps a peak for as long as it takes to read it.
+class HeldPeak {
+ public:
+    /// Pictures that show a peak, those of two seconds; a higher one takes its place at once.
+    static constexpr int32_t Pictures = 10;
+
+    /// The peak to be shown with the next picture, whose own peak is `peak`.
+    int32_t Follow(int32_t peak);
+
+    void Clear() { Level = Shown = 0; }
+
+ private:
+    int32_t Level = 0;
+    int32_t Shown = 0;  ///< pictures that have shown it
 };
 
 /// The statistic of the last ten seconds: one column a buffer, of one unit width, the first one leftmost.
@@ -118,6 +135,7 @@ class LevelDisplay {
     SignalState& Signal;
     const PauseSettings& Pause;
     std::array<MeterBar, 2> Bars;
+    std::array<HeldPeak, 2> HeldPeaks;
     HistogramPicture Picture;
     int32_t Lowest = FullScale;
     int32_t Highest = 0;

@@ -80,7 +80,8 @@ void SongReports::SoundLost(const WaveInIncident& incident) {
 }
 
 void SongReports::AvailabilityChanged(bool lost) {
-    Say.Write(ReportKind::Info, Say.Text(lost ? Message::InputGone.Key : Message::InputBack.Key));
+    // Whoever looks has to see it at once.
+    Say.WriteAndShow(ReportKind::Info, Say.Text(lost ? Message::InputGone.Key : Message::InputBack.Key));
 }
 
 }  // namespace Corvetape

@@ -40,6 +40,23 @@ void PaintLines(QPainter& painter, const QRectF& place, const LevelLines& lines)
     }
 }
 
+constexpr int ScaleWidth = 6 * Grid;
+
+/// Decibels below full scale at the right of a picture of levels, as far as they stand apart.
+void PaintScale(QPainter& painter, const QRectF& place) {
+    painter.setPen(PresentLook().Dim);
+    painter.setFont(ScaledFont(0.85));
+    const double line = QFontMetricsF(painter.font()).height();
+    double above = place.top() - line;
+    for (const int decibels : {0, -3, -6, -12, -20}) {
+        const double y = place.bottom() - place.height() * std::pow(10, decibels / 20.0);
+        if (y - above < line || y + line / 2 > place.bottom() + line / 2) continue;
+        above = y;
+        painter.drawText(QRectF(place.right() + 6, y - line / 2, ScaleWidth, line),
+                         Qt::AlignLeft | Qt::AlignVCenter, QString::number(decibels) + " dB");
+    }
+}
+
 template <typename View>
 void UpdateWhenDrawn(const UiParts& parts, View* view) {
     parts.Levels.Drawn.Connect([kept = QPointer<View>(view)] {
@@ -64,32 +81,35 @@ void MeterView::paintEvent(QPaintEvent* /*event*/) {
         const double left = place.left() + place.width() * bar.Left / MeterScale;
         const double right = place.left() + place.width() * bar.Right / MeterScale;
         PaintLines(painter, QRectF(left, place.top(), right - left, place.height()), bar.Lines);
+        const double held = place.bottom() - place.height() * bar.Held / FullScale;
+        if (bar.Held > 0) painter.fillRect(QRectF(left, held, right - left, 2), PresentLook().Text);
     }
-    painter.setPen(PresentLook().Dim);
-    painter.setFont(ScaledFont(0.85));
-    for (const int decibels : {0, -3, -6, -10, -20}) {
-        const double y = place.bottom() - place.height() * std::pow(10, decibels / 20.0);
-        painter.drawText(QRectF(place.right() + 6, y - 8, 5 * Grid, 16), Qt::AlignLeft | Qt::AlignVCenter,
-                         QString::number(decibels) + " dB");
-    }
+    PaintScale(painter, place);
 }
 
 HistogramView::HistogramView(const UiParts& parts) : Parts(parts) {
     setObjectName(QString::fromStdString(Parts.Form.picHistogram.Name()));
     setAccessibleName(QString::fromStdString(Parts.Form.fraHistogram.Caption()));
-    setMinimumSize(HistogramPicture::Width, 14 * Grid);
+    setMinimumSize(HistogramPicture::Width + ScaleWidth, 14 * Grid);
     setMouseTracking(true);
     UpdateWhenDrawn(Parts, this);
 }
 
 void HistogramView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    painter.fillRect(rect(), Ground());
-    const double wide = width() / static_cast<double>(HistogramPicture::Width);
+    const QRectF place(0, 6, PictureWidth(), height() - 12);
+    painter.fillRect(place, Ground());
+    const double wide = place.width() / static_cast<double>(HistogramPicture::Width);
     for (size_t column = 0; column < HistogramPicture::Width; ++column) {
-        PaintLines(painter, QRectF(wide * static_cast<double>(column), 0, wide + 0.5, height()),
+        PaintLines(painter,
+                   QRectF(wide * static_cast<double>(column), place.top(), wide + 0.5, place.height()),
                    Parts.Levels.Histogram().Columns[column]);
     }
+    PaintScale(painter, place);
+}
+
+int HistogramView::PictureWidth() const {
+    return std::max(width() - ScaleWidth, 1);
 }
 
 void HistogramView::mousePressEvent(QMouseEvent* /*event*/) {
@@ -97,7 +117,7 @@ void HistogramView::mousePressEvent(QMouseEvent* /*event*/) {
 }
 
 void HistogramView::mouseMoveEvent(QMouseEvent* event) {
-    const double part = event->position().x() / std::max(width(), 1);
+    const double part = event->position().x() / PictureWidth();
     Parts.Form.picHistogram.MouseMove.Raise(
         static_cast<int32_t>(std::max(part, 0.0) * HistogramPicture::Width));
     setToolTip(QString::fromStdString(Parts.Form.picHistogram.ToolTip()));

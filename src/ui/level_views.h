@@ -6,7 +6,7 @@
 
 namespace Corvetape {
 
-/// The two bars of the recording level, with decibels beside them.
+/// The two bars of the recording level with the peaks of the last two seconds, and decibels beside them.
 class MeterView : public QWidget {
  public:
     explicit MeterView(const UiParts& parts);
@@ -18,7 +18,8 @@ class MeterView : public QWidget {
     const UiParts& Parts;
 };
 
-/// The statistic of the last ten seconds. A click freezes it; while it is frozen the pointer reads levels.
+/// The statistic of the last ten seconds, with decibels beside it. A click freezes it; while it is frozen the
+/// pointer reads levels.
 class HistogramView : public QWidget {
  public:
     explicit HistogramView(const UiParts& parts);
@@ -29,6 +30,8 @@ class HistogramView : public QWidget {
     void mouseMoveEvent(QMouseEvent* event) override;
 
  private:
+    int PictureWidth() const;
+
     const UiParts& Parts;
 };
 

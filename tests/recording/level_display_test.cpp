@@ -86,6 +86,32 @@ TEST(LevelMeter, HasItsBarsAtTheirPlaces) {
     EXPECT_EQ(rig.Display.Meter()[1].Right, 19);
 }
 
+TEST(HeldPeak, StaysForTwoSecondsUnlessAHigherOneComes) {
+    HeldPeak peak;
+    EXPECT_EQ(peak.Follow(500), 500);
+    EXPECT_EQ(peak.Follow(800), 800);
+    for (int picture = 1; picture < HeldPeak::Pictures; ++picture) EXPECT_EQ(peak.Follow(100), 800);
+    EXPECT_EQ(peak.Follow(100), 100);
+    EXPECT_EQ(peak.Follow(0), 100);
+    peak.Clear();
+    EXPECT_EQ(peak.Follow(0), 0);
+}
+
+TEST(LevelMeter, HoldsThePeaksOfBothSidesUntilTheTabIsEnteredAgain) {
+    DisplayRig rig;
+    rig.Signal.PeakLeft = 20'000;
+    rig.Signal.PeakRight = 3'000;
+    rig.Tick();
+    rig.Tick();
+    EXPECT_EQ(rig.Display.Meter()[0].Held, 20'000);
+    EXPECT_EQ(rig.Display.Meter()[1].Held, 3'000);
+    EXPECT_EQ(rig.Display.Meter()[0].Lines, MeterLines(0)) << "the bar itself falls at once";
+    rig.Form.tbsMain.Select("TAB_ABOUT");
+    rig.Form.tbsMain.Select("TAB_AUDIO");
+    rig.Tick();
+    EXPECT_EQ(rig.Display.Meter()[0].Held, 0);
+}
+
 TEST(LevelMeter, ATickShowsTheLeftPeakInTheLeftBarAndClearsBothPeaks) {
     DisplayRig rig;
     rig.Signal.PeakLeft = 100;
