@@ -46,6 +46,10 @@ Desk Program::Shown() {
             Parts->Songs, Parts->Bars,   Parts->Messages, Parts->Store};
 }
 
+void Program::Report(const std::string& key) {
+    Parts->Journal.WriteLog({"INFO", Parts->Messages.FormatMsg(key)});
+}
+
 void Program::StopKeeping() {
     Memory->Flags.RecordCurrentSong = false;
     Memory->Flags.RecordNextSong = false;

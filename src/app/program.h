@@ -103,6 +103,9 @@ class Program {
     /// What the shell round the program shows and hands on.
     Desk Shown();
 
+    /// A line in the log with this text.
+    void Report(const std::string& key);
+
     State& Values() { return *Memory; }
     const State& Values() const { return *Memory; }
 

@@ -9,6 +9,7 @@
 #include "platform/virtual/demo_radio.h"
 #include "post/options/language_choice.h"
 #include "recording/song_notices.h"
+#include "ui/boxes.h"
 #include "ui/language_question.h"
 #include "ui/provider_question.h"
 #include "ui/text_keys.h"
@@ -105,6 +106,7 @@ ProgramEvents DesktopProgram::Events() {
     };
     events.JobEnded = [this](const JobResult& result) { Songs.JobEnded(result); };
     events.Ended = [this] {
+        CloseBoxes();
         if (Shown) {
             Shown->LetGo();
             Shown->close();
@@ -172,6 +174,7 @@ int DesktopProgram::Run() {
     // Also while nobody looks: the history would forget before the next look.
     state.Form.tmr1Second.Timer.Connect([this] { Trace->Follow(); });
     if (!Recorder->Load()) return 0;
+    if (QGuiApplication::platformName().startsWith("wayland")) Recorder->Report(Key::WaylandBars);
     WatchTheEnd();
     if (Recorder->Running()) Loop.Run();
     return 0;

@@ -58,6 +58,10 @@ inline constexpr const char* NoLogLines = "61556";
 inline constexpr const char* CloseBox = "61557";
 inline constexpr const char* SongAgeName = "61558";
 
+// What the desktop cannot do, and lists without entries.
+inline constexpr const char* WaylandBars = "61580";
+inline constexpr const char* EmptyList = "61581";
+
 // A control without its function, and the pages of settings: names, headings, lines of explanation.
 inline constexpr const char* NotBuilt = "60005";
 inline constexpr const char* AudioName = "60100";
