@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -38,7 +39,10 @@ namespace {
 template <typename Button>
 void ShowCaption(const Control& control, Button& widget) {
     const QString caption = QString::fromStdString(control.Caption());
-    if (widget.text() != caption) widget.setText(caption);
+    // What is shown may have the mark of a key in it that the caption has not.
+    if (widget.property("caption") == caption) return;
+    widget.setProperty("caption", caption);
+    widget.setText(caption);
 }
 
 /// What a click of the user does to a control that is set by clicking. The widget follows the control, also
@@ -140,8 +144,27 @@ QPushButton* BoundToLink(TextBox& control) {
     return widget;
 }
 
+namespace {
+
+/// Some texts do when clicked what the box beside them does.
+class PressedLabel : public QLabel {
+ public:
+    explicit PressedLabel(Label& control) : Own(control) {}
+
+ protected:
+    void mouseReleaseEvent(QMouseEvent* event) override {
+        QLabel::mouseReleaseEvent(event);
+        if (event->button() == Qt::LeftButton && rect().contains(event->pos())) Own.Press();
+    }
+
+ private:
+    Label& Own;
+};
+
+}  // namespace
+
 QLabel* BoundTo(Label& control) {
-    auto* const widget = Make<QLabel>();
+    auto* const widget = Make<PressedLabel>(control);
     widget->setTextFormat(Qt::PlainText);
     Follow(control, widget, [](const Label& from, QLabel& to) { ShowCaption(from, to); });
     return widget;

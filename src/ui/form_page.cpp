@@ -8,6 +8,7 @@
 
 #include "ui/look.h"
 #include "ui/make.h"
+#include "ui/more_below.h"
 
 namespace Corvetape {
 
@@ -84,6 +85,7 @@ FormPage::FormPage(const QString& name, const QString& explanation) {
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setAccessibleName(name);
+    Make<MoreBelow>(this);
 }
 
 Card& FormPage::AddCard(const QString& heading, const QString& explanation) {

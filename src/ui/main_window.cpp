@@ -3,24 +3,20 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPointer>
 #include <QShortcut>
 #include <QStackedWidget>
 #include <QTimer>
-#include <QToolButton>
 #include <QVBoxLayout>
 #include <utility>
 
 #include "core/window_place.h"
-#include "ui/binders.h"
-#include "ui/binding.h"
-#include "ui/icons.h"
 #include "ui/look.h"
 #include "ui/make.h"
+#include "ui/mnemonics.h"
 #include "ui/navigation.h"
 #include "ui/pages/pages.h"
-#include "ui/text_keys.h"
+#include "ui/status_line.h"
 #include "ui/tray_icon.h"
 #include "ui/window_keys.h"
 
@@ -42,7 +38,7 @@ MainWindow::MainWindow(UiParts parts) : Parts(std::move(parts)) {
     row->addWidget(Tabs);
     row->addWidget(Pages, 1);
     lines->addLayout(row, 1);
-    lines->addWidget(StatusLine());
+    lines->addWidget(Make<StatusLine>(Parts));
     AddPages();
     AddKeys();
     setCentralWidget(whole);
@@ -62,6 +58,7 @@ void MainWindow::AddPages() {
     for (const PageRow& page : PageTable()) {
         QWidget* const widget = page.Make(Parts);
         widget->setProperty("tab", page.Tab);
+        Make<Mnemonics>(widget);
         Pages->addWidget(widget);
     }
 }
@@ -71,48 +68,6 @@ void MainWindow::ShowSelectedPage() {
     for (int i = 0; i < Pages->count(); ++i) {
         if (Pages->widget(i)->property("tab").toString() == selected) Pages->setCurrentIndex(i);
     }
-}
-
-QWidget* MainWindow::StatusLine() {
-    auto* const bar = Make<QFrame>();
-    bar->setObjectName("status");
-    auto* const row = Make<QHBoxLayout>(bar);
-    row->setContentsMargins(2 * Grid, Grid / 2 + 2, 2 * Grid, Grid / 2 + 2);
-    QLabel* const message = BoundTo(Parts.Form.lblStatus[1]);
-    QLabel* const song = BoundTo(Parts.Form.lblStatus[3]);
-    auto* const input = Make<QLabel>();
-    for (QLabel* label : {message, song, input}) label->setFont(ScaledFont(0.92));
-    message->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    row->addWidget(input);
-    row->addWidget(message, 1);
-    row->addWidget(song);
-    row->addWidget(BarButton());
-    const auto refresh = [this, kept = QPointer<QLabel>(input)] {
-        if (!kept) return;
-        const ComboBox& inputs = Parts.Form.cmbInputDevices;
-        const auto index = static_cast<size_t>(inputs.ListIndex());
-        const bool chosen = inputs.ListIndex() >= 0 && index < inputs.Items().size();
-        kept->setText(chosen ? Parts.Say(Key::InputIs, {inputs.Items()[index].Text}) + "    " : QString());
-    };
-    refresh();
-    Parts.Form.cmbInputDevices.Changed.Connect(refresh);
-    return bar;
-}
-
-/// Pressed while the floating bar is seen. The control counts the other way: 0 shows the bar.
-QWidget* MainWindow::BarButton() {
-    CheckBox& hidden = Parts.Form.chkQuickButtons;
-    auto* const button = Make<QToolButton>();
-    button->setCheckable(true);
-    button->setFixedSize(28, 20);
-    button->setIcon(DrawnIcon("bar", PresentLook().Dim));
-    button->setAccessibleName(QString::fromStdString(Parts.Form.mnuTaskbarItem[15].Caption()));
-    connect(button, &QToolButton::clicked, this, [&hidden] { hidden.Press(); });
-    Corvetape::Follow(hidden, button, [](const CheckBox& from, QToolButton& to) {
-        to.setChecked(from.Value() == 0);
-        to.setToolTip(to.accessibleName());
-    });
-    return button;
 }
 
 void MainWindow::AddKeys() {
@@ -151,12 +106,17 @@ void MainWindow::FollowForm() {
 
 void MainWindow::showEvent(QShowEvent* event) {
     QMainWindow::showEvent(event);
-    if (!event->spontaneous()) Parts.Form.Visible(true);
+    if (event->spontaneous()) return;
+    // A desktop may place a window that comes back as if it were a new one.
+    if (LeftAt) move(*LeftAt);
+    Parts.Form.Visible(true);
 }
 
 void MainWindow::hideEvent(QHideEvent* event) {
     QMainWindow::hideEvent(event);
-    if (!event->spontaneous()) Parts.Form.Visible(false);
+    if (event->spontaneous()) return;
+    LeftAt = pos();
+    Parts.Form.Visible(false);
 }
 
 void MainWindow::changeEvent(QEvent* event) {

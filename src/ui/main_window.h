@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPoint>
+#include <optional>
 #include <utility>
 
 #include "ui/ui_parts.h"
@@ -37,9 +39,7 @@ class MainWindow : public QMainWindow {
  private:
     void FollowForm();
     void AnswerState();
-    QWidget* BarButton();
     void AddPages();
-    QWidget* StatusLine();
     void AddKeys();
     void ShowSelectedPage();
     void Redress();
@@ -48,6 +48,7 @@ class MainWindow : public QMainWindow {
     Navigation* Tabs = nullptr;
     QStackedWidget* Pages = nullptr;
     const TrayIcon* Icon = nullptr;
+    std::optional<QPoint> LeftAt;  ///< where it was when it was hidden
     bool Ended = false;
     bool Dressing = false;
     bool Answering = false;

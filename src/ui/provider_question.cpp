@@ -11,6 +11,7 @@
 #include "ui/binders.h"
 #include "ui/look.h"
 #include "ui/make.h"
+#include "ui/mnemonics.h"
 
 namespace Corvetape {
 
@@ -41,6 +42,7 @@ void AskOver(QWidget* window, dlgProvider& dialog) {
     dialog.Changed.Connect([&box, &dialog] {
         if (!dialog.Visible()) box.accept();
     });
+    Make<Mnemonics>(&box);
     box.exec();
     dialog.Visible(false);  // closed by its frame, which answers nothing
 }

@@ -23,12 +23,12 @@ double HeightOf(int32_t level) {
     return std::pow(std::min(level, FullScale) / static_cast<double>(FullScale), 0.6);
 }
 
-/// A line to both sides of the middle.
+/// A line to both sides of the middle. Plain rectangles: some five hundred of them are drawn ten times a
+/// second, and round ends that nobody sees would cost four times as much.
 void PaintBar(QPainter& painter, const QRectF& bar, const QColor& ink, double part) {
     QColor colour = ink;
     colour.setAlphaF(static_cast<float>(ink.alphaF() * part));
-    painter.setBrush(colour);
-    painter.drawRoundedRect(bar, 0.9, 0.9);
+    painter.fillRect(bar, colour);
 }
 
 }  // namespace
@@ -149,7 +149,7 @@ void SignalView::paintEvent(QPaintEvent* /*event*/) {
     painter.setPen(QPen(PresentLook().Line, 1));
     painter.setBrush(PresentLook().Panel);
     painter.drawPath(frame);
-    painter.setClipPath(frame);
+    painter.setClipRect(rect().adjusted(1, 1, -1, -1));  // the bars keep away from the corners
     PaintBars(painter);
     PaintSongBegins(painter);
     PaintScale(painter);

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "core/version.h"
 #include "ui/icons.h"
 #include "ui/menu_items.h"
 
@@ -27,6 +28,7 @@ TrayIcon::TrayIcon(frmMain& form, std::function<void()> restore) {
     FillMenu(Menu, form.mnuTaskbarItem);
     Icon.setContextMenu(&Menu);
     ShowState(0);
+    ShowTip(ProgramTitle);
     connect(&Icon, &QSystemTrayIcon::activated, this,
             [restore = std::move(restore)](QSystemTrayIcon::ActivationReason reason) {
                 if (reason == QSystemTrayIcon::DoubleClick) restore();

@@ -29,7 +29,7 @@ class TrayIcon : public QObject {
     void LookForHost();
 
     QMenu Menu;
-    QSystemTrayIcon Icon;
+    QSystemTrayIcon Icon{this};
     QTimer Look;
 };
 

@@ -92,6 +92,17 @@ TEST(MainWindow, NothingInItCanBePressedWhileTheProgramIsBusyWithASearch) {
     EXPECT_TRUE(record->isEnabled());
 }
 
+TEST(MainWindow, ComesBackWhereItWas) {
+    UiWorld world;
+    world.Window->show();
+    world.Window->move(60, 40);
+    world.Window->hide();
+    world.Window->move(5, 7);  // as a desktop does that takes it for a new one
+    world.Form().Visible(true);
+    EXPECT_TRUE(world.Window->isVisible());
+    EXPECT_EQ(world.Window->pos(), QPoint(60, 40));
+}
+
 TEST(MainWindow, IsClosedByTheProgramAlone) {
     UiWorld world;
     world.RunFor(5);

@@ -1,9 +1,15 @@
 // Each page holds the controls that belong to it, under their names.
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QCheckBox>
 #include <QFile>
 #include <QLabel>
+#include <QListView>
+#include <QMouseEvent>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <string>
 #include <vector>
@@ -118,16 +124,69 @@ TEST(Pages, TheButtonsOfTheMixerCanBePressedAndDoWhatTheySay) {
     EXPECT_EQ(world.Computer.Processes.ShellCalls.size(), 1U);
 }
 
+/// The text of a button without the mark of its key.
+QString PlainText(const QPushButton& button) {
+    return button.text().remove('&');
+}
+
+TEST(Pages, TheTextBesideTheSwitchOfTheMediaDataSwitchesThem) {
+    UiWorld world;
+    world.RunFor(5);
+    auto* const text = world.Find<QLabel>("lblStationDataEnable");
+    const QPointF middle = text->rect().center();
+    for (const int32_t wanted : {0, 1}) {
+        QMouseEvent release(QEvent::MouseButtonRelease, middle, middle, Qt::LeftButton, Qt::LeftButton,
+                            Qt::NoModifier);
+        QApplication::sendEvent(text, &release);
+        EXPECT_EQ(world.Form().chkStationDataEnable.Value(), wanted);
+        EXPECT_EQ(world.Find<QCheckBox>("chkStationDataEnable")->isChecked(), wanted == 1);
+    }
+}
+
+TEST(Pages, AnEmptyListSaysHowToFillIt) {
+    UiWorld world;
+    world.Form().tbsMain.Select("TAB_EXCLUDE");
+    const QWidget* const list = world.Find<QListView>("lstWatch_1");
+    const auto* const hint = list->findChild<QLabel*>("emptyHint");
+    ASSERT_NE(hint, nullptr);
+    EXPECT_TRUE(hint->isVisibleTo(list));
+    EXPECT_FALSE(hint->text().isEmpty());
+    world.Form().lstWatch[1].AddItem("Rain");
+    EXPECT_FALSE(hint->isVisibleTo(list));
+}
+
+TEST(Pages, ThatGoOnBelowTheEdgeSaySoAndScrollByAClick) {
+    UiWorld world;
+    world.Window->show();
+    world.Form().tbsMain.Select("TAB_PAUSE");
+    world.Window->resize(1000, 720);
+    QApplication::processEvents();
+    auto* const page =
+        qobject_cast<QScrollArea*>(world.Window->findChild<QStackedWidget*>()->currentWidget());
+    ASSERT_NE(page, nullptr);
+    auto* const more = page->findChild<QWidget*>("moreBelow");
+    ASSERT_TRUE(more->isVisible());
+    QMouseEvent press(QEvent::MouseButtonPress, QPointF(5, 5), QPointF(5, 5), Qt::LeftButton, Qt::LeftButton,
+                      Qt::NoModifier);
+    QApplication::sendEvent(more, &press);
+    EXPECT_GT(page->verticalScrollBar()->value(), 0);
+    page->verticalScrollBar()->setValue(page->verticalScrollBar()->maximum());
+    EXPECT_FALSE(more->isVisible());
+    world.Window->resize(1000, 2000);
+    QApplication::processEvents();
+    EXPECT_FALSE(more->isVisible());
+}
+
 TEST(Pages, TheRecordButtonSaysWhatItWillDo) {
     UiWorld world;
     world.RunFor(5);
     auto* const button = world.Find<QPushButton>("cmdStartStop");
-    EXPECT_EQ(button->text(), "Record");
+    EXPECT_EQ(PlainText(*button), "Record");
     button->click();
-    EXPECT_EQ(button->text(), "Stop");
+    EXPECT_EQ(PlainText(*button), "Stop");
     EXPECT_FALSE(world.Form().picStart.Visible());
     button->click();
-    EXPECT_EQ(button->text(), "Record");
+    EXPECT_EQ(PlainText(*button), "Record");
 }
 
 TEST(Pages, AreThereInGerman) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QAbstractScrollArea>
 #include <QAccessible>
 #include <QComboBox>
 #include <QLabel>
@@ -9,6 +10,7 @@
 #include <QListView>
 #include <QMimeData>
 #include <QPlainTextEdit>
+#include <QProcess>
 #include <QSlider>
 #include <QStackedWidget>
 
@@ -51,6 +53,16 @@ TEST_P(Reading, EverythingThatTakesTheKeyboardHasANameForThoseWhoCannotSeeIt) {
     });
 }
 
+/// The part of a page that can be seen: nothing scrolls to the side.
+int WidthThatIsSeen(QWidget* widget, QWidget* window) {
+    for (QWidget* above = widget->parentWidget(); above != nullptr; above = above->parentWidget()) {
+        if (const auto* const area = qobject_cast<const QAbstractScrollArea*>(above)) {
+            return area->viewport()->mapTo(window, QPoint()).x() + area->viewport()->width();
+        }
+    }
+    return window->width();
+}
+
 TEST_P(Reading, NoTextIsCutOff) {
     UiWorld world(GetParam());
     world.RunFor(5);
@@ -61,9 +73,73 @@ TEST_P(Reading, NoTextIsCutOff) {
         const QString text = button ? button->text() : (label && !label->wordWrap() ? label->text() : "");
         // The message of the status line gives way to the others.
         if (text.isEmpty() || widget->sizePolicy().horizontalPolicy() == QSizePolicy::Ignored) return;
-        EXPECT_GE(widget->width(), widget->fontMetrics().horizontalAdvance(text))
+        EXPECT_GE(widget->width(), widget->fontMetrics().size(Qt::TextShowMnemonic, text).width())
+            << key << " " << widget->objectName().toStdString() << ": " << text.toStdString();
+        QWidget* const window = widget->window();
+        EXPECT_LE(widget->mapTo(window, QPoint()).x() + widget->width(), WidthThatIsSeen(widget, window))
             << key << " " << widget->objectName().toStdString() << ": " << text.toStdString();
     });
+}
+
+/// Names of everything in the tree of the accessibility that takes the keyboard and has none, as roles.
+void CollectNameless(QAccessibleInterface* node, int depth, std::vector<std::string>& found) {
+    if (node == nullptr || depth > 40) return;
+    const QAccessible::State state = node->state();
+    const bool listEntry = node->role() == QAccessible::ListItem;
+    if (state.focusable && !state.invisible && !state.disabled && !listEntry &&
+        node->role() != QAccessible::Client && node->text(QAccessible::Name).trimmed().isEmpty()) {
+        const QObject* const object = node->object();
+        found.push_back(std::to_string(node->role()) + " " +
+                        (object ? object->objectName().toStdString() : std::string("?")));
+    }
+    if (node->role() == QAccessible::List) return;
+    for (int i = 0; i < node->childCount(); ++i) CollectNameless(node->child(i), depth + 1, found);
+}
+
+TEST_P(Reading, TheTreeOfTheAccessibilityNamesWhatTakesTheKeyboard) {
+    UiWorld world(GetParam());
+    world.Window->show();
+    world.RunFor(5);
+    for (const std::string& key : world.TabKeys()) {
+        world.Form().tbsMain.Select(key);
+        world.RunFor(1);
+        QApplication::processEvents();
+        std::vector<std::string> nameless;
+        CollectNameless(QAccessible::queryAccessibleInterface(world.Window.get()), 0, nameless);
+        EXPECT_EQ(nameless, std::vector<std::string>{}) << key;
+    }
+}
+
+/// The role of the widget of a control, as the tree of the accessibility says it.
+QAccessible::Role RoleOf(UiWorld& world, const char* name) {
+    QAccessibleInterface* const seen = QAccessible::queryAccessibleInterface(world.Find<QWidget>(name));
+    return seen != nullptr ? seen->role() : QAccessible::NoRole;
+}
+
+TEST(Roles, ControlsHaveTheRolesThatTheirUsersExpect) {
+    UiWorld world;
+    EXPECT_EQ(RoleOf(world, "cmdStartStop"), QAccessible::Button);
+    EXPECT_EQ(RoleOf(world, "chkStartStop_0"), QAccessible::CheckBox);
+    EXPECT_EQ(RoleOf(world, "optEndOfSong_0"), QAccessible::RadioButton);
+    EXPECT_EQ(RoleOf(world, "txtLengthOfPause"), QAccessible::EditableText);
+    EXPECT_EQ(RoleOf(world, "cmbInputDevices"), QAccessible::ComboBox);
+    EXPECT_EQ(RoleOf(world, "lstWatch_0"), QAccessible::List);
+    EXPECT_EQ(RoleOf(world, "vscMultiplier"), QAccessible::Slider);
+    EXPECT_EQ(RoleOf(world, "songs"), QAccessible::List);
+}
+
+TEST(Scale, AtTwiceTheScaleNothingIsCutOffEither) {
+    QProcess twice;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QT_SCALE_FACTOR", "2");
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
+    twice.setProcessEnvironment(environment);
+    twice.setProcessChannelMode(QProcess::MergedChannels);
+    twice.start(QCoreApplication::applicationFilePath(), {"--gtest_filter=*Reading.NoTextIsCutOff*"});
+    ASSERT_TRUE(twice.waitForFinished(120'000));
+    const QByteArray said = twice.readAll();
+    EXPECT_EQ(twice.exitCode(), 0) << said.toStdString();
+    EXPECT_TRUE(said.contains("2 tests ran")) << said.toStdString();
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, Reading, testing::Values("english", "german"));

@@ -2,6 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QImage>
+#include <QMenu>
+#include <string>
+#include <vector>
+
+#include "ui/ui_world.h"
+
 namespace Corvetape::Test {
 namespace {
 
@@ -13,6 +21,83 @@ TEST(TrayIcon, WithoutAnAreaForItItIsNotPresent) {
     frmMain form;
     const TrayIcon icon(form, [] {});
     EXPECT_FALSE(icon.Present());
+}
+
+TEST(TrayIcon, BeginsWithTheNameOfTheProgramAsItsTip) {
+    frmMain form;
+    TrayIcon icon(form, [] {});
+    const auto* const shown = icon.findChild<QSystemTrayIcon*>();
+    ASSERT_NE(shown, nullptr);
+    EXPECT_EQ(shown->toolTip(), "Corvetape");
+    icon.ShowTip("Marrow &&& Mint:\nTea\nCups");
+    EXPECT_EQ(shown->toolTip(), "Marrow & Mint:\nTea\nCups");
+}
+
+/// The menu of the only icon there is.
+QMenu* MenuOfTheIcon() {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        auto* const menu = qobject_cast<QMenu*>(widget);
+        if (menu && menu->findChild<QAction*>("mnuTaskbarItem_10")) return menu;
+    }
+    return nullptr;
+}
+
+TEST(TrayMenu, HasItsItemsInTheirOrderAndTheyPressTheirControls) {
+    UiWorld world;
+    const TrayIcon icon(world.Form(), [] {});
+    QMenu* const menu = MenuOfTheIcon();
+    ASSERT_NE(menu, nullptr);
+    std::vector<std::string> texts;
+    for (const QAction* action : menu->actions()) {
+        texts.push_back(action->isSeparator() ? "-" : action->text().remove('&').toStdString());
+    }
+    EXPECT_EQ(texts,
+              (std::vector<std::string>{"Restore", "Quick buttons", "-", "Quick recording", "-", "Quit"}));
+    std::vector<int> pressed;
+    for (const int index : {10, 15, 20, 90}) {
+        world.Form().mnuTaskbarItem[static_cast<size_t>(index)].Click.Connect(
+            [&pressed, index] { pressed.push_back(index); });
+    }
+    for (QAction* action : menu->actions()) action->trigger();
+    EXPECT_EQ(pressed, (std::vector<int>{10, 15, 20, 90}));
+}
+
+TEST(TrayMenu, QuickButtonsShowsAndHidesTheBar) {
+    UiWorld world;
+    world.RunFor(3);
+    const TrayIcon icon(world.Form(), [] {});
+    const int32_t before = world.Form().chkQuickButtons.Value();
+    MenuOfTheIcon()->actions().at(1)->trigger();
+    EXPECT_NE(world.Form().chkQuickButtons.Value(), before);
+    MenuOfTheIcon()->actions().at(1)->trigger();
+    EXPECT_EQ(world.Form().chkQuickButtons.Value(), before);
+}
+
+/// The share of a picture that is painted.
+double PaintedShare(const QImage& picture) {
+    int painted = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) painted += qAlpha(picture.pixel(x, y)) > 128 ? 1 : 0;
+    }
+    return painted / static_cast<double>(picture.width() * picture.height());
+}
+
+TEST(TrayIcon, ItsThreeStatesDifferInShapeAtAllSizes) {
+    for (const int size : {16, 22, 32, 48, 64}) {
+        std::vector<QImage> shapes;
+        for (const int32_t state : {0, 1, 2}) {
+            const QImage picture = StateIcon(state)
+                                       .pixmap(QSize(size, size), 1.0)
+                                       .toImage()
+                                       .convertToFormat(QImage::Format_Alpha8);
+            EXPECT_EQ(picture.width(), size);
+            EXPECT_GT(PaintedShare(StateIcon(state).pixmap(QSize(size, size), 1.0).toImage()), 0.05);
+            shapes.push_back(picture);
+        }
+        EXPECT_NE(shapes[0], shapes[1]) << size;
+        EXPECT_NE(shapes[0], shapes[2]) << size;
+        EXPECT_NE(shapes[1], shapes[2]) << size;
+    }
 }
 
 }  // namespace

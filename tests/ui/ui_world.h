@@ -20,7 +20,9 @@ namespace Corvetape::Test {
 /// The whole program with its window, on a simulated machine whose only input is the demo radio.
 class UiWorld {
  public:
-    explicit UiWorld(const std::string& language = "english") {
+    /// `texts` is the content of the file of the language if it is none of the program's own.
+    explicit UiWorld(const std::string& language = "english", const std::string& texts = {}) {
+        if (!texts.empty()) Computer.Files.Put(Computer.Folders.Program + "/" + language + ".lang", texts);
         for (const char* name : {"english.lang", "german.lang", "CorvetFix.ini"}) {
             Computer.Files.Put(Computer.Folders.Program + "/" + name, DataFile(name));
         }

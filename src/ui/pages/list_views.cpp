@@ -1,6 +1,8 @@
 #include "ui/pages/list_views.h"
 
+#include <QAbstractItemModel>
 #include <QCheckBox>
+#include <QEvent>
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -33,12 +35,43 @@ QWidget* Row(std::initializer_list<QWidget*> widgets) {
     return whole;
 }
 
+/// What a list says while it has no entries.
+class EmptyHint : public QLabel {
+ public:
+    EmptyHint(QListView* list, const QString& text) : QLabel(text, list->viewport()), List(*list) {
+        setObjectName("emptyHint");
+        setProperty("dim", true);
+        setAlignment(Qt::AlignCenter);
+        setWordWrap(true);
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        list->viewport()->installEventFilter(this);
+        connect(list->model(), &QAbstractItemModel::modelReset, this, [this] { Place(); });
+        connect(list->model(), &QAbstractItemModel::rowsInserted, this, [this] { Place(); });
+        connect(list->model(), &QAbstractItemModel::rowsRemoved, this, [this] { Place(); });
+        Place();
+    }
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Resize) Place();
+        return false;
+    }
+
+ private:
+    void Place() {
+        setGeometry(List.viewport()->rect());
+        setVisible(List.model()->rowCount() == 0);
+    }
+
+    const QListView& List;
+};
+
 QWidget* WatchView(const UiParts& parts, size_t list, const char* name, const char* line) {
     frmMain& form = parts.Form;
     auto* const page = Make<FormPage>(parts.Say(name), parts.Say(line));
     QListView* const entries = BoundTo(form.lstWatch[list]);
     const auto kind = static_cast<WatchListKind>(list);
     Make<ListDrops>(entries, parts.Lists, kind);
+    Make<EmptyHint>(entries, parts.Say(Key::EmptyList));
     page->AddFilling(CaptionOf(form.lblWatch[list], entries), 0);
     page->AddFilling(entries, 1);
     auto* const added = Make<QWidget>();

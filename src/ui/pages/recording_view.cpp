@@ -199,6 +199,7 @@ void RecordingView::AddMediaOptions(QGridLayout& grid) {
     QCheckBox* const wanted = BoundTo(form.chkStationDataEnable);
     QLabel* const words = BoundTo(form.lblStationDataEnable);
     wanted->setAccessibleName(words->text());
+    words->setBuddy(wanted);  // for its key
     Reread = BoundToIcon(form.cmdGetStationID);
     media->addWidget(wanted);
     media->addWidget(words);

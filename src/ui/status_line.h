@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QFrame>
+
+#include "ui/ui_parts.h"
+
+namespace Corvetape {
+
+/// The line at the lower edge of the window: the input, the latest message, what is known of the song, and
+/// the button of the floating bar.
+class StatusLine : public QFrame {
+ public:
+    explicit StatusLine(const UiParts& parts);
+
+ private:
+    QWidget* InputName();
+    QWidget* BarButton();
+
+    const UiParts& Parts;
+};
+
+}  // namespace Corvetape

@@ -1,0 +1,124 @@
+// What users, files and machines do wrong, and what the window makes of it.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QPushButton>
+#include <vector>
+
+#include "ui/ui_world.h"
+
+namespace Corvetape::Test {
+namespace {
+
+/// Types a text into a field in place of what is in it, and leaves the field.
+void TypeAndLeave(QLineEdit& field, const QString& text) {
+    field.selectAll();
+    field.insert(text);
+    emit field.editingFinished();
+}
+
+const std::vector<QString> Nonsense{"",
+                                    "abc",
+                                    "-1",
+                                    "0",
+                                    "99999999999999999999",
+                                    "1e9",
+                                    "0x10",
+                                    "1,5",
+                                    " 7 ",
+                                    "%1 %s",
+                                    "../../../etc/passwd",
+                                    QString(5000, 'x'),
+                                    "\u00e4",
+                                    "\r\n",
+                                    "a=b;[x]|\"",
+                                    "%Title%",
+                                    QString::fromUtf8("\xF0\x9F\x8E\xB5")};
+
+TEST(BadInput, NonsenseInATextBoxEndsNothingAndReachesNoNumber) {
+    UiWorld world;
+    world.RunFor(5);
+    int fields = 0;
+    for (QLineEdit* field : world.Window->findChildren<QLineEdit*>()) {
+        if (field->isReadOnly() || !field->objectName().startsWith("txt")) continue;
+        ++fields;
+        const QString before = field->text();
+        for (const QString& text : Nonsense) {
+            TypeAndLeave(*field, text);
+            world.RunFor(1);
+            ASSERT_TRUE(world.Recorder->Running()) << field->objectName().toStdString();
+        }
+        TypeAndLeave(*field, before);
+    }
+    EXPECT_GE(fields, 15);
+    const Settings& options = world.Recorder->Values().Options;
+    EXPECT_GE(options.LowTempSpace, 0);
+    EXPECT_GT(world.Recorder->Values().Pause.QuitAfterSilence, 0);
+    world.Find<QPushButton>("cmdStartStop")->click();
+    EXPECT_EQ(world.Form().chkStartStop[0].Value(), 1);
+}
+
+TEST(BadInput, ANumberThatIsRefusedKeepsTheKeyboardAndSaysWhy) {
+    UiWorld world;
+    world.Window->show();
+    world.RunFor(5);
+    world.Form().tbsMain.Select("TAB_PAUSE");
+    const size_t boxes = world.Computer.Dialogs.Boxes.size();
+    auto* const field = world.Find<QLineEdit>("txtLengthOfPause");
+    TypeAndLeave(*field, "abc");
+    EXPECT_TRUE(field->property("refused").toBool());
+    EXPECT_EQ(world.Computer.Dialogs.Boxes.size(), boxes + 1);
+    TypeAndLeave(*field, "500");
+    EXPECT_FALSE(field->property("refused").toBool());
+}
+
+TEST(BadInput, AnInputThatGoesIsSaidAtOnceAndItsReturnToo) {
+    UiWorld world;
+    world.RunFor(20);
+    world.Find<QPushButton>("cmdStartStop")->click();
+    const auto* const message = world.Find<QLabel>("lblStatus_1");
+    const auto* const state = world.Find<QLabel>("lblPresentState");
+    const QString before = state->text();
+    world.Computer.WaveIn.Vanish("Demo radio");
+    world.RunFor(1);
+    EXPECT_EQ(message->text(), "The input is gone. Recording goes on as soon as it is back.");
+    world.RunFor(5);
+    EXPECT_NE(state->text(), before);
+    world.Computer.WaveIn.Return("Demo radio");
+    world.RunFor(2);
+    EXPECT_EQ(message->text(), "The input is back. Recording goes on.");
+    world.RunFor(2);
+    EXPECT_EQ(state->text(), before);
+    EXPECT_TRUE(world.Recorder->Running());
+}
+
+TEST(BadInput, SettingsThatCannotBeWrittenAreReportedInTheWindow) {
+    UiWorld world;
+    world.RunFor(5);
+    world.Computer.Files.AddFault({"*Corvet.ini", {}, EACCES});
+    world.Form().chkDelTemp.Press();
+    world.RunFor(2);
+    EXPECT_TRUE(world.Find<QLabel>("lblStatus_1")->text().startsWith("The settings could not be written"));
+    EXPECT_TRUE(world.Recorder->Running());
+}
+
+TEST(BadInput, AFileOfTextsWithMissingAndDoubledKeysLeavesAWindowThatWorks) {
+    UiWorld world("broken", "100=Hello\n100=Twice\n1326=|Only a tool tip\n=nothing\nnonsense\n1149=:1150\n");
+    ASSERT_TRUE(world.Loaded);
+    world.RunFor(5);
+    ASSERT_EQ(world.Computer.Dialogs.Boxes.size(), 1U);
+    EXPECT_NE(world.Computer.Dialogs.Boxes[0].Text.find("Item 100 exists twice"), std::string::npos);
+    for (const std::string& key : world.TabKeys()) {
+        world.Form().tbsMain.Select(key);
+        world.RunFor(1);
+    }
+    world.Find<QPushButton>("cmdStartStop")->click();
+    EXPECT_EQ(world.Form().chkStartStop[0].Value(), 1);
+    EXPECT_FALSE(world.Find<QPushButton>("cmdQuickRecord")->text().isEmpty()) << "its own English text";
+}
+
+}  // namespace
+}  // namespace Corvetape::Test
