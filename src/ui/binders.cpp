@@ -178,7 +178,7 @@ QLineEdit* BoundTo(TextBox& control) {
     Follow(control, widget, [](const TextBox& from, QLineEdit& to) {
         const QString text = QString::fromStdString(from.Text());
         if (to.text() != text) to.setText(text);
-        to.setAccessibleName(QString::fromStdString(from.Caption()));
+        if (!from.Caption().empty()) to.setAccessibleName(QString::fromStdString(from.Caption()));
     });
     return widget;
 }

@@ -52,7 +52,9 @@ void Card::AddField(Control& captionOf, QWidget* field, QWidget* unit) {
         Lines->addLayout(Fields);
     }
     const int row = Fields->rowCount();
-    field->setAccessibleName(QString::fromStdString(captionOf.Caption()));
+    const QString name = QString::fromStdString(captionOf.Caption());
+    field->setAccessibleName(name);
+    for (QLineEdit* inner : field->findChildren<QLineEdit*>()) inner->setAccessibleName(name);
     Fields->addWidget(CaptionOf(captionOf, field), row, 0);
     Fields->addWidget(field, row, 1);
     if (unit) Fields->addWidget(unit, row, 2);

@@ -82,12 +82,12 @@ TEST(BadInput, AnInputThatGoesIsSaidAtOnceAndItsReturnToo) {
     const auto* const message = world.Find<QLabel>("lblStatus_1");
     const auto* const state = world.Find<QLabel>("lblPresentState");
     const QString before = state->text();
-    world.Computer.WaveIn.Vanish("Demo radio");
+    world.Computer.WaveIn.Vanish("demo");
     world.RunFor(1);
     EXPECT_EQ(message->text(), "The input is gone. Recording goes on as soon as it is back.");
     world.RunFor(5);
     EXPECT_NE(state->text(), before);
-    world.Computer.WaveIn.Return("Demo radio");
+    world.Computer.WaveIn.Return("demo");
     world.RunFor(2);
     EXPECT_EQ(message->text(), "The input is back. Recording goes on.");
     world.RunFor(2);

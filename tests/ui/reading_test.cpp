@@ -120,7 +120,6 @@ TEST(Roles, ControlsHaveTheRolesThatTheirUsersExpect) {
     UiWorld world;
     EXPECT_EQ(RoleOf(world, "cmdStartStop"), QAccessible::Button);
     EXPECT_EQ(RoleOf(world, "chkStartStop_0"), QAccessible::CheckBox);
-    EXPECT_EQ(RoleOf(world, "optEndOfSong_0"), QAccessible::RadioButton);
     EXPECT_EQ(RoleOf(world, "txtLengthOfPause"), QAccessible::EditableText);
     EXPECT_EQ(RoleOf(world, "cmbInputDevices"), QAccessible::ComboBox);
     EXPECT_EQ(RoleOf(world, "lstWatch_0"), QAccessible::List);

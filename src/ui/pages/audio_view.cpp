@@ -53,6 +53,7 @@ void AddGain(FormPage& page, const UiParts& parts) {
     Card& card = page.AddCard(parts.Say(Key::GainCard), parts.Say(Key::GainCardLine));
     QSlider* const gain = BoundTo(static_cast<Slider&>(form.vscMultiplier));
     gain->setMinimumWidth(40 * Grid);
+    gain->setAccessibleName(parts.Say(Key::GainCard));
     card.AddRow({gain, BoundTo(form.lblMultiplier)});
     card.AddRow({BoundTo(form.cmdAGC), BoundTo(form.cmdOpenMixer)});
     card.AddRow({BoundTo(form.cmdSaveMixerSettings), BoundTo(form.cmdResetMixerSettings)});

@@ -71,6 +71,7 @@ QWidget* WatchView(const UiParts& parts, size_t list, const char* name, const ch
     QListView* const entries = BoundTo(form.lstWatch[list]);
     const auto kind = static_cast<WatchListKind>(list);
     Make<ListDrops>(entries, parts.Lists, kind);
+    entries->setAccessibleName(QString::fromStdString(form.lblWatch[list].Caption()));
     Make<EmptyHint>(entries, parts.Say(Key::EmptyList));
     page->AddFilling(CaptionOf(form.lblWatch[list], entries), 0);
     page->AddFilling(entries, 1);

@@ -24,6 +24,12 @@ QComboBox* ShortList(ListBox& control) {
     return list;
 }
 
+/// A field whose name for those who cannot see it is the caption of another control.
+QLineEdit* Named(QLineEdit* field, const Control& captionOf) {
+    field->setAccessibleName(QString::fromStdString(captionOf.Caption()));
+    return field;
+}
+
 QWidget* FieldWithButton(TextBox& text, CommandButton& button) {
     auto* const both = Make<QWidget>();
     auto* const row = Make<QHBoxLayout>(both);
@@ -87,14 +93,18 @@ QWidget* MakeOptions2View(const UiParts& parts) {
     auto* const page = Make<FormPage>(parts.Say(Key::Options2Name), parts.Say(Key::Options2Line));
     Card& space =
         page->AddCard(QString::fromStdString(form.fraLowSpace.Caption()), parts.Say(Key::SpaceCardLine));
-    space.AddRow({NumberField(form.txtLowTempSpace), BoundTo(form.lblLowTempSpace)});
-    space.AddRow({NumberField(form.txtLowMusicSpace), BoundTo(form.lblLowMusicSpace)});
+    space.AddRow(
+        {Named(NumberField(form.txtLowTempSpace), form.lblLowTempSpace), BoundTo(form.lblLowTempSpace)});
+    space.AddRow(
+        {Named(NumberField(form.txtLowMusicSpace), form.lblLowMusicSpace), BoundTo(form.lblLowMusicSpace)});
     Card& programs = page->AddCard(parts.Say(Key::ProgramsCard), parts.Say(Key::ProgramsCardLine));
     programs.Add(form.chkStartApp);
     programs.AddWidget(FieldWithButton(form.txtStartApp, form.cmdAppSearch[0]));
+    Named(programs.findChild<QLineEdit*>("txtStartApp"), form.chkStartApp);
     programs.AddField(form.lblStartAppCommandLine, BoundTo(form.txtStartAppCommandLine));
     programs.Add(form.chkStopApp);
     programs.AddWidget(FieldWithButton(form.txtStopApp, form.cmdAppSearch[1]));
+    Named(programs.findChild<QLineEdit*>("txtStopApp"), form.chkStopApp);
     programs.AddField(form.lblStopAppCommandLine, BoundTo(form.txtStopAppCommandLine));
     page->Finish();
     return page;
