@@ -60,7 +60,7 @@ void ShowItems(const ListBox& control, QListView& view) {
     auto& model = static_cast<ItemsModel&>(*view.model());
     const QSignalBlocker quiet(view.selectionModel());
     model.Show(control.Items());
-    view.setAccessibleName(QString::fromStdString(control.Caption()));
+    if (!control.Caption().empty()) view.setAccessibleName(QString::fromStdString(control.Caption()));
 }
 
 void FollowReveal(ListBox& control, QListView* view) {
@@ -103,7 +103,7 @@ QComboBox* BoundToChoice(ListBox& control) {
         const QSignalBlocker quiet(to);
         static_cast<ItemsModel&>(*to.model()).Show(from.Items());
         to.setCurrentIndex(from.ListIndex());
-        to.setAccessibleName(QString::fromStdString(from.Caption()));
+        if (!from.Caption().empty()) to.setAccessibleName(QString::fromStdString(from.Caption()));
     });
     return widget;
 }
