@@ -1,54 +1,21 @@
 // Songs that end by everything that is known, with a real player on both sound servers: whole, named, and
 // with nothing of their neighbours.
-#include <algorithm>
-#include <chrono>
-#include <cmath>
-#include <complex>
-#include <cstring>
-#include <fstream>
-#include <nlohmann/json.hpp>
-#include <numbers>
-#include <sstream>
+#include <array>
 
-#include "live/live_recording.h"
+#include "live/automatic_stage.h"
 
 namespace Corvetape {
 namespace {
 
 using std::chrono::milliseconds;
-using std::chrono::seconds;
 using Json = nlohmann::json;
 
-/// What of a file is the tone of a song, and what of others is at its ends.
-struct Edges {
-    double OwnSeconds = 0;
-    double ForeignAtBegin = 0;
-    double ForeignAtEnd = 0;
-};
+constexpr double WithAGap = 0.1;
+constexpr double WithoutAGap = 0.3;
 
-class AutomaticRecording : public testing::TestWithParam<ServerKind> {
+/// Both sound servers at the same time: most of a test is waiting.
+class AutomaticRecording : public testing::Test {
  protected:
-    static constexpr double WithAGap = 0.1;
-    static constexpr double WithoutAGap = 0.3;
-    static constexpr const char* PlayerName = "org.mpris.MediaPlayer2.mpv";
-
-    AutomaticRecording() {
-        server.Start();
-        environment = {{"PULSE_SERVER", server.Address()},
-                       {"DBUS_SESSION_BUS_ADDRESS", bus.Address()},
-                       {"XDG_RUNTIME_DIR", server.Folder / "run"},
-                       {"HOME", server.Folder / "home"},
-                       {"DISPLAY", ""}};
-    }
-
-    std::string Run(const std::vector<std::string>& command) {
-        const std::string output = folder / "output";
-        std::filesystem::remove(output);
-        TestProcess process({command, environment, output});
-        EXPECT_EQ(process.Wait(seconds(30)), 0) << command.front() << ": " << Content(output);
-        return Content(output);
-    }
-
     /// A song with the tone of its number, 20 % of it noise.
     std::string Song(int number, int length, const std::string& filter = "anull", bool tagged = true) {
         const std::string text = std::to_string(number);
@@ -79,43 +46,22 @@ class AutomaticRecording : public testing::TestWithParam<ServerKind> {
                            {"-metadata", "artist=Band " + text, "-metadata", "title=Song " + text});
         }
         command.push_back(file);
-        Run(command);
+        RunToEnd(command, {}, folder / "output");
         return file;
     }
 
-    std::unique_ptr<TestProcess> Play(const std::vector<std::string>& files) {
-        std::vector<std::string> command = {
-            "mpv",        "--no-config", "--script=/usr/lib/mpv-mpris/mpris.so",
-            "--no-video", "--ao=pulse",  "--gapless-audio=yes"};
-        command.insert(command.end(), files.begin(), files.end());
-        return std::make_unique<TestProcess>(TestProcess::Start{command, environment, folder / "player.log"});
+    /// Records until so many songs were kept.
+    void Record(int songs, int seconds, const std::vector<std::string>& more = {}) {
+        for (AutomaticStage& stage : stages) stage.Record(songs, seconds, more);
+        WaitFor(4);  // until they hear their servers
+    }
+
+    void Play(const std::vector<std::string>& files) {
+        for (AutomaticStage& stage : stages) stage.Play(files);
     }
 
     void Press(const std::string& button) {
-        Run({"dbus-send", "--session", "--print-reply", std::string("--dest=") + PlayerName,
-             "/org/mpris/MediaPlayer2", "org.mpris.MediaPlayer2.Player." + button});
-    }
-
-    /// Records so many seconds without any setting about songs but the least length.
-    std::unique_ptr<TestProcess> Record(int length, const std::vector<std::string>& more = {}) {
-        std::vector<std::string> command = {std::string(CORVETAPE_BINARY_DIR) + "/bin/corvetape-cli",
-                                            "record",
-                                            "--input",
-                                            "Monitor of Radio",
-                                            "--home",
-                                            folder / "home",
-                                            "--json",
-                                            "--seconds",
-                                            std::to_string(length),
-                                            "--set",
-                                            "Options.EncodeOffline=1",
-                                            "--set",
-                                            "Source.IgnoreShortSongs=6"};
-        command.insert(command.end(), more.begin(), more.end());
-        auto recorder =
-            std::make_unique<TestProcess>(TestProcess::Start{command, environment, folder / "record.log"});
-        WaitFor(5);  // until it hears the server
-        return recorder;
+        for (AutomaticStage& stage : stages) stage.Press(button);
     }
 
     /// The time of a player and a recorder that know of no clock of ours.
@@ -123,193 +69,144 @@ class AutomaticRecording : public testing::TestWithParam<ServerKind> {
         session.WaitFor([] { return false; }, milliseconds(static_cast<int>(length * 1000)));
     }
 
-    std::vector<Json> SongsOf(TestProcess& recorder) {
-        EXPECT_EQ(recorder.Wait(seconds(120)), 0) << Content(folder / "record.log");
-        std::vector<Json> songs;
-        std::istringstream lines(Content(folder / "record.log"));
-        for (std::string line; std::getline(lines, line);) {
-            const Json song = Json::parse(line, nullptr, false);
-            if (song.is_object() && song.contains("kept")) songs.push_back(song);
+    /// Looks at what was kept on each of the servers, which have to be so many songs.
+    template <typename Look>
+    void ExpectKept(size_t songs, const Look& look) {
+        constexpr std::array<const char*, 2> names = {"PulseAudio", "PipeWire"};
+        for (size_t i = 0; i < stages.size(); ++i) {
+            const std::vector<Json> kept = stages[i].Kept();
+            SCOPED_TRACE(names[i] + ("\n" + stages[i].Story()));
+            EXPECT_EQ(kept.size(), songs);
+            if (kept.size() == songs) look(stages[i], kept);
         }
-        return songs;
     }
 
-    std::vector<Json> KeptOf(TestProcess& recorder) {
-        std::vector<Json> songs = SongsOf(recorder);
-        std::erase_if(songs, [](const Json& song) { return !song.value("kept", false); });
-        return songs;
-    }
-
-    /// Where the temporary song of this name is.
-    std::string FileOf(const std::string& name) {
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(folder / "home")) {
-            if (entry.path().filename() == name + ".wav") return entry.path();
-        }
-        return {};
-    }
-
-    /// The tones of a file, window by window of 20 ms.
-    Edges EdgesOf(const std::string& name, int number) {
-        const std::string bytes = Content(FileOf(name));
-        constexpr size_t header = 44;
-        constexpr size_t window = 882;
-        constexpr double windowSeconds = 0.02;
-        const size_t frames = bytes.size() > header ? (bytes.size() - header) / 4 : 0;
-        std::vector<int16_t> samples(frames * 2);
-        if (frames > 0) std::memcpy(samples.data(), bytes.data() + header, frames * 4);
-        std::vector<int> tones;
-        for (size_t begin = 0; begin + window <= frames; begin += window) {
-            int loudest = 0;
-            double most = 1e9;  // less is silence or noise
-            for (int tone = 1; tone <= 4; ++tone) {
-                std::complex<double> sum;
-                const double step = 2 * std::numbers::pi * 200 * tone / 44100;
-                for (size_t i = 0; i < window; ++i) {
-                    sum += std::polar<double>(samples[2 * (begin + i)], step * static_cast<double>(i));
-                }
-                if (std::norm(sum) > most) {
-                    most = std::norm(sum);
-                    loudest = tone;
-                }
-            }
-            tones.push_back(loudest);
-        }
-        Edges edges;
-        edges.OwnSeconds = windowSeconds * static_cast<double>(std::ranges::count(tones, number));
-        const auto isOwn = [number](int tone) { return tone == number; };
-        const auto first = std::ranges::find_if(tones, isOwn);
-        const auto foreign = [](int tone) { return tone != 0; };
-        edges.ForeignAtBegin =
-            windowSeconds * static_cast<double>(std::count_if(tones.begin(), first, foreign));
-        const auto last = std::find_if(tones.rbegin(), tones.rend(), isOwn);
-        edges.ForeignAtEnd =
-            windowSeconds * static_cast<double>(std::count_if(tones.rbegin(), last, foreign));
-        return edges;
-    }
-
-    void ExpectWhole(const std::string& name, int number, double length, double within) {
-        SCOPED_TRACE(name + "\n" + Content(folder / "record.log"));
-        const Edges edges = EdgesOf(name, number);
+    static void ExpectWhole(const AutomaticStage& stage, const std::string& name, int number, double length,
+                            double within) {
+        SCOPED_TRACE(name);
+        const ToneEdges edges = EdgesOf(stage.FileOf(name), number);
         EXPECT_NEAR(edges.OwnSeconds, length, 2 * within);
         EXPECT_LE(edges.ForeignAtBegin, within);
         EXPECT_LE(edges.ForeignAtEnd, within);
     }
 
+    static void ExpectWhole(const AutomaticStage& stage, int number, double length, double within) {
+        const std::string text = std::to_string(number);
+        ExpectWhole(stage, "Band " + text + " - Song " + text, number, length, within);
+    }
+
     LiveSession session;
     TempFolder folder;
-    SessionBus bus{session};
-    SoundServer server{GetParam()};
-    std::map<std::string, std::string> environment;
+    std::array<AutomaticStage, 2> stages{AutomaticStage(session, ServerKind::PulseAudio),
+                                         AutomaticStage(session, ServerKind::PipeWire)};
 };
 
-TEST_P(AutomaticRecording, TaggedFilesWithoutAGapAreOneSongEach) {
-    const std::vector<std::string> files = {Song(1, 14), Song(2, 14), Song(3, 14)};
-    const auto recorder = Record(62);
-    const auto player = Play(files);
-    EXPECT_EQ(KeptOf(*recorder).size(), 3U) << Content(folder / "record.log");
-    for (int number = 1; number <= 3; ++number) {
-        const std::string text = std::to_string(number);
-        ExpectWhole("Band " + text + " - Song " + text, number, 14, WithoutAGap);
-    }
+TEST_F(AutomaticRecording, TaggedFilesWithoutAGapAreOneSongEach) {
+    const std::vector<std::string> files = {Song(1, 9), Song(2, 9), Song(3, 9)};
+    Record(3, 50);
+    Play(files);
+    ExpectKept(3, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
+        for (int number = 1; number <= 3; ++number) ExpectWhole(stage, number, 9, WithoutAGap);
+        EXPECT_EQ(kept[1]["whole"], true);
+    });
 }
 
-TEST_P(AutomaticRecording, TheLastSongKeepsItsNameWhenThePlayerExits) {
-    const std::string file = Song(1, 14);
-    const auto recorder = Record(35);
-    const auto player = Play({file});
-    const std::vector<Json> kept = KeptOf(*recorder);
-    ASSERT_EQ(kept.size(), 1U) << Content(folder / "record.log");
-    EXPECT_EQ(kept[0]["title"], "Song 1");
-    EXPECT_EQ(kept[0]["confidence"]["end"], "sure");
-    ExpectWhole("Band 1 - Song 1", 1, 14, WithAGap);
+TEST_F(AutomaticRecording, TheLastSongKeepsItsNameWhenThePlayerExits) {
+    const std::string file = Song(1, 8);
+    Record(1, 30);
+    Play({file});
+    ExpectKept(1, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
+        EXPECT_EQ(kept[0]["title"], "Song 1");
+        EXPECT_EQ(kept[0]["confidence"]["begin"], "sure");
+        EXPECT_EQ(kept[0]["confidence"]["end"], "sure");
+        ExpectWhole(stage, 1, 8, WithAGap);
+    });
 }
 
-TEST_P(AutomaticRecording, APauseOfThePlayerIsLeftOut) {
-    const std::string file = Song(1, 18);
-    const auto recorder = Record(50);
-    const auto player = Play({file});
-    WaitFor(9);
+TEST_F(AutomaticRecording, APauseOfThePlayerIsLeftOut) {
+    const std::string file = Song(1, 12);
+    Record(1, 45);
+    Play({file});
+    WaitFor(6);
     Press("Pause");
     WaitFor(8);
     Press("Play");
-    const std::vector<Json> kept = KeptOf(*recorder);
-    ASSERT_EQ(kept.size(), 1U) << Content(folder / "record.log");
-    EXPECT_EQ(kept[0]["pauses_cut"], 1);
-    ExpectWhole("Band 1 - Song 1", 1, 18, WithoutAGap);
+    ExpectKept(1, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
+        EXPECT_EQ(kept[0]["pauses_cut"], 1);
+        ExpectWhole(stage, 1, 12, WithoutAGap);
+    });
 }
 
-TEST_P(AutomaticRecording, ASkippedSongIsShortAndItsNeighboursAreClean) {
-    const std::vector<std::string> files = {Song(1, 12), Song(2, 20), Song(3, 12)};
-    const auto recorder = Record(62, {"--set", "Source.IgnoreShortSongs=11"});
-    const auto player = Play(files);
-    WaitFor(20);
+TEST_F(AutomaticRecording, ASkippedSongIsShortAndItsNeighboursAreClean) {
+    const std::vector<std::string> files = {Song(1, 9), Song(2, 30), Song(3, 9)};
+    Record(2, 55, {"--set", "Source.IgnoreShortSongs=8"});
+    Play(files);
+    WaitFor(15);
     Press("Next");
-    const std::vector<Json> kept = KeptOf(*recorder);
-    ASSERT_EQ(kept.size(), 2U) << Content(folder / "record.log");
-    ExpectWhole("Band 1 - Song 1", 1, 12, WithoutAGap);
-    ExpectWhole("Band 3 - Song 3", 3, 12, WithoutAGap);
+    ExpectKept(2, [](const AutomaticStage& stage, const std::vector<Json>&) {
+        ExpectWhole(stage, 1, 9, WithoutAGap);
+        ExpectWhole(stage, 3, 9, WithoutAGap);
+    });
 }
 
-/// Nothing in the sound shows where one ends and the other begins, so only the names and their number are
-/// looked at.
-TEST_P(AutomaticRecording, TheSameSongTwiceIsTwoSongs) {
-    const std::string file = Song(1, 12);
-    const auto recorder = Record(46, {"--set", "Options.SameName=2"});
-    const auto player = Play({file, file});
-    const std::vector<Json> kept = KeptOf(*recorder);
-    ASSERT_EQ(kept.size(), 2U) << Content(folder / "record.log");
-    for (const Json& song : kept) EXPECT_EQ(song["title"], "Song 1");
+TEST_F(AutomaticRecording, TheSameSongTwiceIsTwoSongsOfItsLength) {
+    const std::string file = Song(1, 9);
+    Record(2, 40, {"--set", "Options.SameName=2"});
+    Play({file, file});
+    ExpectKept(2, [](const AutomaticStage&, const std::vector<Json>& kept) {
+        // Nothing in the sound shows where one ends and the other begins.
+        for (const Json& song : kept) {
+            EXPECT_EQ(song["title"], "Song 1");
+            EXPECT_NEAR(song["frames"].get<double>() / 44100, 9, 2 * WithoutAGap);
+        }
+    });
 }
 
-TEST_P(AutomaticRecording, ASecondPlayerMixesBothAndRenamesNone) {
-    const std::string one = Song(1, 20);
-    const std::string two = Song(2, 20);
-    const auto recorder = Record(58);
-    const auto first = Play({one});
-    WaitFor(12);
-    const auto second = Play({two});
-    const std::vector<Json> kept = KeptOf(*recorder);
-    ASSERT_EQ(kept.size(), 2U) << Content(folder / "record.log");
-    EXPECT_EQ(kept[0]["title"], "Song 1");
-    EXPECT_EQ(kept[1]["title"], "Song 2");
-    for (const Json& song : kept) {
-        EXPECT_EQ(song["mixed"], true);
-        EXPECT_EQ(song["whole"], false);
-    }
+TEST_F(AutomaticRecording, ASecondPlayerMixesBothAndRenamesNone) {
+    const std::string one = Song(1, 14);
+    const std::string two = Song(2, 14);
+    Record(2, 50);
+    Play({one});
+    WaitFor(8);
+    Play({two});
+    ExpectKept(2, [](const AutomaticStage&, const std::vector<Json>& kept) {
+        EXPECT_EQ(kept[0]["title"], "Song 1");
+        EXPECT_EQ(kept[1]["title"], "Song 2");
+        for (const Json& song : kept) {
+            EXPECT_EQ(song["mixed"], true);
+            EXPECT_EQ(song["whole"], false);
+        }
+    });
 }
 
-TEST_P(AutomaticRecording, ADropoutEndsNoSong) {
-    const std::string file = Song(1, 16, "volume=0:enable='between(t,8,8.11)'");
-    const auto recorder = Record(38);
-    const auto player = Play({file});
-    const std::vector<Json> kept = KeptOf(*recorder);
-    ASSERT_EQ(kept.size(), 1U) << Content(folder / "record.log");
-    EXPECT_GE(kept[0]["dropouts"], 1);
-    ExpectWhole("Band 1 - Song 1", 1, 16, WithoutAGap);
+TEST_F(AutomaticRecording, ADropoutEndsNoSong) {
+    const std::string file = Song(1, 9, "volume=0:enable='between(t,5,5.11)'");
+    Record(1, 35);
+    Play({file});
+    ExpectKept(1, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
+        EXPECT_GE(kept[0]["dropouts"], 1);
+        ExpectWhole(stage, 1, 9, WithoutAGap);
+    });
 }
 
-TEST_P(AutomaticRecording, AFileWithoutTagsIsNamedByItsFile) {
-    const std::string file = Song(3, 12, "anull", false);
-    const auto recorder = Record(33);
-    const auto player = Play({file});
-    const std::vector<Json> kept = KeptOf(*recorder);
-    ASSERT_EQ(kept.size(), 1U) << Content(folder / "record.log");
-    EXPECT_EQ(kept[0]["title"], "Old Tape 3");
+TEST_F(AutomaticRecording, AFileWithoutTagsIsNamedByItsFile) {
+    const std::string file = Song(3, 8, "anull", false);
+    Record(1, 30);
+    Play({file});
+    ExpectKept(1, [](const AutomaticStage&, const std::vector<Json>& kept) {
+        EXPECT_EQ(kept[0]["title"], "Old Tape 3");
+    });
 }
 
-TEST_P(AutomaticRecording, SilenceOfThreeSecondsIsInNoSong) {
-    const std::vector<std::string> files = {Song(1, 12, "apad=pad_dur=4"), Song(2, 12)};
-    const auto recorder = Record(50);
-    const auto player = Play(files);
-    EXPECT_EQ(KeptOf(*recorder).size(), 2U) << Content(folder / "record.log");
-    ExpectWhole("Band 1 - Song 1", 1, 12, WithAGap);
-    ExpectWhole("Band 2 - Song 2", 2, 12, WithAGap);
+TEST_F(AutomaticRecording, SilenceOfThreeSecondsIsInNoSong) {
+    const std::vector<std::string> files = {Song(1, 8, "apad=pad_dur=4"), Song(2, 8)};
+    Record(2, 45);
+    Play(files);
+    ExpectKept(2, [](const AutomaticStage& stage, const std::vector<Json>&) {
+        ExpectWhole(stage, 1, 8, WithAGap);
+        ExpectWhole(stage, 2, 8, WithAGap);
+    });
 }
-
-INSTANTIATE_TEST_SUITE_P(Servers, AutomaticRecording,
-                         testing::Values(ServerKind::PulseAudio, ServerKind::PipeWire), [](const auto& each) {
-                             return each.param == ServerKind::PulseAudio ? "PulseAudio" : "PipeWire";
-                         });
 
 }  // namespace
 }  // namespace Corvetape

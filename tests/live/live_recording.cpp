@@ -18,21 +18,51 @@ std::string Content(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-RecordingTest::RecordingTest() {
-    server.Start();
-    environment = {{"PULSE_SERVER", server.Address()},
-                   {"DBUS_SESSION_BUS_ADDRESS", bus.Address()},
-                   {"XDG_RUNTIME_DIR", server.Folder / "run"},
-                   {"HOME", server.Folder / "home"},
-                   {"DISPLAY", ""}};
+std::map<std::string, std::string> LiveEnvironment(const SoundServer& server, const SessionBus& bus) {
+    return {{"PULSE_SERVER", server.Address()},
+            {"DBUS_SESSION_BUS_ADDRESS", bus.Address()},
+            {"XDG_RUNTIME_DIR", server.Folder / "run"},
+            {"HOME", server.Folder / "home"},
+            {"DISPLAY", ""}};
 }
 
-std::string RecordingTest::Run(const std::vector<std::string>& command) {
-    const std::string output = folder / "output";
+std::vector<std::string> RecordCommand(const std::string& home, const std::vector<std::string>& more) {
+    std::vector<std::string> command = {std::string(CORVETAPE_BINARY_DIR) + "/bin/corvetape-cli",
+                                        "record",
+                                        "--input",
+                                        "Monitor of Radio",
+                                        "--home",
+                                        home,
+                                        "--json"};
+    command.insert(command.end(), more.begin(), more.end());
+    return command;
+}
+
+std::vector<Json> KeptIn(const std::string& printed) {
+    std::vector<Json> kept;
+    std::istringstream lines(Content(printed));
+    for (std::string line; std::getline(lines, line);) {
+        const Json song = Json::parse(line, nullptr, false);
+        if (song.is_object() && song.value("kept", false)) kept.push_back(song);
+    }
+    return kept;
+}
+
+std::string RunToEnd(const std::vector<std::string>& command,
+                     const std::map<std::string, std::string>& environment, const std::string& output) {
     std::filesystem::remove(output);
     TestProcess process({command, environment, output});
     EXPECT_EQ(process.Wait(seconds(30)), 0) << command.front() << ": " << Content(output);
     return Content(output);
+}
+
+RecordingTest::RecordingTest() {
+    server.Start();
+    environment = LiveEnvironment(server, bus);
+}
+
+std::string RecordingTest::Run(const std::vector<std::string>& command) {
+    return RunToEnd(command, environment, folder / "output");
 }
 
 std::unique_ptr<TestProcess> RecordingTest::Play(const std::vector<std::string>& what) {
@@ -66,37 +96,20 @@ std::string RecordingTest::Picture(int number) {
 
 std::vector<Json> RecordingTest::Record(int songs, const std::string& source,
                                         const std::vector<std::string>& settings) {
-    std::vector<std::string> command = {std::string(CORVETAPE_BINARY_DIR) + "/bin/corvetape-cli",
-                                        "record",
-                                        "--input",
-                                        "Monitor of Radio",
-                                        "--home",
-                                        folder / "home",
-                                        "--json",
-                                        "--songs",
-                                        std::to_string(songs),
-                                        "--set",
-                                        "Options.Encoder=1",
-                                        "--set",
-                                        "DoNotChange.EncodeDelay=3000"};
+    std::vector<std::string> more = {"--songs", std::to_string(songs),         "--set", "Options.Encoder=1",
+                                     "--set",   "DoNotChange.EncodeDelay=3000"};
     // A player that falters on a busy machine makes pauses. They would put off the names of their songs, and
     // the farther from the change of the title the cut is searched, the more of them are there to be taken.
     for (const std::string& name : {std::string("NoStationData"), source}) {
         for (const char* value : {".EndOfSongDetection=1", ".IgnoreShortSongs=5", ".LengthOfPause=10000",
                                   ".EndOfSongThreshold0=2000", ".EndOfSongThreshold1=500"}) {
-            command.insert(command.end(), {"--set", name + value});
+            more.insert(more.end(), {"--set", name + value});
         }
     }
-    for (const std::string& setting : settings) command.insert(command.end(), {"--set", setting});
-    TestProcess recorder({command, environment, folder / "record.log"});
+    for (const std::string& setting : settings) more.insert(more.end(), {"--set", setting});
+    TestProcess recorder({RecordCommand(folder / "home", more), environment, folder / "record.log"});
     EXPECT_EQ(recorder.Wait(seconds(120)), 0) << Story();
-    std::vector<Json> kept;
-    std::istringstream lines(Content(folder / "record.log"));
-    for (std::string line; std::getline(lines, line);) {
-        const Json song = Json::parse(line, nullptr, false);
-        if (song.is_object() && song.value("kept", false)) kept.push_back(song);
-    }
-    return kept;
+    return KeptIn(folder / "record.log");
 }
 
 int RecordingTest::ExpectSong(const Json& song, bool whole) {

@@ -19,6 +19,20 @@ namespace Corvetape {
 /// The bytes of a file; empty if there is none.
 std::string Content(const std::string& path);
 
+/// Where programs find this sound server and this session bus, and nothing of the user's.
+std::map<std::string, std::string> LiveEnvironment(const SoundServer& server, const SessionBus& bus);
+
+/// The command that records what the sound server's radio plays below `home`, with a line of JSON for each
+/// song; `more` is added to it.
+std::vector<std::string> RecordCommand(const std::string& home, const std::vector<std::string>& more);
+
+/// The songs that such a command has printed into a file as kept.
+std::vector<nlohmann::json> KeptIn(const std::string& printed);
+
+/// Runs a program to its end, at most 30 s; gives what it prints, by way of the file `output`.
+std::string RunToEnd(const std::vector<std::string>& command,
+                     const std::map<std::string, std::string>& environment, const std::string& output);
+
 /// What the command line recorder makes of a song that something plays into a sound server of its own.
 ///
 /// Songs are as short as the recorder's waits allow: they end by media data, a cut lies at most 0.5 s behind

@@ -191,6 +191,68 @@ TEST(AutomaticEnd, ATrackIsCutWhereThePlayerSaysThatItBegan) {
     EXPECT_THAT(rig.Songs[0].Pieces, ElementsAre(SlotRun{0, 1001})) << "no further evidence is asked for";
 }
 
+TEST(AutomaticEnd, APlayerThatTellsThePositionLaterIsRightAllTheSame) {
+    AutomaticRig rig;
+    rig.Track("1", "One");
+    rig.Play(1000);
+    rig.Finder.Places = {{1000, 1000, 0.3F, 1}};
+    rig.Play(8);
+    rig.Said.TrackId = "2";  // its title is the same, and nothing in the sound shows that it begins
+    rig.Began.reset();
+    rig.Said.Position.reset();
+    rig.LookNow();
+    rig.Play(22);
+    rig.Began = 1000;
+    rig.Play(400);
+    ASSERT_EQ(rig.Songs.size(), 1U);
+    EXPECT_THAT(rig.Songs[0].Pieces, ElementsAre(SlotRun{0, 1000}));
+    EXPECT_FALSE(rig.Songs[0].Trust.AgainstEvidence);
+}
+
+TEST(AutomaticEnd, ATrackEndsByItsLengthIfNobodySaysWhereTheNextOneBegan) {
+    AutomaticRig rig;
+    rig.Said.Length = 990;
+    rig.Track("1", "One");
+    rig.Play(1000);
+    rig.Finder.Places = {{991, 991, 0.3F, 1}};
+    rig.Said.TrackId = "2";
+    rig.Began.reset();
+    rig.Said.Position.reset();
+    rig.LookNow();
+    rig.Play(400);
+    ASSERT_EQ(rig.Songs.size(), 1U);
+    EXPECT_THAT(rig.Songs[0].Pieces, ElementsAre(SlotRun{0, 991}));
+}
+
+TEST(AutomaticEnd, ATrackThatIsNamedAfterItsTitleIsTheSameSong) {
+    AutomaticRig rig;
+    rig.Track("1", "One");
+    rig.Play(1000);
+    rig.Finder.Places = {{1000, 1000}};
+    rig.Said.TrackId.clear();
+    rig.Began.reset();
+    rig.Said.Position.reset();
+    rig.Say("Two");
+    rig.Play(20);
+    rig.Track("2", "Two", 20);
+    rig.Play(400);
+    rig.Finish();
+    ASSERT_EQ(rig.Songs.size(), 1U);
+    EXPECT_THAT(rig.Present.Pieces, ElementsAre(SlotRun{1000, 1420}));
+}
+
+TEST(AutomaticEnd, ASongThatIsHeardFromItsMiddleOnBeginsUnsure) {
+    for (const bool silence : {false, true}) {
+        AutomaticRig rig;
+        if (silence) rig.Silence(40);
+        rig.Say("One");
+        rig.Play(500);
+        rig.Silence(100);
+        ASSERT_EQ(rig.Songs.size(), 1U);
+        EXPECT_EQ(rig.Songs[0].Trust.Begin, silence ? Certainty::Sure : Certainty::Unsure);
+    }
+}
+
 TEST(AutomaticEnd, ASongThatIsSkippedEarlyLeavesItsNeighboursClean) {
     AutomaticRig rig;
     rig.Track("1", "One");

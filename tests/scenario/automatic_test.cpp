@@ -257,6 +257,28 @@ TEST(Automatic, TheSameTitleWithANewTrackIsASongOfItsOwn) {
     ExpectSong(world.Place, kept[1], "One", 43, 83, WithoutAGap);
 }
 
+TEST(Automatic, TheSameSongTwiceWithoutAGapIsCutWhereThePlayerBeganAnew) {
+    RadioScript radio;
+    radio.Pause(3);
+    ScriptSong song;
+    song.Seconds = 20;
+    song.Sound = SongSound::Chord;
+    radio.Song(song).Song(song).SilenceForever();
+    PlayerWorld world(std::move(radio), {{"Options", "SameName", "2"}});
+    world.Record();
+    world.Plays(3.1, "One", 3, "1");
+    // The player names the new track at once, and says only later where it is.
+    world.Plays(23.2, "One", -0.001, "2");
+    world.Plays(24.3, "One", 23, "2");
+    world.Quits(43.2);
+    world.End(60);
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 2U);
+    ExpectSong(world.Place, kept[0], "One", 3, 23, WithoutAGap);
+    ExpectSong(world.Place, kept[1], "One", 23, 43, WithoutAGap);
+    EXPECT_EQ(kept[0].Song.Trust.Begin, Certainty::Sure);
+}
+
 TEST(Automatic, ASecondPlayerMixesBothSongsAndRenamesNone) {
     PlayerWorld world(Songs(2, 40, 0));
     world.Record();

@@ -15,22 +15,12 @@ constexpr int64_t EarliestTitle = 5 * AutomaticEnd::SecondSlots;
 constexpr int64_t BeforeNews = 3 * AutomaticEnd::SecondSlots;
 constexpr int64_t AfterNews = 3 * AutomaticEnd::SecondSlots;
 
-/// A position that is told is this exact, and one that jumps further was sought.
-constexpr int64_t SeekSlots = 30;
-
-/// A track whose beginning is longer ago was not noticed when it began.
-constexpr int64_t NewTrack = 10 * AutomaticEnd::SecondSlots;
-
 /// A pause shorter than this is one between two beats.
 constexpr int64_t LeastPause = 2;
 constexpr int64_t SilenceOfStop = AutomaticEnd::SecondSlots / 2;
 
 /// Evidence for a place that the learned delay does not speak for.
 constexpr float EvidenceFarAway = 3.8F;
-
-bool SameTitle(const STATIONANDSONGDATA& one, const STATIONANDSONGDATA& other) {
-    return one.Artist == other.Artist && one.Song == other.Song;
-}
 
 Certainty CertaintyOf(const EvidenceCut& cut) {
     constexpr float sure = 0.85F;
@@ -79,135 +69,6 @@ void AutomaticEnd::Heard(const HeardSlot& slot) {
     if (Quiet.TakeDropout() && !Dropping) ++Present.Trust.Dropouts;
 }
 
-bool AutomaticEnd::Look(const SourceLook& look, bool wanted) {
-    FollowStatus(look);
-    NoteStanding(look);
-    if (look.Others) Present.Trust.Mixed = true;
-    if (look.Media.Song.empty()) {
-        TitleVanished = true;
-        return false;
-    }
-    const bool vanished = std::exchange(TitleVanished, false);
-    const std::optional<SourceLook> before = std::exchange(Last, look);
-    STATIONANDSONGDATA& newest = Changes.empty() ? Present.Media : Changes.back().Media;
-    if (!before) {
-        newest = look.Media;
-        Present.Named = true;
-        return false;
-    }
-    const bool sameTitle = SameTitle(look.Media, newest);
-    const bool sameTrack = look.Source == before->Source && look.TrackId == before->TrackId;
-    const bool again = sameTrack && !look.TrackId.empty() && IsRestart(look);
-    if (sameTrack && !again && (sameTitle || !look.TrackId.empty())) {
-        NoteSeek(look);
-        newest = look.Media;  // album and cover may come late, and a title may be corrected
-        const bool weak = sameTitle && vanished && look.TrackId.empty();
-        if (!weak) return false;
-    }
-    Change change;
-    change.At = look.Slot;
-    change.Media = look.Media;
-    change.Weak = sameTitle && sameTrack && !again;
-    change.Wanted = wanted;
-    change.Mixed = look.Others || (Present.Trust.Mixed && look.Source != before->Source);
-    if (!look.TrackId.empty() && look.Position && *look.Position <= NewTrack) {
-        change.At = look.Slot - *look.Position;
-        change.Exact = true;
-    }
-    return NoteChange(look, std::move(change));
-}
-
-/// The track plays from its beginning again.
-bool AutomaticEnd::IsRestart(const SourceLook& look) const {
-    if (!look.Position || !TrackBegan || *look.Position > NewTrack) return false;
-    return look.Slot - *look.Position - *TrackBegan > SeekSlots && !PausedAt;
-}
-
-void AutomaticEnd::NoteSeek(const SourceLook& look) {
-    if (!look.Position || look.Status != PlayerStatus::Playing || look.TrackId.empty()) return;
-    const int64_t began = look.Slot - *look.Position;
-    if (TrackBegan && !PausedAt && std::abs(began - *TrackBegan) > SeekSlots) {
-        (Changes.empty() ? Present.Trust : Changes.back().Trust).Sought = true;
-    }
-    TrackBegan = began;
-}
-
-/// A stream that has run dry says that it plays. The position tells that nothing comes.
-void AutomaticEnd::NoteStanding(const SourceLook& look) {
-    if (!look.Position || look.Status != PlayerStatus::Playing) {
-        Standing.reset();
-        return;
-    }
-    if (!Standing || Standing->TrackId != look.TrackId) Standing = look;
-    const int64_t elapsed = look.Slot - Standing->Slot;
-    if (elapsed < SecondSlots) return;
-    const int64_t moved = *look.Position - *Standing->Position;
-    const bool stands = moved >= -2 && moved < elapsed / 2;
-    if (stands && !PausedAt) {
-        PausedAt = Standing->Slot;
-        ResumedAt.reset();
-    }
-    if (Stands && !stands && PausedAt) ResumedAt = look.Slot;
-    Stands = stands;
-    Standing = look;
-}
-
-void AutomaticEnd::FollowStatus(const SourceLook& look) {
-    const bool was = Told == PlayerStatus::Playing || Told == PlayerStatus::Unknown;
-    const bool gone = look.Source.empty() && Last && !Last->Source.empty();
-    const PlayerStatus now = gone ? PlayerStatus::Stopped : look.Status;
-    if (now == Told) return;
-    Told = now;
-    switch (now) {
-        case PlayerStatus::Paused:
-            PausedAt = look.Slot;
-            ResumedAt.reset();
-            break;
-        case PlayerStatus::Stopped:
-            if (was || PausedAt) StoppedAt = look.Slot;
-            break;
-        case PlayerStatus::Playing:
-            if (PausedAt) ResumedAt = look.Slot;
-            break;
-        case PlayerStatus::Unknown:
-            break;
-    }
-}
-
-bool AutomaticEnd::TakesTitle(const Change& change) {
-    if (!Changes.empty() || change.Weak) return false;
-    // Between two songs the title is that of the next one.
-    const bool between = Dropping && !Present.HasSound;
-    const bool unnamed = Present.Media.Song.empty() && change.At - Present.Begin <= NewTrack;
-    const int64_t begin = Present.Begin - change.At;
-    const bool late = !Present.Named && begin >= FirstEdge && begin <= LastEdge;
-    if (!between && !unnamed && !late) return false;
-    if (late && !between) {
-        const int64_t gap = std::max<int64_t>(Present.OldEnd - change.At, FirstEdge);
-        Finder.TeachGap({static_cast<int32_t>(gap), static_cast<int32_t>(begin)}, change.Exact);
-    }
-    Present.Media = change.Media;
-    Present.Named = true;
-    Present.Trust.Mixed = change.Mixed;
-    return true;
-}
-
-bool AutomaticEnd::NoteChange(const SourceLook& look, Change change) {
-    StoppedAt.reset();
-    TrackBegan.reset();
-    NoteSeek(look);
-    if (TakesTitle(change)) return false;
-    if (!Changes.empty() && change.At - Changes.back().At < OneChange) {
-        Change& first = Changes.back();
-        first.Media = change.Media;
-        first.Mixed = first.Mixed || change.Mixed;
-        if (change.Exact) first.Last = change.At;
-        return false;
-    }
-    Changes.push_back(std::move(change));
-    return true;
-}
-
 std::vector<AutomaticStep> AutomaticEnd::Decide(bool wanted) {
     std::vector<AutomaticStep> steps;
     DropSilence(steps);
@@ -234,6 +95,7 @@ std::vector<AutomaticStep> AutomaticEnd::Finish(bool wanted) {
     const std::optional<SlotRun> silence = Quiet.Present();
     const bool ends = silence && (StoppedAt || silence->Length() >= SilenceThatEnds);
     Write(steps, ends ? std::max(silence->Begin, Next) : End());
+    Present.Trust.End = ends ? Certainty::Sure : Certainty::Unsure;
     MoveTo(steps, End());
     return steps;
 }
@@ -256,8 +118,16 @@ void AutomaticEnd::DropSilence(std::vector<AutomaticStep>& steps) {
         ResumedAt.reset();
     } else {
         Present.Begin = *sound;
+        if (Present.Trust.Begin == Certainty::None) Present.Trust.Begin = BeginAfter(*sound);
     }
     Dropping = false;
+}
+
+/// How sure it is that a song begins with this sound, before which nothing was recorded.
+Certainty AutomaticEnd::BeginAfter(int64_t sound) const {
+    const bool told = TrackBegan && std::abs(*TrackBegan - sound) <= AfterNews;
+    const bool silence = Quiet.First({sound - 1, sound}, SilenceOfStop).has_value();
+    return told || silence ? Certainty::Sure : Certainty::Unsure;
 }
 
 bool AutomaticEnd::DecideChange(std::vector<AutomaticStep>& steps, bool last) {

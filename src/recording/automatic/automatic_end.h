@@ -63,6 +63,9 @@ struct AutomaticStep {
     bool Passed = false;       ///< the wish for the next song has been passed on when that was noticed
 };
 
+/// Artist and song are the same.
+bool SameTitle(const STATIONANDSONGDATA& one, const STATIONANDSONGDATA& other);
+
 /// To whom a fade between two songs goes.
 enum class FadeShare : int32_t { Old = 0, New = 1, Both = 2 };
 
@@ -147,6 +150,8 @@ class AutomaticEnd {
         std::optional<int64_t> Last;  ///< of a further change that came soon after it
         STATIONANDSONGDATA Media;     ///< of the new song
         bool Exact = false;           ///< At is where the player says that the track began
+        bool Unplaced = false;        ///< the player has not said yet where the newest of it began
+        bool Joined = false;          ///< another change came soon after it
         bool Weak = false;            ///< the same title again: no song without evidence
         bool Wanted = false;          ///< the song before it was to be kept
         bool Mixed = false;           ///< the new one plays beside the old one
@@ -156,11 +161,14 @@ class AutomaticEnd {
     bool NoteChange(const SourceLook& look, Change change);
     bool TakesTitle(const Change& change);
     bool IsRestart(const SourceLook& look) const;
+    std::optional<int64_t> EndOf(const SourceLook& before) const;
+    void PlaceChange(const SourceLook& look);
     void NoteSeek(const SourceLook& look);
     void NoteStanding(const SourceLook& look);
     void FollowStatus(const SourceLook& look);
 
     void DropSilence(std::vector<AutomaticStep>& steps);
+    Certainty BeginAfter(int64_t sound) const;
     bool DecideChange(std::vector<AutomaticStep>& steps, bool last);
     bool IsBanner() const;
     void Drop();

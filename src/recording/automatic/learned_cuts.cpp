@@ -12,9 +12,16 @@ namespace {
 constexpr uint64_t LargestFile = 65'536;
 constexpr const char* Extension = ".cuts";
 
+/// Slots that the position of a player, as it is told, is wrong by more or less from track to track.
+constexpr int32_t JitterOfPosition = 4;
+
+int32_t JitterOf(bool exact) {
+    return exact ? JitterOfPosition : CutPrior::UsualJitter;
+}
+
 /// Where a player tells the position of its track, the cut is expected there.
 CutPrior NewPrior(bool exact) {
-    CutPrior prior;
+    CutPrior prior(JitterOf(exact));
     if (exact) prior.LearnCorrection(0);
     return prior;
 }
@@ -35,7 +42,7 @@ CutPrior& LearnedCuts::Of(const std::string& source, bool exact) {
     if (!Options.LearnCuts) return known.Prior;
     const auto text = Disk.ReadAll(path, LargestFile);
     if (!text || *text == known.Text) return known.Prior;
-    if (const auto read = CutPrior::FromText(*text)) known.Prior = *read;
+    if (const auto read = CutPrior::FromText(*text, JitterOf(exact))) known.Prior = *read;
     known.Text = *text;
     return known.Prior;
 }

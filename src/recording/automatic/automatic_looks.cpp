@@ -1,0 +1,195 @@
+// What a look at the source says about the songs.
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+#include "recording/automatic/automatic_end.h"
+
+namespace Corvetape {
+
+namespace {
+
+/// A position that is told is this exact, and one that jumps further was sought.
+constexpr int64_t SeekSlots = 30;
+
+/// A track whose beginning is longer ago was not noticed when it began.
+constexpr int64_t NewTrack = 10 * AutomaticEnd::SecondSlots;
+
+/// Where the track that plays began, if its player says so and it was not long ago.
+std::optional<int64_t> BeginOf(const SourceLook& look) {
+    if (look.TrackId.empty() || !look.Position || *look.Position > NewTrack) return std::nullopt;
+    return look.Slot - *look.Position;
+}
+
+/// Whether a look means the track of the one before. A player may name a title before it names its track.
+bool IsTrackOf(const SourceLook& before, const SourceLook& look, bool sameTitle) {
+    if (look.Source != before.Source) return false;
+    const bool unnamed = look.TrackId.empty() || before.TrackId.empty();
+    return look.TrackId == before.TrackId || (sameTitle && unnamed);
+}
+
+}  // namespace
+
+bool SameTitle(const STATIONANDSONGDATA& one, const STATIONANDSONGDATA& other) {
+    return one.Artist == other.Artist && one.Song == other.Song;
+}
+
+bool AutomaticEnd::Look(const SourceLook& look, bool wanted) {
+    FollowStatus(look);
+    NoteStanding(look);
+    if (look.Others) Present.Trust.Mixed = true;
+    if (look.Media.Song.empty()) {
+        TitleVanished = true;
+        return false;
+    }
+    const bool vanished = std::exchange(TitleVanished, false);
+    const std::optional<SourceLook> before = std::exchange(Last, look);
+    STATIONANDSONGDATA& newest = Changes.empty() ? Present.Media : Changes.back().Media;
+    if (!before) {
+        newest = look.Media;
+        Present.Named = true;
+        return false;
+    }
+    const bool sameTitle = SameTitle(look.Media, newest);
+    const bool sameTrack = IsTrackOf(*before, look, sameTitle);
+    if (sameTrack && look.TrackId.empty()) Last->TrackId = before->TrackId;
+    const bool again = sameTrack && !look.TrackId.empty() && IsRestart(look);
+    if (sameTrack && !again && (sameTitle || !look.TrackId.empty())) {
+        PlaceChange(look);
+        NoteSeek(look);
+        newest = look.Media;  // album and cover may come late, and a title may be corrected
+        const bool weak = sameTitle && vanished && look.TrackId.empty();
+        if (!weak) return false;
+    }
+    Change change;
+    change.At = look.Slot;
+    change.Media = look.Media;
+    change.Weak = sameTitle && sameTrack && !again;
+    change.Wanted = wanted;
+    change.Mixed = look.Others || (Present.Trust.Mixed && look.Source != before->Source);
+    if (const auto began = BeginOf(look)) {
+        change.At = *began;
+        change.Exact = true;
+    } else if (const auto end = EndOf(*before); end && std::abs(*end - look.Slot) <= SeekSlots) {
+        change.At = *end;
+        change.Exact = true;
+    }
+    return NoteChange(look, std::move(change));
+}
+
+/// Where the track before ends by its own length.
+std::optional<int64_t> AutomaticEnd::EndOf(const SourceLook& before) const {
+    if (!TrackBegan || !before.Length || before.TrackId.empty()) return std::nullopt;
+    return *TrackBegan + *before.Length;
+}
+
+/// The player has said where the track began whose change is waiting: often a second after it said its title.
+void AutomaticEnd::PlaceChange(const SourceLook& look) {
+    if (Changes.empty() || !Changes.back().Unplaced) return;
+    const auto began = BeginOf(look);
+    if (!began) return;
+    Change& change = Changes.back();
+    change.Unplaced = false;
+    if (change.Joined) {
+        change.Last = began;
+        return;
+    }
+    change.At = *began;
+    change.Exact = true;
+}
+
+/// The track plays from its beginning again.
+bool AutomaticEnd::IsRestart(const SourceLook& look) const {
+    if (!look.Position || !TrackBegan || *look.Position > NewTrack) return false;
+    return look.Slot - *look.Position - *TrackBegan > SeekSlots && !PausedAt;
+}
+
+void AutomaticEnd::NoteSeek(const SourceLook& look) {
+    if (!look.Position || look.Status != PlayerStatus::Playing || look.TrackId.empty()) return;
+    const int64_t began = look.Slot - *look.Position;
+    if (TrackBegan && !PausedAt && std::abs(began - *TrackBegan) > SeekSlots) {
+        (Changes.empty() ? Present.Trust : Changes.back().Trust).Sought = true;
+    }
+    TrackBegan = began;
+}
+
+/// A stream that has run dry says that it plays. The position tells that nothing comes.
+void AutomaticEnd::NoteStanding(const SourceLook& look) {
+    if (!look.Position || look.Status != PlayerStatus::Playing) {
+        Standing.reset();
+        return;
+    }
+    if (!Standing || Standing->TrackId != look.TrackId) Standing = look;
+    const int64_t elapsed = look.Slot - Standing->Slot;
+    if (elapsed < SecondSlots) return;
+    const int64_t moved = *look.Position - *Standing->Position;
+    const bool stands = moved >= -2 && moved < elapsed / 2;
+    if (stands && !PausedAt) {
+        PausedAt = Standing->Slot;
+        ResumedAt.reset();
+    }
+    if (Stands && !stands && PausedAt) ResumedAt = look.Slot;
+    Stands = stands;
+    Standing = look;
+}
+
+void AutomaticEnd::FollowStatus(const SourceLook& look) {
+    const bool was = Told == PlayerStatus::Playing || Told == PlayerStatus::Unknown;
+    const bool gone = look.Source.empty() && Last && !Last->Source.empty();
+    const PlayerStatus now = gone ? PlayerStatus::Stopped : look.Status;
+    if (now == Told) return;
+    Told = now;
+    switch (now) {
+        case PlayerStatus::Paused:
+            PausedAt = look.Slot;
+            ResumedAt.reset();
+            break;
+        case PlayerStatus::Stopped:
+            if (was || PausedAt) StoppedAt = look.Slot;
+            break;
+        case PlayerStatus::Playing:
+            if (PausedAt) ResumedAt = look.Slot;
+            break;
+        case PlayerStatus::Unknown:
+            break;
+    }
+}
+
+bool AutomaticEnd::TakesTitle(const Change& change) {
+    if (!Changes.empty() || change.Weak) return false;
+    // Between two songs the title is that of the next one.
+    const bool between = Dropping && !Present.HasSound;
+    const bool unnamed = Present.Media.Song.empty() && change.At - Present.Begin <= NewTrack;
+    const int64_t begin = Present.Begin - change.At;
+    const bool late = !Present.Named && begin >= FirstEdge && begin <= LastEdge;
+    if (!between && !unnamed && !late) return false;
+    if (late && !between) {
+        const int64_t gap = std::max<int64_t>(Present.OldEnd - change.At, FirstEdge);
+        Finder.TeachGap({static_cast<int32_t>(gap), static_cast<int32_t>(begin)}, change.Exact);
+    }
+    Present.Media = change.Media;
+    Present.Named = true;
+    Present.Trust.Mixed = change.Mixed;
+    return true;
+}
+
+bool AutomaticEnd::NoteChange(const SourceLook& look, Change change) {
+    StoppedAt.reset();
+    TrackBegan.reset();
+    NoteSeek(look);
+    if (TakesTitle(change)) return false;
+    if (!Changes.empty() && change.At - Changes.back().At < OneChange) {
+        Change& first = Changes.back();
+        first.Media = change.Media;
+        first.Mixed = first.Mixed || change.Mixed;
+        if (change.Exact) first.Last = change.At;
+        first.Joined = true;
+        first.Unplaced = !BeginOf(look);
+        return false;
+    }
+    change.Unplaced = !BeginOf(look);
+    Changes.push_back(std::move(change));
+    return true;
+}
+
+}  // namespace Corvetape

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <chrono>
+#include <map>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "live/live_recording.h"
+
+namespace Corvetape {
+
+/// What of a file is the tone of a song, and what of others is at its ends.
+struct ToneEdges {
+    double OwnSeconds = 0;
+    double ForeignAtBegin = 0;
+    double ForeignAtEnd = 0;
+};
+
+/// The tones of a WAV file of 16-bit stereo at 44.1 kHz, window by window of 20 ms. Songs have the tones of
+/// their numbers, 1 to 4, 200 periods a second for each.
+ToneEdges EdgesOf(const std::string& waveFile, int number);
+
+/// A sound server and a session bus of its own, a recorder that listens there with the end of song
+/// "Automatic", and a player.
+class AutomaticStage {
+ public:
+    AutomaticStage(LiveSession& session, ServerKind kind);
+
+    /// Begins to record until so many songs were kept, or so many seconds are over.
+    void Record(int songs, int seconds, const std::vector<std::string>& more = {});
+
+    /// Plays files one after the other, without a gap if they have none. Those that play already go on.
+    void Play(const std::vector<std::string>& files);
+
+    /// Presses a button of the first player: a method of the media players' interface.
+    void Press(const std::string& button);
+
+    /// The songs that were kept, when the recorder has ended.
+    std::vector<nlohmann::json> Kept();
+
+    /// Where the temporary song of this name is.
+    std::string FileOf(const std::string& name) const;
+
+    /// What the recorder has printed.
+    std::string Story() const { return Content(folder / "record.log"); }
+
+    const std::map<std::string, std::string>& Environment() const { return environment; }
+
+ private:
+    TempFolder folder;
+    SessionBus bus;
+    SoundServer server;
+    std::map<std::string, std::string> environment;
+    std::unique_ptr<TestProcess> recorder;
+    std::vector<std::unique_ptr<TestProcess>> players;
+};
+
+}  // namespace Corvetape
