@@ -101,6 +101,21 @@ TEST(CrashInAWantedSong, ByMediaDataLosesNothingOfWhatWaitsInTheRing) {
         });
 }
 
+TEST(CrashInAWantedSong, ByEverythingThatIsKnownLosesNothingOfWhatWaitsInTheRing) {
+    TellTwice(
+        [] {
+            return Station({{ProviderOfRadio, "EndOfSongDetection", "3"}});
+        },
+        [](World& world) {
+            ASSERT_TRUE(world.StartRecording());
+            RunTo(world, BeginOf(2) + 60);
+            ASSERT_GT(world.Values().Ring.Unread(), 5 * BuffersPerSecond);
+            Crash(world);
+            StartAgain(world);
+            ExpectTheSecondSongUpTo(world, BeginOf(2) + 60);
+        });
+}
+
 TEST(CrashWhileACutIsPending, GivesTheOldSongAllThatHadArrived) {
     TellTwice(
         [] {
