@@ -115,7 +115,8 @@ class SessionRig {
     SongWriter Writer;
     AudioDrain Drain;
     SongTargets Songs{Writer, Drain};
-    DiskCheck Disk{{Form, Machine.Files, Options, Folders, Flags, Messages}, Format, Reports.Say};
+    MarginStore Margins{Machine.Files, Machine.Clock, Options, Folders, "run-1"};
+    DiskCheck Disk{{Form, Machine.Files, Options, Folders, Flags, Messages, Margins}, Format, Reports.Say};
     RecordingLook Look{Form, PlainBar, CoverBar, Reports.Texts};
     SilenceNotice Notice{Flags, Signal, Reports.Say};
     RecordingResume Resumption{{Flags, Media, Messages, Writer, Disk, Notice}, Reports.Say};
