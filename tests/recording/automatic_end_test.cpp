@@ -342,6 +342,7 @@ TEST(AutomaticEnd, ABannerThatGoesAgainCutsNothing) {
     EXPECT_TRUE(rig.Songs.empty());
     EXPECT_THAT(rig.Present.Pieces, ElementsAre(SlotRun{0, 3150}));
     EXPECT_EQ(rig.Present.Title, "One");
+    EXPECT_EQ(rig.Undone, 2U);
 }
 
 TEST(AutomaticEnd, ATitleThatVanishesAndComesBackIsANewSongOnlyWithEvidence) {
@@ -355,6 +356,7 @@ TEST(AutomaticEnd, ATitleThatVanishesAndComesBackIsANewSongOnlyWithEvidence) {
         rig.Say("One");
         rig.Play(1000);
         EXPECT_EQ(rig.Songs.size(), evidence ? 1U : 0U);
+        EXPECT_EQ(rig.Undone, evidence ? 0U : 1U);
     }
 }
 

@@ -116,6 +116,9 @@ class AutomaticRig {
                 case AutomaticStep::Kind::MoveTo:
                     Read = step.Slot;
                     break;
+                case AutomaticStep::Kind::Undo:
+                    Undone += step.Undone;
+                    break;
             }
         }
     }
@@ -129,6 +132,7 @@ class AutomaticRig {
     int64_t Now = 0;
     int64_t Read = 0;
     int32_t Changes = 0;
+    size_t Undone = 0;
     MadeSong Present;
     std::vector<MadeSong> Songs;
 };

@@ -375,6 +375,27 @@ TEST(Automatic, AnAdvertisementInTheTitleCutsNothing) {
     ExpectSong(world.Place, kept[0], "One", 3, 83, WithAGap);
 }
 
+TEST(Automatic, AnAdvertisementInTheTitleDoesNotUseUpTheLastSong) {
+    PlayerWorld world(Songs(1, 80, 0));
+    world.Record();
+    PlayerReport& report = world.Reports["mpv"];
+    const auto says = [&](double second, const std::string& title) {
+        world.Plays(second, title, 3);
+        report.LengthMs = 0;  // a stream
+        world.Place.Players.Say(report);
+    };
+    says(3.1, "One");
+    RunTo(world.Place, 20);
+    world.Place.Form().chkStopRecording[0].Value(1);
+    says(30, "Buy this");
+    says(37, "One");
+    RunTo(world.Place, 70);
+    EXPECT_EQ(world.Place.Form().chkStartStop[0].Value(), 1) << "the last song still plays";
+    world.Quits(83.2);
+    world.End(100);
+    EXPECT_THAT(KeptTitles(world.Place), ElementsAre("One"));
+}
+
 TEST(Automatic, WhatIsLearnedOfASourceIsKeptForTheNextRunUntilItIsForgotten) {
     WorldOptions options = Automatic(Songs(3, 40, 1.2));
     options.TitleDelay = [](size_t) { return 3.0; };

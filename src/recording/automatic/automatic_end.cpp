@@ -34,9 +34,7 @@ Certainty CertaintyOf(const EvidenceCut& cut) {
 void AutomaticEnd::Restart(bool goesOn) {
     if (!goesOn) {
         Present = {};
-        Last.reset();
-        TrackBegan.reset();
-        Told = PlayerStatus::Unknown;
+        ForgetSource();
     }
     Standing.reset();
     // A player's pause and stop were told of sound that is gone.
@@ -50,6 +48,16 @@ void AutomaticEnd::Restart(bool goesOn) {
     Next = 0;
     Dropping = !Present.HasSound;
     Present.Begin = 0;
+}
+
+void AutomaticEnd::ForgetSource() {
+    Present.Media = {};
+    Present.Trust = {};
+    Present.Named = false;
+    Changes.clear();
+    Last.reset();
+    TrackBegan.reset();
+    Told = PlayerStatus::Unknown;
 }
 
 void AutomaticEnd::Forget() {
@@ -160,7 +168,7 @@ bool AutomaticEnd::DecideChange(std::vector<AutomaticStep>& steps, bool last) {
         return true;
     }
     if (change.Weak || IsBanner()) {
-        Drop();
+        Drop(steps);
         return true;
     }
     const EvidenceCut quietest = Finder.Quietest(change.At, Next, now);
@@ -175,10 +183,13 @@ bool AutomaticEnd::IsBanner() const {
 }
 
 /// No song begins with the change that waits, nor with the one that takes it back.
-void AutomaticEnd::Drop() {
-    const bool banner = IsBanner();
-    Changes.pop_front();
-    if (banner) Changes.pop_front();
+void AutomaticEnd::Drop(std::vector<AutomaticStep>& steps) {
+    AutomaticStep step;
+    step.What = AutomaticStep::Kind::Undo;
+    step.Slot = Next;
+    step.Undone = IsBanner() ? 2 : 1;
+    Changes.erase(Changes.begin(), Changes.begin() + static_cast<std::ptrdiff_t>(step.Undone));
+    steps.push_back(std::move(step));
 }
 
 void AutomaticEnd::Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut, const Change& change) {

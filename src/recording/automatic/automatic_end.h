@@ -54,6 +54,7 @@ struct AutomaticStep {
         Write,   ///< everything up to, not including, Slot belongs to the song
         Close,   ///< the song ends
         MoveTo,  ///< go on at Slot: what lies before it is in no song, or is in both
+        Undo,    ///< the oldest changes that were noticed were none: no song began with them
     };
     Kind What = Kind::Write;
     int64_t Slot = 0;
@@ -61,6 +62,7 @@ struct AutomaticStep {
     SongTrust Trust;           ///< of the song that ends
     bool Wanted = false;       ///< of the song that ends: as when the next one was noticed
     bool Passed = false;       ///< the wish for the next song has been passed on when that was noticed
+    size_t Undone = 0;         ///< how many changes were none
 };
 
 /// Artist and song are the same.
@@ -98,6 +100,9 @@ class AutomaticEnd {
     /// Begins anew: the next slot that is heard has the number 0. The song goes on if some of it is written
     /// (`goesOn`), and what is told of the source stays then.
     void Restart(bool goesOn);
+
+    /// Songs have ended in another way for a while: what was told before is of an earlier song.
+    void ForgetSource();
 
     /// One more slot has been heard.
     void Heard(const HeardSlot& slot);
@@ -171,7 +176,7 @@ class AutomaticEnd {
     Certainty BeginAfter(int64_t sound) const;
     bool DecideChange(std::vector<AutomaticStep>& steps, bool last);
     bool IsBanner() const;
-    void Drop();
+    void Drop(std::vector<AutomaticStep>& steps);
     void Begin(const Change& change, int64_t slot, Certainty certainty);
     void Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut, const Change& change);
     void DecideSilence(std::vector<AutomaticStep>& steps, bool wanted);

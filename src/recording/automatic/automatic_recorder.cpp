@@ -23,10 +23,12 @@ void AutomaticRecorder::Begin() {
     PutBefore = ring.SlotsPut - static_cast<uint64_t>(ring.Unread());
     Waiting.clear();
     SongEnded.reset();
+    Passed.clear();
     Heard = 0;
     Read = 0;
     Places.Restart(Parts.Format.nSamplesPerSec);
     End.Restart(Parts.Song.SongFileOpen());
+    if (std::exchange(Left, false)) End.ForgetSource();
 }
 
 int64_t AutomaticRecorder::Hear() {
@@ -52,9 +54,32 @@ void AutomaticRecorder::Look(const SourceLook& look) {
     if (!End.Look(look, Parts.Flags.RecordCurrentSong)) return;
     Parts.Signal.History.ReplaceLast(MarkMediaChange);
     Parts.Cut.NoteBoundary();
-    // From here on the flags mean the song whose title is shown.
+    PassOn();
+    Parts.Cut.Announce(true, Parts.Ring.AudioWriteIndex);
+}
+
+/// From here on the flags mean the song whose title is shown.
+void AutomaticRecorder::PassOn() {
+    const RecordingFlags before = Parts.Flags;
     if (Parts.Flags.RecordingEnabled) Parts.Flags.PassOn();
-    ShowPending();
+    Passed.push_back({before, Parts.Flags});
+}
+
+/// The song goes on whose title was shown before, and so does what was wished for it, unless somebody has
+/// wished something else meanwhile.
+void AutomaticRecorder::TakeBack(size_t changes) {
+    changes = std::min(changes, Passed.size());
+    if (changes == 0) return;
+    RecordingFlags& now = Parts.Flags;
+    const RecordingFlags& before = Passed.front().Before;
+    const RecordingFlags& after = Passed[changes - 1].After;
+    if (now.RecordCurrentSong == after.RecordCurrentSong && now.RecordNextSong == after.RecordNextSong &&
+        now.StopAtEndOfSong == after.StopAtEndOfSong) {
+        now.RecordCurrentSong = before.RecordCurrentSong;
+        now.RecordNextSong = before.RecordNextSong;
+        now.StopAtEndOfSong = before.StopAtEndOfSong;
+    }
+    Passed.erase(Passed.begin(), Passed.begin() + static_cast<std::ptrdiff_t>(changes));
 }
 
 bool AutomaticRecorder::Drain() {
@@ -68,12 +93,14 @@ bool AutomaticRecorder::Drain() {
         End.Forget();
         Read = Heard;
         Parts.Ring.AudioReadIndex = Parts.Ring.AudioWriteIndex;
+        Parts.Cut.Announce(false, Parts.Cut.CutIndex);
+        Passed.clear();
         return true;
     }
     const auto share = std::clamp(Parts.Settings.FadeGoesTo, 0, 2);
     End.ShareFades(static_cast<FadeShare>(share));
     const bool carried = Carry(End.Decide(Parts.Flags.RecordCurrentSong));
-    ShowPending();
+    Parts.Cut.Announce(End.ChangePending(), Parts.Cut.CutIndex);
     return carried;
 }
 
@@ -114,6 +141,8 @@ bool AutomaticRecorder::Run() {
             if (done == Done::Later) return true;
         } else if (step.What == AutomaticStep::Kind::Close) {
             Close(step);
+        } else if (step.What == AutomaticStep::Kind::Undo) {
+            TakeBack(step.Undone);
         } else {
             Read = step.Slot;
         }
@@ -151,7 +180,10 @@ void AutomaticRecorder::Close(const AutomaticStep& step) {
         Parts.Song.NoteBoundary();
     }
     Parts.Cut.Ended.reset();
-    if (step.Passed) return;
+    if (step.Passed) {
+        if (!Passed.empty()) Passed.pop_front();
+        return;
+    }
     Parts.Flags.PassOn();
     Parts.Cut.NoteBoundary();
 }
@@ -171,10 +203,6 @@ std::vector<Frame> AutomaticRecorder::FramesOfSlots(int64_t from, int64_t end) c
 void AutomaticRecorder::AddMargin() {
     const std::optional<int64_t> slot = std::exchange(SongEnded, std::nullopt);
     if (slot) Parts.Margins.SongFollowedBy(FramesOfSlots(*slot, *slot + MarginSlots));
-}
-
-void AutomaticRecorder::ShowPending() {
-    Parts.Cut.Announce(End.ChangePending(), Parts.Ring.AudioWriteIndex);
 }
 
 }  // namespace Corvetape

@@ -45,6 +45,9 @@ class AutomaticRecorder {
 
     bool Active() const { return Parts.Pause.EndOfSongDetection == EndOfSong::Automatic; }
 
+    /// Songs end in another way for a while: what is known of the source gets old.
+    void Leave() { Left = true; }
+
     /// Slots heard so far, for the next look.
     int64_t Hear();
 
@@ -72,15 +75,22 @@ class AutomaticRecorder {
     bool Wanted() const { return End.Wanted(Parts.Flags.RecordCurrentSong); }
 
  private:
+    /// The flags when a change was noticed, and as they were passed on then.
+    struct PassedOn {
+        RecordingFlags Before;
+        RecordingFlags After;
+    };
+
     void Begin();
     bool Carry(std::vector<AutomaticStep> steps);
     bool Run();
     enum class Done { Yes, Later, EndProgram };
     Done Write(int64_t upTo);
     void Close(const AutomaticStep& step);
-    void ShowPending();
     std::vector<Frame> FramesOfSlots(int64_t from, int64_t end) const;
     void AddMargin();
+    void PassOn();
+    void TakeBack(size_t changes);
     bool Lost(int64_t slot) const { return Heard - slot >= Parts.Ring.Size(); }
 
     AutomaticParts Parts;
@@ -88,12 +98,14 @@ class AutomaticRecorder {
     AutomaticEnd End;
     TitleParts Titles;
     std::deque<AutomaticStep> Waiting;  ///< for a disk that works again
+    std::deque<PassedOn> Passed;        ///< for each change that is not cut yet
     int64_t Heard = 0;
     int64_t Read = 0;  ///< next slot to be written
     uint64_t Opening = 0;
     uint64_t PutBefore = 0;
     bool Begun = false;
     std::optional<int64_t> SongEnded;  ///< slot after a song whose margins want what follows
+    bool Left = false;
 };
 
 }  // namespace Corvetape

@@ -11,6 +11,14 @@ class AutomaticTargets final : public SongTargets {
     AutomaticTargets(SongWriter& song, AudioDrain& drain, AutomaticRecorder& automatic)
         : SongTargets(song, drain), Automatic(automatic) {}
 
+    bool WriteBufferToSong(const SignalBuffer& buffer, bool end) override {
+        Automatic.Leave();
+        return SongTargets::WriteBufferToSong(buffer, end);
+    }
+    void WriteAhead() override {
+        if (!Automatic.Active()) Automatic.Leave();
+        SongTargets::WriteAhead();
+    }
     bool Empty() override {
         const bool written = Automatic.Finish();
         return SongTargets::Empty() && written;

@@ -184,7 +184,11 @@ void Book::NoteCut() {
     const CutState& cut = Values().Cut;
     const PauseSettings& pause = Values().Pause;
     const bool isNew = cut.CutPending && (!WasCutPending || cut.CutIndex != LastCutIndex);
-    if (!cut.CutPending) CutByTitle = false;
+    if (!cut.CutPending) {
+        CutByTitle = false;
+        Noticed.clear();
+    }
+    if (isNew && pause.EndOfSongDetection == EndOfSong::Automatic) Noticed.emplace_back(Told, Wished);
     if (isNew && (!CutByTitle || EarlierCutIsDue())) {
         CutByTitle = pause.EndOfSongDetection == EndOfSong::MediaData;
         Ended = Told;
@@ -215,6 +219,9 @@ void Book::NoteTold() {
 
 void Book::AfterEvent() {
     if (!Radio->Recorder) return;
+    // A ring that grows counts its slots anew.
+    const auto size = static_cast<size_t>(Values().Ring.Size());
+    if (std::exchange(RingSize, size) != size) RingIndex = Values().Ring.AudioWriteIndex;
     CheckFlags();
     CheckLosses();
     NoteCut();

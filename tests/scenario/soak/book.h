@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "scenario/world.h"
@@ -201,13 +203,14 @@ class Book {
     int32_t RingIndex = 0;
     uint64_t Overruns = 0;
     bool Skipping = false;
-    STATIONANDSONGDATA Told;    ///< the last reading with a title, of the present source
-    std::string Source;         ///< the provider
-    bool CutByTitle = false;    ///< the cut that is pending was raised by a title
-    STATIONANDSONGDATA Ended;   ///< Told when the title changed and a cut was raised
-    bool EndedWished = false;   ///< Wished at that moment
-    bool Wished = false;        ///< the song now in the file is to be kept
-    bool WaitsForNext = false;  ///< the next one
+    STATIONANDSONGDATA Told;   ///< the last reading with a title, of the present source
+    std::string Source;        ///< the provider
+    bool CutByTitle = false;   ///< the cut that is pending was raised by a title
+    STATIONANDSONGDATA Ended;  ///< Told when the title changed and a cut was raised
+    bool EndedWished = false;  ///< Wished at that moment
+    std::deque<std::pair<STATIONANDSONGDATA, bool>> Noticed;  ///< the same, by everything that is known
+    bool Wished = false;                                      ///< the song now in the file is to be kept
+    bool WaitsForNext = false;                                ///< the next one
     bool Pressing = false;
     bool WasCutPending = false;
     int32_t LastCutIndex = -1;

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <functional>
 #include <span>
+#include <tuple>
 #include <utility>
 
 #include "audio/wav_file.h"
@@ -22,7 +23,8 @@ bool Contains(const Items& items, const Value& value, Member member = {}) {
 
 /// Whether the song that is closed now has ended with its title, and not at the cut's other side.
 bool Book::EndsByTitle() {
-    return CutByTitle && Values().Cut.CutPending;
+    if (!Noticed.empty()) std::tie(Ended, EndedWished) = Noticed.front();
+    return !Noticed.empty() || (CutByTitle && Values().Cut.CutPending);
 }
 
 /// Whether the song went where the flags, as they were before the event, say.
@@ -83,8 +85,10 @@ void Book::Closed(const HeardSong& song) {
         CheckMedia(song);
         CheckPicture(song);
         CheckKept(song);
+        if (!Noticed.empty()) Noticed.pop_front();
         return;
     }
+    if (!Noticed.empty()) Noticed.pop_front();
     if (song.Song.Frames == 0) return;  // nothing but its pause, which was taken off
     const std::optional<Place> place = Claimed(song);
     if (place) {

@@ -53,7 +53,7 @@ WorldOptions WorldOf(uint64_t seed, double seconds, Book& book) {
     options.TellsTitles = chance.Chance(0.7);
     const std::string source = options.TellsTitles ? ProviderOfRadio : NoStationData;
     options.Settings = {
-        {source, "EndOfSongDetection", number(0, 2)},
+        {source, "EndOfSongDetection", number(0, 3)},
         {source, "LengthOfPause", std::to_string(50 * chance.Between(int64_t{1}, int64_t{20}))},
         {source, "IgnoreShortSongs", number(0, 8)},
         {source, "EndOfSongTimer", number(3, 30)},
