@@ -105,10 +105,10 @@ bool AutomaticRecorder::Drain() {
 }
 
 bool AutomaticRecorder::Finish() {
-    if (!Active() || !Begun) return true;
+    if (!Active()) return true;
     Hear();
     bool carried = true;
-    if (Parts.Flags.RecordingEnabled) carried = Carry(End.Finish(Parts.Flags.RecordCurrentSong));
+    if (Parts.Flags.RecordingEnabled && Begun) carried = Carry(End.Finish(Parts.Flags.RecordCurrentSong));
     AddMargin();
     Begun = false;
     // What is open is closed by somebody else, who asks for its name here.

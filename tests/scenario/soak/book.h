@@ -153,6 +153,7 @@ class Book {
     void ExcusePause();
     void NoteCut();
     bool EarlierCutIsDue();
+    void SkipUnheard(const HeardSong& song);
     bool EndsByTitle();
     void NoteTold();
     void CheckMedia(const HeardSong& song);

@@ -68,6 +68,14 @@ void Book::CheckPicture(const HeardSong& song) {
     Tell(song.Song.Media.Song + " has another song's picture: " + picture->substr(0, picture->find('\n')));
 }
 
+/// A song of which nothing was heard, such as one that was over while the input stood still, has no file and
+/// is closed without a word: what was noticed of it is no longer waited for.
+void Book::SkipUnheard(const HeardSong& song) {
+    const auto own = std::ranges::find_if(
+        Noticed, [&](const auto& each) { return each.first.Song == song.Song.Media.Song; });
+    if (own != Noticed.end()) Noticed.erase(Noticed.begin(), own);
+}
+
 bool Book::WasStruck(const std::string& path) const {
     const auto isOfIt = [&path](const std::string& failed) { return failed.find(path) != std::string::npos; };
     return std::ranges::any_of(Radio->Computer.Files.FailedOperations(), isOfIt);
@@ -76,6 +84,7 @@ bool Book::WasStruck(const std::string& path) const {
 void Book::Closed(const HeardSong& song) {
     ++Closings;
     if (OnClosed) OnClosed(song);
+    SkipUnheard(song);
     CheckFate(song);
     if (song.Song.TempPath == OpenPath) OpenPath.clear();
     Wished = Values().Flags.RecordCurrentSong;
