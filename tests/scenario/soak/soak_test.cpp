@@ -53,7 +53,7 @@ WorldOptions WorldOf(uint64_t seed, double seconds, Book& book) {
     options.TellsTitles = chance.Chance(0.7);
     const std::string source = options.TellsTitles ? ProviderOfRadio : NoStationData;
     options.Settings = {
-        {source, "EndOfSongDetection", number(0, 3)},
+        {source, "EndOfSongDetection", number(0, PlaysAutomatic() ? 3 : 2)},
         {source, "LengthOfPause", std::to_string(50 * chance.Between(int64_t{1}, int64_t{20}))},
         {source, "IgnoreShortSongs", number(0, 8)},
         {source, "EndOfSongTimer", number(3, 30)},
@@ -65,7 +65,7 @@ WorldOptions WorldOf(uint64_t seed, double seconds, Book& book) {
         {"Options", "DelTempFolder", number(0, 1)},
         {"Options", "StoreCoverImage", "1"},
         {"DoNotChange", "EncodeDelay", number(0, 6000)},
-        {"DoNotChange", "PollRecordingBuffers", number(0, 3)}};
+        {"DoNotChange", "PollRecordingBuffers", number(0, PlaysAutomatic() ? 3 : 2)}};
     // Half of the radios tell albums and covers with the titles, the others up to some seconds later.
     SimRandom late(MixSeed(seed, 4));
     if (late.Chance(0.5)) {
