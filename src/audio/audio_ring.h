@@ -35,7 +35,8 @@ class AudioRing {
     /// Slots from AudioReadIndex to AudioWriteIndex.
     int32_t Unread() const { return RingDistance(AudioReadIndex, AudioWriteIndex, Size()); }
 
-    /// Unread slots at the end of the ring whose audio begins at this frame or later, counted as StreamPosition.
+    /// Unread slots at the end of the ring whose audio begins at this frame or later, counted as
+    /// StreamPosition.
     int32_t UnreadFrom(uint64_t position) const;
 
     /// One more buffer would reach audio that was not read yet, after which all of it counts as read.

@@ -42,8 +42,9 @@ class SecondTick {
     SecondTick(TimerControl& tmr1Second, const Clock& clock, LifecycleFlags& lifecycle, TickParts parts,
                ProgramRequests& requests);
 
-    /// One event of the timer: acts if the whole clock second has changed. A step that still waits for its box to
-    /// be closed holds up itself and the rest of its own run, but none of the other steps of later runs.
+    /// One event of the timer: acts if the whole clock second has changed. A step that still waits for its
+    /// box to be closed holds up itself and the rest of its own run, but none of the other steps of later
+    /// runs.
     void TimerFired();
 
  private:

@@ -104,7 +104,8 @@ TEST(SongList, SaysHowSureTheCutsOfAKeptSongAre) {
         return list->model()->index(0, 0).data(Qt::AccessibleTextRole).toString();
     };
     EXPECT_TRUE(read(SongFate::Kept, Certainty::Unsure, Certainty::Sure).contains("begin unsure, end sure"));
-    EXPECT_TRUE(list->model()->index(0, 0).data(Qt::ToolTipRole).toString().contains("begin unsure, end sure"));
+    EXPECT_TRUE(
+        list->model()->index(0, 0).data(Qt::ToolTipRole).toString().contains("begin unsure, end sure"));
     EXPECT_TRUE(read(SongFate::Kept, Certainty::None, Certainty::Likely).contains("end likely"));
     EXPECT_FALSE(read(SongFate::Kept, Certainty::None, Certainty::None).contains("end"));
     EXPECT_FALSE(read(SongFate::Short, Certainty::Unsure, Certainty::Unsure).contains("unsure"));
