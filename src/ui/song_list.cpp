@@ -220,7 +220,7 @@ class SongDelegate : public QStyledItemDelegate {
         painter.restore();
     }
 
-    /// From the right: progress, fate, length; the name takes what is left.
+    /// From the right: progress, fate, how sure the cuts are, length; the name takes what is left.
     void PaintTexts(QPainter& painter, QRect line, const RunSong& song) const {
         const Look& look = PresentLook();
         const bool kept = song.Fate == SongFate::Kept;
@@ -238,10 +238,8 @@ class SongDelegate : public QStyledItemDelegate {
         const bool whole = kept && song.Health == SongHealth::Whole;
         text(FateWidth, (whole ? Tick : QString()) + FateText(song, Parts.Say),
              whole ? look.Good : (kept ? look.Warning : look.Dim), Qt::AlignLeft);
-        if (const QString cuts = ShortCutsText(song, Parts.Say); !cuts.isEmpty()) {
-            const bool unsure = song.Begin == Certainty::Unsure || song.End == Certainty::Unsure;
-            text(CutsWidth, cuts, unsure ? look.Warning : look.Dim, Qt::AlignLeft);
-        }
+        const bool unsure = song.Begin == Certainty::Unsure || song.End == Certainty::Unsure;
+        text(CutsWidth, ShortCutsText(song, Parts.Say), unsure ? look.Warning : look.Dim, Qt::AlignLeft);
         text(8 * Grid, LengthText(song.Seconds) + "   ", look.Dim, Qt::AlignRight);
         PaintName(painter, line.adjusted(0, 0, -Grid, 0), song);
     }
