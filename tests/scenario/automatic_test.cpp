@@ -356,18 +356,20 @@ TEST(Automatic, WithoutTitlesSongsEndBySilenceAndAreNumberedByTime) {
     }
 }
 
+/// The player plays a stream: a title without a length, from the third second on.
+void Streams(PlayerWorld& world, double second, const std::string& title) {
+    world.Plays(second, title, 3);
+    PlayerReport& report = world.Reports["mpv"];
+    report.LengthMs = 0;
+    world.Place.Players.Say(report);
+}
+
 TEST(Automatic, AnAdvertisementInTheTitleCutsNothing) {
     PlayerWorld world(Songs(1, 80, 0));
     world.Record();
-    PlayerReport& report = world.Reports["mpv"];
-    const auto says = [&](double second, const std::string& title) {
-        world.Plays(second, title, 3);
-        report.LengthMs = 0;  // a stream
-        world.Place.Players.Say(report);
-    };
-    says(3.1, "One");
-    says(30, "Buy this");
-    says(37, "One");
+    Streams(world, 3.1, "One");
+    Streams(world, 30, "Buy this");
+    Streams(world, 37, "One");
     world.Quits(83.2);
     world.End(100);
     const auto kept = KeptSongs(world.Place);
@@ -378,17 +380,11 @@ TEST(Automatic, AnAdvertisementInTheTitleCutsNothing) {
 TEST(Automatic, AnAdvertisementInTheTitleDoesNotUseUpTheLastSong) {
     PlayerWorld world(Songs(1, 80, 0));
     world.Record();
-    PlayerReport& report = world.Reports["mpv"];
-    const auto says = [&](double second, const std::string& title) {
-        world.Plays(second, title, 3);
-        report.LengthMs = 0;  // a stream
-        world.Place.Players.Say(report);
-    };
-    says(3.1, "One");
+    Streams(world, 3.1, "One");
     RunTo(world.Place, 20);
     world.Place.Form().chkStopRecording[0].Value(1);
-    says(30, "Buy this");
-    says(37, "One");
+    Streams(world, 30, "Buy this");
+    Streams(world, 37, "One");
     RunTo(world.Place, 70);
     EXPECT_EQ(world.Place.Form().chkStartStop[0].Value(), 1) << "the last song still plays";
     world.Quits(83.2);
