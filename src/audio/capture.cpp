@@ -72,13 +72,13 @@ bool Capture::Engine::Open(size_t device) {
     if (Stream) Close();
     if (Gone) return false;
     Shut();  // an event of the closing may have opened another device
-    WaveFormat& Format = Parts.Signal.Format;
-    Format = MakeWaveFormat(Parts.Settings.SPDIF48kHz ? OpticalRate : CommonRate);
+    WaveFormat& format = Parts.Signal.Format;
+    format = MakeWaveFormat(Parts.Settings.SPDIF48kHz ? OpticalRate : CommonRate);
     Mode = ModeOf(Parts.Settings.PollRecordingBuffers);
     ++Generation;
-    Stream = Parts.WaveIn.Open(device, Format, Mode, MakeEvents());
+    Stream = Parts.WaveIn.Open(device, format, Mode, MakeEvents());
     if (!Stream) return false;
-    FramesPerBuffer = FramesPerBufferOf(Format);
+    FramesPerBuffer = FramesPerBufferOf(format);
     Prepare();
     for (WaveBuffer& buffer : *Ring) Stream->AddBuffer(buffer);
     Parts.Ring.Open(Parts.Settings.AudioBuffers, FramesPerBuffer);

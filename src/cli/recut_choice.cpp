@@ -51,11 +51,11 @@ std::string NameOf(const KeptMargins& margins) {
 std::vector<KeptMargins> FindSongs(Files& disk, const std::vector<KeptMargins>& all,
                                    const std::string& wanted) {
     if (wanted.empty()) return {};
-    const auto byFile = Those(all, [&](const KeptMargins& each) {
+    auto byFile = Those(all, [&](const KeptMargins& each) {
         return !each.MusicFile.empty() && (each.MusicFile == wanted || disk.SameFile(each.MusicFile, wanted));
     });
     if (!byFile.empty()) return byFile;
-    const auto exactly = Those(all, [&](const KeptMargins& each) {
+    auto exactly = Those(all, [&](const KeptMargins& each) {
         const std::vector<std::string> names = NamesOf(each);
         return std::ranges::find(names, wanted) != names.end();
     });

@@ -42,7 +42,7 @@ namespace Corvetape {
 class DesktopProgram : private FormBoxes, private HelpPages {
  public:
     explicit DesktopProgram(DesktopArguments arguments);
-    ~DesktopProgram();
+    ~DesktopProgram() override;
     DesktopProgram(const DesktopProgram&) = delete;
     DesktopProgram& operator=(const DesktopProgram&) = delete;
 

@@ -117,7 +117,7 @@ std::string InputSearch::TryDestination(const std::string& name, MixerDevice& de
         if (port.Item != -1 && !changed.Set(MIXERCONTROL_CONTROLTYPE_MUX, port.Item)) continue;
         ChangedLine level(Parts.Mixers, device, line);  // a port may have a volume of its own
         level.Set(MIXERCONTROL_CONTROLTYPE_VOLUME, FullVolume);
-        const std::string input = port.Item == -1 ? name : name + ", " + port.Name;
+        std::string input = port.Item == -1 ? name : name + ", " + port.Name;
         const Verdict verdict = Listen(input);
         if (verdict == Verdict::Ended) return {};
         if (verdict == Verdict::Confirmed) return input;
