@@ -6,6 +6,7 @@ class clsLocalizeControls;
 class CoverImages;
 class FloatingBars;
 class LevelDisplay;
+class PlayerBridge;
 class SettingsStore;
 class SongActions;
 struct State;
@@ -16,6 +17,7 @@ struct Desk {
     State& Values;         ///< the forms among them
     LevelDisplay& Levels;  ///< the meter and the statistic of the tab "TAB_AUDIO"
     CoverImages& Covers;
+    const PlayerBridge* Players;  ///< null in a run without players
     WatchPages& Lists;
     SongActions& Songs;  ///< what the user can do with a song of the list of this run
     FloatingBars& Bars;

@@ -42,7 +42,7 @@ uint64_t Program::SongAgeSeconds() const {
 }
 
 Desk Program::Shown() {
-    return {*Memory,      Parts->Levels, Parts->Covers,   Parts->WatchTabs,
+    return {*Memory,      Parts->Levels, Parts->Covers,   Parts->Bridge.get(), Parts->WatchTabs,
             Parts->Songs, Parts->Bars,   Parts->Messages, Parts->Store};
 }
 

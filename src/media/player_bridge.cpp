@@ -29,6 +29,12 @@ PlayerReport WithSplitTitle(PlayerReport report) {
     return report;
 }
 
+std::string PlayerNameInWords(std::string_view player) {
+    constexpr std::string_view prefix = "org.mpris.MediaPlayer2.";
+    if (player.starts_with(prefix)) player.remove_prefix(prefix.size());
+    return std::string(player.substr(0, player.find(".instance")));
+}
+
 PlayerBridge::PlayerBridge(Players& players, RegistryBranches& registry, EventLoop& loop)
     : Source(players),
       Registry(registry),

@@ -23,6 +23,10 @@ inline constexpr int32_t PlayerSettleMs = 200;
 /// A title "Artist - Song" without an artist, split at the first " - "; everything else as it is.
 PlayerReport WithSplitTitle(PlayerReport report);
 
+/// The name of a player as a person would say it: without the part of its address on the bus that all players
+/// share, and without the number of one of several that run.
+std::string PlayerNameInWords(std::string_view player);
+
 /// Keeps five values current out of what all players of the machine say: "Genre", "Artist", "Title", "Album"
 /// and, last, "Status", which is "Playing" or "Stopped"; and, beside them, "Cover". Of several players the
 /// one that plays counts, of several that play the one that began last.

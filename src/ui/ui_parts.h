@@ -11,6 +11,7 @@
 #include "core/media_state.h"
 #include "core/settings/settings.h"
 #include "forms/frm_main.h"
+#include "media/player_bridge.h"
 #include "post/lists/watch_pages.h"
 #include "recording/floating_bars.h"
 #include "recording/level_display.h"
@@ -28,6 +29,7 @@ struct UiParts {
     const RecordingFlags& Flags;
     const SignalState& Signal;
     const MediaState& Media;
+    const PlayerBridge* Players;  ///< null in a run without players
     const PauseSettings& Pause;
     const DeferredMessages& Deferred;
     LevelDisplay& Levels;

@@ -51,6 +51,13 @@ TEST_F(PlayerBridgeTest, KeepsTheFiveValuesAndTheCoverCurrent) {
     EXPECT_EQ(Value("Cover"), "file:///c.jpg");
 }
 
+TEST(PlayerNameInWords, HasNeitherTheAddressOnTheBusNorTheNumberOfOneOfSeveral) {
+    EXPECT_EQ(PlayerNameInWords("org.mpris.MediaPlayer2.mpv"), "mpv");
+    EXPECT_EQ(PlayerNameInWords("org.mpris.MediaPlayer2.chromium.instance4711"), "chromium");
+    EXPECT_EQ(PlayerNameInWords("Demo radio"), "Demo radio");
+    EXPECT_EQ(PlayerNameInWords(""), "");
+}
+
 TEST(PlayersThatKnowAtOnce, AreThereBeforeAnyTimePasses) {
     SimMachine machine;
     RegistryBranches registry{machine.Files, "/home/user/user.reg", "/home/user/machine.reg"};

@@ -55,6 +55,13 @@ TEST(MainWindow, ShowsArtistAndTitleOfWhatPlays) {
     EXPECT_EQ(world.Find<QLineEdit>("txtArtist")->text().toStdString(), world.Form().txtArtist.Text());
 }
 
+TEST(MainWindow, NamesThePlayerAndNotTheKindOfSource) {
+    UiWorld world;
+    world.RunFor(2);
+    EXPECT_EQ(world.Find<QLabel>("lblPlayer")->text(), "Demo radio");
+    EXPECT_TRUE(world.Find<QLabel>("lblProvider_0")->isHidden());
+}
+
 TEST(MainWindow, BringsUpTheTabsByTheirButtonsAndKeys) {
     UiWorld world;
     TabStrip& tabs = world.Form().tbsMain;

@@ -12,6 +12,8 @@
 #include <QVBoxLayout>
 #include <array>
 
+#include "media/player_bridge.h"
+#include "media/provider_wmp.h"
 #include "ui/binders.h"
 #include "ui/binding.h"
 #include "ui/cover_view.h"
@@ -83,12 +85,9 @@ QWidget* RecordingView::CurrentSong() {
     auto* const words = Make<QVBoxLayout>();
     words->setSpacing(0);
     State = Make<StateLine>(Parts);
-    QLabel* const provider = BoundTo(Parts.Form.lblProvider[0]);
-    provider->setProperty("dim", true);
-    provider->setFont(ScaledFont(0.92));
     auto* const top = Make<QHBoxLayout>();
     top->addWidget(State, 1);
-    top->addWidget(provider);
+    top->addWidget(WhoPlays());
     words->addLayout(top);
     words->addSpacing(Grid / 2);
     words->addWidget(Titles());
@@ -96,6 +95,22 @@ QWidget* RecordingView::CurrentSong() {
     words->addWidget(Buttons());
     row->addLayout(words, 1);
     return head;
+}
+
+/// The source by its name, or, where that is any media player, the one that plays.
+QWidget* RecordingView::WhoPlays() {
+    auto* const both = Make<QWidget>();
+    auto* const row = Make<QHBoxLayout>(both);
+    row->setContentsMargins(0, 0, 0, 0);
+    Provider = BoundTo(Parts.Form.lblProvider[0]);
+    Provider->setProperty("dim", true);
+    Player = DimLabel();
+    Player->setObjectName("lblPlayer");
+    for (QLabel* label : {Provider, Player}) {
+        label->setFont(ScaledFont(0.92));
+        row->addWidget(label);
+    }
+    return both;
 }
 
 QWidget* RecordingView::Titles() {
@@ -223,11 +238,20 @@ void RecordingView::Refresh() {
     Untitled->setVisible(!titled);
     State->Refresh();
     Cover->Refresh();
+    RefreshPlayer();
     RefreshSource();
     RefreshButtons();
     Summary->setText(Parts.Say(
         Key::SongsSummary, {std::to_string(Parts.Songs.KeptSongs()), std::to_string(Parts.Songs.OtherSongs()),
                             LengthText(Parts.Songs.KeptSeconds()).toStdString()}));
+}
+
+void RecordingView::RefreshPlayer() {
+    const bool byPlayer = Parts.Players != nullptr && Parts.Media.ProviderName == MediaPlayerName;
+    const std::string name = byPlayer ? PlayerNameInWords(Parts.Players->Present().Player) : std::string();
+    Player->setText(QString::fromStdString(name));
+    Player->setVisible(!name.empty());
+    Provider->setVisible(name.empty());
 }
 
 void RecordingView::RefreshSource() {

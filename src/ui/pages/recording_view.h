@@ -26,18 +26,22 @@ class RecordingView : public QWidget {
 
  private:
     QWidget* CurrentSong();
+    QWidget* WhoPlays();
     QWidget* Titles();
     QWidget* Source();
     QWidget* Buttons();
     QWidget* SongsHead();
     QWidget* Options();
     void AddMediaOptions(QGridLayout& grid);
+    void RefreshPlayer();
     void RefreshSource();
     void RefreshButtons();
 
     const UiParts& Parts;
     CoverView* Cover = nullptr;
     StateLine* State = nullptr;
+    QLabel* Provider = nullptr;
+    QLabel* Player = nullptr;
     DottedLine* Details = nullptr;
     QWidget* Album = nullptr;
     QWidget* Station = nullptr;
