@@ -48,7 +48,7 @@ std::shared_ptr<const RadioTimeline> MakeHour(const HourOptions& options) {
 
 bool WriteHour(const std::shared_ptr<const RadioTimeline>& hour, const std::string& path) {
     LinuxFiles disk;
-    const std::unique_ptr<WavFile> file = WavFile::Create(disk, path, MakeWaveFormat(HourRate));
+    const auto file = WavFile::Create(disk, path, MakeWaveFormat(HourRate));
     if (!file) return false;
     ScriptSource source(hour);
     std::vector<Frame> block(FramesPerBlock);

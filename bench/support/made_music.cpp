@@ -122,7 +122,7 @@ std::shared_ptr<const RadioTimeline> MakeMusic(const MusicOptions& options) {
 
 bool WriteMusic(const RadioTimeline& radio, const std::string& path) {
     LinuxFiles disk;
-    const std::unique_ptr<WavFile> file = WavFile::Create(disk, path, MakeWaveFormat(Rate));
+    const auto file = WavFile::Create(disk, path, MakeWaveFormat(Rate));
     if (!file) return false;
     const Noise noise;
     const double floor = AmplitudeOf(NoiseFloor);

@@ -153,9 +153,8 @@ void Program::RestoreSoundScheme() {
 void Program::TellError() {
     const DeferredMessages& messages = Memory->Messages;
     if (messages.PendingError == 0) return;
-    const std::string text =
-        Parts->Messages.FormatMsg(std::to_string(messages.PendingError),
-                                  {messages.PendingErrorText, std::to_string(messages.PendingErrorCode)});
+    const std::string text = Parts->Messages.FormatMsg(
+        std::to_string(messages.PendingError), {messages.PendingErrorText, messages.PendingErrorReason});
     if (!messages.ErrorLogged) Parts->Journal.WriteLog({"ERROR", text});
     if (!Memory->Lifecycle.DontAsk) Host.Dialogs.MessageBox(text, DialogIcon::Critical);
 }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <utility>
 #include <vector>
 
@@ -59,17 +58,16 @@ SongWriter::Written SongWriter::WriteBuffer(const SignalBuffer& buffer) {
     if (frames.empty()) return Written::Yes;
     if (SongFileOpen() && MustGoOn(frames.size_bytes()) && !GoOnInNextFile()) return Written::NoFile;
     if (!SongFileOpen()) return Written::Failed;
-    bool written = WriteOrCount(buffer);
-    if (!written && FileIsLargest()) {
+    FileResult written = WriteOrCount(buffer);
+    if (IsLargestBy(written)) {
         if (!GoOnInNextFile()) return Written::NoFile;
-        written = SongFile && SongFile->Write(frames);
+        if (SongFile) written = SongFile->Write(frames);
     }
     if (!written) {
         Begin(buffer);
         Present.Unbroken = false;
         Present.Failing = true;
-        LastResult = Parts.Disk.LastError();
-        RaiseError(ErrorWritingSong);
+        RaiseError(ErrorWritingSong, written);
         return Written::Failed;
     }
     LastResult = static_cast<int32_t>(frames.size_bytes());
@@ -79,12 +77,12 @@ SongWriter::Written SongWriter::WriteBuffer(const SignalBuffer& buffer) {
 }
 
 /// A buffer that was written ahead to just where it belongs needs only to be counted.
-bool SongWriter::WriteOrCount(const SignalBuffer& buffer) {
+FileResult SongWriter::WriteOrCount(const SignalBuffer& buffer) {
     const std::span<const Frame> frames = FramesOf(buffer);
     const AheadMark place{AheadStretch, SongFile->DataBytes() + frames.size_bytes()};
     if (buffer.Ahead == place && frames.size_bytes() <= SongFile->AheadBytes()) {
         SongFile->Count(frames.size_bytes());
-        return true;
+        return {};
     }
     DropAhead();
     return SongFile->Write(frames);
@@ -95,7 +93,7 @@ std::optional<AheadMark> SongWriter::WriteAhead(const SignalBuffer& buffer) {
     if (MadeAhead && SongFile->Format() != Place.Format) DeleteFileMadeAhead();
     if (!SongFile) {
         NameFile();
-        MadeAhead = MakeFile();
+        MadeAhead = static_cast<bool>(MakeFile());
         if (!MadeAhead) FilePath.clear();
     }
     if (!SongFile || SongFile->Format() != Place.Format) return std::nullopt;
@@ -119,8 +117,8 @@ bool SongWriter::MustGoOn(size_t bytes) const {
 }
 
 /// The system has refused to let a file grow further that holds some of the song already.
-bool SongWriter::FileIsLargest() const {
-    return BytesOfSong > 0 && Parts.Disk.LastError() == EFBIG;
+bool SongWriter::IsLargestBy(const FileResult& result) const {
+    return BytesOfSong > 0 && result.Error == std::errc::file_too_large;
 }
 
 void SongWriter::Begin(const SignalBuffer& buffer) {
@@ -182,17 +180,19 @@ void SongWriter::TakeNextNumber() {
     FilePath = Place.Folders.SongTempFolder + "/" + BaseName + ".wav";
 }
 
-bool SongWriter::MakeFile() {
+FileResult SongWriter::MakeFile() {
     ++AheadStretch;
-    SongFile = WavFile::Create(Parts.Disk, FilePath, Place.Format);
+    Opened<WavFile> made = WavFile::Create(Parts.Disk, FilePath, Place.Format);
     // Another run has taken the name at this moment, or a link that leads nowhere has it.
     constexpr int32_t mostNumbers = 1000;
-    while (!SongFile && Parts.Disk.LastError() == EEXIST && Name.Number < mostNumbers) {
+    while (made.Failure.Error == std::errc::file_exists && Name.Number < mostNumbers) {
         TakeNextNumber();
-        SongFile = WavFile::Create(Parts.Disk, FilePath, Place.Format);
+        made = WavFile::Create(Parts.Disk, FilePath, Place.Format);
     }
+    const FileResult result = std::move(made.Failure);
+    SongFile = std::move(made);
     if (SongFile && Events.SongBegun) Events.SongBegun(FilePath);
-    return SongFile != nullptr;
+    return result;
 }
 
 void SongWriter::DeleteFileMadeAhead() {
@@ -203,10 +203,9 @@ void SongWriter::DeleteFileMadeAhead() {
 
 bool SongWriter::OpenFile() {
     BeginSong();
-    if (MakeFile()) return true;
-    LastResult = Parts.Disk.LastError();
-    RaiseError(ErrorCreatingSong);
-    return false;
+    const FileResult made = MakeFile();
+    if (!made) RaiseError(ErrorCreatingSong, made);
+    return static_cast<bool>(made);
 }
 
 void SongWriter::BeginSong() {
@@ -270,7 +269,7 @@ bool SongWriter::CloseSongFile(SongEnd how) {
 void SongWriter::TakePauseOff() {
     if (PauseNeverCame) return;
     int64_t pause = std::max<int64_t>(Parts.Pause.PauseBuffers, 0) * BufferBytesOf(SongFile->Format());
-    // What of the pause the disk has refused is not there to be taken off.
+    // Trim only what reached the disk.
     if (const auto behind = Present.FramesBehindGap) {
         pause = std::min(pause, static_cast<int64_t>(*behind * sizeof(Frame)));
     }
@@ -281,9 +280,8 @@ void SongWriter::TakeOff(int64_t bytes) {
     BytesOfSong -= bytes;
     if (BytesOfSong <= 0) return;
     DropAhead();
-    if (!SongFile->TakeOff(static_cast<uint64_t>(bytes))) {
-        LastResult = Parts.Disk.LastError();
-        RaiseError(ErrorClosingSong);
+    if (const FileResult taken = SongFile->TakeOff(static_cast<uint64_t>(bytes)); !taken) {
+        RaiseError(ErrorClosingSong, taken);
         return;
     }
     const uint64_t frames = static_cast<uint64_t>(bytes) / sizeof(Frame);
@@ -339,10 +337,8 @@ SongFate SongWriter::Fate() const {
 void SongWriter::Keep(int32_t part) {
     Kept = Name;
     STATIONANDSONGDATA& media = Parts.Media.SongMedia;
-    const auto check = [this](bool good) {
-        if (good) return;
-        LastResult = Parts.Disk.LastError();
-        RaiseError(ErrorClosingSong);
+    const auto check = [this](const FileResult& result) {
+        if (!result) RaiseError(ErrorClosingSong, result);
     };
     check(SongFile->FinishData());
     if (!media.Song.empty() && Parts.Media.StationDataEnabled) {
@@ -364,11 +360,9 @@ void SongWriter::Keep(int32_t part) {
 void SongWriter::WriteInfoChunk(std::span<const std::string_view> ids, std::span<const std::string> texts) {
     std::vector<InfoTag> tags;
     for (size_t i = 0; i < ids.size(); ++i) tags.push_back({ids[i], texts[i]});
-    if (SongFile->WriteInfo(tags)) return;
+    const FileResult written = SongFile->WriteInfo(tags);
     // A file of the largest size has no room for tags. Its music file takes them from the record.
-    if (FileIsLargest()) return;
-    LastResult = Parts.Disk.LastError();
-    RaiseError(ErrorClosingSong);
+    if (!written && !IsLargestBy(written)) RaiseError(ErrorClosingSong, written);
 }
 
 void SongWriter::DeleteSongFiles() {
@@ -414,17 +408,18 @@ void SongWriter::AbortSong() {
     if (Events.SongClosed) Events.SongClosed(song);
 }
 
-void SongWriter::RaiseError(int32_t number) {
+void SongWriter::RaiseError(int32_t number, const FileResult& failure) {
+    LastResult = failure.Code();
     if (FirstError == 0) {
         FirstError = number;
         FirstErrorPath = FilePath;
     }
-    Parts.Messages.RaiseError(number, FilePath, LastResult);
+    Parts.Messages.RaiseError(number, FilePath, failure.Code(), failure.Reason());
     Parts.Flags.EndAtOnce();
-    const SongFailure failure{number, FilePath, LastResult};
-    if (failure == LastReported) return;
-    LastReported = failure;
-    if (Events.Failed) Events.Failed(failure);
+    SongFailure news{number, FilePath, failure.Code(), failure.Reason()};
+    if (news == LastReported) return;
+    LastReported = std::move(news);
+    if (Events.Failed) Events.Failed(LastReported);
 }
 
 }  // namespace Corvetape

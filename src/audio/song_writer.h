@@ -61,7 +61,8 @@ struct SongPlace {
 struct SongFailure {
     int32_t Number = 0;  ///< 903, 904 or 905
     std::string Path;
-    int32_t Code = 0;  ///< the system's
+    int32_t Code = 0;    ///< the system's
+    std::string Reason;  ///< the number and the system's own words
 
     bool operator==(const SongFailure&) const = default;
 };
@@ -196,14 +197,14 @@ class SongWriter {
 
     void NameFile();
     void TakeNextNumber();
-    bool MakeFile();
+    FileResult MakeFile();
     void DeleteFileMadeAhead();
     bool OpenFile();
     void BeginSong();
-    bool WriteOrCount(const SignalBuffer& buffer);
+    FileResult WriteOrCount(const SignalBuffer& buffer);
     bool GoOnInNextFile();
     bool MustGoOn(size_t bytes) const;
-    bool FileIsLargest() const;
+    bool IsLargestBy(const FileResult& result) const;
     void Begin(const SignalBuffer& buffer);
     void Note(const SignalBuffer& buffer);
     void TakePauseOff();
@@ -217,7 +218,7 @@ class SongWriter {
     void DeleteSongFiles();
     ClosedSong Describe(SongFate fate) const;
     void ForgetFile();
-    void RaiseError(int32_t number);
+    void RaiseError(int32_t number, const FileResult& failure);
 
     SongParts Parts;
     SongPlace Place;

@@ -59,15 +59,20 @@ std::string TagChunk(const InfoTag& tag) {
     return chunk;
 }
 
+/// What a file answers that was closed before.
+FileResult Closed() {
+    return {"write", "", std::make_error_code(std::errc::bad_file_descriptor)};
+}
+
 }  // namespace
 
-std::unique_ptr<WavFile> WavFile::Create(Files& disk, const std::string& path, const WaveFormat& format) {
-    std::unique_ptr<File> output = disk.CreateNew(path);
-    if (!output) return nullptr;
-    if (!output->Write(MakeHeader(format, 0, 0))) {
+Opened<WavFile> WavFile::Create(Files& disk, const std::string& path, const WaveFormat& format) {
+    Opened<File> output = disk.CreateNew(path);
+    if (!output) return output.Failure;
+    if (FileResult written = output->Write(MakeHeader(format, 0, 0)); !written) {
         output.reset();
-        disk.Delete(path);  // it holds no audio; what it fails for was told already
-        return nullptr;
+        disk.Delete(path);  // it holds no audio; what counts is why it could not be begun
+        return written;
     }
     return std::make_unique<WavFile>(std::move(output), format);
 }
@@ -76,29 +81,30 @@ WavFile::WavFile(std::unique_ptr<File> output, const WaveFormat& format)
     : Output(std::move(output)), AudioFormat(format) {}
 
 WavFile::~WavFile() {
-    if (Output && BytesInHeader != BytesWritten()) UpdateHeader();  // nobody is left to tell of a failure
+    if (Output && BytesInHeader != BytesWritten()) UpdateHeader();  // nobody is left to report a failure to
 }
 
-bool WavFile::Write(std::span<const Frame> frames) {
+FileResult WavFile::Write(std::span<const Frame> frames) {
     DropAhead();
     const std::span<const std::byte> bytes = std::as_bytes(frames);
-    if (!Append(bytes)) {
+    if (FileResult written = Append(bytes); !written) {
         if (Output)
             UpdateHeader();  // as far as it goes: what was written before stays within reach of players
-        return false;
+        return written;
     }
     AudioBytes += bytes.size();
     UpdateHeaderSometimes();
-    return true;
+    return {};
 }
 
-bool WavFile::WriteAhead(std::span<const Frame> frames) {
+FileResult WavFile::WriteAhead(std::span<const Frame> frames) {
     const std::span<const std::byte> bytes = std::as_bytes(frames);
-    AheadBroken = !Append(bytes);
-    if (AheadBroken) return false;
+    FileResult written = Append(bytes);
+    AheadBroken = !written;
+    if (AheadBroken) return written;
     BytesAhead += bytes.size();
     UpdateHeaderSometimes();
-    return true;
+    return {};
 }
 
 void WavFile::Count(uint64_t bytes) {
@@ -118,10 +124,13 @@ void WavFile::DropAhead() {
 }
 
 /// Writes where the written audio ends.
-bool WavFile::Append(std::span<const std::byte> bytes) {
-    if (!Output || (!AtEnd && !MoveTo(WavHeaderBytes + BytesWritten()))) return false;
-    AtEnd = Output->Write(bytes);
-    return AtEnd;
+FileResult WavFile::Append(std::span<const std::byte> bytes) {
+    if (!Output) return Closed();
+    FileResult result;
+    if (!AtEnd) result = MoveTo(WavHeaderBytes + BytesWritten());
+    if (result) result = Output->Write(bytes);
+    AtEnd = static_cast<bool>(result);
+    return result;
 }
 
 /// An update that fails is tried again after the next buffer; the close reports it if it never works.
@@ -133,55 +142,59 @@ void WavFile::UpdateHeaderSometimes() {
     Output->SyncSoon();
 }
 
-bool WavFile::MoveTo(uint64_t position) {
-    AtEnd = Output->Seek(position);
-    return AtEnd;
+FileResult WavFile::MoveTo(uint64_t position) {
+    FileResult moved = Output->Seek(position);
+    AtEnd = static_cast<bool>(moved);
+    return moved;
 }
 
-bool WavFile::TakeOff(uint64_t bytes) {
+FileResult WavFile::TakeOff(uint64_t bytes) {
     DropAhead();
+    if (!Output) return Closed();
     const uint64_t left = AudioBytes - std::min(bytes, AudioBytes);
-    if (!Output || !MoveTo(WavHeaderBytes + left)) return false;
-    AudioBytes = left;
-    return true;
+    FileResult moved = MoveTo(WavHeaderBytes + left);
+    if (moved) AudioBytes = left;
+    return moved;
 }
 
-bool WavFile::UpdateHeader() {
+FileResult WavFile::UpdateHeader() {
     AtEnd = false;
     const uint64_t bytes = BytesWritten();
     const Header header = MakeHeader(AudioFormat, bytes, TagBytes);
-    if (!Output->Seek(RiffSizeAt) || !Output->Write(std::span(header).subspan(RiffSizeAt))) return false;
-    BytesInHeader = bytes;
-    return true;
+    FileResult result = Output->Seek(RiffSizeAt);
+    if (result) result = Output->Write(std::span(header).subspan(RiffSizeAt));
+    if (result) BytesInHeader = bytes;
+    return result;
 }
 
-bool WavFile::FinishData() {
+FileResult WavFile::FinishData() {
     DropAhead();
-    return Output && UpdateHeader();
+    return Output ? UpdateHeader() : Closed();
 }
 
-bool WavFile::WriteInfo(std::span<const InfoTag> tags) {
+FileResult WavFile::WriteInfo(std::span<const InfoTag> tags) {
     std::string list = "INFO";
     for (const InfoTag& tag : tags) list += TagChunk(tag);
     const std::string chunk = "LIST" + SizeText(list.size()) + list;
-    if (!Output || !MoveTo(WavHeaderBytes + AudioBytes)) return false;
-    if (!Output->Write(std::as_bytes(std::span(chunk)))) return false;
-    TagBytes = chunk.size();
-    return true;
+    if (!Output) return Closed();
+    FileResult result = MoveTo(WavHeaderBytes + AudioBytes);
+    if (result) result = Output->Write(std::as_bytes(std::span(chunk)));
+    if (result) TagBytes = chunk.size();
+    return result;
 }
 
-bool WavFile::FinishRiff() {
-    if (!Output) return false;
-    const bool good = UpdateHeader();
+FileResult WavFile::FinishRiff() {
+    if (!Output) return Closed();
+    FileResult result = UpdateHeader();
     Output->SyncSoon();
-    return good;
+    return result;
 }
 
-bool WavFile::Close() {
-    if (!Output) return true;
-    const bool good = Output->Close();
+FileResult WavFile::Close() {
+    if (!Output) return {};
+    FileResult result = Output->Close();
     Output.reset();
-    return good;
+    return result;
 }
 
 }  // namespace Corvetape

@@ -42,8 +42,8 @@ struct InfoTag {
 /// the audio that counts. A file that nobody could finish has that as well.
 class WavFile {
  public:
-    /// Makes a new file with its header. Nothing on failure, also if something stands at the path.
-    static std::unique_ptr<WavFile> Create(Files& disk, const std::string& path, const WaveFormat& format);
+    /// Makes a new file with its header. Fails also if something stands at the path.
+    static Opened<WavFile> Create(Files& disk, const std::string& path, const WaveFormat& format);
 
     /// Goes on with a file that holds nothing but its header.
     WavFile(std::unique_ptr<File> output, const WaveFormat& format);
@@ -54,11 +54,11 @@ class WavFile {
     WavFile& operator=(const WavFile&) = delete;
 
     /// Appends audio. On failure nothing counts as appended.
-    bool Write(std::span<const Frame> frames);
+    FileResult Write(std::span<const Frame> frames);
 
     /// Writes audio after that which counts and that which was written ahead before. On failure it is as if
     /// it had not been called.
-    bool WriteAhead(std::span<const Frame> frames);
+    FileResult WriteAhead(std::span<const Frame> frames);
 
     /// Lets audio that was written ahead count, from its beginning on, at most all of it.
     void Count(uint64_t bytes);
@@ -75,28 +75,28 @@ class WavFile {
     const WaveFormat& Format() const { return AudioFormat; }
 
     /// Takes audio off the end, at most all of it, and drops what was written ahead. The file is not cut:
-    /// what is written next goes over it, or it stays behind the end that the header tells.
-    bool TakeOff(uint64_t bytes);
+    /// what is written next goes over it, or it stays after the end that the header gives.
+    FileResult TakeOff(uint64_t bytes);
 
-    /// Ends the audio: what was written ahead is dropped, and its size goes into the header. False if that
-    /// failed; the file can still be finished.
-    bool FinishData();
+    /// Ends the audio: what was written ahead is dropped, and its size goes into the header. If that fails,
+    /// the file can still be finished.
+    FileResult FinishData();
 
-    /// Appends the tags. False if that failed; they then do not count as part of the file.
-    bool WriteInfo(std::span<const InfoTag> tags);
+    /// Appends the tags. If that fails, they do not count as part of the file.
+    FileResult WriteInfo(std::span<const InfoTag> tags);
 
     /// Puts the size of the whole into the header.
-    bool FinishRiff();
+    FileResult FinishRiff();
 
-    /// False if the system reports late that something was not written.
-    bool Close();
+    /// Fails if the system reports late that something was not written.
+    FileResult Close();
 
  private:
-    bool Append(std::span<const std::byte> bytes);
-    bool MoveTo(uint64_t position);
+    FileResult Append(std::span<const std::byte> bytes);
+    FileResult MoveTo(uint64_t position);
     uint64_t BytesWritten() const { return AudioBytes + BytesAhead; }
     void UpdateHeaderSometimes();
-    bool UpdateHeader();
+    FileResult UpdateHeader();
 
     std::unique_ptr<File> Output;  ///< none once closed
     WaveFormat AudioFormat;

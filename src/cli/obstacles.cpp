@@ -50,7 +50,9 @@ std::optional<std::string> FolderObstacle(Files& files, const std::string& folde
     // A name that nobody can have prepared.
     std::random_device random;
     const std::string probe = fmt::format("{}/.corvetape-probe-{:08x}{:08x}", folder, random(), random());
-    if (files.CreateNew(probe) == nullptr) return "cannot write into the folder " + folder;
+    if (const auto made = files.CreateNew(probe); !made) {
+        return fmt::format("cannot write into the folder {}: {}", folder, made.Failure.Error.message());
+    }
     files.Delete(probe);  // made a moment ago
     return std::nullopt;
 }

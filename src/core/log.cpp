@@ -46,7 +46,8 @@ void Log::WriteLog() {
 void Log::Append(std::string line) {
     if (!Options.LogToFile) return;
     const std::string text = FormatDate("hh:nn:ss", Time.LocalNow()) + std::move(line);
-    if (!Disk.Append(FileName(), OneLine(text) + "\r\n")) Lost = true;
+    FileResult written = Disk.Append(FileName(), OneLine(text) + "\r\n");
+    if (Failure) Failure = std::move(written);
 }
 
 std::string Log::FileName() const {

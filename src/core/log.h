@@ -6,6 +6,7 @@
 #include <string>
 
 #include "core/settings/settings.h"
+#include "platform/file_result.h"
 
 namespace Corvetape {
 
@@ -30,8 +31,8 @@ class Log {
     /// line breaks as they are. Called also while LogToFile is off.
     std::function<void(const std::string& kind, const std::string& text)> Listener;
 
-    /// True once a line has been lost.
-    bool HasFailed() const { return Lost; }
+    /// How the first line that is lost was lost; good as long as none is.
+    const FileResult& FirstFailure() const { return Failure; }
 
     /// Today's file.
     std::string FileName() const;
@@ -43,7 +44,7 @@ class Log {
     const Clock& Time;
     const Settings& Options;
     const WorkingFolders& Folders;
-    bool Lost = false;
+    FileResult Failure;
 };
 
 }  // namespace Corvetape

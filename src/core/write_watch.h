@@ -1,5 +1,7 @@
 #pragma once
 
+#include <initializer_list>
+#include <string>
 #include <string_view>
 
 #include "core/log.h"
@@ -20,7 +22,7 @@ class WriteWatch {
     void Look();
 
  private:
-    void Report(std::string_view key, const std::string& path);
+    void Report(std::string_view key, std::initializer_list<std::string> arguments);
 
     const SettingsStore& Store;
     const Log& Journal;

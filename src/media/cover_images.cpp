@@ -88,7 +88,7 @@ void CoverImages::SaveImage(const std::string& basePath, std::string_view addres
     if (!basePath.empty() && picture.size() >= LeastCoverBytes) {
         const std::string path = basePath + ".jpg";
         Disk.Delete(path);  // none there, most of the time
-        const std::unique_ptr<File> file = Disk.CreateNew(path);
+        const Opened<File> file = Disk.CreateNew(path);
         // A song without its cover is still a song; half a picture would be none.
         if (file && !(file->Write(std::as_bytes(std::span(picture))) && file->Close())) {
             Disk.Delete(path);

@@ -56,11 +56,11 @@ DiskCheck::Spaces DiskCheck::Measure() const {
     Spaces spaces;
     const std::string& musicFolder = Parts.Folders.Paths[1];
     for (const std::string& folder : TempFolders()) {
-        const std::optional<uint64_t> free = Parts.Files.FreeSpace(folder);
+        const FileOr<uint64_t> free = Parts.Files.FreeSpace(folder);
         if (!free) return {{}, folder};
         spaces.Each.push_back({*free, 0, Parts.Files.SameDrive(folder, musicFolder)});
     }
-    const std::optional<uint64_t> music = Parts.Files.FreeSpace(musicFolder);
+    const FileOr<uint64_t> music = Parts.Files.FreeSpace(musicFolder);
     if (!music) return {{}, musicFolder};
     for (DiskSpace& space : spaces.Each) space.Music = *music;
     return spaces;
@@ -126,7 +126,7 @@ bool DiskCheck::Check() {
 std::string DiskCheck::FindShortFolder(uint64_t bytes) const {
     std::string shortOne;
     for (const std::string& folder : TempFolders()) {
-        const std::optional<uint64_t> free = Parts.Files.FreeSpace(folder);
+        const FileOr<uint64_t> free = Parts.Files.FreeSpace(folder);
         if (!free) return {};
         if (shortOne.empty() && *free < bytes) shortOne = folder;
     }

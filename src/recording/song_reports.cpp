@@ -68,8 +68,9 @@ void SongReports::ReportShort(const ClosedSong& song) {
 
 void SongReports::SongFailed(const SongFailure& failure) {
     Say.WriteAndShow(ReportKind::Error,
-                     Say.Text(std::to_string(failure.Number), {failure.Path, std::to_string(failure.Code)}));
-    const SongFailure pending{Messages.PendingError, Messages.PendingErrorText, Messages.PendingErrorCode};
+                     Say.Text(std::to_string(failure.Number), {failure.Path, failure.Reason}));
+    const SongFailure pending{Messages.PendingError, Messages.PendingErrorText, Messages.PendingErrorCode,
+                              Messages.PendingErrorReason};
     if (failure == pending) Messages.ErrorLogged = true;
 }
 

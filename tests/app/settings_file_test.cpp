@@ -216,9 +216,10 @@ TEST(FilesThatCannotBeWritten, AreReportedOnce) {
         world.RunFor(3);
     }
     const std::vector<std::string> expected = {
-        std::string("The log could not be written into the folder \"") + LogFolder + "\".",
+        std::string("The log could not be written into the folder \"") + LogFolder +
+            "\" (error 5: Input/output error).",
         std::string("The settings could not be written into the file \"") + IniFile +
-            "\". Changes to them hold until Corvetape ends."};
+            "\" (error 5: Input/output error). Changes to them hold until Corvetape ends."};
     std::vector<std::string> reported = world.Logged("ERROR");
     std::ranges::sort(reported);
     EXPECT_EQ(reported, expected);

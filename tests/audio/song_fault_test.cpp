@@ -216,7 +216,8 @@ TEST(SongFaults, AFailureIsReportedWhenItHappensOnceAFile) {
         bench.Flags.RecordingEnabled = true;
         bench.Hear(1);
     }
-    EXPECT_EQ(bench.Failures, (std::vector<SongFailure>{{905, SongBench::PathOf("240514120000"), ENOSPC}}));
+    EXPECT_EQ(bench.Failures, (std::vector<SongFailure>{{905, SongBench::PathOf("240514120000"), ENOSPC,
+                                                         "28: No space left on device"}}));
 }
 
 TEST(SongFaults, AFailedWriteOfTheLastBufferDoesNotCloseTheSong) {

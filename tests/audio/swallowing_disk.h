@@ -10,7 +10,7 @@ namespace Corvetape::Test {
 /// A disk that takes everything and keeps nothing.
 class SwallowingDisk : public SimFiles {
  public:
-    std::unique_ptr<File> Create(const std::string& /*path*/) override {
+    Opened<File> Create(const std::string& /*path*/) override {
         return std::make_unique<Swallower>(BytesTaken);
     }
 
@@ -20,17 +20,17 @@ class SwallowingDisk : public SimFiles {
     class Swallower : public File {
      public:
         explicit Swallower(uint64_t& taken) : Taken(taken) {}
-        bool Write(std::span<const std::byte> bytes) override {
+        FileResult Write(std::span<const std::byte> bytes) override {
             Taken += bytes.size();
-            return true;
+            return {};
         }
-        bool Seek(uint64_t position) override {
+        FileResult Seek(uint64_t position) override {
             At = position;
-            return true;
+            return {};
         }
         uint64_t Position() const override { return At; }
-        bool CutBack(uint64_t /*size*/) override { return true; }
-        bool Close() override { return true; }
+        FileResult CutBack(uint64_t /*size*/) override { return {}; }
+        FileResult Close() override { return {}; }
 
      private:
         uint64_t& Taken;

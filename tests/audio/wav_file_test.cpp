@@ -23,7 +23,7 @@ class WavFiles : public testing::Test {
  protected:
     WavFiles() { Disk.MakeFolders("/temp"); }
 
-    std::unique_ptr<WavFile> Create() { return WavFile::Create(Disk, Path, MakeWaveFormat(44100)); }
+    Opened<WavFile> Create() { return WavFile::Create(Disk, Path, MakeWaveFormat(44100)); }
     std::string Content() const { return Disk.Content(Path).value_or(""); }
 
     bool WriteBuffers(WavFile& file, int32_t count) {
@@ -179,8 +179,10 @@ TEST_F(WavFiles, NoMoreThanAllCanBeTakenOff) {
 
 TEST_F(WavFiles, AFileThatCannotBeCreatedIsNone) {
     Disk.AddFault({.Operation = FileOperation::Create, .Error = EACCES});
-    EXPECT_EQ(Create(), nullptr);
-    EXPECT_EQ(Disk.LastError(), EACCES);
+    const auto file = Create();
+    EXPECT_EQ(file, nullptr);
+    EXPECT_EQ(file.Failure.Code(), EACCES);
+    EXPECT_EQ(file.Failure.Path, Path);
 }
 
 TEST_F(WavFiles, AFileThatTakesNoHeaderIsNotLeftBehind) {

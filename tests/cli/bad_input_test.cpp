@@ -171,7 +171,7 @@ TEST_F(BadInputTest, AFolderThatCannotBeWrittenTo) {
         std::filesystem::permissions(closed, std::filesystem::perms::owner_read);
     }
     ExpectRefusal(RunCommand(With("split", {PutShow(), "--out", closed})),
-                  "cannot write into the folder " + closed);
+                  "cannot write into the folder " + closed + ": Permission denied");
 }
 
 TEST_F(BadInputTest, AHomeThatCannotBeMade) {

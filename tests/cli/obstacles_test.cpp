@@ -16,13 +16,13 @@ using testing::SizeIs;
 /// A disk that notes which files were made on it, and how.
 class NotingDisk : public SimFiles {
  public:
-    std::unique_ptr<File> Create(const std::string& path) override {
+    Opened<File> Create(const std::string& path) override {
         Emptied.insert(path);
         return SimFiles::Create(path);
     }
-    std::unique_ptr<File> CreateNew(const std::string& path) override {
+    Opened<File> CreateNew(const std::string& path) override {
         New.insert(path);
-        return FileSize(path) ? nullptr : SimFiles::Create(path);
+        return SimFiles::Create(path);
     }
 
     std::set<std::string> Emptied;

@@ -29,66 +29,78 @@ class MemoryFiles : public Files {
     int Replacements = 0;  ///< successful ones
     int Reads = 0;
 
-    std::unique_ptr<File> Create(const std::string& /*path*/) override { return nullptr; }
+    Opened<File> Create(const std::string& path) override { return Refused(path); }
+    Opened<File> CreateNew(const std::string& path) override { return Refused(path); }
 
-    std::optional<std::string> ReadAll(const std::string& path, uint64_t limit) override {
+    FileOr<std::string> ReadAll(const std::string& path, uint64_t limit) override {
         ++Reads;
         const auto found = Contents.find(path);
-        if (ReadsFail || found == Contents.end() || found->second.size() > limit) return std::nullopt;
+        if (ReadsFail || found == Contents.end() || found->second.size() > limit) return Refused(path);
         return found->second;
     }
 
-    std::optional<std::string> ReadPart(const std::string& path, uint64_t offset, size_t count) override {
+    FileOr<std::string> ReadPart(const std::string& path, uint64_t offset, size_t count) override {
         const auto all = ReadAll(path, UINT64_MAX);
-        if (!all) return std::nullopt;
+        if (!all) return all.Failure;
         return offset >= all->size() ? std::string() : all->substr(offset, count);
     }
 
-    bool Patch(const std::string& /*path*/, uint64_t /*offset*/, std::string_view /*bytes*/) override {
-        return false;
+    FileResult Patch(const std::string& path, uint64_t /*offset*/, std::string_view /*bytes*/) override {
+        return Refused(path);
     }
 
-    bool ReplaceAtomically(const std::string& path, std::string_view content) override {
-        if (WritesFail) return false;
+    FileResult ReplaceAtomically(const std::string& path, std::string_view content) override {
+        if (WritesFail) return Refused(path);
         Contents[path] = content;
         ++Replacements;
-        return true;
+        return {};
     }
 
-    bool Append(const std::string& path, std::string_view content) override {
-        if (WritesFail) return false;
+    FileResult Append(const std::string& path, std::string_view content) override {
+        if (WritesFail) return Refused(path);
         Contents[path].append(content);
-        return true;
+        return {};
     }
 
-    bool Rename(const std::string& from, const std::string& to) override {
+    FileResult Rename(const std::string& from, const std::string& to) override {
         const auto found = Contents.find(from);
-        if (WritesFail || found == Contents.end()) return false;
+        if (WritesFail || found == Contents.end()) return Refused(from);
         Contents[to] = std::exchange(found->second, {});
         Contents.erase(from);
-        return true;
+        return {};
     }
 
-    bool Copy(const std::string& from, const std::string& to) override {
-        if (WritesFail || !Contents.contains(from)) return false;
+    FileResult Copy(const std::string& from, const std::string& to) override {
+        if (WritesFail || !Contents.contains(from)) return Refused(from);
         Contents[to] = Contents[from];
-        return true;
+        return {};
     }
 
-    bool Delete(const std::string& path) override { return !WritesFail && Contents.erase(path) > 0; }
-    bool MakeFolder(const std::string& path) override { return !WritesFail && Folders.insert(path).second; }
-    bool DeleteFolder(const std::string& path) override { return Folders.erase(path) > 0; }
+    FileResult Delete(const std::string& path) override {
+        return !WritesFail && Contents.erase(path) > 0 ? FileResult() : Refused(path);
+    }
+    FileResult MakeFolder(const std::string& path) override {
+        return !WritesFail && Folders.insert(path).second ? FileResult() : Refused(path);
+    }
+    FileResult DeleteFolder(const std::string& path) override {
+        return Folders.erase(path) > 0 ? FileResult() : Refused(path);
+    }
     bool IsFolder(const std::string& path) override { return Folders.contains(path); }
 
-    std::optional<uint64_t> FileSize(const std::string& path) override {
+    FileOr<uint64_t> FileSize(const std::string& path) override {
         const auto found = Contents.find(path);
-        return found == Contents.end() ? std::nullopt : std::optional<uint64_t>(found->second.size());
+        if (found == Contents.end()) return Refused(path);
+        return found->second.size();
     }
 
     std::vector<FileEntry> List(const std::string& /*folder*/) override { return {}; }
-    std::optional<uint64_t> FreeSpace(const std::string& /*folder*/) override { return std::nullopt; }
+    FileOr<uint64_t> FreeSpace(const std::string& folder) override { return Refused(folder); }
     bool SameDrive(const std::string& /*one*/, const std::string& /*other*/) override { return false; }
-    int32_t LastError() const override { return 0; }
+
+ private:
+    static FileResult Refused(const std::string& path) {
+        return {"use", path, std::make_error_code(std::errc::permission_denied)};
+    }
 };
 
 /// A clock that stands until it is moved.

@@ -167,11 +167,11 @@ class BusyDisk : public MemoryFiles {
         LockPath = path;
         return std::make_unique<Held>(*this);
     }
-    std::optional<std::string> ReadAll(const std::string& path, uint64_t limit) override {
+    FileOr<std::string> ReadAll(const std::string& path, uint64_t limit) override {
         if (path == UserFile && !Locked) ++Unguarded;
         return MemoryFiles::ReadAll(path, limit);
     }
-    bool ReplaceAtomically(const std::string& path, std::string_view content) override {
+    FileResult ReplaceAtomically(const std::string& path, std::string_view content) override {
         if (path == UserFile && !Locked) ++Unguarded;
         return MemoryFiles::ReplaceAtomically(path, content);
     }

@@ -31,7 +31,6 @@ TEST_F(SimFilesTest, WhatWasWrittenIsRead) {
     EXPECT_EQ(Files.ReadPart("/a.txt", 1, 3), "ell");
     EXPECT_EQ(Files.ReadPart("/a.txt", 4, 100), "o");
     EXPECT_EQ(Files.ReadPart("/a.txt", 5, 1), "");
-    EXPECT_EQ(Files.LastError(), 0);
 }
 
 TEST_F(SimFilesTest, AFileIsCutBackAndItsRoomIsFreeAgain) {
@@ -59,10 +58,32 @@ TEST_F(SimFilesTest, FoldersAreOnOneDriveByTheirVolume) {
     EXPECT_FALSE(Files.SameDrive("/disk", "/disk/none"));
 }
 
+TEST_F(SimFilesTest, AFailureSaysWhatWasAttemptedWhereAndWhy) {
+    Files.SetCapacity("/", 4);
+    const auto file = Files.Create("/a");
+    const FileResult good = file->Write(Bytes("1234"));
+    EXPECT_TRUE(good);
+    EXPECT_EQ(good.Code(), 0);
+    EXPECT_EQ(good.Reason() + good.Text() + good.Path, "");
+    const FileResult full = file->Write(Bytes("5"));
+    EXPECT_FALSE(full);
+    EXPECT_EQ(full.Path, "/a");
+    EXPECT_EQ(full.Reason(), "28: No space left on device");
+    EXPECT_EQ(full.Text(), "Write /a: No space left on device (28)");
+    EXPECT_TRUE(full.Error == std::errc::no_space_on_device);
+}
+
+TEST_F(SimFilesTest, AReasonBelongsToItsOperationAndNotToTheLastOne) {
+    const FileOr<std::string> missing = Files.ReadAll("/none", 10);
+    EXPECT_EQ(Files.Create("/no/folder/a").Failure.Code(), ENOENT);
+    EXPECT_FALSE(Files.MakeFolder("/"));
+    EXPECT_EQ(missing.Failure.Path, "/none");
+    EXPECT_EQ(missing.Failure.Code(), ENOENT);
+}
+
 TEST_F(SimFilesTest, ContentLongerThanTheLimitIsNotRead) {
     WriteFile("/a.txt", "hello");
-    EXPECT_EQ(Files.ReadAll("/a.txt", 4), std::nullopt);
-    EXPECT_EQ(Files.LastError(), EFBIG);
+    EXPECT_EQ(Files.ReadAll("/a.txt", 4).Failure.Code(), EFBIG);
 }
 
 TEST_F(SimFilesTest, WhatIsNotThereCannotBeUsed) {
@@ -73,21 +94,18 @@ TEST_F(SimFilesTest, WhatIsNotThereCannotBeUsed) {
     EXPECT_FALSE(Files.Rename("/none", "/b"));
     EXPECT_FALSE(Files.Copy("/none", "/b"));
     EXPECT_FALSE(Files.Delete("/none"));
-    EXPECT_FALSE(Files.DeleteFolder("/none"));
+    EXPECT_EQ(Files.DeleteFolder("/none").Code(), ENOENT);
     EXPECT_FALSE(Files.IsFolder("/none"));
-    EXPECT_EQ(Files.FreeSpace("/none"), std::nullopt);
-    EXPECT_EQ(Files.LastError(), ENOENT);
+    EXPECT_EQ(Files.FreeSpace("/none").Failure.Code(), ENOENT);
 }
 
 TEST_F(SimFilesTest, NothingIsMadeInAMissingFolder) {
     EXPECT_EQ(Files.Create("/no/a"), nullptr);
     EXPECT_FALSE(Files.Append("/no/a", "x"));
     EXPECT_FALSE(Files.ReplaceAtomically("/no/a", "x"));
-    EXPECT_FALSE(Files.MakeFolder("/no/a"));
-    EXPECT_EQ(Files.LastError(), ENOENT);
+    EXPECT_EQ(Files.MakeFolder("/no/a").Code(), ENOENT);
     WriteFile("/file", "");
-    EXPECT_EQ(Files.Create("/file/a"), nullptr);
-    EXPECT_EQ(Files.LastError(), ENOTDIR);
+    EXPECT_EQ(Files.Create("/file/a").Failure.Code(), ENOTDIR);
 }
 
 TEST_F(SimFilesTest, AFolderIsNoFile) {
@@ -96,8 +114,7 @@ TEST_F(SimFilesTest, AFolderIsNoFile) {
     EXPECT_EQ(Files.ReadAll("/d", 10), std::nullopt);
     EXPECT_FALSE(Files.Delete("/d"));
     EXPECT_FALSE(Files.Append("/d", "x"));
-    EXPECT_FALSE(Files.ReplaceAtomically("/d", "x"));
-    EXPECT_EQ(Files.LastError(), EISDIR);
+    EXPECT_EQ(Files.ReplaceAtomically("/d", "x").Code(), EISDIR);
     EXPECT_TRUE(Files.IsFolder("/d"));
     EXPECT_TRUE(Files.IsFolder("/"));
     EXPECT_EQ(Files.FileSize("/d"), std::nullopt);
@@ -105,11 +122,9 @@ TEST_F(SimFilesTest, AFolderIsNoFile) {
 
 TEST_F(SimFilesTest, FoldersAreMadeOneLevelAtATimeAndOnce) {
     EXPECT_TRUE(Files.MakeFolder("/a"));
-    EXPECT_FALSE(Files.MakeFolder("/a"));
-    EXPECT_EQ(Files.LastError(), EEXIST);
+    EXPECT_EQ(Files.MakeFolder("/a").Code(), EEXIST);
     EXPECT_TRUE(Files.MakeFolder("/a/b/"));
-    EXPECT_FALSE(Files.DeleteFolder("/a"));
-    EXPECT_EQ(Files.LastError(), ENOTEMPTY);
+    EXPECT_EQ(Files.DeleteFolder("/a").Code(), ENOTEMPTY);
     EXPECT_TRUE(Files.DeleteFolder("/a/b"));
     EXPECT_TRUE(Files.DeleteFolder("/a"));
     EXPECT_THAT(Files.Tree(), ElementsAre());
@@ -131,7 +146,6 @@ TEST_F(SimFilesTest, AListHoldsNamesInTheirOrderOneLevelDeep) {
                                               FileEntry{"b.wav", 3, false}));
     EXPECT_THAT(Files.List("/"), ElementsAre(FileEntry{"m", 0, true}, FileEntry{"m2", 0, true}));
     EXPECT_TRUE(Files.List("/m/A.wav").empty());
-    EXPECT_EQ(Files.LastError(), ENOTDIR);
 }
 
 TEST_F(SimFilesTest, PathsAreCleanedByTheirText) {
@@ -194,8 +208,7 @@ TEST_F(SimFilesTest, APatchStaysInsideTheFile) {
     WriteFile("/a", "0123456789");
     EXPECT_TRUE(Files.Patch("/a", 8, "xy"));
     EXPECT_FALSE(Files.Patch("/a", 9, "xy"));
-    EXPECT_FALSE(Files.Patch("/a", 11, ""));
-    EXPECT_EQ(Files.LastError(), EINVAL);
+    EXPECT_EQ(Files.Patch("/a", 11, "").Code(), EINVAL);
     EXPECT_EQ(Files.Content("/a"), "01234567xy");
 }
 
@@ -222,8 +235,7 @@ TEST_F(SimFilesTest, AFolderIsRenamedWithAllItHolds) {
     EXPECT_TRUE(Files.Rename("/a", "/b"));
     EXPECT_THAT(Files.Tree(), ElementsAre("/ab", "/b/", "/b/2", "/b/x/", "/b/x/1"));
     EXPECT_EQ(Files.Content("/b/x/1"), "one");
-    EXPECT_FALSE(Files.Rename("/b", "/b/x/c"));
-    EXPECT_EQ(Files.LastError(), EINVAL);
+    EXPECT_EQ(Files.Rename("/b", "/b/x/c").Code(), EINVAL);
 }
 
 TEST_F(SimFilesTest, ACopyIsAFileOfItsOwn) {
@@ -256,13 +268,12 @@ TEST_F(SimFilesTest, AFullDiskKeepsWhatFitted) {
     Files.SetCapacity("/", 10);
     const auto file = Files.Create("/a");
     EXPECT_TRUE(file->Write(Bytes("123456")));
-    EXPECT_FALSE(file->Write(Bytes("abcdef")));
-    EXPECT_EQ(Files.LastError(), ENOSPC);
+    EXPECT_EQ(file->Write(Bytes("abcdef")).Code(), ENOSPC);
     EXPECT_EQ(file->Position(), 10U);
     EXPECT_EQ(Files.Content("/a"), "123456abcd");
     EXPECT_EQ(Files.FreeSpace("/"), 0U);
     EXPECT_TRUE(file->Seek(0));
-    EXPECT_TRUE(file->Write(Bytes("overwriting")) == false);
+    EXPECT_FALSE(file->Write(Bytes("overwriting")));
     EXPECT_EQ(Files.Content("/a"), "overwritin");
     EXPECT_TRUE(file->Seek(2));
     EXPECT_TRUE(file->Write(Bytes("ok")));  // room that the file has already can be used
@@ -271,8 +282,7 @@ TEST_F(SimFilesTest, AFullDiskKeepsWhatFitted) {
 TEST_F(SimFilesTest, OnAFullDiskReplacingNeedsRoomForBoth) {
     Files.Put("/a", "123456");
     Files.SetFreeSpace("/", 5);
-    EXPECT_FALSE(Files.ReplaceAtomically("/a", "abcdef"));
-    EXPECT_EQ(Files.LastError(), ENOSPC);
+    EXPECT_EQ(Files.ReplaceAtomically("/a", "abcdef").Code(), ENOSPC);
     EXPECT_EQ(Files.Content("/a"), "123456");
     EXPECT_EQ(Files.FreeSpace("/"), 5U);
     EXPECT_TRUE(Files.ReplaceAtomically("/a", "abcde"));
@@ -294,8 +304,7 @@ TEST_F(SimFilesTest, VolumesHaveRoomOfTheirOwn) {
     EXPECT_EQ(Files.FreeSpace("/"), 99U);
     EXPECT_EQ(Files.FreeSpace("/music"), 10U);
     EXPECT_EQ(Files.FreeSpace("/music/deep"), 45U);
-    EXPECT_FALSE(Files.Rename("/music/a", "/a"));
-    EXPECT_EQ(Files.LastError(), EXDEV);
+    EXPECT_EQ(Files.Rename("/music/a", "/a").Code(), EXDEV);
     EXPECT_TRUE(Files.Copy("/music/a", "/a"));
     EXPECT_FALSE(Files.DeleteFolder("/music/deep"));
 }
@@ -309,8 +318,7 @@ TEST_F(SimFilesTest, AVolumeThatIsTakenOutFailsEverythingAndHoldsItsFiles) {
     EXPECT_EQ(Files.ReadAll("/stick/a", 100), std::nullopt);
     EXPECT_EQ(Files.FreeSpace("/stick"), std::nullopt);
     EXPECT_FALSE(Files.IsFolder("/stick"));
-    EXPECT_EQ(Files.Create("/stick/c"), nullptr);
-    EXPECT_EQ(Files.LastError(), EIO);
+    EXPECT_EQ(Files.Create("/stick/c").Failure.Code(), EIO);
     EXPECT_TRUE(Files.MakeFolder("/other"));
     Files.PutBack("/stick");
     EXPECT_EQ(Files.ReadAll("/stick/a", 100), "content");

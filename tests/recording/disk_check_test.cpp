@@ -246,7 +246,7 @@ TEST_F(DiskChecks, BetweenTheMinutesAFolderThatCannotBeAskedIsLeftAlone) {
 /// A disk that fails in a way that nobody foresaw.
 class ThrowingDisk : public SimFiles {
  public:
-    std::optional<uint64_t> FreeSpace(const std::string&) override { throw std::bad_alloc(); }
+    FileOr<uint64_t> FreeSpace(const std::string&) override { throw std::bad_alloc(); }
 };
 
 TEST_F(DiskChecks, AnUnexpectedErrorIsReportedAndEndsTheProgram) {

@@ -170,7 +170,7 @@ TEST(DiskThatIsFull, EndsTheRecordingAndTheFirstErrorIsToldAtTheEnd) {
                   EXPECT_THAT(world.Boxes(), IsEmpty());
                   const std::string song = world.Values().Messages.PendingErrorText;
                   world.Finish();
-                  const std::string text = Text("905", {song, std::to_string(ENOSPC)});
+                  const std::string text = Text("905", {song, "28: No space left on device"});
                   EXPECT_THAT(world.Logged("ERROR"), ElementsAre(text));
                   EXPECT_THAT(world.Boxes(), ElementsAre(text, Text("834")));
                   EXPECT_EQ(world.Computer.Dialogs.Boxes[0].Icon, DialogIcon::Critical);

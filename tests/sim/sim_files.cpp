@@ -11,6 +11,12 @@ std::span<const std::byte> BytesOf(std::string_view text) {
     return std::as_bytes(std::span(text));
 }
 
+/// How an operation ended: well with the error 0.
+FileResult Ended(FileOperation operation, const std::string& path, int32_t error) {
+    if (error == 0) return {};
+    return {NameOf(operation), path, std::error_code(error, std::generic_category())};
+}
+
 }  // namespace
 
 /// A handle. Its disk may go first; then it writes to nowhere.
@@ -24,8 +30,8 @@ class SimFile : public File {
     SimFile(const SimFile&) = delete;
     SimFile& operator=(const SimFile&) = delete;
 
-    bool Write(std::span<const std::byte> bytes) override {
-        if (!IsOpen()) return false;
+    FileResult Write(std::span<const std::byte> bytes) override {
+        if (!IsOpen()) return NotOpen(FileOperation::Write);
         SimFaults::WritePass pass = Owner->Faults.StrikeWrite(Path, Taken, bytes.size());
         if (pass.Error == 0 && !Data->Volume()->Present) pass = {0, EIO};
         const uint64_t written = Data->Write(At, bytes.first(static_cast<size_t>(pass.Bytes)));
@@ -33,34 +39,34 @@ class SimFile : public File {
         Owner->History.Add(bytes.first(static_cast<size_t>(written)));
         At += written;
         Taken += written;
-        if (pass.Error != 0) return Owner->Done(pass.Error);
-        return Owner->Done(written < bytes.size() ? ENOSPC : 0);
+        if (pass.Error == 0 && written < bytes.size()) pass.Error = ENOSPC;
+        return Ended(FileOperation::Write, Path, pass.Error);
     }
 
-    bool Seek(uint64_t position) override {
-        if (!IsOpen() || !Passes(FileOperation::Seek)) return false;
-        At = position;
-        return true;
+    FileResult Seek(uint64_t position) override {
+        FileResult passed = Pass(FileOperation::Seek);
+        if (passed) At = position;
+        return passed;
     }
 
     uint64_t Position() const override { return At; }
 
-    bool CutBack(uint64_t size) override {
-        if (!IsOpen() || !Passes(FileOperation::CutBack)) return false;
+    FileResult CutBack(uint64_t size) override {
+        if (FileResult passed = Pass(FileOperation::CutBack); !passed) return passed;
         Data->CutBack(size);
         Owner->History.Add(static_cast<uint64_t>(FileOperation::CutBack));
         Owner->History.Add(size);
-        return true;
+        return {};
     }
 
     void SyncSoon() override {
         if (IsOpen() && Owner->OnSync) Owner->OnSync(Path);
     }
 
-    bool Close() override {
-        if (!IsOpen()) return false;
+    FileResult Close() override {
+        if (!IsOpen()) return NotOpen(FileOperation::Close);
         SimFiles& owner = *Owner;
-        const bool passed = Passes(FileOperation::Close);
+        FileResult passed = Pass(FileOperation::Close);
         if (passed) owner.Note(FileOperation::Close, Path);
         Forget();
         return passed;
@@ -78,10 +84,13 @@ class SimFile : public File {
  private:
     bool IsOpen() const { return Owner != nullptr; }
 
-    bool Passes(FileOperation operation) {
+    FileResult NotOpen(FileOperation operation) const { return Ended(operation, Path, EBADF); }
+
+    FileResult Pass(FileOperation operation) {
+        if (!IsOpen()) return NotOpen(operation);
         int32_t error = Owner->Faults.Strike(operation, Path);
         if (error == 0 && !Data->Volume()->Present) error = EIO;
-        return Owner->Done(error);
+        return Ended(operation, Path, error);
     }
 
     SimFiles* Owner;  ///< none once closed
@@ -97,15 +106,10 @@ SimFiles::~SimFiles() {
     while (!OpenFiles.empty()) OpenFiles.back()->Forget();
 }
 
-bool SimFiles::Done(int32_t error) {
-    if (error != 0) Error = error;
-    return error == 0;
-}
-
-bool SimFiles::Passes(FileOperation operation, const std::string& path) {
+FileResult SimFiles::Pass(FileOperation operation, const std::string& path) {
     int32_t error = Faults.Strike(operation, path);
     if (error == 0 && !Disk.VolumeOf(path)->Present) error = EIO;
-    return Done(error);
+    return Ended(operation, path, error);
 }
 
 void SimFiles::Note(FileOperation operation, std::string_view path, std::string_view content) {
@@ -114,25 +118,25 @@ void SimFiles::Note(FileOperation operation, std::string_view path, std::string_
     History.Add(content);
 }
 
-/// The file at a normal path; none, with the error set, for a folder or nothing.
-const SimDisk::Node* SimFiles::FindFile(const std::string& path) {
+SimFiles::Found SimFiles::FindFile(FileOperation operation, const std::string& path) {
+    if (FileResult passed = Pass(operation, path); !passed) return {nullptr, passed};
     const SimDisk::Node* node = Disk.Find(path);
-    if (node != nullptr && !node->IsFolder()) return node;
-    Done(node == nullptr ? ENOENT : EISDIR);
-    return nullptr;
+    if (node != nullptr && !node->IsFolder()) return {node, {}};
+    return {nullptr, Ended(operation, path, node == nullptr ? ENOENT : EISDIR)};
 }
 
-std::unique_ptr<File> SimFiles::Create(const std::string& path) {
+Opened<File> SimFiles::Create(const std::string& path) {
     const std::string normal = SimDisk::Normal(path);
-    if (!Passes(FileOperation::Create, normal)) return nullptr;
+    if (FileResult passed = Pass(FileOperation::Create, normal); !passed) return passed;
     SimDisk::Created created = Disk.Create(normal);
-    if (!Done(created.Error)) return nullptr;
+    if (created.Error != 0) return Ended(FileOperation::Create, normal, created.Error);
     Note(FileOperation::Create, normal);
     return std::make_unique<SimFile>(*this, normal, std::move(created.Data));
 }
 
-std::unique_ptr<File> SimFiles::CreateNew(const std::string& path) {
-    if (!Done(Disk.Find(SimDisk::Normal(path)) != nullptr ? EEXIST : 0)) return nullptr;
+Opened<File> SimFiles::CreateNew(const std::string& path) {
+    const bool taken = Disk.Find(SimDisk::Normal(path)) != nullptr;
+    if (taken) return Ended(FileOperation::Create, SimDisk::Normal(path), EEXIST);
     return Create(path);
 }
 
@@ -149,53 +153,52 @@ bool SimFiles::SameDrive(const std::string& one, const std::string& other) {
            Disk.VolumeOf(first) == Disk.VolumeOf(second);
 }
 
-std::optional<std::string> SimFiles::ReadAll(const std::string& path, uint64_t limit) {
+FileOr<std::string> SimFiles::ReadAll(const std::string& path, uint64_t limit) {
     const std::string normal = SimDisk::Normal(path);
-    if (!Passes(FileOperation::Read, normal)) return std::nullopt;
-    const SimDisk::Node* node = FindFile(normal);
-    if (node == nullptr) return std::nullopt;
-    if (!Done(node->Data->Size() > limit ? EFBIG : 0)) return std::nullopt;
-    return node->Data->Text(0, node->Data->Size());
+    const Found file = FindFile(FileOperation::Read, normal);
+    if (file.Node == nullptr) return file.Failure;
+    if (file.Node->Data->Size() > limit) return Ended(FileOperation::Read, normal, EFBIG);
+    return file.Node->Data->Text(0, file.Node->Data->Size());
 }
 
-std::optional<std::string> SimFiles::ReadPart(const std::string& path, uint64_t offset, size_t count) {
-    const std::string normal = SimDisk::Normal(path);
-    if (!Passes(FileOperation::Read, normal)) return std::nullopt;
-    const SimDisk::Node* node = FindFile(normal);
-    if (node == nullptr) return std::nullopt;
-    return node->Data->Text(offset, count);
+FileOr<std::string> SimFiles::ReadPart(const std::string& path, uint64_t offset, size_t count) {
+    const Found file = FindFile(FileOperation::Read, SimDisk::Normal(path));
+    if (file.Node == nullptr) return file.Failure;
+    return file.Node->Data->Text(offset, count);
 }
 
-bool SimFiles::Patch(const std::string& path, uint64_t offset, std::string_view bytes) {
+FileResult SimFiles::Patch(const std::string& path, uint64_t offset, std::string_view bytes) {
     const std::string normal = SimDisk::Normal(path);
-    if (!Passes(FileOperation::Patch, normal)) return false;
-    const SimDisk::Node* node = FindFile(normal);
-    if (node == nullptr) return false;
-    const uint64_t size = node->Data->Size();
-    if (!Done(offset > size || bytes.size() > size - offset ? EINVAL : 0)) return false;
-    node->Data->Write(offset, BytesOf(bytes));
+    const Found file = FindFile(FileOperation::Patch, normal);
+    if (file.Node == nullptr) return file.Failure;
+    const uint64_t size = file.Node->Data->Size();
+    const bool outside = offset > size || bytes.size() > size - offset;
+    if (outside) return Ended(FileOperation::Patch, normal, EINVAL);
+    file.Node->Data->Write(offset, BytesOf(bytes));
     Note(FileOperation::Patch, normal, bytes);
-    return true;
+    return {};
 }
 
-bool SimFiles::ReplaceAtomically(const std::string& path, std::string_view content) {
+FileResult SimFiles::ReplaceAtomically(const std::string& path, std::string_view content) {
+    constexpr FileOperation operation = FileOperation::Replace;
     const std::string normal = SimDisk::Normal(path);
-    if (!Passes(FileOperation::Replace, normal)) return false;
+    if (FileResult passed = Pass(operation, normal); !passed) return passed;
     if (const SimDisk::Node* node = Disk.Find(normal); node != nullptr && node->IsFolder()) {
-        return Done(EISDIR);
+        return Ended(operation, normal, EISDIR);
     }
-    if (!Done(Disk.CheckParent(normal))) return false;
+    if (const int32_t error = Disk.CheckParent(normal); error != 0) return Ended(operation, normal, error);
     // Until the new content stands, the old one takes its room too.
     auto data = Disk.NewData(normal);
-    if (!Done(data->Write(0, BytesOf(content)) < content.size() ? ENOSPC : 0)) return false;
+    if (data->Write(0, BytesOf(content)) < content.size()) return Ended(operation, normal, ENOSPC);
     Disk.Attach(normal, std::move(data));
-    Note(FileOperation::Replace, normal, content);
-    return true;
+    Note(operation, normal, content);
+    return {};
 }
 
-bool SimFiles::Append(const std::string& path, std::string_view content) {
+FileResult SimFiles::Append(const std::string& path, std::string_view content) {
+    constexpr FileOperation operation = FileOperation::Append;
     const std::string normal = SimDisk::Normal(path);
-    if (!Passes(FileOperation::Append, normal)) return false;
+    if (FileResult passed = Pass(operation, normal); !passed) return passed;
     const SimDisk::Node* node = Disk.Find(normal);
     SimDisk::Created file;
     if (node == nullptr) {
@@ -205,77 +208,81 @@ bool SimFiles::Append(const std::string& path, std::string_view content) {
     } else {
         file.Data = node->Data;
     }
-    if (!Done(file.Error)) return false;
+    if (file.Error != 0) return Ended(operation, normal, file.Error);
     const uint64_t written = file.Data->Write(file.Data->Size(), BytesOf(content));
-    Note(FileOperation::Append, normal, content.substr(0, static_cast<size_t>(written)));
-    return Done(written < content.size() ? ENOSPC : 0);
+    Note(operation, normal, content.substr(0, static_cast<size_t>(written)));
+    return Ended(operation, normal, written < content.size() ? ENOSPC : 0);
 }
 
-bool SimFiles::Rename(const std::string& from, const std::string& to) {
+FileResult SimFiles::Rename(const std::string& from, const std::string& to) {
     const std::string source = SimDisk::Normal(from);
     const std::string target = SimDisk::Normal(to);
-    if (!Passes(FileOperation::Rename, source) || !Done(Disk.Rename(source, target))) return false;
-    Note(FileOperation::Rename, source, target);
-    return true;
+    FileResult result = Pass(FileOperation::Rename, source);
+    if (result) result = Ended(FileOperation::Rename, source, Disk.Rename(source, target));
+    if (result) Note(FileOperation::Rename, source, target);
+    return result;
 }
 
-bool SimFiles::Copy(const std::string& from, const std::string& to) {
+FileResult SimFiles::Copy(const std::string& from, const std::string& to) {
+    constexpr FileOperation operation = FileOperation::Copy;
     const std::string source = SimDisk::Normal(from);
     const std::string target = SimDisk::Normal(to);
-    if (!Passes(FileOperation::Copy, source)) return false;
-    const SimDisk::Node* node = FindFile(source);
-    if (node == nullptr) return false;
-    if (const SimDisk::Node* old = Disk.Find(target); old != nullptr && old->IsFolder()) return Done(EISDIR);
-    if (!Done(Disk.CheckParent(target))) return false;
+    const Found file = FindFile(operation, source);
+    if (file.Node == nullptr) return file.Failure;
+    if (const SimDisk::Node* old = Disk.Find(target); old != nullptr && old->IsFolder()) {
+        return Ended(operation, target, EISDIR);
+    }
+    if (const int32_t error = Disk.CheckParent(target); error != 0) return Ended(operation, target, error);
     auto data = Disk.NewData(target);
-    if (!Done(data->Volume()->Free() < node->Data->Size() ? ENOSPC : 0)) return false;
-    node->Data->Visit([&](std::span<const std::byte> bytes) { data->Write(data->Size(), bytes); });
+    if (data->Volume()->Free() < file.Node->Data->Size()) return Ended(operation, target, ENOSPC);
+    file.Node->Data->Visit([&](std::span<const std::byte> bytes) { data->Write(data->Size(), bytes); });
     Disk.Attach(target, std::move(data));
-    Note(FileOperation::Copy, source, target);
-    return true;
+    Note(operation, source, target);
+    return {};
 }
 
-bool SimFiles::Delete(const std::string& path) {
+FileResult SimFiles::Delete(const std::string& path) {
     const std::string normal = SimDisk::Normal(path);
-    if (!Passes(FileOperation::Delete, normal) || !Done(Disk.Delete(normal))) return false;
-    Note(FileOperation::Delete, normal);
-    return true;
+    FileResult result = Pass(FileOperation::Delete, normal);
+    if (result) result = Ended(FileOperation::Delete, normal, Disk.Delete(normal));
+    if (result) Note(FileOperation::Delete, normal);
+    return result;
 }
 
-bool SimFiles::MakeFolder(const std::string& path) {
+FileResult SimFiles::MakeFolder(const std::string& path) {
     const std::string normal = SimDisk::Normal(path);
-    if (!Passes(FileOperation::MakeFolder, normal) || !Done(Disk.MakeFolder(normal))) return false;
-    Note(FileOperation::MakeFolder, normal);
-    return true;
+    FileResult result = Pass(FileOperation::MakeFolder, normal);
+    if (result) result = Ended(FileOperation::MakeFolder, normal, Disk.MakeFolder(normal));
+    if (result) Note(FileOperation::MakeFolder, normal);
+    return result;
 }
 
-bool SimFiles::DeleteFolder(const std::string& path) {
+FileResult SimFiles::DeleteFolder(const std::string& path) {
     const std::string normal = SimDisk::Normal(path);
-    if (!Passes(FileOperation::DeleteFolder, normal) || !Done(Disk.DeleteFolder(normal))) return false;
-    Note(FileOperation::DeleteFolder, normal);
-    return true;
+    FileResult result = Pass(FileOperation::DeleteFolder, normal);
+    if (result) result = Ended(FileOperation::DeleteFolder, normal, Disk.DeleteFolder(normal));
+    if (result) Note(FileOperation::DeleteFolder, normal);
+    return result;
 }
 
 bool SimFiles::IsFolder(const std::string& path) {
     const std::string normal = SimDisk::Normal(path);
-    if (!Passes(FileOperation::Look, normal)) return false;
+    if (!Pass(FileOperation::Look, normal)) return false;
     const SimDisk::Node* node = Disk.Find(normal);
     return node != nullptr && node->IsFolder();
 }
 
-std::optional<uint64_t> SimFiles::FileSize(const std::string& path) {
-    const std::string normal = SimDisk::Normal(path);
-    if (!Passes(FileOperation::Look, normal)) return std::nullopt;
-    const SimDisk::Node* node = FindFile(normal);
-    if (node == nullptr) return std::nullopt;
-    return node->Data->Size();
+FileOr<uint64_t> SimFiles::FileSize(const std::string& path) {
+    const Found file = FindFile(FileOperation::Look, SimDisk::Normal(path));
+    if (file.Node == nullptr) return file.Failure;
+    return file.Node->Data->Size();
 }
 
 std::vector<FileEntry> SimFiles::List(const std::string& folder) {
     const std::string normal = SimDisk::Normal(folder);
-    if (!Passes(FileOperation::Look, normal)) return {};
+    if (!Pass(FileOperation::Look, normal)) return {};
     const SimDisk::Node* top = Disk.Find(normal);
-    if (!Done(top == nullptr ? ENOENT : (top->IsFolder() ? 0 : ENOTDIR))) return {};
+    if (top == nullptr || !top->IsFolder()) return {};
     const std::string prefix = normal == "/" ? "/" : normal + "/";
     std::vector<FileEntry> entries;
     for (auto at = Disk.Nodes().lower_bound(prefix); at != Disk.Nodes().end(); ++at) {
@@ -288,10 +295,10 @@ std::vector<FileEntry> SimFiles::List(const std::string& folder) {
     return entries;
 }
 
-std::optional<uint64_t> SimFiles::FreeSpace(const std::string& folder) {
+FileOr<uint64_t> SimFiles::FreeSpace(const std::string& folder) {
     const std::string normal = SimDisk::Normal(folder);
-    if (!Passes(FileOperation::FreeSpace, normal)) return std::nullopt;
-    if (!Done(Disk.Find(normal) == nullptr ? ENOENT : 0)) return std::nullopt;
+    if (FileResult passed = Pass(FileOperation::FreeSpace, normal); !passed) return passed;
+    if (Disk.Find(normal) == nullptr) return Ended(FileOperation::FreeSpace, normal, ENOENT);
     return Disk.VolumeOf(normal)->Free();
 }
 

@@ -30,25 +30,24 @@ class SimFiles : public Files {
     SimFiles(const SimFiles&) = delete;
     SimFiles& operator=(const SimFiles&) = delete;
 
-    std::unique_ptr<File> Create(const std::string& path) override;
-    std::unique_ptr<File> CreateNew(const std::string& path) override;
-    std::optional<std::string> ReadAll(const std::string& path, uint64_t limit) override;
-    std::optional<std::string> ReadPart(const std::string& path, uint64_t offset, size_t count) override;
-    bool Patch(const std::string& path, uint64_t offset, std::string_view bytes) override;
-    bool ReplaceAtomically(const std::string& path, std::string_view content) override;
-    bool Append(const std::string& path, std::string_view content) override;
-    bool Rename(const std::string& from, const std::string& to) override;
-    bool Copy(const std::string& from, const std::string& to) override;
-    bool Delete(const std::string& path) override;
-    bool MakeFolder(const std::string& path) override;
-    bool DeleteFolder(const std::string& path) override;
+    Opened<File> Create(const std::string& path) override;
+    Opened<File> CreateNew(const std::string& path) override;
+    FileOr<std::string> ReadAll(const std::string& path, uint64_t limit) override;
+    FileOr<std::string> ReadPart(const std::string& path, uint64_t offset, size_t count) override;
+    FileResult Patch(const std::string& path, uint64_t offset, std::string_view bytes) override;
+    FileResult ReplaceAtomically(const std::string& path, std::string_view content) override;
+    FileResult Append(const std::string& path, std::string_view content) override;
+    FileResult Rename(const std::string& from, const std::string& to) override;
+    FileResult Copy(const std::string& from, const std::string& to) override;
+    FileResult Delete(const std::string& path) override;
+    FileResult MakeFolder(const std::string& path) override;
+    FileResult DeleteFolder(const std::string& path) override;
     bool IsFolder(const std::string& path) override;
-    std::optional<uint64_t> FileSize(const std::string& path) override;
+    FileOr<uint64_t> FileSize(const std::string& path) override;
     std::vector<FileEntry> List(const std::string& folder) override;
     bool SameFile(const std::string& one, const std::string& other) override;
     bool SameDrive(const std::string& one, const std::string& other) override;
-    std::optional<uint64_t> FreeSpace(const std::string& folder) override;
-    int32_t LastError() const override { return Error; }
+    FileOr<uint64_t> FreeSpace(const std::string& folder) override;
 
     /// Puts a volume of its own at a folder, which is made if it is missing.
     void Mount(const std::string& path, uint64_t capacity);
@@ -110,19 +109,21 @@ class SimFiles : public Files {
  private:
     friend class SimFile;
 
-    /// Counts an operation and sets the error if it is to fail.
-    bool Passes(FileOperation operation, const std::string& path);
+    /// Counts an operation. Fails if it is to fail.
+    FileResult Pass(FileOperation operation, const std::string& path);
 
-    /// True for the error 0; another one is kept.
-    bool Done(int32_t error);
-    const SimDisk::Node* FindFile(const std::string& path);
+    /// The file at a normal path, or why there is none for this operation: a fault, a folder, nothing.
+    struct Found {
+        const SimDisk::Node* Node = nullptr;
+        FileResult Failure;
+    };
+    Found FindFile(FileOperation operation, const std::string& path);
     void Note(FileOperation operation, std::string_view path, std::string_view content = {});
 
     SimDisk Disk;
     SimFaults Faults;
     ContentHash History;
     std::vector<SimFile*> OpenFiles;  ///< entered and left by the files themselves
-    int32_t Error = 0;
     std::function<void(const std::string&)> OnSync;
 };
 

@@ -222,10 +222,11 @@ inline constexpr MessageText CommandsNotWritten{
 inline constexpr MessageText ListNotRead{
     "876",
     "The list \"%1\" could not be read. It is left as it is: changes to it hold until Corvetape ends."};
-inline constexpr MessageText SettingsNotWritten{
-    "877",
-    "The settings could not be written into the file \"%1\". Changes to them hold until Corvetape ends."};
-inline constexpr MessageText LogNotWritten{"878", "The log could not be written into the folder \"%1\"."};
+inline constexpr MessageText SettingsNotWritten{"877",
+                                                "The settings could not be written into the file \"%1\" "
+                                                "(error %2). Changes to them hold until Corvetape ends."};
+inline constexpr MessageText LogNotWritten{"878",
+                                           "The log could not be written into the folder \"%1\" (error %2)."};
 inline constexpr MessageText ProfilesNotRead{
     "879",
     "%2 profiles of the file \"%1\" are not read, because the list of their names is full. Please remove "

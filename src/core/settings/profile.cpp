@@ -308,16 +308,21 @@ Profile::Content Profile::Parse(std::string_view text) {
     return content;
 }
 
-/// The file as it is now, empty if there is none; nothing if there is one that cannot be read.
-std::optional<std::string> Profile::ReadFile() const {
-    if (auto text = Disk.ReadAll(OwnPath, SizeLimit)) return text;
-    if (Disk.FileSize(OwnPath)) return std::nullopt;
-    return std::string();
+/// The file as it is now, empty if there is none. Fails if there is one that cannot be read.
+FileOr<std::string> Profile::ReadFile() const {
+    FileOr<std::string> text = Disk.ReadAll(OwnPath, SizeLimit);
+    if (!text && !Disk.FileSize(OwnPath)) return std::string();
+    return text;
+}
+
+/// What is answered to a name that cannot stand in such a file.
+FileResult Profile::Unfit() const {
+    return {"write", OwnPath, std::make_error_code(std::errc::invalid_argument)};
 }
 
 const Profile::Content& Profile::Load() const {
     if (Known) return Cache;
-    const std::optional<std::string> text = ReadFile();
+    const FileOr<std::string> text = ReadFile();
     Cache = Parse(text.value_or(std::string()));
     Known = text.has_value();  // an unreadable file is tried again the next time
     return Cache;
@@ -405,9 +410,9 @@ std::vector<std::string> Profile::Sections() const {
     return names;
 }
 
-bool Profile::Replace(const std::string& before, const std::string& after) {
+FileResult Profile::Replace(const std::string& before, const std::string& after) {
     // Loading the settings writes back what it read; a file that would not change is left in peace.
-    if (before == after) return true;
+    if (before == after) return {};
     Known = false;
     return Care == WriteCare::Disk ? Disk.ReplaceAtomically(OwnPath, after)
                                    : Disk.ReplaceQuickly(OwnPath, after);
@@ -418,39 +423,39 @@ Profile::Overridden* Profile::FindOverride(std::string_view section, std::string
     return found == Overrides.end() ? nullptr : &found->second;
 }
 
-bool Profile::Write(std::string_view section, std::string_view key, std::string_view value) {
-    if (!FitsSection(section) || !FitsKey(key)) return false;
+FileResult Profile::Write(std::string_view section, std::string_view key, std::string_view value) {
+    if (!FitsSection(section) || !FitsKey(key)) return Unfit();
     const std::string line = OneLine(value);
     if (Overridden* overridden = FindOverride(section, key)) {
         overridden->Value = line;
-        return true;
+        return {};
     }
-    const std::optional<std::string> file = ReadFile();
-    return file && Replace(*file, WithValue(*file, section, key, line));
+    const FileOr<std::string> file = ReadFile();
+    return file ? Replace(*file, WithValue(*file, section, key, line)) : file.Failure;
 }
 
-bool Profile::Delete(std::string_view section, std::string_view key) {
+FileResult Profile::Delete(std::string_view section, std::string_view key) {
     if (Overridden* overridden = FindOverride(section, key)) {
         overridden->Value.reset();
-        return true;
+        return {};
     }
-    const std::optional<std::string> file = ReadFile();
-    return file && Replace(*file, WithoutKey(*file, section, key));
+    const FileOr<std::string> file = ReadFile();
+    return file ? Replace(*file, WithoutKey(*file, section, key)) : file.Failure;
 }
 
-bool Profile::DeleteSection(std::string_view section) {
+FileResult Profile::DeleteSection(std::string_view section) {
     return ReplaceSection(section, {});
 }
 
-bool Profile::ReplaceSection(std::string_view section,
-                             std::span<const std::pair<std::string, std::string>> entries) {
-    if (!entries.empty() && !FitsSection(section)) return false;
-    if (!std::ranges::all_of(entries, [](const auto& entry) { return FitsKey(entry.first); })) return false;
+FileResult Profile::ReplaceSection(std::string_view section,
+                                   std::span<const std::pair<std::string, std::string>> entries) {
+    if (!entries.empty() && !FitsSection(section)) return Unfit();
+    if (!std::ranges::all_of(entries, [](const auto& entry) { return FitsKey(entry.first); })) return Unfit();
     for (auto& [name, entry] : Overrides) {
         if (EqualIgnoringCase(entry.Section, section)) entry.Value.reset();
     }
-    const std::optional<std::string> file = ReadFile();
-    if (!file) return false;
+    const FileOr<std::string> file = ReadFile();
+    if (!file) return file.Failure;
     std::string after = WithoutSection(*file, section);
     for (const auto& [key, value] : entries) {
         const std::string line = OneLine(value);

@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/file_result.h"
+
 namespace Corvetape {
 
 class Files;
@@ -67,22 +69,22 @@ class Profile {
 
     /// Writes a key at once. Line ends and NUL bytes in the value become blanks, and a value that would be
     /// read back without its blanks or quotes is put into quotes. A new key goes to the end of its section, a
-    /// new section to the end of the file. False if the file could not be replaced, or if a name cannot stand
-    /// in such a file (line ends in it; a key with "=", or beginning with ";" or "[").
-    bool Write(std::string_view section, std::string_view key, std::string_view value);
+    /// new section to the end of the file. Fails if the file could not be read or replaced, or if a name
+    /// cannot stand in such a file (line ends in it; a key with "=", or beginning with ";" or "[").
+    FileResult Write(std::string_view section, std::string_view key, std::string_view value);
 
-    /// Removes a key, all its lines in its section. True if it is gone, also if it was never there.
-    bool Delete(std::string_view section, std::string_view key);
+    /// Removes a key, all its lines in its section. Goes well also if it was never there.
+    FileResult Delete(std::string_view section, std::string_view key);
 
     /// Removes a section with all its lines, all sections of that name. Overridden keys of it are missing
     /// from then on.
-    bool DeleteSection(std::string_view section);
+    FileResult DeleteSection(std::string_view section);
 
     /// Puts these keys with their values, in this order, in the place of all that the section holds. The file
     /// is written once: a process that ends in the middle leaves the old section or the new one. Overridden
     /// keys are changed in memory only, as by DeleteSection and Write.
-    bool ReplaceSection(std::string_view section,
-                        std::span<const std::pair<std::string, std::string>> entries);
+    FileResult ReplaceSection(std::string_view section,
+                              std::span<const std::pair<std::string, std::string>> entries);
 
     /// For this run only: reads return `value`, and later writes of this key stay in memory too.
     void Override(std::string_view section, std::string_view key, std::string_view value);
@@ -116,10 +118,11 @@ class Profile {
     using Name = std::pair<std::string, std::string>;
 
     static Content Parse(std::string_view text);
-    std::optional<std::string> ReadFile() const;
+    FileOr<std::string> ReadFile() const;
+    FileResult Unfit() const;
     const Content& Load() const;
     std::optional<std::string> Find(std::string_view section, std::string_view key) const;
-    bool Replace(const std::string& before, const std::string& after);
+    FileResult Replace(const std::string& before, const std::string& after);
     Overridden* FindOverride(std::string_view section, std::string_view key);
 
     Files& Disk;

@@ -190,12 +190,12 @@ bool RegistryBranches::WriteLocked(RegistryRoot root, std::string_view keyPath, 
     Profile& store = Store(root);
     const std::string section = EncodePath(keyPath);
     const std::string key = EncodeName(StoredName(name));
-    if (remove) return store.HasKey(section, key) && store.Delete(section, key);
+    if (remove) return store.HasKey(section, key) && static_cast<bool>(store.Delete(section, key));
     if (!IsDefault(name) && store.Keys(section).empty() &&
         !store.Write(section, DefaultName, Stored(std::string()))) {
         return false;
     }
-    return store.Write(section, key, Stored(written));
+    return static_cast<bool>(store.Write(section, key, Stored(written)));
 }
 
 bool RegistryBranches::CanWriteMachineBranch(const Clock& clock) {

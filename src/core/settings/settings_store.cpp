@@ -208,7 +208,7 @@ void SettingsStore::LoadKnownProviders(MediaState& media) const {
 
 void SettingsStore::WriteSetting(std::string_view section, std::string_view key, std::string_view value) {
     if (!Loading) {
-        if (!IniProfile.Write(section, key, value)) Failed = true;
+        Keep(IniProfile.Write(section, key, value));
         return;
     }
     if (PendingWrite* const pending = FindPending(section, key)) {
@@ -232,7 +232,11 @@ void SettingsStore::WriteSetting(std::string_view section, std::string_view key,
 
 void SettingsStore::ReplaceSection(std::string_view section,
                                    std::span<const std::pair<std::string, std::string>> entries) {
-    if (!IniProfile.ReplaceSection(section, entries)) Failed = true;
+    Keep(IniProfile.ReplaceSection(section, entries));
+}
+
+void SettingsStore::Keep(const FileResult& written) {
+    if (Failure) Failure = written;
 }
 
 int32_t SettingsStore::ReadProviderInt(std::string_view section, std::string_view key,

@@ -58,17 +58,17 @@ class SettingsStore {
     void LoadSettings(SettingsTargets targets, const std::function<void()>& listsLoaded,
                       const ApplySetting& apply);
 
-    /// Writes a key of the settings file at once. A failure is seen by HasFailed only.
+    /// Writes a key of the settings file at once. A failure is seen by FirstFailure only.
     void WriteSetting(std::string_view section, std::string_view key, std::string_view value);
     void WriteSetting(std::string_view section, std::string_view key, int32_t value);
 
     /// Puts these keys in the place of all that a section holds, in one write. A failure is seen by
-    /// HasFailed.
+    /// FirstFailure.
     void ReplaceSection(std::string_view section,
                         std::span<const std::pair<std::string, std::string>> entries);
 
-    /// True once the file could not be written.
-    bool HasFailed() const { return Failed; }
+    /// How writing the file failed the first time; good as long as it has not.
+    const FileResult& FirstFailure() const { return Failure; }
 
     /// Reads a key of a provider's section as it stands in the file now.
     int32_t ReadProviderInt(std::string_view section, std::string_view key, int32_t fallback) const;
@@ -108,8 +108,9 @@ class SettingsStore {
         std::string Value;
     };
     PendingWrite* FindPending(std::string_view section, std::string_view key);
+    void Keep(const FileResult& written);
 
-    bool Failed = false;
+    FileResult Failure;  ///< the first one
     bool Loading = false;
     std::vector<PendingWrite> Pending;  ///< only while loading
 };

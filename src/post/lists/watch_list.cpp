@@ -89,7 +89,7 @@ bool WatchLists::SaveWatchList(WatchListKind kind) {
     for (const std::string& entry : List(kind).Entries()) text.append(entry).append("\r\n");
     // Reading takes one mark away; what is a part of the first name has to stay.
     if (text.starts_with(ByteOrderMark)) text.insert(0, ByteOrderMark);
-    return Disk.ReplaceAtomically(FileOf(kind), text);
+    return static_cast<bool>(Disk.ReplaceAtomically(FileOf(kind), text));
 }
 
 bool WatchLists::AddToWatchList(WatchListKind kind, std::string_view entry) {

@@ -7,7 +7,7 @@ namespace Corvetape {
 
 std::optional<MadeMusic> ReadMadeMusic(Files& files, const std::string& madeFile) {
     constexpr uint64_t most = 16'384;
-    const std::optional<std::string> text = files.ReadAll(madeFile, most);
+    const FileOr<std::string> text = files.ReadAll(madeFile, most);
     const size_t end = text ? text->rfind('\n') : std::string::npos;
     if (end == std::string::npos) return std::nullopt;
     return MadeMusic{text->substr(0, end), text->substr(end + 1)};

@@ -1,7 +1,6 @@
 #include "post/transfer/song_notes.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <memory>
 #include <optional>
 #include <span>
@@ -91,8 +90,8 @@ void SongNotes::Write(const std::string& baseName, const SongNote& note) {
 }
 
 SongNotes::Claimed SongNotes::Claim(const std::string& baseName, const SongNote& note) {
-    const std::unique_ptr<File> file = Disk.CreateNew(PathOf(baseName));
-    if (!file) return Disk.LastError() == EEXIST ? Claimed::Taken : Claimed::Failed;
+    const Opened<File> file = Disk.CreateNew(PathOf(baseName));
+    if (!file) return file.Failure.Error == std::errc::file_exists ? Claimed::Taken : Claimed::Failed;
     const std::string text = SongNoteText(note);
     file->Write(std::as_bytes(std::span(text)));  // without room for it, the empty note is a claim too
     return Claimed::Yes;
@@ -156,8 +155,8 @@ LeftSongDecision DecideLeftSong(Files& files, const std::string& songTempFolder,
         decision.Fate = LeftSongFate::IsMade;
         return decision;
     }
-    const std::optional<uint64_t> size = files.FileSize(path);
-    if (!size && files.LastError() != ENOENT) {
+    const FileOr<uint64_t> size = files.FileSize(path);
+    if (!size && size.Failure.Error != std::errc::no_such_file_or_directory) {
         decision.Fate = LeftSongFate::Leave;
     } else if (!size && isClosed) {
         decision.Fate = LeftSongFate::IsMade;
@@ -167,7 +166,7 @@ LeftSongDecision DecideLeftSong(Files& files, const std::string& songTempFolder,
     const std::optional<WavInfo> info = ReadWavInfo(files, path);
     if (!repaired || !info || info->Format.nAvgBytesPerSec == 0) {
         // Only what is surely no song may go.
-        const std::optional<std::string> begin = files.ReadPart(path, 0, WavHeaderBytes + 1);
+        const FileOr<std::string> begin = files.ReadPart(path, 0, WavHeaderBytes + 1);
         const bool isNone = begin && (begin->size() <= WavHeaderBytes || !begin->starts_with("RIFF"));
         if (!isNone) decision.Fate = LeftSongFate::Leave;
         return decision;

@@ -58,7 +58,7 @@ std::string TempNames::Claim(const SongPassage& passage) {
 bool TempNames::MakesRoom(const std::string& base, const SongPassage& passage) {
     const bool isMusic = Place.Options.EncodeOffline || passage.Names.TargetBase == passage.Names.SourceBase;
     const std::string song = base + ".wav";
-    const std::optional<uint64_t> older = Disk.FileSize(song);
+    const FileOr<uint64_t> older = Disk.FileSize(song);
     const auto rule = static_cast<SameNameRule>(Place.Options.SameName);
     if (!isMusic || !older || rule == SameNameRule::Replace) return true;
     const std::string stamp = Place.Folders.SongTempFolder + "/" + passage.Song.TempFileName;
@@ -70,7 +70,7 @@ bool TempNames::MakesRoom(const std::string& base, const SongPassage& passage) {
     };
     while (Disk.FileSize(numbered(".wav")) || Disk.FileSize(numbered(".note"))) ++number;
     Disk.Rename(base + ".jpg", numbered(".jpg"));  // most songs have none
-    return Disk.Rename(song, numbered(".wav"));
+    return static_cast<bool>(Disk.Rename(song, numbered(".wav")));
 }
 
 /// What is left of an earlier song of this name, which has its music file.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <chrono>
 #include <string_view>
 #include <utility>
@@ -87,8 +86,9 @@ std::string MarginStore::ClaimName(KeptMargins& margins) {
     constexpr int32_t mostNumbers = 1000;
     for (int32_t number = 1; number <= mostNumbers; ++number) {
         margins.Base = margins.TempSong + (number > 1 ? "-" + std::to_string(number) : "");
-        if (Disk.CreateNew(File(margins.Base, ".note"))) break;
-        if (Disk.LastError() != EEXIST) return {};
+        const auto note = Disk.CreateNew(File(margins.Base, ".note"));
+        if (note) break;
+        if (note.Failure.Error != std::errc::file_exists) return {};
     }
     if (Write(margins)) return margins.Base;
     Drop(margins.Base);
@@ -154,7 +154,7 @@ std::vector<KeptMargins> MarginStore::List() const {
     return all;
 }
 
-bool MarginStore::Write(const KeptMargins& margins) {
+FileResult MarginStore::Write(const KeptMargins& margins) {
     return Disk.ReplaceQuickly(File(margins.Base, ".note"), MarginNoteText(margins));
 }
 

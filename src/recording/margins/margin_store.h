@@ -43,7 +43,7 @@ class MarginStore {
     std::vector<KeptMargins> List() const;
 
     /// Brings a note up to date. False if the disk refuses it.
-    bool Write(const KeptMargins& margins);
+    FileResult Write(const KeptMargins& margins);
 
     /// The song has no music file yet, and will be given to an encoder.
     bool IsWaiting(const KeptMargins& margins) const;

@@ -32,25 +32,28 @@ struct Piece {
 };
 
 /// Copies frames of a song file to the end of another one.
-bool CopyFrames(Files& disk, const std::string& from, uint64_t first, uint64_t count, WavFile& to) {
+FileResult CopyFrames(Files& disk, const std::string& from, uint64_t first, uint64_t count, WavFile& to) {
     constexpr uint64_t mostFrames = 256 * 1024;
     std::vector<Frame> frames;
     while (count > 0) {
         const auto part = static_cast<size_t>(std::min(count, mostFrames));
         const auto bytes = disk.ReadPart(from, WavHeaderBytes + first * sizeof(Frame), part * sizeof(Frame));
-        if (!bytes || bytes->size() != part * sizeof(Frame)) return false;
+        if (!bytes) return bytes.Failure;
+        if (bytes->size() != part * sizeof(Frame)) {
+            return {"read", from, std::make_error_code(std::errc::io_error)};  // shorter than it was
+        }
         frames.resize(part);
         std::memcpy(frames.data(), bytes->data(), bytes->size());
-        if (!to.Write(frames)) return false;
+        if (FileResult written = to.Write(frames); !written) return written;
         first += part;
         count -= part;
     }
-    return true;
+    return {};
 }
 
 /// The tags that a song's recording has.
-bool WriteTags(WavFile& file, const STATIONANDSONGDATA& media) {
-    if (media.Song.empty()) return true;
+FileResult WriteTags(WavFile& file, const STATIONANDSONGDATA& media) {
+    if (media.Song.empty()) return {};
     const std::array<InfoTag, 4> tags = {
         {{"IGNR", media.StationName}, {"IART", media.Artist}, {"IALB", media.Album}, {"INAM", media.Song}}};
     return file.WriteInfo(tags);
@@ -101,10 +104,9 @@ std::string SongRecut::Begin(const KeptMargins& margins, const RecutWish& wish) 
     if (std::string refused = Plan(wish); !refused.empty()) return refused;
     Work = MarginFile(Parts.Folders, Song.Base, ".recut-" + Parts.RunName);
     TidyUp();  // of an earlier process of this name
-    if (!WriteRecording()) {
-        const std::string code = std::to_string(Parts.Files.LastError());
+    if (const FileResult written = WriteRecording(); !written) {
         TidyUp();
-        return "The new recording cannot be written to " + FolderOf(Work) + " (" + code + ").";
+        return "The new recording cannot be written to " + FolderOf(Work) + " (" + written.Reason() + ").";
     }
     if (Song.Encoder < 0) return Place(Work + ".wav");
     std::string problem = StartEncoder();
@@ -134,29 +136,30 @@ std::string SongRecut::Plan(const RecutWish& wish) {
     return Wanted.End > Wanted.Begin ? "" : TooShort;
 }
 
-bool SongRecut::WriteRecording() const {
+FileResult SongRecut::WriteRecording() const {
     const auto path = [this](const char* ending) { return MarginFile(Parts.Folders, Song.Base, ending); };
     const std::array<Piece, 3> pieces = {{{path(".before.wav"), Lengths.Before},
                                           {path(".song.wav"), Lengths.Song},
                                           {path(".after.wav"), Lengths.After}}};
     const auto file = WavFile::Create(Parts.Files, Work + ".wav", MakeWaveFormat(Lengths.FramesPerSecond));
-    if (!file) return false;
+    if (!file) return file.Failure;
     uint64_t start = 0;
     for (const Piece& piece : pieces) {
         const uint64_t begin = std::max(Wanted.Begin, start);
         const uint64_t end = std::min(Wanted.End, start + piece.Frames);
-        if (begin < end && !CopyFrames(Parts.Files, piece.Path, begin - start, end - begin, *file)) {
-            return false;
-        }
+        FileResult copied;
+        if (begin < end) copied = CopyFrames(Parts.Files, piece.Path, begin - start, end - begin, *file);
+        if (!copied) return copied;
         start += piece.Frames;
     }
-    if (!file->FinishData() || !WriteTags(*file, Song.Media) || !file->FinishRiff() || !file->Close()) {
-        return false;
-    }
+    FileResult finished = file->FinishData();
+    if (finished) finished = WriteTags(*file, Song.Media);
+    if (finished) finished = file->FinishRiff();
+    if (finished) finished = file->Close();
     const std::string cover = path(".jpg");
     // The tags can do without a picture.
-    if (Parts.Files.FileSize(cover)) Parts.Files.Link(cover, Work + ".jpg");
-    return true;
+    if (finished && Parts.Files.FileSize(cover)) Parts.Files.Link(cover, Work + ".jpg");
+    return finished;
 }
 
 std::string SongRecut::StartEncoder() {
@@ -205,10 +208,10 @@ std::string SongRecut::End(const JobResult& result) {
 
 std::string SongRecut::Place(const std::string& made) {
     const std::string to = Song.MusicKnown ? Song.MusicFile : FreeName(Song.MusicFile);
-    if (!Parts.Files.Rename(made, to)) {
-        const std::string code = std::to_string(Parts.Files.LastError());
+    if (const FileResult renamed = Parts.Files.Rename(made, to); !renamed) {
         TidyUp();
-        return "The new file cannot be put at " + to + " (" + code + "); the music file stays as it was.";
+        return "The new file cannot be put at " + to + " (" + renamed.Reason() +
+               "); the music file stays as it was.";
     }
     TidyUp();
     Learn();
@@ -218,8 +221,10 @@ std::string SongRecut::Place(const std::string& made) {
     Song.EndMoved += EndShift;
     if (BeginShift != 0) Song.Begin = Certainty::Sure;
     if (EndShift != 0) Song.End = Certainty::Sure;
-    if (Parts.Store.Write(Song)) return {};
-    return "The music file is written, but its margins could not be brought up to date.";
+    const FileResult noted = Parts.Store.Write(Song);
+    if (noted) return {};
+    return "The music file is written, but its margins could not be brought up to date (" + noted.Reason() +
+           ").";
 }
 
 /// The name of a file that may be another song's belongs to that one.

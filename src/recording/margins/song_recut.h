@@ -69,7 +69,7 @@ class SongRecut {
     };
 
     std::string Plan(const RecutWish& wish);
-    bool WriteRecording() const;
+    FileResult WriteRecording() const;
     std::string StartEncoder();
     std::string Place(const std::string& made);
     std::string FreeName(const std::string& wanted) const;

@@ -55,8 +55,7 @@ TEST_F(LinuxFilesTest, AFileIsCutBackAndWrittenOnAtItsPosition) {
     EXPECT_TRUE(file->Write(Bytes("four")));
     EXPECT_TRUE(file->Close());
     EXPECT_EQ(Get("a"), "one four");
-    EXPECT_FALSE(file->CutBack(0));
-    EXPECT_EQ(files.LastError(), EBADF);
+    EXPECT_EQ(file->CutBack(0).Code(), EBADF);
 }
 
 TEST_F(LinuxFilesTest, FoldersAreOnOneDriveByTheirFileSystem) {
@@ -76,21 +75,18 @@ TEST_F(LinuxFilesTest, CreateEmptiesAndWritesAtThePosition) {
     EXPECT_EQ(file->Position(), 7u);
     EXPECT_TRUE(file->Close());
     EXPECT_EQ(Get("a"), "hello World");
-    EXPECT_FALSE(file->Write(Bytes("x")));
-    EXPECT_EQ(files.LastError(), EBADF);
+    EXPECT_EQ(file->Write(Bytes("x")).Code(), EBADF);
 }
 
-TEST_F(LinuxFilesTest, AFailureLeavesItsNumber) {
-    EXPECT_EQ(files.LastError(), 0);
-    EXPECT_EQ(files.Create(folder / "none/a"), nullptr);
-    EXPECT_EQ(files.LastError(), ENOENT);
-    EXPECT_EQ(files.Create(folder.Path()), nullptr);
-    EXPECT_EQ(files.LastError(), EISDIR);
-    EXPECT_FALSE(files.Delete(folder / "none"));
-    EXPECT_EQ(files.LastError(), ENOENT);
+TEST_F(LinuxFilesTest, AFailureGivesItsReason) {
+    EXPECT_EQ(files.Create(folder / "none/a").Failure.Code(), ENOENT);
+    EXPECT_EQ(files.Create(folder.Path()).Failure.Code(), EISDIR);
+    const FileResult gone = files.Delete(folder / "none");
+    EXPECT_EQ(gone.Code(), ENOENT);
+    EXPECT_EQ(gone.Text(), "delete " + (folder / "none") + ": No such file or directory (2)");
 }
 
-TEST_F(LinuxFilesTest, AFullDiskIsToldByTheWriteAndKeepsWhatWasWritten) {
+TEST_F(LinuxFilesTest, AFullDiskIsReportedByTheWriteAndKeepsWhatWasWritten) {
     // The limit of this process stands in for the disk.
     rlimit before{};
     getrlimit(RLIMIT_FSIZE, &before);
@@ -99,11 +95,9 @@ TEST_F(LinuxFilesTest, AFullDiskIsToldByTheWriteAndKeepsWhatWasWritten) {
     const rlimit small{1000, before.rlim_max};
     setrlimit(RLIMIT_FSIZE, &small);
     EXPECT_TRUE(file->Write(Bytes(std::string(900, 'x'))));
-    EXPECT_FALSE(file->Write(Bytes(std::string(900, 'y'))));
-    EXPECT_EQ(files.LastError(), EFBIG);
+    EXPECT_EQ(file->Write(Bytes(std::string(900, 'y'))).Code(), EFBIG);
     EXPECT_EQ(file->Position(), 1000u);
-    EXPECT_FALSE(files.ReplaceAtomically(folder / "b", std::string(2000, 'z')));
-    EXPECT_EQ(files.LastError(), EFBIG);
+    EXPECT_EQ(files.ReplaceAtomically(folder / "b", std::string(2000, 'z')).Code(), EFBIG);
     setrlimit(RLIMIT_FSIZE, &before);
     signal(SIGXFSZ, SIG_DFL);
     EXPECT_TRUE(file->Close());
@@ -126,11 +120,9 @@ TEST_F(LinuxFilesTest, ReadAllKeepsItsLimit) {
     Put("a", "12345");
     EXPECT_EQ(files.ReadAll(folder / "a", 5), "12345");
     EXPECT_EQ(files.ReadAll(folder / "a", UINT64_MAX), "12345");
-    EXPECT_EQ(files.ReadAll(folder / "a", 4), std::nullopt);
-    EXPECT_EQ(files.LastError(), EFBIG);
+    EXPECT_EQ(files.ReadAll(folder / "a", 4).Failure.Code(), EFBIG);
     EXPECT_EQ(files.ReadAll(folder / "none", 5), std::nullopt);
-    EXPECT_EQ(files.ReadAll(folder.Path(), 5), std::nullopt);
-    EXPECT_EQ(files.LastError(), EISDIR);
+    EXPECT_EQ(files.ReadAll(folder.Path(), 5).Failure.Code(), EISDIR);
 }
 
 TEST_F(LinuxFilesTest, ReadingAPipeDoesNotWait) {
@@ -169,8 +161,7 @@ TEST_F(LinuxFilesTest, ReplaceAtomicallyKeepsPermissionsAndLeavesNothingElse) {
     stat((folder / "a").c_str(), &status);
     EXPECT_EQ(status.st_mode & 0777, 0640u);
     EXPECT_EQ(Count(), 1u);
-    EXPECT_FALSE(files.ReplaceAtomically(folder / "none/a", "x"));
-    EXPECT_EQ(files.LastError(), ENOENT);
+    EXPECT_EQ(files.ReplaceAtomically(folder / "none/a", "x").Code(), ENOENT);
     EXPECT_FALSE(files.ReplaceAtomically(folder.Path(), "x"));
 }
 
@@ -189,8 +180,7 @@ TEST_F(LinuxFilesTest, ReplaceAtomicallyFollowsLinksToTheFileAndKeepsThem) {
     EXPECT_EQ(Get("real/missing"), "new");
 
     std::filesystem::create_symlink("circle", folder / "circle");
-    EXPECT_FALSE(files.ReplaceAtomically(folder / "circle", "x"));
-    EXPECT_EQ(files.LastError(), ELOOP);
+    EXPECT_EQ(files.ReplaceAtomically(folder / "circle", "x").Code(), ELOOP);
 }
 
 TEST_F(LinuxFilesTest, CreateNewMakesAFileOnlyWhereNothingIsAndFollowsNoLink) {
@@ -200,8 +190,7 @@ TEST_F(LinuxFilesTest, CreateNewMakesAFileOnlyWhereNothingIsAndFollowsNoLink) {
     std::filesystem::create_hard_link(folder / "diary", folder / "second");
     std::filesystem::create_directory(folder / "folder");
     for (const char* taken : {"diary", "link", "dangling", "second", "folder"}) {
-        EXPECT_EQ(files.CreateNew(folder / taken), nullptr) << taken;
-        EXPECT_EQ(files.LastError(), EEXIST) << taken;
+        EXPECT_EQ(files.CreateNew(folder / taken).Failure.Code(), EEXIST) << taken;
     }
     EXPECT_EQ(Get("diary"), "dear diary");
     EXPECT_FALSE(std::filesystem::exists(folder / "missing"));
@@ -263,8 +252,7 @@ TEST_F(LinuxFilesTest, AppendCreatesAFileButNoFolder) {
     EXPECT_TRUE(files.Append(folder / "log", "one\n"));
     EXPECT_TRUE(files.Append(folder / "log", "two\n"));
     EXPECT_EQ(Get("log"), "one\ntwo\n");
-    EXPECT_FALSE(files.Append(folder / "none/log", "x"));
-    EXPECT_EQ(files.LastError(), ENOENT);
+    EXPECT_EQ(files.Append(folder / "none/log", "x").Code(), ENOENT);
 }
 
 TEST_F(LinuxFilesTest, RenameReplacesAndMovesBetweenDisks) {
@@ -272,8 +260,7 @@ TEST_F(LinuxFilesTest, RenameReplacesAndMovesBetweenDisks) {
     Put("b", "old");
     EXPECT_TRUE(files.Rename(folder / "a", folder / "b"));
     EXPECT_EQ(Get("b"), "new");
-    EXPECT_FALSE(files.Rename(folder / "a", folder / "c"));
-    EXPECT_EQ(files.LastError(), ENOENT);
+    EXPECT_EQ(files.Rename(folder / "a", folder / "c").Code(), ENOENT);
 
     struct stat here {};
     struct stat there {};
@@ -288,8 +275,7 @@ TEST_F(LinuxFilesTest, RenameReplacesAndMovesBetweenDisks) {
     EXPECT_EQ(Get("back"), "new");
     EXPECT_FALSE(files.FileSize(other));
     EXPECT_TRUE(files.MakeFolder(folder / "sub"));
-    EXPECT_FALSE(files.Rename(folder / "sub", other));
-    EXPECT_EQ(files.LastError(), EXDEV);
+    EXPECT_EQ(files.Rename(folder / "sub", other).Code(), EXDEV);
 }
 
 TEST_F(LinuxFilesTest, CopyIsWholeAndACopyToItselfKeepsTheFile) {
@@ -309,8 +295,7 @@ TEST_F(LinuxFilesTest, CopyIsWholeAndACopyToItselfKeepsTheFile) {
 
 TEST_F(LinuxFilesTest, FoldersAreMadeOneLevelAtATime) {
     EXPECT_TRUE(files.MakeFolder(folder / "a"));
-    EXPECT_FALSE(files.MakeFolder(folder / "a"));
-    EXPECT_EQ(files.LastError(), EEXIST);
+    EXPECT_EQ(files.MakeFolder(folder / "a").Code(), EEXIST);
     EXPECT_FALSE(files.MakeFolder(folder / "b/c"));
     EXPECT_TRUE(files.IsFolder(folder / "a"));
     EXPECT_FALSE(files.IsFolder(folder / "b"));
@@ -335,7 +320,7 @@ TEST_F(LinuxFilesTest, ListIsInTheOrderOfNames) {
 
 TEST_F(LinuxFilesTest, FreeSpaceIsThatOfTheFoldersDisk) {
     const std::filesystem::space_info space = std::filesystem::space(folder.Path());
-    const std::optional<uint64_t> free = files.FreeSpace(folder.Path());
+    const FileOr<uint64_t> free = files.FreeSpace(folder.Path());
     ASSERT_TRUE(free);
     EXPECT_NEAR(static_cast<double>(*free), static_cast<double>(space.available), 1e9);
     EXPECT_FALSE(files.FreeSpace(folder / "none"));

@@ -72,12 +72,11 @@ TEST_F(WriteBehindFilesTest, AnyOrderOfWritesAndSeeksGivesWhatItGivesElsewhere) 
     }
 }
 
-TEST_F(WriteBehindFilesTest, AFailureIsToldAtTheLatestByTheClose) {
+TEST_F(WriteBehindFilesTest, AFailureIsReportedAtTheLatestByTheClose) {
     const auto file = files.Create("/dev/full");
     ASSERT_NE(file, nullptr);
-    file->Write(Bytes("no room"));  // may be told here or later
-    EXPECT_FALSE(file->Close());
-    EXPECT_EQ(files.LastError(), ENOSPC);
+    file->Write(Bytes("no room"));  // may be reported here or later
+    EXPECT_EQ(file->Close().Code(), ENOSPC);
 }
 
 TEST_F(WriteBehindFilesTest, AfterAFailureEverythingFailsAndNothingWaitsForEver) {
@@ -86,15 +85,13 @@ TEST_F(WriteBehindFilesTest, AfterAFailureEverythingFailsAndNothingWaitsForEver)
     bool failed = false;
     for (int i = 0; i < 1000 && !failed; ++i) failed = !file->Write(Bytes(much));
     EXPECT_TRUE(failed);
-    EXPECT_EQ(files.LastError(), ENOSPC);
-    EXPECT_FALSE(file->Write(Bytes("more")));
+    EXPECT_EQ(file->Write(Bytes("more")).Code(), ENOSPC);
     EXPECT_FALSE(file->Seek(0));
     EXPECT_FALSE(file->Close());
 }
 
-TEST_F(WriteBehindFilesTest, AFileThatCannotBeMadeIsToldAtOnce) {
-    EXPECT_EQ(files.Create(folder / "no/such/file"), nullptr);
-    EXPECT_EQ(files.LastError(), ENOENT);
+TEST_F(WriteBehindFilesTest, AFileThatCannotBeMadeIsReportedAtOnce) {
+    EXPECT_EQ(files.Create(folder / "no/such/file").Failure.Code(), ENOENT);
 }
 
 TEST_F(WriteBehindFilesTest, SeveralFilesAreWrittenSideBySide) {

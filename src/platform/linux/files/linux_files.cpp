@@ -20,6 +20,16 @@
 namespace Corvetape {
 namespace {
 
+/// How an operation ended whose system call has set errno if it failed.
+FileResult Ended(std::string_view attempt, const std::string& path, bool good) {
+    if (good) return {};
+    return {attempt, path, std::error_code(errno, std::generic_category())};
+}
+
+FileResult Failed(std::string_view attempt, const std::string& path, int error = errno) {
+    return {attempt, path, std::error_code(error, std::generic_category())};
+}
+
 Descriptor OpenFile(const std::string& path, int flags) {
     return Descriptor(Uninterrupted([&] { return open(path.c_str(), flags | O_CLOEXEC, 0666); }));
 }
@@ -80,178 +90,168 @@ bool CopyContent(int from, int to) {
 
 class LinuxFile : public File {
  public:
-    LinuxFile(Descriptor openFile, std::shared_ptr<int32_t> errorPlace,
-              std::shared_ptr<DiskSyncer> diskSyncer)
-        : Handle(std::move(openFile)), ErrorNumber(std::move(errorPlace)), Syncer(std::move(diskSyncer)) {}
-    ~LinuxFile() override { Close(); }
+    LinuxFile(std::string path, Descriptor openFile, std::shared_ptr<DiskSyncer> diskSyncer)
+        : Path(std::move(path)), Handle(std::move(openFile)), Syncer(std::move(diskSyncer)) {}
+    ~LinuxFile() override { LinuxFile::Close(); }
     LinuxFile(const LinuxFile&) = delete;
     LinuxFile& operator=(const LinuxFile&) = delete;
 
-    bool Write(std::span<const std::byte> bytes) override {
-        if (!Handle) return Result(false, EBADF);
+    FileResult Write(std::span<const std::byte> bytes) override {
+        if (!Handle) return Failed("write", Path, EBADF);
         while (!bytes.empty()) {
             const ssize_t written = Uninterrupted(
                 [&] { return pwrite(Handle.Number(), bytes.data(), bytes.size(), static_cast<off_t>(At)); });
-            if (written <= 0) return Result(false, written < 0 ? errno : EIO);
+            if (written <= 0) return Failed("write", Path, written < 0 ? errno : EIO);
             At += static_cast<uint64_t>(written);
             bytes = bytes.subspan(static_cast<size_t>(written));
         }
-        return true;
+        return {};
     }
 
-    bool Seek(uint64_t target) override {
-        if (!Handle) return Result(false, EBADF);
-        if (target > static_cast<uint64_t>(std::numeric_limits<off_t>::max())) return Result(false, EINVAL);
+    FileResult Seek(uint64_t target) override {
+        if (!Handle) return Failed("seek in", Path, EBADF);
+        if (target > static_cast<uint64_t>(std::numeric_limits<off_t>::max())) {
+            return Failed("seek in", Path, EINVAL);
+        }
         At = target;
-        return true;
+        return {};
     }
 
     uint64_t Position() const override { return At; }
 
-    bool CutBack(uint64_t size) override {
+    FileResult CutBack(uint64_t size) override {
+        constexpr std::string_view attempt = "shorten";
         struct stat status {};
-        if (!Handle) return Result(false, EBADF);
-        if (fstat(Handle.Number(), &status) != 0) return Result(false, errno);
-        if (static_cast<uint64_t>(status.st_size) <= size) return true;
+        if (!Handle) return Failed(attempt, Path, EBADF);
+        if (fstat(Handle.Number(), &status) != 0) return Failed(attempt, Path);
+        if (static_cast<uint64_t>(status.st_size) <= size) return {};
         const auto length = static_cast<off_t>(size);
         const auto cut = Uninterrupted([&] { return ftruncate(Handle.Number(), length); });
-        return cut == 0 || Result(false, errno);
+        return Ended(attempt, Path, cut == 0);
     }
 
     void SyncSoon() override { Syncer->Add(Handle.Number()); }
 
-    bool Close() override {
-        if (!Handle) return true;
-        return Handle.Close() || Result(false, errno);
-    }
+    FileResult Close() override { return Ended("close", Path, !Handle || Handle.Close()); }
 
  private:
-    bool Result(bool succeeded, int error) {
-        *ErrorNumber = error;
-        return succeeded;
-    }
-
+    std::string Path;
     Descriptor Handle;
     uint64_t At = 0;
-    std::shared_ptr<int32_t> ErrorNumber;
     std::shared_ptr<DiskSyncer> Syncer;
 };
 
 }  // namespace
 
-LinuxFiles::LinuxFiles() : ErrorNumber(std::make_shared<int32_t>(0)), Syncer(std::make_shared<DiskSyncer>()) {
+LinuxFiles::LinuxFiles() : Syncer(std::make_shared<DiskSyncer>()) {
     // A file that may not grow further is a write that fails, and no reason to die.
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
-bool LinuxFiles::Result(bool succeeded) const {
-    if (!succeeded) *ErrorNumber = errno;
-    return succeeded;
-}
-
-std::unique_ptr<File> LinuxFiles::Create(const std::string& path) {
+Opened<File> LinuxFiles::Create(const std::string& path) {
     Descriptor file = OpenFile(path, O_WRONLY | O_CREAT | O_TRUNC);
-    if (!Result(static_cast<bool>(file))) return nullptr;
-    return std::make_unique<LinuxFile>(std::move(file), ErrorNumber, Syncer);
+    if (!file) return Failed("create", path);
+    return std::make_unique<LinuxFile>(path, std::move(file), Syncer);
 }
 
-std::unique_ptr<File> LinuxFiles::CreateNew(const std::string& path) {
+Opened<File> LinuxFiles::CreateNew(const std::string& path) {
     Descriptor file = OpenFile(path, O_WRONLY | O_CREAT | O_EXCL);
-    if (!Result(static_cast<bool>(file))) return nullptr;
-    return std::make_unique<LinuxFile>(std::move(file), ErrorNumber, Syncer);
+    if (!file) return Failed("create", path);
+    return std::make_unique<LinuxFile>(path, std::move(file), Syncer);
 }
 
-std::optional<std::string> LinuxFiles::ReadAll(const std::string& path, uint64_t limit) {
+FileOr<std::string> LinuxFiles::ReadAll(const std::string& path, uint64_t limit) {
     const std::optional<Readable> file = OpenForReading(path);
-    if (!Result(file.has_value())) return std::nullopt;
+    if (!file) return Failed("read", path);
+    if (file->Size > limit) return Failed("read", path, EFBIG);
     const uint64_t oneMore = limit < std::numeric_limits<uint64_t>::max() ? limit + 1 : limit;
-    std::optional<std::string> content;
-    if (file->Size <= limit) content = ReadFrom(file->Open.Number(), 0, oneMore);
-    if (file->Size > limit || (content && content->size() > limit)) {
-        errno = EFBIG;
-        content.reset();
-    }
-    Result(content.has_value());
-    return content;
+    std::optional<std::string> content = ReadFrom(file->Open.Number(), 0, oneMore);
+    if (!content) return Failed("read", path);
+    if (content->size() > limit) return Failed("read", path, EFBIG);
+    return *std::move(content);
 }
 
-std::optional<std::string> LinuxFiles::ReadPart(const std::string& path, uint64_t offset, size_t count) {
+FileOr<std::string> LinuxFiles::ReadPart(const std::string& path, uint64_t offset, size_t count) {
     const std::optional<Readable> file = OpenForReading(path);
-    if (!Result(file.has_value())) return std::nullopt;
+    if (!file) return Failed("read", path);
     if (offset >= file->Size) return std::string();
     std::optional<std::string> content = ReadFrom(file->Open.Number(), offset, count);
-    Result(content.has_value());
-    return content;
+    if (!content) return Failed("read", path);
+    return *std::move(content);
 }
 
-bool LinuxFiles::Patch(const std::string& path, uint64_t offset, std::string_view bytes) {
+FileResult LinuxFiles::Patch(const std::string& path, uint64_t offset, std::string_view bytes) {
+    constexpr std::string_view attempt = "change";
     const Descriptor file = OpenFile(path, O_WRONLY | O_NONBLOCK);
     struct stat status {};
-    if (!file || fstat(file.Number(), &status) != 0) return Result(false);
+    if (!file || fstat(file.Number(), &status) != 0) return Failed(attempt, path);
     const auto size = static_cast<uint64_t>(status.st_size);
     if (!S_ISREG(status.st_mode) || offset > size || bytes.size() > size - offset) {
-        errno = EINVAL;
-        return Result(false);
+        return Failed(attempt, path, EINVAL);
     }
-    if (lseek(file.Number(), static_cast<off_t>(offset), SEEK_SET) < 0) return Result(false);
-    return Result(WriteFully(file.Number(), bytes));
+    if (lseek(file.Number(), static_cast<off_t>(offset), SEEK_SET) < 0) return Failed(attempt, path);
+    return Ended(attempt, path, WriteFully(file.Number(), bytes));
 }
 
-bool LinuxFiles::ReplaceAtomically(const std::string& path, std::string_view content) {
+FileResult LinuxFiles::ReplaceAtomically(const std::string& path, std::string_view content) {
     std::optional<NewFile> file = NewFile::Begin(path);
-    return Result(file && WriteFully(file->Number(), content) && file->TakePlace());
+    return Ended("write", path, file && WriteFully(file->Number(), content) && file->TakePlace());
 }
 
-bool LinuxFiles::ReplaceQuickly(const std::string& path, std::string_view content) {
+FileResult LinuxFiles::ReplaceQuickly(const std::string& path, std::string_view content) {
     std::optional<NewFile> file = NewFile::Begin(path);
-    return Result(file && WriteFully(file->Number(), content) && file->TakePlace(NewFile::Sync::No));
+    const bool good = file && WriteFully(file->Number(), content) && file->TakePlace(NewFile::Sync::No);
+    return Ended("write", path, good);
 }
 
-bool LinuxFiles::Append(const std::string& path, std::string_view content) {
+FileResult LinuxFiles::Append(const std::string& path, std::string_view content) {
     Descriptor file = OpenFile(path, O_WRONLY | O_CREAT | O_APPEND | O_NONBLOCK);
-    if (!file) return Result(false);
-    const bool written = Result(WriteFully(file.Number(), content));
-    return Result(file.Close()) && written;
+    if (!file) return Failed("write", path);
+    FileResult written = Ended("write", path, WriteFully(file.Number(), content));
+    FileResult closed = Ended("close", path, file.Close());
+    return written ? closed : written;
 }
 
-bool LinuxFiles::Rename(const std::string& from, const std::string& to) {
-    if (rename(from.c_str(), to.c_str()) == 0) return true;
-    const bool otherDisk = errno == EXDEV;
-    Result(false);
-    return otherDisk && !IsFolder(from) && Copy(from, to) && Delete(from);
+FileResult LinuxFiles::Rename(const std::string& from, const std::string& to) {
+    if (rename(from.c_str(), to.c_str()) == 0) return {};
+    const FileResult refused = Failed("rename", from);
+    const bool otherDisk = refused.Code() == EXDEV;
+    if (!otherDisk || IsFolder(from)) return refused;
+    FileResult copied = Copy(from, to);
+    return copied ? Delete(from) : copied;
 }
 
-bool LinuxFiles::Copy(const std::string& from, const std::string& to) {
+FileResult LinuxFiles::Copy(const std::string& from, const std::string& to) {
     const std::optional<Readable> source = OpenForReading(from);
-    if (!Result(source.has_value())) return false;
+    if (!source) return Failed("read", from);
     struct stat fromStatus {};
     struct stat toStatus {};
     if (fstat(source->Open.Number(), &fromStatus) == 0 && stat(to.c_str(), &toStatus) == 0 &&
         fromStatus.st_dev == toStatus.st_dev && fromStatus.st_ino == toStatus.st_ino) {
-        return true;
+        return {};
     }
     std::optional<NewFile> copy = NewFile::Begin(to);
-    return Result(copy && CopyContent(source->Open.Number(), copy->Number()) && copy->TakePlace());
+    return Ended("write", to,
+                 copy && CopyContent(source->Open.Number(), copy->Number()) && copy->TakePlace());
 }
 
-bool LinuxFiles::Link(const std::string& from, const std::string& to) {
-    if (link(from.c_str(), to.c_str()) == 0) return true;
+FileResult LinuxFiles::Link(const std::string& from, const std::string& to) {
+    if (link(from.c_str(), to.c_str()) == 0) return {};
     // Some disks know one name for each file only.
     const bool cannot = errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS || errno == EXDEV;
-    Result(false);
-    return cannot && Copy(from, to);
+    return cannot ? Copy(from, to) : Failed("link", to);
 }
 
-bool LinuxFiles::Delete(const std::string& path) {
-    return Result(unlink(path.c_str()) == 0);
+FileResult LinuxFiles::Delete(const std::string& path) {
+    return Ended("delete", path, unlink(path.c_str()) == 0);
 }
 
-bool LinuxFiles::MakeFolder(const std::string& path) {
-    return Result(mkdir(path.c_str(), 0777) == 0);
+FileResult LinuxFiles::MakeFolder(const std::string& path) {
+    return Ended("make the folder", path, mkdir(path.c_str(), 0777) == 0);
 }
 
-bool LinuxFiles::DeleteFolder(const std::string& path) {
-    return Result(rmdir(path.c_str()) == 0);
+FileResult LinuxFiles::DeleteFolder(const std::string& path) {
+    return Ended("delete the folder", path, rmdir(path.c_str()) == 0);
 }
 
 bool LinuxFiles::IsFolder(const std::string& path) {
@@ -259,20 +259,17 @@ bool LinuxFiles::IsFolder(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-std::optional<uint64_t> LinuxFiles::FileSize(const std::string& path) {
+FileOr<uint64_t> LinuxFiles::FileSize(const std::string& path) {
     struct stat status {};
-    if (!Result(stat(path.c_str(), &status) == 0)) return std::nullopt;
-    if (S_ISDIR(status.st_mode)) {
-        *ErrorNumber = EISDIR;
-        return std::nullopt;
-    }
+    if (stat(path.c_str(), &status) != 0) return Failed("look at", path);
+    if (S_ISDIR(status.st_mode)) return Failed("look at", path, EISDIR);
     return static_cast<uint64_t>(status.st_size);
 }
 
 std::vector<FileEntry> LinuxFiles::List(const std::string& folder) {
     std::vector<FileEntry> entries;
     const std::unique_ptr<DIR, int (*)(DIR*)> open(opendir(folder.c_str()), closedir);
-    if (!Result(open != nullptr)) return entries;
+    if (!open) return entries;
     while (const dirent* item = readdir(open.get())) {
         const std::string name = item->d_name;
         struct stat status {};
@@ -308,7 +305,7 @@ std::unique_ptr<FileLock> LinuxFiles::Lock(const std::string& path) {
         Descriptor Locked;  // its closing gives the lock back
     };
     Descriptor file = OpenFile(path, O_RDWR | O_CREAT | O_NOFOLLOW);
-    if (!Result(static_cast<bool>(file))) return nullptr;
+    if (!file) return nullptr;
     // Whoever holds it does so for the time of one small write. A process that was stopped in the middle of
     // that must not stop this one.
     constexpr int tries = 200;
@@ -317,13 +314,14 @@ std::unique_ptr<FileLock> LinuxFiles::Lock(const std::string& path) {
         if (errno != EWOULDBLOCK && errno != EINTR) break;
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-    Result(false);
     return nullptr;
 }
 
-std::optional<uint64_t> LinuxFiles::FreeSpace(const std::string& folder) {
+FileOr<uint64_t> LinuxFiles::FreeSpace(const std::string& folder) {
     struct statvfs status {};
-    if (!Result(Uninterrupted([&] { return statvfs(folder.c_str(), &status); }) == 0)) return std::nullopt;
+    if (Uninterrupted([&] { return statvfs(folder.c_str(), &status); }) != 0) {
+        return Failed("find out the free space of", folder);
+    }
     return uint64_t{status.f_bavail} * status.f_frsize;
 }
 

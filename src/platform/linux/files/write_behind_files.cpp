@@ -27,18 +27,13 @@ struct Piece {
 
 class WriteBehindFile : public File {
  public:
-    /// `ownDisk` is the one that `openFile` was opened by, used by the writing thread alone.
-    WriteBehindFile(std::unique_ptr<LinuxFiles> ownDisk, std::unique_ptr<File> openFile,
-                    std::shared_ptr<int32_t> errorPlace)
-        : Disk(std::move(ownDisk)),
-          Output(std::move(openFile)),
-          ErrorPlace(std::move(errorPlace)),
-          Thread([this] { WritePieces(); }) {}
-    ~WriteBehindFile() override { Close(); }
+    explicit WriteBehindFile(std::unique_ptr<File> openFile)
+        : Output(std::move(openFile)), Thread([this] { WritePieces(); }) {}
+    ~WriteBehindFile() override { WriteBehindFile::Close(); }
     WriteBehindFile(const WriteBehindFile&) = delete;
     WriteBehindFile& operator=(const WriteBehindFile&) = delete;
 
-    bool Write(std::span<const std::byte> bytes) override {
+    FileResult Write(std::span<const std::byte> bytes) override {
         while (!bytes.empty()) {
             const auto room = static_cast<size_t>(PieceBytes - At % PieceBytes);
             const std::span<const std::byte> part = bytes.first(std::min(room, bytes.size()));
@@ -46,41 +41,41 @@ class WriteBehindFile : public File {
             Present.Bytes.insert(Present.Bytes.end(), part.begin(), part.end());
             At += part.size();
             bytes = bytes.subspan(part.size());
-            if (part.size() == room && !HandOver()) return false;
+            if (part.size() != room) continue;
+            if (FileResult result = HandOver(); !result) return result;
         }
-        return Told();
+        return Result();
     }
 
-    bool Seek(uint64_t target) override {
-        if (!HandOver()) return false;
+    FileResult Seek(uint64_t target) override {
+        if (FileResult result = HandOver(); !result) return result;
         At = target;
-        return true;
+        return {};
     }
 
     uint64_t Position() const override { return At; }
 
-    bool CutBack(uint64_t size) override {
-        if (!HandOver()) return false;
+    FileResult CutBack(uint64_t size) override {
+        if (FileResult result = HandOver(); !result) return result;
         std::unique_lock guard(Lock);
         Changed.wait(guard, [this] { return Waiting.empty(); });
         // The thread has nothing to do, so the file is not in use.
-        if (Error == 0 && !Output->CutBack(size)) Error = Disk->LastError();
+        if (!HasFailed) KeepFailure(Output->CutBack(size));
         guard.unlock();
-        return Told();
+        return Result();
     }
 
-    bool Close() override {
-        if (!Thread.joinable()) return true;
-        HandOver();
+    FileResult Close() override {
+        if (!Thread.joinable()) return {};
+        HandOver();  // its failure is reported below
         {
             const std::lock_guard guard(Lock);
             Ending = true;
         }
         Changed.notify_all();
         Thread.join();
-        const bool closed = Output->Close();
-        if (!closed) *ErrorPlace = Disk->LastError();
-        return Told() && closed;
+        FileResult closed = Output->Close();
+        return HasFailed ? Failure : closed;
     }
 
  private:
@@ -89,8 +84,8 @@ class WriteBehindFile : public File {
         if (Present.Bytes.capacity() == 0) Present.Bytes.reserve(PieceBytes);
     }
 
-    /// Waits for room and gives the collected piece to the thread. False if writing has failed.
-    bool HandOver() {
+    /// Waits for room and gives the collected piece to the thread. Fails if writing has failed.
+    FileResult HandOver() {
         if (!Present.Bytes.empty()) {
             std::unique_lock guard(Lock);
             Changed.wait(guard, [this] { return Waiting.size() < MostPieces; });
@@ -101,13 +96,17 @@ class WriteBehindFile : public File {
             }
             Changed.notify_all();
         }
-        return Told();
+        return Result();
     }
 
-    /// False, and the system's number is left where it is looked for, once writing has failed.
-    bool Told() {
-        if (Error != 0) *ErrorPlace = Error;
-        return Error == 0;
+    /// How the writing goes: the first failure stays.
+    FileResult Result() const { return HasFailed ? Failure : FileResult(); }
+
+    /// Called with the lock held, and only as long as nothing has failed.
+    void KeepFailure(FileResult result) {
+        if (result) return;
+        Failure = std::move(result);
+        HasFailed = true;
     }
 
     void WritePieces() {
@@ -117,11 +116,12 @@ class WriteBehindFile : public File {
             Changed.wait(guard, [this] { return Ending || !Waiting.empty(); });
             if (Waiting.empty()) return;
             Piece& piece = Waiting.front();  // stays there while it is written: it still takes its room
-            if (Error == 0) {
+            if (!HasFailed) {
                 guard.unlock();
-                const bool good = Output->Seek(piece.Position) && Output->Write(piece.Bytes);
+                FileResult result = Output->Seek(piece.Position);
+                if (result) result = Output->Write(piece.Bytes);
                 guard.lock();
-                if (!good) Error = Disk->LastError();
+                KeepFailure(std::move(result));
             }
             piece.Bytes.clear();
             Spare.push_back(std::move(piece.Bytes));
@@ -130,9 +130,7 @@ class WriteBehindFile : public File {
         }
     }
 
-    const std::unique_ptr<LinuxFiles> Disk;
     const std::unique_ptr<File> Output;
-    const std::shared_ptr<int32_t> ErrorPlace;
     uint64_t At = 0;
     Piece Present;
 
@@ -140,32 +138,24 @@ class WriteBehindFile : public File {
     std::condition_variable Changed;
     std::deque<Piece> Waiting;
     std::vector<std::vector<std::byte>> Spare;  // memory of pieces that are written
-    std::atomic<int32_t> Error = 0;
+    FileResult Failure;                         // set before HasFailed and never changed again
+    std::atomic<bool> HasFailed = false;
     bool Ending = false;
     std::thread Thread;
 };
 
 }  // namespace
 
-std::unique_ptr<File> WriteBehindFiles::Create(const std::string& path) {
-    auto disk = std::make_unique<LinuxFiles>();
-    std::unique_ptr<File> file = disk->Create(path);
-    return Behind(std::move(disk), std::move(file));
+Opened<File> WriteBehindFiles::Create(const std::string& path) {
+    Opened<File> file = LinuxFiles::Create(path);
+    if (!file) return file;
+    return std::make_unique<WriteBehindFile>(std::move(file));
 }
 
-std::unique_ptr<File> WriteBehindFiles::CreateNew(const std::string& path) {
-    auto disk = std::make_unique<LinuxFiles>();
-    std::unique_ptr<File> file = disk->CreateNew(path);
-    return Behind(std::move(disk), std::move(file));
-}
-
-/// `file` of `disk`, or the number of its failure.
-std::unique_ptr<File> WriteBehindFiles::Behind(std::unique_ptr<LinuxFiles> disk, std::unique_ptr<File> file) {
-    if (!file) {
-        *ErrorPlace() = disk->LastError();
-        return nullptr;
-    }
-    return std::make_unique<WriteBehindFile>(std::move(disk), std::move(file), ErrorPlace());
+Opened<File> WriteBehindFiles::CreateNew(const std::string& path) {
+    Opened<File> file = LinuxFiles::CreateNew(path);
+    if (!file) return file;
+    return std::make_unique<WriteBehindFile>(std::move(file));
 }
 
 }  // namespace Corvetape

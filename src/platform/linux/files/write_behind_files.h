@@ -13,11 +13,8 @@ namespace Corvetape {
 /// MiB of a file wait.
 class WriteBehindFiles : public LinuxFiles {
  public:
-    std::unique_ptr<File> Create(const std::string& path) override;
-    std::unique_ptr<File> CreateNew(const std::string& path) override;
-
- private:
-    std::unique_ptr<File> Behind(std::unique_ptr<LinuxFiles> disk, std::unique_ptr<File> file);
+    Opened<File> Create(const std::string& path) override;
+    Opened<File> CreateNew(const std::string& path) override;
 };
 
 }  // namespace Corvetape

@@ -84,7 +84,7 @@ void LinuxHttp::ReadFile(const std::string& path, size_t limit) {
         return;
     }
     const auto read = [this, path, limit, shared = Reading, present = std::weak_ptr<int>(Present)] {
-        std::optional<std::string> content = LinuxFiles().ReadPart(path, 0, limit);
+        FileOr<std::string> content = LinuxFiles().ReadPart(path, 0, limit);
         const HttpAnswer answer{!content, std::move(content).value_or("")};
         const std::lock_guard lock(shared->Lock);
         --shared->Running;
