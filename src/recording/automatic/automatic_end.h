@@ -16,7 +16,7 @@ namespace Corvetape {
 
 /// What the source of the media data says at one look. Times are counted in slots of 50 ms.
 struct SourceLook {
-    int64_t Slot = 0;      ///< slots heard when it was taken
+    int64_t Slot = 0;      ///< that was heard when it was taken, which may not have arrived yet
     std::string Source;    ///< who says it; empty if there is nobody
     std::string LearnsAs;  ///< the name that cuts are learned by
     STATIONANDSONGDATA Media;

@@ -35,11 +35,12 @@ void SourceWatch::Tick() {
 SourceLook SourceWatch::Look() {
     const MediaState& media = Parts.Media;
     SourceLook look;
-    look.Slot = Parts.Recorder.Hear();
+    const int64_t now = Parts.Clock.MonotonicNanoseconds() / NanosecondsPerMs;
+    look.Slot = Slots.SlotAt(now, Parts.Recorder.Hear());
     look.Media = media.CurrentMedia;
     const bool byPlayer = Parts.Bridge != nullptr && media.ProviderName == MediaPlayerName;
     if (byPlayer) {
-        AddPlayer(look, Parts.Bridge->Present());
+        AddPlayer(look, Parts.Bridge->Present(), now);
     } else if (media.ProviderName != NoStationData) {
         look.Source = media.ProviderName;
         look.LearnsAs = media.ProviderName;
@@ -47,7 +48,7 @@ SourceLook SourceWatch::Look() {
     return look;
 }
 
-void SourceWatch::AddPlayer(SourceLook& look, const PlayerReport& player) const {
+void SourceWatch::AddPlayer(SourceLook& look, const PlayerReport& player, int64_t nowMs) const {
     look.Source = player.Player;
     look.LearnsAs = NameToLearnBy(player.Player);
     look.Status = player.Status;
@@ -58,8 +59,7 @@ void SourceWatch::AddPlayer(SourceLook& look, const PlayerReport& player) const 
     look.TrackId = player.TrackId + "\n" + player.Address;
     look.Length = player.LengthMs / BufferMilliseconds;
     if (player.BeganAtMs < 0) return;
-    const int64_t now = Parts.Clock.MonotonicNanoseconds() / NanosecondsPerMs;
-    look.Position = (now - player.BeganAtMs) / BufferMilliseconds;
+    look.Position = (nowMs - player.BeganAtMs) / BufferMilliseconds;
 }
 
 }  // namespace Corvetape

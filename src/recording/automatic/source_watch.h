@@ -9,6 +9,7 @@
 #include "media/title_parts.h"
 #include "platform/clock.h"
 #include "recording/automatic/automatic_recorder.h"
+#include "recording/automatic/slot_clock.h"
 
 namespace Corvetape {
 
@@ -31,9 +32,10 @@ class SourceWatch {
  private:
     void Tick();
     SourceLook Look();
-    void AddPlayer(SourceLook& look, const PlayerReport& player) const;
+    void AddPlayer(SourceLook& look, const PlayerReport& player, int64_t nowMs) const;
 
     SourceWatchParts Parts;
+    SlotClock Slots;
     bool Busy = false;  ///< a tick waits for an answer of the user
 };
 

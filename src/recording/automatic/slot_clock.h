@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+
+namespace Corvetape {
+
+/// Tells which slot of 50 ms is being heard at a moment, though it may not have arrived yet: on a busy
+/// machine buffers pile up and come all at once. They are late at times, but never early, so that the least
+/// delay of the last few seconds is the true one.
+class SlotClock {
+ public:
+    /// Further ahead than so many slots of what has arrived nothing is on its way: the input stands still.
+    static constexpr int64_t MostWaiting = 40;
+
+    /// The slot that is heard at `nowMs` of the monotonic clock, by when `arrived` slots have arrived: at
+    /// least `arrived`. Slots that are fewer than at the call before are counted anew.
+    int64_t SlotAt(int64_t nowMs, int64_t arrived);
+
+ private:
+    /// When the first slot would have arrived, by what a moment has told.
+    struct Moment {
+        int64_t AtMs = 0;
+        int64_t FirstSlotMs = 0;
+    };
+
+    std::deque<Moment> Moments;
+    int64_t Arrived = 0;
+};
+
+}  // namespace Corvetape
