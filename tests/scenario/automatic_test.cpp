@@ -279,6 +279,42 @@ TEST(Automatic, TheSameSongTwiceWithoutAGapIsCutWhereThePlayerBeganAnew) {
     EXPECT_EQ(kept[0].Song.Trust.Begin, Certainty::Sure);
 }
 
+TEST(Automatic, BuffersThatPileUpMoveNoCut) {
+    RadioScript radio;
+    radio.Pause(3);
+    ScriptSong song;
+    song.Seconds = 20;
+    song.Sound = SongSound::Chord;
+    radio.Song(song).Song(song).SilenceForever();
+    PlayerWorld world(std::move(radio), {{"Options", "SameName", "2"}});
+    world.Record();
+    world.Plays(3.1, "One", 3, "1");
+    RunTo(world.Place, 21.9);
+    world.Place.Computer.WaveIn.Hold(RadioName);  // the machine is busy for a while
+    world.Plays(23.1, "One", 23, "2");
+    RunTo(world.Place, 23.8);
+    world.Place.Computer.WaveIn.Release(RadioName);
+    world.Quits(43.2);
+    world.End(60);
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 2U);
+    ExpectSong(world.Place, kept[0], "One", 3, 23, WithoutAGap);
+    ExpectSong(world.Place, kept[1], "One", 23, 43, WithoutAGap);
+}
+
+TEST(Automatic, ASongThatGoesOnAtAnotherRateHasItsNameInBothFiles) {
+    WorldOptions options = Automatic(Songs(1, 60, 0));
+    options.TitleDelay = [](size_t) { return 17.0; };
+    World world(std::move(options));
+    ASSERT_TRUE(world.StartRecording());
+    RunTo(world, 15);
+    world.Form().chk48kHz.Press();
+    world.Form().cmbInputDevices.Select(0);
+    RunTo(world, 80);  // the title has come before anything was written at the new rate
+    world.Finish();
+    EXPECT_THAT(KeptTitles(world), ElementsAre("Song 1", "Song 1"));
+}
+
 TEST(Automatic, ASecondPlayerMixesBothSongsAndRenamesNone) {
     PlayerWorld world(Songs(2, 40, 0));
     world.Record();

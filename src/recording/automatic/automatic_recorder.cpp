@@ -24,6 +24,7 @@ void AutomaticRecorder::Begin() {
     Waiting.clear();
     SongEnded.reset();
     Passed.clear();
+    Parts.Cut.Ended.reset();  // the song that was open goes on
     Heard = 0;
     Read = 0;
     Places.Restart(Parts.Format.nSamplesPerSec);
@@ -113,7 +114,7 @@ bool AutomaticRecorder::Finish() {
     Begun = false;
     // What is open is closed by somebody else, who asks for its name here.
     if (Parts.Song.SongFileOpen() && !Parts.Cut.Ended) {
-        Parts.Cut.Ended = EndedSong{Media(), Wanted(), End.Trust()};
+        Parts.Cut.Ended = Present();
     }
     Parts.Cut.Announce(false, Parts.Cut.CutIndex);
     return carried;
@@ -153,6 +154,14 @@ bool AutomaticRecorder::Run() {
     return true;
 }
 
+/// What has been decided may not be carried out yet: the song that is written is the one that the next close
+/// ends.
+EndedSong AutomaticRecorder::Present() const {
+    const auto close = std::ranges::find(Waiting, AutomaticStep::Kind::Close, &AutomaticStep::What);
+    if (close != Waiting.end()) return {Titles.Clean(close->Media), close->Wanted, close->Trust};
+    return {Titles.Clean(End.Media()), End.Wanted(Parts.Flags.RecordCurrentSong), End.Trust()};
+}
+
 AutomaticRecorder::Done AutomaticRecorder::Write(int64_t upTo) {
     // Nobody has drained for longer than the ring is long.
     Read = std::max(Read, Heard - Parts.Ring.Size() + 1);
@@ -161,11 +170,19 @@ AutomaticRecorder::Done AutomaticRecorder::Write(int64_t upTo) {
         Parts.Margins.SongBegins(FramesOfSlots(Read - MarginSlots, Read));
         if (!Parts.Song.CreateSongFile()) return Done::EndProgram;
     }
+    // A file that is full, or whose input goes on at another rate, is closed by the writer on its way.
+    Parts.Cut.Ended = Present();
+    const Done done = WriteSlots(upTo);
+    Parts.Cut.Ended.reset();
+    return done;
+}
+
+AutomaticRecorder::Done AutomaticRecorder::WriteSlots(int64_t upTo) {
     while (Read < upTo) {
         const SongWriter::Written written = Parts.Song.WriteBuffer(Parts.Ring[Places.RingSlot(Read)]);
         if (written == SongWriter::Written::NoFile) return Done::EndProgram;
         if (written == SongWriter::Written::Failed) return Done::Later;
-        ++Read;
+        Written = ++Read;
     }
     return Done::Yes;
 }
@@ -175,7 +192,7 @@ void AutomaticRecorder::Close(const AutomaticStep& step) {
     if (Parts.Song.SongFileOpen()) {
         Parts.Cut.Ended = EndedSong{Titles.Clean(step.Media), step.Wanted, step.Trust};
         Parts.Song.CloseSongFile(SongEnd::Boundary);
-        if (Parts.Margins.WantsAfter()) SongEnded = step.Slot;
+        if (Parts.Margins.WantsAfter()) SongEnded = Written;
     } else {
         Parts.Song.NoteBoundary();
     }

@@ -66,13 +66,13 @@ class AutomaticRecorder {
     bool EndRecording();
 
     /// What is known of the song that is being written.
-    STATIONANDSONGDATA Media() const { return Titles.Clean(End.Media()); }
+    STATIONANDSONGDATA Media() const { return Present().Media; }
 
     /// How far it can be trusted by now.
-    const SongTrust& Trust() const { return End.Trust(); }
+    SongTrust Trust() const { return Present().Trust; }
 
     /// It is to be kept.
-    bool Wanted() const { return End.Wanted(Parts.Flags.RecordCurrentSong); }
+    bool Wanted() const { return Present().Wanted; }
 
  private:
     /// The flags when a change was noticed, and as they were passed on then.
@@ -85,7 +85,9 @@ class AutomaticRecorder {
     bool Carry(std::vector<AutomaticStep> steps);
     bool Run();
     enum class Done { Yes, Later, EndProgram };
+    EndedSong Present() const;
     Done Write(int64_t upTo);
+    Done WriteSlots(int64_t upTo);
     void Close(const AutomaticStep& step);
     std::vector<Frame> FramesOfSlots(int64_t from, int64_t end) const;
     void AddMargin();
@@ -100,7 +102,8 @@ class AutomaticRecorder {
     std::deque<AutomaticStep> Waiting;  ///< for a disk that works again
     std::deque<PassedOn> Passed;        ///< for each change that is not cut yet
     int64_t Heard = 0;
-    int64_t Read = 0;  ///< next slot to be written
+    int64_t Read = 0;     ///< next slot to be written
+    int64_t Written = 0;  ///< one more than the last slot that was written
     uint64_t Opening = 0;
     uint64_t PutBefore = 0;
     bool Begun = false;

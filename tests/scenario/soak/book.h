@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/virtual/sim_random.h"
 #include "scenario/world.h"
 
 namespace Corvetape::Test {
@@ -53,6 +54,9 @@ struct BookedBuffer {
 ///
 /// A song that would end where reading stands is followed once round the ring.
 ///
+/// What is kept beside unsure songs is what the ring got just before and after them, and a recut from it
+/// gives exactly what was asked for.
+///
 /// It compares names too: a song that a change of title has ended is kept or not as was wished when the title
 /// changed, and has the title, album and cover that were told last before. No song has the album or the cover
 /// of another one. What is handed over has the names that its song was closed with.
@@ -88,6 +92,9 @@ class Book {
     /// When the last program has ended and the encoders are done.
     void Finished();
 
+    /// Cuts every song again of which margins are kept, somewhere. After the last program has ended.
+    void CutAgain(SimRandom& chance);
+
     /// What is wrong, one thing a line, with the second at which it was found; empty if nothing is.
     const std::string& Problems() const { return Found; }
 
@@ -95,6 +102,7 @@ class Book {
 
     size_t SongsKept() const { return Wanted.size(); }
     size_t SongsClosed() const { return Closings; }
+    size_t SongsCutAgain() const { return Recuts; }
     double SecondsBooked() const { return static_cast<double>(Buffers.size()) / 20.0; }
 
  private:
@@ -110,6 +118,8 @@ class Book {
         bool Damaged = false;          ///< a fault struck its file, and was told
         STATIONANDSONGDATA Media;      ///< as it was closed
         bool ByTime = false;           ///< a piece, which no title names
+        std::optional<size_t> First = {};  ///< its first buffer, if it could be followed
+        size_t Behind = 0;                 ///< one behind its last
     };
 
     /// A cut as it was raised, in numbers of buffers in the ring.
@@ -178,6 +188,8 @@ class Book {
     bool WasStruck(const std::string& path) const;
     void LookForWanted();
     std::vector<std::string> SongFiles();
+    void CheckMargins();
+    bool IsBeside(const WantedSong& song, std::span<const uint64_t> pieces, bool before) const;
 
     World* Radio = nullptr;
     std::unique_ptr<Input> Between;
@@ -199,6 +211,7 @@ class Book {
     bool LastKnown = true;                    ///< where the file closed last has ended
     bool MayOverlap = false;                  ///< the next file may have audio of the last one too
     size_t Closings = 0;
+    size_t Recuts = 0;
 
     // As they were when somebody last looked.
     int32_t RingIndex = 0;

@@ -231,6 +231,10 @@ void Book::CheckKept(const HeardSong& song) {
         return;
     }
     if (!wanted.Damaged) {
+        if (place.Followed && !place.RoundTheRing) {
+            Wanted.back().First = place.First;
+            Wanted.back().Behind = place.Behind;
+        }
         LastBegin = place.First;
         Next = std::max(Next, place.Behind);
     }
@@ -362,6 +366,7 @@ void Book::ProgramEnded() {
     WasCutPending = false;
     if (Radio->Disk().OpenHandles() != 0) Tell("a file was left open");
     LookForWanted();
+    CheckMargins();
 }
 
 /// Each song that was kept has been encoded, or it lies where somebody finds it. What he does with it is his
@@ -380,7 +385,9 @@ void Book::LookForWanted() {
 
 std::vector<std::string> Book::SongFiles() {
     std::vector<std::string> files = Radio->Disk().Tree(SongTempFolder);
-    std::erase_if(files, [](const std::string& path) { return !path.ends_with(".wav"); });
+    const std::string margins = std::string(SongTempFolder) + "/margins/";
+    std::erase_if(
+        files, [&](const std::string& path) { return !path.ends_with(".wav") || path.starts_with(margins); });
     return files;
 }
 

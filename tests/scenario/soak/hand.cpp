@@ -12,22 +12,27 @@ namespace {
 
 /// Controls that a person cannot press, or that lead out of the radio's world: timers, what only shows, and
 /// the folders, whose change moves the truth that the book looks at.
-bool IsOutOfReach(const Control& control) {
+bool LeadsOut(const Control& control) {
     constexpr std::array<std::string_view, 11> names = {
         "txtPath",    "cmdGetDir",     "txtStation",          "txtArtist",
         "txtSong",    "txtAlbum",      "txtTimeRemaining",    "txtStartApp",
         "txtStopApp", "lstBufferFlag", "txtMusicFileTemplate"};
     return dynamic_cast<const TimerControl*>(&control) != nullptr ||
            dynamic_cast<const Label*>(&control) != nullptr ||
-           (control.Name() == "optEndOfSong" && control.Index() == 3 && !PlaysAutomatic()) ||
            std::ranges::find(names, control.Name()) != names.end();
 }
 
 }  // namespace
 
-bool PlaysAutomatic() {
-    static const bool plays = std::getenv("CORVETAPE_AUTOMATIC") != nullptr;
-    return plays;
+bool PlaysAutomatic(uint64_t seed) {
+    static const bool always = std::getenv("CORVETAPE_AUTOMATIC") != nullptr;
+    constexpr double share = 0.4;
+    return always || SimRandom(MixSeed(seed, 5)).Chance(share);
+}
+
+bool Hand::IsOutOfReach(const Control& control) const {
+    const bool automatic = control.Name() == "optEndOfSong" && control.Index() == 3;
+    return LeadsOut(control) || (automatic && !Automatic);
 }
 
 void Hand::Say(const std::string& what) {
@@ -98,7 +103,7 @@ void Hand::PressRecording() {
 }
 
 void Hand::ChangeMode() {
-    const auto mode = static_cast<size_t>(Chance.Below(PlaysAutomatic() ? 4 : 3));
+    const auto mode = static_cast<size_t>(Chance.Below(Automatic ? 4 : 3));
     Say("optEndOfSong(" + std::to_string(mode) + ")");
     Radio.Form().optEndOfSong[mode].Press();
 }

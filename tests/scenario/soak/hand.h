@@ -7,16 +7,17 @@
 
 namespace Corvetape::Test {
 
-/// Whether the end of song "Automatic" is played too: if the environment has CORVETAPE_AUTOMATIC. Some seeds
-/// have open faults there: a song that a change of the input's rate ends has the name that was taken over
-/// last.
-bool PlaysAutomatic();
+/// Whether a seed plays the end of song "Automatic" too: two of five do, and all if the environment has
+/// CORVETAPE_AUTOMATIC.
+bool PlaysAutomatic(uint64_t seed);
 
 /// A restless user with a bad machine: presses whatever there is, in any order, while files, devices and the
 /// clock go wrong. What it does follows from its seed alone.
 class Hand {
  public:
-    Hand(World& world, Book& book, uint64_t seed) : Radio(world), Notes(book), Chance(seed) {}
+    /// Presses "Automatic" only if the seed plays it.
+    Hand(World& world, Book& book, uint64_t seed)
+        : Radio(world), Notes(book), Chance(MixSeed(seed, 3)), Automatic(PlaysAutomatic(seed)) {}
 
     /// Does one thing.
     void Act();
@@ -39,12 +40,14 @@ class Hand {
     void DisturbClock();
     void TakeDevice(int64_t which);
     void LetGoOfDevice();
+    bool IsOutOfReach(const Control& control) const;
     std::string StateText();
     void Say(const std::string& what);
 
     World& Radio;
     Book& Notes;
     SimRandom Chance;
+    bool Automatic = false;
     std::string Done;
 };
 
