@@ -11,7 +11,6 @@
 
 #include "post/lists/watch_pages.h"
 #include "post/post_bench.h"
-#include "post/run_shell.h"
 #include "post/transfer/song_counter.h"
 
 namespace Corvetape {
@@ -56,9 +55,6 @@ class TransferJobTest : public ::testing::Test {
         }
         return names;
     }
-
-    /// What the shell does with the command line of the last job.
-    Testing::ShellRun RunLastJob() { return Testing::RunShell(Bench.Sim.Processes.Jobs.back().CommandLine); }
 
     Testing::PostBench Bench;
     std::vector<TransferredSong> Songs;

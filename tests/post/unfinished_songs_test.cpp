@@ -60,27 +60,5 @@ TEST_F(TransferJobTest, OfSongsThatStayTheLongerKeepsTheNameAndTheOtherIsNumbere
     EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.wav"), "y");
 }
 
-TEST_F(TransferJobTest, AFileThatIsBeingRecordedIsNeitherDeletedNorItsNameTaken) {
-    Bench.Sim.Files.Put("/temp/Corvet/Artist - Title.wav", "input");
-    Bench.Sim.Files.Put("/music/Pop/Artist - Title.wav", "input too");
-    Bench.Options.EncoderCommand[0] = "printf %s \"$CORVET_SAME_NAME\"";
-    Bench.Options.SameName = 0;
-    TransferJob job = MakeJob({"/temp/Corvet/Artist - Title.wav", "/music/Pop/Artist - Title.wav"});
-    job.TransferSong(Bench.Media.SongMedia);
-    EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.wav"), "input");
-    EXPECT_TRUE(Exists("/temp/Corvet/Artist - Title (2).wav"));
-    EXPECT_EQ(RunLastJob().Output, "2") << "the music is numbered whatever the rule";
-}
-
-TEST_F(TransferJobTest, TheCommandIsToldTheRuleForMusicOfTheSameName) {
-    Bench.Options.EncoderCommand[0] = "printf %s \"$CORVET_SAME_NAME,$CORVET_WORK,$CORVET_MADE\"";
-    for (const int32_t rule : {0, 1, 2}) {
-        Bench.Options.SameName = rule;
-        Transfer();
-        EXPECT_THAT(RunLastJob().Output, ::testing::StartsWith(std::to_string(rule) + ",run-1-4"));
-        EXPECT_THAT(RunLastJob().Output, HasSubstr(",/temp/Corvet/run-1-4"));
-    }
-}
-
 }  // namespace
 }  // namespace Corvetape

@@ -21,7 +21,7 @@
 #include "post/encoders/encoder_table.h"
 #include "post/encoders/encoder_tools.h"
 #include "post/lists/watch_pages.h"
-#include "post/run_shell.h"
+#include "post/machine/run_shell.h"
 #include "post/transfer/encoder_results.h"
 #include "post/transfer/shell_quote.h"
 #include "post/transfer/song_counter.h"

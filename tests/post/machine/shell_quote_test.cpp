@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "post/run_shell.h"
+#include "post/machine/run_shell.h"
 
 namespace Corvetape {
 namespace {

@@ -1,4 +1,4 @@
-#include "post/run_shell.h"
+#include "post/machine/run_shell.h"
 
 #include <fcntl.h>
 #include <spawn.h>

@@ -1,4 +1,4 @@
-#include "post/real_encoders.h"
+#include "post/machine/real_encoders.h"
 
 namespace Corvetape {
 namespace {
