@@ -7,6 +7,7 @@
 #   make soak       SEEDS=20000 random scenarios; a seed that fails is printed
 #   make soak-live  an hour (MINUTES=60) of a live recording, with a dying sound server and a full disk
 #   make mutants    change MUTANTS=40 lines of ROOM=audio one at a time, list what no test notices (SEED=1)
+#   make portable   compile the logic for Windows and run its tests under wine
 #   make bench      build and run the measurements
 #   make format     clang-format over all sources
 #   make lint       clang-format and clang-tidy, findings are errors
@@ -34,7 +35,7 @@ CONFIGURE = cmake --preset $(1) >/dev/null
 # Live tests mostly wait, so their four parts share two cores; all others run alone (cmake/Rooms.cmake).
 CTEST = ctest --output-on-failure --no-tests=error --parallel 4
 
-.PHONY: all run test sanitize fuzz soak soak-live mutants bench format lint install package clean
+.PHONY: all run test sanitize fuzz soak soak-live mutants portable bench format lint install package clean
 
 all:
 	@scripts/install-deps build
@@ -81,6 +82,10 @@ mutants:
 	@scripts/install-deps build run test mutants
 	@scripts/mutants --mutants $(MUTANTS) --seed $(SEED) $(ROOM)
 
+portable:
+	@scripts/install-deps build portable
+	@scripts/portable
+
 bench:
 	@scripts/install-deps build run bench
 	@$(call CONFIGURE,$(PRESET))
@@ -108,4 +113,4 @@ package:
 	cd $(BUILD) && cpack -B packages
 
 clean:
-	rm -rf build/release build/debug build/sanitize build/coverage build/fuzz
+	rm -rf build/release build/debug build/sanitize build/coverage build/fuzz build/mingw

@@ -1,6 +1,7 @@
 // The loops over the samples. They are written plainly and left to the compiler, which makes wide
-// instructions of them; where it can, a second version is made for processors with wider ones. Frames are
-// taken by reference: of copies the compiler makes no such loop.
+// instructions of them; where it can, a second version is made for processors with wider ones (programs that
+// are not ELF have no linker that could choose between the two). Frames are taken by reference: of copies the
+// compiler makes no such loop.
 #include <algorithm>
 #include <cfloat>
 #include <cstddef>
@@ -32,7 +33,7 @@ int32_t AtGain(int16_t sample, float percent) {
 }
 
 /// For gains of 0 to 100 per cent, at which nothing overflows.
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
+#if defined(__x86_64__) && defined(__ELF__) && defined(__GNUC__) && !defined(__clang__)
 [[gnu::target_clones("default", "avx2")]]
 #endif
 void Attenuate(std::span<Frame> frames, int32_t levelMultiplier) {
@@ -45,7 +46,7 @@ void Attenuate(std::span<Frame> frames, int32_t levelMultiplier) {
 
 /// For gains above 100 per cent, without a branch. At such a gain full scale overflows again, so it does not
 /// matter which channel overflowed first; and a sample keeps its sign, and 0 stays the only 0.
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
+#if defined(__x86_64__) && defined(__ELF__) && defined(__GNUC__) && !defined(__clang__)
 [[gnu::target_clones("default", "avx2")]]
 #endif
 void Boost(std::span<Frame> frames, int32_t levelMultiplier) {
@@ -86,7 +87,7 @@ void AmplifyExactly(std::span<Frame> frames, int32_t levelMultiplier) {
 
 }  // namespace
 
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
+#if defined(__x86_64__) && defined(__ELF__) && defined(__GNUC__) && !defined(__clang__)
 [[gnu::target_clones("default", "avx2")]]
 #endif
 Loudness
@@ -100,7 +101,7 @@ MeasurePeaks(std::span<const Frame> frames) {
     return {maxLeft, maxRight, 0, 0};
 }
 
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
+#if defined(__x86_64__) && defined(__ELF__) && defined(__GNUC__) && !defined(__clang__)
 [[gnu::target_clones("default", "avx2")]]
 #endif
 Loudness
