@@ -184,7 +184,7 @@ Program::Next Program::PlaceWindow() {
 Program::Next Program::ApplySwitches() {
     const Switches switches = ReadSwitches(Options.CommandLine);
     if (switches.RegClasses) {
-        Host.Dialogs.MessageBox(Parts->Messages.FormatMsg(Message::Registered.Key), DialogIcon::Information);
+        Host.Dialogs.ShowMessage(Parts->Messages.FormatMsg(Message::Registered.Key), DialogIcon::Information);
         Stage = LifeStage::Running;
         Unload();
         return Next::EndProcess;

@@ -156,7 +156,7 @@ void Program::TellError() {
     const std::string text = Parts->Messages.FormatMsg(
         std::to_string(messages.PendingError), {messages.PendingErrorText, messages.PendingErrorReason});
     if (!messages.ErrorLogged) Parts->Journal.WriteLog({"ERROR", text});
-    if (!Memory->Lifecycle.DontAsk) Host.Dialogs.MessageBox(text, DialogIcon::Critical);
+    if (!Memory->Lifecycle.DontAsk) Host.Dialogs.ShowMessage(text, DialogIcon::Critical);
 }
 
 void Program::TellInfo() {
@@ -164,7 +164,7 @@ void Program::TellInfo() {
     if (key == 0) return;
     const std::string text = Parts->Messages.FormatMsg(std::to_string(key));
     Parts->Journal.WriteLog({"INFO", text});
-    if (!Memory->Lifecycle.DontAsk) Host.Dialogs.MessageBox(text, DialogIcon::Information);
+    if (!Memory->Lifecycle.DontAsk) Host.Dialogs.ShowMessage(text, DialogIcon::Information);
 }
 
 void Program::ReleaseProvider() {

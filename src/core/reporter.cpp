@@ -27,7 +27,7 @@ void Reporter::WriteAndShow(ReportKind kind, const std::string& text) {
 }
 
 void Reporter::Box(const std::string& text, DialogIcon icon) {
-    if (!Lifecycle.DontAsk) Boxes.MessageBox(text, icon);
+    if (!Lifecycle.DontAsk) Boxes.ShowMessage(text, icon);
 }
 
 }  // namespace Corvetape

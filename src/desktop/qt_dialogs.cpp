@@ -42,7 +42,7 @@ int Show(QWidget* window, const std::string& text, DialogIcon icon, QMessageBox:
 
 }  // namespace
 
-void QtDialogs::MessageBox(const std::string& text, DialogIcon icon) {
+void QtDialogs::ShowMessage(const std::string& text, DialogIcon icon) {
     Show(Window, text, icon, QMessageBox::Ok);
 }
 

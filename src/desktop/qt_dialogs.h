@@ -14,7 +14,7 @@ class QtDialogs : public Dialogs {
     /// The window that boxes belong to; there may be none yet.
     void Over(QWidget* window) { Window = window; }
 
-    void MessageBox(const std::string& text, DialogIcon icon) override;
+    void ShowMessage(const std::string& text, DialogIcon icon) override;
     bool AskYesNo(const std::string& text, DialogIcon icon) override;
     bool AskNoYes(const std::string& text, DialogIcon icon) override;
     bool AskOkCancel(const std::string& text, DialogIcon icon) override;

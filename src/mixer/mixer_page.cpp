@@ -96,8 +96,8 @@ void MixerPage::Search() {
     Tools.Rescue.Forget();
     if (name.empty()) {
         SearchEnds.Raise();
-        Parts.Dialogs.MessageBox(Parts.Texts.FormatMsg(Message::InputSearchFailed.Key),
-                                 DialogIcon::Exclamation);
+        Parts.Dialogs.ShowMessage(Parts.Texts.FormatMsg(Message::InputSearchFailed.Key),
+                                  DialogIcon::Exclamation);
         return;
     }
     // The number of the device is taken for its place in the list, which leaves none out.

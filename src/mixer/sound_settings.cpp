@@ -37,7 +37,7 @@ void OpenSoundSettings(Processes& processes, Dialogs& boxes, const clsLocalizeCo
     const bool opened = std::ranges::any_of(SettingsPrograms, [&](const SettingsProgram& each) {
         return processes.ShellOpen(each.Name, each.Parameters, "") > LastFailure;
     });
-    if (!opened) boxes.MessageBox(texts.FormatMsg(Message::NoSoundSettings.Key), DialogIcon::Exclamation);
+    if (!opened) boxes.ShowMessage(texts.FormatMsg(Message::NoSoundSettings.Key), DialogIcon::Exclamation);
 }
 
 }  // namespace Corvetape

@@ -14,7 +14,7 @@ class Dialogs {
  public:
     virtual ~Dialogs() = default;
 
-    virtual void MessageBox(const std::string& text, DialogIcon icon) = 0;
+    virtual void ShowMessage(const std::string& text, DialogIcon icon) = 0;
     virtual bool AskYesNo(const std::string& text, DialogIcon icon) = 0;
 
     /// The same with No as the answer to a key that was pressed unawares.

@@ -41,7 +41,7 @@ void Countdown::Switched() {
         Form.chkStopRecording[0].Value(0);
         Flags.RecordingSecondsLeft = SecondsIn(Form.txtRecordingPeriod);
         if (Flags.RecordingSecondsLeft <= 0) {
-            Boxes.MessageBox(Texts.FormatMsg(Message::NoRecordingTime.Key), DialogIcon::Exclamation);
+            Boxes.ShowMessage(Texts.FormatMsg(Message::NoRecordingTime.Key), DialogIcon::Exclamation);
             Form.chkStopRecording[1].Value(0);
         }
     } else {

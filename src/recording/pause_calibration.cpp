@@ -31,7 +31,7 @@ PauseCalibration::PauseCalibration(frmMain& form, PauseSettings& pause, Dialogs&
 void PauseCalibration::OptimizePauseRecognition() {
     const int32_t low = WholeNumberFromText(Form.lblHistogramMin.Caption()).value_or(NothingMeasured);
     if (low > HighestSilence) {
-        Boxes.MessageBox(Texts.FormatMsg(Message::TooLoudForPause.Key), DialogIcon::Exclamation);
+        Boxes.ShowMessage(Texts.FormatMsg(Message::TooLoudForPause.Key), DialogIcon::Exclamation);
         return;
     }
     const bool hum = low > HighestNoise;
@@ -47,7 +47,7 @@ void PauseCalibration::OptimizePauseRecognition() {
     const std::string text =
         Texts.FormatMsg(Message::PauseMeasured.Key,
                         {Form.txtSilenceAmplitude.Text(), Form.txtEndOfSilenceAmplitude.Text(), measure});
-    Boxes.MessageBox(text, DialogIcon::Exclamation);
+    Boxes.ShowMessage(text, DialogIcon::Exclamation);
 }
 
 }  // namespace Corvetape

@@ -203,7 +203,7 @@ class RecordingDialogs : public Dialogs {
     };
     std::vector<Shown> Boxes;
 
-    void MessageBox(const std::string& text, DialogIcon icon) override { Boxes.push_back({text, icon}); }
+    void ShowMessage(const std::string& text, DialogIcon icon) override { Boxes.push_back({text, icon}); }
     bool AskYesNo(const std::string& text, DialogIcon icon) override {
         Boxes.push_back({text, icon});
         return false;

@@ -30,7 +30,7 @@ constexpr uint32_t Rate = 44100;
 /// Answers questions as it was told and notes them.
 class ScriptedDialogs : public Dialogs {
  public:
-    void MessageBox(const std::string& text, DialogIcon) override { Texts.push_back(text); }
+    void ShowMessage(const std::string& text, DialogIcon) override { Texts.push_back(text); }
     bool AskYesNo(const std::string& text, DialogIcon) override {
         Texts.push_back(text);
         if (Answers.empty()) return false;

@@ -174,7 +174,7 @@ TEST(SimFolders, ProgramsAreSearchedInTheOrderOfTheSearchPath) {
 
 TEST(SimDialogs, WithoutAnswersBoxesAreClosed) {
     SimDialogs dialogs;
-    dialogs.MessageBox("text", DialogIcon::Critical);
+    dialogs.ShowMessage("text", DialogIcon::Critical);
     EXPECT_FALSE(dialogs.AskYesNo("sure?", DialogIcon::Exclamation));
     EXPECT_EQ(dialogs.BrowseForFolder("Folder", "/a"), std::nullopt);
     EXPECT_EQ(dialogs.OpenFile("File", "*.exe", "/b"), std::nullopt);

@@ -23,7 +23,7 @@ void SimDialogs::Show(const ShownBox& box) {
     --Open;
 }
 
-void SimDialogs::MessageBox(const std::string& text, DialogIcon icon) {
+void SimDialogs::ShowMessage(const std::string& text, DialogIcon icon) {
     Show({BoxKind::Message, text, icon, {}, {}});
 }
 

@@ -28,7 +28,7 @@ struct ShownBox {
 /// and a choice is cancelled, as if the user had closed the box.
 class SimDialogs : public Dialogs {
  public:
-    void MessageBox(const std::string& text, DialogIcon icon) override;
+    void ShowMessage(const std::string& text, DialogIcon icon) override;
     bool AskYesNo(const std::string& text, DialogIcon icon) override;
     bool AskNoYes(const std::string& text, DialogIcon icon) override;
     bool AskOkCancel(const std::string& text, DialogIcon icon) override;

@@ -50,7 +50,7 @@ void clsLocalizeControls::Load(std::string_view language) {
 
 void clsLocalizeControls::Add(Texts& texts, const std::string& key, const std::string& text) {
     if (texts.emplace(LowerCase(key), text).second) return;
-    Boxes.MessageBox("Item " + key + " exists twice in language file!", DialogIcon::Exclamation);
+    Boxes.ShowMessage("Item " + key + " exists twice in language file!", DialogIcon::Exclamation);
 }
 
 std::string clsLocalizeControls::FormatMsg(std::string_view key,

@@ -15,7 +15,7 @@ namespace Corvetape {
 bool ValidateNumber(TextBox& box, int32_t minimum, int32_t maximum, int32_t step, Dialogs& dialogs,
                     const clsLocalizeControls& messages) {
     const auto refuse = [&](const std::string& text) {
-        dialogs.MessageBox(text, DialogIcon::Exclamation);
+        dialogs.ShowMessage(text, DialogIcon::Exclamation);
         return true;
     };
     const std::optional<double> number = NumberFromText(box.Text());

@@ -54,7 +54,7 @@ void FolderSelection::GetDir(size_t index) {
     Form.Enabled(false);
     Ask(index);
     while (!Disk.IsFolder(Targets.Folders.Paths[index])) {
-        Boxes.MessageBox(Messages.FormatMsg(Message::NoSuchFolder.Key), DialogIcon::Exclamation);
+        Boxes.ShowMessage(Messages.FormatMsg(Message::NoSuchFolder.Key), DialogIcon::Exclamation);
         Ask(index);
     }
     Form.Enabled(true);
@@ -74,7 +74,7 @@ bool FolderSelection::IsRefused(size_t index, const std::string& folder) {
     if (index != TemporaryFolder && index != MusicFolder) return false;
     const size_t other = index == TemporaryFolder ? MusicFolder : TemporaryFolder;
     if (!EqualIgnoringCase(folder, Targets.Folders.Paths[other])) return false;
-    Boxes.MessageBox(Messages.FormatMsg(Message::SameFolder.Key), DialogIcon::Exclamation);
+    Boxes.ShowMessage(Messages.FormatMsg(Message::SameFolder.Key), DialogIcon::Exclamation);
     return true;
 }
 
@@ -87,7 +87,7 @@ void FolderSelection::Take(size_t index, const std::string& folder) {
     Form.txtPath[index].Text(folder);
     if (index == LogFolder) Lists.FollowFolder(before);
     if (index == TemporaryFolder) {
-        Boxes.MessageBox(Messages.FormatMsg(Message::HoldsFromNextStart.Key), DialogIcon::Information);
+        Boxes.ShowMessage(Messages.FormatMsg(Message::HoldsFromNextStart.Key), DialogIcon::Information);
     }
 }
 

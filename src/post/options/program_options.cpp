@@ -88,7 +88,7 @@ void ProgramOptions::BindLists() {
     Form.lstBufferFlag.Click.Connect([this] { ChangeBufferFlag(); });
     Form.tmrMsgBox.Timer.Connect([this] {
         Form.tmrMsgBox.Running(false);
-        Boxes.MessageBox(Messages.FormatMsg(Message::HoldsFromNextStart.Key), DialogIcon::Information);
+        Boxes.ShowMessage(Messages.FormatMsg(Message::HoldsFromNextStart.Key), DialogIcon::Information);
     });
 }
 

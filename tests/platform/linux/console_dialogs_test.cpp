@@ -22,13 +22,13 @@ class ConsoleDialogsTest : public testing::Test {
 };
 
 TEST_F(ConsoleDialogsTest, ABoxIsOneLine) {
-    dialogs.MessageBox("The disk is full.\r\n\r\nFree some space.\n", DialogIcon::Information);
+    dialogs.ShowMessage("The disk is full.\r\n\r\nFree some space.\n", DialogIcon::Information);
     EXPECT_EQ(Printed(), "The disk is full. Free some space.\n");
 }
 
 TEST_F(ConsoleDialogsTest, TheIconIsAWord) {
-    dialogs.MessageBox("a", DialogIcon::Critical);
-    dialogs.MessageBox("b", DialogIcon::Exclamation);
+    dialogs.ShowMessage("a", DialogIcon::Critical);
+    dialogs.ShowMessage("b", DialogIcon::Exclamation);
     EXPECT_EQ(Printed(), "error: a\nwarning: b\n");
 }
 
@@ -40,7 +40,7 @@ TEST_F(ConsoleDialogsTest, AQuestionIsAnsweredLikeAClosedBox) {
 }
 
 TEST_F(ConsoleDialogsTest, NamesFromStrangersCannotSteerTheTerminal) {
-    dialogs.MessageBox(
+    dialogs.ShowMessage(
         "Song \x1b[2J\x07\xc2\x9b"
         "31m \xc3\x84rger",
         DialogIcon::Information);

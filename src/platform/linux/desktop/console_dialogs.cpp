@@ -8,7 +8,7 @@ namespace Corvetape {
 
 ConsoleDialogs::ConsoleDialogs(std::FILE* output) : Stream(output) {}
 
-void ConsoleDialogs::MessageBox(const std::string& text, DialogIcon icon) {
+void ConsoleDialogs::ShowMessage(const std::string& text, DialogIcon icon) {
     const char* const kind = icon == DialogIcon::Critical      ? "error: "
                              : icon == DialogIcon::Exclamation ? "warning: "
                                                                : "";
@@ -17,7 +17,7 @@ void ConsoleDialogs::MessageBox(const std::string& text, DialogIcon icon) {
 }
 
 bool ConsoleDialogs::AskYesNo(const std::string& text, DialogIcon icon) {
-    MessageBox(text, icon);
+    ShowMessage(text, icon);
     return false;
 }
 

@@ -13,7 +13,7 @@ class ConsoleDialogs : public Dialogs {
     /// `stream` is not owned; usually the standard error output.
     explicit ConsoleDialogs(std::FILE* stream);
 
-    void MessageBox(const std::string& text, DialogIcon icon) override;
+    void ShowMessage(const std::string& text, DialogIcon icon) override;
     bool AskYesNo(const std::string& text, DialogIcon icon) override;
 
     /// Rings the bell of a terminal; nothing elsewhere.
