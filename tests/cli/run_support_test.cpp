@@ -54,6 +54,7 @@ TEST(MakeOverrides, WhatHoldsForEverySourceIsPassedOnAsThat) {
 /// Processes of which some run until they are waited for.
 class FewProcesses : public Processes {
  public:
+    bool IsWhole(const CommandTemplate&) const override { return true; }
     bool StartHidden(const HiddenJob&) override { return true; }
     int32_t ShellOpen(const std::string&, const std::string&, const std::string&) override { return 42; }
     size_t Running() override { return Jobs; }

@@ -9,7 +9,7 @@
 
 #include "core/text/text.h"
 #include "fuzz/support/fuzz.h"
-#include "post/transfer/shell_quote.h"
+#include "platform/linux/processes/shell_script.h"
 
 namespace Corvetape {
 
@@ -224,9 +224,9 @@ void CheckWord(const std::string& value) {
 
 std::optional<Script> MakeScript(const std::string& text, const std::vector<TemplateParameter>& values) {
     ShellScript script({});
-    script.RememberSong("/temp/" + values[0].Value);
-    if (!script.AddTemplate(text, values)) return std::nullopt;
-    script.DeleteIfAllSucceeded("/temp/" + values[0].Value, "/music/" + values[1].Value);
+    Require(script.Add(RememberSong{"/temp/" + values[0].Value}), "a song can be remembered");
+    if (!script.Add(CommandTemplate{text, values})) return std::nullopt;
+    Require(script.Add(DeleteSong{"/temp/" + values[0].Value, "/music/" + values[1].Value}), "and deleted");
     return TakeApart(script.Text());
 }
 
@@ -243,7 +243,7 @@ void CheckCommands(const std::string& text, std::vector<TemplateParameter> value
 
 void CheckArguments(const std::string& text, const std::vector<TemplateParameter>& values) {
     ShellScript script({});
-    const bool added = script.AddTemplate(text, values);
+    const bool added = script.Add(CommandTemplate{text, values});
     const auto wanted = TemplateReader(values).Run(text);
     Require(added == wanted.has_value(), "a template whose quotations are closed is taken");
     if (!added) return;

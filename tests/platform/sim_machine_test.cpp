@@ -47,10 +47,10 @@ TEST(SimMachine, StartsWhenItIsTold) {
 TEST(SimProcesses, AJobWithoutDurationIsDoneAtOnceAndTold) {
     SimMachine machine;
     machine.Processes.OnJob = [&](const HiddenJob& job) {
-        machine.Files.Put("/out.mp3", job.CommandLine);
+        machine.Files.Put("/out.mp3", std::get<CommandTemplate>(job.Steps.at(0)).Text);
         return 3;
     };
-    EXPECT_TRUE(machine.Processes.StartHidden({"song", "lame a b", "/tmp"}));
+    EXPECT_TRUE(machine.Processes.StartHidden({"song", {CommandTemplate{"lame a b", {}}}, "/tmp"}));
     EXPECT_EQ(machine.Files.Content("/out.mp3"), "lame a b");
     EXPECT_EQ(machine.Processes.Running(), 0U);
     EXPECT_THAT(NamesOf(machine.Processes.TakeFinished()), ElementsAre("song=3"));
@@ -69,7 +69,7 @@ TEST(SimProcesses, JobsDoTheirWorkAtTheirEndInTheOrderOfTheirEnds) {
     machine.Processes.DurationOf = [](const HiddenJob& job) {
         return std::chrono::milliseconds(job.Name == "long" ? 9000 : 4000);
     };
-    for (const char* name : {"long", "short", "same"}) machine.Processes.StartHidden({name, "", ""});
+    for (const char* name : {"long", "short", "same"}) machine.Processes.StartHidden({name, {}, ""});
     machine.Loop.RunFor(3s);
     EXPECT_EQ(machine.Processes.Running(), 3U);
     EXPECT_THAT(machine.Processes.TakeFinished(), IsEmpty());
@@ -82,10 +82,10 @@ TEST(SimProcesses, AJobMayStartAnother) {
     SimMachine machine;
     machine.Processes.DurationOf = [](const HiddenJob&) { return 1s; };
     machine.Processes.OnJob = [&](const HiddenJob& job) {
-        if (job.Name == "first") machine.Processes.StartHidden({"second", "", ""});
+        if (job.Name == "first") machine.Processes.StartHidden({"second", {}, ""});
         return 0;
     };
-    machine.Processes.StartHidden({"first", "", ""});
+    machine.Processes.StartHidden({"first", {}, ""});
     machine.Loop.RunFor(1500ms);
     EXPECT_EQ(machine.Processes.Running(), 1U);
     machine.Loop.RunFor(500ms);
@@ -98,7 +98,7 @@ TEST(SimProcesses, WaitingForAllMovesTimeToTheLastEndOrTheLimit) {
     const auto timer = machine.Loop.NewTimer([&] { fired = true; });
     timer->Start(10ms, TimerPrecision::Coarse);
     machine.Processes.DurationOf = [](const HiddenJob&) { return 5s; };
-    machine.Processes.StartHidden({"a", "", ""});
+    machine.Processes.StartHidden({"a", {}, ""});
     EXPECT_FALSE(machine.Processes.WaitForAll(2s));
     EXPECT_EQ(machine.Clock.MonotonicNanoseconds(), 2'000'000'000);
     EXPECT_TRUE(machine.Processes.WaitForAll(60s));
@@ -115,7 +115,7 @@ TEST(SimProcesses, RefusedJobsAreWrittenDownAndNotRun) {
         return 0;
     };
     machine.Processes.RefuseJobs = true;
-    EXPECT_FALSE(machine.Processes.StartHidden({"a", "", ""}));
+    EXPECT_FALSE(machine.Processes.StartHidden({"a", {}, ""}));
     EXPECT_FALSE(ran);
     EXPECT_EQ(machine.Processes.Jobs.size(), 1U);
     EXPECT_THAT(machine.Processes.TakeFinished(), IsEmpty());

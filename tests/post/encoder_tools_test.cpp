@@ -92,7 +92,7 @@ TEST_F(EncoderToolsTest, AWmaEncoderOfVersionNineOrLaterCounts) {
 TEST_F(EncoderToolsTest, TheProbeAnswersNineIfItsCommandSucceeds) {
     EXPECT_EQ(ProbeWmaEncoder(Sim.Processes, "/opt/it's/ffmpeg"), "9");
     ASSERT_EQ(Sim.Processes.Jobs.size(), 1U);
-    EXPECT_TRUE(Sim.Processes.Jobs[0].CommandLine.starts_with("'/opt/it'\\''s/ffmpeg' "));
+    EXPECT_TRUE(Mentions(Sim.Processes.Jobs[0], "/opt/it's/ffmpeg"));
 }
 
 TEST_F(EncoderToolsTest, TheProbeAnswersNothingIfItsCommandFailsHangsOrCannotStart) {

@@ -1,6 +1,8 @@
 #include "post/transfer_rig.h"
 
+#include <algorithm>
 #include <limits>
+#include <variant>
 
 namespace Corvetape {
 namespace {
@@ -158,19 +160,38 @@ TEST_F(TransferJobTest, EncodingOfflineLooksAtNoEncoder) {
     EXPECT_EQ(Bench.LogLines(), "TEMP\tArtist - Title\n");
 }
 
-TEST_F(TransferJobTest, OnlyWithDelTempAnythingIsDeletedAtTheEnd) {
+template <typename Step>
+bool Has(const HiddenJob& job) {
+    return std::ranges::any_of(job.Steps,
+                               [](const JobStep& step) { return std::holds_alternative<Step>(step); });
+}
+
+TEST_F(TransferJobTest, OnlyWithDelTempTheTemporaryFilesAreDeletedAtTheEnd) {
     Transfer();
-    EXPECT_THAT(Bench.Sim.Processes.Jobs[0].CommandLine, ::testing::Not(HasSubstr("for corvet_file")));
+    EXPECT_FALSE(Has<DeleteSong>(Bench.Sim.Processes.Jobs[0]));
     Bench.Options.DelTemp = true;
     Transfer();
-    EXPECT_THAT(Bench.Sim.Processes.Jobs[1].CommandLine, HasSubstr("for corvet_file"));
+    ASSERT_TRUE(std::holds_alternative<DeleteSong>(Bench.Sim.Processes.Jobs[1].Steps.back()));
+    const auto& step = std::get<DeleteSong>(Bench.Sim.Processes.Jobs[1].Steps.back());
+    EXPECT_EQ(step.Base, "/temp/Corvet/Artist - Title (2)");
+    EXPECT_EQ(step.Target, "/music/Pop/Artist - Title");
+}
+
+TEST_F(TransferJobTest, TheSongThatIsDeletedIsTheOneThatNormalizingLeft) {
+    Bench.Options.Normalize = Bench.Options.DelTemp = true;
+    Transfer();
+    const std::vector<JobStep>& steps = Bench.Sim.Processes.Jobs[0].Steps;
+    ASSERT_GE(steps.size(), 3U);
+    EXPECT_EQ(std::get<CommandTemplate>(steps[0]).Text, Bench.Options.NormalizeCommand);
+    EXPECT_TRUE(std::holds_alternative<RememberSong>(steps[1]));
+    EXPECT_EQ(std::get<CommandTemplate>(steps[2]).Text, Bench.Options.EncoderCommand[0]);
 }
 
 TEST_F(TransferJobTest, TheJobRunsInTheProgramFolderWithItsToolsAheadOfTheSearchPath) {
-    Bench.Options.EncoderCommand[0] = "printf %s \"$PATH\"";
     Transfer();
     EXPECT_EQ(Bench.Sim.Processes.Jobs[0].WorkingFolder, "/opt/corvetape");
-    EXPECT_TRUE(RunLastJob().Output.starts_with("/opt/corvetape:/usr/share/Corvet:"));
+    EXPECT_THAT(Bench.Sim.Processes.Jobs[0].ProgramFolders,
+                ElementsAre("/opt/corvetape", "/usr/share/Corvet"));
 }
 
 TEST_F(TransferJobTest, EveryJobHasANameOfItsOwn) {

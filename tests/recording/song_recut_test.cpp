@@ -71,7 +71,7 @@ class SongRecuts : public testing::Test {
         for (const std::string& path : Disk.Tree()) {
             if (path.find(".recut-") == std::string::npos || !path.ends_with(".wav")) continue;
             const std::string base = path.substr(0, path.size() - 4);
-            EXPECT_THAT(job.CommandLine, HasSubstr(base + ".new"));
+            EXPECT_TRUE(Mentions(job, base + ".new"));
             Disk.Put(base + ".new.wav", *Disk.Content(path));
         }
         return 0;
@@ -206,7 +206,7 @@ TEST_F(SongRecuts, ItIsEncodedAsItWasWhateverTheSettingsAreNow) {
     Options.Encoder = 1;
     ASSERT_EQ(Cut({-1, 0}), "");
     ASSERT_THAT(Programs.Jobs, SizeIs(1));
-    EXPECT_THAT(Programs.Jobs[0].CommandLine, HasSubstr("encode "));
+    EXPECT_TRUE(Mentions(Programs.Jobs[0], "encode "));
 }
 
 TEST_F(SongRecuts, ACorrectionTeachesItsSourceAsTenSongsDo) {

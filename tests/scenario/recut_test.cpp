@@ -97,7 +97,7 @@ class RecutWorld {
         Place.Computer.Processes.OnJob = [this](const HiddenJob& job) {
             for (const std::string& path : Place.Disk().Tree()) {
                 const bool source = path.find(".recut-") != std::string::npos && path.ends_with(".wav");
-                if (!source || job.CommandLine.find(path.substr(0, path.size() - 4)) == std::string::npos) {
+                if (!source || !Mentions(job, path.substr(0, path.size() - 4))) {
                     continue;
                 }
                 Place.Disk().Put(path.substr(0, path.size() - 4) + ".new.wav", *Place.Disk().Content(path));

@@ -322,7 +322,7 @@ class World {
         if (song == Transferred.end()) return 0;
         const std::string base = song->TempFile.substr(0, song->TempFile.rfind('.'));
         if (!Computer.Files.Exists(song->TempFile)) return 1;
-        if (job.CommandLine.find(base) == std::string::npos) return 1;  // it looks for another file
+        if (!Mentions(job, base)) return 1;  // it looks for another file
         if (Setup.Encode) {
             Setup.Encode(*this, *song);
         } else {

@@ -10,10 +10,44 @@ namespace {
 
 constexpr int64_t NanosecondsPerMillisecond = 1'000'000;
 
+void AddTexts(const CommandTemplate& step, std::vector<std::string>& texts) {
+    texts.push_back(step.Text);
+    for (const TemplateParameter& parameter : step.Parameters) texts.push_back(parameter.Value);
+}
+
+void AddTexts(const ProgramCall& step, std::vector<std::string>& texts) {
+    texts.insert(texts.end(), step.Arguments.begin(), step.Arguments.end());
+}
+
+/// Steps that start nothing.
+template <typename Step>
+void AddTexts(const Step& /*step*/, std::vector<std::string>& /*texts*/) {}
+
 }  // namespace
+
+bool Mentions(const HiddenJob& job, std::string_view text) {
+    std::vector<std::string> texts;
+    for (const JobStep& step : job.Steps) {
+        std::visit([&](const auto& each) { AddTexts(each, texts); }, step);
+    }
+    return std::ranges::any_of(texts,
+                               [&](const std::string& each) { return each.find(text) != std::string::npos; });
+}
 
 SimProcesses::SimProcesses(Clock& clock, EventLoop& loop)
     : Time(clock), Loop(loop), Timer(loop.NewTimer([this] { FinishDue(); })) {}
+
+bool SimProcesses::IsWhole(const CommandTemplate& commands) const {
+    char open = '\0';
+    for (const char letter : commands.Text) {
+        if (letter == open) {
+            open = '\0';
+        } else if (open == '\0' && (letter == '"' || letter == '\'')) {
+            open = letter;
+        }
+    }
+    return open == '\0';
+}
 
 bool SimProcesses::StartHidden(const HiddenJob& job) {
     Jobs.push_back(job);

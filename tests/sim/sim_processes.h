@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/clock.h"
@@ -22,12 +23,17 @@ struct ShellCall {
     bool operator==(const ShellCall&) const = default;
 };
 
+/// True if a command, an argument or a parameter of the job holds the text.
+bool Mentions(const HiddenJob& job, std::string_view text);
+
 /// Processes that are written down instead of started. What a job does is a function of the test, called at
 /// the end of the job's virtual duration. With no duration it is called within StartHidden.
 class SimProcesses : public Processes {
  public:
     SimProcesses(Clock& clock, EventLoop& loop);
 
+    /// This machine knows quotations, and no parentheses.
+    bool IsWhole(const CommandTemplate& commands) const override;
     bool StartHidden(const HiddenJob& job) override;
     int32_t ShellOpen(const std::string& path, const std::string& parameters,
                       const std::string& workingFolder) override;

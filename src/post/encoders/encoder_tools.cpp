@@ -7,7 +7,6 @@
 #include "platform/files.h"
 #include "platform/folders.h"
 #include "platform/processes.h"
-#include "post/transfer/shell_quote.h"
 
 namespace Corvetape {
 
@@ -69,10 +68,8 @@ std::string WmaEncoderProbe::Version(const std::string& ffmpeg) {
 }
 
 std::string ProbeWmaEncoder(Processes& processes, const std::string& ffmpeg) {
-    HiddenJob job;
-    job.Name = "WMA probe";
-    job.CommandLine = ShellWord(ffmpeg) + " -hide_banner -h encoder=wmav2 | grep -q '^Encoder wmav2'";
-    job.WorkingFolder = "/";
+    const ProgramCall call{{ffmpeg, "-hide_banner", "-h", "encoder=wmav2"}, "Encoder wmav2"};
+    const HiddenJob job{"WMA probe", {call}, "/"};
     if (!processes.StartHidden(job) || !processes.WaitForAll(ProbeLimit)) return {};
     for (const JobResult& result : processes.TakeFinished()) {
         if (result.Name == job.Name && result.ExitCode == 0) return "9";

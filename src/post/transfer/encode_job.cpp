@@ -1,10 +1,10 @@
 #include "post/transfer/encode_job.h"
 
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/text/text.h"
-#include "post/transfer/shell_quote.h"
 
 namespace Corvetape {
 
@@ -58,29 +58,33 @@ const std::string* QualityOptions(const Settings& settings, const EncoderRow& ro
     return &options[static_cast<size_t>(index)];
 }
 
-EncodeCommand MakeEncodeCommand(const EncoderRow& row, const EncodeRequest& request) {
+EncodeJob MakeEncodeJob(std::string name, const EncoderRow& row, const EncodeRequest& request,
+                        const Processes& processes) {
     const auto encoder = static_cast<size_t>(&row - EncoderTable.data());
-    const std::string& command = request.Options.EncoderCommand[encoder];
-    if (TrimBlanks(command).empty()) {
+    const Settings& options = request.Options;
+    if (TrimBlanks(options.EncoderCommand[encoder]).empty()) {
         return {{}, "There is no command " + std::string(row.TemplateKey) + " to make this format."};
     }
-    ShellScript script(ToolFolders(request.Folders));
-    script.Export("CORVET_SAME_NAME", std::to_string(static_cast<int32_t>(request.SameName)));
-    script.Export("CORVET_WORK", request.Work);
-    script.Export("CORVET_MADE", request.MadeFile);
-    if (request.Options.Normalize &&
-        !script.AddTemplate(request.Options.NormalizeCommand, NormalizeParameters(request))) {
-        return {{}, BrokenTemplate("Normalize")};
+    CommandTemplate normalize{options.NormalizeCommand, NormalizeParameters(request)};
+    if (options.Normalize && !processes.IsWhole(normalize)) return {{}, BrokenTemplate("Normalize")};
+    CommandTemplate encode{options.EncoderCommand[encoder], EncoderParameters(row, request)};
+    if (!processes.IsWhole(encode)) return {{}, BrokenTemplate(row.TemplateKey)};
+
+    HiddenJob job{std::move(name), {}, request.Folders.ProgramFolder, ToolFolders(request.Folders), {}};
+    job.Environment = {{"CORVET_SAME_NAME", std::to_string(static_cast<int32_t>(request.SameName))},
+                       {"CORVET_WORK", request.Work},
+                       {"CORVET_MADE", request.MadeFile}};
+    if (options.Normalize) job.Steps.emplace_back(std::move(normalize));
+    // Normalising may have put another file in the place of the song.
+    if (options.DelTemp) job.Steps.emplace_back(RememberSong{request.SourceBase});
+    job.Steps.emplace_back(std::move(encode));
+    if (!request.Note.empty()) {
+        job.Steps.emplace_back(DeleteNote{request.Note, request.MadeFile, request.Reader});
     }
-    if (request.Options.DelTemp) script.RememberSong(request.SourceBase);
-    if (!script.AddTemplate(command, EncoderParameters(row, request))) {
-        return {{}, BrokenTemplate(row.TemplateKey)};
+    if (options.DelTemp) {
+        job.Steps.emplace_back(DeleteSong{request.SourceBase, request.Names.TargetBase});
     }
-    if (!request.Note.empty()) script.DeleteNoteIfMade(request.Note, request.MadeFile, request.Reader);
-    if (request.Options.DelTemp) {
-        script.DeleteIfAllSucceeded(request.SourceBase, request.Names.TargetBase);
-    }
-    return {script.Text(), {}};
+    return {std::move(job), {}};
 }
 
 }  // namespace Corvetape

@@ -5,6 +5,7 @@
 
 #include "core/media_state.h"
 #include "core/settings/settings.h"
+#include "platform/processes.h"
 #include "post/encoders/encoder_table.h"
 #include "post/transfer/song_names.h"
 
@@ -28,13 +29,14 @@ struct EncodeRequest {
     std::string Reader;    ///< number of the process that reads it
 };
 
-struct EncodeCommand {
-    std::string CommandLine;  ///< empty if there is none
-    std::string Problem;      ///< why there is none, in English
+struct EncodeJob {
+    HiddenJob Job;
+    std::string Problem;  ///< why it cannot be done, in English; empty if it can
 };
 
-/// The command line that normalises and encodes a song and then deletes its temporary files, each as the
-/// settings want it: the templates of `row` with their parameters.
+/// The job `name` that normalises and encodes a song and then deletes its temporary files, each as the
+/// settings want it: the templates of `row` with their parameters. `processes` is asked whether it can read
+/// them.
 ///
 /// Parameters of an encoder's template: %1 temporary files without extension, %2 music file without
 /// extension, %3 artist, %4 title, %5 the options of the chosen quality, %6 station, %7 log file for the
@@ -47,6 +49,7 @@ struct EncodeCommand {
 ///
 /// The exit code is 0 if every command succeeded. Otherwise it is that of the first one that failed, and
 /// the temporary files stay.
-EncodeCommand MakeEncodeCommand(const EncoderRow& row, const EncodeRequest& request);
+EncodeJob MakeEncodeJob(std::string name, const EncoderRow& row, const EncodeRequest& request,
+                        const Processes& processes);
 
 }  // namespace Corvetape

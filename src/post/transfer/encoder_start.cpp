@@ -50,14 +50,12 @@ TransferredSong EncoderStart::Start(SongPassage& passage, const std::string& nam
     }
     song.JobLabel = row->JobLabel;
     const EncodeRequest request = RequestFor(passage, *row, name);
-    EncodeCommand command = MakeEncodeCommand(*row, request);
-    song.Problem = std::move(command.Problem);
     const std::string jobName = "song " + number;
+    EncodeJob encoding = MakeEncodeJob(jobName, *row, request, Programs);
+    song.Problem = std::move(encoding.Problem);
     note();  // ahead of the command, which deletes it
-    const bool started =
-        !command.CommandLine.empty() &&
-        Programs.StartHidden({jobName, std::move(command.CommandLine), Place.Folders.ProgramFolder});
-    if (!started) return song;  // the log line is written all the same, and the temporary song stays
+    // Without a command the log line is written all the same, and the temporary song stays.
+    if (!song.Problem.empty() || !Programs.StartHidden(encoding.Job)) return song;
     passage.Note.Encoder = Programs.StartedRun();
     if (Disk.FileSize(request.Note)) note();
     song.JobName = jobName;

@@ -185,13 +185,10 @@ std::string SongRecut::StartEncoder() {
                                    "",
                                    "",
                                    ""};
-    EncodeCommand command = MakeEncodeCommand(*row, request);
-    if (!command.Problem.empty()) return command.Problem;
-    std::string name = "recut " + Song.Base;
-    if (!Parts.Processes.StartHidden({name, std::move(command.CommandLine), Parts.Folders.ProgramFolder})) {
-        return "Its encoder could not be started.";
-    }
-    Job = std::move(name);
+    const EncodeJob encoding = MakeEncodeJob("recut " + Song.Base, *row, request, Parts.Processes);
+    if (!encoding.Problem.empty()) return encoding.Problem;
+    if (!Parts.Processes.StartHidden(encoding.Job)) return "Its encoder could not be started.";
+    Job = encoding.Job.Name;
     return {};
 }
 

@@ -25,6 +25,10 @@ using std::chrono::seconds;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+HiddenJob JobOf(const std::string& name, const std::string& commands, const std::string& folder) {
+    return {name, {CommandTemplate{commands, {}}}, folder};
+}
+
 class LinuxProcessesTest : public testing::Test {
  protected:
     std::string Get(const std::string& name) const {
@@ -37,7 +41,7 @@ class LinuxProcessesTest : public testing::Test {
     }
     /// Runs one job to its end; what it printed is in the file "out".
     std::string Run(const std::string& command) {
-        EXPECT_TRUE(processes.StartHidden({"job", "{ " + command + "; } >out 2>&1", folder.Path()}));
+        EXPECT_TRUE(processes.StartHidden(JobOf("job", "{ " + command + "; } >out 2>&1", folder.Path())));
         EXPECT_TRUE(processes.WaitForAll(seconds(30)));
         return Get("out");
     }
@@ -73,8 +77,8 @@ TEST_F(LinuxProcessesTest, AJobIsNiceAndInASessionOfItsOwn) {
 
 TEST_F(LinuxProcessesTest, ResultsComeOnceInTheOrderOfTheEnds) {
     ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
-    processes.StartHidden({"slow", "read x < pipe; exit 3", folder.Path()});
-    processes.StartHidden({"quick", "exit 7", folder.Path()});
+    processes.StartHidden(JobOf("slow", "read x < pipe; exit 3", folder.Path()));
+    processes.StartHidden(JobOf("quick", "exit 7", folder.Path()));
     std::vector<JobResult> results;
     const auto collect = [&] {
         for (JobResult& result : processes.TakeFinished()) results.push_back(result);
@@ -95,7 +99,7 @@ TEST_F(LinuxProcessesTest, ResultsComeOnceInTheOrderOfTheEnds) {
 }
 
 TEST_F(LinuxProcessesTest, AKilledJobShows128PlusTheSignal) {
-    processes.StartHidden({"job", "kill -9 $$", folder.Path()});
+    processes.StartHidden(JobOf("job", "kill -9 $$", folder.Path()));
     ASSERT_TRUE(processes.WaitForAll(seconds(30)));
     const std::vector<JobResult> results = processes.TakeFinished();
     ASSERT_EQ(results.size(), 1u);
@@ -103,7 +107,7 @@ TEST_F(LinuxProcessesTest, AKilledJobShows128PlusTheSignal) {
 }
 
 TEST_F(LinuxProcessesTest, NothingIsLeftOfJobsThatHaveEnded) {
-    for (int i = 0; i < 30; ++i) processes.StartHidden({"job", "exit 0", folder.Path()});
+    for (int i = 0; i < 30; ++i) processes.StartHidden(JobOf("job", "exit 0", folder.Path()));
     ASSERT_TRUE(processes.WaitForAll(seconds(30)));
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
     EXPECT_EQ(errno, ECHILD) << "a child was left as a zombie";
@@ -112,7 +116,7 @@ TEST_F(LinuxProcessesTest, NothingIsLeftOfJobsThatHaveEnded) {
 TEST_F(LinuxProcessesTest, ChildrenOfOthersAreNotTouched) {
     const pid_t own = fork();
     if (own == 0) _exit(5);
-    processes.StartHidden({"job", "exit 0", folder.Path()});
+    processes.StartHidden(JobOf("job", "exit 0", folder.Path()));
     ASSERT_TRUE(processes.WaitForAll(seconds(30)));
     int status = 0;
     ASSERT_EQ(waitpid(own, &status, 0), own);
@@ -120,7 +124,7 @@ TEST_F(LinuxProcessesTest, ChildrenOfOthersAreNotTouched) {
 }
 
 TEST_F(LinuxProcessesTest, AMissingFolderIsAFailedStart) {
-    EXPECT_FALSE(processes.StartHidden({"job", "exit 0", folder / "none"}));
+    EXPECT_FALSE(processes.StartHidden(JobOf("job", "exit 0", folder / "none")));
     EXPECT_EQ(processes.Running(), 0u);
     EXPECT_THAT(processes.TakeFinished(), IsEmpty());
 }
@@ -130,7 +134,7 @@ TEST_F(LinuxProcessesTest, AJobSurvivesItsStarter) {
     const pid_t starter = fork();
     if (starter == 0) {
         LinuxProcesses own;
-        own.StartHidden({"job", "read x < pipe; echo $x > out.new; mv out.new out", folder.Path()});
+        own.StartHidden(JobOf("job", "read x < pipe; echo $x > out.new; mv out.new out", folder.Path()));
         _exit(0);
     }
     ASSERT_EQ(waitpid(starter, nullptr, 0), starter);

@@ -258,8 +258,11 @@ TEST_F(SoundFileSourceTest, Mp3SoundsLikeWhatItWasMadeOfAndHasItsTags) {
     const std::string plain = folder / "plain.wav";
     WriteWave(plain, Tone(), 44100);
     LinuxProcesses processes;
-    processes.StartHidden(
-        {"lame", "lame --quiet --tt Song --ta Artist --tl Album plain.wav song.wav", folder.Path()});
+    processes.StartHidden({"lame",
+                           {ProgramCall{{"lame", "--quiet", "--tt", "Song", "--ta", "Artist", "--tl", "Album",
+                                         "plain.wav", "song.wav"},
+                                        ""}},
+                           folder.Path()});
     ASSERT_TRUE(processes.WaitForAll(std::chrono::seconds(20)));
     ASSERT_EQ(processes.TakeFinished().at(0).ExitCode, 0) << "is lame installed?";
     const std::vector<Frame> out = ReadAll();

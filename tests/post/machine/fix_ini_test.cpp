@@ -5,9 +5,9 @@
 #include "core/settings/profile.h"
 #include "core/text/text.h"
 #include "platform/linux/files/linux_files.h"
+#include "platform/linux/processes/linux_processes.h"
 #include "post/encoders/encoder_table.h"
 #include "post/transfer/encode_job.h"
-#include "post/transfer/shell_quote.h"
 
 namespace Corvetape {
 namespace {
@@ -29,9 +29,7 @@ TEST_F(FixIniTest, HasACommandForEveryEncoderAndForNormalizing) {
         const std::string command = Text("Encode", key);
         EXPECT_TRUE(command.ends_with(CommandSeparator)) << key << ": " << command;
         EXPECT_LE(command.size(), 254U) << key;
-        const std::vector<TemplateParameter> parameters(8);
-        ShellScript script({});
-        EXPECT_TRUE(script.AddTemplate(command, parameters)) << key;
+        EXPECT_TRUE(LinuxProcesses().IsWhole({command, std::vector<TemplateParameter>(8)})) << key;
     }
 }
 

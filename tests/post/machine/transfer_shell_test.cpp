@@ -1,4 +1,5 @@
-#include "post/machine/run_shell.h"
+#include "platform/linux/processes/shell_script.h"
+#include "platform/linux/run_shell.h"
 #include "post/transfer_rig.h"
 
 namespace Corvetape {
@@ -10,7 +11,10 @@ using ::testing::HasSubstr;
 /// The jobs of the transfer, run by the shell that they are written for.
 class TransferShellTest : public TransferJobTest {
  protected:
-    Testing::ShellRun RunLastJob() { return Testing::RunShell(Bench.Sim.Processes.Jobs.back().CommandLine); }
+    std::string LastLine() {
+        return ShellLine(Bench.Sim.Processes.Jobs.back()).value_or("echo 'a template that is not closed'");
+    }
+    Testing::ShellRun RunLastJob() { return Testing::RunShell(LastLine()); }
 };
 
 TEST_F(TransferShellTest, EachEncoderHasItsCommandItsQualityItsLabelAndItsExtension) {
@@ -66,7 +70,7 @@ TEST_F(TransferShellTest, LongMediaDataStillMakeACommandLineThatCanBeStarted) {
     STATIONANDSONGDATA& song = Bench.Media.SongMedia;
     song.StationName = song.Artist = song.Song = song.Album = std::string(100000, '\'');
     Transfer();
-    EXPECT_LT(Bench.Sim.Processes.Jobs.back().CommandLine.size(), 131072U);
+    EXPECT_LT(LastLine().size(), 131072U);
     EXPECT_THAT(Testing::PrintedArguments(RunLastJob()).size(), 15U);
 }
 

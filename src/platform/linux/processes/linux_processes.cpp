@@ -19,6 +19,7 @@
 #include "platform/linux/processes/child.h"
 #include "platform/linux/processes/linux_system.h"
 #include "platform/linux/processes/program_search.h"
+#include "platform/linux/processes/shell_script.h"
 
 namespace Corvetape {
 
@@ -208,9 +209,14 @@ std::vector<std::string> SplitParameters(std::string_view parameters) {
 LinuxProcesses::LinuxProcesses() : Reaper(std::make_unique<Collector>()) {}
 LinuxProcesses::~LinuxProcesses() = default;
 
+bool LinuxProcesses::IsWhole(const CommandTemplate& commands) const {
+    return ShellScript({}).Add(commands);
+}
+
 bool LinuxProcesses::StartHidden(const HiddenJob& job) {
-    const StartedChild child =
-        StartChild({"/bin/sh", {"/bin/sh", "-c", job.CommandLine}, job.WorkingFolder, 10});
+    const std::optional<std::string> line = ShellLine(job);
+    if (!line) return false;
+    const StartedChild child = StartChild({"/bin/sh", {"/bin/sh", "-c", *line}, job.WorkingFolder, 10});
     if (child.Pid < 0) return false;
     OwnRun = RunNameOf(child.Pid);  // before anybody can collect it
     Reaper->Watch(child.Pid, job.Name);

@@ -25,6 +25,7 @@ class LinuxProcesses : public Processes {
 
     /// Runs in a session of its own, input and output to nowhere: what a job has to say it writes into
     /// its own file. False if the shell or the working folder is not there.
+    bool IsWhole(const CommandTemplate& commands) const override;
     bool StartHidden(const HiddenJob& job) override;
 
     std::string StartedRun() override { return OwnRun; }

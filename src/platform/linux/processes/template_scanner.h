@@ -18,7 +18,7 @@ struct TemplateText {
 
 /// Translates a command template for /bin/sh: %N becomes a reference to its variable, quoted as the place
 /// asks for it, and each command separator outside quotations becomes a line end, the call of the shell
-/// function `endOfCommand`, and a line end; inside it becomes a line end alone. One such call stands behind
+/// function `endOfCommand`, and a line end; inside it becomes a line end alone. One such call stands after
 /// the last command too. Nothing if a quotation, a substitution or a parenthesis is left open.
 std::optional<std::string> ScanTemplate(std::string_view text, std::span<const TemplateText> parameters,
                                         std::string_view endOfCommand);

@@ -1,4 +1,4 @@
-#include "post/transfer/shell_quote.h"
+#include "platform/linux/processes/shell_script.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "post/machine/run_shell.h"
+#include "platform/linux/run_shell.h"
 
 namespace Corvetape {
 namespace {
@@ -40,7 +40,7 @@ std::vector<TemplateParameter> Texts(const std::vector<std::string>& values) {
 /// The arguments that a command of this template receives.
 std::vector<std::string> Arguments(const std::string& words, const std::vector<std::string>& values) {
     ShellScript script({});
-    EXPECT_TRUE(script.AddTemplate(Print + words, Texts(values))) << words;
+    EXPECT_TRUE(script.Add(CommandTemplate{Print + words, Texts(values)})) << words;
     return PrintedArguments(RunShell(script.Text()));
 }
 
@@ -189,7 +189,7 @@ TEST(ShellScript, InATemplateOfAnyShapeNoValueRunsACommand) {
         std::string text = "echo ";
         for (size_t i = random() % 14; i > 0; --i) text += Pieces[random() % Pieces.size()];
         ShellScript script({});
-        if (!script.AddTemplate(text, Texts(values))) continue;
+        if (!script.Add(CommandTemplate{text, Texts(values)})) continue;
         RunShell(script.Text());
         ASSERT_FALSE(MarkerIsThere()) << "seed " << seed << ": " << text;
     }
@@ -229,7 +229,7 @@ TEST(ShellScript, OptionsAreTakenOverAsSeveralWords) {
     ShellScript script({});
     const std::vector<TemplateParameter> parameters = {{ParameterKind::Options, "-b 192 '%2' --x=\"a b\""},
                                                        {ParameterKind::Text, "v"}};
-    ASSERT_TRUE(script.AddTemplate(std::string(Print) + "%1 %2", parameters));
+    ASSERT_TRUE(script.Add(CommandTemplate{std::string(Print) + "%1 %2", parameters}));
     EXPECT_THAT(PrintedArguments(RunShell(script.Text())), ElementsAre("-b", "192", "%2", "--x=a b", "v"));
 }
 
@@ -249,20 +249,20 @@ TEST(ShellScript, AQuoteInACommentOpensNothing) {
 
 TEST(ShellScript, TheNextCommandRunsWhetherOrNotTheOneBeforeSucceeded) {
     ShellScript script({});
-    ASSERT_TRUE(script.AddTemplate("false\\r\\nprintf a\\r\\n", {}));
-    ASSERT_TRUE(script.AddTemplate("printf b", {}));
+    ASSERT_TRUE(script.Add(CommandTemplate{"false\\r\\nprintf a\\r\\n", {}}));
+    ASSERT_TRUE(script.Add(CommandTemplate{"printf b", {}}));
     EXPECT_EQ(RunShell(script.Text()).Output, "ab");
 }
 
 TEST(ShellScript, TheSeparatorCountsInAnyCase) {
     ShellScript script({});
-    ASSERT_TRUE(script.AddTemplate("printf a\\R\\nprintf b\\r\\Nprintf c\\R\\N", {}));
+    ASSERT_TRUE(script.Add(CommandTemplate{"printf a\\R\\nprintf b\\r\\Nprintf c\\R\\N", {}}));
     EXPECT_EQ(RunShell(script.Text()).Output, "abc");
 }
 
 TEST(ShellScript, EmptyCommandsDoNoHarm) {
     ShellScript script({});
-    ASSERT_TRUE(script.AddTemplate("\\r\\n\\r\\nprintf a\\r\\n\\r\\n", {}));
+    ASSERT_TRUE(script.Add(CommandTemplate{"\\r\\n\\r\\nprintf a\\r\\n\\r\\n", {}}));
     const auto run = RunShell(script.Text());
     EXPECT_EQ(run.Output, "a");
     EXPECT_EQ(run.ExitCode, 0);
@@ -270,19 +270,19 @@ TEST(ShellScript, EmptyCommandsDoNoHarm) {
 
 TEST(ShellScript, EndsWithTheCodeOfTheFirstCommandThatFailed) {
     ShellScript script({});
-    ASSERT_TRUE(script.AddTemplate("true\\r\\nsh -c 'exit 7'\\r\\nfalse\\r\\ntrue\\r\\n", {}));
+    ASSERT_TRUE(script.Add(CommandTemplate{"true\\r\\nsh -c 'exit 7'\\r\\nfalse\\r\\ntrue\\r\\n", {}}));
     EXPECT_EQ(RunShell(script.Text()).ExitCode, 7);
 }
 
 TEST(ShellScript, ALastCommandWithoutSeparatorCountsToo) {
     ShellScript script({});
-    ASSERT_TRUE(script.AddTemplate("false", {}));
+    ASSERT_TRUE(script.Add(CommandTemplate{"false", {}}));
     EXPECT_EQ(RunShell(script.Text()).ExitCode, 1);
 }
 
 TEST(ShellScript, EndsWithZeroIfAllSucceeded) {
     ShellScript script({});
-    ASSERT_TRUE(script.AddTemplate("true\\r\\ntrue\\r\\n", {}));
+    ASSERT_TRUE(script.Add(CommandTemplate{"true\\r\\ntrue\\r\\n", {}}));
     EXPECT_EQ(RunShell(script.Text()).ExitCode, 0);
 }
 
@@ -290,15 +290,48 @@ TEST(ShellScript, ATemplateWithAnOpenQuotationIsRefused) {
     for (const char* text :
          {"echo 'a", "echo \"a", "echo \"$(a\"", "echo $(a", "echo `a", "(echo a", "echo 'a\\r\\n"}) {
         ShellScript script({});
-        EXPECT_FALSE(script.AddTemplate(text, {})) << text;
+        EXPECT_FALSE(script.Add(CommandTemplate{text, {}})) << text;
         EXPECT_EQ(RunShell(script.Text()).ExitCode, 0) << text;
     }
+}
+
+TEST(ShellScript, AProgramGetsItsArgumentsAsTheyStand) {
+    for (const std::string& value : HostileValues()) {
+        ShellScript script({});
+        ASSERT_TRUE(script.Add(ProgramCall{{"printf", "%s\\0", value, "end"}, ""}));
+        EXPECT_THAT(PrintedArguments(RunShell(script.Text())), ElementsAre(value, "end")) << value;
+    }
+    EXPECT_FALSE(MarkerIsThere());
+}
+
+TEST(ShellScript, AProgramSucceedsByTheBeginningOfALineThatItPrints) {
+    const auto codeFor = [](const std::string& printed, const std::string& wanted) {
+        ShellScript script({});
+        EXPECT_TRUE(script.Add(ProgramCall{{"printf", "%s", printed}, wanted}));
+        return RunShell(script.Text()).ExitCode;
+    };
+    EXPECT_EQ(codeFor("first\nEncoder [a]* b\nlast\n", "Encoder [a]*"), 0);
+    EXPECT_NE(codeFor("first\nEncoder a b\nlast\n", "Encoder [a]*"), 0) << "it is no pattern";
+    EXPECT_NE(codeFor("an Encoder [a]*\n", "Encoder [a]*"), 0);
+    EXPECT_NE(codeFor("", "Encoder"), 0);
+}
+
+TEST(ShellLine, OfAJobWithATemplateThatIsNotClosedIsNone) {
+    const CommandTemplate whole{"true", {}};
+    EXPECT_TRUE(ShellLine({"job", {whole, whole}, "/"}).has_value());
+    EXPECT_FALSE(ShellLine({"job", {whole, CommandTemplate{"echo 'a", {}}, whole}, "/"}).has_value());
+}
+
+TEST(ShellLine, AllCommandsSeeTheEnvironmentOfTheJob) {
+    HiddenJob job{"job", {CommandTemplate{"sh -c 'printf %s \"$CORVET_TEST\"'", {}}}, "/"};
+    job.Environment = {{"CORVET_TEST", "it's $HOME"}};
+    EXPECT_EQ(RunShell(ShellLine(job).value_or("")).Output, "it's $HOME");
 }
 
 TEST(ShellScript, ProgramFoldersComeAheadOfTheSearchPathInTheirOrder) {
     const std::vector<std::string> folders = {"/a b/it's", "/c"};
     ShellScript script(folders);
-    ASSERT_TRUE(script.AddTemplate("printf %s \"$PATH\"", {}));
+    ASSERT_TRUE(script.Add(CommandTemplate{"printf %s \"$PATH\"", {}}));
     EXPECT_TRUE(RunShell(script.Text()).Output.starts_with("/a b/it's:/c:/"));
 }
 
@@ -324,9 +357,9 @@ class ShellScriptDeleting : public ::testing::Test {
 
     void Run(const std::string& commands, const std::string& target) {
         ShellScript script({});
-        script.RememberSong(Base);
-        ASSERT_TRUE(script.AddTemplate(commands, Texts({Base, target})));
-        script.DeleteIfAllSucceeded(Base, target);
+        ASSERT_TRUE(script.Add(RememberSong{Base}));
+        ASSERT_TRUE(script.Add(CommandTemplate{commands, Texts({Base, target})}));
+        ASSERT_TRUE(script.Add(DeleteSong{Base, target}));
         RunShell(script.Text());
     }
 

@@ -1,9 +1,9 @@
-#include "post/transfer/template_scanner.h"
+#include "platform/linux/processes/template_scanner.h"
 
+#include <algorithm>
 #include <vector>
 
-#include "core/text/text.h"
-#include "post/transfer/shell_quote.h"
+#include "platform/processes.h"
 
 namespace Corvetape {
 
@@ -24,7 +24,10 @@ bool IsWordEnd(char character) {
 }
 
 bool StartsWithSeparator(std::string_view text) {
-    return EqualIgnoringCase(text.substr(0, CommandSeparator.size()), CommandSeparator);
+    const auto isSame = [](char letter, char wanted) {
+        return (letter >= 'A' && letter <= 'Z' ? letter - 'A' + 'a' : letter) == wanted;
+    };
+    return std::ranges::equal(text.substr(0, CommandSeparator.size()), CommandSeparator, isSame);
 }
 
 class Scanner {

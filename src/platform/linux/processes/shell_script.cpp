@@ -1,7 +1,9 @@
-#include "post/transfer/shell_quote.h"
+#include "platform/linux/processes/shell_script.h"
 
-#include "core/text/text.h"
-#include "post/transfer/template_scanner.h"
+#include <algorithm>
+#include <vector>
+
+#include "platform/linux/processes/template_scanner.h"
 
 namespace Corvetape {
 
@@ -45,9 +47,9 @@ void ShellScript::Export(const std::string& name, std::string_view value) {
     Declarations += name + "=" + ShellWord(value) + "\nexport " + name + "\n";
 }
 
-bool ShellScript::AddTemplate(std::string_view text, std::span<const TemplateParameter> parameters) {
+bool ShellScript::Add(const CommandTemplate& commands) {
     std::vector<TemplateText> texts;
-    for (const TemplateParameter& parameter : parameters) {
+    for (const TemplateParameter& parameter : commands.Parameters) {
         const bool isOptions = parameter.Kind == ParameterKind::Options;
         texts.push_back(
             {isOptions ? parameter.Value : std::string(), {}, {}, isOptions, !parameter.Value.empty()});
@@ -56,41 +58,64 @@ bool ShellScript::AddTemplate(std::string_view text, std::span<const TemplatePar
         texts.back().WordStartVariable =
             parameter.Value.starts_with('-') ? Declare(" " + parameter.Value) : texts.back().Variable;
     }
-    const std::optional<std::string> commands = ScanTemplate(text, texts, "corvet_end");
-    if (!commands) return false;
-    Commands += *commands;
+    const std::optional<std::string> translated = ScanTemplate(commands.Text, texts, "corvet_end");
+    if (!translated) return false;
+    Commands += *translated;
     return true;
 }
 
-void ShellScript::RememberSong(const std::string& base) {
-    const std::string song = Declare(base + ".wav");
+bool ShellScript::Add(const ProgramCall& call) {
+    for (const std::string& argument : call.Arguments) Commands += ShellWord(argument) + " ";
+    if (!call.PrintedLine.empty()) {
+        const std::string begin = Declare(call.PrintedLine);
+        Commands += "| { while IFS= read -r corvet_line; do case \"$corvet_line\" in \"$" + begin +
+                    "\"*) exit 0 ;; esac; done; exit 1; }";
+    }
+    Commands += "\ncorvet_end\n";
+    return true;
+}
+
+bool ShellScript::Add(const RememberSong& step) {
+    const std::string song = Declare(step.Base + ".wav");
     Commands += "if [ -r \"$" + song + "\" ]; then exec 9<\"$" + song + "\"; fi\n";
+    return true;
 }
 
-void ShellScript::DeleteNoteIfMade(const std::string& note, const std::string& made,
-                                   const std::string& reader) {
-    const std::string noteName = Declare(note);
-    const std::string madeName = Declare(made);
-    const std::string process = Declare("/proc/" + reader);
-    Commands += "if [ \"$corvet_failed\" -eq 0 ] || [ -s \"$" + madeName + "\" ]; then rm -f -- \"$" +
-                noteName + "\"; fi\n";
-    Commands += "[ -d \"$" + process + "\" ] || rm -f -- \"$" + madeName + "\"\n";
-}
-
-void ShellScript::DeleteIfAllSucceeded(const std::string& base, const std::string& target) {
-    const std::string name = Declare(base);
-    const std::string song = Declare(base + ".wav");
-    const std::string here = Declare(base.substr(0, base.rfind('/') + 1));
-    const std::string there = Declare(target.substr(0, target.rfind('/') + 1));
+bool ShellScript::Add(const DeleteSong& step) {
+    const std::string name = Declare(step.Base);
+    const std::string song = Declare(step.Base + ".wav");
+    const std::string here = Declare(step.Base.substr(0, step.Base.rfind('/') + 1));
+    const std::string there = Declare(step.Target.substr(0, step.Target.rfind('/') + 1));
     Commands += "if [ \"$corvet_failed\" -eq 0 ] && ! [ \"$" + here + "\" -ef \"$" + there +
                 "\" ] && [ /proc/self/fd/9 -ef \"$" + song + "\" ]; then\n";
     // Another song may be called like this one with a dot and more after it; only one extension counts.
     Commands += "for corvet_file in \"$" + name + "\".*; do case \"${corvet_file#\"$" + name +
                 "\".}\" in *.*) ;; *) rm -f -- \"$corvet_file\" ;; esac; done\nfi\n";
+    return true;
+}
+
+bool ShellScript::Add(const DeleteNote& step) {
+    const std::string note = Declare(step.Note);
+    const std::string made = Declare(step.Made);
+    const std::string process = Declare("/proc/" + step.Reader);
+    Commands +=
+        "if [ \"$corvet_failed\" -eq 0 ] || [ -s \"$" + made + "\" ]; then rm -f -- \"$" + note + "\"; fi\n";
+    Commands += "[ -d \"$" + process + "\" ] || rm -f -- \"$" + made + "\"\n";
+    return true;
 }
 
 std::string ShellScript::Text() const {
     return Preamble + Declarations + Commands + "exit \"$corvet_failed\"\n";
+}
+
+std::optional<std::string> ShellLine(const HiddenJob& job) {
+    ShellScript script(job.ProgramFolders);
+    for (const EnvironmentValue& value : job.Environment) script.Export(value.Name, value.Value);
+    const bool isWhole = std::ranges::all_of(job.Steps, [&](const JobStep& step) {
+        return std::visit([&](const auto& each) { return script.Add(each); }, step);
+    });
+    if (!isWhole) return std::nullopt;
+    return script.Text();
 }
 
 }  // namespace Corvetape

@@ -1,4 +1,4 @@
-#include "post/machine/run_shell.h"
+#include "platform/linux/run_shell.h"
 
 #include <fcntl.h>
 #include <spawn.h>
