@@ -1,7 +1,7 @@
 #include "ui/signal_view.h"
 
+#include <QPaintEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <algorithm>
 #include <cmath>
 
@@ -13,36 +13,56 @@ namespace Corvetape {
 namespace {
 
 constexpr int BeatMs = 100;
-constexpr double Pitch = 3;  // from bar to bar
-constexpr double BarWidth = 1.8;
-constexpr double TopSpace = 24;  // for the words above the signal
-constexpr double LowSpace = 20;  // and for those below
+constexpr double Pitch = 3;       // from bar to bar
+constexpr double BarShare = 0.6;  // of it is the bar, the rest is the gap
+constexpr int TopSpace = 24;      // for the words above the signal
+constexpr int LowSpace = 22;      // and for those below
+constexpr int ScaleSpace = 18;    // what of it the words themselves take
 
 /// Quiet parts would be a flat line at a true scale.
 double HeightOf(int32_t level) {
     return std::pow(std::min(level, FullScale) / static_cast<double>(FullScale), 0.6);
 }
 
-/// A line to both sides of the middle. Plain rectangles: some five hundred of them are drawn ten times a
-/// second, and round ends that nobody sees would cost four times as much.
-void PaintBar(QPainter& painter, const QRectF& bar, const QColor& ink, double part) {
-    QColor colour = ink;
-    colour.setAlphaF(static_cast<float>(ink.alphaF() * part));
-    painter.fillRect(bar, colour);
+/// What `ink` looks like on `ground` if it covers it in part. Bars are painted opaque: translucent ones take
+/// several times as long.
+QColor Mixed(const QColor& ink, const QColor& ground, float part) {
+    const auto mix = [part](float one, float other) { return one * part + other * (1 - part); };
+    return QColor::fromRgbF(mix(ink.redF(), ground.redF()), mix(ink.greenF(), ground.greenF()),
+                            mix(ink.blueF(), ground.blueF()));
 }
 
 }  // namespace
+
+/// The picture in pixels of the screen. Bars are at whole pixels and move by whole pixels: each keeps its
+/// columns and its place beside its neighbours for as long as it is seen, so that the picture moves and never
+/// boils.
+struct SignalView::Scale {
+    int Width = 1;
+    int BarPitch = 1;
+    double ColumnsPerPixel = 1;
+    int64_t Newest = 0;  ///< the pixel of the newest column, counted from the first one that there ever was
+
+    int64_t PixelOf(uint64_t column) const {
+        return static_cast<int64_t>(static_cast<double>(column) / ColumnsPerPixel);
+    }
+    /// From the left edge of the view.
+    int64_t PlaceOf(int64_t pixel) const { return pixel - Newest + Width; }
+    /// The first column of a bar; the bar ends where the next one begins.
+    uint64_t FirstOf(int64_t bar) const {
+        return static_cast<uint64_t>(std::ceil(static_cast<double>(bar * BarPitch) * ColumnsPerPixel));
+    }
+};
 
 SignalView::SignalView(const UiParts& parts) : Parts(parts) {
     setObjectName("picSignal");
     setAccessibleName(Parts.Say(Key::SignalName));
     setMinimumHeight(14 * Grid);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    // It paints all of its place itself, so that nothing below it has to be painted ten times a second.
+    setAttribute(Qt::WA_OpaquePaintEvent);
     Beat.setInterval(BeatMs);
-    connect(&Beat, &QTimer::timeout, this, [this] {
-        Parts.Trace.Follow();
-        update();
-    });
+    connect(&Beat, &QTimer::timeout, this, [this] { Move(); });
 }
 
 QSize SignalView::sizeHint() const {
@@ -59,11 +79,29 @@ void SignalView::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
 }
 
+/// Only what moves is painted, and only when it has moved by a pixel or looks otherwise.
+void SignalView::Move() {
+    Parts.Trace.Follow();
+    const Picture now{PresentScale().Newest, Parts.Flags.RecordCurrentSong, Parts.Trace.SongBegins()};
+    if (now == Shown) return;
+    Shown = now;
+    update(MovingPart());
+}
+
+/// What is within the frame, without the words below the signal. It does not reach the round corners.
+QRect SignalView::MovingPart() const {
+    return rect().adjusted(1, Grid, -1, -ScaleSpace);
+}
+
 /// The right edge is now; two minutes fill the width.
-double SignalView::PlaceOf(uint64_t column) const {
-    const uint64_t end = Parts.Trace.FirstNumber() + Parts.Trace.Columns().size();
-    const double ago = static_cast<double>(end) - static_cast<double>(column);
-    return width() * (1 - ago / SignalTrace::Capacity);
+SignalView::Scale SignalView::PresentScale() const {
+    const double ratio = devicePixelRatioF();
+    Scale scale;
+    scale.Width = std::max(1, qRound(width() * ratio));
+    scale.BarPitch = std::max(1, qRound(Pitch * ratio));
+    scale.ColumnsPerPixel = static_cast<double>(SignalTrace::Capacity) / scale.Width;
+    scale.Newest = scale.PixelOf(Parts.Trace.FirstNumber() + Parts.Trace.Columns().size());
+    return scale;
 }
 
 SignalView::Bar SignalView::BarOf(uint64_t first, uint64_t end) const {
@@ -88,42 +126,56 @@ SignalView::Bar SignalView::BarOf(uint64_t first, uint64_t end) const {
     return bar;
 }
 
-void SignalView::PaintBars(QPainter& painter) const {
+/// In pixels of the screen, without rounding of edges: some five hundred rectangles a picture cost nothing
+/// this way.
+void SignalView::PaintBars(QPainter& painter, const Scale& scale) const {
     const Look& look = PresentLook();
-    // A bar stands for the same columns for as long as it is seen, so that the picture moves and never boils.
-    const auto perBar = static_cast<uint64_t>(
-        std::max(1.0, std::round(SignalTrace::Capacity * Pitch / std::max(width(), 1))));
+    const double ratio = devicePixelRatioF();
+    const int middle = qRound((TopSpace + height() - LowSpace) * ratio / 2);
+    const double room = (height() - TopSpace - LowSpace) * ratio / 2;
+    const int wide = std::max(1, qRound(scale.BarPitch * BarShare));
     const uint64_t oldest = Parts.Trace.FirstNumber();
     const uint64_t end = oldest + Parts.Trace.Columns().size();
-    const double middle = (TopSpace + height() - LowSpace) / 2;
-    const double room = (height() - TopSpace - LowSpace) / 2;
-    painter.setPen(Qt::NoPen);
-    for (uint64_t first = oldest / perBar * perBar; first < end; first += perBar) {
-        const Bar bar = BarOf(first, first + perBar);
-        const double left = PlaceOf(first);
-        const double peak = std::max(0.8, HeightOf(bar.Peak) * room);
-        const double mean = std::max(0.8, HeightOf(bar.Mean) * room * 0.9);
-        QColor ink = bar.Lost ? look.Warning : (bar.Kept ? look.Accent : look.Wave);
-        if (bar.Silent) ink.setAlphaF(0.45F);
-        PaintBar(painter, QRectF(left, middle - peak, BarWidth, 2 * peak), ink, 0.42);
-        PaintBar(painter, QRectF(left, middle - mean, BarWidth, 2 * mean), ink, 1);
-        if (bar.Lost) painter.drawRect(QRectF(left - 1, TopSpace, Pitch, 3));
-        if (bar.TitleChange) {
-            painter.setBrush(look.Dim);
-            painter.drawEllipse(QPointF(left + 1, height() - LowSpace + 3), 2, 2);
-        }
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.scale(1 / ratio, 1 / ratio);
+    for (int64_t number = scale.PixelOf(oldest) / scale.BarPitch; scale.FirstOf(number) < end; ++number) {
+        const Bar bar = BarOf(scale.FirstOf(number), scale.FirstOf(number + 1));
+        const auto left = static_cast<int>(scale.PlaceOf(number * scale.BarPitch));
+        const QColor& whole = bar.Lost ? look.Warning : (bar.Kept ? look.Accent : look.Wave);
+        const QColor ink = bar.Silent ? Mixed(whole, look.Panel, 0.45F) : whole;
+        const auto paint = [&](double share, const QColor& colour) {
+            const int half = std::max(1, qRound(share * room));
+            painter.fillRect(QRect(left, middle - half, wide, 2 * half), colour);
+        };
+        paint(HeightOf(bar.Peak), Mixed(ink, look.Panel, 0.42F));
+        paint(HeightOf(bar.Mean) * 0.9, ink);
+        if (bar.Lost) painter.fillRect(QRect(left, qRound(TopSpace * ratio), wide, qRound(3 * ratio)), whole);
+        if (bar.TitleChange) PaintDot(painter, left, look.Dim);
     }
+    painter.restore();
 }
 
-void SignalView::PaintSongBegins(QPainter& painter) const {
+/// A change of title, below the bar at `left`.
+void SignalView::PaintDot(QPainter& painter, int left, const QColor& ink) const {
+    const double ratio = devicePixelRatioF();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ink);
+    painter.drawEllipse(QPointF(left + ratio, (height() - LowSpace + 1.5) * ratio), 2 * ratio, 2 * ratio);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+}
+
+void SignalView::PaintSongBegins(QPainter& painter, const Scale& scale) const {
     const Look& look = PresentLook();
     painter.setFont(ScaledFont(0.85));
     for (const uint64_t begin : Parts.Trace.SongBegins()) {
-        const double place = std::round(PlaceOf(begin)) - 1.5;
+        const double left = static_cast<double>(scale.PlaceOf(scale.PixelOf(begin))) / devicePixelRatioF();
+        const double place = std::round(left) - 1.5;
         const bool newest = begin == Parts.Trace.SongBegins().back();
         const QColor ink = newest && Parts.Flags.RecordCurrentSong ? look.Accent : look.Dim;
         painter.setPen(QPen(ink, 1));
-        painter.drawLine(QPointF(place, 8), QPointF(place, height() - LowSpace + 4));
+        painter.drawLine(QPointF(place, Grid), QPointF(place, height() - ScaleSpace));
         const QString text = Parts.Say(newest ? Key::SongBegins : Key::Cut);
         const double wide = painter.fontMetrics().horizontalAdvance(text);
         const bool atRight = place + 6 + wide < width() - 6 * Grid;
@@ -135,24 +187,33 @@ void SignalView::PaintSongBegins(QPainter& painter) const {
 void SignalView::PaintScale(QPainter& painter) const {
     painter.setFont(ScaledFont(0.85));
     painter.setPen(PresentLook().Dim);
-    const QRectF line(12, height() - LowSpace, width() - 24, LowSpace - 4);
+    const QRectF line(12, height() - ScaleSpace, width() - 24, ScaleSpace - 3);
     painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter, Parts.Say(Key::TwoMinutesAgo));
     painter.drawText(line, Qt::AlignHCenter | Qt::AlignVCenter, Parts.Say(Key::OneMinuteAgo));
     painter.drawText(line, Qt::AlignRight | Qt::AlignVCenter, Parts.Say(Key::Now));
 }
 
-void SignalView::paintEvent(QPaintEvent* /*event*/) {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QPainterPath frame;
-    frame.addRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Grid, Grid);
+void SignalView::PaintFrame(QPainter& painter) const {
+    painter.fillRect(rect(), PresentLook().Window);
     painter.setPen(QPen(PresentLook().Line, 1));
     painter.setBrush(PresentLook().Panel);
-    painter.drawPath(frame);
-    painter.setClipRect(rect().adjusted(1, 1, -1, -1));  // the bars keep away from the corners
-    PaintBars(painter);
-    PaintSongBegins(painter);
-    PaintScale(painter);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Grid, Grid);
+}
+
+void SignalView::paintEvent(QPaintEvent* event) {
+    const Scale scale = PresentScale();
+    Shown = {scale.Newest, Parts.Flags.RecordCurrentSong, Parts.Trace.SongBegins()};
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (MovingPart().contains(event->rect())) {
+        painter.fillRect(MovingPart(), PresentLook().Panel);
+    } else {
+        PaintFrame(painter);
+        PaintScale(painter);
+    }
+    painter.setClipRect(MovingPart());
+    PaintBars(painter, scale);
+    PaintSongBegins(painter, scale);
 }
 
 }  // namespace Corvetape

@@ -2,6 +2,8 @@
 
 #include <QTimer>
 #include <QWidget>
+#include <cstdint>
+#include <deque>
 
 #include "ui/ui_parts.h"
 
@@ -30,13 +32,27 @@ class SignalView : public QWidget {
         bool TitleChange = false;
         bool Lost = false;
     };
+    struct Scale;
+    /// What a picture depends on.
+    struct Picture {
+        int64_t Newest = -1;
+        bool Kept = false;
+        std::deque<uint64_t> Begins;
+
+        bool operator==(const Picture&) const = default;
+    };
+    void Move();
+    QRect MovingPart() const;
+    Scale PresentScale() const;
     Bar BarOf(uint64_t first, uint64_t end) const;
-    double PlaceOf(uint64_t column) const;
-    void PaintBars(QPainter& painter) const;
-    void PaintSongBegins(QPainter& painter) const;
+    void PaintBars(QPainter& painter, const Scale& scale) const;
+    void PaintDot(QPainter& painter, int left, const QColor& ink) const;
+    void PaintSongBegins(QPainter& painter, const Scale& scale) const;
     void PaintScale(QPainter& painter) const;
+    void PaintFrame(QPainter& painter) const;
 
     const UiParts& Parts;
+    Picture Shown;
     QTimer Beat;
 };
 
