@@ -1,5 +1,6 @@
 #include "ui/binders.h"
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -13,6 +14,7 @@
 #include <QStyle>
 
 #include "ui/binding.h"
+#include "ui/button_reading.h"
 #include "ui/make.h"
 #include "ui/shown_text.h"
 
@@ -85,6 +87,7 @@ QCheckBox* BoundTo(CheckBox& control) {
 }
 
 QRadioButton* BoundTo(OptionButton& control) {
+    QAccessible::installFactory(ReadButton);
     auto* const widget = Make<QRadioButton>();
     widget->setAutoExclusive(false);  // the group of the controls decides
     SendClicks(widget, control);

@@ -1,10 +1,12 @@
 #include "ui/navigation.h"
 
+#include <QAccessible>
 #include <QPointer>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "ui/button_reading.h"
 #include "ui/icons.h"
 #include "ui/look.h"
 #include "ui/make.h"
@@ -21,6 +23,7 @@ void SelectNeighbour(TabStrip& tabs, int step) {
 }
 
 Navigation::Navigation(TabStrip& tabs) : Tabs(tabs) {
+    QAccessible::installFactory(ReadButton);
     setObjectName(QString::fromStdString(tabs.Name()));
     auto* const lines = Make<QVBoxLayout>(this);
     lines->setContentsMargins(Grid, 2 * Grid, Grid, 2 * Grid);

@@ -120,11 +120,47 @@ TEST(Roles, ControlsHaveTheRolesThatTheirUsersExpect) {
     UiWorld world;
     EXPECT_EQ(RoleOf(world, "cmdStartStop"), QAccessible::Button);
     EXPECT_EQ(RoleOf(world, "chkStartStop_0"), QAccessible::CheckBox);
+    EXPECT_EQ(RoleOf(world, "optEncoder_1"), QAccessible::RadioButton);
     EXPECT_EQ(RoleOf(world, "txtLengthOfPause"), QAccessible::EditableText);
     EXPECT_EQ(RoleOf(world, "cmbInputDevices"), QAccessible::ComboBox);
     EXPECT_EQ(RoleOf(world, "lstWatch_0"), QAccessible::List);
     EXPECT_EQ(RoleOf(world, "vscMultiplier"), QAccessible::Slider);
     EXPECT_EQ(RoleOf(world, "songs"), QAccessible::List);
+}
+
+TEST(Roles, ARadioButtonIsReadAndPressedAsOne) {
+    UiWorld world;
+    const auto& formats = world.Form().optEncoder;
+    const auto read = [&world](const char* name) {
+        return QAccessible::queryAccessibleInterface(world.Find<QWidget>(name));
+    };
+    QAccessibleInterface* const mp3 = read("optEncoder_1");
+    QAccessibleInterface* const none = read("optEncoder_0");
+    ASSERT_EQ(formats.Selected(), 1);
+    EXPECT_EQ(mp3->role(), QAccessible::RadioButton);
+    EXPECT_TRUE(mp3->state().checkable);
+    EXPECT_TRUE(mp3->state().checked);
+    EXPECT_FALSE(none->state().checked);
+    EXPECT_EQ(none->text(QAccessible::Name).toStdString(), formats[0].Caption());
+    ASSERT_NE(none->actionInterface(), nullptr);
+    none->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(formats.Selected(), 0);
+    EXPECT_TRUE(none->state().checked);
+    EXPECT_FALSE(mp3->state().checked);
+}
+
+TEST(Roles, TheListOfPagesIsReadAsTabsOfWhichOneIsSelected) {
+    UiWorld world;
+    const auto read = [&world](const char* name) {
+        return QAccessible::queryAccessibleInterface(world.Find<QWidget>(name));
+    };
+    EXPECT_EQ(read("TAB_AUDIO")->role(), QAccessible::PageTab);
+    EXPECT_EQ(read("TAB_AUDIO")->text(QAccessible::Name), "Audio Devices");
+    EXPECT_FALSE(read("TAB_AUDIO")->state().selected);
+    read("TAB_AUDIO")->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(world.Form().tbsMain.SelectedKey(), "TAB_AUDIO");
+    EXPECT_TRUE(read("TAB_AUDIO")->state().selected);
+    EXPECT_FALSE(read("TAB_RECORDING")->state().selected);
 }
 
 TEST(Scale, AtTwiceTheScaleNothingIsCutOffEither) {
