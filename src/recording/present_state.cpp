@@ -23,6 +23,8 @@ PresentState PresentStateOf(const PresentFacts& facts) {
     if (facts.SecondsWithoutBuffers >= GoneAfterSeconds) return PresentState::InputGone;
     if (facts.Signal.SilenceSeconds >= NoSoundAfterSeconds) return PresentState::NoSound;
     if (EndedByDisk(facts)) return PresentState::DiskFull;
+    const bool wanted = facts.Flags.RecordCurrentSong || facts.Flags.RecordNextSong;
+    if (wanted && !facts.Flags.RecordingEnabled) return PresentState::NotEnabled;
     if (facts.Flags.RecordCurrentSong) {
         return facts.Flags.StopAtEndOfSong ? PresentState::LastSong : PresentState::Recording;
     }

@@ -12,6 +12,7 @@ inline constexpr const char* RecordingFromMiddle = "60014";
 inline constexpr const char* LastSong = "60015";
 inline constexpr const char* Waiting = "60016";
 inline constexpr const char* Listening = "60017";
+inline constexpr const char* NotEnabled = "61740";
 inline constexpr const char* DiskFull = "61550";
 
 // The page of the recording.

@@ -15,6 +15,8 @@ struct Facts {
     DeferredMessages Messages;
     bool InputOpen = true;
     double SecondsWithoutBuffers = 0;
+
+    Facts() { Flags.RecordingEnabled = true; }
 };
 
 TEST(PresentState, FollowsTheWishesOfTheUser) {
@@ -39,6 +41,18 @@ TEST(PresentState, TroubleComesAheadOfWishes) {
     EXPECT_EQ(facts.Now(), PresentState::InputGone);
     facts.InputOpen = false;
     EXPECT_EQ(facts.Now(), PresentState::NoInput);
+}
+
+TEST(PresentState, AWishThatIsNotFollowedIsNoRecording) {
+    Facts facts;
+    facts.Flags.RecordingEnabled = false;  // no media data, or the song's file could not be written
+    EXPECT_EQ(facts.Now(), PresentState::Listening);
+    facts.Flags.RecordNextSong = true;
+    EXPECT_EQ(facts.Now(), PresentState::NotEnabled);
+    facts.Flags.RecordCurrentSong = true;
+    EXPECT_EQ(facts.Now(), PresentState::NotEnabled);
+    facts.Signal.SilenceSeconds = 10;
+    EXPECT_EQ(facts.Now(), PresentState::NoSound);
 }
 
 TEST(PresentState, ADiskThatIsNearlyFullIsToldUntilRecordingBeginsAnew) {
