@@ -127,7 +127,9 @@ void ProgramParts::ConnectEvents() {
         if (Events.StatusShown) Events.StatusShown(status.Caption());
     });
     Requests.Assistant.Connect([this](const std::string& page) {
-        if (Events.AssistantWanted) Events.AssistantWanted(page);
+        if (Events.AssistantWanted) return Events.AssistantWanted(page);
+        // Where no assistant opens, none will take this back when it closes.
+        Memory.Lifecycle.WizardRequested = false;
     });
     MixerButtons.SetUrl.Connect([this](const std::string& page) { Requests.Assistant.Raise(page); });
     MixerButtons.SearchBegins.Connect([this] { Break.Begin(); });

@@ -135,6 +135,7 @@ void DesktopProgram::MakeWindow() {
 void DesktopProgram::SetUrl(const std::string& /*page*/, bool /*online*/) {
     const Desk desk = Recorder->Shown();
     desk.Values.Form.lblStatus[1].Caption(desk.Texts.FormatMsg(Key::NotBuilt));
+    desk.Values.Lifecycle.WizardRequested = false;
 }
 
 void DesktopProgram::Ask(dlgProvider& dialog) {

@@ -80,6 +80,13 @@ const std::vector<PageOfTable> Expected{
      {"lblVersion", "lblHomePage", "lblMailTo", "picLogo", "cmdNews", "cmdCheckUpdateNow", "txtlblF1"}},
 };
 
+TEST(Pages, AnAssistantThatDoesNotOpenHoldsNothingUp) {
+    UiWorld world;
+    world.RunFor(3);
+    world.Find<QPushButton>("cmdGetEncoder_0")->click();
+    EXPECT_FALSE(world.Recorder->Values().Lifecycle.WizardRequested);
+}
+
 TEST(Pages, HoldTheirControlsByName) {
     UiWorld world;
     const auto* const pages = world.Window->findChild<QStackedWidget*>();
