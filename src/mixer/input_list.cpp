@@ -99,8 +99,10 @@ int32_t InputList::DefaultEntry() const {
 void InputList::SelectDefault(const std::string& names) {
     Parts.Settings.InputDeviceNames = names;
     Parts.Form.tbsMain.Select("TAB_AUDIO");
-    Parts.Form.cmbInputDevices.Select(DefaultEntry());
-    const std::string text = Say.Text(Message::InputsChanged.Key);
+    const int32_t chosen = DefaultEntry();
+    Parts.Form.cmbInputDevices.Select(chosen);
+    const std::string name = Parts.Form.cmbInputDevices.Items().at(static_cast<size_t>(chosen)).Text;
+    const std::string text = Say.Text(Message::InputsChanged.Key, {name});
     Say.Write(ReportKind::Info, text);
     if (!Parts.Lifecycle.WizardRequested) Say.Box(text, DialogIcon::Exclamation);
 }

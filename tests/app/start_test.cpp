@@ -356,6 +356,35 @@ TEST(FirstStart, OpensTheFirstPageOfTheAssistantOnTheSecondTick) {
     EXPECT_TRUE(world.Values().Lifecycle.WizardRequested);
 }
 
+TEST(FirstStart, AsksForTheLanguageAndNamesTheInputAndThenRecordIsAllThatIsToBePressed) {
+    WorldOptions options;
+    options.FirstStart = true;
+    options.Radio = RadioScript();
+    for (const char* title : {"One", "Two", "Three"}) {
+        ScriptSong song;
+        song.Media.Artist = "Artist";
+        song.Media.Song = title;
+        options.Radio.Song(song).Pause(2);
+    }
+    World world(std::move(options));
+    world.Computer.Desktop.OwnLanguage = "english";
+    int asked = 0;
+    world.Question.Language = [&](const std::string& fitting) {
+        ++asked;
+        return fitting;
+    };
+    world.Made();
+    ASSERT_TRUE(world.Start());
+    EXPECT_EQ(asked, 1);
+    EXPECT_THAT(world.Boxes(), ElementsAre(HasSubstr("will record from \"Radio (default)\"")));
+    EXPECT_THAT(world.Logged("INFO"), Contains(HasSubstr("will record from \"Radio")));
+    world.Form().cmdStartStop.Press();
+    EXPECT_TRUE(world.RunUntil([&] { return world.Transferred.size() >= 2; }, 180));
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(world.Boxes().size(), 1U);
+    EXPECT_EQ(world.Transferred.at(1).Media.Song, "Two");
+}
+
 TEST(FaultyStart, GoesOnWhicheverFileOperationFails) {
     uint64_t last = 0;
     {

@@ -116,8 +116,9 @@ inline constexpr MessageText LevelNotFound{
     "A good recording level could not be reached. Please change the volume of the radio or player, and then "
     "try again. Shall the settings be saved for this source all the same?"};
 inline constexpr MessageText InputsChanged{"901",
-                                           "The inputs of this computer have changed. Please check that the "
-                                           "right one is chosen on the tab \"Audio Devices\"."};
+                                           "Corvetape will record from \"%1\". It has not seen this choice "
+                                           "of inputs before, so please check on the tab "
+                                           "\"Audio Devices\" that it is the right one."};
 inline constexpr MessageText NoInput{"902",
                                      "No input to record from was found. Please connect or switch on a sound "
                                      "device, and then start Corvetape again."};
