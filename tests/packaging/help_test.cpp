@@ -78,6 +78,21 @@ TEST(CommandLineHelp, BashOffersEachCommandWithAllItsOptions) {
     }
 }
 
+TEST(CommandLineHelp, BashOffersTheEndsOfSongsThatTheHelpNames) {
+    for (const std::string command : {"record", "split"}) {
+        const Words named = AllOf(Help("corvetape-cli " + command), "--mode ([a-z|]+)");
+        ASSERT_EQ(named.size(), 1U) << command;
+        EXPECT_EQ(Offered("corvetape-cli", "_corvetape_cli", command + " --mode \"\""),
+                  AllOf(*named.begin(), "([a-z]+)"))
+            << command;
+    }
+}
+
+TEST(CommandLineHelp, BashOffersNothingWhereSecondsAreToFollow) {
+    EXPECT_EQ(Offered("corvetape-cli", "_corvetape_cli", "recut --begin \"\""), Words());
+    EXPECT_EQ(Offered("corvetape-cli", "_corvetape_cli", "recut --end \"\""), Words());
+}
+
 TEST(DesktopHelp, SaysTheSameInTheManualPageAndTheCompletion) {
     const Words words = AllOf(Help("corvetape"), "^  (--?[a-z]+)");
     EXPECT_GE(words.size(), 10U);
