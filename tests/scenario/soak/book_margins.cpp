@@ -74,7 +74,7 @@ void Book::CutAgain(SimRandom& chance) {
     std::string work;
     std::string extension;
     machine.Processes.OnJob = [&](const HiddenJob& job) {
-        if (job.CommandLine.find(work) == std::string::npos) return 1;
+        if (!Mentions(job, work)) return 1;
         machine.Files.Put(work + ".new." + extension, *machine.Files.Content(work + ".wav"));
         return 0;
     };
