@@ -51,8 +51,7 @@ void Program::Report(const std::string& key) {
 }
 
 void Program::StopKeeping() {
-    Memory->Flags.RecordCurrentSong = false;
-    Memory->Flags.RecordNextSong = false;
+    Memory->Flags.WishNothing();
 }
 
 void Program::CollectJobs() {

@@ -10,8 +10,10 @@ struct RecordingFlags {
     /// reason.
     bool RecordingEnabled = false;
 
-    bool RecordCurrentSong = false;   ///< keep the song now in the file
-    bool RecordNextSong = false;      ///< keep songs from the next one on
+    /// What is wished, never both: set by the operations below, each for its reason.
+    bool RecordCurrentSong = false;  ///< keep the song now in the file
+    bool RecordNextSong = false;     ///< keep songs from the next one on
+
     bool StopAtEndOfSong = false;     ///< after this song, clear RecordCurrentSong
     bool QuitAtEndOfSong = false;     ///< the program ends with the song
     bool DisableAtEndOfSong = false;  ///< RecordingEnabled ends with the song
@@ -46,7 +48,50 @@ struct RecordingFlags {
     /// The program ends, and its last song is closed. Called by the stop.
     void EndWithProgram() { RecordingEnabled = false; }
 
-    /// A song has ended: what was wished for the next one holds for the song that begins.
+    /// The user wants the song that plays, or does not want it any more. Called by the session.
+    void WishThisSong(bool wanted) {
+        RecordCurrentSong = wanted;
+        if (wanted) RecordNextSong = false;
+    }
+
+    /// Songs are wanted from the next one on, or not any more: the user has said so, or the song that plays
+    /// is on the list of those that are not wanted. Called by the session and by the age of the song.
+    void WishNextSong(bool wanted) {
+        RecordNextSong = wanted;
+        if (wanted) RecordCurrentSong = false;
+    }
+
+    /// Nothing is kept from now on. Called by the break for a search and by whoever stops a run from outside.
+    void WishNothing() {
+        RecordCurrentSong = false;
+        RecordNextSong = false;
+    }
+
+    /// The wish for the next song has waited while a song or piece was closed, and goes on waiting. Called by
+    /// the song writer and by the timed pieces.
+    void KeepWaiting(bool waited) {
+        if (waited) RecordNextSong = true;
+    }
+
+    /// A piece of fixed length ends at a click, and is kept or not; so is the one that begins, also after
+    /// silence. Both are called by the timed pieces.
+    void EndPiece(bool kept) { RecordCurrentSong = kept; }
+    void BeginPiece(bool kept) { RecordCurrentSong = kept; }
+
+    /// The title has not changed after all: what was passed on for it is as it was, unless somebody has
+    /// wished something else since. Called by the automatic recorder.
+    void TakeBack(const RecordingFlags& before, const RecordingFlags& after) {
+        if (RecordCurrentSong != after.RecordCurrentSong || RecordNextSong != after.RecordNextSong ||
+            StopAtEndOfSong != after.StopAtEndOfSong) {
+            return;
+        }
+        RecordCurrentSong = before.RecordCurrentSong;
+        RecordNextSong = before.RecordNextSong;
+        StopAtEndOfSong = before.StopAtEndOfSong;
+    }
+
+    /// A song has ended: what was wished for the next one holds for the song that begins. Called by the song
+    /// writer, and by the automatic recorder where a title ends the song.
     void PassOn() {
         if (RecordNextSong) {
             RecordCurrentSong = true;

@@ -253,7 +253,7 @@ bool SongWriter::CloseSongFile(SongEnd how) {
     // A kept song leaves the wish for the next one as it is.
     const bool waits = fate == SongFate::Kept && flags.RecordNextSong;
     if (!Parts.Cut.Ended) flags.PassOn();
-    if (waits) flags.RecordNextSong = true;
+    flags.KeepWaiting(waits);
     ClosedSong song = Describe(fate);
     song.Whole = Present.BegunAtBoundary && how == SongEnd::Boundary && Present.Unbroken &&
                  Present.LostFrames == 0 && song.Trust.IsClean();

@@ -15,8 +15,7 @@ void SearchBreak::Begin() {
         Parts.Song.CloseSongFile();
     }
     Wanted = flags.RecordCurrentSong || flags.RecordNextSong;
-    flags.RecordCurrentSong = false;
-    flags.RecordNextSong = false;
+    flags.WishNothing();
     Parts.Recording.ShowFlags();
 }
 

@@ -40,17 +40,11 @@ void Session::StartStopClicked(size_t index) {
     const bool ticked = form.chkStartStop[index].Value() != 0;
     ++Depth;
     if (index == 1) {
-        Parts.Flags.RecordNextSong = ticked;
-        if (ticked) {
-            form.chkStartStop[0].Value(0);
-            Parts.Flags.RecordCurrentSong = false;  // the box may lag behind its flag, and was clear already
-        }
+        Parts.Flags.WishNextSong(ticked);
+        if (ticked) form.chkStartStop[0].Value(0);
     } else {
-        Parts.Flags.RecordCurrentSong = ticked;
-        if (ticked) {
-            form.chkStartStop[1].Value(0);
-            Parts.Flags.RecordNextSong = false;
-        }
+        Parts.Flags.WishThisSong(ticked);
+        if (ticked) form.chkStartStop[1].Value(0);
         Parts.Look.ShowRecording();
     }
     FollowFlags();

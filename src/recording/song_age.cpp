@@ -46,8 +46,7 @@ void SongAge::TakeSongData() {
     Taken = true;
     const std::string name = WatchedName(Parts.Options.MusicFileTemplate[1], media.CurrentMedia);
     if (!Parts.Flags.RecordCurrentSong || !Parts.Lists.IsExcluded(name)) return;
-    Parts.Flags.RecordCurrentSong = false;
-    Parts.Flags.RecordNextSong = true;
+    Parts.Flags.WishNextSong(true);
     Say.WriteAndShow(ReportKind::Info,
                      Say.Text(Message::IsOnExcludeList.Key, {ArtistAndTitle(media.SongMedia)}));
 }

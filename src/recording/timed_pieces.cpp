@@ -45,7 +45,7 @@ void TimedPieces::BreakOff() {
     const bool kept = hasPiece && Parts.Media.SongMedia.TempFileName == Parts.Writer.SongBaseName();
     // Where the disk is nearly full, recording has ended with this piece.
     if (kept || !flags.RecordingEnabled) return;
-    flags.RecordCurrentSong = true;
+    flags.BeginPiece(true);
     flags.StopAtEndOfSong = last;
 }
 
@@ -53,22 +53,22 @@ void TimedPieces::CutAtOnce() {
     RecordingFlags& flags = Parts.Flags;
     Parts.Cut.Ended.reset();  // the end of song was by media data a moment ago
     if (flags.RecordCurrentSong) {
-        flags.RecordCurrentSong = false;
+        flags.EndPiece(false);
         // What ends here is what nobody wanted, and not the song that recording is to end with.
         const bool last = std::exchange(flags.DisableAtEndOfSong, false);
         Parts.Writer.CloseSongFile();
         flags.DisableAtEndOfSong = last;
         BeginAnew();
-        flags.RecordCurrentSong = true;
+        flags.BeginPiece(true);
         return;
     }
     const bool waiting = flags.RecordNextSong;
-    flags.RecordCurrentSong = true;
+    flags.EndPiece(true);
     Parts.Cut.RaiseByClick(Parts.Ring.AudioWriteIndex);
     CutNow();
     Parts.Cut.FixedTimeSeconds = 0;
-    flags.RecordCurrentSong = false;
-    flags.RecordNextSong = waiting;  // a discarded short piece must not use up the wish for the next one
+    flags.BeginPiece(false);
+    flags.KeepWaiting(waiting);  // a discarded short piece must not use up the wish for the next one
 }
 
 }  // namespace Corvetape

@@ -71,15 +71,7 @@ void AutomaticRecorder::PassOn() {
 void AutomaticRecorder::TakeBack(size_t changes) {
     changes = std::min(changes, Passed.size());
     if (changes == 0) return;
-    RecordingFlags& now = Parts.Flags;
-    const RecordingFlags& before = Passed.front().Before;
-    const RecordingFlags& after = Passed[changes - 1].After;
-    if (now.RecordCurrentSong == after.RecordCurrentSong && now.RecordNextSong == after.RecordNextSong &&
-        now.StopAtEndOfSong == after.StopAtEndOfSong) {
-        now.RecordCurrentSong = before.RecordCurrentSong;
-        now.RecordNextSong = before.RecordNextSong;
-        now.StopAtEndOfSong = before.StopAtEndOfSong;
-    }
+    Parts.Flags.TakeBack(Passed.front().Before, Passed[changes - 1].After);
     Passed.erase(Passed.begin(), Passed.begin() + static_cast<std::ptrdiff_t>(changes));
 }
 
