@@ -80,7 +80,8 @@ void Program::RequestUnload() {
 bool Program::RestartElevated(const std::string& parameters) {
     if (!Host.System.RestartsElevated() || !IsWindowsVista(Host.System.Version())) return false;
     if (Parts->Registry.CanWriteMachineBranch(Host.Clock)) return false;
-    if (Host.Dialogs.AskYesNo(Parts->Messages.FormatMsg("989VI"), DialogIcon::Critical)) {
+    if (Host.Dialogs.AskYesNo(Parts->Messages.FormatMsg(Message::UpdateNeedsRights.Key),
+                              DialogIcon::Critical)) {
         const std::string& folder = Memory->Folders.ProgramFolder;
         const std::string program = folder + "/" + ProgramShortName + ".exe";
         // What comes of it is for the new process to tell: this one ends in any case.

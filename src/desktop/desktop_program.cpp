@@ -4,6 +4,7 @@
 #include <QSessionManager>
 #include <utility>
 
+#include "core/controls/message_texts.h"
 #include "core/controls/messages.h"
 #include "core/settings/command_line.h"
 #include "platform/virtual/demo_radio.h"
@@ -20,7 +21,6 @@ namespace {
 
 constexpr uint64_t DemoSeed = 1;
 constexpr const char* DemoName = "Demo radio";
-constexpr const char* DemoQuestion = "60001";
 
 }  // namespace
 
@@ -66,7 +66,7 @@ bool DesktopProgram::ChooseInput() {
     if (!Pulse.Devices().empty() || ReadSwitches(Arguments.CommandLine).DontAsk) return false;
     clsLocalizeControls texts(Files, Folders->ProgramFolder(), Dialogs);
     texts.Load(FittingLanguage());
-    return Dialogs.AskYesNo(texts.FormatMsg(DemoQuestion), DialogIcon::Information);
+    return Dialogs.AskYesNo(texts.FormatMsg(Message::DemoOffered.Key), DialogIcon::Information);
 }
 
 Machine DesktopProgram::ThisMachine() {

@@ -6,16 +6,6 @@ namespace {
 
 constexpr std::string_view BlankPage = "about:blank";
 
-constexpr const char* KeyNotThere = "61700";
-constexpr const char* KeyNoSandbox = "61701";
-constexpr const char* KeyPageCrashed = "61702";
-constexpr const char* KeyBrowserEnded = "61703";
-constexpr const char* KeyBack = "61704";
-constexpr const char* KeyForward = "61705";
-constexpr const char* KeyReload = "61706";
-constexpr const char* KeyStop = "61707";
-constexpr const char* KeyCrashedPage = "61708";
-
 }  // namespace
 
 BuiltInBrowser::BuiltInBrowser(BuiltInBrowserParts parts) : Parts(parts) {
@@ -45,9 +35,10 @@ void BuiltInBrowser::OpenOutside() {
 }
 
 WebViewTerms BuiltInBrowser::Terms() const {
-    const auto text = [this](const char* key) { return Parts.Messages.FormatMsg(key); };
+    const auto text = [this](const MessageText& message) { return Parts.Messages.FormatMsg(message.Key); };
     return {Parts.Store.Ini().ReadText("Browser", "WithoutSandbox", "0") == "1",
-            {text(KeyBack), text(KeyForward), text(KeyReload), text(KeyStop), text(KeyCrashedPage)}};
+            {text(Message::BrowserBack), text(Message::BrowserForward), text(Message::BrowserReload),
+             text(Message::BrowserStop), text(Message::CrashedPage)}};
 }
 
 void BuiltInBrowser::StatusText(const std::string& text) {
@@ -65,23 +56,23 @@ void BuiltInBrowser::LoadEnded() {
 void BuiltInBrowser::Failed(WebViewFailure failure) {
     switch (failure) {
         case WebViewFailure::NotThere:
-            Report("INFO", KeyNotThere);
+            Report("INFO", Message::BrowserNotThere);
             return OpenOutside();
         case WebViewFailure::NoSandbox:
-            Report("ERROR", KeyNoSandbox);
+            Report("ERROR", Message::BrowserNoSandbox);
             break;
         case WebViewFailure::PageCrashed:
-            Report("ERROR", KeyPageCrashed);
+            Report("ERROR", Message::PageCrashed);
             break;
         case WebViewFailure::Ended:
-            Report("ERROR", KeyBrowserEnded);
+            Report("ERROR", Message::BrowserEnded);
             break;
     }
     LoadEnded();
 }
 
-void BuiltInBrowser::Report(const char* kind, const char* key) {
-    const std::string text = Parts.Messages.FormatMsg(key, {Parts.Form.objWebBrowser.Address()});
+void BuiltInBrowser::Report(const char* kind, const MessageText& message) {
+    const std::string text = Parts.Messages.FormatMsg(message.Key, {Parts.Form.objWebBrowser.Address()});
     Parts.Journal.WriteLog({kind, text});
     Parts.Form.lblStatus[1].Caption(text);
 }

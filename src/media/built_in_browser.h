@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "core/controls/message_texts.h"
 #include "core/controls/messages.h"
 #include "core/log.h"
 #include "core/settings/settings_store.h"
@@ -36,7 +37,7 @@ class BuiltInBrowser : private WebViewNews {
  private:
     void Navigate();
     void OpenOutside();
-    void Report(const char* kind, const char* key);
+    void Report(const char* kind, const MessageText& message);
     WebViewTerms Terms() const;
 
     void StatusText(const std::string& text) override;

@@ -42,7 +42,7 @@ void MediaDisplay::ShowNoMedia() {
     Parts.Form.lblStatus[3].Caption("");
     Parts.CoverBar.lblArtist.Caption(frmCoverButtons::NoTitleText);
     Parts.CoverBar.lblSong.Caption(frmCoverButtons::NoTitleText);
-    const std::string text = Say.Text("100");
+    const std::string text = Say.Text(Message::NothingPlays.Key);
     Parts.Form.Caption(text);
     Parts.PlainBar.Caption(text);
     Parts.Screen.ShowTrayTip(text);

@@ -1,13 +1,11 @@
 #include "recording/song_notices.h"
 
+#include "core/controls/message_texts.h"
 #include "core/text/placeholders.h"
 
 namespace Corvetape {
 
 namespace {
-
-constexpr const char* KeyKept = "61710";
-constexpr const char* KeyNotMade = "61711";
 
 /// What the song is called: by its media data, else by its file.
 std::string NameOf(const TransferredSong& song) {
@@ -21,8 +19,9 @@ std::string NameOf(const TransferredSong& song) {
 
 void SongNotices::SongTransferred(const TransferredSong& song) {
     if (!Options.NotifySongs) return;
+    const MessageText& message = song.Problem.empty() ? Message::SongIsKept : Message::MusicFileNotMade;
     // The name is a title, which is plain text everywhere: in the text some desktops would read it as markup.
-    Desktop.Notify({NameOf(song), Texts.FormatMsg(song.Problem.empty() ? KeyKept : KeyNotMade)});
+    Desktop.Notify({NameOf(song), Texts.FormatMsg(message.Key)});
 }
 
 }  // namespace Corvetape

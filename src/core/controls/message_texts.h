@@ -123,6 +123,9 @@ inline constexpr MessageText NoInput{"902",
                                      "No input to record from was found. Please connect or switch on a sound "
                                      "device, and then start Corvetape again."};
 
+inline constexpr MessageText InputNotOpened{"61730", "The input \"%1\" could not be opened."};
+inline constexpr MessageText ServerSays{"61731", "%1 The sound server says: %2."};
+
 inline constexpr MessageText NoSoundSettings{
     "1500",
     "No program for sound settings was found on this computer. Please install one, for example pavucontrol."};
@@ -250,6 +253,40 @@ inline constexpr MessageText UpdateNeedsRights{
     "The update has to write to the folder of the program, which needs the rights of an administrator. Shall "
     "Corvetape be started again with these rights?"};
 
+// The window "Radio".
+inline constexpr MessageText BrowserNotThere{
+    "61700",
+    "The built-in browser is not installed, so %1 is opened in your own browser. What it plays can only be "
+    "read there with a DevTools port."};
+inline constexpr MessageText BrowserNoSandbox{
+    "61701",
+    "The built-in browser shows no pages here, because it could not keep them in a sandbox. Please do not "
+    "run Corvetape as root. To allow it all the same, set WithoutSandbox=1 in the section [Browser] of the "
+    "settings file."};
+inline constexpr MessageText PageCrashed{
+    "61702",
+    "The page in the window \"Radio\" has crashed. It can be reloaded there. The recording is not affected."};
+inline constexpr MessageText BrowserEnded{"61703",
+                                          "The built-in browser has ended unexpectedly. Launch the station "
+                                          "again to start it. The recording is not affected."};
+inline constexpr MessageText BrowserBack{"61704", "Back"};
+inline constexpr MessageText BrowserForward{"61705", "Forward"};
+inline constexpr MessageText BrowserReload{"61706", "Reload"};
+inline constexpr MessageText BrowserStop{"61707", "Stop"};
+inline constexpr MessageText CrashedPage{"61708", "The page has crashed."};
+
+// News of a song on the desktop.
+inline constexpr MessageText SongIsKept{"61710", "Kept by Corvetape"};
+inline constexpr MessageText MusicFileNotMade{
+    "61711", "Kept by Corvetape as a temporary song: no music file could be made of it"};
+
+// The window.
+inline constexpr MessageText NothingPlays{"100", "Corvetape"};
+inline constexpr MessageText DemoOffered{
+    "60001",
+    "There is nothing to record from on this computer: no sound server answers. Shall Corvetape play its "
+    "demo radio, made-up music from inside the program, so that you can try everything?"};
+
 inline constexpr std::array All = {NoNumber,
                                    NoWholeNumber,
                                    OutOfRange,
@@ -290,6 +327,8 @@ inline constexpr std::array All = {NoNumber,
                                    LevelNotFound,
                                    InputsChanged,
                                    NoInput,
+                                   InputNotOpened,
+                                   ServerSays,
                                    NoSoundSettings,
                                    DefaultInput,
                                    InputsPutBack,
@@ -337,6 +376,19 @@ inline constexpr std::array All = {NoNumber,
                                    ChooseLog,
                                    ChooseLogsToDelete,
                                    AssistantIsBusy,
-                                   UpdateNeedsRights};
+                                   UpdateNeedsRights,
+                                   BrowserNotThere,
+                                   BrowserNoSandbox,
+                                   PageCrashed,
+                                   BrowserEnded,
+                                   BrowserBack,
+                                   BrowserForward,
+                                   BrowserReload,
+                                   BrowserStop,
+                                   CrashedPage,
+                                   SongIsKept,
+                                   MusicFileNotMade,
+                                   NothingPlays,
+                                   DemoOffered};
 
 }  // namespace Corvetape::Message
