@@ -27,6 +27,9 @@ class Reporter {
     /// The message of a key with its arguments; empty without such a text.
     std::string Text(std::string_view key, std::initializer_list<std::string> arguments = {}) const;
 
+    /// A text with the sound server's own words after it, if it has said any.
+    std::string WithReason(const std::string& text, const std::string& serverSays) const;
+
     /// A line of the log.
     void Write(ReportKind kind, const std::string& text);
 
@@ -37,6 +40,9 @@ class Reporter {
 
     /// A box, unless the program runs unattended. Returns when it is closed; events are handled meanwhile.
     void Box(const std::string& text, DialogIcon icon);
+
+    /// The same with a title of its own in place of the program's.
+    void TitledBox(const std::string& title, const std::string& text, DialogIcon icon);
 
  private:
     Log& Journal;

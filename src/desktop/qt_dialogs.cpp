@@ -32,8 +32,9 @@ class NormalPointer {
 };
 
 int Show(QWidget* window, const std::string& text, DialogIcon icon, QMessageBox::StandardButtons buttons,
-         QMessageBox::StandardButton preselected = QMessageBox::NoButton) {
-    QMessageBox box(IconOf(icon), ProgramTitle, QString::fromStdString(text), buttons, window);
+         QMessageBox::StandardButton preselected = QMessageBox::NoButton,
+         const QString& title = ProgramTitle) {
+    QMessageBox box(IconOf(icon), title, QString::fromStdString(text), buttons, window);
     box.setDefaultButton(preselected);
     box.setTextFormat(Qt::PlainText);  // titles of strangers stand in it
     const NormalPointer pointer;
@@ -44,6 +45,10 @@ int Show(QWidget* window, const std::string& text, DialogIcon icon, QMessageBox:
 
 void QtDialogs::ShowMessage(const std::string& text, DialogIcon icon) {
     Show(Window, text, icon, QMessageBox::Ok);
+}
+
+void QtDialogs::ShowTitled(const std::string& title, const std::string& text, DialogIcon icon) {
+    Show(Window, text, icon, QMessageBox::Ok, QMessageBox::NoButton, QString::fromStdString(title));
 }
 
 bool QtDialogs::AskYesNo(const std::string& text, DialogIcon icon) {

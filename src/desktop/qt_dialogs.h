@@ -15,6 +15,7 @@ class QtDialogs : public Dialogs {
     void Over(QWidget* window) { Window = window; }
 
     void ShowMessage(const std::string& text, DialogIcon icon) override;
+    void ShowTitled(const std::string& title, const std::string& text, DialogIcon icon) override;
     bool AskYesNo(const std::string& text, DialogIcon icon) override;
     bool AskNoYes(const std::string& text, DialogIcon icon) override;
     bool AskOkCancel(const std::string& text, DialogIcon icon) override;

@@ -15,6 +15,9 @@ class Dialogs {
     virtual ~Dialogs() = default;
 
     virtual void ShowMessage(const std::string& text, DialogIcon icon) = 0;
+
+    /// The same with a title of its own in place of the program's.
+    virtual void ShowTitled(const std::string& title, const std::string& text, DialogIcon icon) = 0;
     virtual bool AskYesNo(const std::string& text, DialogIcon icon) = 0;
 
     /// The same with No as the answer to a key that was pressed unawares.

@@ -204,6 +204,9 @@ class RecordingDialogs : public Dialogs {
     std::vector<Shown> Boxes;
 
     void ShowMessage(const std::string& text, DialogIcon icon) override { Boxes.push_back({text, icon}); }
+    void ShowTitled(const std::string& title, const std::string& text, DialogIcon icon) override {
+        Boxes.push_back({title + ": " + text, icon});
+    }
     bool AskYesNo(const std::string& text, DialogIcon icon) override {
         Boxes.push_back({text, icon});
         return false;

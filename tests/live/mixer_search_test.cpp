@@ -31,6 +31,9 @@ constexpr uint32_t Rate = 44100;
 class ScriptedDialogs : public Dialogs {
  public:
     void ShowMessage(const std::string& text, DialogIcon) override { Texts.push_back(text); }
+    void ShowTitled(const std::string&, const std::string& text, DialogIcon) override {
+        Texts.push_back(text);
+    }
     bool AskYesNo(const std::string& text, DialogIcon) override {
         Texts.push_back(text);
         if (Answers.empty()) return false;

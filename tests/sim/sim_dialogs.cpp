@@ -27,6 +27,10 @@ void SimDialogs::ShowMessage(const std::string& text, DialogIcon icon) {
     Show({BoxKind::Message, text, icon, {}, {}});
 }
 
+void SimDialogs::ShowTitled(const std::string& title, const std::string& text, DialogIcon icon) {
+    Show({BoxKind::Message, text, icon, {}, {}, title});
+}
+
 bool SimDialogs::AskYesNo(const std::string& text, DialogIcon icon) {
     Show({BoxKind::YesNo, text, icon, {}, {}});
     return NextOf(YesNoAnswers, false);

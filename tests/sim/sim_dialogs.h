@@ -20,6 +20,7 @@ struct ShownBox {
     DialogIcon Icon = DialogIcon::Information;
     std::string Filter;
     std::string Start;
+    std::string Title{};  ///< of a message that has one of its own
 
     bool operator==(const ShownBox&) const = default;
 };
@@ -29,6 +30,7 @@ struct ShownBox {
 class SimDialogs : public Dialogs {
  public:
     void ShowMessage(const std::string& text, DialogIcon icon) override;
+    void ShowTitled(const std::string& title, const std::string& text, DialogIcon icon) override;
     bool AskYesNo(const std::string& text, DialogIcon icon) override;
     bool AskNoYes(const std::string& text, DialogIcon icon) override;
     bool AskOkCancel(const std::string& text, DialogIcon icon) override;

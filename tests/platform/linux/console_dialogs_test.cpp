@@ -32,6 +32,11 @@ TEST_F(ConsoleDialogsTest, TheIconIsAWord) {
     EXPECT_EQ(Printed(), "error: a\nwarning: b\n");
 }
 
+TEST_F(ConsoleDialogsTest, ATitleGoesBeforeTheText) {
+    dialogs.ShowTitled("News", "A new version.", DialogIcon::Information);
+    EXPECT_EQ(Printed(), "News: A new version.\n");
+}
+
 TEST_F(ConsoleDialogsTest, AQuestionIsAnsweredLikeAClosedBox) {
     EXPECT_FALSE(dialogs.AskYesNo("Really?", DialogIcon::Exclamation));
     EXPECT_EQ(Printed(), "warning: Really?\n");

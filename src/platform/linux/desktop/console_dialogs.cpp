@@ -16,6 +16,10 @@ void ConsoleDialogs::ShowMessage(const std::string& text, DialogIcon icon) {
     std::fflush(Stream);
 }
 
+void ConsoleDialogs::ShowTitled(const std::string& title, const std::string& text, DialogIcon icon) {
+    ShowMessage(title + ": " + text, icon);
+}
+
 bool ConsoleDialogs::AskYesNo(const std::string& text, DialogIcon icon) {
     ShowMessage(text, icon);
     return false;

@@ -14,6 +14,7 @@ class ConsoleDialogs : public Dialogs {
     explicit ConsoleDialogs(std::FILE* stream);
 
     void ShowMessage(const std::string& text, DialogIcon icon) override;
+    void ShowTitled(const std::string& title, const std::string& text, DialogIcon icon) override;
     bool AskYesNo(const std::string& text, DialogIcon icon) override;
 
     /// Rings the bell of a terminal; nothing elsewhere.
