@@ -31,7 +31,7 @@ bool IsPolled(BufferReturn mode) {
 struct Capture::Engine : std::enable_shared_from_this<Capture::Engine> {
     Engine(CaptureParts parts, CaptureEvents events) : Parts(parts), Events(std::move(events)) {}
 
-    bool Open(size_t device);
+    WaveInOpening Open(size_t device);
     void Prepare();
     void Close();
     void Shut();
@@ -68,26 +68,27 @@ struct Capture::Engine : std::enable_shared_from_this<Capture::Engine> {
     bool Gone = false;        ///< the capture was destroyed; nothing of the program is touched any more
 };
 
-bool Capture::Engine::Open(size_t device) {
+WaveInOpening Capture::Engine::Open(size_t device) {
     if (Stream) Close();
-    if (Gone) return false;
+    if (Gone) return {false, {}};
     Shut();  // an event of the closing may have opened another device
     WaveFormat& format = Parts.Signal.Format;
     format = MakeWaveFormat(Parts.Settings.SPDIF48kHz ? OpticalRate : CommonRate);
     Mode = ModeOf(Parts.Settings.PollRecordingBuffers);
     ++Generation;
-    Stream = Parts.WaveIn.Open(device, format, Mode, MakeEvents());
-    if (!Stream) return false;
+    OpenedWaveIn opened = Parts.WaveIn.Open(device, format, Mode, MakeEvents());
+    if (!opened) return {false, std::move(opened.Reason)};
+    Stream = std::move(opened);
     FramesPerBuffer = FramesPerBufferOf(format);
     Prepare();
     for (WaveBuffer& buffer : *Ring) Stream->AddBuffer(buffer);
     Parts.Ring.Open(Parts.Settings.AudioBuffers, FramesPerBuffer);
     if (!Stream->Start()) {
         Shut();
-        return false;
+        return {false, {}};
     }
     StartPolling();
-    return true;
+    return {};
 }
 
 void Capture::Engine::Prepare() {
@@ -287,7 +288,7 @@ Capture::~Capture() {
     Self->Gone = true;
 }
 
-bool Capture::OpenWaveIn(size_t device) {
+WaveInOpening Capture::OpenWaveIn(size_t device) {
     const auto running = Self;
     return running->Open(device);
 }

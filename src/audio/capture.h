@@ -72,9 +72,9 @@ class Capture {
     Capture& operator=(const Capture&) = delete;
 
     /// Opens the device with this number in the list of WaveIn, with a fresh format, queue and ring, and
-    /// starts it. A device that is open is closed first. False, and closed, if it cannot be opened or does
-    /// not start; nothing is told.
-    bool OpenWaveIn(size_t device);
+    /// starts it. A device that is open is closed first. Fails, and is closed, if it cannot be opened or does
+    /// not start; nothing is reported.
+    WaveInOpening OpenWaveIn(size_t device);
 
     /// Stops the arrival of buffers, then the device. Events are handled meanwhile: timers and handlers may
     /// run, and may close or open again themselves.

@@ -17,8 +17,8 @@ class InputDevice {
 
     bool IsOpen() const { return Input.IsOpen(); }
 
-    /// Opens the device of this number in the list of WaveIn. False if it cannot be opened.
-    bool Open(size_t device) { return Input.OpenWaveIn(device); }
+    /// Opens the device of this number in the list of WaveIn. Fails if it cannot be opened.
+    WaveInOpening Open(size_t device) { return Input.OpenWaveIn(device); }
 
     /// What waits in the ring belongs to the song that plays; the next opening makes the ring anew. Events
     /// are handled meanwhile.

@@ -16,18 +16,19 @@ class ChosenInput : public WaveIn {
     /// `inner` outlives it.
     ChosenInput(WaveIn& inner, std::string id) : Inner(inner), Id(std::move(id)) {}
 
-    std::vector<WaveInDevice> Devices() override {
-        const std::vector<WaveInDevice> all = Inner.Devices();
+    WaveInList Devices() override {
+        WaveInList all = Inner.Devices();
         for (size_t i = 0; i < all.size(); ++i) {
             if (all[i].Id != Id) continue;
             Number = i;
-            return {all[i]};
+            return std::vector<WaveInDevice>{all[i]};
         }
-        return {};
+        all.clear();
+        return all;
     }
 
-    std::unique_ptr<WaveInStream> Open(size_t device, const WaveFormat& format, BufferReturn mode,
-                                       WaveInEvents events) override {
+    OpenedWaveIn Open(size_t device, const WaveFormat& format, BufferReturn mode,
+                      WaveInEvents events) override {
         if (device != 0) return nullptr;
         return Inner.Open(Number, format, mode, std::move(events));
     }

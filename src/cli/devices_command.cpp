@@ -17,7 +17,7 @@ int RunDevices(const DevicesArguments& arguments) {
     int count = 0;
     const QCoreApplication application(count, nullptr);
     QtLoop loop;
-    std::vector<WaveInDevice> devices = PulseWaveIn(loop).Devices();
+    WaveInList devices = PulseWaveIn(loop).Devices();
     devices.push_back(DemoInput());
     for (size_t i = 0; i < devices.size(); ++i) {
         const WaveInDevice& device = devices[i];
@@ -30,7 +30,10 @@ int RunDevices(const DevicesArguments& arguments) {
                                       KindText(device.Kind), OneLine(device.Name)));
         }
     }
-    if (!arguments.Json && devices.size() == 1) Tell("no sound server answers");
+    if (!arguments.Json && devices.size() == 1) {
+        Tell(devices.Reason.empty() ? "the sound server has no inputs"
+                                    : "no sound server answers: " + devices.Reason);
+    }
     return ExitDone;
 }
 

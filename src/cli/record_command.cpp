@@ -263,10 +263,14 @@ int RunRecord(const RecordArguments& arguments) {
     QtLoop loop;
     PulseWaveIn pulse(loop);
     const bool noServer = arguments.Input == "demo" || arguments.Input.starts_with("file:");
-    std::vector<WaveInDevice> devices = noServer ? std::vector<WaveInDevice>{} : pulse.Devices();
+    WaveInList devices = noServer ? WaveInList() : pulse.Devices();
     devices.push_back(DemoInput());
     const InputChoice choice = ChooseInput(arguments.Input, devices);
-    if (!choice.Error.empty()) return Fail(choice.Error);
+    if (!choice.Error.empty()) {
+        return Fail(devices.Reason.empty()
+                        ? choice.Error
+                        : choice.Error + " (no sound server answers: " + devices.Reason + ")");
+    }
     const bool live = choice.FilePath.empty() && devices[*choice.Device].Kind != WaveInKind::Demo;
     if (!live) return RecordVirtually(arguments, choice.FilePath);
     if (arguments.Speed != 1) return Fail("--speed is for demo and file inputs");

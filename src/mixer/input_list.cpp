@@ -84,7 +84,7 @@ std::string InputList::ListDevices() {
 
 void InputList::ReportNoDevice() {
     const std::string text = Say.Text(Message::NoInput.Key);
-    Say.Write(ReportKind::Info, text);
+    Say.Write(ReportKind::Info, Say.WithReason(text, Listed.Reason));
     Say.Box(text, DialogIcon::Critical);
 }
 
@@ -125,11 +125,18 @@ void InputList::CloseDevice() {
 }
 
 bool InputList::OpenToListen(int32_t device) {
-    return !Ended && device >= 0 && Device.Open(static_cast<size_t>(device));
+    return !Ended && device >= 0 && static_cast<bool>(Device.Open(static_cast<size_t>(device)));
 }
 
 void InputList::Open(int32_t device) {
-    if (!OpenToListen(device)) return;
+    if (Ended || device < 0) return;
+    if (const WaveInOpening opened = Device.Open(static_cast<size_t>(device)); !opened) {
+        // Neither log nor box: the user has just chosen it, and chooses another one.
+        const std::string name =
+            static_cast<size_t>(device) < Listed.size() ? InputName(Listed[static_cast<size_t>(device)]) : "";
+        Say.Show(Say.WithReason(Say.Text(Message::InputNotOpened.Key, {name}), opened.Reason));
+        return;
+    }
     for (CheckBox& box : Parts.Form.chkStartStop) box.Enabled(true);
 }
 

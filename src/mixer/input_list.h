@@ -80,7 +80,7 @@ class InputList {
     InputListParts Parts;
     InputDevice& Device;
     Reporter& Say;
-    std::vector<WaveInDevice> Listed;
+    WaveInList Listed;
     int32_t ChosenDevice = 0;
     bool Ended = false;
 };

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Corvetape {
@@ -81,11 +83,12 @@ enum class WaveInIncidentKind {
     ClockDrift,  ///< frames are missing against the clock with no other reason known
 };
 
-/// Audio that the device should have delivered and did not. Told once an incident, when it is over.
+/// Audio that the device should have delivered and did not. Reported once an incident, when it is over.
 struct WaveInIncident {
     WaveInIncidentKind Kind = WaveInIncidentKind::Overrun;
     uint64_t LostFrames = 0;
     std::string DeviceName;
+    std::string Reason{};  ///< the sound server's own words; empty if it gave none
 };
 
 /// Called on the logic thread only.
@@ -115,16 +118,50 @@ class WaveInStream {
     virtual void Deliver() = 0;
 };
 
+/// An open input, or why it could not be opened.
+struct OpenedWaveIn : std::unique_ptr<WaveInStream> {
+    // NOLINTBEGIN(google-explicit-constructor)
+    template <class Kind>
+    OpenedWaveIn(std::unique_ptr<Kind> stream) : std::unique_ptr<WaveInStream>(std::move(stream)) {}
+    OpenedWaveIn(std::nullptr_t) {}
+    // NOLINTEND(google-explicit-constructor)
+
+    static OpenedWaveIn Refused(std::string reason) {
+        OpenedWaveIn none = nullptr;
+        none.Reason = std::move(reason);
+        return none;
+    }
+
+    std::string Reason;  ///< the sound server's own words; empty if it gave none
+};
+
+/// What can be recorded from.
+struct WaveInList : std::vector<WaveInDevice> {
+    WaveInList() = default;
+    WaveInList(std::vector<WaveInDevice> devices)  // NOLINT(google-explicit-constructor)
+        : std::vector<WaveInDevice>(std::move(devices)) {}
+
+    std::string Reason;  ///< why the server could not be asked, in its own words; empty if it could
+};
+
+/// Whether an input was opened, and why not.
+struct WaveInOpening {
+    bool Succeeded = true;
+    std::string Reason;  ///< the sound server's own words; empty if it gave none
+
+    explicit operator bool() const { return Succeeded; }
+};
+
 /// The inputs that can be recorded from. Device numbers are indices of the last list given by Devices().
 class WaveIn {
  public:
     virtual ~WaveIn() = default;
 
-    virtual std::vector<WaveInDevice> Devices() = 0;
+    virtual WaveInList Devices() = 0;
 
     /// Opens a device. Nothing if there is no such device or it cannot give the format.
-    virtual std::unique_ptr<WaveInStream> Open(size_t device, const WaveFormat& format, BufferReturn mode,
-                                               WaveInEvents events) = 0;
+    virtual OpenedWaveIn Open(size_t device, const WaveFormat& format, BufferReturn mode,
+                              WaveInEvents events) = 0;
 };
 
 }  // namespace Corvetape

@@ -75,9 +75,10 @@ void SongReports::SongFailed(const SongFailure& failure) {
 }
 
 void SongReports::SoundLost(const WaveInIncident& incident) {
-    Say.Write(ReportKind::Info,
-              Say.Text(ReasonKey(incident.Kind), {SecondsText(incident.LostFrames, Format.nSamplesPerSec),
-                                                  std::to_string(incident.LostFrames), incident.DeviceName}));
+    const std::string text =
+        Say.Text(ReasonKey(incident.Kind), {SecondsText(incident.LostFrames, Format.nSamplesPerSec),
+                                            std::to_string(incident.LostFrames), incident.DeviceName});
+    Say.Write(ReportKind::Info, Say.WithReason(text, incident.Reason));
 }
 
 void SongReports::AvailabilityChanged(bool lost) {

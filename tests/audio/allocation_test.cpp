@@ -46,9 +46,9 @@ namespace {
 /// A device that the test fills and sends the buffers of.
 class SilentWaveIn : public WaveIn {
  public:
-    std::vector<WaveInDevice> Devices() override { return std::vector<WaveInDevice>(1); }
-    std::unique_ptr<WaveInStream> Open(size_t /*device*/, const WaveFormat& /*format*/, BufferReturn /*mode*/,
-                                       WaveInEvents events) override {
+    WaveInList Devices() override { return std::vector<WaveInDevice>(1); }
+    OpenedWaveIn Open(size_t /*device*/, const WaveFormat& /*format*/, BufferReturn /*mode*/,
+                      WaveInEvents events) override {
         Events = std::move(events);
         return std::make_unique<Stream>(Given);
     }

@@ -15,10 +15,10 @@ namespace Corvetape::Test {
 /// A device that does what the test says, and notes what is asked of it.
 class ScriptedWaveIn : public WaveIn {
  public:
-    std::vector<WaveInDevice> Devices() override { return std::vector<WaveInDevice>(Count); }
+    WaveInList Devices() override { return std::vector<WaveInDevice>(Count); }
 
-    std::unique_ptr<WaveInStream> Open(size_t device, const WaveFormat& format, BufferReturn mode,
-                                       WaveInEvents events) override {
+    OpenedWaveIn Open(size_t device, const WaveFormat& format, BufferReturn mode,
+                      WaveInEvents events) override {
         Asked += "open" + std::to_string(device) + " ";
         if (device >= Count) return nullptr;
         Format = format;

@@ -299,7 +299,7 @@ TEST_F(RecordTest, WithoutASoundServerTheDemoRadioIsStillThere) {
     const Finished text = RunCommand({{"devices"}, {}, "", false});
     EXPECT_EQ(text.Code, 0);
     EXPECT_EQ(text.Out, "   0  demo     Demo radio (made-up music)\n");
-    EXPECT_EQ(text.Err, "corvetape-cli: no sound server answers\n");
+    EXPECT_EQ(text.Err, "corvetape-cli: no sound server answers: Connection refused\n");
 }
 
 }  // namespace

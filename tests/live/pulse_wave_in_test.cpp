@@ -80,7 +80,7 @@ TEST_P(PulseWaveInTest, AnUnknownDeviceOrFormatIsRefused) {
 TEST_P(PulseWaveInTest, ADeviceThatIsGoneSinceTheListIsRefused) {
     const std::string module = server.AddSink("another");
     PulseWaveIn waveIn(session.Loop, {.Server = server.Address()});
-    const std::vector<WaveInDevice> devices = waveIn.Devices();
+    const WaveInList devices = waveIn.Devices();
     ASSERT_EQ(devices.size(), 2u);
     ASSERT_EQ(devices[0].Id, "another.monitor");
     server.RemoveSink(module);
@@ -212,6 +212,7 @@ TEST_P(PulseWaveInTest, AfterTheServerWasKilledRecordingGoesOnAndTheGapIsToldOnc
     ASSERT_EQ(recorder.Incidents.size(), 1u);
     EXPECT_EQ(recorder.Incidents[0].Kind, WaveInIncidentKind::ServerLost);
     EXPECT_EQ(recorder.Incidents[0].DeviceName, "Monitor of Radio");
+    EXPECT_EQ(recorder.Incidents[0].Reason, "Connection terminated");
     EXPECT_GT(recorder.Told(), recorder.Gap() - 0.2);
     EXPECT_TRUE(recorder.AccountIsEven(0.25)) << recorder.Unaccounted() << " s";
     EXPECT_EQ(Comparison(noise, WithoutSilenceAround(recorder.Frames)), "equal");
@@ -237,6 +238,7 @@ TEST_P(PulseWaveInTest, ARemovedDeviceIsWaitedForAndNoOtherOneIsRecordedMeanwhil
     ASSERT_TRUE(session.WaitFor([&] { return !recorder.Incidents.empty(); }, seconds(30)));
     ASSERT_EQ(recorder.Incidents.size(), 1u);
     EXPECT_EQ(recorder.Incidents[0].Kind, WaveInIncidentKind::DeviceLost);
+    EXPECT_FALSE(recorder.Incidents[0].Reason.empty());
     EXPECT_GT(recorder.Told(), recorder.Gap() - 0.2);
     EXPECT_TRUE(recorder.AccountIsEven(0.25)) << recorder.Unaccounted() << " s";
     EXPECT_TRUE(WithoutSilenceAround(recorder.Frames).empty()) << "the other output was recorded";

@@ -25,11 +25,15 @@ using testing::IsEmpty;
 /// Inputs that are listed, opened and closed, and never give a buffer.
 class ListedInputs : public WaveIn {
  public:
-    std::vector<WaveInDevice> Devices() override { return Present; }
-    std::unique_ptr<WaveInStream> Open(size_t device, const WaveFormat&, BufferReturn,
-                                       WaveInEvents) override {
+    WaveInList Devices() override {
+        WaveInList list(Present);
+        list.Reason = ServerSays;
+        return list;
+    }
+    OpenedWaveIn Open(size_t device, const WaveFormat&, BufferReturn, WaveInEvents) override {
         Asked.push_back("open " + std::to_string(device));
-        return OpensDevices ? std::make_unique<Stream>(*this) : nullptr;
+        if (!OpensDevices) return OpenedWaveIn::Refused(ServerSays);
+        return std::make_unique<Stream>(*this);
     }
 
     void Add(const std::string& name, uint32_t formats = WAVE_FORMAT_4S16) {
@@ -38,6 +42,7 @@ class ListedInputs : public WaveIn {
 
     std::vector<WaveInDevice> Present;
     bool OpensDevices = true;
+    std::string ServerSays;
     std::vector<std::string> Asked;
     std::function<void()> WhileClosing = [] {};
 
@@ -95,7 +100,9 @@ class InputListTest : public testing::Test {
     SignalState Signal;
     MediaState Media;
     frmMain Form;
-    NotedReports Reports{Computer, Form, "901=devices changed\n902=no device\n1501=%1 (default)\n"};
+    NotedReports Reports{Computer, Form,
+                         "901=devices changed\n902=no device\n1501=%1 (default)\n"
+                         "61730=%1 not opened.\n61731=%1 Server: %2.\n"};
     LifecycleFlags& Lifecycle = Reports.Lifecycle;
     ListedInputs Inputs;
     SignalChain Chain{Computer, Inputs, Signal, Pause, Media};
@@ -363,6 +370,17 @@ TEST_F(ClickOnADevice, DisablesTheRecordingWhileNoDeviceIsOpen) {
     OpensDevices = true;
     Form.cmbInputDevices.Select(1);
     EXPECT_TRUE(Form.chkStartStop[0].Enabled());
+}
+
+TEST_F(ClickOnADevice, ThatCannotBeOpenedIsSaidInTheStatusLineWithTheServersWords) {
+    KnowThreeDevices();
+    EXPECT_TRUE(Choice.FillInputDevices());
+    OpensDevices = false;
+    Inputs.ServerSays = "Device or resource busy";
+    const std::vector<std::string> before = Logged;
+    Form.cmbInputDevices.Select(2);
+    EXPECT_EQ(Form.lblStatus[1].Caption(), "C not opened. Server: Device or resource busy.");
+    EXPECT_EQ(Logged, before);
 }
 
 TEST_F(ClickOnADevice, ThatCannotBeOpenedIsChosenAllTheSame) {

@@ -155,13 +155,11 @@ class TickRig : public SessionRig, private SourceSettings, private SourceMixer, 
     void StoreMixer() override {}
 
     // An input that is there and cannot be opened, or is not there.
-    std::vector<WaveInDevice> Devices() override {
+    WaveInList Devices() override {
         Note("FillInputDevices");
         return DevicesThere ? std::vector<WaveInDevice>{{"Radio", "radio"}} : std::vector<WaveInDevice>{};
     }
-    std::unique_ptr<WaveInStream> Open(size_t, const WaveFormat&, BufferReturn, WaveInEvents) override {
-        return nullptr;
-    }
+    OpenedWaveIn Open(size_t, const WaveFormat&, BufferReturn, WaveInEvents) override { return nullptr; }
 
     // The web.
     void Get(const std::string& address, size_t, std::function<void(const HttpAnswer&)>) override {

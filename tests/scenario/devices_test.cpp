@@ -111,6 +111,29 @@ TEST(MissingInput, EndsTheProgramOnTheSecondTickWithItsMessage) {
     EXPECT_THAT(world.Logged("INFO"), Contains(HasSubstr("No input to record from was found")));
 }
 
+TEST(LostInput, IsReportedWithTheWordsOfTheSoundServer) {
+    World world(TwoSongs());
+    world.Computer.WaveIn.SetServerWords("Connection terminated");
+    ASSERT_TRUE(world.StartRecording());
+    world.RunFor(10);
+    world.Computer.WaveIn.KillServer();
+    world.RunFor(3);
+    world.Computer.WaveIn.RestartServer();
+    world.RunFor(3);
+    EXPECT_THAT(world.Logged("INFO"),
+                Contains(HasSubstr("because the sound server was gone. The sound server "
+                                   "says: Connection terminated.")));
+}
+
+TEST(MissingInput, IsReportedWithTheWordsOfTheSoundServer) {
+    World world(TwoSongs());
+    world.Computer.WaveIn.SetServerWords("Connection refused");
+    world.Computer.WaveIn.KillServer();
+    ASSERT_TRUE(world.Load());
+    EXPECT_TRUE(world.RunUntil([&] { return world.Ends > 0; }, 2));
+    EXPECT_THAT(world.Logged("INFO"), Contains(HasSubstr("The sound server says: Connection refused.")));
+}
+
 TEST(BusyInput, LeavesTheProgramOpenWithoutAnythingToRecordFrom) {
     World world(TwoSongs());
     world.Computer.WaveIn.Refuse(RadioName);
@@ -118,6 +141,7 @@ TEST(BusyInput, LeavesTheProgramOpenWithoutAnythingToRecordFrom) {
     world.RunFor(10);
     EXPECT_TRUE(world.Recorder->Running());
     EXPECT_FALSE(world.Form().chkStartStop[0].Enabled());
+    EXPECT_THAT(world.Boxes(), IsEmpty());
 
     // Chosen again when it is free, it is recorded from.
     world.Computer.WaveIn.Admit(RadioName);

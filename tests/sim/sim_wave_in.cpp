@@ -123,8 +123,9 @@ void SimWaveIn::Admit(const std::string& id) {
     Conditions[id].Refused = false;
 }
 
-std::vector<WaveInDevice> SimWaveIn::Devices() {
-    std::vector<WaveInDevice> devices;
+WaveInList SimWaveIn::Devices() {
+    WaveInList devices;
+    if (ServerDead) devices.Reason = ServerWords;
     Listed.clear();
     for (const Entry& entry : Entries) {
         if (!Reachable(entry.Info.Id)) continue;
@@ -134,12 +135,12 @@ std::vector<WaveInDevice> SimWaveIn::Devices() {
     return devices;
 }
 
-std::unique_ptr<WaveInStream> SimWaveIn::Open(size_t device, const WaveFormat& format, BufferReturn mode,
-                                              WaveInEvents events) {
+OpenedWaveIn SimWaveIn::Open(size_t device, const WaveFormat& format, BufferReturn mode,
+                             WaveInEvents events) {
     if (device >= Listed.size()) return nullptr;
     const std::string id = Listed[device];
     const Condition condition = Conditions[id];
-    if (!Reachable(id) || condition.Refused) return nullptr;
+    if (!Reachable(id) || condition.Refused) return OpenedWaveIn::Refused(ServerWords);
     auto stream = SourceWaveIn::Open(device, format, mode, std::move(events));
     if (stream == nullptr) return nullptr;
     const auto radio = Radios.find(id);
@@ -154,6 +155,7 @@ std::unique_ptr<WaveInStream> SimWaveIn::Open(size_t device, const WaveFormat& f
 }
 
 void SimWaveIn::Prepare(FeedSetup& setup) {
+    setup.LossReason = ServerWords;
     setup.DriftMillionths = Conditions[setup.Device.Id].Drift;
     if (QueueLimitSeconds > 0) {
         setup.QueueLimitFrames = static_cast<uint64_t>(QueueLimitSeconds * setup.FramesPerSecond);

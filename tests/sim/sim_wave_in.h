@@ -52,9 +52,13 @@ class SimWaveIn : public SourceWaveIn {
     void Refuse(const std::string& id);
     void Admit(const std::string& id);
 
-    std::vector<WaveInDevice> Devices() override;
-    std::unique_ptr<WaveInStream> Open(size_t device, const WaveFormat& format, BufferReturn mode,
-                                       WaveInEvents events) override;
+    /// What the sound server says of itself from now on, where it lists nothing or refuses a device, and of
+    /// what streams opened later lose.
+    void SetServerWords(std::string words) { ServerWords = std::move(words); }
+
+    WaveInList Devices() override;
+    OpenedWaveIn Open(size_t device, const WaveFormat& format, BufferReturn mode,
+                      WaveInEvents events) override;
 
     /// The radio's frame that lies at `delivered` in what the stream opened last got. The radio's first frame
     /// is number 0. Nothing if no radio is open.
@@ -89,6 +93,7 @@ class SimWaveIn : public SourceWaveIn {
     std::map<std::string, Condition> Conditions;
     std::map<std::string, Radio> Radios;
     bool ServerDead = false;
+    std::string ServerWords;
     double QueueLimitSeconds = 0;  ///< 0: no limit
     uint64_t TunedAtFrame = 0;     ///< of the radio opened last
 };

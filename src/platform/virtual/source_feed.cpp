@@ -224,7 +224,8 @@ bool SourceFeed::GapIsNext() const {
 
 void SourceFeed::TellGap(const FeedGap& gap) {
     const std::shared_ptr<FeedSetup> setup = Setup;
-    if (setup->Events.Incident) setup->Events.Incident({gap.Kind, gap.Frames, setup->Device.Name});
+    if (setup->Events.Incident)
+        setup->Events.Incident({gap.Kind, gap.Frames, setup->Device.Name, setup->LossReason});
 }
 
 /// After the buffers that were filled so far.

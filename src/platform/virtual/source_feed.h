@@ -33,6 +33,7 @@ struct FeedSetup {
     int64_t DriftMillionths = 0;  ///< how much faster than the clock the device's own clock runs
     uint64_t QueueLimitFrames =
         std::numeric_limits<uint64_t>::max();  ///< what the device keeps for a slow owner
+    std::string LossReason;  ///< what a sound server says of whatever is lost; empty for nothing
 };
 
 /// Turns a sound source into the input of a device: a buffer is due when the clock says that its frames have

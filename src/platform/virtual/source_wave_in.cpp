@@ -38,8 +38,8 @@ void SourceWaveIn::AddDevice(WaveInDevice device, SourceFactory source) {
     Entries.push_back({std::move(device), std::move(source)});
 }
 
-std::vector<WaveInDevice> SourceWaveIn::Devices() {
-    std::vector<WaveInDevice> devices;
+WaveInList SourceWaveIn::Devices() {
+    WaveInList devices;
     Listed.clear();
     for (const Entry& entry : Entries) {
         devices.push_back(entry.Info);
@@ -48,8 +48,8 @@ std::vector<WaveInDevice> SourceWaveIn::Devices() {
     return devices;
 }
 
-std::unique_ptr<WaveInStream> SourceWaveIn::Open(size_t device, const WaveFormat& format, BufferReturn mode,
-                                                 WaveInEvents events) {
+OpenedWaveIn SourceWaveIn::Open(size_t device, const WaveFormat& format, BufferReturn mode,
+                                WaveInEvents events) {
     if (device >= Listed.size()) return nullptr;
     const Entry* entry = Find(Listed[device]);
     if (entry == nullptr || (entry->Info.dwFormats & FormatBitOf(format)) == 0) return nullptr;

@@ -23,9 +23,9 @@ class SourceWaveIn : public WaveIn {
     /// Adds a device to the end of the list. Its Id must be unlike all others.
     void AddDevice(WaveInDevice device, SourceFactory source);
 
-    std::vector<WaveInDevice> Devices() override;
-    std::unique_ptr<WaveInStream> Open(size_t device, const WaveFormat& format, BufferReturn mode,
-                                       WaveInEvents events) override;
+    WaveInList Devices() override;
+    OpenedWaveIn Open(size_t device, const WaveFormat& format, BufferReturn mode,
+                      WaveInEvents events) override;
 
     /// What plays on the input that was opened last, at the frame delivered last. Empty if none is open.
     SourceMedia NowPlaying() const;

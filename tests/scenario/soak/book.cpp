@@ -67,11 +67,11 @@ struct Book::Input : WaveIn {
     };
 
     Input(Book& book, WaveIn& inner) : Owner(book), Inner(inner) {}
-    std::vector<WaveInDevice> Devices() override { return Inner.Devices(); }
-    std::unique_ptr<WaveInStream> Open(size_t device, const WaveFormat& format, BufferReturn mode,
-                                       WaveInEvents events) override {
+    WaveInList Devices() override { return Inner.Devices(); }
+    OpenedWaveIn Open(size_t device, const WaveFormat& format, BufferReturn mode,
+                      WaveInEvents events) override {
         auto stream = Inner.Open(device, format, mode, std::move(events));
-        if (!stream) return nullptr;
+        if (!stream) return stream;
         Owner.Opened(format.nSamplesPerSec);
         return std::make_unique<Stream>(Owner, std::move(stream));
     }

@@ -17,6 +17,7 @@ struct CaptureNotice {
     WaveInIncidentKind Kind = WaveInIncidentKind::Overrun;
     uint64_t LostFrames = 0;
     uint64_t Position = 0;  ///< frames that were queued before it
+    int Error = 0;          ///< the sound server's number of the reason; 0 if it gave none
 };
 
 /// What leads from the capture thread to the logic thread: the frames without a lock, and the few notices

@@ -47,16 +47,24 @@ PulseCapture::~PulseCapture() {
     Thread.join();
 }
 
-bool PulseCapture::WaitForStart(std::chrono::milliseconds limit) {
+std::string PulseCapture::WaitForStart(std::chrono::milliseconds limit) {
     std::unique_lock guard(AttemptLock);
     AttemptEnded.wait_for(guard, limit, [this] { return PresentAttempt != Attempt::Pending; });
-    return PresentAttempt == Attempt::Succeeded;
+    if (PresentAttempt == Attempt::Succeeded) return {};
+    return pa_strerror(PresentAttempt == Attempt::Pending ? PA_ERR_TIMEOUT : AttemptError);
+}
+
+/// Why the server has refused what it was asked for last. Some failures are known to it by none.
+int PulseCapture::ServerError() const {
+    const int error = Context ? pa_context_errno(Context.get()) : PA_OK;
+    return error != PA_OK ? error : PA_ERR_UNKNOWN;
 }
 
 void PulseCapture::Finish(Attempt result) {
     const std::lock_guard guard(AttemptLock);
     if (PresentAttempt != Attempt::Pending) return;
     PresentAttempt = result;
+    AttemptError = AwayError != PA_OK ? AwayError : PA_ERR_UNKNOWN;
     AttemptEnded.notify_all();
 }
 
@@ -106,12 +114,12 @@ void PulseCapture::Watch(int64_t now) {
     if (Away && !ToldLost) TellLost(AwayKind, true);
     if (!Context || Broken) return;
     if (!Accepting) {
-        if (now - AttemptBegan > AttemptLimit) Break(WaveInIncidentKind::ServerLost);
+        if (now - AttemptBegan > AttemptLimit) Break(WaveInIncidentKind::ServerLost, PA_ERR_TIMEOUT);
         return;
     }
     const int64_t silence = now - LastArrival;
     if (silence > SilenceMeansBroken) {
-        Break(WaveInIncidentKind::DeviceLost);
+        Break(WaveInIncidentKind::DeviceLost, PA_ERR_TIMEOUT);
     } else if (silence > SilenceMeansLost) {
         TellLost(WaveInIncidentKind::DeviceLost, false);
     }
@@ -121,13 +129,13 @@ void PulseCapture::Connect() {
     AttemptBegan = Now();
     Context.reset(pa_context_new(pa_mainloop_get_api(Loop.get()), "Corvetape"));
     if (!Context) {
-        Break(WaveInIncidentKind::ServerLost);
+        Break(WaveInIncidentKind::ServerLost, PA_ERR_INTERNAL);
         return;
     }
     pa_context_set_state_callback(Context.get(), ContextChanged, this);
     const char* const address = Wanted.Server.empty() ? nullptr : Wanted.Server.c_str();
     if (pa_context_connect(Context.get(), address, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) {
-        Break(WaveInIncidentKind::ServerLost);
+        Break(WaveInIncidentKind::ServerLost, ServerError());
     }
 }
 
@@ -139,10 +147,12 @@ void PulseCapture::Disconnect() {
     Context.reset();
 }
 
-void PulseCapture::Break(WaveInIncidentKind kind) {
+void PulseCapture::Break(WaveInIncidentKind kind, int error) {
     if (Broken) return;
     Broken = true;
     Accepting = false;
+    // A server that is still gone at the next attempt says less than when it went.
+    if (!Away || AwayError == PA_OK) AwayError = error;
     TellLost(kind, true);
 }
 
@@ -150,7 +160,7 @@ void PulseCapture::ContextChanged(pa_context* changed, void* user) {
     PulseCapture& self = Self(user);
     const pa_context_state_t state = pa_context_get_state(changed);
     if (!PA_CONTEXT_IS_GOOD(state)) {
-        self.Break(WaveInIncidentKind::ServerLost);
+        self.Break(WaveInIncidentKind::ServerLost, self.ServerError());
     } else if (state == PA_CONTEXT_READY) {
         // A server may give another source instead of a missing one, so the name is looked up first.
         self.Question.reset(
@@ -161,7 +171,7 @@ void PulseCapture::ContextChanged(pa_context* changed, void* user) {
 void PulseCapture::SourceAnswer(pa_context*, const pa_source_info* info, int end, void* user) {
     PulseCapture& self = Self(user);
     if (end < 0 || (info != nullptr && self.Wanted.Source != info->name)) {
-        self.Break(WaveInIncidentKind::DeviceLost);
+        self.Break(WaveInIncidentKind::DeviceLost, PA_ERR_NOENTITY);
     } else if (info != nullptr && !self.Stream && !self.Broken) {
         self.CreateStream();
     }
@@ -173,7 +183,7 @@ void PulseCapture::CreateStream() {
     pa_channel_map_init_stereo(&stereo);
     Stream.reset(pa_stream_new(Context.get(), "Recording", &format, &stereo));
     if (!Stream) {
-        Break(WaveInIncidentKind::DeviceLost);
+        Break(WaveInIncidentKind::DeviceLost, ServerError());
         return;
     }
     pa_stream_set_state_callback(Stream.get(), StreamChanged, this);
@@ -185,7 +195,7 @@ void PulseCapture::CreateStream() {
     sizes.fragsize = static_cast<uint32_t>(Wanted.FramesPerBuffer * sizeof(Frame));
     const auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_ADJUST_LATENCY | PA_STREAM_DONT_MOVE);
     if (pa_stream_connect_record(Stream.get(), Wanted.Source.c_str(), &sizes, flags) < 0) {
-        Break(WaveInIncidentKind::DeviceLost);
+        Break(WaveInIncidentKind::DeviceLost, ServerError());
     }
 }
 
@@ -196,14 +206,15 @@ void PulseCapture::StreamChanged(pa_stream* changed, void* user) {
         self.StreamReady();
     } else if (!PA_STREAM_IS_GOOD(state)) {
         const bool serverIsThere = PA_CONTEXT_IS_GOOD(pa_context_get_state(self.Context.get()));
-        self.Break(serverIsThere ? WaveInIncidentKind::DeviceLost : WaveInIncidentKind::ServerLost);
+        self.Break(serverIsThere ? WaveInIncidentKind::DeviceLost : WaveInIncidentKind::ServerLost,
+                   self.ServerError());
     }
 }
 
 void PulseCapture::StreamReady() {
     const char* const name = pa_stream_get_device_name(Stream.get());
     if (name == nullptr || Wanted.Source != name) {
-        Break(WaveInIncidentKind::DeviceLost);
+        Break(WaveInIncidentKind::DeviceLost, PA_ERR_NOENTITY);
         return;
     }
     Accepting = true;
@@ -214,7 +225,9 @@ void PulseCapture::StreamReady() {
 void PulseCapture::StreamMoved(pa_stream* moved, void* user) {
     PulseCapture& self = Self(user);
     const char* const name = pa_stream_get_device_name(moved);
-    if (name == nullptr || self.Wanted.Source != name) self.Break(WaveInIncidentKind::DeviceLost);
+    if (name == nullptr || self.Wanted.Source != name) {
+        self.Break(WaveInIncidentKind::DeviceLost, PA_ERR_NOENTITY);
+    }
 }
 
 void PulseCapture::StreamSuspended(pa_stream* suspended, void* user) {
@@ -278,6 +291,7 @@ void PulseCapture::Account(uint64_t frames) {
     if (!Delivering) return;
     if (const std::optional<LossMeter::Loss> loss = Meter.Arrived(LastArrival, frames)) {
         Say(CaptureNotice::What::Incident, loss->Kind, loss->Frames);
+        AwayError = PA_OK;
     }
 }
 
@@ -297,6 +311,8 @@ void PulseCapture::Say(CaptureNotice::What said, WaveInIncidentKind kind, uint64
     notice.Said = said;
     notice.Kind = kind;
     notice.LostFrames = lostFrames;
+    const bool hasReason = kind == WaveInIncidentKind::ServerLost || kind == WaveInIncidentKind::DeviceLost;
+    notice.Error = hasReason ? AwayError : PA_OK;
     Road.Say(notice);
     Arrived();
 }

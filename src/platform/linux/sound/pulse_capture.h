@@ -38,8 +38,9 @@ class PulseCapture {
     PulseCapture(const PulseCapture&) = delete;
     PulseCapture& operator=(const PulseCapture&) = delete;
 
-    /// Waits until the first attempt to record has succeeded or failed. True if it runs.
-    bool WaitForStart(std::chrono::milliseconds limit);
+    /// Waits until the first attempt to record has succeeded or failed. Empty if it runs; else the sound
+    /// server's own words.
+    std::string WaitForStart(std::chrono::milliseconds limit);
 
  private:
     enum class Attempt { Pending, Succeeded, Failed };
@@ -52,7 +53,7 @@ class PulseCapture {
     void StreamReady();
     void Watch(int64_t now);
     int64_t NextLook(int64_t now) const;
-    void Break(WaveInIncidentKind kind);
+    void Break(WaveInIncidentKind kind, int error);
     void TellLost(WaveInIncidentKind kind, bool certain);
     void BeginDelivering();
     void Say(CaptureNotice::What said, WaveInIncidentKind kind, uint64_t lostFrames);
@@ -60,6 +61,7 @@ class PulseCapture {
     void Take(const void* data, size_t frames);
     void Account(uint64_t frames);
     void Finish(Attempt result);
+    int ServerError() const;
 
     static void ContextChanged(pa_context* context, void* user);
     static void SourceAnswer(pa_context* context, const pa_source_info* info, int end, void* user);
@@ -84,6 +86,7 @@ class PulseCapture {
     bool ToldLost = false;    // and the road knows
     WaveInIncidentKind AwayKind = WaveInIncidentKind::DeviceLost;
     bool Broken = false;      // connection to be given up
+    int AwayError = 0;        // the server's number of the reason; 0 if it gave none
     uint64_t Overflowed = 0;  // frames that the road had no room for
     int64_t AttemptBegan = 0;
     int64_t NextAttempt = 0;
@@ -94,6 +97,7 @@ class PulseCapture {
     std::mutex AttemptLock;
     std::condition_variable AttemptEnded;
     Attempt PresentAttempt = Attempt::Pending;
+    int AttemptError = 0;  // of a failed attempt
     std::thread Thread;
 };
 

@@ -7,16 +7,26 @@ PulseConnection::PulseConnection(std::chrono::milliseconds limit) : Loop(pa_main
     if (Loop) Server.reset(pa_context_new(pa_mainloop_get_api(Loop.get()), "Corvetape"));
 }
 
+bool PulseConnection::Connect(const std::string& server) {
+    if (!Server) return false;
+    const char* const address = server.empty() ? nullptr : server.c_str();
+    if (pa_context_connect(Context(), address, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) return false;
+    while (pa_context_get_state(Context()) != PA_CONTEXT_READY) {
+        if (!Step()) return false;
+    }
+    return true;
+}
+
 std::unique_ptr<PulseConnection> PulseConnection::To(const std::string& server,
                                                      std::chrono::milliseconds limit) {
     auto made = std::make_unique<PulseConnection>(limit);
-    if (!made->Server) return nullptr;
-    const char* const address = server.empty() ? nullptr : server.c_str();
-    if (pa_context_connect(made->Context(), address, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) return nullptr;
-    while (pa_context_get_state(made->Context()) != PA_CONTEXT_READY) {
-        if (!made->Step()) return nullptr;
-    }
-    return made;
+    return made->Connect(server) ? std::move(made) : nullptr;
+}
+
+std::string PulseConnection::Reason() const {
+    if (std::chrono::steady_clock::now() >= Deadline) return pa_strerror(PA_ERR_TIMEOUT);
+    const int error = Server ? pa_context_errno(Server.get()) : PA_ERR_INTERNAL;
+    return pa_strerror(error != PA_OK ? error : PA_ERR_UNKNOWN);
 }
 
 void PulseConnection::GiveTime(std::chrono::milliseconds limit) {

@@ -15,7 +15,10 @@ class PulseConnection {
     /// Not connected; To makes one that is.
     explicit PulseConnection(std::chrono::milliseconds limit);
 
-    /// Connects to the server at `server` (empty: the user's own). Null if none answers within `limit`.
+    /// Connects to the server at `server` (empty: the user's own). False if none answers before the deadline.
+    bool Connect(const std::string& server);
+
+    /// The same in one. Null if none answers within `limit`.
     static std::unique_ptr<PulseConnection> To(const std::string& server, std::chrono::milliseconds limit);
 
     pa_context* Context() const { return Server.get(); }
@@ -26,6 +29,9 @@ class PulseConnection {
     /// Waits until a question has been answered, its callback having run. False if it was not asked at all or
     /// is not answered in time, or if the server goes; nobody is called back any more then.
     bool Await(pa_operation* question);
+
+    /// Why the last question, or the connection, came to nothing: the server's own words.
+    std::string Reason() const;
 
  private:
     bool Step();

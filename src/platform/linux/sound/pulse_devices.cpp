@@ -63,22 +63,28 @@ void MarkDefault(Listing& listing) {
 
 }  // namespace
 
-std::vector<WaveInDevice> ListPulseDevices(PulseConnection& server) {
+WaveInList ListPulseDevices(PulseConnection& server) {
     Listing listing;
-    if (!server.Await(pa_context_get_server_info(server.Context(), ServerAnswer, &listing))) return {};
-    if (!server.Await(pa_context_get_source_info_list(server.Context(), SourceAnswer, &listing))) return {};
+    WaveInList devices;
+    if (!server.Await(pa_context_get_server_info(server.Context(), ServerAnswer, &listing)) ||
+        !server.Await(pa_context_get_source_info_list(server.Context(), SourceAnswer, &listing))) {
+        devices.Reason = server.Reason();
+        return devices;
+    }
     std::ranges::sort(listing.Sources, {}, [](const Source& source) {
         return std::tuple(source.Device.Kind != WaveInKind::Monitor, source.Device.Id);
     });
     MarkDefault(listing);
-    std::vector<WaveInDevice> devices;
     for (const Source& source : listing.Sources) devices.push_back(source.Device);
     return devices;
 }
 
-std::vector<WaveInDevice> ListPulseDevices(const std::string& server, std::chrono::milliseconds limit) {
-    const std::unique_ptr<PulseConnection> connection = PulseConnection::To(server, limit);
-    return connection ? ListPulseDevices(*connection) : std::vector<WaveInDevice>();
+WaveInList ListPulseDevices(const std::string& server, std::chrono::milliseconds limit) {
+    PulseConnection connection(limit);
+    if (connection.Connect(server)) return ListPulseDevices(connection);
+    WaveInList none;
+    none.Reason = connection.Reason();
+    return none;
 }
 
 std::vector<std::string> ListPulseSinks(PulseConnection& server) {

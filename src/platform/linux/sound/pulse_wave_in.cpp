@@ -123,12 +123,17 @@ class Receiver : public std::enable_shared_from_this<Receiver> {
                     }
                     break;
                 case CaptureNotice::What::Incident:
-                    if (Events.Incident) Events.Incident({notice->Kind, notice->LostFrames, DeviceName});
+                    if (Events.Incident) Report(*notice);
                     break;
             }
             if (began != Generation) return false;
         }
         return true;
+    }
+
+    void Report(const CaptureNotice& notice) const {
+        const char* const words = notice.Error != 0 ? pa_strerror(notice.Error) : "";
+        Events.Incident({notice.Kind, notice.LostFrames, DeviceName, words});
     }
 
     EventLoop& Loop;
@@ -151,7 +156,8 @@ class PulseWaveInStream : public WaveInStream {
     PulseWaveInStream(const PulseWaveInStream&) = delete;
     PulseWaveInStream& operator=(const PulseWaveInStream&) = delete;
 
-    bool Connect(std::chrono::milliseconds limit) {
+    /// Empty if it runs; else why not.
+    std::string Connect(std::chrono::milliseconds limit) {
         BeginCapture();
         return Capture->WaitForStart(limit);
     }
@@ -188,13 +194,14 @@ PulseWaveIn::PulseWaveIn(EventLoop& eventLoop) : PulseWaveIn(eventLoop, Options(
 
 PulseWaveIn::PulseWaveIn(EventLoop& eventLoop, Options wanted) : Loop(eventLoop), Choice(std::move(wanted)) {}
 
-std::vector<WaveInDevice> PulseWaveIn::Devices() {
-    Listed = ListPulseDevices(Choice.Server, Choice.ConnectLimit);
-    return Listed;
+WaveInList PulseWaveIn::Devices() {
+    WaveInList list = ListPulseDevices(Choice.Server, Choice.ConnectLimit);
+    Listed.assign(list.begin(), list.end());
+    return list;
 }
 
-std::unique_ptr<WaveInStream> PulseWaveIn::Open(size_t device, const WaveFormat& format, BufferReturn mode,
-                                                WaveInEvents events) {
+OpenedWaveIn PulseWaveIn::Open(size_t device, const WaveFormat& format, BufferReturn mode,
+                               WaveInEvents events) {
     const bool knownRate = format.nSamplesPerSec == 44100 || format.nSamplesPerSec == 48000;
     if (device >= Listed.size() || format != MakeWaveFormat(format.nSamplesPerSec) || !knownRate) {
         return nullptr;
@@ -209,7 +216,9 @@ std::unique_ptr<WaveInStream> PulseWaveIn::Open(size_t device, const WaveFormat&
     auto stream = std::make_unique<PulseWaveInStream>(
         std::make_shared<Receiver>(Loop, mode, std::move(events), queueFrames, Listed[device].Name),
         std::move(target));
-    if (!stream->Connect(Choice.OpenLimit)) return nullptr;
+    if (std::string problem = stream->Connect(Choice.OpenLimit); !problem.empty()) {
+        return OpenedWaveIn::Refused(std::move(problem));
+    }
     return stream;
 }
 

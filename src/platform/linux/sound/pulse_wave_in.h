@@ -33,10 +33,10 @@ class PulseWaveIn : public WaveIn {
     PulseWaveIn(EventLoop& loop, Options options);
 
     /// Empty if no server answers within the limit. Starts no server.
-    std::vector<WaveInDevice> Devices() override;
+    WaveInList Devices() override;
 
-    std::unique_ptr<WaveInStream> Open(size_t device, const WaveFormat& format, BufferReturn mode,
-                                       WaveInEvents events) override;
+    OpenedWaveIn Open(size_t device, const WaveFormat& format, BufferReturn mode,
+                      WaveInEvents events) override;
 
  private:
     EventLoop& Loop;
