@@ -9,9 +9,9 @@
 #include <thread>
 
 #include "audio/song_writer.h"
-#include "cli/notices.h"
 #include "cli/obstacles.h"
 #include "cli/output.h"
+#include "cli/printed_notices.h"
 #include "platform/linux/desktop/one_line.h"
 
 namespace Corvetape {
@@ -65,7 +65,7 @@ std::optional<std::string> FindObstacle(Program& program, Files& files) {
 
 ProgramEvents EventsTo(SongPrinter& printer, TerminalLine& line) {
     ProgramEvents events;
-    const auto notices = std::make_shared<Notices>([&line](const std::string& text) {
+    const auto notices = std::make_shared<PrintedNotices>([&line](const std::string& text) {
         line.Clear();
         Tell(text);
     });

@@ -138,7 +138,7 @@ TEST_P(PulseWaveInTest, AMainThreadThatStandsStillFor30SecondsLosesNothing) {
 }
 
 TEST_P(PulseWaveInTest, WhatTheQueueHasNoRoomForIsToldToTheFrame) {
-    Recorder recorder(session, PulseWaveIn::Options{.Server = server.Address(), .QueueLength = seconds(1)});
+    Recorder recorder(session, PulseTerms{.Server = server.Address(), .QueueLength = seconds(1)});
     ASSERT_TRUE(recorder.Begin("radio.monitor"));
     ASSERT_TRUE(recorder.WaitForFrames(Second / 4));
     const std::vector<Frame> noise = Noise(4 * Second, 21);

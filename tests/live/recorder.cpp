@@ -13,7 +13,7 @@ Recorder::Recorder(LiveSession& liveSession, const std::string& server, BufferRe
       rate(framesPerSecond),
       memory(Buffers * rate / 20) {}
 
-Recorder::Recorder(LiveSession& liveSession, const PulseWaveIn::Options& options)
+Recorder::Recorder(LiveSession& liveSession, const PulseTerms& options)
     : session(liveSession),
       waveIn(liveSession.Loop, options),
       mode(BufferReturn::Loop),

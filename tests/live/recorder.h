@@ -18,7 +18,7 @@ class Recorder {
              uint32_t framesPerSecond = 44100);
 
     /// As above, with a queue of this length instead of the usual one.
-    Recorder(LiveSession& session, const PulseWaveIn::Options& options);
+    Recorder(LiveSession& session, const PulseTerms& options);
 
     /// Opens the source and begins. False if there is none of this name.
     bool Begin(const std::string& source);

@@ -53,7 +53,7 @@ std::string SessionBusAddress() {
 
 class MprisPlayers::Thread : public QThread {
  public:
-    Thread(EventLoop& loop, Options options, std::shared_ptr<Callbacks> listener)
+    Thread(EventLoop& loop, MprisTerms options, std::shared_ptr<Callbacks> listener)
         : Choice(std::move(options)), Told(std::move(listener)), News(NewsFor(loop, Told)) {
         start();
     }
@@ -72,14 +72,14 @@ class MprisPlayers::Thread : public QThread {
     }
 
  private:
-    const Options Choice;
+    const MprisTerms Choice;
     const std::shared_ptr<Callbacks> Told;
     const MprisNews News;
 };
 
-MprisPlayers::MprisPlayers(EventLoop& loop) : MprisPlayers(loop, Options()) {}
+MprisPlayers::MprisPlayers(EventLoop& loop) : MprisPlayers(loop, MprisTerms()) {}
 
-MprisPlayers::MprisPlayers(EventLoop& loop, Options options) : Loop(loop), Choice(std::move(options)) {}
+MprisPlayers::MprisPlayers(EventLoop& loop, MprisTerms options) : Loop(loop), Choice(std::move(options)) {}
 
 MprisPlayers::~MprisPlayers() = default;
 

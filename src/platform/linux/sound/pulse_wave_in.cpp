@@ -190,9 +190,10 @@ class PulseWaveInStream : public WaveInStream {
 
 }  // namespace
 
-PulseWaveIn::PulseWaveIn(EventLoop& eventLoop) : PulseWaveIn(eventLoop, Options()) {}
+PulseWaveIn::PulseWaveIn(EventLoop& eventLoop) : PulseWaveIn(eventLoop, PulseTerms()) {}
 
-PulseWaveIn::PulseWaveIn(EventLoop& eventLoop, Options wanted) : Loop(eventLoop), Choice(std::move(wanted)) {}
+PulseWaveIn::PulseWaveIn(EventLoop& eventLoop, PulseTerms wanted)
+    : Loop(eventLoop), Choice(std::move(wanted)) {}
 
 WaveInList PulseWaveIn::Devices() {
     WaveInList list = ListPulseDevices(Choice.Server, Choice.ConnectLimit);

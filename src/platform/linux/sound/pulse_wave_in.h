@@ -8,6 +8,15 @@
 
 namespace Corvetape {
 
+/// Where the server is and how long it is waited for.
+struct PulseTerms {
+    std::string Server;                            ///< address; empty for the user's own server
+    std::chrono::milliseconds ConnectLimit{1000};  ///< for Devices
+    std::chrono::milliseconds OpenLimit{3000};     ///< for Open: a server that has just begun is slow
+    std::chrono::milliseconds RetryInterval{250};  ///< between attempts to get a lost device back
+    std::chrono::seconds QueueLength{80};          ///< at least 75 to survive a minute's stall
+};
+
 /// Sources of the sound server, PulseAudio's or PipeWire's.
 ///
 /// The monitors of the outputs come first, that of the default output leading, then the inputs. The
@@ -20,17 +29,9 @@ namespace Corvetape {
 /// loop, in the polling modes from Deliver.
 class PulseWaveIn : public WaveIn {
  public:
-    struct Options {
-        std::string Server;                            ///< address; empty for the user's own server
-        std::chrono::milliseconds ConnectLimit{1000};  ///< for Devices
-        std::chrono::milliseconds OpenLimit{3000};     ///< for Open: a server that has just begun is slow
-        std::chrono::milliseconds RetryInterval{250};  ///< between attempts to get a lost device back
-        std::chrono::seconds QueueLength{80};          ///< at least 75 to survive a minute's stall
-    };
-
     /// The loop must outlive this and all streams.
     explicit PulseWaveIn(EventLoop& loop);
-    PulseWaveIn(EventLoop& loop, Options options);
+    PulseWaveIn(EventLoop& loop, PulseTerms options);
 
     /// Empty if no server answers within the limit. Starts no server.
     WaveInList Devices() override;
@@ -40,7 +41,7 @@ class PulseWaveIn : public WaveIn {
 
  private:
     EventLoop& Loop;
-    Options Choice;
+    PulseTerms Choice;
     std::vector<WaveInDevice> Listed;
 };
 

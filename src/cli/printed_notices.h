@@ -7,10 +7,10 @@ namespace Corvetape {
 
 /// Makes one stream of lines of what a running program has to say: its log, and its status line as far as
 /// the log does not hold the same.
-class Notices {
+class PrintedNotices {
  public:
     /// `print` is called with each line that is to be reported.
-    explicit Notices(std::function<void(const std::string& text)> print) : Print(std::move(print)) {}
+    explicit PrintedNotices(std::function<void(const std::string& text)> print) : Print(std::move(print)) {}
 
     /// The line of a song has said what the next line of the log is about.
     void SongReported() { IsReported = true; }

@@ -1,4 +1,4 @@
-#include "cli/notices.h"
+#include "cli/printed_notices.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@ using testing::IsEmpty;
 class NoticesTest : public testing::Test {
  protected:
     std::vector<std::string> Told;
-    Notices Lines{[this](const std::string& text) { Told.push_back(text); }};
+    PrintedNotices Lines{[this](const std::string& text) { Told.push_back(text); }};
 };
 
 TEST_F(NoticesTest, HintsAndErrorsOfTheLogAreToldAndNothingElseOfIt) {

@@ -1,4 +1,4 @@
-#include "cli/notices.h"
+#include "cli/printed_notices.h"
 
 #include <utility>
 
@@ -13,14 +13,14 @@ std::string WithoutDigits(std::string text) {
 
 }  // namespace
 
-void Notices::Logged(const std::string& kind, const std::string& text) {
+void PrintedNotices::Logged(const std::string& kind, const std::string& text) {
     if (kind != "INFO" && kind != "ERROR") return;
     if (std::exchange(JustShown, {}) == text) return;
     JustLogged = text;
     if (!std::exchange(IsReported, false)) Print(text);
 }
 
-void Notices::Status(const std::string& text) {
+void PrintedNotices::Status(const std::string& text) {
     const std::string before = std::exchange(Shown, text);
     const bool countsOn = WithoutDigits(text) == WithoutDigits(before);
     if (text.empty() || countsOn || std::exchange(JustLogged, {}) == text) return;
