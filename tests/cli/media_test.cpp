@@ -52,6 +52,46 @@ TEST_F(MediaTest, SongsTakeTheirNamesAndTagsFromTheTable) {
     EXPECT_EQ(TagOf(songs.at(0)["file"], "IGNR"), "Radio One");
 }
 
+/// A voice in the middle, with a pause of 100 ms after every 300 ms.
+std::vector<Frame> Speech(size_t seconds) {
+    std::vector<Frame> speech = Noise(seconds * Rate, 77);
+    constexpr size_t period = Rate * 4 / 10;
+    for (size_t i = 0; i < speech.size(); ++i) {
+        if (i % period >= period * 3 / 4) speech[i].Left = static_cast<int16_t>(speech[i].Left / 12);
+        speech[i].Right = speech[i].Left;
+    }
+    return speech;
+}
+
+TEST_F(MediaTest, TalkBetweenTwoSongsIsAPieceThatTheRulesForShortOnesDecideOn) {
+    Recording recording;
+    recording.Songs = {Noise(24 * Rate, 1), Speech(5), Noise(25 * Rate, 2)};
+    for (const std::vector<Frame>& song : recording.Songs) {
+        recording.Frames.insert(recording.Frames.end(), song.begin(), song.end());
+    }
+    PutWave("show.wav", recording);
+    Put("show.csv", "0,FM,Ann,First,\n31,FM,Bob,Second,\n");
+    const std::vector<std::string> words = {"show.wav", "--media", "show.csv", "--json", "--mode", "auto"};
+    const Finished run = Split(words);
+    EXPECT_EQ(run.Err, "");
+    EXPECT_THAT(Compared(recording, run), ElementsAre("equal", "equal", "equal"));
+    const std::vector<Json> songs = Objects(run.Out);
+    ASSERT_THAT(songs, SizeIs(3));
+    EXPECT_EQ(songs[0]["title"], "First");
+    EXPECT_EQ(songs[1]["title"], "");
+    EXPECT_EQ(songs[1]["kept"], true);
+    EXPECT_EQ(songs[2]["title"], "Second");
+    EXPECT_EQ(songs[2]["confidence"]["begin"], "likely");
+
+    std::vector<std::string> longer = words;
+    longer.insert(longer.end(), {"--set", "Source.IgnoreShortSongs=6"});
+    const std::vector<Json> kept = Objects(Split(longer).Out);
+    ASSERT_THAT(kept, SizeIs(3));
+    EXPECT_EQ(kept[1]["reason"], "short");
+    EXPECT_EQ(kept[2]["title"], "Second");
+    EXPECT_EQ(kept[2]["kept"], true);
+}
+
 TEST_F(MediaTest, TheTableIsOfTheTimeOfEachFile) {
     PutWave("one.wav", MakeRecording({.Seed = 1, .Songs = 1, .Seconds = 10}));
     PutWave("two.wav", MakeRecording({.Seed = 2, .Songs = 1, .Seconds = 10}));

@@ -32,12 +32,18 @@ class FakeFinder : public CutFinder {
     }
     void Teach() override { ++Taught; }
     void TeachGap(EdgeRange gap, bool /*exact*/) override { Gaps.push_back(gap); }
+    std::optional<EdgeRange> Talk(int64_t change, int64_t from, int64_t /*end*/) override {
+        if (!Spoken || Spoken->Begin < from) return std::nullopt;
+        return EdgeRange{static_cast<int32_t>(Spoken->Begin - change),
+                         static_cast<int32_t>(Spoken->End - change)};
+    }
     EvidenceCut Quietest(int64_t /*change*/, int64_t /*from*/, int64_t /*end*/) override {
         return {-7, -7, 0, 0, 0};
     }
 
     std::vector<Place> Places;
     std::vector<EdgeRange> Gaps;
+    std::optional<SlotRun> Spoken;
     int32_t Taught = 0;
 };
 
@@ -48,6 +54,7 @@ struct MadeSong {
     SongTrust Trust;
     bool Wanted = false;
     bool Passed = false;
+    bool Between = false;
 };
 
 /// Plays to an AutomaticEnd, a look twice a second and a decision every second, and follows its steps.
@@ -110,7 +117,8 @@ class AutomaticRig {
                     Read = step.Slot;
                     break;
                 case AutomaticStep::Kind::Close:
-                    Songs.push_back({step.Media.Song, Present.Pieces, step.Trust, step.Wanted, step.Passed});
+                    Songs.push_back({step.Media.Song, Present.Pieces, step.Trust, step.Wanted, step.Passed,
+                                     step.Between});
                     Present = {};
                     break;
                 case AutomaticStep::Kind::MoveTo:

@@ -163,8 +163,9 @@ bool AutomaticEnd::DecideChange(std::vector<AutomaticStep>& steps, bool last) {
         const int64_t later = change.At + (now - change.At - SlotsAfterChange);
         cut = later > change.At ? Finder.Find(later, Next, now, false) : std::nullopt;
         if (!cut || cut->Evidence < EvidenceFarAway) return false;
-        Changes.front().At = later;
-        Cut(steps, *cut, Changes.front());
+        Change moved = change;
+        moved.At = later;
+        Cut(steps, *cut, moved);
         return true;
     }
     if (change.Weak || IsBanner()) {
@@ -193,6 +194,11 @@ void AutomaticEnd::Drop(std::vector<AutomaticStep>& steps) {
 }
 
 void AutomaticEnd::Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut, const Change& change) {
+    // Nobody speaks between the tracks of a player.
+    if (!cut.IsGap() && !change.Exact && !change.Last) {
+        const auto talk = Finder.Talk(change.At, Next, End());
+        if (talk) return CutOutTalk(steps, *talk, change);
+    }
     Certainty certainty = CertaintyOf(cut);
     const bool asTold = change.Exact && std::abs(cut.OldEnd) <= SecondSlots / 2;
     if (asTold && certainty == Certainty::Unsure) certainty = Certainty::Likely;
@@ -211,7 +217,7 @@ void AutomaticEnd::Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut
     }
     newBegin = std::clamp(newBegin, Next, End());
     Write(steps, oldEnd);
-    const std::string source = Last ? Last->LearnsAs : std::string();
+    const std::string source = LearnsAs();
     Present.Trust.EndCut = CutOrigin{source, cut.OldEnd, change.Exact};
     Close(steps, change.Wanted, true, certainty);
     MoveTo(steps, newBegin);
@@ -219,6 +225,24 @@ void AutomaticEnd::Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut
     if (!change.Last) Present.Trust.BeginCut = CutOrigin{source, cut.NewBegin, change.Exact};
     Dropping = cut.IsGap();
     Present.OldEnd = oldEnd;
+}
+
+/// What is spoken between two songs is a piece of its own.
+void AutomaticEnd::CutOutTalk(std::vector<AutomaticStep>& steps, EdgeRange talk, const Change& change) {
+    const int64_t begin = change.At + talk.First;
+    const int64_t end = change.At + talk.Last;
+    Write(steps, begin);
+    Present.Trust.EndCut = CutOrigin{LearnsAs(), talk.First, false};
+    Close(steps, change.Wanted, true, Certainty::Likely);
+    Present = Song{{}, {}, begin, true, false};
+    Present.Media.StationName = change.Media.StationName;
+    Present.Trust.Begin = Certainty::Likely;
+    Write(steps, end);
+    Close(steps, change.Wanted, true, Certainty::Likely);
+    steps.back().Between = true;
+    Begin(change, end, Certainty::Likely);
+    Present.Trust.BeginCut = CutOrigin{LearnsAs(), talk.Last, false};
+    Present.OldEnd = begin;
 }
 
 void AutomaticEnd::Begin(const Change& change, int64_t slot, Certainty certainty) {

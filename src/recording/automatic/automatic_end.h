@@ -44,6 +44,10 @@ class CutFinder {
     /// counted from the change.
     virtual void TeachGap(EdgeRange gap, bool exact) = 0;
 
+    /// Where somebody speaks between two songs round a change, if that is heard, counted from the change.
+    /// Slots as in Find.
+    virtual std::optional<EdgeRange> Talk(int64_t change, int64_t from, int64_t end) = 0;
+
     /// The quietest stretch round a change, as the end of song by media data takes it. Slots as in Find.
     virtual EvidenceCut Quietest(int64_t change, int64_t from, int64_t end) = 0;
 };
@@ -61,6 +65,7 @@ struct AutomaticStep {
     STATIONANDSONGDATA Media;  ///< of the song that ends
     SongTrust Trust;           ///< of the song that ends
     bool Wanted = false;       ///< of the song that ends: as when the next one was noticed
+    bool Between = false;      ///< what ends is talk between two songs
     bool Passed = false;       ///< the wish for the next song has been passed on when that was noticed
     size_t Undone = 0;         ///< how many changes were none
 };
@@ -179,6 +184,8 @@ class AutomaticEnd {
     void Drop(std::vector<AutomaticStep>& steps);
     void Begin(const Change& change, int64_t slot, Certainty certainty);
     void Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut, const Change& change);
+    void CutOutTalk(std::vector<AutomaticStep>& steps, EdgeRange talk, const Change& change);
+    std::string LearnsAs() const { return Last ? Last->LearnsAs : std::string(); }
     void DecideSilence(std::vector<AutomaticStep>& steps, bool wanted);
     void EndSong(std::vector<AutomaticStep>& steps, bool wanted, SlotRun silence);
     void DecideStop(std::vector<AutomaticStep>& steps, bool wanted);

@@ -189,6 +189,7 @@ void AutomaticRecorder::Close(const AutomaticStep& step) {
         Parts.Song.NoteBoundary();
     }
     Parts.Cut.Ended.reset();
+    if (step.Between) return;
     if (step.Passed) {
         if (!Passed.empty()) Passed.pop_front();
         return;

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "audio/cut_search.h"
+#include "audio/talk_search.h"
 
 namespace Corvetape {
 
@@ -63,6 +64,15 @@ void CutPlace::Teach() {
 void CutPlace::TeachGap(EdgeRange gap, bool exact) {
     Learned.Of(Source, exact).LearnGap(gap);
     Learned.Store(Source, exact);
+}
+
+std::optional<EdgeRange> CutPlace::Talk(int64_t change, int64_t from, int64_t end) {
+    if (!Meter) return std::nullopt;
+    Measure(change + FirstSlotOfSearch, std::min(end, change + SlotsAfterChange));
+    const int64_t first = std::max<int64_t>(from - change, FirstEdge);
+    const int64_t last = std::min<int64_t>(end - change, LastEdge);
+    if (first >= last) return std::nullopt;
+    return FindTalk(Features, change, {static_cast<int32_t>(first), static_cast<int32_t>(last)});
 }
 
 EvidenceCut CutPlace::Quietest(int64_t change, int64_t from, int64_t end) {

@@ -31,6 +31,7 @@ class CutPlace : public CutFinder {
     std::optional<EvidenceCut> Find(int64_t change, int64_t from, int64_t end, bool exact) override;
     void Teach() override;
     void TeachGap(EdgeRange gap, bool exact) override;
+    std::optional<EdgeRange> Talk(int64_t change, int64_t from, int64_t end) override;
     EvidenceCut Quietest(int64_t change, int64_t from, int64_t end) override;
 
     /// The slot of the ring that a slot is in.
