@@ -151,8 +151,9 @@ Program::Next Program::ChooseLanguage() {
 }
 
 Program::Next Program::MakeFolders() {
-    Host.Files.MakeFolder(Memory->Folders.SongTempFolder);  // usually there; a missing one is told by a song
-    Host.Files.MakeFolder(Memory->Folders.Paths[2]);        // usually there; without it there is no log
+    Host.Files.MakeFolder(
+        Memory->Folders.SongTempFolder);              // usually there; a missing one is reported by a song
+    Host.Files.MakeFolder(Memory->Folders.Paths[2]);  // usually there; without it there is no log
     return Next::Continue;
 }
 

@@ -84,7 +84,7 @@ bool Program::RestartElevated(const std::string& parameters) {
                               DialogIcon::Critical)) {
         const std::string& folder = Memory->Folders.ProgramFolder;
         const std::string program = folder + "/" + ProgramShortName + ".exe";
-        // What comes of it is for the new process to tell: this one ends in any case.
+        // What comes of it is for the new process to report: this one ends in any case.
         Host.Processes.ShellOpen(folder + "/RunAsAdmin.lnk",
                                  "/q /c \"start \"\" \"" + program + "\" " + parameters + "\"", folder);
         Memory->Flags.DisableAtEndOfSong = true;
@@ -98,7 +98,7 @@ void Program::FinishAudio() {
     Parts->MixerButtons.End();  // a search may be under way, with values of its own
     form.tmr1Second.Running(false);
     form.tmrGetMediaData.Running(false);
-    // A song file that cannot be made here is told with the other errors: the program ends anyway.
+    // A song file that cannot be made here is reported with the other errors: the program ends anyway.
     static_cast<void>(Parts->Automatic.Finish());
     static_cast<void>(Parts->Drain.FinishCut());
     // The song that waits has its own record, which the last song takes over in the next step.

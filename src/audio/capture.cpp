@@ -27,7 +27,7 @@ bool IsPolled(BufferReturn mode) {
 }  // namespace
 
 /// What runs while the input is open. Handlers hold it while they run, so a capture may be closed, opened
-/// again or destroyed from within them; what may have changed meanwhile is looked at behind each call out.
+/// again or destroyed from within them; what may have changed meanwhile is looked at after each call out.
 struct Capture::Engine : std::enable_shared_from_this<Capture::Engine> {
     Engine(CaptureParts parts, CaptureEvents events) : Parts(parts), Events(std::move(events)) {}
 
@@ -168,7 +168,8 @@ WaveInEvents Capture::Engine::MakeEvents() {
     events.BufferDone = guarded([](Engine& self, const WaveHeader& header) { self.BufferDone(header); });
     events.Incident = guarded([](Engine& self, const WaveInIncident& what) { self.NoteIncident(what); });
     events.Availability = guarded([](Engine& self, bool lost) {
-        self.LastArrival = 0;  // how much was lost is told only when it is known, which may be buffers later
+        self.LastArrival =
+            0;  // how much was lost is reported only when it is known, which may be buffers later
         if (self.Events.Availability) self.Events.Availability(lost);
     });
     events.Ended = guarded([](Engine& self) { self.NoteEnd(); });
@@ -251,7 +252,7 @@ void Capture::Engine::NoteIncident(const WaveInIncident& incident) {
     if (IsPolled(Mode)) {
         // What is full was heard before the loss, though nobody has polled it yet.
         if (Polling) {
-            static_cast<void>(TakeFull(opening));  // an end of the program is told there
+            static_cast<void>(TakeFull(opening));  // an end of the program is reported there
         } else {
             Tick();
         }

@@ -25,7 +25,7 @@ CutPlace FindCut(const AudioRing& ring, int32_t cut, CutReach reach) {
     return {static_cast<int32_t>(stretch->OldEnd), ring.Wrapped(static_cast<int64_t>(stretch->NewStart) + 1)};
 }
 
-/// The whole window goes into both songs, as far as it has arrived. The new song begins one slot behind the
+/// The whole window goes into both songs, as far as it has arrived. The new song begins one slot after the
 /// window's start.
 CutPlace DuplicateWindow(const AudioRing& ring, int32_t cut, CutReach wanted, int32_t unwritten) {
     const int32_t arrived = RingDistance(cut, ring.AudioWriteIndex, ring.Size());
@@ -69,7 +69,7 @@ bool AudioDrain::CarryOutCut(bool now) {
                                : FindCut(ring, cut, ReachOf(wanted, unwritten, arrived));
     if (unwritten >= 1) {
         // A song that would end at the read index is followed once round the ring: the end is looked at
-        // behind each slot.
+        // after each slot.
         const int32_t count = RingDistance(ring.AudioReadIndex, place.OldEnd, ring.Size());
         const Result result = WriteSlots(count > 0 ? count : ring.Size());
         if (result != Result::Done) return result == Result::Stopped;
@@ -82,7 +82,7 @@ bool AudioDrain::CarryOutCut(bool now) {
     return true;
 }
 
-/// The cut lies before everything that is unread: the ring was opened anew, or reading began again behind it.
+/// The cut is before everything that is unread: the ring was opened anew, or reading began again after it.
 /// What is unread belongs to the new song.
 bool AudioDrain::DropPassedCut() {
     if (Parts.Song.SongFileOpen()) {
@@ -133,7 +133,7 @@ void AudioDrain::WriteAhead() {
 bool AudioDrain::MakeRoom() {
     if (!DrainAudioRing(false)) return false;
     if (!Active() || !Parts.Cut.CutPending || !Parts.Ring.Full()) return true;
-    // The audio behind the cut has not arrived. What lies before the cut's window can be written already.
+    // The audio after the cut has not arrived. What is before the cut's window can be written already.
     const int32_t cut = Parts.Ring.Wrapped(Parts.Cut.CutIndex);
     const int32_t unwritten = RingDistance(Parts.Ring.AudioReadIndex, cut, Parts.Ring.Size());
     const int32_t surplus = unwritten - SlotsOf(Parts.Pause.EndOfSongThreshold[0]);

@@ -63,7 +63,7 @@ std::optional<WavInfo> ReadWavInfo(Files& disk, const std::string& path) {
         if (!head) break;
         const uint32_t size = NumberAt(*head, 4, 4);
         at += head->size();
-        // What stands behind the audio cannot say how it is to be read.
+        // What follows the audio cannot say how it is to be read.
         if (head->starts_with("fmt ") && size >= 16 && !formatSeen && info.DataStart == 0) {
             const auto format = ReadExactly(disk, path, at, 16);
             if (!format) return std::nullopt;
@@ -85,7 +85,7 @@ bool RepairWavHeader(Files& disk, const std::string& path) {
     const auto info = ReadWavInfo(disk, path);
     if (!info || info->DataStart != WavHeaderBytes || info->Format.nBlockAlign != sizeof(Frame)) return false;
 
-    // Tags behind the audio, complete or begun, show that the audio was complete when they were written.
+    // Tags after the audio, complete or begun, show that the audio was complete when they were written.
     const uint64_t dataEnd = WavHeaderBytes + info->DataBytes;
     if (disk.ReadPart(path, dataEnd, 4) == "LIST") return true;
 

@@ -23,7 +23,7 @@ namespace {
 
 constexpr uint64_t Seed = 1;  // the same songs as from the demo radio among the inputs
 constexpr uint32_t Rate = 44100;
-constexpr int SongPathBegin = 6;  // behind "/song-"
+constexpr int SongPathBegin = 6;  // after "/song-"
 
 struct PageFile {
     const char* Path;

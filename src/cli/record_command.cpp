@@ -173,7 +173,7 @@ void WaitFor(std::chrono::nanoseconds duration) {
 }
 
 /// The tags of a file name the whole of it. As the name of each song in it they would put every song in the
-/// place of the one before, so the second song and those behind it are numbered.
+/// place of the one before, so the second song and those after it are numbered.
 SourceMedia Numbered(SourceMedia media, int32_t keptSongs) {
     if (keptSongs > 0 && !media.Song.empty()) media.Song += fmt::format(" ({})", keptSongs + 1);
     return media;

@@ -43,7 +43,7 @@ void SongPrinter::Transferred(const TransferredSong& song) {
     } else if (song.JobName.empty() && song.JobLabel != LabelOfSongsThatStay) {
         Refuse(song.Media, "its encoder could not be started", song.TempFile);
     }
-    // A song that an earlier run has left behind was not closed in this one.
+    // A song that an earlier run has left was not closed in this one.
     Entry& entry = found != Waiting.end() ? *found : OfEarlierRuns.emplace_back();
     entry.Song.Media = song.Media;
     entry.JobName = song.JobName;

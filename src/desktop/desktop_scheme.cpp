@@ -18,7 +18,7 @@ constexpr const char* Space = "org.freedesktop.appearance";
 constexpr const char* SchemeKey = "color-scheme";
 constexpr uint PrefersDark = 1;
 
-/// The value lies in one or two variants, by the age of the portal.
+/// The value is wrapped in one or two variants, by the age of the portal.
 uint NumberIn(QVariant value) {
     while (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
     return value.toUInt();

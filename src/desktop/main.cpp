@@ -28,7 +28,7 @@ int main(int count, char** words) {
     }
     const QApplication application(count, words);
     QApplication::setApplicationName("corvetape");
-    // No display name: the toolkit would put it behind titles that begin with it.
+    // No display name: the toolkit would put it after titles that begin with it.
     QApplication::setDesktopFileName("corvetape");
     QApplication::setQuitOnLastWindowClosed(false);  // the program ends in its own order
     Corvetape::DesktopArguments arguments = Corvetape::ReadDesktopArguments(QApplication::arguments().mid(1));

@@ -95,7 +95,7 @@ void PlayerBridge::Settle() {
         Publish();
         return;
     }
-    // A player that tells its position many times a second must not put the values off for ever: the wait
+    // A player that reports its position many times a second must not put the values off for ever: the wait
     // begins with the first change and is not begun anew.
     if (!Timer->Active()) Timer->Start(std::chrono::milliseconds(PlayerSettleMs), TimerPrecision::Coarse);
 }

@@ -21,7 +21,7 @@ clsProviderMSIE::clsProviderMSIE(ProviderHost& host, BrowserPlaces places, Brows
     LoadProfiles();
     const Held busy(Busy);
     if (Places.Documents) Places.Documents->BeginPoll();
-    static_cast<void>(ConnectDocument());  // ProviderName tells whether anything was found
+    static_cast<void>(ConnectDocument());  // ProviderName shows whether anything was found
 }
 
 clsProviderMSIE::~clsProviderMSIE() {
@@ -118,7 +118,7 @@ void clsProviderMSIE::GetStationData() {
     const Held busy(Busy);
     if (Places.Documents) Places.Documents->BeginPoll();
     if (ConnectDocument()) {
-        static_cast<void>(ReadSongFields());  // fields behind an error stay empty
+        static_cast<void>(ReadSongFields());  // fields after an error stay empty
     } else {
         Host.Media.ProviderName.clear();
     }
@@ -128,7 +128,7 @@ void clsProviderMSIE::GetSongData() {
     if (Busy) return;
     const Held busy(Busy);
     if (Places.Documents) Places.Documents->BeginPoll();
-    static_cast<void>(ReadSongFields());  // fields behind an error stay empty
+    static_cast<void>(ReadSongFields());  // fields after an error stay empty
 }
 
 bool clsProviderMSIE::RestartRadio() {

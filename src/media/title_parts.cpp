@@ -12,7 +12,7 @@ namespace Corvetape {
 namespace {
 
 /// A separator, and how many titles must agree. A hyphen is often between artist and title, and two songs
-/// of one artist may follow one another: there only what is behind the last one counts, and it takes more.
+/// of one artist may follow one another: there only what is after the last one counts, and it takes more.
 struct Separator {
     std::string_view Text;
     size_t Titles = 2;

@@ -12,7 +12,7 @@ namespace Corvetape {
 
 namespace {
 
-/// A device's name as the name of a section: sections do not tell capitals from small letters, and cannot
+/// A device's name as the name of a section: the names of sections ignore case, and cannot
 /// hold line ends.
 std::string SectionOf(const std::string& device) {
     std::string section;

@@ -10,7 +10,7 @@ namespace Corvetape {
 
 namespace {
 
-/// What stands in a section of the mixer without being a value of it, and which modes leave it there.
+/// What a section of the mixer holds besides its values, and which modes leave it there.
 struct KeptKey {
     std::string_view Key;
     bool WhenForgotten = false;

@@ -18,7 +18,7 @@ uint64_t LimitBytes(int32_t megabytes) {
 
 struct LimitTexts {
     std::string_view Status;  ///< key of the text in the status line
-    int32_t Deferred;         ///< key of the message told at the end of the program
+    int32_t Deferred;         ///< key of the message shown at the end of the program
 };
 
 constexpr LimitTexts TextsOf(DiskLimit limit) {

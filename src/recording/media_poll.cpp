@@ -17,7 +17,7 @@ void MediaPoll::Tick() {
     const bool running = Parts.Form.tmrGetMediaData.Running();
     MediaState& media = Parts.Media;
     media.PreviousMedia = media.CurrentMedia;
-    // A source that is lost takes what it told of the song with it. Others poll too, before the end of song
+    // A source that is lost takes what it said of the song with it. Others poll too, before the end of song
     // is by media data.
     const auto forgetLost = [&] {
         if (std::exchange(LastSource, media.ProviderName) != media.ProviderName) LastTold = {};
@@ -67,7 +67,7 @@ bool MediaPoll::Compare() {
     const STATIONANDSONGDATA& before = media.PreviousMedia;
     if (now.Artist != before.Artist || now.Song != before.Song) return true;
     // A late album or cover still reaches the song in the file. Up to the cut that is another one, and up to
-    // its transfer the record is: what is told now comes with the take-over.
+    // its transfer the record is: what is reported now comes with the take-over.
     const bool taken = !Parts.Cut.CutPending && !Parts.Form.tmrEncodeFile.Running() &&
                        media.SongMedia.Artist == now.Artist && media.SongMedia.Song == now.Song;
     if (!taken) return false;

@@ -250,7 +250,7 @@ bool PauseControl::SilenceAmplitudeRefused() {
     if (pause.EndOfSilenceAmplitude < pause.SilenceAmplitude) {
         pause.EndOfSilenceAmplitude = EndOfSilenceFor(pause.SilenceAmplitude);
         form.txtEndOfSilenceAmplitude.Text(std::to_string(pause.EndOfSilenceAmplitude));
-        form.txtEndOfSilenceAmplitude.RunValidate();  // what it refuses is told there
+        form.txtEndOfSilenceAmplitude.RunValidate();  // what it refuses is reported there
     }
     return !level;
 }
@@ -264,7 +264,7 @@ bool PauseControl::EndOfSilenceAmplitudeRefused() {
     return false;
 }
 
-/// The number in a box if it is good; otherwise the reason has been told and there is nothing.
+/// The number in a box if it is good; nothing if the reason has been reported.
 std::optional<int32_t> PauseControl::Accepted(TextBox& box, int32_t minimum, int32_t maximum, int32_t step) {
     if (ValidateNumber(box, minimum, maximum, step, Parts.Dialogs, Parts.Messages)) return std::nullopt;
     return WholeNumberFromText(box.Text());

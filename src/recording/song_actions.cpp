@@ -18,7 +18,7 @@ std::string BaseNameOf(const std::string& path) {
     return name.substr(0, name.rfind('.'));
 }
 
-/// The name as a list takes it literally: what begins a pattern stands in brackets.
+/// The name as a list takes it literally: what begins a pattern is put into brackets.
 std::string Literal(const std::string& name) {
     std::string text;
     for (const char letter : name) {

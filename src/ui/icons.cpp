@@ -23,7 +23,7 @@ class DrawingEngine : public QIconEngine {
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State /*state*/) override {
         painter->save();
         if (mode == QIcon::Disabled) painter->setOpacity(0.4);
-        // What is wider than high leaves a space behind the drawing, between it and a caption.
+        // What is wider than high leaves a space after the drawing, between it and a caption.
         const int side = std::min(rect.width(), rect.height());
         QSvgRenderer(Drawing).render(painter, QRect(rect.left(), rect.top(), side, side));
         painter->restore();

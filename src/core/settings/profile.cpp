@@ -69,7 +69,7 @@ struct SectionName {
 };
 
 /// The name in a line that begins with "[". It may hold brackets itself: the one that ends it has nothing but
-/// a comment behind it.
+/// a comment after it.
 std::optional<SectionName> ReadSection(std::string_view line) {
     constexpr std::string_view quoted = "[\"";
     constexpr std::string_view quotedEnd = "\"]";
@@ -112,9 +112,9 @@ enum class LineKind { Other, Section, Key };
 struct Line {
     LineKind Kind = LineKind::Other;
     size_t Begin = 0;
-    size_t ValueBegin = 0;  ///< behind "=" and the blanks that follow it
+    size_t ValueBegin = 0;  ///< after "=" and the blanks that follow it
     size_t TextEnd = 0;     ///< before the line end
-    size_t End = 0;         ///< behind the line end
+    size_t End = 0;         ///< after the line end
     std::string_view Name;  ///< of the section or key
     std::string_view Raw;   ///< name of the section with the blanks round it
     std::string_view Value;
@@ -183,10 +183,10 @@ bool IsNamed(const Line& line, std::string_view name) {
     return EqualIgnoringCase(line.Name, name) || EqualIgnoringCase(line.Raw, name);
 }
 
-/// Where a section stands among the lines: from its first line behind the header to the next header.
+/// The lines of a section: from the first one after the header to the next header.
 struct LineRange {
     size_t First = 0;
-    size_t Last = 0;  ///< behind the last one
+    size_t Last = 0;  ///< after the last one
 };
 
 std::optional<LineRange> FindSection(const std::vector<Line>& lines, std::string_view section) {
@@ -211,7 +211,7 @@ const Line* FindKey(const std::vector<Line>& lines, LineRange range, std::string
     return nullptr;
 }
 
-/// Behind the last key of a section, or behind its header if it has none.
+/// After the last key of a section, or after its header if it has none.
 size_t EndOfKeys(std::string_view file, const std::vector<Line>& lines, LineRange range) {
     for (size_t i = range.Last; i > range.First; --i) {
         if (lines[i - 1].Kind == LineKind::Key) return lines[i - 1].End;
@@ -251,7 +251,7 @@ std::string WithValue(std::string_view file, std::string_view section, std::stri
     return std::string(file.substr(0, old->ValueBegin)).append(written).append(file.substr(old->TextEnd));
 }
 
-/// A line of the same name behind the first one goes too, or it would count from then on.
+/// A line of the same name after the first one goes too, or it would count from then on.
 std::string WithoutKey(std::string_view file, std::string_view section, std::string_view key) {
     const std::vector<Line> lines = SplitLines(file);
     const std::optional<LineRange> range = FindSection(lines, section);

@@ -79,7 +79,7 @@ bool LikePattern::MatchesCharacters(std::u32string_view text) const {
     size_t token = 0;
     size_t afterStar = Tokens.size() + 1;  // the token after the last "*" and where it was tried
     size_t tried = 0;
-    // What stands behind a "*" is tried only where it can begin.
+    // What follows a "*" is tried only where it can begin.
     const auto tryFrom = [&](size_t from) {
         token = afterStar;
         const bool isCharacter = token < Tokens.size() && Tokens[token].What == Kind::Character;

@@ -34,7 +34,7 @@ Wave MakeWave(size_t harmonics, Strength strengthOf) {
     return wave;
 }
 
-/// Few harmonics keep the tones soft and far from the highest frequency that can be told.
+/// Few harmonics keep the tones soft and far from the highest frequency that can be represented.
 const Wave& WaveOf(DemoVoice voice) {
     static const Wave sine = MakeWave(1, [](size_t) { return 1.0; });
     static const Wave saw = MakeWave(8, [](size_t n) { return 1.0 / static_cast<double>(n); });

@@ -76,7 +76,7 @@ void WatchLists::FollowFolder(const std::string& before) {
             LoadWatchList(kind);  // asked of IsUnread
         } else if (IsUnread(kind)) {
             Disk.Copy(before + file.substr(file.rfind('/')),
-                      file);  // a list that stays behind is still there
+                      file);  // a list that was not copied is still there
         } else if (!List(kind).Entries().empty()) {
             SaveWatchList(kind);  // in memory it holds until the program ends
         }

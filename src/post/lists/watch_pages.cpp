@@ -45,7 +45,7 @@ void WatchPages::Attach(WatchListKind kind) {
         [this, i] { Form.cmdDeleteFromWatchList[i].Enabled(Form.lstWatch[i].SelCount() > 0); });
     Form.cmdDeleteFromWatchList[i].Click.Connect([this, kind] { DeleteSelected(kind); });
     Form.cmdEditWatchList[i].Click.Connect([this, kind] {
-        // Without an editor nothing opens; there is nobody else to tell.
+        // Without an editor nothing opens; there is nobody else to report it to.
         Programs.ShellOpen(Lists.FileOf(kind), "", "");
     });
 }

@@ -10,7 +10,7 @@ namespace Corvetape {
 
 namespace {
 
-/// The highest result of opening a program that tells a failure.
+/// The highest result of opening a program that means failure.
 constexpr int32_t LastLaunchError = 32;
 
 }  // namespace

@@ -11,7 +11,7 @@ namespace Corvetape {
 namespace {
 
 /// True for the base name with any one extension. What is called like the base with a dot and more than
-/// one extension behind it is another song.
+/// one extension after it is another song.
 bool HasBaseName(const std::string& name, const std::string& base) {
     return name.starts_with(base + ".") && name.find('.', base.size() + 1) == std::string::npos;
 }

@@ -8,7 +8,7 @@ namespace Corvetape {
 
 namespace {
 
-/// A title that is told in time changes at most this long before the silence that ends its song.
+/// A title that is reported in time changes at most this long before the silence that ends its song.
 constexpr int64_t EarliestTitle = 5 * AutomaticEnd::SecondSlots;
 
 /// What a player says arrives up to so much before or after the sound of it.
@@ -37,7 +37,7 @@ void AutomaticEnd::Restart(bool goesOn) {
         ForgetSource();
     }
     Standing.reset();
-    // A player's pause and stop were told of sound that is gone.
+    // A player's pause and stop were about sound that is gone.
     PausedAt.reset();
     ResumedAt.reset();
     StoppedAt.reset();

@@ -9,7 +9,7 @@ namespace Corvetape {
 
 namespace {
 
-/// A position that is told is this exact, and one that jumps further was sought.
+/// A reported position is this exact, and one that jumps further was sought.
 constexpr int64_t SeekSlots = 30;
 
 /// A track whose beginning is longer ago was not noticed when it began.
@@ -113,7 +113,7 @@ void AutomaticEnd::NoteSeek(const SourceLook& look) {
     TrackBegan = began;
 }
 
-/// A stream that has run dry says that it plays. The position tells that nothing comes.
+/// A stream that has run dry says that it plays. The position shows that nothing comes.
 void AutomaticEnd::NoteStanding(const SourceLook& look) {
     if (!look.Position || look.Status != PlayerStatus::Playing) {
         Standing.reset();

@@ -12,14 +12,14 @@ namespace {
 constexpr uint64_t LargestFile = 65'536;
 constexpr const char* Extension = ".cuts";
 
-/// Slots that the position of a player, as it is told, is wrong by more or less from track to track.
+/// Slots by which the reported position of a player is wrong, more or less from track to track.
 constexpr int32_t JitterOfPosition = 4;
 
 int32_t JitterOf(bool exact) {
     return exact ? JitterOfPosition : CutPrior::UsualJitter;
 }
 
-/// Where a player tells the position of its track, the cut is expected there.
+/// Where a player reports the position of its track, the cut is expected there.
 CutPrior NewPrior(bool exact) {
     CutPrior prior(JitterOf(exact));
     if (exact) prior.LearnCorrection(0);

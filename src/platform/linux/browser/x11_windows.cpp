@@ -125,7 +125,7 @@ struct X11Windows::Server {
         return {first, first + xcb_query_tree_children_length(reply.get())};
     }
 
-    /// Bottom to top, as the window manager tells; nothing without one.
+    /// Bottom to top, as the window manager reports; nothing without one.
     std::vector<xcb_window_t> Managed() const {
         const std::string bytes = Bytes(Ask(Root, ClientList, MostWindows));
         std::vector<xcb_window_t> windows(bytes.size() / sizeof(xcb_window_t));

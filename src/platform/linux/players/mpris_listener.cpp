@@ -135,7 +135,7 @@ void MprisListener::AskForOwner(const QString& name) {
     QDBusMessage call = BusCall(QStringLiteral("GetNameOwner"));
     call << name;
     Call(call, [this, name](const QDBusMessage& answer) {
-        // It may have gone meanwhile, or a signal may have told of it earlier.
+        // It may have gone meanwhile, or a signal may have reported it earlier.
         if (answer.type() == QDBusMessage::ReplyMessage) Adopt(name, TextAt(answer.arguments(), 0));
     });
 }

@@ -16,7 +16,7 @@ struct Stretch {
     Place Kind = Place::Bare;
     bool WordBegun = false;  ///< the present word has a character
     bool WordSolid = false;  ///< and it cannot turn out empty
-    bool WordOpen = false;   ///< it holds something that only the shell can tell the length of
+    bool WordOpen = false;   ///< it holds something whose length only the shell knows
 };
 
 bool IsWordEnd(char character) {

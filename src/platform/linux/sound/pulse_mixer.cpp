@@ -19,7 +19,7 @@ struct Port {
     std::string Description;
 };
 
-/// What the server tells of a source or a sink.
+/// What the server reports of a source or a sink.
 struct EndState {
     std::string Description;
     pa_cvolume Volume{};

@@ -37,7 +37,7 @@ class WaitingBuffers {
 };
 
 /// The logic thread's side of an open source. Posted work holds it weakly, so it may go at any time, also
-/// in the middle of what it tells.
+/// in the middle of a report.
 class Receiver : public std::enable_shared_from_this<Receiver> {
  public:
     Receiver(EventLoop& eventLoop, BufferReturn returnMode, WaveInEvents wanted, size_t queueFrames,
@@ -112,7 +112,7 @@ class Receiver : public std::enable_shared_from_this<Receiver> {
         if (Road.Frames.Taken() != before) Arrived();
     }
 
-    /// False if the stream was reset by one of those who were told.
+    /// False if the stream was reset by one of the listeners.
     bool TellNotices(uint64_t began) {
         while (const std::optional<CaptureNotice> notice = Road.NoticeWithin(BufferFrames)) {
             switch (notice->Said) {
