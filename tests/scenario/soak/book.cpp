@@ -228,6 +228,7 @@ void Book::AfterEvent() {
     NoteTold();
     const RecordingFlags& flags = Values().Flags;
     if (!flags.RecordingEnabled) {
+        if (Stops.empty() || Stops.back() != Buffers.size()) Stops.push_back(Buffers.size());
         ExcuseUnread(Unread);
         ExcuseUnread(FirstUnread());
     }

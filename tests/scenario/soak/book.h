@@ -176,6 +176,7 @@ class Book {
     bool WithinACut(int32_t first, int32_t last) const;
     std::optional<std::vector<uint64_t>> PiecesOf(const std::string& path, Extent extent = Extent::AsTold);
     void LeaveOut(Place& place, size_t first, size_t behind) const;
+    bool WasRefused(std::span<const uint64_t> rest, size_t first, size_t at) const;
     Place Find(const std::vector<uint64_t>& pieces, size_t from, size_t claimed);
     size_t ClaimedBegin(const HeardSong& song) const;
     std::optional<Place> Claimed(const HeardSong& song) const;
@@ -197,6 +198,7 @@ class Book {
     std::vector<BookedBuffer> Buffers;
     std::vector<size_t> RingBuffers;  ///< of those that went into the ring, their numbers in Buffers
     size_t RingSize = 0;              ///< how many the ring holds; asked for also when the program is gone
+    std::vector<size_t> Stops;        ///< how many buffers were booked when recording was off
     std::vector<Cut> Cuts;
     std::vector<WantedSong> Wanted;
     std::vector<HandedSong> HandedOver;

@@ -171,6 +171,17 @@ void Book::LeaveOut(Place& place, size_t first, size_t behind) const {
     }
 }
 
+/// Whether the disk has refused something of a song from buffer `first` on, which goes on after it with what
+/// was heard from buffer `at` on. Nothing may have been heard in the meantime.
+bool Book::WasRefused(std::span<const uint64_t> rest, size_t first, size_t at) const {
+    const auto from = [this](size_t number) { return std::span(Buffers).subspan(number); };
+    if (std::ranges::any_of(from(first), std::mem_fn(&BookedBuffer::Off))) return true;
+    const bool stopped = std::ranges::any_of(Stops, [&](size_t stop) { return stop >= first; });
+    return stopped && std::ranges::any_of(rest, [&](uint64_t piece) {
+               return Contains(from(at), piece, &BookedBuffer::Hash);
+           });
+}
+
 /// Follows a file through the buffers, from `from` on. What it lacks on its way has to have its reason.
 /// Noise comes again, so it is not looked for ahead of where it claims to begin.
 Book::Place Book::Find(const std::vector<uint64_t>& pieces, size_t from, size_t claimed) {
@@ -190,8 +201,7 @@ Book::Place Book::Find(const std::vector<uint64_t>& pieces, size_t from, size_t 
         if (found == Buffers.end()) {
             const bool wasHeard = Contains(Buffers, pieces[number], &BookedBuffer::Hash);
             // A full disk may have broken the round off, and the song goes on behind it.
-            const auto present = Buffers.begin() + static_cast<std::ptrdiff_t>(place.First);
-            const bool wasRefused = std::any_of(present, Buffers.end(), std::mem_fn(&BookedBuffer::Off));
+            const bool wasRefused = WasRefused(std::span(pieces).subspan(number), place.First, at);
             place.RoundTheRing = wasHeard && (wasRefused || pieces.size() - number <= RingSize);
             place.Followed = !wasRefused;
             if (!place.RoundTheRing) place.Problem = "holds audio in its middle that was not heard there";
