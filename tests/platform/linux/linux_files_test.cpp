@@ -198,6 +198,13 @@ TEST_F(LinuxFilesTest, CreateNewMakesAFileOnlyWhereNothingIsAndFollowsNoLink) {
     EXPECT_EQ(files.FileSize(folder / "new"), 0u);
 }
 
+TEST_F(LinuxFilesTest, PatchChangesNothingThroughALink) {
+    Put("diary", "dear diary");
+    std::filesystem::create_symlink("diary", folder / "link");
+    EXPECT_EQ(files.Patch(folder / "link", 0, "hear").Code(), ELOOP);
+    EXPECT_EQ(Get("diary"), "dear diary");
+}
+
 TEST_F(LinuxFilesTest, ALockIsHeldByOneAtATimeAndMadeThroughNoLink) {
     LinuxFiles other;
     auto held = files.Lock(folder / "lock");

@@ -182,7 +182,7 @@ FileOr<std::string> LinuxFiles::ReadPart(const std::string& path, uint64_t offse
 
 FileResult LinuxFiles::Patch(const std::string& path, uint64_t offset, std::string_view bytes) {
     constexpr std::string_view attempt = "change";
-    const Descriptor file = OpenFile(path, O_WRONLY | O_NONBLOCK);
+    const Descriptor file = OpenFile(path, O_WRONLY | O_NONBLOCK | O_NOFOLLOW);
     struct stat status {};
     if (!file || fstat(file.Number(), &status) != 0) return Failed(attempt, path);
     const auto size = static_cast<uint64_t>(status.st_size);
