@@ -22,21 +22,23 @@ NoteKeeper::NoteKeeper(const SongWriter& writer, SongNotes& notes, NotedState st
 void NoteKeeper::NoteSong() {
     if (!Writer.HasSongFile()) return;
     if (State.Automatic.Active()) {
-        Note(Writer.SongBaseName(), State.Automatic.Media(), State.Automatic.Wanted(),
-             State.Automatic.Trust());
+        Notes.Write(Writer.SongBaseName(),
+                    NoteOf(State.Automatic.Media(), State.Automatic.Wanted(), State.Automatic.Trust()));
         return;
     }
     const std::optional<EndedSong>& ended = State.Cut.Ended;
     const bool wanted = ended ? ended->Wanted : State.Flags.RecordCurrentSong;
-    Note(Writer.SongBaseName(), MediaInFile(State.Media, State.Cut), wanted);
+    Notes.Write(Writer.SongBaseName(), NoteOf(MediaInFile(State.Media, State.Cut), wanted));
 }
 
 void NoteKeeper::SongClosed(const ClosedSong& song) {
-    if (song.Fate == SongFate::Kept) Note(song.Media.TempFileName, song.Media, true, song.Trust);
+    if (song.Fate != SongFate::Kept) return;
+    SongNote note = NoteOf(song.Media, true, song.Trust);
+    note.Closed = true;
+    Notes.Write(song.Media.TempFileName, note);
 }
 
-void NoteKeeper::Note(const std::string& baseName, const STATIONANDSONGDATA& media, bool wanted,
-                      const SongTrust& trust) {
+SongNote NoteKeeper::NoteOf(const STATIONANDSONGDATA& media, bool wanted, const SongTrust& trust) const {
     SongNote note;
     note.Run = RunName;
     note.Wanted = wanted;
@@ -47,7 +49,7 @@ void NoteKeeper::Note(const std::string& baseName, const STATIONANDSONGDATA& med
         State.Media.StationDataEnabled && State.Pause.EndOfSongDetection != EndOfSong::FixedTime;
     if (named) note.Media = media;
     note.Media.FilePart = media.FilePart;
-    Notes.Write(baseName, note);
+    return note;
 }
 
 }  // namespace Corvetape

@@ -35,8 +35,7 @@ class NoteKeeper {
     void SongClosed(const ClosedSong& song);
 
  private:
-    void Note(const std::string& baseName, const STATIONANDSONGDATA& media, bool wanted,
-              const SongTrust& trust = {});
+    SongNote NoteOf(const STATIONANDSONGDATA& media, bool wanted, const SongTrust& trust = {}) const;
 
     const SongWriter& Writer;
     SongNotes& Notes;

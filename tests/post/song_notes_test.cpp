@@ -283,18 +283,46 @@ TEST_F(SongNotesTest, ASongWhoseNoteCannotBeReadIsLeftAlone) {
     EXPECT_TRUE(Found().empty());
 }
 
-TEST_F(SongNotesTest, ASongThatWasClosedKeepsItsEnd) {
-    const std::string path = std::string(Folder) + "/song.wav";
-    SongNote note = Note(true);
-    note.HandedOn = 1;
-    Notes.Store("song", note);
-    auto file = WavFile::Create(Machine.Files, path, MakeWaveFormat(44100));
+/// A closed song of 38 s, after whose end two seconds of its pause are in the file.
+void PutClosedSong(SimFiles& disk, const std::string& path) {
+    auto file = WavFile::Create(disk, path, MakeWaveFormat(44100));
     ASSERT_TRUE(file);
     ASSERT_TRUE(file->Write(std::vector<Frame>(40 * 44100, Frame{1000, -1000})));
     ASSERT_TRUE(file->TakeOff(2 * 176400));
     ASSERT_TRUE(file->FinishData() && file->FinishRiff() && file->Close());
-    EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Seconds, 38);
-    EXPECT_EQ(ReadWavInfo(Machine.Files, path)->DataBytes, 38u * 176400u);
+}
+
+TEST_F(SongNotesTest, ASongThatWasClosedKeepsItsEnd) {
+    const std::string path = std::string(Folder) + "/song.wav";
+    PutClosedSong(Machine.Files, path);
+    SongNote handedOn = Note(true);
+    handedOn.HandedOn = 1;
+    SongNote waiting = Note(true);
+    waiting.Closed = true;
+    for (const SongNote& note : {handedOn, waiting}) {
+        Notes.Store("song", note);
+        EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Seconds, 38);
+        EXPECT_EQ(ReadWavInfo(Machine.Files, path)->DataBytes, 38u * 176400u);
+    }
+}
+
+TEST_F(SongNotesTest, ASongThatWasKeptIsNotTooShortLater) {
+    PutClosedSong(Machine.Files, std::string(Folder) + "/song.wav");
+    SongNote note = Note(true);
+    note.LeastSeconds = 60;  // the last file of a song that filled others
+    Notes.Store("song", note);
+    EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Fate, LeftSongFate::Delete);
+    PutClosedSong(Machine.Files, std::string(Folder) + "/kept.wav");
+    note.Closed = true;
+    Notes.Store("kept", note);
+    EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Fate, LeftSongFate::Transfer);
+}
+
+TEST_F(SongNotesTest, AClaimWhoseSongHasAnotherNameYetIsOnlyANote) {
+    SongNote note = Note(true);
+    note.Closed = true;
+    EXPECT_EQ(Notes.Claim("Ann - One", note), SongNotes::Claimed::Yes);
+    EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Fate, LeftSongFate::IsMade);
 }
 
 }  // namespace

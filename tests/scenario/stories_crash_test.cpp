@@ -295,6 +295,29 @@ TEST(CrashInTheDelayBeforeTheHandOver, LosesNothingOfTheSong) {
               });
 }
 
+TEST(CrashInTheDelayBeforeTheHandOver, BringsThePauseOfASongWithoutATitleNotBack) {
+    TellTwice(
+        [] {
+            WorldOptions options = Station({{NoStationData, "LengthOfPause", "1500"}});
+            options.TellsTitles = false;
+            return options;
+        },
+        [](World& world) {
+            ASSERT_TRUE(world.StartRecording());
+            RunTo(world, BeginOf(3));
+            ASSERT_TRUE(world.Form().tmrEncodeFile.Running());
+            const uint64_t frames = world.Closed.back().Song.Frames;
+            ASSERT_THAT(world.Transferred, SizeIs(1));
+            Crash(world);
+            StartAgain(world);
+            world.RunFor(5);
+            ASSERT_THAT(world.Transferred, SizeIs(2));
+            const auto info = ReadWavInfo(world.Disk(), world.Transferred[1].MusicFile);
+            ASSERT_TRUE(info);
+            EXPECT_EQ(info->DataBytes, frames * sizeof(Frame));
+        });
+}
+
 TEST(CrashBesideSongsThatWereLeftOnPurpose, DoesNotTouchThem) {
     TellTwice(
         [] {

@@ -51,6 +51,7 @@ std::optional<SongNote> ReadSongNote(Files& files, const std::string& path) {
     note.Begin = CertaintyFrom(text("Begin"));
     note.End = CertaintyFrom(text("End"));
     note.HandedOn = profile.ReadInt(NoteSection, "HandedOn", 0);
+    note.Closed = note.HandedOn > 0 || profile.ReadInt(NoteSection, "Closed", 0) != 0;
     note.Number = profile.ReadInt(NoteSection, "Number", 0);
     note.Encoder = text("Encoder");
     note.Work = text("Work");
@@ -67,6 +68,7 @@ std::string SongNoteText(const SongNote& note) {
         "\nAlbum=" + Value(note.Media.Album) + "\nCover=" + Value(note.Media.Cover) + "\n";
     if (note.Begin != Certainty::None) text += "Begin=" + std::string(WordOf(note.Begin)) + "\n";
     if (note.End != Certainty::None) text += "End=" + std::string(WordOf(note.End)) + "\n";
+    if (note.Closed) text += "Closed=1\n";
     if (note.HandedOn == 0) return text;
     return text + "HandedOn=" + std::to_string(note.HandedOn) + "\nNumber=" + std::to_string(note.Number) +
            "\nEncoder=" + Value(note.Encoder) + "\nWork=" + Value(note.Work) +
@@ -150,8 +152,9 @@ void DeleteHalfMade(Files& files, const std::string& songTempFolder, const SongN
 LeftSongDecision DecideLeftSong(Files& files, const std::string& songTempFolder, const LeftSong& song) {
     LeftSongDecision decision;
     const std::string path = songTempFolder + "/" + song.BaseName + ".wav";
-    const bool isClosed = song.Note.HandedOn > 0;
-    if (isClosed && files.FileSize(MadeFileOf(songTempFolder, song.Note.Work)).value_or(0) > 0) {
+    const bool isClosed = song.Note.Closed;
+    if (song.Note.HandedOn > 0 &&
+        files.FileSize(MadeFileOf(songTempFolder, song.Note.Work)).value_or(0) > 0) {
         decision.Fate = LeftSongFate::IsMade;
         return decision;
     }
@@ -171,7 +174,8 @@ LeftSongDecision DecideLeftSong(Files& files, const std::string& songTempFolder,
         if (!isNone) decision.Fate = LeftSongFate::Leave;
         return decision;
     }
-    const uint64_t least = song.Note.LeastSeconds > 0 ? static_cast<uint64_t>(song.Note.LeastSeconds) : 0;
+    // What its close has kept is long enough.
+    const auto least = isClosed ? 0 : static_cast<uint64_t>(std::max(song.Note.LeastSeconds, 0));
     if (info->DataBytes <= least * info->Format.nAvgBytesPerSec) return decision;
     decision.Seconds = static_cast<int32_t>(info->DataBytes / info->Format.nAvgBytesPerSec);
     decision.Fate = LeftSongFate::Transfer;

@@ -20,6 +20,7 @@ struct SongNote {
     bool Wanted = false;       ///< its close would have kept it
     int32_t LeastSeconds = 0;  ///< songs of at most so many seconds are discarded
     STATIONANDSONGDATA Media;  ///< what its close would have handed on; no title where names do not count
+    bool Closed = false;       ///< its file ends where its header says
 
     Certainty Begin = Certainty::None;  ///< how sure its cuts are, once they are known
     Certainty End = Certainty::None;
@@ -110,10 +111,9 @@ struct LeftSongDecision {
 };
 
 /// Repairs the header of a song and decides as its close would have done: kept if it was wanted and is longer
-/// than the least length. One that was closed already goes to an encoder again, as long as its close has made
-/// it, unless its music is there. A
-/// file that is no song, or that holds no sound, is deleted. A wanted song that cannot be read or repaired is
-/// left.
+/// than the least length. One that was closed already goes to an encoder as its close has made it, however
+/// long it is, unless its music is there. A file that is no song, or that holds no sound, is deleted. A
+/// wanted song that cannot be read or repaired is left.
 LeftSongDecision DecideLeftSong(Files& files, const std::string& songTempFolder, const LeftSong& song);
 
 /// Where an encoder writes the path of the music that it has made.

@@ -48,6 +48,7 @@ SongPassage TransferJob::Begin(const STATIONANDSONGDATA& song, SongNames names) 
     SongPassage passage{song, std::move(names), {}, {}};
     passage.Note.Run = Place.RunName;
     passage.Note.Wanted = true;
+    passage.Note.Closed = true;
     if (passage.Names.HasSongData) passage.Note.Media = song;
     passage.Note.Media.FilePart = song.FilePart;
     const std::string stamp = Place.Folders.SongTempFolder + "/" + song.TempFileName;
