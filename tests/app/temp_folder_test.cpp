@@ -126,6 +126,25 @@ TEST(TempFolder, KeepsASongWhoseEncoderFailedThoughTheNextOneHasItsName) {
     EXPECT_FALSE(world.Disk().Exists(world.Transferred[1].TempFile));
 }
 
+TEST(TempFolder, KeepsASongThatStaysOnPurposeUnderTheNameOfAFinishedOne) {
+    WorldOptions options = OneSong({{"Options", "DelTempFolder", "1"}});
+    ScriptSong song;
+    song.Seconds = 10;
+    song.Media = {"Radio", "Band", "Song", "", ""};
+    options.Radio = RadioScript().Pause(3).Song(song).Pause(2).Song(song).Pause(2).SilenceForever();
+    World world(std::move(options));
+    ASSERT_TRUE(world.StartRecording());
+    world.RunFor(20);
+    ASSERT_THAT(world.EndedJobs, SizeIs(1));
+    world.Form().chkEncodeOffline.Value(1);
+    world.RunFor(10);
+    world.Form().chkEncodeOffline.Value(0);
+    world.Finish();
+    ASSERT_THAT(world.Transferred, SizeIs(2));
+    EXPECT_EQ(world.Transferred[1].JobName, "");
+    EXPECT_TRUE(world.Disk().Exists(world.Transferred[1].TempFile));
+}
+
 TEST(TempFolder, StaysWithASongWhoseEncoderCouldNotBeStarted) {
     World world(OneSong({{"Options", "DelTempFolder", "1"}}));
     world.Computer.Processes.RefuseJobs = true;

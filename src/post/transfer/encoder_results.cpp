@@ -16,6 +16,7 @@ std::optional<MadeMusic> ReadMadeMusic(Files& files, const std::string& madeFile
 EncoderResults::EncoderResults(TransferJob& job, Processes& processes, Files& files, Reporter& say)
     : Job(job), Programs(processes), Disk(files), Say(say) {
     Job.Transferred.Connect([this](const TransferredSong& song) {
+        std::erase(Finished, song.TempFile);  // that name is another song's now
         if (!song.JobName.empty()) Unfinished[song.JobName] = song;
     });
 }
