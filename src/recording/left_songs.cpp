@@ -1,13 +1,16 @@
 #include "recording/left_songs.h"
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "core/controls/message_texts.h"
 #include "platform/files.h"
 #include "platform/processes.h"
 #include "platform/system_info.h"
+#include "post/transfer/encoder_results.h"
 
 namespace Corvetape {
 
@@ -31,6 +34,14 @@ void LeftSongs::Find() {
 }
 
 void LeftSongs::Recover() {
+    if (Names.empty()) {
+        const bool first = !std::exchange(Cleared, true);
+        if (first) DeleteLeftReports(Computer.Files, Folders.SongTempFolder, Computer.System);
+        return;
+    }
+    // Several runs may have found the same songs; each song goes to one of them. A folder that has no place
+    // for the lock must not leave them where they are.
+    const std::unique_ptr<FileLock> alone = Computer.Files.Lock(Folders.SongTempFolder + ".lock");
     // A disk that is slow, or encoders that need the machine, must not disturb the recording.
     constexpr size_t mostEncoders = 4;
     int32_t looks = 40;

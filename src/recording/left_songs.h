@@ -33,6 +33,7 @@ class LeftSongs {
     SongNotes& Notes;
     Reporter& Say;
     std::vector<std::string> Names;  ///< of songs that may be of earlier runs, the first last
+    bool Cleared = false;            ///< what they have left beside their songs was looked for
 };
 
 }  // namespace Corvetape

@@ -102,6 +102,33 @@ TEST_F(RecordTest, QuitEndsBehindTheLastSongOfATimedRecording) {
     EXPECT_GE(songs.back()["end"].get<double>(), 60.0);
 }
 
+TEST_F(RecordTest, RunsThatStartAtOnceShareTheSongsOfAnEarlierOne) {
+    const std::string temp = Home() + "/cache/Corvet/";
+    std::filesystem::create_directories(temp);
+    constexpr size_t songs = 8;
+    for (size_t i = 0; i < songs; ++i) {
+        const std::string name = temp + "left" + std::to_string(i);
+        WriteWave(name + ".wav", Noise(5 * Rate, static_cast<uint32_t>(i)), Rate);
+        std::ofstream(name + ".note") << "[Song]\nRun=1-1\nWanted=1\n";
+    }
+    std::vector<std::unique_ptr<Command>> runs;
+    for (int i = 0; i < 3; ++i) {
+        runs.push_back(std::make_unique<Command>(Demo({"--seconds", "40"}, "10")));
+    }
+    for (const auto& run : runs) EXPECT_EQ(run->Wait(), 0);
+    std::vector<std::string> handedOn;
+    for (const std::string& name : FilesBelow(Home() + "/config/Corvet")) {
+        if (!name.ends_with(".log") || name == "encode.log") continue;
+        for (const std::string& line : LinesOf(Content(Home() + "/config/Corvet/" + name))) {
+            const size_t at = line.find("\tleft");
+            if (at != std::string::npos) handedOn.push_back(line.substr(at + 1, 5));
+        }
+    }
+    std::ranges::sort(handedOn);
+    EXPECT_THAT(handedOn,
+                ElementsAre("left0", "left1", "left2", "left3", "left4", "left5", "left6", "left7"));
+}
+
 TEST_F(RecordTest, QuitAndForHoldForThisRunOnly) {
     RecordDemo({"--for", "1", "--quit"});
     size_t files = 0;

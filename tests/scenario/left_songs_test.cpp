@@ -74,5 +74,20 @@ TEST(SongsOfEarlierRuns, ThousandsOfThemAreDealtWithBesideTheRecordingAFewAtATim
     EXPECT_EQ(none.KeptSongs, 2u);
 }
 
+TEST(SongsOfEarlierRuns, TheReportsOfTheirEncodersThatNobodyHasReadGo) {
+    World world;
+    const std::string folder = std::string(SongTempFolder) + "/";
+    world.Computer.System.AliveRuns.insert("other-1");
+    world.Disk().Put(folder + "gone-1-7.made", "/home/user/Music/One.mp3\n");
+    world.Disk().Put(folder + "other-1-8.made", "/home/user/Music/Two.mp3\n");
+    world.Disk().Put(folder + "well-made.made", "a text of the user");
+    ASSERT_TRUE(world.Start());
+    world.RunFor(5);
+    EXPECT_FALSE(world.Disk().Exists(folder + "gone-1-7.made"));
+    EXPECT_TRUE(world.Disk().Exists(folder + "other-1-8.made"));
+    EXPECT_TRUE(world.Disk().Exists(folder + "well-made.made"));
+    world.Finish();
+}
+
 }  // namespace
 }  // namespace Corvetape::Test

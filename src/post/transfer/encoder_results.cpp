@@ -1,5 +1,7 @@
 #include "post/transfer/encoder_results.h"
 
+#include <string_view>
+
 #include "core/controls/message_texts.h"
 #include "platform/files.h"
 
@@ -11,6 +13,19 @@ std::optional<MadeMusic> ReadMadeMusic(Files& files, const std::string& madeFile
     const size_t end = text ? text->rfind('\n') : std::string::npos;
     if (end == std::string::npos) return std::nullopt;
     return MadeMusic{text->substr(0, end), text->substr(end + 1)};
+}
+
+void DeleteLeftReports(Files& files, const std::string& songTempFolder, SystemInfo& runs) {
+    constexpr std::string_view extension = ".made";
+    for (const FileEntry& entry : files.List(songTempFolder)) {
+        const size_t number = entry.Name.rfind('-');
+        if (entry.IsFolder || !entry.Name.ends_with(extension) || number == std::string::npos) continue;
+        if (runs.RunIsAlive(entry.Name.substr(0, number))) continue;
+        // A file of the user may be called so, but does not begin with a path.
+        const std::string path = songTempFolder + "/" + entry.Name;
+        const std::optional<MadeMusic> music = ReadMadeMusic(files, path);
+        if (music && music->MusicFile.starts_with('/')) files.Delete(path);
+    }
 }
 
 EncoderResults::EncoderResults(TransferJob& job, Processes& processes, Files& files, Reporter& say)

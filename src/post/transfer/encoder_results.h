@@ -22,6 +22,10 @@ struct MadeMusic {
 /// Reads what a command has written about its music file; nothing without it.
 std::optional<MadeMusic> ReadMadeMusic(Files& files, const std::string& madeFile);
 
+/// Deletes what commands have written for runs that are gone. For when no song of theirs is waiting any more,
+/// as it says that the music of a song is there.
+void DeleteLeftReports(Files& files, const std::string& songTempFolder, SystemInfo& runs);
+
 /// Follows the songs of this run whose encoders run, to their music files.
 class EncoderResults {
  public:
