@@ -102,6 +102,19 @@ TEST_F(RecordTest, QuitEndsBehindTheLastSongOfATimedRecording) {
     EXPECT_GE(songs.back()["end"].get<double>(), 60.0);
 }
 
+TEST_F(RecordTest, AnInputThatCannotBeOpenedEndsTheRunWithItsReason) {
+    const std::string file = PutWave("gone.wav", MakeRecording());
+    Command run(With("record", {"--input", "file:" + file, "--seconds", "3", "--speed", "1"}));
+    const auto hasStarted = [&] {
+        const auto isLog = [](const std::string& name) { return name.ends_with(".log"); };
+        return std::ranges::any_of(FilesBelow(Home() + "/config"), isLog);
+    };
+    ASSERT_TRUE(run.WaitUntil(hasStarted));
+    std::filesystem::remove(file);  // the input is opened two seconds after the start
+    EXPECT_EQ(run.Wait(), 1);
+    EXPECT_THAT(run.Err, HasSubstr("the input cannot be opened"));
+}
+
 TEST_F(RecordTest, RunsThatStartAtOnceShareTheSongsOfAnEarlierOne) {
     const std::string temp = Home() + "/cache/Corvet/";
     std::filesystem::create_directories(temp);
