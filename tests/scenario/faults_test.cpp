@@ -214,7 +214,7 @@ TEST(FailingSongFile, ThatCannotBeMadeEndsTheProgramWithItsMessage) {
     EXPECT_LT(world.Now(), 3.2);  // the first song begins at 3 s
     const std::string told =
         "The song file \"/home/user/.cache/Corvet/240514120003.wav\" could not be created "
-        "(error 13).";
+        "(error 13: Permission denied).";
     EXPECT_THAT(world.Logged("ERROR"), testing::ElementsAre(testing::StartsWith(told)));
     ASSERT_EQ(world.Computer.Dialogs.Boxes.size(), 1U);
     EXPECT_THAT(world.Computer.Dialogs.Boxes[0].Text, testing::StartsWith(told));
@@ -230,8 +230,8 @@ TEST(FailingSongFile, ThatCannotBeWrittenStopsTheRecordingAndIsToldAtTheEnd) {
     EXPECT_FALSE(world.Values().Flags.RecordingEnabled);
     EXPECT_THAT(world.Boxes(), testing::IsEmpty());
     world.Finish();
-    EXPECT_THAT(world.Boxes(),
-                testing::ElementsAre(HasSubstr("could not be written any further (error 28)")));
+    EXPECT_THAT(world.Boxes(), testing::ElementsAre(HasSubstr(
+                                   "could not be written any further (error 28: No space left on device)")));
     EXPECT_EQ(world.Values().Messages.PendingError, 905);
 }
 
@@ -243,7 +243,8 @@ TEST(FailingSongFile, ThatCannotBeClosedStopsTheRecordingAndIsToldAtTheEnd) {
     EXPECT_TRUE(world.Recorder->Running());
     world.Finish();
     EXPECT_EQ(world.Values().Messages.PendingError, 904);
-    EXPECT_THAT(world.Logged("ERROR"), testing::ElementsAre(HasSubstr("could not be finished (error 28)")));
+    EXPECT_THAT(world.Logged("ERROR"),
+                testing::ElementsAre(HasSubstr("could not be finished (error 28: No space left on device)")));
     ASSERT_EQ(world.Transferred.size(), 1U);  // it is handed on all the same
     EXPECT_EQ(MusicComparedWithRadio(world), "");
 }
