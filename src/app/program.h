@@ -84,8 +84,8 @@ class Program {
     /// needed, whatever the answer; false on systems that ask nobody for them, and where they are there.
     bool RestartElevated(const std::string& parameters);
 
-    /// Takes the results of encoders that have ended, and tells them. Called once a second while the program
-    /// runs; whoever waits for encoders after the stop calls it again.
+    /// Takes the results of encoders that have ended, and reports them. Called once a second while the
+    /// program runs; whoever waits for encoders after the stop calls it again.
     void CollectJobs();
 
     /// Nothing more is kept, neither the song that plays nor the next ones.

@@ -67,7 +67,7 @@ class AudioRing {
 
  private:
     std::vector<SignalBuffer> Slots;
-    std::vector<Frame> Samples;  ///< of all slots, one behind the other
+    std::vector<Frame> Samples;  ///< of all slots, one after the other
     uint32_t FramesPerSlot = 0;
 };
 

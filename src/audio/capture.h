@@ -36,7 +36,7 @@ struct CaptureParts {
     BufferTarget& Target;
 };
 
-/// What capture tells, always on the logic thread. Those that are not set are left out. Each of them may
+/// What capture reports, always on the logic thread. Those that are not set are left out. Each of them may
 /// close, open or destroy the capture.
 struct CaptureEvents {
     /// A song file could not be made for a buffer: the program is to end.
@@ -89,7 +89,7 @@ class Capture {
     uint32_t FramesPerBuffer() const;
 
     /// The common way of every arrived buffer: handed to the target, then given back to the device. False if
-    /// the program is to end, which was told through `Fatal`.
+    /// the program is to end, which `Fatal` has reported.
     bool ProcessBuffer(size_t index);
 
     /// The buffers in the device's queue.
@@ -100,7 +100,7 @@ class Capture {
 
     /// Highest number of buffers found waiting, for whoever shows and clears it. In modes 0 and 3 it is made
     /// of the time between arrivals: an arrival exactly on time counts 2. The time in which a device
-    /// delivered nothing, and told so, does not count, nor that in which none was open.
+    /// delivered nothing, and said so, does not count, nor that in which none was open.
     int32_t& MaxBuffersUsed();
 
  private:

@@ -16,7 +16,7 @@ static_assert(LastEdge - FirstEdge + 1 == static_cast<int32_t>(EdgeCount));
 /// No slot from here on is looked at: with this many after the change a decision can be made.
 inline constexpr int32_t SlotsAfterChange = 200;
 
-/// Lengths of the cross-fades that are told apart, a hard join first: 0, 1, 2, 3, 4 and 6 s. The edge of a
+/// Lengths of the cross-fades that are kept apart, a hard join first: 0, 1, 2, 3, 4 and 6 s. The edge of a
 /// fade is its middle.
 inline constexpr std::array<int32_t, 6> FadeSlots = {0, 20, 40, 60, 80, 120};
 inline constexpr size_t FadeCount = FadeSlots.size();

@@ -10,7 +10,7 @@ namespace Corvetape {
 /// The best place for a cut: slots of a ring.
 struct QuietStretch {
     size_t OldEnd = 0;    ///< first slot of the stretch: the old song ends before it
-    size_t NewStart = 0;  ///< last slot of the stretch: the new song begins behind it
+    size_t NewStart = 0;  ///< last slot of the stretch: the new song begins after it
 
     bool operator==(const QuietStretch&) const = default;
 };
@@ -34,7 +34,7 @@ int32_t QuietLimit(int32_t lowest);
 std::optional<QuietStretch> FindQuietStretch(std::span<const int32_t> levels, size_t start, size_t end);
 
 /// Where in the ring a cut may lie, in slots relative to the cut: `Before` slots before it are unwritten and
-/// within reach, and the last one that can be looked at is `After` behind it.
+/// within reach, and the last one that can be looked at is `After` after it.
 struct CutReach {
     int32_t Before = 0;
     int32_t After = 0;
@@ -47,7 +47,7 @@ int32_t SlotsOf(int32_t milliseconds);
 
 /// The part of the wanted window that is there. `unwritten` slots lie between the read index and the cut:
 /// nothing before them can be cut any more. `arrived` slots lie between the cut and the write index: the
-/// newest of them is the last that holds new audio; what lies behind it is as old as the ring is long.
+/// newest of them is the last that holds new audio; what follows it is as old as the ring is long.
 CutReach ReachOf(CutReach wanted, int32_t unwritten, int32_t arrived);
 
 }  // namespace Corvetape

@@ -10,7 +10,7 @@ namespace Corvetape {
 
 /// The song before a pending cut, as it was when the title of the next one came.
 struct EndedSong {
-    STATIONANDSONGDATA Media;  ///< what was told of it last; without a title SongMedia holds what is known
+    STATIONANDSONGDATA Media;  ///< what was known of it last; without a title SongMedia holds what is known
     bool Wanted = false;       ///< RecordCurrentSong as it was; the flag means the next song by now
     SongTrust Trust = {};      ///< of a song that was ended by everything that is known
 };

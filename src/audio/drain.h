@@ -23,14 +23,14 @@ struct DrainParts {
 /// data or by fixed time. The results are false if a song file could not be made: the program is to end.
 class AudioDrain {
  public:
-    /// Unread slots from which on the ring is drained (10 s), and those that stay behind (5 s).
+    /// Unread slots from which on the ring is drained (10 s), and those that stay (5 s).
     static constexpr int32_t FillToDrain = 200;
     static constexpr int32_t SlotsKept = 100;
 
     explicit AudioDrain(DrainParts parts);
 
     /// Once a second: writes what is older than 5 s, or carries out a pending cut as soon as the audio
-    /// behind it has arrived. With `now` it is carried out with what is there.
+    /// after it has arrived. With `now` it is carried out with what is there.
     bool DrainAudioRing(bool now);
 
     /// For the routing, after each buffer that went into the ring: writes what is unread ahead into the

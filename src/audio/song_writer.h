@@ -67,7 +67,7 @@ struct SongFailure {
     bool operator==(const SongFailure&) const = default;
 };
 
-/// What a song writer tells. Those that are not set are left out. They may not call the writer.
+/// What a song writer reports. Those that are not set are left out. They may not call the writer.
 struct SongEvents {
     std::function<void(const std::string& path)> SongBegun;  ///< a file was made, maybe ahead of its song
     std::function<void(const ClosedSong&)> SongClosed;       ///< at every close, kept or not
@@ -97,7 +97,7 @@ class SongWriter {
     SongWriter& operator=(const SongWriter&) = delete;
 
     /// The way of a buffer with the end of song by silence: begins a file if none is open, writes, and closes
-    /// behind the song's last buffer (`end`). False if a file could not be made: the program is to end.
+    /// after the song's last buffer (`end`). False if a file could not be made: the program is to end.
     bool WriteBufferToSong(const SignalBuffer& buffer, bool end);
 
     /// What became of a buffer.

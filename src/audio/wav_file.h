@@ -21,7 +21,7 @@ inline constexpr uint32_t WavHeaderBytes = 44;
 /// Longest text of one tag; longer ones are cut between two characters.
 inline constexpr size_t MostTagBytes = 65'536;
 
-/// Most audio bytes of one file: its sizes are 32 bits wide, and the tags must find room behind the audio.
+/// Most audio bytes of one file: its sizes are 32 bits wide, and the tags must find room after the audio.
 inline constexpr uint64_t MostWavDataBytes = 0xFFFF'FFFFU - WavHeaderBytes - 8 * MostTagBytes;
 
 /// A tag of the LIST chunk: identifier of four letters and text. The text is written as it is, in UTF-8, the
@@ -103,7 +103,7 @@ class WavFile {
     uint64_t AudioBytes = 0;     ///< that count
     uint64_t BytesAhead = 0;     ///< written after them
     bool AheadBroken = false;    ///< a part of a buffer may stand after that
-    uint64_t BytesInHeader = 0;  ///< audio that the header tells of
+    uint64_t BytesInHeader = 0;  ///< audio that the header gives
     uint64_t TagBytes = 0;       ///< of a complete LIST chunk
     bool AtEnd = true;           ///< the file's position is where the next audio goes
 };
@@ -111,9 +111,9 @@ class WavFile {
 /// What a WAV file says of itself.
 struct WavInfo {
     WaveFormat Format;
-    uint64_t RiffBytes = 0;                                 ///< length of the file as its header tells it
+    uint64_t RiffBytes = 0;                                 ///< length of the file as its header gives it
     uint64_t DataStart = 0;                                 ///< where its audio begins
-    uint64_t DataBytes = 0;                                 ///< of its audio, as its header tells it
+    uint64_t DataBytes = 0;                                 ///< of its audio, as its header gives it
     uint64_t FileBytes = 0;                                 ///< length of the file as it is
     std::vector<std::pair<std::string, std::string>> Tags;  ///< identifier and text, in their order
 };

@@ -4,7 +4,7 @@ namespace Corvetape {
 
 /// Notices Ctrl-C, a request to end, and the end of the terminal while it lives. The first one is only noted;
 /// a second one ends the process the usual way, unless it is the terminal's, which often comes twice. A
-/// process that was told to outlive its terminal does so.
+/// process that is to outlive its terminal does so.
 class Interrupt {
  public:
     Interrupt();

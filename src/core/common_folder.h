@@ -14,8 +14,8 @@ std::string CommonDataFolder(Folders& folders);
 std::string UserRegistryFile(Folders& folders);
 std::string MachineRegistryFile(Folders& folders);
 
-/// Puts `commonDataFolder` behind the search path of this process and of those that it starts, unless the
-/// path holds that text already, ignoring case. Failures are ignored.
+/// Puts `commonDataFolder` at the end of the search path of this process and of those that it starts, unless
+/// the path holds that text already, ignoring case. Failures are ignored.
 void ExtendSearchPath(Folders& folders, const Placeholders& placeholders,
                       const std::string& commonDataFolder);
 

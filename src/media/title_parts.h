@@ -14,7 +14,7 @@ std::string NameOfAddress(const std::string& address);
 /// A title that is only the name of its file, or none at all, becomes that name without its extension.
 STATIONANDSONGDATA WithNameOfFile(STATIONANDSONGDATA media, const std::string& address);
 
-/// Titles of pages often name the station too, "Title | Station". What is behind or in front of a separator
+/// Titles of pages often name the station too, "Title | Station". What is after or before a separator
 /// and stays the same over several titles is no part of the title.
 class TitleParts {
  public:

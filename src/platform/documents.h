@@ -25,7 +25,7 @@ using MemberKey = std::variant<int32_t, std::string>;
 /// The document of a page or of a frame in it.
 ///
 /// Every operation asks the browser and waits for its answer. One poll waits 200 ms at most for a page and
-/// all frames in it together; what is asked behind that limit has no answer. Texts are cut at a fixed length,
+/// all frames in it together; what is asked past that limit has no answer. Texts are cut at a fixed length,
 /// so that no page can fill the memory.
 class Document {
  public:

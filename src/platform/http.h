@@ -18,8 +18,8 @@ class Http {
  public:
     virtual ~Http() = default;
 
-    /// Asks for the first `limit` bytes. A request that is under way is given up, and nothing is told of it.
-    /// `answered` is called once, on the logic thread, never from within Get.
+    /// Asks for the first `limit` bytes. A request that is under way is given up, and nothing is reported of
+    /// it. `answered` is called once, on the logic thread, never from within Get.
     virtual void Get(const std::string& address, size_t limit,
                      std::function<void(const HttpAnswer&)> answered) = 0;
 

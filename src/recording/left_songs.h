@@ -10,7 +10,7 @@
 
 namespace Corvetape {
 
-/// Looks after the songs that earlier runs have left behind because they ended before their songs did: a few
+/// Looks after the songs that earlier runs have left because they ended before their songs did: a few
 /// every second, beside the recording.
 class LeftSongs {
  public:

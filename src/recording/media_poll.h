@@ -26,7 +26,7 @@ struct TitleCutParts {
 };
 
 /// The cut between two songs by their titles. From the change on the flags mean the song whose title is
-/// shown; the one that has ended keeps those it had, and what was told of it last, until its file is closed.
+/// shown; the one that has ended keeps those it had, and what was known of it last, until its file is closed.
 /// That holds while recording is off too: the title is over for whoever looks, and what the ring keeps has
 /// its cut.
 class TitleCut {

@@ -46,8 +46,8 @@ class PauseControl : public SourceSettings {
     void LoadProviderSettings(const std::string& section) override;
 
     /// Validates what is shown and stores all of it under the present provider, as if the user had set each
-    /// value there. What a validation refuses is told and is not stored. The gain goes into the present mixer
-    /// section.
+    /// value there. What a validation refuses is reported and not stored. The gain goes into the present
+    /// mixer section.
     void StoreProviderSettings() override;
 
     /// The next load reads its section even if it was loaded last.

@@ -20,7 +20,7 @@ class ShownText;
 
 // One binder for each kind of control. Each makes the widget of a control and keeps the two alike: what the
 // user does goes to the control, and whatever changes the control, whoever did it, shows in the widget. The
-// object name of the widget is the name of the control, for members of an array with "_" and the index behind
+// object name of the widget is the name of the control, for members of an array with "_" and the index after
 // it. The caller gives the widget to a layout; the control outlives it.
 
 /// Buttons and labels show the caption of their control, "&" before the letter of its key.

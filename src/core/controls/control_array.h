@@ -25,7 +25,7 @@ std::array<ControlType, sizeof...(Indices)> MakeControls(std::index_sequence<Ind
 template <typename ControlType, size_t Count>
 class ControlArray {
  public:
-    /// Further arguments go to the constructor of each control behind its index.
+    /// Further arguments go to the constructor of each control after its index.
     template <typename... Arguments>
     ControlArray(Form& form, const char* name, Arguments... arguments)
         : Members(Detail::MakeControls<ControlType>(std::make_index_sequence<Count>{}, form, name,

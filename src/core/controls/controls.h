@@ -193,7 +193,7 @@ class ListBox : public Control {
     /// Replaces all entries at once; none is current.
     void Items(std::vector<ListItem> items);
 
-    /// Puts an entry before the one at `index`, which may be one behind the last; what is selected stays so.
+    /// Puts an entry before the one at `index`, which may be one after the last; what is selected stays so.
     void InsertItem(int32_t index, std::string text);
 
     /// Takes an entry out; if it was selected, none is.

@@ -25,7 +25,7 @@ class clsLocalizeControls {
     clsLocalizeControls(Files& files, std::string programFolder, Dialogs& dialogs);
 
     /// Reads the texts of a language, in place of those it had. An empty name leaves it without texts. A key
-    /// that stands twice is told in a box, once for each of the two fields, and its first line stays.
+    /// that is there twice is reported in a box, once for each of the two fields, and its first line stays.
     void Load(std::string_view language);
 
     /// Empty until a language was loaded.

@@ -32,7 +32,7 @@ struct SwitchRow {
 std::span<const SwitchRow> SwitchTable();
 
 /// Looks for each switch in the whole command line, ignoring case: they may stand anywhere and need not be
-/// separated. All that stands behind the first "-time" is its number: blanks are skipped, reading stops at
+/// separated. All that follows the first "-time" is its number: blanks are skipped, reading stops at
 /// the first character that cannot belong to a number, a fraction is rounded, one below a minute up, no
 /// number counts as 0, and one beyond 32 bits as the nearest one within.
 Switches ReadSwitches(std::string_view commandLine);

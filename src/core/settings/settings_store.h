@@ -49,7 +49,7 @@ class SettingsStore {
     /// 3. `listsLoaded` runs, for the lists on the screen that later values are indices into;
     /// 4. the rows of the table follow in their order, each with `apply` if its control is set by loading;
     ///    what the handlers of the controls write by WriteSetting is kept until the last of them has run, as
-    ///    the quality lists each change the encoder, which is set behind them;
+    ///    the quality lists each change the encoder, which is set after them;
     /// 5. the three working folders are expanded, and `apply` runs for each with the full path as value: the
     ///    place to show it, shortened to what fits, with the whole path as tool tip;
     /// 6. `apply` runs for lstEncodeDelay and lstBufferFlag with the list index as value;

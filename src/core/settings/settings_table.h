@@ -24,7 +24,7 @@ enum class SettingType {
 enum class SettingControl {
     None,   ///< there is none: the key is for hand editing, or is written by the program itself
     Load,   ///< when the settings are loaded, as a click would set it
-    Last,   ///< when the settings are loaded, behind all the others, since those change it too
+    Last,   ///< when the settings are loaded, after all the others, since those change it too
     Later,  ///< by the step that fills or shows the control
 };
 

@@ -56,11 +56,11 @@ class SourceFeed {
     void Reset();
     void Deliver();
 
-    /// From now on nothing is heard of the device. With `tell` its owner is told that it is gone.
+    /// From now on nothing is heard of the device. With `tell` its owner learns that it is gone.
     enum class Tell { No, Yes };
     void Interrupt(Tell tell);
 
-    /// The device is there again; what it would have delivered meanwhile is lost and told as `kind`.
+    /// The device is there again; what it would have delivered meanwhile is lost and reported as `kind`.
     void Resume(WaveInIncidentKind kind);
 
     /// Nothing is delivered until Release, then everything: a server or a driver that stands still.

@@ -13,7 +13,7 @@ class AboutLinks {
     AboutLinks(frmMain& form, Processes& programs, const clsLocalizeControls& messages);
 
  private:
-    /// The address of a key, with something behind it.
+    /// The address of a key, with something after it.
     void Open(const char* key, const std::string& page = {});
 
     Processes& Programs;

@@ -82,7 +82,7 @@ class SongNotes {
     std::string LastText;
 };
 
-/// A temporary song that an earlier run has left behind.
+/// A temporary song that an earlier run has left.
 struct LeftSong {
     std::string BaseName;  ///< of its file, without folder and extension
     SongNote Note;
@@ -97,7 +97,7 @@ std::vector<std::string> ListNotedSongs(Files& files, const std::string& songTem
 std::optional<LeftSong> ReadLeftSong(Files& files, const std::string& songTempFolder,
                                      const std::string& baseName, SystemInfo& runs);
 
-/// What is to become of a song that was left behind.
+/// What is to become of a song that was left.
 enum class LeftSongFate {
     Transfer,
     Delete,
@@ -119,10 +119,10 @@ LeftSongDecision DecideLeftSong(Files& files, const std::string& songTempFolder,
 /// Where an encoder writes the path of the music that it has made.
 std::string MadeFileOf(const std::string& songTempFolder, const std::string& work);
 
-/// Deletes what the encoder of a song that was left behind has not finished.
+/// Deletes what the encoder of a song that was left has not finished.
 void DeleteHalfMade(Files& files, const std::string& songTempFolder, const SongNote& note);
 
-/// Deletes all files of a song that was left behind, its note among them.
+/// Deletes all files of a song that was left, its note among them.
 void DeleteLeftSong(Files& files, const std::string& songTempFolder, const LeftSong& song);
 
 }  // namespace Corvetape

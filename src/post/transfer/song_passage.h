@@ -32,7 +32,7 @@ struct TransferredSong {
     std::string MusicFile;  ///< that its command makes; empty if no command was started
     std::string TempFile;   ///< the temporary song as it is called now
     std::string JobName;    ///< of the started command, for its result; empty if none was started
-    std::string MadeFile;   ///< where its command tells what it has made, see ReadMadeMusic
+    std::string MadeFile;   ///< where its command says what it has made, see ReadMadeMusic
     std::string JobLabel;   ///< kind of its log line; "TEMP" for a song that stays as it is
     std::string Problem;    ///< why no command was started although one was wanted, in English
     STATIONANDSONGDATA Media;

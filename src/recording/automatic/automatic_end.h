@@ -103,10 +103,10 @@ class AutomaticEnd {
     explicit AutomaticEnd(CutFinder& finder) : Finder(finder) {}
 
     /// Begins anew: the next slot that is heard has the number 0. The song goes on if some of it is written
-    /// (`goesOn`), and what is told of the source stays then.
+    /// (`goesOn`), and what is known of the source stays then.
     void Restart(bool goesOn);
 
-    /// Songs have ended in another way for a while: what was told before is of an earlier song.
+    /// Songs have ended in another way for a while: what was reported before is of an earlier song.
     void ForgetSource();
 
     /// One more slot has been heard.
@@ -149,7 +149,7 @@ class AutomaticEnd {
         STATIONANDSONGDATA Media;
         SongTrust Trust;
         int64_t Begin = 0;
-        bool Named = false;     ///< its title was told for it, not for the one before
+        bool Named = false;     ///< its title was reported for it, not for the one before
         bool HasSound = false;  ///< some of it has been written
         int64_t OldEnd = 0;     ///< where the song before it ended
     };

@@ -19,7 +19,7 @@ class LearnedCuts {
     /// `folder` is made when something is stored. All of them outlive it.
     LearnedCuts(Files& disk, std::string folder, const Settings& settings);
 
-    /// What is known of a source. `exact`: of its tracks whose beginning the player tells; the cut is then
+    /// What is known of a source. `exact`: of its tracks whose beginning the player reports; the cut is then
     /// expected there, give or take little.
     CutPrior& Of(const std::string& source, bool exact);
 

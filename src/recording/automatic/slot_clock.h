@@ -18,7 +18,7 @@ class SlotClock {
     int64_t SlotAt(int64_t nowMs, int64_t arrived);
 
  private:
-    /// When the first slot would have arrived, by what a moment has told.
+    /// When the first slot would have arrived, by what a moment has shown.
     struct Moment {
         int64_t AtMs = 0;
         int64_t FirstSlotMs = 0;

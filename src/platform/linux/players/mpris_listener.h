@@ -14,7 +14,7 @@
 
 namespace Corvetape {
 
-/// What a listener tells, on its own thread.
+/// What a listener reports, on its own thread.
 struct MprisNews {
     std::function<void(const PlayerReport&)> Changed;
     std::function<void(const std::string& player)> Gone;

@@ -21,7 +21,7 @@ enum class SoundFileProblem {
 
 /// What could not be read of a sound file that was opened.
 struct SoundFileDamage {
-    double MissingSeconds = 0;  ///< 0: cannot be told, or below a tenth
+    double MissingSeconds = 0;  ///< 0: not known, or below a tenth
     std::string Why;            ///< in a few words; may be empty
 };
 
@@ -53,7 +53,7 @@ class SoundFileSource : public SoundSource {
     /// Of the file itself; what Read gives may be converted.
     const SoundFileFormat& Format() const { return FileFormat; }
 
-    /// Rate of the file itself, 0 if it cannot be told: lets the caller choose the better rate to open at.
+    /// Rate of the file itself, 0 if it is not known: lets the caller choose the better rate to open at.
     static uint32_t NativeRate(const std::string& path);
 
     ~SoundFileSource() override;
