@@ -101,7 +101,7 @@ ProgramParts::ProgramParts(const Machine& machine, State& state, const RunOption
       MixerButtons({state.Form, state.Pause, state.Lifecycle, state.Opened, machine.Dialogs,
                     machine.Processes, machine.Desktop, Messages},
                    {Mixers, Inputs, Search, Gain, Rescue, SearchWait}, machine.System.Version()),
-      Break({state.Form, state.Flags, state.Pause, Device, Writer, Recording.Clicks, Say}) {
+      Break({state.Flags, Device, Writer, Recording.Clicks, Say}) {
     ConnectEvents();
     ConnectTick();
 }

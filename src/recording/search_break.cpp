@@ -20,10 +20,7 @@ void SearchBreak::Begin() {
 }
 
 void SearchBreak::End() {
-    if (!std::exchange(Wanted, false)) return;
-    // By fixed time no other song will come, so the next piece begins at once.
-    const bool byTime = Parts.Pause.EndOfSongDetection == EndOfSong::FixedTime;
-    Parts.Form.chkStartStop[byTime ? 0 : 1].Value(1);
+    if (std::exchange(Wanted, false)) Parts.Recording.GoOnWithNext();
 }
 
 }  // namespace Corvetape

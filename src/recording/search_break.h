@@ -1,20 +1,16 @@
 #pragma once
 
 #include "audio/input_device.h"
-#include "audio/pause_settings.h"
 #include "audio/recording_flags.h"
 #include "audio/song_writer.h"
 #include "core/reporter.h"
-#include "forms/frm_main.h"
 #include "recording/session.h"
 
 namespace Corvetape {
 
 /// What a search interrupts. All of it outlives the break.
 struct SearchBreakParts {
-    frmMain& Form;
     RecordingFlags& Flags;
-    const PauseSettings& Pause;
     InputDevice& Input;
     SongWriter& Song;
     Session& Recording;

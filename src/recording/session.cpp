@@ -35,6 +35,10 @@ void Session::BreakOff() {
     BreakingOff = false;
 }
 
+void Session::GoOnWithNext() {
+    Parts.Form.chkStartStop[Parts.Pieces.Active() ? 0 : 1].Value(1);
+}
+
 void Session::StartStopClicked(size_t index) {
     frmMain& form = Parts.Form;
     const bool ticked = form.chkStartStop[index].Value() != 0;

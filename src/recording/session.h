@@ -37,6 +37,10 @@ class Session {
     /// the next piece begins at once.
     void BreakOff();
 
+    /// Recording goes on with the next song. By fixed time no other song will come, so the next piece begins
+    /// at once.
+    void GoOnWithNext();
+
  private:
     void StartStopClicked(size_t index);
     void FollowFlags();
