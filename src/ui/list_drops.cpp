@@ -12,8 +12,13 @@ namespace Corvetape {
 
 namespace {
 
-WatchPages::DragContent ContentOf(const QDropEvent& event) {
-    return event.mimeData()->hasUrls() ? WatchPages::DragContent::Files : WatchPages::DragContent::Other;
+/// Files only: the address of a page is dragged as a URL, too.
+std::vector<std::string> FilesOf(const QDropEvent& event) {
+    std::vector<std::string> paths;
+    for (const QUrl& url : event.mimeData()->urls()) {
+        if (url.isLocalFile()) paths.push_back(url.toLocalFile().toStdString());
+    }
+    return paths;
 }
 
 WatchPages::DragKeys KeysOf(const QDropEvent& event) {
@@ -42,18 +47,18 @@ bool ListDrops::eventFilter(QObject* /*watched*/, QEvent* event) {
     const bool over = event->type() == QEvent::DragEnter || event->type() == QEvent::DragMove;
     if (!over && event->type() != QEvent::Drop) return false;
     auto& drop = static_cast<QDropEvent&>(*event);
+    const std::vector<std::string> paths = FilesOf(drop);
+    const auto content = paths.empty() ? WatchPages::DragContent::Other : WatchPages::DragContent::Files;
+    // The keys of the last move count, not those of the drop.
     if (over) {
-        const bool copies = Pages.DragOver(ContentOf(drop), KeysOf(drop)) == WatchPages::DragEffect::Copy;
-        drop.setDropAction(copies ? Qt::CopyAction : Qt::IgnoreAction);
-        drop.setAccepted(copies);
-        return true;
+        Pages.DragOver(content, KeysOf(drop));
+    } else {
+        Pages.DragDrop(Kind, content, paths);
     }
-    std::vector<std::string> paths;
-    for (const QUrl& url : drop.mimeData()->urls()) {
-        if (url.isLocalFile()) paths.push_back(url.toLocalFile().toStdString());
-    }
-    Pages.DragDrop(Kind, ContentOf(drop), paths);
-    drop.acceptProposedAction();
+    const bool copies = content == WatchPages::DragContent::Files;
+    // Never a move, whatever the source proposes: it would take its files away.
+    drop.setDropAction(copies ? Qt::CopyAction : Qt::IgnoreAction);
+    drop.setAccepted(copies);
     return true;
 }
 

@@ -208,7 +208,7 @@ TEST_F(WatchPagesTest, WithCtrlAListThatCannotBeWrittenIsShownAsItsFileHasIt) {
     Pages.DragOver(DragContent::Files, DragKeys::Ctrl);
     Pages.DragDrop(Exclude, DragContent::Files, paths);
     EXPECT_EQ(Shown(Exclude), (Texts{"Ann - One", "Bob - Two"}));
-    EXPECT_TRUE(Lists.IsExcluded("Ann - One"));
+    EXPECT_TRUE(Lists.IsSongExcluded("Ann - One"));
 }
 
 TEST_F(WatchPagesTest, TheLastOfTheDroppedFilesIsScrolledIntoView) {
@@ -219,6 +219,21 @@ TEST_F(WatchPagesTest, TheLastOfTheDroppedFilesIsScrolledIntoView) {
     Pages.DragDrop(Exclude, DragContent::Files, paths);
     EXPECT_EQ(revealed, 0);
     EXPECT_EQ(Form.lstWatch[1].SelCount(), 0);
+}
+
+TEST_F(WatchPagesTest, ManyFilesAreAddedToALongListWithoutATellingOfEach) {
+    Pages.AddToWatchList(Exclude, "Song 5");
+    Form.lstWatch[1].Select(0);
+    int changes = 0;
+    Form.lstWatch[1].Changed.Connect([&] { ++changes; });
+    Texts paths;
+    for (int i = 9; i >= 0; --i) paths.push_back("/m/Song " + std::to_string(i) + ".mp3");
+    Pages.DragOver(DragContent::Files, DragKeys::None);
+    Pages.DragDrop(Exclude, DragContent::Files, paths);
+    ASSERT_EQ(Shown(Exclude).size(), 10U);
+    EXPECT_TRUE(std::ranges::is_sorted(Shown(Exclude)));
+    EXPECT_TRUE(Form.lstWatch[1].Items()[5].Selected) << "what is selected stays so";
+    EXPECT_LE(changes, 2);
 }
 
 TEST_F(WatchPagesTest, TheKeysOfTheLastMoveCount) {

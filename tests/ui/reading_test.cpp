@@ -194,6 +194,47 @@ TEST(LongLists, AreSearchedByTypingWithoutAPause) {
     EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::milliseconds(1500));
 }
 
+TEST(LongLists, AreSelectedAndEmptiedWithoutAPause) {
+    UiWorld world;
+    std::vector<ListItem> items;
+    for (int i = 0; i < 100'000; ++i) items.push_back({"Song " + std::to_string(i + 100'000)});
+    world.Form().lstWatch[1].Items(std::move(items));
+    auto* const list = world.Find<QListView>("lstWatch_1");
+    const auto begun = std::chrono::steady_clock::now();
+    list->selectAll();
+    EXPECT_EQ(world.Form().lstWatch[1].SelCount(), 100'000);
+    world.Find<QAbstractButton>("cmdDeleteFromWatchList_1")->click();
+    EXPECT_EQ(list->model()->rowCount(), 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::milliseconds(1500));
+}
+
+TEST(Lists, AreEditedFromTheKeyboardAlone) {
+    UiWorld world;
+    auto* const field = world.Find<QLineEdit>("txtWatch_1");
+    auto* const list = world.Find<QListView>("lstWatch_1");
+    const auto press = [](QWidget* widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QKeyEvent event(QEvent::KeyPress, key, modifiers);
+        QApplication::sendEvent(widget, &event);
+    };
+    const auto entries = [&world] { return world.Form().lstWatch[1].Items().size(); };
+    press(field, Qt::Key_Return);
+    EXPECT_EQ(entries(), 0U) << "nothing to add";
+    field->insert("Rain");
+    world.Form().txtWatch[1].Text("Rain");
+    press(field, Qt::Key_Return);
+    ASSERT_EQ(entries(), 1U);
+    EXPECT_TRUE(field->text().isEmpty());
+    press(list, Qt::Key_Delete);
+    EXPECT_EQ(entries(), 1U) << "nothing is selected";
+    list->setCurrentIndex(list->model()->index(0, 0));
+    emit list->doubleClicked(list->currentIndex());
+    EXPECT_EQ(field->text(), "Rain") << "a copy to be changed";
+    press(list, Qt::Key_Delete, Qt::ShiftModifier);
+    EXPECT_EQ(entries(), 1U);
+    press(list, Qt::Key_Delete);
+    EXPECT_EQ(entries(), 0U);
+}
+
 TEST(Dropping, MusicFilesAreAddedAndWithCtrlTakenOff) {
     UiWorld world;
     world.Form().tbsMain.Select("TAB_EXCLUDE");
@@ -212,6 +253,29 @@ TEST(Dropping, MusicFilesAreAddedAndWithCtrlTakenOff) {
     EXPECT_EQ(world.Form().lstWatch[1].Items()[0].Text, "Rain");
     drop(Qt::ControlModifier);
     EXPECT_TRUE(world.Form().lstWatch[1].Items().empty());
+}
+
+TEST(Dropping, NeverMovesTheFilesWhateverTheirSourceProposes) {
+    UiWorld world;
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile("/music/Rain.mp3")});
+    auto* const place = world.Find<QListView>("lstWatch_0")->viewport();
+    QDropEvent event(QPointF(5, 5), Qt::MoveAction | Qt::CopyAction, &data, Qt::LeftButton,
+                     Qt::ShiftModifier);
+    event.setDropAction(Qt::MoveAction);
+    QApplication::sendEvent(place, &event);
+    EXPECT_EQ(world.Form().lstWatch[0].Items().size(), 1U);
+    EXPECT_EQ(event.dropAction(), Qt::CopyAction);
+}
+
+TEST(Dropping, TheAddressOfAPageIsNoFile) {
+    UiWorld world;
+    QMimeData data;
+    data.setUrls({QUrl("http://radio.invalid/Rain.mp3")});
+    auto* const place = world.Find<QListView>("lstWatch_0")->viewport();
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(place, &enter);
+    EXPECT_FALSE(enter.isAccepted());
 }
 
 TEST(Dropping, OtherThingsAreRefused) {

@@ -1,6 +1,8 @@
 #include "post/lists/watch_pages.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "core/controls/message_texts.h"
@@ -137,8 +139,17 @@ void WatchPages::DragDrop(WatchListKind kind, DragContent content, std::span<con
 }
 
 void WatchPages::AddDropped(WatchListKind kind, std::span<const std::string> names) {
+    // Once for all of them: telling the screen of each takes seconds with long lists.
+    std::vector<ListItem> items = Form.lstWatch[Number(kind)].Items();
+    std::optional<ptrdiff_t> last;
     for (const std::string& name : names) {
-        if (Lists.Add(kind, name)) ShowNew(kind, name);
+        if (!Lists.Add(kind, name)) continue;
+        const auto place = std::ranges::upper_bound(items, name, ComesBefore, &ListItem::Text);
+        last = items.insert(place, {name}) - items.begin();
+    }
+    if (last) {
+        Form.lstWatch[Number(kind)].Items(std::move(items));
+        Form.lstWatch[Number(kind)].Reveal(static_cast<int32_t>(*last));
     }
     Lists.SaveWatchList(kind);  // a list that cannot be written holds in memory until the program ends
 }
