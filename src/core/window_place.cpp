@@ -64,9 +64,10 @@ WindowAnswer AnswerTo(WindowState state, bool iconIsThere, bool maximizeButton) 
 std::optional<WindowPosition> StoredPosition(std::string_view pos) {
     const std::vector<std::string> pieces = Split(pos, ';');
     if (pieces.size() < 4) return std::nullopt;
-    const WindowPosition position{RoundToInt32(LeadingNumber(pieces[0])),
-                                  RoundToInt32(LeadingNumber(pieces[1]))};
+    const auto number = [&pieces](size_t i) { return RoundToInt32(LeadingNumber(pieces[i])); };
+    const WindowPosition position{number(0), number(1)};
     if ((position.Left & position.Top) == 0) return std::nullopt;
+    if (number(2) == 0 || number(3) == 0) return std::nullopt;
     return position;
 }
 

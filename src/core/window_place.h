@@ -16,7 +16,8 @@ struct WindowPosition {
 };
 
 /// Where a stored "left;top;width;height" moves a window to. Nothing, and the window stays, if there are
-/// fewer than four pieces, or if left and top have no bit in common; this odd test is kept.
+/// fewer than four pieces, if left and top have no bit in common (this odd test is kept), or if the window
+/// had no width or no height.
 std::optional<WindowPosition> StoredPosition(std::string_view pos);
 
 /// Width and height in twips.

@@ -77,6 +77,12 @@ TEST(StoredPosition, WithoutACommonBitTheWindowStays) {
     EXPECT_EQ(StoredPosition("4096;3072;9000;7000"), std::nullopt);
 }
 
+TEST(StoredPosition, OfAWindowWithoutWidthOrHeightIsNone) {
+    EXPECT_EQ(StoredPosition("300;300;0;7000"), std::nullopt);
+    EXPECT_EQ(StoredPosition("300;300;9000;0"), std::nullopt);
+    EXPECT_EQ(StoredPosition("300;300;9000;x"), std::nullopt);
+}
+
 TEST(StoredPosition, FewerThanFourPiecesAreNoPosition) {
     EXPECT_EQ(StoredPosition(""), std::nullopt);
     EXPECT_EQ(StoredPosition("300;300;9000"), std::nullopt);
