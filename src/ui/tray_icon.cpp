@@ -1,5 +1,6 @@
 #include "ui/tray_icon.h"
 
+#include <QApplication>
 #include <utility>
 
 #include "core/version.h"
@@ -30,14 +31,25 @@ TrayIcon::TrayIcon(frmMain& form, std::function<void()> restore) {
     ShowState(0);
     ShowTip(ProgramTitle);
     connect(&Icon, &QSystemTrayIcon::activated, this,
-            [restore = std::move(restore)](QSystemTrayIcon::ActivationReason reason) {
-                if (reason == QSystemTrayIcon::DoubleClick) restore();
+            [this, restore = std::move(restore)](QSystemTrayIcon::ActivationReason reason) {
+                if (reason == QSystemTrayIcon::DoubleClick || IsSecondClick(reason)) restore();
             });
     // The area may come later than the program.
     Look.setInterval(LookEveryMs);
     connect(&Look, &QTimer::timeout, this, [this] { LookForHost(); });
     Look.start();
     LookForHost();
+}
+
+bool TrayIcon::IsSecondClick(QSystemTrayIcon::ActivationReason reason) {
+    if (reason != QSystemTrayIcon::Trigger) return false;
+    const bool second = SinceClick.isValid() && !SinceClick.hasExpired(QApplication::doubleClickInterval());
+    if (second) {
+        SinceClick.invalidate();  // a third click is the first of the next two
+    } else {
+        SinceClick.start();
+    }
+    return second;
 }
 
 void TrayIcon::LookForHost() {

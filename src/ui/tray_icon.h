@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QMenu>
 #include <QSystemTrayIcon>
 #include <QTimer>
@@ -28,9 +29,13 @@ class TrayIcon : public QObject {
  private:
     void LookForHost();
 
+    /// Some hosts report single clicks only: two of them soon after each other are a double click.
+    bool IsSecondClick(QSystemTrayIcon::ActivationReason reason);
+
     QMenu Menu;
     QSystemTrayIcon Icon{this};
     QTimer Look;
+    QElapsedTimer SinceClick;
 };
 
 /// The picture of a state: 0 a ring, 1 a ring with a dot, 2 a broken ring with the hands of a clock. The

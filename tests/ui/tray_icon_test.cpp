@@ -33,6 +33,35 @@ TEST(TrayIcon, BeginsWithTheNameOfTheProgramAsItsTip) {
     EXPECT_EQ(shown->toolTip(), "Marrow & Mint:\nTea\nCups");
 }
 
+TEST(TrayIcon, BringsTheWindowBackByADoubleClickAndNotByASingleOne) {
+    frmMain form;
+    int restored = 0;
+    const TrayIcon icon(form, [&restored] { ++restored; });
+    auto* const shown = icon.findChild<QSystemTrayIcon*>();
+    ASSERT_NE(shown, nullptr);
+    emit shown->activated(QSystemTrayIcon::Trigger);
+    emit shown->activated(QSystemTrayIcon::Context);
+    EXPECT_EQ(restored, 0);
+    emit shown->activated(QSystemTrayIcon::DoubleClick);
+    EXPECT_EQ(restored, 1);
+}
+
+TEST(TrayIcon, TakesTwoClicksForADoubleClickWhereTheHostReportsSingleOnesOnly) {
+    frmMain form;
+    int restored = 0;
+    const TrayIcon icon(form, [&restored] { ++restored; });
+    auto* const shown = icon.findChild<QSystemTrayIcon*>();
+    ASSERT_NE(shown, nullptr);
+    const int before = QApplication::doubleClickInterval();
+    QApplication::setDoubleClickInterval(60'000);
+    for (int i = 0; i < 3; ++i) emit shown->activated(QSystemTrayIcon::Trigger);
+    EXPECT_EQ(restored, 1) << "the third click begins anew";
+    QApplication::setDoubleClickInterval(0);
+    emit shown->activated(QSystemTrayIcon::Trigger);
+    EXPECT_EQ(restored, 1) << "too late for the one before";
+    QApplication::setDoubleClickInterval(before);
+}
+
 /// The menu of the only icon there is.
 QMenu* MenuOfTheIcon() {
     for (QWidget* widget : QApplication::topLevelWidgets()) {
