@@ -45,7 +45,7 @@ void SongAge::TakeSongData() {
     media.SongMedia = media.CurrentMedia;
     Taken = true;
     const std::string name = WatchedName(Parts.Options.MusicFileTemplate[1], media.CurrentMedia);
-    if (!Parts.Flags.RecordCurrentSong || !Parts.Lists.IsExcluded(name)) return;
+    if (!Parts.Flags.RecordCurrentSong || !Parts.Lists.IsSongExcluded(name)) return;
     Parts.Flags.WishNextSong(true);
     Say.WriteAndShow(ReportKind::Info,
                      Say.Text(Message::IsOnExcludeList.Key, {ArtistAndTitle(media.SongMedia)}));

@@ -83,7 +83,7 @@ void FuzzOne(Fuzz::Input input) {
     disk.Put(lists.FileOf(Kind), input.Rest());
     Require(lists.LoadWatchList(Kind), "any file is a list");
     CheckList(lists.List(Kind), name);
-    Require(lists.IsExcluded(name) == lists.List(Kind).Holds(name),
+    Require(lists.IsSongExcluded(name) == lists.List(Kind).Holds(name),
             "without the other list this one decides");
     CheckRoundTrip(disk, folders, lists);
     CheckEntry(disk, folders, lists, entry);

@@ -85,9 +85,9 @@ TEST_F(WatchListsTest, ReadingReplacesTheWholeListOfItsIndexOnly) {
     Lists.Add(Exclude, "Gone too*");
     ASSERT_TRUE(Machine.Files.Append(Lists.FileOf(Exclude), "One\r\n"));
     ASSERT_TRUE(Lists.LoadWatchList(Exclude));
-    EXPECT_FALSE(Lists.IsExcluded("Gone"));
-    EXPECT_FALSE(Lists.IsExcluded("Gone too"));
-    EXPECT_TRUE(Lists.IsExcluded("One"));
+    EXPECT_FALSE(Lists.IsSongExcluded("Gone"));
+    EXPECT_FALSE(Lists.IsSongExcluded("Gone too"));
+    EXPECT_TRUE(Lists.IsSongExcluded("One"));
     EXPECT_TRUE(Lists.List(Include).Holds("Kept"));
 }
 
@@ -99,51 +99,51 @@ TEST_F(WatchListsTest, TheFilesAreCalledIncludeAndExclude) {
 TEST_F(WatchListsTest, APatternOnTheFirstListKeepsASongOfTheSecond) {
     Lists.Add(Exclude, "Ann - *");
     Lists.Add(Include, "*[(]live)");
-    EXPECT_TRUE(Lists.IsExcluded("Ann - One"));
-    EXPECT_FALSE(Lists.IsExcluded("Ann - One (Live)"));
-    EXPECT_FALSE(Lists.IsExcluded("Bob - One"));
+    EXPECT_TRUE(Lists.IsSongExcluded("Ann - One"));
+    EXPECT_FALSE(Lists.IsSongExcluded("Ann - One (Live)"));
+    EXPECT_FALSE(Lists.IsSongExcluded("Bob - One"));
 }
 
 TEST_F(WatchListsTest, BlanksAndAccentsInsideANameCount) {
     Lists.Add(Exclude, "Caf\xC3\xA9");
-    EXPECT_FALSE(Lists.IsExcluded("Cafe"));
-    EXPECT_FALSE(Lists.IsExcluded(" Caf\xC3\xA9"));
-    EXPECT_TRUE(Lists.IsExcluded("CAF\xC3\x89"));
+    EXPECT_FALSE(Lists.IsSongExcluded("Cafe"));
+    EXPECT_FALSE(Lists.IsSongExcluded(" Caf\xC3\xA9"));
+    EXPECT_TRUE(Lists.IsSongExcluded("CAF\xC3\x89"));
 }
 
 TEST_F(WatchListsTest, AListThatCannotBeWrittenHoldsInMemory) {
     Folders.Paths[2] = "/home/user/nowhere";
     EXPECT_TRUE(Lists.AddToWatchList(Exclude, "One"));
     EXPECT_FALSE(Lists.SaveWatchList(Exclude));
-    EXPECT_TRUE(Lists.IsExcluded("one"));
+    EXPECT_TRUE(Lists.IsSongExcluded("one"));
 }
 
 TEST_F(WatchListsTest, ASongOnBothListsIsKept) {
     Lists.Add(Exclude, "Ann - *");
-    EXPECT_TRUE(Lists.IsExcluded("Ann - One"));
+    EXPECT_TRUE(Lists.IsSongExcluded("Ann - One"));
     Lists.Add(Include, "ann - one");
-    EXPECT_FALSE(Lists.IsExcluded("Ann - One"));
-    EXPECT_TRUE(Lists.IsExcluded("Ann - Two"));
+    EXPECT_FALSE(Lists.IsSongExcluded("Ann - One"));
+    EXPECT_TRUE(Lists.IsSongExcluded("Ann - Two"));
 }
 
 TEST_F(WatchListsTest, AnEntryBetweenStarsExcludesEverySongThatHoldsItInAnyCase) {
     Lists.Add(Exclude, "*polka*");
-    EXPECT_TRUE(Lists.IsExcluded("Big Band - POLKA Night"));
-    EXPECT_FALSE(Lists.IsExcluded("Big Band - Waltz"));
+    EXPECT_TRUE(Lists.IsSongExcluded("Big Band - POLKA Night"));
+    EXPECT_FALSE(Lists.IsSongExcluded("Big Band - Waltz"));
 }
 
 TEST_F(WatchListsTest, AnEntryWithoutWildcardsExcludesTheExactNameOnly) {
     Lists.Add(Exclude, "Ann - One");
-    EXPECT_TRUE(Lists.IsExcluded("ann - one"));
-    EXPECT_FALSE(Lists.IsExcluded("Ann - One (live)"));
+    EXPECT_TRUE(Lists.IsSongExcluded("ann - one"));
+    EXPECT_FALSE(Lists.IsSongExcluded("Ann - One (live)"));
 }
 
 TEST_F(WatchListsTest, ANameWithSignsOfAPatternIsAPatternToo) {
     Lists.Add(Exclude, "Ann - No. #1");
-    EXPECT_FALSE(Lists.IsExcluded("Ann - No. #1"));
-    EXPECT_TRUE(Lists.IsExcluded("Ann - No. 51"));
+    EXPECT_FALSE(Lists.IsSongExcluded("Ann - No. #1"));
+    EXPECT_TRUE(Lists.IsSongExcluded("Ann - No. 51"));
     Lists.Add(Exclude, "Bob - No. [#]1 [[]live]");
-    EXPECT_TRUE(Lists.IsExcluded("Bob - No. #1 [live]"));
+    EXPECT_TRUE(Lists.IsSongExcluded("Bob - No. #1 [live]"));
 }
 
 TEST_F(WatchListsTest, ARemovedEntryIsGoneAndCanBeAddedAgain) {
@@ -152,8 +152,8 @@ TEST_F(WatchListsTest, ARemovedEntryIsGoneAndCanBeAddedAgain) {
     Lists.Add(Exclude, "Cleo");
     EXPECT_EQ(Lists.RemoveAll(Exclude, std::vector<std::string>{"ANN*", "bob", "bob", "nobody"}), 2U);
     EXPECT_EQ(Lists.List(Exclude).Entries(), std::vector<std::string>{"Cleo"});
-    EXPECT_FALSE(Lists.IsExcluded("Ann"));
-    EXPECT_FALSE(Lists.IsExcluded("Bob"));
+    EXPECT_FALSE(Lists.IsSongExcluded("Ann"));
+    EXPECT_FALSE(Lists.IsSongExcluded("Bob"));
     EXPECT_TRUE(Lists.Add(Exclude, "Bob"));
 }
 

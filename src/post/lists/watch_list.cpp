@@ -103,7 +103,7 @@ bool WatchLists::AddToWatchList(WatchListKind kind, std::string_view entry) {
     return true;
 }
 
-bool WatchLists::IsExcluded(std::string_view songName) const {
+bool WatchLists::IsSongExcluded(std::string_view songName) const {
     return !List(WatchListKind::Include).Holds(songName) && List(WatchListKind::Exclude).Holds(songName);
 }
 

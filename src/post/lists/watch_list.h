@@ -78,7 +78,7 @@ class WatchLists {
     }
 
     /// True if the song of this name is to be dropped: on the second list and not on the first.
-    bool IsExcluded(std::string_view songName) const;
+    bool IsSongExcluded(std::string_view songName) const;
 
     /// Path of a list's file: "Include.txt" or "Exclude.txt".
     std::string FileOf(WatchListKind kind) const;
