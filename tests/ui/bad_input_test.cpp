@@ -6,8 +6,12 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
+#include <cstdint>
+#include <random>
+#include <string>
 #include <vector>
 
+#include "core/settings/settings_table.h"
 #include "ui/ui_world.h"
 
 namespace Corvetape::Test {
@@ -59,6 +63,41 @@ TEST(BadInput, NonsenseInATextBoxEndsNothingAndReachesNoNumber) {
     EXPECT_GT(world.Recorder->Values().Pause.QuitAfterSilence, 0);
     world.Find<QPushButton>("cmdStartStop")->click();
     EXPECT_EQ(world.Form().chkStartStop[0].Value(), 1);
+}
+
+/// A settings file in which every key has nonsense, another one for each seed.
+std::string NonsenseSettings(uint32_t seed) {
+    std::mt19937 random(seed);
+    const auto value = [&random] {
+        const QString& text =
+            Nonsense.at(std::uniform_int_distribution<size_t>(0, Nonsense.size() - 1)(random));
+        return text.left(300).remove('\r').remove('\n').toStdString();
+    };
+    std::string text;
+    for (const SettingRow& row : SettingsTable()) {
+        // The texts of the window are not what is tried here, and the encoder would ask for its page.
+        if (row.Key == "Language" || row.Key == "NoStartupInfo") continue;
+        text += "[" + std::string(row.Section) + "]\r\n" + std::string(row.Key) + "=" + value() + "\r\n";
+    }
+    for (const ProviderSettingRow& row : ProviderSettingsTable()) {
+        for (const char* section : {"Mixer", "MixerWindows Media Player", "Windows Media Player"})
+            text += "[" + std::string(section) + "]\r\n" + std::string(row.Key) + "=" + value() + "\r\n";
+    }
+    return text;
+}
+
+TEST(BadInput, NonsenseInEveryKeyOfTheSettingsLeavesAWindowThatWorks) {
+    for (uint32_t seed = 1; seed <= 12; ++seed) {
+        UiWorld world("english", {}, NonsenseSettings(seed));
+        ASSERT_TRUE(world.Loaded) << "seed " << seed;
+        world.RunFor(10);
+        for (const std::string& key : world.TabKeys()) {
+            world.Form().tbsMain.Select(key);
+            world.RunFor(1);
+        }
+        EXPECT_TRUE(world.Recorder->Running()) << "seed " << seed;
+        EXPECT_TRUE(world.Find<QPushButton>("cmdStartStop")->isEnabled()) << "seed " << seed;
+    }
 }
 
 TEST(BadInput, ANumberThatIsRefusedKeepsTheKeyboardAndSaysWhy) {

@@ -2,10 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QBuffer>
+#include <QImage>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QShortcut>
 #include <QToolButton>
 
 #include "ui/cover_bar.h"
@@ -105,6 +108,70 @@ TEST(Keys, EachWindowAsksForItsPage) {
     PressKey(bars.plain.get(), Qt::Key_F2);
     EXPECT_EQ(pages.Page, "wizard.htm");
     EXPECT_TRUE(bars.world.Recorder->Values().Lifecycle.WizardRequested);
+}
+
+/// Counts the keys that reach a widget.
+class KeyCounter : public QObject {
+ public:
+    using QObject::QObject;
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        Keys += event->type() == QEvent::KeyPress ? 1 : 0;
+        return false;
+    }
+    int Keys = 0;
+};
+
+TEST(Keys, ThoseOfTheHelpDoNotReachTheFieldThatHasTheKeyboard) {
+    UiWorld world;
+    auto* const field = world.Find<QWidget>("txtLengthOfPause");
+    KeyCounter counter;
+    field->installEventFilter(&counter);
+    for (const int key : {Qt::Key_F1, Qt::Key_F2, Qt::Key_F3, Qt::Key_F12}) PressKey(field, key);
+    EXPECT_EQ(counter.Keys, 0);
+    PressKey(field, Qt::Key_F5);
+    EXPECT_EQ(counter.Keys, 1);
+}
+
+TEST(Keys, CtrlTabGoesRoundThroughTheTabs) {
+    UiWorld world;
+    TabStrip& tabs = world.Form().tbsMain;
+    const auto press = [&world](const QKeySequence& keys) {
+        for (QShortcut* shortcut : world.Window->findChildren<QShortcut*>()) {
+            if (shortcut->key() == keys) emit shortcut->activated();
+        }
+    };
+    tabs.Select("TAB_ABOUT");
+    press(Qt::CTRL | Qt::Key_Tab);
+    EXPECT_EQ(tabs.SelectedKey(), "TAB_RECORDING");
+    press(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab);
+    EXPECT_EQ(tabs.SelectedKey(), "TAB_ABOUT");
+    press(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab);
+    EXPECT_EQ(tabs.SelectedKey(), "TAB_EXCLUDE");
+}
+
+TEST(CoverBar, APictureOfItsSizeFillsItAndASmallerOneIsInItsMiddle) {
+    Bars bars;
+    const auto corner = [&bars](int side) {
+        const std::string address = "http://cover/" + std::to_string(side);
+        QImage picture(side, side, QImage::Format_RGB32);
+        for (int y = 0; y < side; ++y) {
+            for (int x = 0; x < side; ++x) picture.setPixel(x, y, qRgb(0, 0, 255 - (x * 7 + y * 13) % 5));
+        }
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::WriteOnly);
+        picture.save(&buffer, "BMP");
+        bars.world.Web.Bodies[address] = bytes.toStdString();
+        bars.world.Recorder->Shown().Covers.LoadImage(address);
+        bars.world.Computer.Loop.RunFor(std::chrono::milliseconds(400));
+        bars.world.RunFor(3);  // the strips have gone
+        const QImage shown = bars.cover->grab().toImage();
+        EXPECT_GT(shown.pixelColor(53, 53).blue(), 245) << side;
+        return shown.pixelColor(1, 53).blue() > 245;
+    };
+    EXPECT_FALSE(corner(100));
+    EXPECT_TRUE(corner(106)) << "as wide as the bar";
+    EXPECT_TRUE(corner(200));
 }
 
 TEST(Keys, TheTextAboutTheKeysActsLikeF12) {

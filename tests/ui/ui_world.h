@@ -20,11 +20,17 @@ namespace Corvetape::Test {
 /// The whole program with its window, on a simulated machine whose only input is the demo radio.
 class UiWorld {
  public:
-    /// `texts` is the content of the file of the language if it is none of the program's own.
-    explicit UiWorld(const std::string& language = "english", const std::string& texts = {}) {
+    /// `texts` is the content of the file of the language if it is none of the program's own, `settings` that
+    /// of the user's settings file, if there is one.
+    explicit UiWorld(const std::string& language = "english", const std::string& texts = {},
+                     const std::string& settings = {}) {
+        if (!settings.empty()) Computer.Files.Put("/home/user/.config/Corvet/Corvet.ini", settings);
         if (!texts.empty()) Computer.Files.Put(Computer.Folders.Program + "/" + language + ".lang", texts);
         for (const char* name : {"english.lang", "german.lang", "CorvetFix.ini"}) {
             Computer.Files.Put(Computer.Folders.Program + "/" + name, DataFile(name));
+        }
+        for (const char* tool : {"lame", "oggenc", "sox"}) {
+            Computer.Files.Put(Computer.Folders.Program + "/" + tool, "");
         }
         Computer.Files.MakeFolders("/home/user/Music");
         Computer.WaveIn.AddDevice({"Demo radio", "demo", WaveInKind::Demo},
