@@ -28,7 +28,7 @@ Options1Page::Options1Page(Form& form)
     chkDisableSoundScheme.Wording("1146", "Disable sound scheme when Corvetape starts");
     chkRestartRadioIfSilent.Wording("1147", "Try to restart radio if silence detected");
     chkStoreCoverImage.Wording("1148", "Store the cover image with the song");
-    chkNotifySongs.Wording("1700", "Show a message of the desktop for each song that was kept");
+    chkNotifySongs.Wording("1700", "Show a desktop notification for each song that is kept");
     chkMaximizeButton.Wording("1551", "Maximise button makes the window large");
     lstEncodeDelay.Wording("1149", "Start encoding to MP3, WMA etc. after a delay of n seconds");
     lstBufferFlag.Wording("1150", "Buffer processing method");

@@ -231,6 +231,7 @@ QSlider* BoundTo(Slider& control) {
 
 QLabel* CaptionOf(Control& control, QWidget* buddy) {
     auto* const widget = Make<QLabel>();
+    if (dynamic_cast<const Label*>(&control)) widget->setObjectName(WidgetName(control));
     widget->setBuddy(buddy);
     widget->setWordWrap(true);
     const auto update = [&control, kept = QPointer<QLabel>(widget)] {

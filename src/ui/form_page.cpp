@@ -29,12 +29,15 @@ Card::Card(const QString& heading, const QString& explanation) : Lines(Make<QVBo
     setObjectName("card");
     Lines->setContentsMargins(2 * Grid, 2 * Grid, 2 * Grid, 2 * Grid);
     Lines->setSpacing(Grid);
+    auto* const head = Make<QVBoxLayout>();
+    head->setSpacing(Grid / 2);
     if (!heading.isEmpty()) {
         auto* const label = Make<QLabel>(heading);
         label->setFont(ScaledFont(1, QFont::DemiBold));
-        Lines->addWidget(label);
+        head->addWidget(label);
     }
-    if (!explanation.isEmpty()) Lines->addWidget(DimText(explanation));
+    if (!explanation.isEmpty()) head->addWidget(DimText(explanation));
+    if (head->count() > 0) Lines->addLayout(head);
 }
 
 void Card::AddWidget(QWidget* widget) {
@@ -60,10 +63,10 @@ void Card::AddField(Control& captionOf, QWidget* field, QWidget* unit) {
     if (unit) Fields->addWidget(unit, row, 2);
 }
 
-void Card::AddRow(std::initializer_list<QWidget*> widgets) {
+void Card::AddRow(std::initializer_list<QWidget*> widgets, int spacing) {
     Fields = nullptr;
     auto* const row = Make<QHBoxLayout>();
-    row->setSpacing(Grid);
+    row->setSpacing(spacing);
     for (QWidget* widget : widgets) row->addWidget(widget);
     row->addStretch(1);
     Lines->addLayout(row);

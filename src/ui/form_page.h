@@ -6,6 +6,7 @@
 
 #include "core/controls/controls.h"
 #include "ui/binders.h"
+#include "ui/look.h"
 
 class QGridLayout;
 class QHBoxLayout;
@@ -31,8 +32,8 @@ class Card : public QFrame {
     /// Caption, field and what stands beside it, in the three columns that all fields of a card share.
     void AddField(Control& captionOf, QWidget* field, QWidget* unit = nullptr);
 
-    /// Widgets side by side, as wide as they need to be.
-    void AddRow(std::initializer_list<QWidget*> widgets);
+    /// Widgets side by side, as wide as they need to be, so many pixels apart.
+    void AddRow(std::initializer_list<QWidget*> widgets, int spacing = Grid);
 
  private:
     QVBoxLayout* Lines;

@@ -41,6 +41,7 @@ void PaintLines(QPainter& painter, const QRectF& place, const LevelLines& lines)
 }
 
 constexpr int ScaleWidth = 6 * Grid;
+constexpr int PictureHeight = 18 * Grid;
 
 /// Decibels below full scale at the right of a picture of levels, as far as they stand apart.
 void PaintScale(QPainter& painter, const QRectF& place) {
@@ -57,6 +58,13 @@ void PaintScale(QPainter& painter, const QRectF& place) {
     }
 }
 
+/// The edge of a picture, where its ground is that of the card.
+void PaintFrame(QPainter& painter, const QRectF& place) {
+    painter.setPen(QPen(PresentLook().Line, 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(place.adjusted(-0.5, -0.5, 0.5, 0.5));
+}
+
 template <typename View>
 void UpdateWhenDrawn(const UiParts& parts, View* view) {
     parts.Levels.Drawn.Connect([kept = QPointer<View>(view)] {
@@ -69,13 +77,13 @@ void UpdateWhenDrawn(const UiParts& parts, View* view) {
 MeterView::MeterView(const UiParts& parts) : Parts(parts) {
     setObjectName(QString::fromStdString(Parts.Form.picVUMeter.Name()));
     setAccessibleName(QString::fromStdString(Parts.Form.fraVUMeter.Caption()));
-    setFixedSize(12 * Grid, 18 * Grid);
+    setFixedSize(12 * Grid, PictureHeight);
     UpdateWhenDrawn(Parts, this);
 }
 
 void MeterView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    const QRectF place(0, 6, 6.0 * Grid, height() - 12);
+    const QRectF place(1, 6, 6.0 * Grid, height() - 12);
     painter.fillRect(place, Ground());
     for (const MeterBar& bar : Parts.Levels.Meter()) {
         const double left = place.left() + place.width() * bar.Left / MeterScale;
@@ -84,20 +92,22 @@ void MeterView::paintEvent(QPaintEvent* /*event*/) {
         const double held = place.bottom() - place.height() * bar.Held / FullScale;
         if (bar.Held > 0) painter.fillRect(QRectF(left, held, right - left, 2), PresentLook().Text);
     }
+    PaintFrame(painter, place);
     PaintScale(painter, place);
 }
 
 HistogramView::HistogramView(const UiParts& parts) : Parts(parts) {
     setObjectName(QString::fromStdString(Parts.Form.picHistogram.Name()));
     setAccessibleName(QString::fromStdString(Parts.Form.fraHistogram.Caption()));
-    setMinimumSize(HistogramPicture::Width + ScaleWidth, 14 * Grid);
+    setMinimumWidth(HistogramPicture::Width + ScaleWidth);
+    setFixedHeight(PictureHeight);
     setMouseTracking(true);
     UpdateWhenDrawn(Parts, this);
 }
 
 void HistogramView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    const QRectF place(0, 6, PictureWidth(), height() - 12);
+    const QRectF place(1, 6, PictureWidth(), height() - 12);
     painter.fillRect(place, Ground());
     const double wide = place.width() / static_cast<double>(HistogramPicture::Width);
     for (size_t column = 0; column < HistogramPicture::Width; ++column) {
@@ -105,11 +115,12 @@ void HistogramView::paintEvent(QPaintEvent* /*event*/) {
                    QRectF(wide * static_cast<double>(column), place.top(), wide + 0.5, place.height()),
                    Parts.Levels.Histogram().Columns[column]);
     }
+    PaintFrame(painter, place);
     PaintScale(painter, place);
 }
 
 int HistogramView::PictureWidth() const {
-    return std::max(width() - ScaleWidth, 1);
+    return std::max(width() - ScaleWidth - 2, 1);
 }
 
 void HistogramView::mousePressEvent(QMouseEvent* /*event*/) {
@@ -117,7 +128,7 @@ void HistogramView::mousePressEvent(QMouseEvent* /*event*/) {
 }
 
 void HistogramView::mouseMoveEvent(QMouseEvent* event) {
-    const double part = event->position().x() / PictureWidth();
+    const double part = (event->position().x() - 1) / PictureWidth();
     Parts.Form.picHistogram.MouseMove.Raise(
         static_cast<int32_t>(std::max(part, 0.0) * HistogramPicture::Width));
     setToolTip(QString::fromStdString(Parts.Form.picHistogram.ToolTip()));

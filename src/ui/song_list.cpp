@@ -159,14 +159,14 @@ class SongModel : public QAbstractListModel {
 class SongDelegate : public QStyledItemDelegate {
  public:
     SongDelegate(const UiParts& parts, QObject* parent) : QStyledItemDelegate(parent), Parts(parts) {
-        FateWidth =
-            WidestOf({Key::Whole, Key::NotWhole, Key::Damaged, Key::TooShort, Key::Unwanted, Key::Aborted});
         const std::string unsure = Parts.Say(Key::CutUnsure).toStdString();
         const std::string likely = Parts.Say(Key::CutLikely).toStdString();
+        int cuts = 0;
         for (const char* key : {Key::BeginIs, Key::EndIs}) {
-            CutsWidth =
-                std::max({CutsWidth, WidthOf(Parts.Say(key, {unsure})), WidthOf(Parts.Say(key, {likely}))});
+            cuts = std::max({cuts, WidthOf(Between + Parts.Say(key, {unsure})),
+                             WidthOf(Between + Parts.Say(key, {likely}))});
         }
+        FateWidth = WidestOf({Key::Whole, Key::NotWhole, Key::Damaged}) + cuts;
         ProgressWidth = WidestOf({Key::WaitingForTurn, Key::Encoding, Key::Made, Key::Stays, Key::Failed});
     }
 
@@ -220,7 +220,7 @@ class SongDelegate : public QStyledItemDelegate {
         painter.restore();
     }
 
-    /// From the right: progress, fate, how sure the cuts are, length; the name takes what is left.
+    /// From the right: progress, fate and how sure the cuts are, length; the name takes what is left.
     void PaintTexts(QPainter& painter, QRect line, const RunSong& song) const {
         const Look& look = PresentLook();
         const bool kept = song.Fate == SongFate::Kept;
@@ -236,10 +236,16 @@ class SongDelegate : public QStyledItemDelegate {
         const QString progress = ProgressText(song, Parts.Say);
         text(ProgressWidth, progress, failed ? look.Warning : look.Dim, Qt::AlignLeft);
         const bool whole = kept && song.Health == SongHealth::Whole;
-        text(FateWidth, (whole ? Tick : QString()) + FateText(song, Parts.Say),
-             whole ? look.Good : (kept ? look.Warning : look.Dim), Qt::AlignLeft);
-        const bool unsure = song.Begin == Certainty::Unsure || song.End == Certainty::Unsure;
-        text(CutsWidth, ShortCutsText(song, Parts.Say), unsure ? look.Warning : look.Dim, Qt::AlignLeft);
+        const QString fate = (whole ? Tick : QString()) + FateText(song, Parts.Say);
+        const int fateWidth = painter.fontMetrics().horizontalAdvance(fate);
+        const QRect cuts(line.right() - FateWidth + fateWidth, line.top(), FateWidth - fateWidth - Grid,
+                         line.height());
+        text(FateWidth, fate, whole ? look.Good : (kept ? look.Warning : look.Dim), Qt::AlignLeft);
+        if (const QString words = ShortCutsText(song, Parts.Say); !words.isEmpty()) {
+            const bool unsure = song.Begin == Certainty::Unsure || song.End == Certainty::Unsure;
+            painter.setPen(unsure ? look.Warning : look.Dim);
+            painter.drawText(cuts, Qt::AlignLeft | Qt::AlignVCenter, Between + words);
+        }
         text(8 * Grid, LengthText(song.Seconds) + "   ", look.Dim, Qt::AlignRight);
         PaintName(painter, line.adjusted(0, 0, -Grid, 0), song);
     }
@@ -261,8 +267,8 @@ class SongDelegate : public QStyledItemDelegate {
 
     const UiParts& Parts;
     const QString Tick = QString::fromUtf8("✓ ");
+    const QString Between = QString::fromUtf8(" · ");
     int FateWidth = 0;
-    int CutsWidth = 0;
     int ProgressWidth = 0;
 };
 

@@ -103,6 +103,7 @@ inline constexpr const char* Options2Line = "60141";
 inline constexpr const char* SpaceCardLine = "60142";
 inline constexpr const char* ProgramsCard = "60143";
 inline constexpr const char* ProgramsCardLine = "60144";
+inline constexpr const char* ProgramName = "61750";
 inline constexpr const char* FoldersName = "60150";
 inline constexpr const char* FoldersLine = "60151";
 inline constexpr const char* FoldersCard = "60152";

@@ -114,7 +114,7 @@ TEST(Pages, WhatIsNotThereYetCannotBePressedAndSaysSo) {
     for (const char* name : {"cmdCheckUpdateNow"}) {
         const auto* const button = world.Find<QPushButton>(name);
         EXPECT_FALSE(button->isEnabled()) << name;
-        EXPECT_EQ(button->toolTip(), "This is not there yet in this version") << name;
+        EXPECT_EQ(button->toolTip(), "Not available in this version yet") << name;
     }
 }
 
@@ -125,7 +125,7 @@ TEST(Pages, TheButtonsOfTheMixerCanBePressedAndDoWhatTheySay) {
          {"cmdAutoInput", "cmdAGC", "cmdOpenMixer", "cmdSaveMixerSettings", "cmdResetMixerSettings"}) {
         const auto* const button = world.Find<QPushButton>(name);
         EXPECT_TRUE(button->isEnabled()) << name;
-        EXPECT_NE(button->toolTip(), "This is not there yet in this version") << name;
+        EXPECT_NE(button->toolTip(), "Not available in this version yet") << name;
     }
     world.Find<QPushButton>("cmdOpenMixer")->click();
     EXPECT_EQ(world.Computer.Processes.ShellCalls.size(), 1U);

@@ -2,11 +2,11 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QSlider>
-#include <QVBoxLayout>
 
 #include "ui/binding.h"
 #include "ui/form_page.h"
@@ -33,18 +33,24 @@ void AddLevel(FormPage& page, const UiParts& parts) {
     frmMain& form = parts.Form;
     Card& card =
         page.AddCard(QString::fromStdString(form.fraVUMeter.Caption()), parts.Say(Key::LevelCardLine));
-    auto* const row = Make<QWidget>();
-    auto* const columns = Make<QHBoxLayout>(row);
-    columns->setContentsMargins(0, 0, 0, 0);
-    columns->setSpacing(2 * Grid);
-    columns->addWidget(Make<MeterView>(parts));
-    auto* const right = Make<QVBoxLayout>();
-    right->addWidget(Make<QLabel>(QString::fromStdString(form.fraHistogram.Caption())));
-    right->addWidget(Make<HistogramView>(parts), 1);
-    columns->addLayout(right, 1);
-    card.AddWidget(row);
-    card.AddRow({BoundTo(form.lblHistogram[0]), BoundTo(form.lblHistogramMin), BoundTo(form.lblHistogram[1]),
-                 BoundTo(form.lblHistogramMax)});
+    auto* const pictures = Make<QWidget>();
+    auto* const grid = Make<QGridLayout>(pictures);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setHorizontalSpacing(2 * Grid);
+    grid->setVerticalSpacing(Grid / 2);
+    grid->addWidget(Make<QLabel>(QString::fromStdString(form.fraHistogram.Caption())), 0, 1);
+    grid->addWidget(Make<MeterView>(parts), 1, 0);
+    grid->addWidget(Make<HistogramView>(parts), 1, 1);
+    auto* const extremes = Make<QHBoxLayout>();
+    extremes->setSpacing(Grid);
+    for (QLabel* label : {BoundTo(form.lblHistogram[0]), BoundTo(form.lblHistogramMin),
+                          BoundTo(form.lblHistogram[1]), BoundTo(form.lblHistogramMax)}) {
+        extremes->addWidget(label);
+    }
+    extremes->addStretch(1);
+    grid->addLayout(extremes, 2, 1);
+    grid->setColumnStretch(1, 1);
+    card.AddWidget(pictures);
     card.AddRow({BoundTo(form.lblMaxBuffersUsed), BoundTo(form.lblMaxBuffers)});
 }
 

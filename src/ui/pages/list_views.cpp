@@ -80,7 +80,9 @@ QWidget* WatchView(const UiParts& parts, size_t list, const char* name, const ch
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(Grid);
     QLineEdit* const text = BoundTo(form.txtWatch[list]);
-    row->addWidget(BoundTo(form.lblNewWatch[list]));
+    QLabel* const caption = BoundTo(form.lblNewWatch[list]);
+    caption->setBuddy(text);
+    row->addWidget(caption);
     row->addWidget(text, 1);
     row->addWidget(BoundTo(form.cmdAddToWatchList[list]));
     text->setAccessibleName(QString::fromStdString(form.lblNewWatch[list].Caption()));
@@ -123,10 +125,20 @@ QWidget* MakeAboutView(const UiParts& parts) {
     logo->setPixmap(QIcon(":/ui/icons/corvetape.svg").pixmap(12 * Grid, 12 * Grid));
     auto* const name = Make<QLabel>(ProgramTitle);
     name->setFont(ScaledFont(2, QFont::Bold));
-    card.AddRow({logo, name, BoundTo(form.lblVersion)});
-    card.AddRow({BoundToLink(form.lblHomePage), BoundToLink(form.lblMailTo)});
+    QLabel* const version = BoundTo(form.lblVersion);
+    version->setProperty("dim", true);
+    auto* const names = Make<QWidget>();
+    auto* const lines = Make<QVBoxLayout>(names);
+    lines->setContentsMargins(Grid, 0, 0, 0);
+    lines->setSpacing(0);
+    lines->addStretch(1);
+    lines->addWidget(name);
+    lines->addWidget(version);
+    lines->addStretch(1);
+    card.AddRow({logo, names});
+    card.AddRow({BoundToLink(form.lblHomePage), BoundToLink(form.lblMailTo), BoundToLink(form.txtlblF1)},
+                3 * Grid);
     card.AddRow({BoundTo(form.cmdNews), NotBuilt(BoundTo(form.cmdCheckUpdateNow), parts.Say)});
-    card.AddWidget(BoundToLink(form.txtlblF1));
     form.txtlblF1.Click.Connect([&keys = parts.Keys, &tabs = form.tbsMain] {
         keys.Press(HelpKey::F12, false, tabs.Selected() != nullptr ? tabs.Selected()->Tag : "");
     });

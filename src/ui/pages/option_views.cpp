@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -24,10 +25,47 @@ QComboBox* ShortList(ListBox& control) {
     return list;
 }
 
+/// A short list right after the words that name it.
+void AddShortList(Card& card, ListBox& control) {
+    QComboBox* const list = ShortList(control);
+    QLabel* const words = CaptionOf(control, list);
+    words->setWordWrap(false);
+    card.AddRow({words, list});
+}
+
 /// A field whose name for those who cannot see it is the caption of another control.
 QLineEdit* Named(QLineEdit* field, const Control& captionOf) {
     field->setAccessibleName(QString::fromStdString(captionOf.Caption()));
     return field;
+}
+
+struct LaunchedProgram {
+    CheckBox& Wanted;
+    TextBox& Path;
+    CommandButton& Search;
+    Label& LineCaption;
+    TextBox& Line;
+};
+
+/// What belongs to a check box is indented below its words.
+void AddProgram(Card& card, const UiParts& parts, const LaunchedProgram& program) {
+    card.Add(program.Wanted);
+    auto* const below = Make<QWidget>();
+    auto* const grid = Make<QGridLayout>(below);
+    grid->setContentsMargins(3 * Grid, 0, 0, Grid);
+    grid->setSpacing(Grid);
+    QLineEdit* const path = Named(BoundTo(program.Path), program.Wanted);
+    auto* const name = Make<QLabel>(parts.Say(Key::ProgramName));
+    name->setBuddy(path);
+    grid->addWidget(name, 0, 0);
+    grid->addWidget(path, 0, 1);
+    grid->addWidget(BoundTo(program.Search), 0, 2);
+    QLineEdit* const line = Named(BoundTo(program.Line), program.LineCaption);
+    QLabel* const caption = BoundTo(program.LineCaption);
+    caption->setBuddy(line);
+    grid->addWidget(caption, 1, 0);
+    grid->addWidget(line, 1, 1);
+    card.AddWidget(below);
 }
 
 QWidget* FieldWithButton(TextBox& text, CommandButton& button) {
@@ -74,14 +112,14 @@ QWidget* MakeOptions1View(const UiParts& parts) {
     for (CheckBox* box :
          {&form.chkNormalize, &form.chkStoreCoverImage, &form.chkEncodeOffline, &form.chkNotifySongs})
         files.Add(*box);
-    files.AddField(form.lstEncodeDelay, ShortList(form.lstEncodeDelay));
+    AddShortList(files, form.lstEncodeDelay);
     Card& leftovers = page->AddCard(parts.Say(Key::LeftoversCard), parts.Say(Key::LeftoversCardLine));
     for (CheckBox* box : {&form.chkDelTemp, &form.chkDelTempFolder}) leftovers.Add(*box);
     Card& end = page->AddCard(parts.Say(Key::EndCard), parts.Say(Key::EndCardLine));
     for (CheckBox* box : {&form.chkDelayUnload, &form.chkQuitAfterRecording}) end.Add(*box);
     Card& source = page->AddCard(parts.Say(Key::SourceCard), parts.Say(Key::SourceCardLine));
     for (CheckBox* box : {&form.chkRestartRadioIfSilent, &form.chkDisableSoundScheme}) source.Add(*box);
-    source.AddField(form.lstBufferFlag, ShortList(form.lstBufferFlag));
+    AddShortList(source, form.lstBufferFlag);
     Card& window = page->AddCard(parts.Say(Key::WindowCard), parts.Say(Key::WindowCardLine));
     window.Add(form.chkMaximizeButton);
     page->Finish();
@@ -98,14 +136,12 @@ QWidget* MakeOptions2View(const UiParts& parts) {
     space.AddRow(
         {Named(NumberField(form.txtLowMusicSpace), form.lblLowMusicSpace), BoundTo(form.lblLowMusicSpace)});
     Card& programs = page->AddCard(parts.Say(Key::ProgramsCard), parts.Say(Key::ProgramsCardLine));
-    programs.Add(form.chkStartApp);
-    programs.AddWidget(FieldWithButton(form.txtStartApp, form.cmdAppSearch[0]));
-    Named(programs.findChild<QLineEdit*>("txtStartApp"), form.chkStartApp);
-    programs.AddField(form.lblStartAppCommandLine, BoundTo(form.txtStartAppCommandLine));
-    programs.Add(form.chkStopApp);
-    programs.AddWidget(FieldWithButton(form.txtStopApp, form.cmdAppSearch[1]));
-    Named(programs.findChild<QLineEdit*>("txtStopApp"), form.chkStopApp);
-    programs.AddField(form.lblStopAppCommandLine, BoundTo(form.txtStopAppCommandLine));
+    AddProgram(programs, parts,
+               {form.chkStartApp, form.txtStartApp, form.cmdAppSearch[0], form.lblStartAppCommandLine,
+                form.txtStartAppCommandLine});
+    AddProgram(programs, parts,
+               {form.chkStopApp, form.txtStopApp, form.cmdAppSearch[1], form.lblStopAppCommandLine,
+                form.txtStopAppCommandLine});
     page->Finish();
     return page;
 }

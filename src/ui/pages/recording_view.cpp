@@ -57,7 +57,7 @@ RecordingView::RecordingView(const UiParts& parts) : Parts(parts) {
     lines->addWidget(CurrentSong());
     lines->addWidget(Make<SignalView>(Parts));
     auto* const songs = Make<QVBoxLayout>();
-    songs->setSpacing(Grid);
+    songs->setSpacing(Grid / 2);
     songs->addWidget(SongsHead());
     songs->addWidget(Make<SongList>(Parts), 1);
     lines->addLayout(songs, 1);
