@@ -133,11 +133,10 @@ void CoverBarWindow::paintEvent(QPaintEvent* /*event*/) {
     outline.addRoundedRect(QRectF(rect()), shaped ? Radius : 0, shaped ? Radius : 0);
     painter.setClipPath(outline);
     PaintImage(painter);
-    const auto veil = [&](const Control& strip, const QRect& place) {
-        if (strip.Visible()) painter.fillRect(place, Veil);
-    };
-    veil(Form.shpTop, layout()->itemAt(0)->geometry());
-    veil(Form.picButtons, layout()->itemAt(2)->geometry());
+    for (const int strip : {0, 2}) {
+        const QLayoutItem* const item = layout()->itemAt(strip);
+        if (item->widget()->isVisible()) painter.fillRect(item->geometry(), Veil);
+    }
 }
 
 void CoverBarWindow::mousePressEvent(QMouseEvent* event) {

@@ -27,8 +27,6 @@ class LanguageBox : public QDialog {
         lines->setContentsMargins(3 * Grid, 3 * Grid, 3 * Grid, 3 * Grid);
         lines->setSpacing(2 * Grid);
         QLabel* const words = BoundTo(form.Label1);
-        words->setWordWrap(true);
-        words->setMinimumWidth(40 * Grid);
         lines->addWidget(words);
         QComboBox* const languages = BoundTo(form.cboLanguage);
         languages->setAccessibleName(words->text());

@@ -133,6 +133,10 @@ QListView* BoundTo(MultiListBox& control) {
     view->setSelectionMode(QListView::ExtendedSelection);
     QObject::connect(view->selectionModel(), &QItemSelectionModel::selectionChanged,
                      [view, &control] { control.SelectExactly(SelectedRows(*view)); });
+    QObject::connect(view->selectionModel(), &QItemSelectionModel::currentChanged,
+                     [view, &control](const QModelIndex& index) {
+                         control.Selected(index.row(), view->selectionModel()->isSelected(index));
+                     });
     Follow(control, view, [](const MultiListBox& from, QListView& to) {
         ShowItems(from, to);
         const QSignalBlocker quiet(to.selectionModel());

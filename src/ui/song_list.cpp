@@ -161,12 +161,12 @@ class SongDelegate : public QStyledItemDelegate {
     SongDelegate(const UiParts& parts, QObject* parent) : QStyledItemDelegate(parent), Parts(parts) {
         const std::string unsure = Parts.Say(Key::CutUnsure).toStdString();
         const std::string likely = Parts.Say(Key::CutLikely).toStdString();
-        int cuts = 0;
+        // A song whose cut is unsure is not called whole.
         for (const char* key : {Key::BeginIs, Key::EndIs}) {
-            cuts = std::max({cuts, WidthOf(Between + Parts.Say(key, {unsure})),
-                             WidthOf(Between + Parts.Say(key, {likely}))});
+            FateWidth = std::max({FateWidth,
+                                  WidthOf(Tick + Parts.Say(Key::Whole) + Between + Parts.Say(key, {likely})),
+                                  WidthOf(Parts.Say(Key::NotWhole) + Between + Parts.Say(key, {unsure}))});
         }
-        FateWidth = WidestOf({Key::Whole, Key::NotWhole, Key::Damaged}) + cuts;
         ProgressWidth = WidestOf({Key::WaitingForTurn, Key::Encoding, Key::Made, Key::Stays, Key::Failed});
     }
 
@@ -244,7 +244,8 @@ class SongDelegate : public QStyledItemDelegate {
         if (const QString words = ShortCutsText(song, Parts.Say); !words.isEmpty()) {
             const bool unsure = song.Begin == Certainty::Unsure || song.End == Certainty::Unsure;
             painter.setPen(unsure ? look.Warning : look.Dim);
-            painter.drawText(cuts, Qt::AlignLeft | Qt::AlignVCenter, Between + words);
+            painter.drawText(cuts, Qt::AlignLeft | Qt::AlignVCenter,
+                             painter.fontMetrics().elidedText(Between + words, Qt::ElideRight, cuts.width()));
         }
         text(8 * Grid, LengthText(song.Seconds) + "   ", look.Dim, Qt::AlignRight);
         PaintName(painter, line.adjusted(0, 0, -Grid, 0), song);

@@ -43,7 +43,7 @@ TrayIcon::TrayIcon(frmMain& form, std::function<void()> restore) {
 
 bool TrayIcon::IsSecondClick(QSystemTrayIcon::ActivationReason reason) {
     if (reason != QSystemTrayIcon::Trigger) return false;
-    const bool second = SinceClick.isValid() && !SinceClick.hasExpired(QApplication::doubleClickInterval());
+    const bool second = SinceClick.isValid() && SinceClick.elapsed() < QApplication::doubleClickInterval();
     if (second) {
         SinceClick.invalidate();  // a third click is the first of the next two
     } else {

@@ -260,6 +260,9 @@ TEST(Dropping, NeverMovesTheFilesWhateverTheirSourceProposes) {
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile("/music/Rain.mp3")});
     auto* const place = world.Find<QListView>("lstWatch_0")->viewport();
+    QDragEnterEvent enter(QPoint(5, 5), Qt::MoveAction | Qt::CopyAction, &data, Qt::LeftButton,
+                          Qt::ShiftModifier);
+    QApplication::sendEvent(place, &enter);
     QDropEvent event(QPointF(5, 5), Qt::MoveAction | Qt::CopyAction, &data, Qt::LeftButton,
                      Qt::ShiftModifier);
     event.setDropAction(Qt::MoveAction);

@@ -80,7 +80,7 @@ QWidget* FieldWithButton(TextBox& text, CommandButton& button) {
 
 void AddFormat(Card& card, OptionButton& option, QWidget* quality) {
     QRadioButton* const button = BoundTo(option);
-    button->setMinimumWidth(24 * Grid);
+    button->setMinimumSize(24 * Grid, 4 * Grid);  // as high as those with a list beside them
     if (!quality) return card.AddWidget(button);
     quality->setMinimumWidth(28 * Grid);
     quality->setAccessibleName(QString::fromStdString(option.Caption()));

@@ -51,6 +51,7 @@ void DrawBars(UiWorld& world, const QString& folder, const QString& ending) {
         bar->setWindowOpacity(1);
         bar->show();
         world.RunFor(1);
+        QApplication::processEvents();
         bar->grab().save(folder + "/" + bar->objectName().toLower() + ending + ".png");
     }
 }
