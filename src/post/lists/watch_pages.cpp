@@ -145,7 +145,8 @@ void WatchPages::AddDropped(WatchListKind kind, std::span<const std::string> nam
     for (const std::string& name : names) {
         if (!Lists.Add(kind, name)) continue;
         const auto place = std::ranges::upper_bound(items, name, ComesBefore, &ListItem::Text);
-        last = items.insert(place, {name}) - items.begin();
+        last = place - items.begin();
+        items.insert(place, ListItem{name});
     }
     if (last) {
         Form.lstWatch[Number(kind)].Items(std::move(items));
