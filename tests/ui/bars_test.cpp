@@ -7,8 +7,10 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QShortcut>
+#include <QTimer>
 #include <QToolButton>
 
 #include "ui/cover_bar.h"
@@ -172,6 +174,28 @@ TEST(CoverBar, APictureOfItsSizeFillsItAndASmallerOneIsInItsMiddle) {
     EXPECT_FALSE(corner(100));
     EXPECT_TRUE(corner(106)) << "as wide as the bar";
     EXPECT_TRUE(corner(200));
+}
+
+TEST(CoverBar, TheRightButtonOpensItsMenuUnlessShiftIsHeld) {
+    Bars bars;
+    const auto click = [&bars](Qt::MouseButton button, Qt::KeyboardModifiers keys) {
+        std::string opened;
+        QTimer::singleShot(0, bars.cover.get(), [&opened] {
+            QWidget* const menu = QApplication::activePopupWidget();
+            if (menu == nullptr) return;
+            opened = menu->objectName().toStdString();
+            menu->close();
+        });
+        const QPointF place(50, 50);
+        QMouseEvent release(QEvent::MouseButtonRelease, place, bars.cover->mapToGlobal(place), button,
+                            Qt::NoButton, keys);
+        QApplication::sendEvent(bars.cover.get(), &release);
+        QApplication::processEvents();
+        return opened;
+    };
+    EXPECT_EQ(click(Qt::RightButton, Qt::NoModifier), "mnuContext");
+    EXPECT_EQ(click(Qt::RightButton, Qt::ShiftModifier), "");
+    EXPECT_EQ(click(Qt::LeftButton, Qt::NoModifier), "");
 }
 
 TEST(Keys, TheTextAboutTheKeysActsLikeF12) {
