@@ -69,7 +69,7 @@ TEST(SoundServer, ThatGoesInTheMiddleOfASongIsReportedAtOnceAndAgainWhenItIsBack
     world.RunFor(1);
     EXPECT_EQ(Status(world), "The input is gone. Recording goes on as soon as it is back.");
     world.RunFor(4);
-    EXPECT_EQ(StateShown(world), "The input gives no sound any more");
+    EXPECT_EQ(StateShown(world), "No more sound from the input");
     world.Computer.WaveIn.RestartServer();
     world.RunFor(2);
     EXPECT_EQ(Status(world), "The input is back. Recording goes on.");
