@@ -152,8 +152,8 @@ TEST(Keys, CtrlTabGoesRoundThroughTheTabs) {
 }
 
 TEST(CoverBar, APictureOfItsSizeFillsItAndASmallerOneIsInItsMiddle) {
-    Bars bars;
-    const auto corner = [&bars](int side) {
+    const auto corner = [](int side) {
+        Bars bars;  // of its own, since the next look at the source takes the picture away
         const std::string address = "http://cover/" + std::to_string(side);
         QImage picture(side, side, QImage::Format_RGB32);
         for (int y = 0; y < side; ++y) {
