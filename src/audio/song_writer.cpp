@@ -189,7 +189,7 @@ FileResult SongWriter::MakeFile() {
         TakeNextNumber();
         made = WavFile::Create(Parts.Disk, FilePath, Place.Format);
     }
-    const FileResult result = std::move(made.Failure);
+    FileResult result = std::move(made.Failure);
     SongFile = std::move(made);
     if (SongFile && Events.SongBegun) Events.SongBegun(FilePath);
     return result;

@@ -214,7 +214,7 @@ FileResult LinuxFiles::Append(const std::string& path, std::string_view content)
 
 FileResult LinuxFiles::Rename(const std::string& from, const std::string& to) {
     if (rename(from.c_str(), to.c_str()) == 0) return {};
-    const FileResult refused = Failed("rename", from);
+    FileResult refused = Failed("rename", from);
     const bool otherDisk = refused.Code() == EXDEV;
     if (!otherDisk || IsFolder(from)) return refused;
     FileResult copied = Copy(from, to);
