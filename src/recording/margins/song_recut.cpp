@@ -33,7 +33,7 @@ struct Piece {
 
 /// Copies frames of a song file to the end of another one.
 FileResult CopyFrames(Files& disk, const std::string& from, uint64_t first, uint64_t count, WavFile& to) {
-    constexpr uint64_t mostFrames = 256 * 1024;
+    constexpr uint64_t mostFrames = uint64_t{256} * 1024;
     std::vector<Frame> frames;
     while (count > 0) {
         const auto part = static_cast<size_t>(std::min(count, mostFrames));
