@@ -5,7 +5,9 @@
 #include <QMouseEvent>
 #include <QMoveEvent>
 #include <QPointer>
+#include <QScreen>
 #include <QWindow>
+#include <algorithm>
 
 #include "ui/look.h"
 #include "ui/make.h"
@@ -36,11 +38,25 @@ BarWindow::BarWindow(const UiParts& parts, Form& form, BarStyle style)
 void BarWindow::FollowForm() {
     const bool before = std::exchange(Following, true);
     setWindowTitle(QString::fromStdString(Own.Caption()));
+    if (Own.Visible() && !isVisible()) ComeOntoTheScreen();
     const QPoint at(Own.Place().Left / ScreenTwipsPerPixel, Own.Place().Top / ScreenTwipsPerPixel);
     if (pos() != at) move(at);
     if (isVisible() != Own.Visible()) setVisible(Own.Visible());
     update();
     Following = before;
+}
+
+/// It appears where the other bar was, and may be wider than what is left of the screen there.
+void BarWindow::ComeOntoTheScreen() {
+    WindowPlace place = Own.Place();
+    const QRect room = screen()->virtualGeometry();
+    const auto within = [](int32_t at, int32_t size, int first, int length) {
+        const int32_t last = (first + length) * ScreenTwipsPerPixel - size;
+        return std::max(std::min(at, last), first * ScreenTwipsPerPixel);
+    };
+    place.Left = within(place.Left, place.Width, room.left(), room.width());
+    place.Top = within(place.Top, place.Height, room.top(), room.height());
+    Own.Place(place);
 }
 
 void BarWindow::moveEvent(QMoveEvent* event) {

@@ -31,6 +31,7 @@ class BarWindow : public QWidget {
 
  private:
     void FollowForm();
+    void ComeOntoTheScreen();
 
     Form& Own;
     QPoint PressedAt;
