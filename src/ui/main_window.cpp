@@ -8,6 +8,7 @@
 #include <QStackedWidget>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <QWindow>
 #include <utility>
 
 #include "core/window_place.h"
@@ -107,8 +108,9 @@ void MainWindow::FollowForm() {
 void MainWindow::showEvent(QShowEvent* event) {
     QMainWindow::showEvent(event);
     if (event->spontaneous()) return;
-    // A desktop may place a window that comes back as if it were a new one.
-    if (LeftAt) move(*LeftAt);
+    // A desktop places a window that comes back as if it were a new one, unless it is said where. To move it
+    // to where the toolkit believes it to be would say nothing.
+    if (LeftAt && windowHandle()) windowHandle()->setFramePosition(*LeftAt);
     Parts.Form.Visible(true);
 }
 
