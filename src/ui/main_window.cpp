@@ -110,14 +110,14 @@ void MainWindow::showEvent(QShowEvent* event) {
     if (event->spontaneous()) return;
     // A desktop places a window that comes back as if it were a new one, unless it is said where. To move it
     // to where the toolkit believes it to be would say nothing.
-    if (LeftAt && windowHandle()) windowHandle()->setFramePosition(*LeftAt);
+    if (LeftAt && windowHandle()) windowHandle()->setPosition(*LeftAt);
     Parts.Form.Visible(true);
 }
 
 void MainWindow::hideEvent(QHideEvent* event) {
     QMainWindow::hideEvent(event);
     if (event->spontaneous()) return;
-    LeftAt = pos();
+    LeftAt = geometry().topLeft();
     Parts.Form.Visible(false);
 }
 
