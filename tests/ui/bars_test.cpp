@@ -9,7 +9,6 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPushButton>
-#include <QScreen>
 #include <QShortcut>
 #include <QTimer>
 #include <QToolButton>
@@ -54,25 +53,6 @@ TEST(Bars, FollowTheirForms) {
     bars.plain->move(40, 50);
     EXPECT_EQ(bars.world.Recorder->Values().PlainBar.Place().Left, 600);
     EXPECT_EQ(bars.world.Recorder->Values().PlainBar.Place().Top, 750);
-}
-
-TEST(Bars, ABarThatIsWiderThanTheOtherComesUpWhereAllOfItIsSeen) {
-    Bars bars;
-    const QRect room = bars.plain->screen()->virtualGeometry();
-    bars.cover->move(room.right() - bars.cover->width(), room.bottom() - 10);
-    bars.world.Recorder->Shown().Bars.SwitchDesign();
-    EXPECT_TRUE(room.contains(bars.plain->geometry()));
-    EXPECT_NEAR(bars.plain->x() + bars.plain->width(), room.x() + room.width(), 1);
-    EXPECT_NEAR(bars.world.Recorder->Values().PlainBar.Place().Left, bars.plain->x() * 15, 15);
-}
-
-TEST(Bars, TheWordsOfThePlainOneAreLightOnDark) {
-    Bars bars;
-    bars.world.Recorder->Shown().Bars.SwitchDesign();
-    for (const char* name : {"lblSongAge", "lblTitle"}) {
-        const auto* const label = bars.plain->findChild<QLabel*>(name);
-        EXPECT_GT(label->palette().color(label->foregroundRole()).lightness(), 200) << name;
-    }
 }
 
 TEST(Bars, TheirButtonsAreNamedAndPressTheirControls) {
