@@ -111,7 +111,7 @@ TEST_F(CaptureCloses, ADeviceThatIsOpenedWithinTheEventsOfACloseStaysOpen) {
         bool asked = false;
         bool opened = false;
         const auto open = [&] {
-            opened = Input().OpenWaveIn(1);
+            opened = static_cast<bool>(Input().OpenWaveIn(1));
             Signal.PeakLeft = 9;
         };
         const auto once = [&] {
