@@ -23,10 +23,13 @@ struct EdgeRange {
     bool operator==(const EdgeRange&) const = default;
 };
 
-/// What was learned of a source: how late its titles come, and how its songs follow one another.
+/// What was learned of a source: how late its titles come, what they mean, how much they jitter, and how its
+/// songs follow one another.
 ///
 /// Titles of a source come late by a delay that hardly changes, and by a jitter, most of it from the time
-/// between two polls. A new source may have any delay.
+/// between two polls. They mean the middle of a fade or the beginning of the new song: at a source whose
+/// songs follow one another in several ways these are seconds apart. The delay is the same for all kinds of
+/// joins, and how common each kind is, is learned by itself. A new source may have any delay.
 class CutPrior {
  public:
     /// Half of the jitter of titles that are polled every 0.8 s, rounded up.
@@ -36,14 +39,15 @@ class CutPrior {
     /// How many songs the correction of one by hand counts as.
     static constexpr uint32_t SongsOfCorrection = 10;
 
-    /// Nothing is known yet. Titles come up to `jitterSlots` earlier or later than the delay says; a number
-    /// outside 1 to MostJitter is taken as the nearer end.
+    /// Nothing is known yet. Titles come up to `jitterSlots` earlier or later than the delay says, or up to
+    /// some twice as much, which is learned; a number outside 1 to MostJitter is taken as the nearer end.
     explicit CutPrior(int32_t jitterSlots = UsualJitter);
 
     /// How likely each join is before anything was heard; all sum up to 1 and none is 0.
     const EdgeTable& Expected() const { return Prior; }
 
-    /// The edges that are neither among the first nor among the last 1 % of what is expected.
+    /// The edges that are neither among the first nor among the last 1 % of where a gap is expected, or a
+    /// hard join. Fades may be later, but have no gap.
     EdgeRange LikelyEdges() const;
 
     /// Learns one song from what was heard at its beginning.
@@ -60,8 +64,9 @@ class CutPrior {
     /// Songs learned so far.
     uint32_t Songs() const { return LearnedSongs; }
 
-    /// All of it as text, some 6 KB, the same on every machine: a line with the version and the sizes, then a
-    /// line for each length of fade with a number for each edge, in billionths.
+    /// All of it as text, some 10 KB, the same on every machine: a line with the version and the sizes, one
+    /// with the songs that followed in each kind of join, in thousandths, and one for each meaning and jitter
+    /// of the titles with a number for each delay, in billionths.
     std::string Text() const;
 
     /// Reads such a text. Nothing if it is damaged in any way or of another version; the jitter is not in it.
@@ -69,15 +74,32 @@ class CutPrior {
 
  private:
     static constexpr size_t MostReach = MostJitter + 1;
+    static constexpr size_t Jitters = 3;
 
-    EdgeRow Spread(const EdgeRow& row) const;
-    void Absorb(const EdgeTable& heard);
+    /// What a change of title means: the middle of the join, or the beginning of the new song.
+    static constexpr size_t Meanings = 2;
+
+    /// By distance; both directions sum up to 1.
+    struct Kernel {
+        size_t Reach = 0;
+        std::array<float, MostReach + 1> Weights{};
+    };
+
+    /// One value for each meaning, jitter and delay.
+    using Delays = std::array<std::array<EdgeRow, Jitters>, Meanings>;
+
+    static Kernel KernelOf(double jitter);
+    static EdgeRow Spread(const EdgeRow& row, const Kernel& kernel);
+    void Absorb(const Delays& support);
+    void CountKinds(const EdgeTable& heard);
+    float ShareOf(size_t fade) const;
     void Expect();
 
-    size_t Reach = 0;                           ///< farthest edge that the kernel spreads to
-    std::array<float, MostReach + 1> Kernel{};  ///< by distance; both directions sum up to 1
-    EdgeTable Delays{};                         ///< how likely each delay is, by kind of join; sums up to 1
+    std::array<Kernel, Jitters> Kernels;
+    Delays Known{};                        ///< how likely each is; sums up to 1
+    std::array<float, FadeCount> Kinds{};  ///< songs of each kind of join, and one for each of a new source
     EdgeTable Prior{};
+    EdgeRow GapPrior{};  ///< where gaps are expected; sums up to 1
     uint32_t LearnedSongs = 0;
 };
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 
 #include "platform/virtual/sim_random.h"
 
@@ -34,11 +35,21 @@ double Expected(const CutPrior& prior, int32_t first, int32_t last) {
     return sum;
 }
 
-/// One hard join heard clearly.
-EdgeTable HardJoinAt(int32_t edge) {
+/// How much is expected of one length of fade.
+double OfKind(const CutPrior& prior, size_t fade) {
+    const EdgeRow& row = prior.Expected()[fade];
+    return std::accumulate(row.begin(), row.end(), 0.0);
+}
+
+/// One join heard clearly.
+EdgeTable JoinAt(int32_t edge, size_t fade) {
     EdgeTable table = Flat(0);
-    table[0][IndexOfEdge(edge)] = 12;
+    table[fade][IndexOfEdge(edge)] = 12;
     return table;
+}
+
+EdgeTable HardJoinAt(int32_t edge) {
+    return JoinAt(edge, 0);
 }
 
 /// What is heard round a change that comes 3 s late, give or take the jitter, with a place in the music that
@@ -66,11 +77,11 @@ TEST(ProbabilitiesOf, ScoresAreLogarithmsAndOneThatIsImpossibleHasNone) {
 TEST(CutPrior, OfANewSourceExpectsAllPlacesAndJoinsAlike) {
     const CutPrior prior;
     EXPECT_NEAR(SumOf(prior.Expected()), 1, 1e-5);
-    for (size_t fade = 0; fade < FadeCount; ++fade) {
-        EXPECT_EQ(prior.Expected()[fade], prior.Expected()[0]);
-    }
-    EXPECT_NEAR(Expected(prior, -120, -101), 20.0 / EdgeCount, 0.005);
-    EXPECT_NEAR(Expected(prior, 0, 19), 20.0 / EdgeCount, 0.005);
+    // The middle of a long fade is after the beginning of its song, so that fewer of them are among the
+    // first.
+    for (size_t fade = 0; fade < FadeCount; ++fade) EXPECT_NEAR(OfKind(prior, fade), 1.0 / 6, 0.03) << fade;
+    EXPECT_NEAR(Expected(prior, -100, -81), 20.0 / EdgeCount, 0.01);
+    EXPECT_NEAR(Expected(prior, 0, 19), 20.0 / EdgeCount, 0.01);
     EXPECT_LT(prior.LikelyEdges().First, FirstEdge + 10);
     EXPECT_GT(prior.LikelyEdges().Last, LastEdge - 10);
     EXPECT_EQ(prior.Songs(), 0U);
@@ -79,7 +90,7 @@ TEST(CutPrior, OfANewSourceExpectsAllPlacesAndJoinsAlike) {
 TEST(CutPrior, ASongThatSaysNothingTeachesNothingOfTheDelay) {
     CutPrior prior;
     prior.Learn(Flat(3));
-    EXPECT_NEAR(Expected(prior, -120, -101), 20.0 / EdgeCount, 0.01);
+    EXPECT_NEAR(Expected(prior, -100, -81), 20.0 / EdgeCount, 0.02);
     EXPECT_EQ(prior.Songs(), 1U);
     const EdgeTable before = prior.Expected();
     prior.Learn(Flat(-std::numeric_limits<float>::infinity()));
@@ -92,7 +103,7 @@ TEST(CutPrior, LearnsAConstantDelayWithinFiveSongs) {
         SimRandom random(seed);
         CutPrior prior;
         for (int song = 0; song < 5; ++song) prior.Learn(MisleadingSong(random));
-        EXPECT_GT(Expected(prior, -80, -40), 0.9) << "seed " << seed;
+        EXPECT_GT(Expected(prior, -85, -30), 0.75) << "seed " << seed;
         EXPECT_NEAR(SumOf(prior.Expected()), 1, 1e-5);
     }
 }
@@ -123,6 +134,53 @@ TEST(CutPrior, LearnsWhichJoinsASourceHasAndTheDelayForAllOfThem) {
     EXPECT_GT(expected(3), 0.02);  // 31 of 231 edges would be 0.022 of an even sixth
 }
 
+TEST(CutPrior, KnowsTheDelayOfAJoinOfAnotherKindFromAllOthers) {
+    CutPrior prior;
+    for (int song = 0; song < 12; ++song) prior.Learn(JoinAt(-30, song % 2 == 0 ? 0 : 1));
+    // A fade of 2 s has not been heard yet. Its middle is where the others are, or half of it later.
+    const EdgeRow& row = prior.Expected()[2];
+    const double near = std::accumulate(row.begin() + IndexOfEdge(-45), row.begin() + IndexOfEdge(10), 0.0);
+    EXPECT_GT(near, 0.8 * OfKind(prior, 2));
+}
+
+TEST(CutPrior, LearnsThatTitlesMeanTheBeginningOfTheNewSong) {
+    CutPrior begins;
+    CutPrior middles;
+    for (int song = 0; song < 12; ++song) {
+        const size_t fade = song % 2 == 0 ? 0 : 5;
+        begins.Learn(JoinAt(-80 + FadeSlots[fade] / 2, fade));
+        middles.Learn(JoinAt(-80, fade));
+    }
+    const auto at = [](const CutPrior& prior, int32_t edge) {
+        double sum = 0;
+        for (int32_t each = edge - 15; each <= edge + 15; ++each)
+            sum += prior.Expected()[5][IndexOfEdge(each)];
+        return sum;
+    };
+    EXPECT_GT(at(begins, -20), 10 * at(begins, -80));
+    EXPECT_GT(at(middles, -80), 10 * at(middles, -20));
+}
+
+TEST(CutPrior, LearnsHowMuchTheTitlesJitter) {
+    const auto spread = [](int32_t most) {
+        CutPrior prior;
+        SimRandom random(5);
+        for (int song = 0; song < 40; ++song) {
+            prior.Learn(
+                HardJoinAt(static_cast<int32_t>(random.Between(int64_t{-60} - most, int64_t{-60} + most))));
+        }
+        return Expected(prior, -80, -72) + Expected(prior, -48, -40);
+    };
+    EXPECT_GT(spread(20), 4 * spread(5));
+}
+
+TEST(CutPrior, AStationMayChangeHowItsSongsFollow) {
+    CutPrior prior;
+    for (int song = 0; song < 300; ++song) prior.Learn(HardJoinAt(-30));
+    for (int song = 0; song < 50; ++song) prior.Learn(JoinAt(-30, 3));
+    EXPECT_GT(OfKind(prior, 3), OfKind(prior, 0));
+}
+
 TEST(CutPrior, AWiderJitterIsExpectedWider) {
     CutPrior narrow(4);
     CutPrior wide(40);
@@ -133,7 +191,7 @@ TEST(CutPrior, AWiderJitterIsExpectedWider) {
     const auto width = [](const CutPrior& prior) {
         return prior.LikelyEdges().Last - prior.LikelyEdges().First;
     };
-    EXPECT_GT(Expected(narrow, -66, -54), 0.7);
+    EXPECT_GT(Expected(narrow, -66, -54), 0.5);
     EXPECT_LT(Expected(wide, -66, -54), 0.3);
     EXPECT_GT(width(wide), 60);
     CutPrior(-5).LearnGap({0, 0});  // taken as 1
@@ -143,10 +201,11 @@ TEST(CutPrior, AWiderJitterIsExpectedWider) {
 TEST(CutPrior, AGapSaysWhenAndNotHow) {
     CutPrior prior;
     for (int song = 0; song < 5; ++song) prior.LearnGap({-50, -40});
-    EXPECT_GT(Expected(prior, -65, -25), 0.9);
-    for (size_t fade = 1; fade < FadeCount; ++fade) {
-        EXPECT_EQ(prior.Expected()[fade], prior.Expected()[0]);
-    }
+    const EdgeRow& hard = prior.Expected()[0];
+    const double near =
+        std::accumulate(hard.begin() + IndexOfEdge(-70), hard.begin() + IndexOfEdge(-20), 0.0);
+    EXPECT_GT(near, 0.9 * OfKind(prior, 0));
+    for (size_t fade = 0; fade < FadeCount; ++fade) EXPECT_NEAR(OfKind(prior, fade), 1.0 / 6, 0.01) << fade;
 }
 
 TEST(CutPrior, AGapOutsideTheEdgesTeachesNothing) {
@@ -173,7 +232,7 @@ TEST(CutPrior, ACorrectionCountsAsTenSongs) {
     CutPrior wrong;
     for (int song = 0; song < 8; ++song) wrong.Learn(HardJoinAt(-100));
     wrong.LearnCorrection(-20);
-    EXPECT_GT(Expected(wrong, -35, -5), 0.9);
+    EXPECT_GT(Expected(wrong, -35, -5), 0.75);
 }
 
 class CutPriorText : public ::testing::Test {
@@ -230,9 +289,9 @@ TEST_F(CutPriorText, IsRefusedWhereItIsCutOff) {
 }
 
 TEST_F(CutPriorText, IsRefusedOfAnotherVersionOrSize) {
-    EXPECT_TRUE(Reads(With("cut-prior 1 6 231 12\n", "cut-prior 1 6 231 13\n")));
-    EXPECT_FALSE(Reads(With("cut-prior 1 ", "cut-prior 2 ")));
-    EXPECT_FALSE(Reads(With("cut-prior 1 ", "cut-posterior 1 ")));
+    EXPECT_TRUE(Reads(With("cut-prior 2 6 231 12\n", "cut-prior 2 6 231 13\n")));
+    EXPECT_FALSE(Reads(With("cut-prior 2 ", "cut-prior 1 ")));
+    EXPECT_FALSE(Reads(With("cut-prior 2 ", "cut-posterior 2 ")));
     EXPECT_FALSE(Reads(With(" 6 231 ", " 5 231 ")));
     EXPECT_FALSE(Reads(With(" 6 231 ", " 6 230 ")));
     EXPECT_FALSE(Reads(With(" 6 231 12\n", " 6 231 -1\n")));
@@ -240,13 +299,15 @@ TEST_F(CutPriorText, IsRefusedOfAnotherVersionOrSize) {
 }
 
 TEST_F(CutPriorText, IsRefusedWithANumberThatCannotBe) {
-    const size_t begin = Text.find('\n') + 1;
-    const size_t end = Text.find(' ', begin);
-    for (const std::string_view bad :
-         {"0", "-5", "1e9", "nan", "", "1000000001", "99999999999999999999", "500000000"}) {
-        std::string text = Text;
-        text.replace(begin, end - begin, bad);
-        EXPECT_FALSE(Reads(text)) << bad;
+    const size_t kinds = Text.find('\n') + 1;
+    for (const size_t begin : {kinds, Text.find('\n', kinds) + 1}) {
+        const size_t end = Text.find(' ', begin);
+        for (const std::string_view bad :
+             {"0", "-5", "1e9", "nan", "", "1000000001", "99999999999999999999", "500000000"}) {
+            std::string text = Text;
+            text.replace(begin, end - begin, bad);
+            EXPECT_FALSE(Reads(text)) << bad << " at " << begin;
+        }
     }
 }
 
