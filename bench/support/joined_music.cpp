@@ -1,11 +1,10 @@
 #include "support/joined_music.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <numbers>
+#include <sstream>
 
 #include "support/measured_process.h"
 
@@ -40,18 +39,18 @@ bool Decode(const std::string& song, const std::vector<std::string>& seek, const
     return std::filesystem::file_size(path, error) >= 39 * JoinedRate * sizeof(Frame) && !error;
 }
 
-int16_t Sample(double value) {
-    return static_cast<int16_t>(std::clamp(value, -32768.0, 32767.0));
-}
-
 }  // namespace
 
-MusicShelf::MusicShelf(const std::string& folder, const WorkFolder& work) {
+MusicShelf::MusicShelf(const std::string& folders, const WorkFolder& work) {
     std::vector<std::string> files;
-    std::error_code error;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder, error)) {
-        const std::string extension = entry.path().extension().string();
-        if (extension == ".ogg" || extension == ".mp3") files.push_back(entry.path().string());
+    std::istringstream list(folders);
+    for (std::string folder; std::getline(list, folder, ':');) {
+        std::error_code error;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(folder, error)) {
+            const std::string extension = entry.path().extension().string();
+            if (extension == ".ogg" || extension == ".opus" || extension == ".mp3")
+                files.push_back(entry.path().string());
+        }
     }
     std::ranges::sort(files);
     for (const std::string& file : files) {
@@ -73,36 +72,6 @@ std::vector<Frame> MusicShelf::Ending(size_t song) const {
     std::vector<Frame> frames = ReadFrames(Songs[song].End);
     const auto last = std::find_if(frames.rbegin(), frames.rend(), IsAudible);
     frames.erase(last.base(), frames.end());
-    return frames;
-}
-
-std::optional<std::vector<Frame>> Joined(const JoinedSongs& songs, SimRandom& random) {
-    const double overlap = songs.Kind.Fade - songs.Kind.Gap;
-    const auto frameAt = [](double seconds) { return static_cast<int64_t>(seconds * JoinedRate); };
-    const int64_t newBegin = frameAt(songs.Join - overlap / 2);
-    const int64_t oldEnd = frameAt(songs.Join + overlap / 2);
-    const int64_t length = frameAt(songs.Length);
-    const auto oldSize = static_cast<int64_t>(songs.Old.size());
-    if (oldSize < oldEnd || static_cast<int64_t>(songs.New.size()) < length - newBegin) return std::nullopt;
-    std::vector<Frame> frames(static_cast<size_t>(length));
-    for (int64_t i = 0; i < length; ++i) {
-        Frame& frame = frames[static_cast<size_t>(i)];
-        const bool hasOld = i < oldEnd;
-        const bool hasNew = i >= newBegin;
-        if (!hasOld && !hasNew) {
-            frame.Left = static_cast<int16_t>(random.Between(int64_t{-18}, int64_t{18}));
-            frame.Right = static_cast<int16_t>(random.Between(int64_t{-18}, int64_t{18}));
-            continue;
-        }
-        const Frame before = hasOld ? songs.Old[static_cast<size_t>(oldSize - oldEnd + i)] : Frame{};
-        const Frame after = hasNew ? songs.New[static_cast<size_t>(i - newBegin)] : Frame{};
-        double angle = hasNew ? std::numbers::pi / 2 : 0;
-        if (hasOld && hasNew) {
-            angle *= static_cast<double>(i - newBegin) / static_cast<double>(oldEnd - newBegin);
-        }
-        frame.Left = Sample(std::cos(angle) * before.Left + std::sin(angle) * after.Left);
-        frame.Right = Sample(std::cos(angle) * before.Right + std::sin(angle) * after.Right);
-    }
     return frames;
 }
 

@@ -1,12 +1,9 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
-#include <span>
 #include <string>
 #include <vector>
 
-#include "platform/virtual/sim_random.h"
 #include "platform/wave_in.h"
 #include "support/work_folder.h"
 
@@ -14,19 +11,27 @@ namespace Corvetape::Bench {
 
 inline constexpr uint32_t JoinedRate = 44100;
 
+/// Somebody speaks where two songs meet.
+enum class Talk : uint8_t { None, Between, Over };
+
+/// Where songs are cut off: somewhere before their end, or where they end by themselves.
+enum class SongCut : uint8_t { Early, AtItsEnd };
+
 /// How two songs follow one another. Seconds; a fade has equal power, a gap is noise of -70 dBFS.
 struct JoinKind {
     const char* Name;
     double Fade = 0;
     double Gap = 0;
+    Talk Spoken = Talk::None;
+    SongCut Cut = SongCut::Early;
 };
 
 /// The first and the last part of real songs, decoded by ffmpeg into a folder.
 class MusicShelf {
  public:
-    /// Takes all Ogg and MP3 files below `folder` in the order of their names. Those that cannot be decoded
-    /// or are shorter than 39 s are left out.
-    MusicShelf(const std::string& folder, const WorkFolder& work);
+    /// Takes all Ogg, Opus and MP3 files below the folders, which colons separate, in the order of their
+    /// names. Those that cannot be decoded or are shorter than 39 s are left out.
+    MusicShelf(const std::string& folders, const WorkFolder& work);
 
     size_t Size() const { return Songs.size(); }
 
@@ -44,17 +49,5 @@ class MusicShelf {
 
     std::vector<Song> Songs;
 };
-
-/// Two songs to be joined.
-struct JoinedSongs {
-    std::span<const Frame> Old;  ///< its end is where it is cut off
-    std::span<const Frame> New;
-    JoinKind Kind;
-    double Join = 0;    ///< seconds: the middle of the fade or the gap
-    double Length = 0;  ///< seconds
-};
-
-/// The sound of it. Nothing if one of the songs is too short.
-std::optional<std::vector<Frame>> Joined(const JoinedSongs& songs, SimRandom& random);
 
 }  // namespace Corvetape::Bench
