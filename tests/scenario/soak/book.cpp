@@ -123,6 +123,7 @@ void Book::Arrived(const WaveHeader& buffer) {
         booked.Level <= std::max({values.Pause.SilenceAmplitude, values.Pause.EndOfSilenceAmplitude,
                                   values.Signal.ActiveThreshold});
 
+    if (values.Pause.EndOfSongDetection != EndOfSong::Automatic) HeardOtherwise = true;
     const bool throughRing = values.Pause.EndOfSongDetection != EndOfSong::Silence;
     const bool skipped = std::exchange(Skipping, values.Signal.SkipBuffers > 0);
     const bool tookIndex = std::exchange(RingIndex, values.Ring.AudioWriteIndex) != RingIndex;
@@ -188,7 +189,10 @@ void Book::NoteCut() {
         CutByTitle = false;
         Noticed.clear();
     }
-    if (isNew && pause.EndOfSongDetection == EndOfSong::Automatic) Noticed.emplace_back(Told, Wished);
+    if (isNew && pause.EndOfSongDetection == EndOfSong::Automatic) {
+        Noticed.emplace_back(ToldToAutomatic.Song.empty() ? Told : ToldToAutomatic, Wished);
+        ToldToAutomatic = Told;
+    }
     if (isNew && (!CutByTitle || EarlierCutIsDue())) {
         CutByTitle = pause.EndOfSongDetection == EndOfSong::MediaData;
         Ended = Told;
@@ -213,8 +217,14 @@ bool Book::EarlierCutIsDue() {
 
 void Book::NoteTold() {
     const MediaState& media = Values().Media;
+    const STATIONANDSONGDATA before = Told;
     if (std::exchange(Source, media.ProviderName) != media.ProviderName) Told = {};
     if (!media.CurrentMedia.Song.empty()) Told = media.CurrentMedia;
+    // Of a song that was recorded before, titles say nothing that came in another mode while nothing was
+    // heard.
+    const bool automatic = Values().Pause.EndOfSongDetection == EndOfSong::Automatic;
+    if ((automatic && Told != before) || HeardOtherwise) ToldToAutomatic = Told;
+    if (automatic) HeardOtherwise = false;
 }
 
 void Book::AfterEvent() {

@@ -219,11 +219,13 @@ class Book {
     int32_t RingIndex = 0;
     uint64_t Overruns = 0;
     bool Skipping = false;
-    STATIONANDSONGDATA Told;   ///< the last reading with a title, of the present source
-    std::string Source;        ///< the provider
-    bool CutByTitle = false;   ///< the cut that is pending was raised by a title
-    STATIONANDSONGDATA Ended;  ///< Told when the title changed and a cut was raised
-    bool EndedWished = false;  ///< Wished at that moment
+    STATIONANDSONGDATA ToldToAutomatic;  ///< the same, but for what was told in another mode without a sound
+    bool HeardOtherwise = false;         ///< a buffer has come in another mode than "Automatic" since
+    STATIONANDSONGDATA Told;             ///< the last reading with a title, of the present source
+    std::string Source;                  ///< the provider
+    bool CutByTitle = false;             ///< the cut that is pending was raised by a title
+    STATIONANDSONGDATA Ended;            ///< Told when the title changed and a cut was raised
+    bool EndedWished = false;            ///< Wished at that moment
     std::deque<std::pair<STATIONANDSONGDATA, bool>> Noticed;  ///< the same, by everything that is known
     bool Wished = false;                                      ///< the song now in the file is to be kept
     bool WaitsForNext = false;                                ///< the next one
