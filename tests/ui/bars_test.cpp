@@ -9,6 +9,7 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QRandomGenerator>
 #include <QShortcut>
 #include <QTimer>
 #include <QToolButton>
@@ -157,13 +158,15 @@ TEST(CoverBar, APictureOfItsSizeFillsItAndASmallerOneIsInItsMiddle) {
         Bars bars;  // of its own, since the next look at the source takes the picture away
         const std::string address = "http://cover/" + std::to_string(side);
         QImage picture(side, side, QImage::Format_RGB32);
+        QRandomGenerator random(1);
         for (int y = 0; y < side; ++y) {
-            for (int x = 0; x < side; ++x) picture.setPixel(x, y, qRgb(0, 0, 255 - (x * 7 + y * 13) % 5));
+            // Blue with some disorder: what is too small is taken for a placeholder.
+            for (int x = 0; x < side; ++x) picture.setPixel(x, y, random.generate() | 0xff0000ffU);
         }
         QByteArray bytes;
         QBuffer buffer(&bytes);
         buffer.open(QIODevice::WriteOnly);
-        picture.save(&buffer, "BMP");
+        picture.save(&buffer, "PNG");
         bars.world.Web.Bodies[address] = bytes.toStdString();
         bars.world.Recorder->Shown().Covers.LoadImage(address);
         bars.world.Computer.Loop.RunFor(std::chrono::milliseconds(400));
