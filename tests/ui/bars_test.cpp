@@ -56,6 +56,15 @@ TEST(Bars, FollowTheirForms) {
     EXPECT_EQ(bars.world.Recorder->Values().PlainBar.Place().Top, 750);
 }
 
+TEST(Bars, TheWordsOfThePlainOneAreLightOnDark) {
+    Bars bars;
+    bars.world.Recorder->Shown().Bars.SwitchDesign();
+    for (const char* name : {"lblSongAge", "lblTitle"}) {
+        const auto* const label = bars.plain->findChild<QLabel*>(name);
+        EXPECT_GT(label->palette().color(label->foregroundRole()).lightness(), 200) << name;
+    }
+}
+
 TEST(Bars, TheirButtonsAreNamedAndPressTheirControls) {
     Bars bars;
     for (const char* name :
