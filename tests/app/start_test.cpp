@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -43,7 +44,7 @@ TEST(Start, ShowsTheVersionAndHidesTheBoxForPages) {
     World world;
     ASSERT_TRUE(world.Load());
     EXPECT_EQ(world.Form().lblVersion.Caption(), ProgramVersion);
-    EXPECT_THAT(world.Form().lblVersion.Caption(), testing::MatchesRegex("[0-9]+\\.[0-9]+\\.[0-9]+"));
+    EXPECT_TRUE(std::regex_match(world.Form().lblVersion.Caption(), std::regex("[0-9]+\\.[0-9]+\\.[0-9]+")));
     EXPECT_TRUE(world.Form().chkNoStartupInfo.Visible());
 }
 

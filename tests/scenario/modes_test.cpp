@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <regex>
+
 #include "scenario/song_audio.h"
 
 namespace Corvetape::Test {
@@ -153,7 +155,7 @@ TEST(EndOfSongByTime, PiecesAreNamedByTheirTimeAndNotByTheSong) {
     ASSERT_FALSE(world.Transferred.empty());
     for (const TransferredSong& song : world.Transferred) {
         EXPECT_EQ(song.MusicFile, Music(song.Media.TempFileName));
-        EXPECT_THAT(song.Media.TempFileName, testing::MatchesRegex("2405141[0-9]+"));
+        EXPECT_TRUE(std::regex_match(song.Media.TempFileName, std::regex("2405141[0-9]+")));
     }
 }
 
