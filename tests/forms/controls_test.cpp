@@ -429,6 +429,14 @@ TEST(TabStrips, RefuseATabThatIsNotThere) {
     EXPECT_EQ(tabs.SelectedKey(), "");
 }
 
+TEST(TabStrips, FindATabByItsKeyIgnoringCase) {
+    Form form("frm", "");
+    TabStrip tabs(form, "tbs");
+    tabs.AddTab({"TAB_A", "", "0", "", ""});
+    EXPECT_TRUE(tabs.Select("tab_a"));
+    EXPECT_EQ(tabs.SelectedKey(), "TAB_A");
+}
+
 TEST(ControlArrays, GiveEachMemberTheNameAndItsIndex) {
     Form form("frm", "");
     ControlArray<CheckBox, 3> boxes(form, "chk");
