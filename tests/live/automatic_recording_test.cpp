@@ -3,6 +3,8 @@
 #include <array>
 
 #include "live/automatic_stage.h"
+#include "live/live_browser.h"
+#include "live/page_server.h"
 
 namespace Corvetape {
 namespace {
@@ -190,6 +192,59 @@ TEST_F(AutomaticRecording, ADropoutEndsNoSong) {
     ExpectKept(1, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
         EXPECT_GE(kept[0]["dropouts"], 1);
         ExpectWhole(stage, 1, 9, WithoutAGap);
+    });
+}
+
+// One song of 9 s, with a dropout in its middle, some time after the page is there; then silence.
+constexpr const char* FalteringPage =
+    R"html(<!doctype html><title>Band 1 - Song 1 | Faltering Radio</title><body><script>
+const context = new AudioContext(), volume = context.createGain(), tone = context.createOscillator();
+tone.frequency.value = 200;
+tone.connect(volume).connect(context.destination);
+volume.gain.value = 0;
+tone.start();
+const level = (seconds, gain) => volume.gain.setValueAtTime(gain, seconds);
+level(10, 0.5); level(14, 0); level(14.11, 0.5); level(19, 0);
+</script></body>)html";
+
+TEST_F(AutomaticRecording, ADropoutInABrowserEndsNoSong) {
+    const PageServer pages({{"/", FalteringPage}});
+    std::vector<std::unique_ptr<LiveBrowser>> browsers;
+    for (AutomaticStage& stage : stages) {
+        stage.GiveSettings("MSIE.ini",
+                           "[- Radio]\nName=Faltering Radio\nWindow&Doc=;;* | *;http://127.0.0.1:*\n"
+                           "Artist=-1;;^(.+?) - .\nTitle=-1;;^.+? - (.+) \\|\n");
+        std::map<std::string, std::string> environment = stage.Environment();
+        environment["DBUS_SESSION_BUS_ADDRESS"] = "disabled:";  // the page is the only source
+        browsers.push_back(std::make_unique<LiveBrowser>(
+            session, pages.Url("/"),
+            std::vector<std::string>{"--autoplay-policy=no-user-gesture-required",
+                                     "--host-resolver-rules=MAP * ~NOTFOUND , EXCLUDE 127.0.0.1"},
+            environment));
+        stage.Record(1, 45, {"--set", "Browser.DevToolsPorts=" + std::to_string(browsers.back()->Port())});
+    }
+    ExpectKept(1, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
+        EXPECT_EQ(kept[0]["title"], "Song 1");
+        EXPECT_GE(kept[0]["dropouts"], 1);
+        ExpectWhole(stage, 1, 8.89, WithAGap);
+    });
+}
+
+TEST_F(AutomaticRecording, ASongThatIsHeardFromItsMiddleOnCanBeCutAgain) {
+    const std::string file = Song(1, 18);
+    Play({file});
+    WaitFor(2);
+    Record(1, 45);
+    ExpectKept(1, [](AutomaticStage& stage, const std::vector<Json>& kept) {
+        const std::string song = "Band 1 - Song 1";
+        EXPECT_EQ(kept[0]["confidence"]["begin"], "unsure");
+        EXPECT_NE(stage.Recut({"--list"}).find(song + "  (begin unsure"), std::string::npos);
+        const double length = EdgesOf(stage.FileOf(song), 1).OwnSeconds;
+        stage.Recut({"Song 1", "--begin", "+2"});
+        EXPECT_NEAR(EdgesOf(stage.FileOf(song), 1).OwnSeconds, length - 2, 0.05);
+        stage.Recut({"Song 1", "--begin", "-1.5", "--end", "-1"});
+        EXPECT_NEAR(EdgesOf(stage.FileOf(song), 1).OwnSeconds, length - 1.5, 0.05);
+        EXPECT_EQ(stage.Recut({"--list"}).find("unsure"), std::string::npos) << "the user has put it right";
     });
 }
 

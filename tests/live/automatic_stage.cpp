@@ -5,6 +5,7 @@
 #include <complex>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <numbers>
 
 namespace Corvetape {
@@ -83,6 +84,19 @@ void AutomaticStage::Press(const std::string& button) {
     RunToEnd({"dbus-send", "--session", "--print-reply", "--dest=org.mpris.MediaPlayer2.mpv",
               "/org/mpris/MediaPlayer2", "org.mpris.MediaPlayer2.Player." + button},
              environment, folder / "output");
+}
+
+void AutomaticStage::GiveSettings(const std::string& name, const std::string& content) const {
+    const std::filesystem::path settings = std::filesystem::path(folder / "home") / "config/Corvet";
+    std::filesystem::create_directories(settings);
+    std::ofstream(settings / name) << content;
+}
+
+std::string AutomaticStage::Recut(const std::vector<std::string>& words) {
+    std::vector<std::string> command = {std::string(CORVETAPE_BINARY_DIR) + "/bin/corvetape-cli", "recut",
+                                        "--home", folder / "home"};
+    command.insert(command.end(), words.begin(), words.end());
+    return RunToEnd(command, environment, folder / "output");
 }
 
 std::vector<Json> AutomaticStage::Kept() {
