@@ -108,9 +108,12 @@ void MainWindow::FollowForm() {
 void MainWindow::showEvent(QShowEvent* event) {
     QMainWindow::showEvent(event);
     if (event->spontaneous()) return;
-    // A desktop places a window that comes back as if it were a new one, unless it is said where. To move it
-    // to where the toolkit believes it to be would say nothing.
-    if (LeftAt && windowHandle()) windowHandle()->setPosition(*LeftAt);
+    // A desktop places a window that comes back as if it were a new one, unless it is said where; to move it
+    // to where the toolkit believes it to be already would say nothing.
+    if (LeftAt && windowHandle()) {
+        setGeometry({*LeftAt, size()});
+        windowHandle()->setPosition(*LeftAt);
+    }
     Parts.Form.Visible(true);
 }
 

@@ -169,10 +169,10 @@ TEST(LanguageFiles, SayInEnglishWhatTheMessagesSayByThemselves) {
 TEST(LanguageFiles, HaveNoMessageWithoutAName) {
     const AllForms forms;
     std::set<std::string, std::less<>> named;
-    for (const Asked& asked : AskedByForms(forms)) named.insert(asked.Key);
     for (const MessageText& message : Message::All) {
         EXPECT_TRUE(named.emplace(message.Key).second) << message.Key << " has two names";
     }
+    for (const Asked& asked : AskedByForms(forms)) named.insert(asked.Key);
     for (const auto& [key, texts] : Read("english.lang")) {
         const bool isOfWindow = key.size() == 5 && key.front() == '6';  // named in ui/text_keys.h
         const bool isAddress = texts.Caption.find(':') != std::string::npos && std::isalpha(key.front()) != 0;

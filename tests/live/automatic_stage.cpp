@@ -92,13 +92,6 @@ void AutomaticStage::GiveSettings(const std::string& name, const std::string& co
     std::ofstream(settings / name) << content;
 }
 
-std::string AutomaticStage::Recut(const std::vector<std::string>& words) {
-    std::vector<std::string> command = {std::string(CORVETAPE_BINARY_DIR) + "/bin/corvetape-cli", "recut",
-                                        "--home", folder / "home"};
-    command.insert(command.end(), words.begin(), words.end());
-    return RunToEnd(command, environment, folder / "output");
-}
-
 std::vector<Json> AutomaticStage::Kept() {
     EXPECT_EQ(recorder->Wait(std::chrono::seconds(120)), 0) << Story();
     return KeptIn(folder / "record.log");

@@ -40,9 +40,6 @@ class AutomaticStage {
     /// A file of the user's settings, before the recorder begins.
     void GiveSettings(const std::string& name, const std::string& content) const;
 
-    /// Has a song cut again, from the margins that were kept of it. What the command prints.
-    std::string Recut(const std::vector<std::string>& words);
-
     /// The songs that were kept, when the recorder has ended.
     std::vector<nlohmann::json> Kept();
 
