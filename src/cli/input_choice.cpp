@@ -75,7 +75,7 @@ InputChoice ChooseInput(std::string_view words, std::span<const WaveInDevice> de
     if (words.empty()) {
         choice.Device = TheOnly(devices, [](const WaveInDevice& device) { return device.IsDefault; });
         if (!choice.Device) {
-            choice.Error = "there is no sound server to record from; try --input demo or --input file:PATH";
+            choice.Error = "there is no default input to record from; try --input demo or --input file:PATH";
         }
         return choice;
     }

@@ -198,12 +198,14 @@ TEST_F(BadInputTest, AnInputThatIsNotThere) {
     const auto record = [&](const std::string& input) {
         return RunCommand(With("record", {"--input", input}));
     };
-    ExpectRefusal(record("7"), "there is no input 7; corvetape-cli devices lists them");
-    ExpectRefusal(record("Kitchen"), "there is no input called 'Kitchen'; corvetape-cli devices lists them");
+    const std::string why = " (no sound server answers: Connection refused)";
+    ExpectRefusal(record("7"), "there is no input 7; corvetape-cli devices lists them" + why);
+    ExpectRefusal(record("Kitchen"),
+                  "there is no input called 'Kitchen'; corvetape-cli devices lists them" + why);
     ExpectRefusal(record("file:nothing.wav"), "nothing.wav: no such file");
     ExpectRefusal(record("file:"), "file: needs a path behind it");
     ExpectRefusal(RunCommand(With("record", {})),
-                  "there is no sound server to record from; try --input demo or --input file:PATH");
+                  "there is no default input to record from; try --input demo or --input file:PATH" + why);
 }
 
 TEST_F(BadInputTest, AnEmptyHomeIsNone) {

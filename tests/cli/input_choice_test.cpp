@@ -33,7 +33,7 @@ TEST(ChooseInput, NothingMeansTheDefaultDevice) {
 TEST(ChooseInput, WithoutADefaultThereIsNoServer) {
     const std::vector<WaveInDevice> onlyDemo = {DemoInput()};
     EXPECT_EQ(ChooseInput("", onlyDemo).Error,
-              "there is no sound server to record from; try --input demo or --input file:PATH");
+              "there is no default input to record from; try --input demo or --input file:PATH");
 }
 
 TEST(ChooseInput, ANumberIsThePlaceInTheList) {

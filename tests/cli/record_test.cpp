@@ -297,7 +297,7 @@ TEST_F(RecordTest, ADiskThatTakesNothingMoreEndsTheRunWithItsReason) {
     };
     const auto command = start();
     EXPECT_EQ(command->Wait(), 1);
-    EXPECT_THAT(command->Err, HasSubstr("could not be written any further (error 27)"));
+    EXPECT_THAT(command->Err, HasSubstr("could not be written any further (error 27: File too large)"));
     const std::vector<Json> objects = Objects(command->Out);
     ASSERT_THAT(objects, testing::Not(IsEmpty()));
     EXPECT_THAT(objects[0]["error"].get<std::string>(), HasSubstr("could not be written any further"));
