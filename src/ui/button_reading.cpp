@@ -17,7 +17,7 @@ class ButtonReading : public QAccessibleWidget {
         : QAccessibleWidget(&button, role), Button(button) {}
 
     QString text(QAccessible::Text kind) const override {
-        const QString own = QAccessibleWidget::text(kind);
+        QString own = QAccessibleWidget::text(kind);
         if (kind != QAccessible::Name || !own.isEmpty()) return own;
         return QString(Button.text()).remove('&').trimmed();
     }

@@ -67,7 +67,7 @@ std::string MarginStore::Keep(const ClosedSong& song, std::span<const Frame> bef
     margins.End = song.Trust.End;
     margins.BeginCut = song.Trust.BeginCut;
     margins.EndCut = song.Trust.EndCut;
-    const std::string base = ClaimName(margins);
+    std::string base = ClaimName(margins);
     if (base.empty()) return {};
     if (!Disk.Link(song.TempPath, File(base, ".song.wav"))) {
         Drop(base);
