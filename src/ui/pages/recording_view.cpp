@@ -102,6 +102,7 @@ QWidget* RecordingView::WhoPlays() {
     auto* const both = Make<QWidget>();
     auto* const row = Make<QHBoxLayout>(both);
     row->setContentsMargins(0, 0, 0, 0);
+    row->addStretch(1);
     Provider = BoundTo(Parts.Form.lblProvider[0]);
     Provider->setProperty("dim", true);
     Player = DimLabel();

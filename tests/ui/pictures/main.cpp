@@ -10,6 +10,7 @@
 #include <array>
 #include <string>
 
+#include "core/controls/message_texts.h"
 #include "forms/dlg_language.h"
 #include "forms/dlg_provider.h"
 #include "post/options/language_choice.h"
@@ -67,6 +68,8 @@ void TakeAndClose(Form& form, const QString& path) {
 void DrawDialogs(UiWorld& world, const QString& folder, const QString& ending) {
     dlgProvider provider;
     world.Recorder->Shown().Texts.LocalizeControls(provider);
+    provider.lblInfo.Caption(
+        world.Recorder->Shown().Texts.FormatMsg(Message::SettingsForNewSource.Key, {"mpv"}));
     provider.cboProvider.AddItem("Radio Moonpier");
     provider.cboProvider.ListIndex(0);
     provider.Visible(true);
