@@ -13,6 +13,7 @@
 
 #include "audio/cut_evidence.h"
 #include "audio/talk_search.h"
+#include "platform/virtual/sim_random.h"
 #include "support/joined_music.h"
 #include "support/measured_process.h"
 

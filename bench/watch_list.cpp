@@ -78,7 +78,7 @@ void OneSong(benchmark::State& state) {
     Recorder recorder(static_cast<int>(state.range(0)));
     recorder.Pages.LoadWatchLists();
     bool excluded = false;
-    for (auto _ : state) benchmark::DoNotOptimize(excluded |= recorder.Lists.IsExcluded(SongName));
+    for (auto _ : state) benchmark::DoNotOptimize(excluded |= recorder.Lists.IsSongExcluded(SongName));
     if (excluded) state.SkipWithError("the song was found");
     state.SetLabel(KindNames[static_cast<size_t>(state.range(0))]);
 }

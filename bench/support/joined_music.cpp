@@ -14,15 +14,6 @@ namespace {
 
 constexpr int Audible = 600;  ///< peak from which on a song has begun
 
-std::vector<Frame> ReadFrames(const std::string& path) {
-    std::ifstream file(path, std::ios::binary | std::ios::ate);
-    std::vector<Frame> frames(static_cast<size_t>(std::max<std::streamoff>(file.tellg(), 0)) / sizeof(Frame));
-    file.seekg(0);
-    file.read(reinterpret_cast<char*>(frames.data()),
-              static_cast<std::streamsize>(frames.size() * sizeof(Frame)));
-    return frames;
-}
-
 bool IsAudible(const Frame& frame) {
     return std::abs(frame.Left) > Audible || std::abs(frame.Right) > Audible;
 }
@@ -40,6 +31,15 @@ bool Decode(const std::string& song, const std::vector<std::string>& seek, const
 }
 
 }  // namespace
+
+std::vector<Frame> ReadFrames(const std::string& path) {
+    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    std::vector<Frame> frames(static_cast<size_t>(std::max<std::streamoff>(file.tellg(), 0)) / sizeof(Frame));
+    file.seekg(0);
+    file.read(reinterpret_cast<char*>(frames.data()),
+              static_cast<std::streamsize>(frames.size() * sizeof(Frame)));
+    return frames;
+}
 
 MusicShelf::MusicShelf(const std::string& folders, const WorkFolder& work) {
     std::vector<std::string> files;

@@ -26,6 +26,9 @@ struct JoinKind {
     SongCut Cut = SongCut::Early;
 };
 
+/// The frames of a file that holds nothing else; none if it cannot be read.
+std::vector<Frame> ReadFrames(const std::string& path);
+
 /// The first and the last part of real songs, decoded by ffmpeg into a folder.
 class MusicShelf {
  public:

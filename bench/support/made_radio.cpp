@@ -64,15 +64,6 @@ bool IsSilent(const Frame& frame) {
     return std::abs(frame.Left) < SpeechIsAudible && std::abs(frame.Right) < SpeechIsAudible;
 }
 
-std::vector<Frame> ReadFrames(const std::string& path) {
-    std::ifstream file(path, std::ios::binary | std::ios::ate);
-    std::vector<Frame> frames(static_cast<size_t>(std::max<std::streamoff>(file.tellg(), 0)) / sizeof(Frame));
-    file.seekg(0);
-    file.read(reinterpret_cast<char*>(frames.data()),
-              static_cast<std::streamsize>(frames.size() * sizeof(Frame)));
-    return frames;
-}
-
 /// A song as it is played: its first part and its last. Nothing if it is too short.
 std::vector<Frame> PlayedSong(const MusicShelf& music, size_t number, double cutOff, SimRandom& random) {
     std::vector<Frame> song = music.Beginning(number);

@@ -257,14 +257,19 @@ TEST(Automatic, TheSameTitleWithANewTrackIsASongOfItsOwn) {
     ExpectSong(world.Place, kept[1], "One", 43, 83, WithoutAGap);
 }
 
-TEST(Automatic, TheSameSongTwiceWithoutAGapIsCutWhereThePlayerBeganAnew) {
+/// From second 3 on, 20 s each, without a gap.
+RadioScript TheSameSongTwice() {
     RadioScript radio;
     radio.Pause(3);
     ScriptSong song;
     song.Seconds = 20;
     song.Sound = SongSound::Chord;
     radio.Song(song).Song(song).SilenceForever();
-    PlayerWorld world(std::move(radio), {{"Options", "SameName", "2"}});
+    return radio;
+}
+
+TEST(Automatic, TheSameSongTwiceWithoutAGapIsCutWhereThePlayerBeganAnew) {
+    PlayerWorld world(TheSameSongTwice(), {{"Options", "SameName", "2"}});
     world.Record();
     world.Plays(3.1, "One", 3, "1");
     // The player names the new track at once, and says only later where it is.
@@ -280,13 +285,7 @@ TEST(Automatic, TheSameSongTwiceWithoutAGapIsCutWhereThePlayerBeganAnew) {
 }
 
 TEST(Automatic, BuffersThatPileUpMoveNoCut) {
-    RadioScript radio;
-    radio.Pause(3);
-    ScriptSong song;
-    song.Seconds = 20;
-    song.Sound = SongSound::Chord;
-    radio.Song(song).Song(song).SilenceForever();
-    PlayerWorld world(std::move(radio), {{"Options", "SameName", "2"}});
+    PlayerWorld world(TheSameSongTwice(), {{"Options", "SameName", "2"}});
     world.Record();
     world.Plays(3.1, "One", 3, "1");
     RunTo(world.Place, 21.9);
