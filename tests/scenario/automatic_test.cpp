@@ -399,6 +399,27 @@ void Streams(PlayerWorld& world, double second, const std::string& title) {
     world.Place.Players.Say(report);
 }
 
+TEST(Automatic, AStreamWhoseLengthGrowsIsCutAtItsTitles) {
+    PlayerWorld world(Songs(3, 40, 0));
+    world.Record();
+    PlayerReport& report = world.Reports["mpv"];
+    report.Address = "http://127.0.0.1:8000/";
+    for (int second = 4; second <= 123; ++second) {
+        const int song = (second - 4) / 40 + 1;
+        world.Plays(second, "Song " + std::to_string(song), 3, "/0");
+        report.LengthMs = 1000LL * second;  // what has arrived, and not the minute of a track
+        world.Place.Players.Say(report);
+    }
+    world.Quits(123.2);
+    world.End(140);
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 3U);
+    for (size_t i = 0; i < kept.size(); ++i) {
+        const double begin = 3 + 40.0 * static_cast<double>(i);
+        ExpectSong(world.Place, kept[i], "Song " + std::to_string(i + 1), begin, begin + 40, WithoutAGap);
+    }
+}
+
 TEST(Automatic, AnAdvertisementInTheTitleCutsNothing) {
     PlayerWorld world(Songs(1, 80, 0));
     world.Record();

@@ -1,5 +1,7 @@
 #include "recording/automatic/source_watch.h"
 
+#include <utility>
+
 #include "core/controls/held.h"
 #include "media/provider_wmp.h"
 
@@ -9,12 +11,29 @@ namespace {
 
 constexpr int64_t NanosecondsPerMs = 1'000'000;
 
+/// A length that was estimated or came late is corrected once or twice. That of a stream grows every second.
+constexpr int GrowthsOfStream = 3;
+
 }  // namespace
 
 std::string NameToLearnBy(const std::string& player) {
     constexpr std::string_view prefix = "org.mpris.MediaPlayer2.";
     std::string name = player.starts_with(prefix) ? player.substr(prefix.size()) : player;
     return name.substr(0, name.find(".instance"));
+}
+
+bool StreamFinder::IsStream(const PlayerReport& player) {
+    const PlayerReport before = std::exchange(Before, player);
+    if (player.LengthMs <= 0) return true;
+    if (player.Address.starts_with("file:")) return false;
+    const bool same = player.Player == before.Player && player.TrackId == before.TrackId &&
+                      player.Address == before.Address;
+    if (!same) Growths = 0;
+    if (Growths >= GrowthsOfStream) return true;
+    const bool sameTitle = player.Artist == before.Artist && player.Title == before.Title;
+    if (!sameTitle || player.LengthMs < before.LengthMs) Growths = 0;
+    if (same && sameTitle && player.LengthMs > before.LengthMs) ++Growths;
+    return Growths >= GrowthsOfStream;
 }
 
 SourceWatch::SourceWatch(SourceWatchParts parts) : Parts(parts) {
@@ -48,14 +67,14 @@ SourceLook SourceWatch::Look() {
     return look;
 }
 
-void SourceWatch::AddPlayer(SourceLook& look, const PlayerReport& player, int64_t nowMs) const {
+void SourceWatch::AddPlayer(SourceLook& look, const PlayerReport& player, int64_t nowMs) {
     look.Source = player.Player;
     look.LearnsAs = NameToLearnBy(player.Player);
     look.Status = player.Status;
     look.Others = Parts.Bridge->OthersPlay();
     if (player.Playing) look.Media = WithNameOfFile(look.Media, player.Address);
     // Of a stream every title is a piece of its own, whatever its player calls it, and has no position.
-    if (player.LengthMs <= 0) return;
+    if (Streams.IsStream(player)) return;
     look.TrackId = player.TrackId + "\n" + player.Address;
     look.Length = player.LengthMs / BufferMilliseconds;
     if (player.BeganAtMs < 0) return;

@@ -8,6 +8,7 @@
 #include "media/provider_choice.h"
 #include "media/title_parts.h"
 #include "platform/clock.h"
+#include "platform/players.h"
 #include "recording/automatic/automatic_recorder.h"
 #include "recording/automatic/slot_clock.h"
 
@@ -23,6 +24,17 @@ struct SourceWatchParts {
     AutomaticRecorder& Recorder;
 };
 
+/// Tells streams from tracks. Players count what has arrived of a stream as its length.
+class StreamFinder {
+ public:
+    /// Whether what the player plays is a stream, whatever it says of a track. Asked at each look.
+    bool IsStream(const PlayerReport& player);
+
+ private:
+    PlayerReport Before;
+    int Growths = 0;  ///< looks at which the length had grown, of one title
+};
+
 /// Looks at the source of the media data twice a second with the end of song "Automatic": asks the provider,
 /// and adds what a player says beyond its titles.
 class SourceWatch {
@@ -32,10 +44,11 @@ class SourceWatch {
  private:
     void Tick();
     SourceLook Look();
-    void AddPlayer(SourceLook& look, const PlayerReport& player, int64_t nowMs) const;
+    void AddPlayer(SourceLook& look, const PlayerReport& player, int64_t nowMs);
 
     SourceWatchParts Parts;
     SlotClock Slots;
+    StreamFinder Streams;
     bool Busy = false;  ///< a tick waits for an answer of the user
 };
 
