@@ -72,10 +72,12 @@ class CliTest : public testing::Test {
     /// All files below a folder, by their paths below it, in order.
     static std::vector<std::string> FilesBelow(const std::string& path) {
         std::vector<std::string> files;
-        if (!std::filesystem::exists(path)) return files;
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(path)) {
-            if (entry.is_directory()) continue;
-            files.push_back(std::filesystem::relative(entry.path(), path).string());
+        std::error_code gone;  // of what a run that goes on takes away meanwhile
+        std::filesystem::recursive_directory_iterator entry(path, gone);
+        for (; !gone && entry != end(entry); entry.increment(gone)) {
+            std::error_code ignored;
+            if (entry->is_directory(ignored)) continue;
+            files.push_back(entry->path().lexically_relative(path).string());
         }
         std::ranges::sort(files);
         return files;

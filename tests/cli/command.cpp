@@ -167,4 +167,9 @@ std::vector<std::string> LinesOf(const std::string& text) {
     return lines;
 }
 
+std::string LastLineOf(const std::string& text) {
+    const std::vector<std::string> lines = LinesOf(text);
+    return lines.empty() ? std::string() : lines.back();
+}
+
 }  // namespace Corvetape::Test

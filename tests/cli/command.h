@@ -72,4 +72,7 @@ Finished RunCommand(const CommandStart& start);
 /// The lines of a text, without their ends.
 std::vector<std::string> LinesOf(const std::string& text);
 
+/// Empty if there is none.
+std::string LastLineOf(const std::string& text);
+
 }  // namespace Corvetape::Test

@@ -67,7 +67,7 @@ TEST_F(EncoderTest, ARefusedSongIsNamedAndItsSoundIsKept) {
 TEST_F(EncoderTest, TheEndTellsHowManySongsAreNoMusicFiles) {
     const Finished run = Split({PutWave("show.wav", MakeRecording()), "--set", "Encode.WAV44=exit 3\\r\\n"});
     EXPECT_EQ(run.Code, 1);
-    EXPECT_EQ(LinesOf(run.Out).back(), "3 songs kept in " + Out() + ", 3 of them not as music files");
+    EXPECT_EQ(LastLineOf(run.Out), "3 songs kept in " + Out() + ", 3 of them not as music files");
 }
 
 TEST_F(EncoderTest, ASongThatIsNotToBeEncodedIsNoFailure) {
@@ -82,7 +82,7 @@ TEST_F(EncoderTest, ASongThatIsNotToBeEncodedIsNoFailure) {
 TEST_F(EncoderTest, TheEndTellsWhereSongsAreThatAreNotToBeEncoded) {
     const Finished run = Split({PutWave("show.wav", MakeRecording()), "--set", "Options.EncodeOffline=1"});
     const std::string begin = "3 songs kept in ";
-    const std::string end = LinesOf(run.Out).back();
+    const std::string end = LastLineOf(run.Out);
     ASSERT_TRUE(end.starts_with(begin)) << end;
     EXPECT_THAT(FilesBelow(end.substr(begin.size())), SizeIs(3));
 }

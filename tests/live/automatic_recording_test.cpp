@@ -19,6 +19,12 @@ constexpr double WithoutAGap = 0.3;
 /// for a fade of a second, of which both songs have all.
 constexpr double FirstCuts = 1.2;
 
+/// A player on a busy machine falters: its song gets longer by that, and never shorter.
+constexpr double Faltering = 3;
+
+/// Seconds of the input after which a recorder ends that does not get what it waits for.
+constexpr int Patience = 120;
+
 /// Both sound servers at the same time: most of a test is waiting.
 class AutomaticRecording : public testing::Test {
  protected:
@@ -57,17 +63,32 @@ class AutomaticRecording : public testing::Test {
     }
 
     /// Records until so many songs were kept.
-    void Record(int songs, int seconds, const std::vector<std::string>& more = {}) {
-        for (AutomaticStage& stage : stages) stage.Record(songs, seconds, more);
-        WaitFor(4);  // until they hear their servers
+    void Record(int songs, const std::vector<std::string>& more = {}) {
+        for (AutomaticStage& stage : stages) stage.Record(songs, Patience, more);
+        Await([](AutomaticStage& stage) { return stage.Records(); });
+        WaitFor(2);  // until sound has come, and they know of no player
     }
 
     void Play(const std::vector<std::string>& files) {
         for (AutomaticStage& stage : stages) stage.Play(files);
     }
 
-    void Press(const std::string& button) {
-        for (AutomaticStage& stage : stages) stage.Press(button);
+    /// Waits until it is so on all servers.
+    template <typename Condition>
+    void Await(const Condition& condition) {
+        for (AutomaticStage& stage : stages) {
+            EXPECT_TRUE(session.WaitFor([&] { return condition(stage); }, milliseconds(60'000)));
+        }
+    }
+
+    /// Presses a button of each player when it has played so much of a song.
+    void PressAfter(int number, double played, const std::string& button) {
+        const std::string title = "Song " + std::to_string(number);
+        for (AutomaticStage& stage : stages) {
+            EXPECT_TRUE(
+                session.WaitFor([&] { return stage.HasPlayed(title, played); }, milliseconds(60'000)));
+            stage.Press(button);
+        }
     }
 
     /// The time of a player and a recorder that know of no clock of ours.
@@ -91,7 +112,8 @@ class AutomaticRecording : public testing::Test {
                             double within) {
         SCOPED_TRACE(name);
         const ToneEdges edges = EdgesOf(stage.FileOf(name), number);
-        EXPECT_NEAR(edges.OwnSeconds, length, 2 * within);
+        EXPECT_GE(edges.OwnSeconds, length - 2 * within);
+        EXPECT_LE(edges.OwnSeconds, length + 2 * within + Faltering);
         EXPECT_LE(edges.ForeignAtBegin, within);
         EXPECT_LE(edges.ForeignAtEnd, within);
     }
@@ -109,46 +131,44 @@ class AutomaticRecording : public testing::Test {
 
 TEST_F(AutomaticRecording, TaggedFilesWithoutAGapAreOneSongEach) {
     const std::vector<std::string> files = {Song(1, 9), Song(2, 9), Song(3, 9)};
-    Record(3, 50);
+    Record(3);
     Play(files);
     ExpectKept(3, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
         for (int number = 1; number <= 3; ++number) ExpectWhole(stage, number, 9, FirstCuts);
-        EXPECT_EQ(kept[1]["whole"], true);
+        EXPECT_TRUE(kept[1].value("whole", false));
     });
 }
 
 TEST_F(AutomaticRecording, TheLastSongKeepsItsNameWhenThePlayerExits) {
     const std::string file = Song(1, 8);
-    Record(1, 30);
+    Record(1);
     Play({file});
     ExpectKept(1, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
-        EXPECT_EQ(kept[0]["title"], "Song 1");
-        EXPECT_EQ(kept[0]["confidence"]["begin"], "sure");
-        EXPECT_EQ(kept[0]["confidence"]["end"], "sure");
+        EXPECT_EQ(kept[0].value("title", ""), "Song 1");
+        EXPECT_EQ(kept[0].value("/confidence/begin"_json_pointer, ""), "sure");
+        EXPECT_EQ(kept[0].value("/confidence/end"_json_pointer, ""), "sure");
         ExpectWhole(stage, 1, 8, WithAGap);
     });
 }
 
 TEST_F(AutomaticRecording, APauseOfThePlayerIsLeftOut) {
     const std::string file = Song(1, 12);
-    Record(1, 45);
+    Record(1);
     Play({file});
-    WaitFor(6);
-    Press("Pause");
+    PressAfter(1, 4, "Pause");
     WaitFor(8);
-    Press("Play");
+    for (AutomaticStage& stage : stages) stage.Press("Play");
     ExpectKept(1, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
-        EXPECT_EQ(kept[0]["pauses_cut"], 1);
+        EXPECT_EQ(kept[0].value("pauses_cut", -1), 1);
         ExpectWhole(stage, 1, 12, WithoutAGap);
     });
 }
 
 TEST_F(AutomaticRecording, ASkippedSongIsShortAndItsNeighboursAreClean) {
     const std::vector<std::string> files = {Song(1, 9), Song(2, 30), Song(3, 9)};
-    Record(2, 55, {"--set", "Source.IgnoreShortSongs=8"});
+    Record(2, {"--set", "Source.IgnoreShortSongs=8"});
     Play(files);
-    WaitFor(15);
-    Press("Next");
+    PressAfter(2, 3, "Next");
     ExpectKept(2, [](const AutomaticStage& stage, const std::vector<Json>&) {
         ExpectWhole(stage, 1, 9, FirstCuts);
         ExpectWhole(stage, 3, 9, FirstCuts);
@@ -157,13 +177,14 @@ TEST_F(AutomaticRecording, ASkippedSongIsShortAndItsNeighboursAreClean) {
 
 TEST_F(AutomaticRecording, TheSameSongTwiceIsTwoSongsOfItsLength) {
     const std::string file = Song(1, 9);
-    Record(2, 40, {"--set", "Options.SameName=2"});
+    Record(2, {"--set", "Options.SameName=2"});
     Play({file, file});
     ExpectKept(2, [](const AutomaticStage&, const std::vector<Json>& kept) {
         // Nothing in the sound shows where one ends and the other begins.
         for (const Json& song : kept) {
-            EXPECT_EQ(song["title"], "Song 1");
-            EXPECT_NEAR(song["frames"].get<double>() / 44100, 9, FirstCuts);
+            EXPECT_EQ(song.value("title", ""), "Song 1");
+            EXPECT_GE(song.value("frames", 0.0) / 44100, 9 - FirstCuts);
+            EXPECT_LE(song.value("frames", 0.0) / 44100, 9 + FirstCuts + Faltering);
         }
     });
 }
@@ -171,31 +192,32 @@ TEST_F(AutomaticRecording, TheSameSongTwiceIsTwoSongsOfItsLength) {
 TEST_F(AutomaticRecording, ASecondPlayerMixesBothAndRenamesNone) {
     const std::string one = Song(1, 14);
     const std::string two = Song(2, 14);
-    Record(2, 50);
+    Record(2);
     Play({one});
-    WaitFor(8);
+    Await([](AutomaticStage& stage) { return stage.HasPlayed("Song 1", 5); });
     Play({two});
     ExpectKept(2, [](const AutomaticStage&, const std::vector<Json>& kept) {
-        EXPECT_EQ(kept[0]["title"], "Song 1");
-        EXPECT_EQ(kept[1]["title"], "Song 2");
+        EXPECT_EQ(kept[0].value("title", ""), "Song 1");
+        EXPECT_EQ(kept[1].value("title", ""), "Song 2");
         for (const Json& song : kept) {
-            EXPECT_EQ(song["mixed"], true);
-            EXPECT_EQ(song["whole"], false);
+            EXPECT_TRUE(song.value("mixed", false));
+            EXPECT_FALSE(song.value("whole", true));
         }
     });
 }
 
 TEST_F(AutomaticRecording, ADropoutEndsNoSong) {
     const std::string file = Song(1, 9, "volume=0:enable='between(t,5,5.11)'");
-    Record(1, 35);
+    Record(1);
     Play({file});
     ExpectKept(1, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
-        EXPECT_GE(kept[0]["dropouts"], 1);
+        EXPECT_GE(kept[0].value("dropouts", -1), 1);
         ExpectWhole(stage, 1, 9, WithoutAGap);
     });
 }
 
-// One song of 9 s, with a dropout in its middle, some time after the page is there; then silence.
+// One song of 9 s, with a dropout in its middle, some time after the recorder has asked for its artist; then
+// silence.
 constexpr const char* FalteringPage =
     R"html(<!doctype html><title>Band 1 - Song 1 | Faltering Radio</title><body><script>
 const context = new AudioContext(), volume = context.createGain(), tone = context.createOscillator();
@@ -203,8 +225,13 @@ tone.frequency.value = 200;
 tone.connect(volume).connect(context.destination);
 volume.gain.value = 0;
 tone.start();
-const level = (seconds, gain) => volume.gain.setValueAtTime(gain, seconds);
-level(10, 0.5); level(14, 0); level(14.11, 0.5); level(19, 0);
+let begun = false;
+const heard = () => {
+  const level = (seconds, gain) => volume.gain.setValueAtTime(gain, context.currentTime + seconds);
+  if (!begun) { level(5, 0.5); level(9, 0); level(9.11, 0.5); level(14, 0); }
+  begun = true;
+  return document.title;
+};
 </script></body>)html";
 
 TEST_F(AutomaticRecording, ADropoutInABrowserEndsNoSong) {
@@ -213,7 +240,7 @@ TEST_F(AutomaticRecording, ADropoutInABrowserEndsNoSong) {
     for (AutomaticStage& stage : stages) {
         stage.GiveSettings("MSIE.ini",
                            "[- Radio]\nName=Faltering Radio\nWindow&Doc=;;* | *;http://127.0.0.1:*\n"
-                           "Artist=-1;;^(.+?) - .\nTitle=-1;;^.+? - (.+) \\|\n");
+                           "Artist=-2;heard();^(.+?) - .\nTitle=-1;;^.+? - (.+) \\|\n");
         std::map<std::string, std::string> environment = stage.Environment();
         environment["DBUS_SESSION_BUS_ADDRESS"] = "disabled:";  // the page is the only source
         browsers.push_back(std::make_unique<LiveBrowser>(
@@ -221,27 +248,28 @@ TEST_F(AutomaticRecording, ADropoutInABrowserEndsNoSong) {
             std::vector<std::string>{"--autoplay-policy=no-user-gesture-required",
                                      "--host-resolver-rules=MAP * ~NOTFOUND , EXCLUDE 127.0.0.1"},
             environment));
-        stage.Record(1, 45, {"--set", "Browser.DevToolsPorts=" + std::to_string(browsers.back()->Port())});
+        stage.Record(1, Patience,
+                     {"--set", "Browser.DevToolsPorts=" + std::to_string(browsers.back()->Port())});
     }
     ExpectKept(1, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
-        EXPECT_EQ(kept[0]["title"], "Song 1");
-        EXPECT_GE(kept[0]["dropouts"], 1);
+        EXPECT_EQ(kept[0].value("title", ""), "Song 1");
+        EXPECT_GE(kept[0].value("dropouts", -1), 1);
         ExpectWhole(stage, 1, 8.89, WithAGap);
     });
 }
 
 TEST_F(AutomaticRecording, AFileWithoutTagsIsNamedByItsFile) {
     const std::string file = Song(3, 8, "anull", false);
-    Record(1, 30);
+    Record(1);
     Play({file});
     ExpectKept(1, [](const AutomaticStage&, const std::vector<Json>& kept) {
-        EXPECT_EQ(kept[0]["title"], "Old Tape 3");
+        EXPECT_EQ(kept[0].value("title", ""), "Old Tape 3");
     });
 }
 
 TEST_F(AutomaticRecording, SilenceOfThreeSecondsIsInNoSong) {
     const std::vector<std::string> files = {Song(1, 8, "apad=pad_dur=4"), Song(2, 8)};
-    Record(2, 45);
+    Record(2);
     Play(files);
     ExpectKept(2, [](const AutomaticStage& stage, const std::vector<Json>&) {
         ExpectWhole(stage, 1, 8, WithAGap);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <complex>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -86,6 +87,25 @@ void AutomaticStage::Press(const std::string& button) {
              environment, folder / "output");
 }
 
+std::string AutomaticStage::Said(const std::string& property) const {
+    const std::string output = folder / "property";
+    std::filesystem::remove(output);
+    TestProcess question(
+        {{"dbus-send", "--session", "--print-reply=literal", "--dest=org.mpris.MediaPlayer2.mpv",
+          "/org/mpris/MediaPlayer2", "org.freedesktop.DBus.Properties.Get",
+          "string:org.mpris.MediaPlayer2.Player", "string:" + property},
+         environment,
+         output});
+    return question.Wait(std::chrono::seconds(20)) == 0 ? Content(output) : std::string();
+}
+
+bool AutomaticStage::HasPlayed(const std::string& title, double seconds) {
+    if (Said("Metadata").find(title) == std::string::npos) return false;
+    const std::string position = Said("Position");  // microseconds, as the last word
+    const size_t number = position.rfind(' ');
+    return number != std::string::npos && std::atof(&position[number]) >= seconds * 1e6;
+}
+
 void AutomaticStage::GiveSettings(const std::string& name, const std::string& content) const {
     const std::filesystem::path settings = std::filesystem::path(folder / "home") / "config/Corvet";
     std::filesystem::create_directories(settings);
@@ -93,7 +113,7 @@ void AutomaticStage::GiveSettings(const std::string& name, const std::string& co
 }
 
 std::vector<Json> AutomaticStage::Kept() {
-    EXPECT_EQ(recorder->Wait(std::chrono::seconds(120)), 0) << Story();
+    EXPECT_EQ(recorder->Wait(std::chrono::seconds(240)), 0) << Story();
     return KeptIn(folder / "record.log");
 }
 

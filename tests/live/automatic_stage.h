@@ -37,6 +37,12 @@ class AutomaticStage {
     /// Presses a button of the first player: a method of the media players' interface.
     void Press(const std::string& button);
 
+    /// True if the recorder hears the sound server.
+    bool Records() { return server.Recordings() > 0; }
+
+    /// True if the first player has played so much of the piece with this title, which it plays.
+    bool HasPlayed(const std::string& title, double seconds);
+
     /// A file of the user's settings, before the recorder begins.
     void GiveSettings(const std::string& name, const std::string& content) const;
 
@@ -52,6 +58,9 @@ class AutomaticStage {
     const std::map<std::string, std::string>& Environment() const { return environment; }
 
  private:
+    /// A property of the first player, as it is printed; empty if there is none yet.
+    std::string Said(const std::string& property) const;
+
     TempFolder folder;
     SessionBus bus;
     SoundServer server;

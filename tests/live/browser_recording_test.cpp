@@ -36,7 +36,26 @@ constexpr const char* Profiles =
     "[- Radio]\nName=Frame Radio\nWindow&Doc=;;Frame Radio;http://127.0.0.1:*\nStation=-1;;\n"
     "Artist=player;now;^(.+?) - .\nTitle=player;now;^.+? - (.+)$\nCover=player;cover;\n";
 
-using BrowserRecording = RecordingTest;
+class BrowserRecording : public RecordingTest {
+ protected:
+    /// Records three songs into a home of its own.
+    std::vector<Json> RecordThree(const LiveBrowser& browser) {
+        std::filesystem::remove_all(folder / "home");
+        std::filesystem::create_directories(folder / "home/config/Corvet");
+        std::ofstream(folder / "home/config/Corvet/MSIE.ini") << Profiles;
+        return Record(3, "Frame Radio", {"Browser.DevToolsPorts=" + std::to_string(browser.Port())});
+    }
+
+    /// True if a song of the recording before was broken: a part of it has no name, or two parts have one.
+    bool APageWasLost() const {
+        const std::vector<Json> songs = SongsIn(folder / "record.log");
+        for (size_t i = 1; i < songs.size(); ++i) {
+            const std::string title = songs[i].value("title", "");
+            if (title.empty() || title == songs[i - 1].value("title", "")) return true;
+        }
+        return false;
+    }
+};
 
 TEST_F(BrowserRecording, SongsOfAPlayerInAFrameGetTheirNamesLengthsAndCovers) {
     std::map<std::string, std::string> content = {{"/", Holder}, {"/player", Player}};
@@ -48,15 +67,16 @@ TEST_F(BrowserRecording, SongsOfAPlayerInAFrameGetTheirNamesLengthsAndCovers) {
                                "--host-resolver-rules=MAP * ~NOTFOUND , EXCLUDE 127.0.0.1"},
                               environment);
 
-    std::filesystem::create_directories(folder / "home/config/Corvet");
-    std::ofstream(folder / "home/config/Corvet/MSIE.ini") << Profiles;
-    const std::vector<Json> kept =
-        Record(3, "Frame Radio", {"Browser.DevToolsPorts=" + std::to_string(browser.Port())});
+    // A page that does not answer within 200 ms is none in that look, by rule, and its song ends there. On a
+    // machine that is too busy for it the recording says nothing about songs.
+    constexpr int mostTries = 3;
+    std::vector<Json> kept = RecordThree(browser);
+    for (int i = 1; i < mostTries && APageWasLost(); ++i) kept = RecordThree(browser);
     ASSERT_EQ(kept.size(), 3u) << Story();
     int last = 0;
     for (size_t i = 0; i < kept.size(); ++i) {
         const int number = ExpectSong(kept[i], i > 0);  // the first one had begun before the recording
-        const std::string file = kept[i]["file"];
+        const std::string file = kept[i].value("file", "");
         EXPECT_NE(file.find("/Frame Radio/"), std::string::npos) << file;
         ExpectPicture(file, number);
         if (i > 0) {

@@ -25,7 +25,7 @@ using testing::Not;
 using testing::SizeIs;
 
 constexpr size_t Second = 44100;
-constexpr auto Patience = std::chrono::seconds(30);
+constexpr auto Patience = std::chrono::seconds(90);
 
 std::string Content(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
@@ -47,17 +47,20 @@ bool WaitFor(const std::function<bool()>& condition, std::chrono::milliseconds l
 /// A run of the command line on a sound server.
 class CliRun {
  public:
-    CliRun(const SoundServer& server, std::vector<std::string> arguments)
-        : address(server.Address()), process(StartOf(std::move(arguments))) {}
+    CliRun(SoundServer& soundServer, std::vector<std::string> arguments)
+        : server(soundServer), process(StartOf(std::move(arguments))) {}
 
     /// All that it has printed.
     std::string Printed() const { return Content(folder / "printed"); }
 
-    /// The objects among the printed lines.
+    /// The objects among the printed lines, but for reports: on a busy machine it may be reported that the
+    /// sound came late.
     std::vector<Json> Songs() const {
         std::vector<Json> songs;
         for (const std::string& line : Lines()) {
-            if (line.starts_with('{')) songs.push_back(Json::parse(line));
+            if (!line.starts_with('{')) continue;
+            Json song = Json::parse(line);
+            if (!song.contains("error")) songs.push_back(std::move(song));
         }
         return songs;
     }
@@ -74,25 +77,21 @@ class CliRun {
     }
 
     /// Waits until the server lists its stream.
-    bool WaitUntilItRecords() const {
-        return WaitFor([&] {
-            const std::string list = folder / "streams";
-            std::filesystem::remove(list);
-            TestProcess pactl(
-                {{"pactl", "list", "short", "source-outputs"}, {{"PULSE_SERVER", address}}, list});
-            return pactl.Wait(Patience) == 0 && !Content(list).empty();
-        });
+    bool WaitUntilItRecords() {
+        return WaitFor([&] { return server.Recordings() > 0; });
     }
 
     /// Waits until so many frames of the present song lie in its temporary file.
     bool WaitForSong(size_t frames) const {
         return WaitFor([&] {
-            std::error_code gone;
-            const auto all = std::filesystem::recursive_directory_iterator(folder / "home/cache", gone);
-            return std::any_of(begin(all), end(all), [&](const auto& entry) {
-                return entry.path().extension() == ".wav" && entry.file_size(gone) > frames * sizeof(Frame) &&
-                       !gone;
-            });
+            std::error_code gone;  // of a file or folder that goes while it is looked at
+            std::filesystem::recursive_directory_iterator entry(folder / "home/cache", gone);
+            for (; !gone && entry != end(entry); entry.increment(gone)) {
+                if (entry->path().extension() != ".wav") continue;
+                const uintmax_t bytes = entry->file_size(gone);
+                if (!gone && bytes > frames * sizeof(Frame)) return true;
+            }
+            return false;
         });
     }
 
@@ -113,7 +112,7 @@ class CliRun {
                                  {"--mode", "silence", "--json", "--home", folder / "home", "--set",
                                   "Source.IgnoreShortSongs=1"});
         }
-        start.Environment = {{"PULSE_SERVER", address}};
+        start.Environment = {{"PULSE_SERVER", server.Address()}};
         start.Output = folder / "printed";
         return start;
     }
@@ -126,7 +125,7 @@ class CliRun {
     }
 
     const TempFolder folder;
-    const std::string address;
+    SoundServer& server;
     TestProcess process;
 };
 
@@ -158,9 +157,9 @@ TEST_P(CliRecordTest, WhatIsPlayedComesOutBitForBitBetweenFirstAndLastSound) {
     const std::vector<Json> recorded = record.Songs();
     ASSERT_THAT(recorded, SizeIs(2)) << record.Printed();
     for (size_t i = 0; i < recorded.size(); ++i) {
-        const std::vector<Frame> frames = ReadSound(recorded[i]["file"]);
+        const std::vector<Frame> frames = ReadSound(recorded[i].value("file", ""));
         EXPECT_EQ(Comparison(songs[i], WithoutSilenceAround(frames)), "equal");
-        EXPECT_EQ(recorded[i]["lost_frames"], 0);
+        EXPECT_EQ(recorded[i].value("lost_frames", -1), 0);
     }
     EXPECT_THAT(record.ToldOfTheInput(), IsEmpty());
 }
@@ -174,14 +173,16 @@ TEST_P(CliRecordTest, RecordingGoesOnAfterTheServerWasKilledAndTheGapIsTold) {
     CliRun record(server, {"record", "--input", "radio.monitor", "--set", "Source.LengthOfPause=10000"});
     ASSERT_TRUE(record.WaitUntilItRecords()) << record.Printed();
     const auto player = server.Play(first);
-    ASSERT_TRUE(record.WaitForSong(6 * Second)) << record.Printed();
+    ASSERT_TRUE(record.WaitForSong(10 * Second)) << record.Printed();
 
     const auto killed = std::chrono::steady_clock::now();
     server.Kill();
     EXPECT_TRUE(record.WaitForText("The input is gone")) << record.Printed();
+    std::this_thread::sleep_for(std::chrono::milliseconds(700));  // the length of the gap
+    const std::chrono::duration<double> leastGap = std::chrono::steady_clock::now() - killed;
     server.Start();
     ASSERT_TRUE(record.WaitForText("The input is back")) << record.Printed();
-    const std::chrono::duration<double> gap = std::chrono::steady_clock::now() - killed;
+    const std::chrono::duration<double> mostGap = std::chrono::steady_clock::now() - killed;
     EXPECT_EQ(server.Play(second)->Wait(Patience), 0);
     EXPECT_TRUE(record.WaitForText("of sound were lost (")) << record.Printed();
     record.Process().Signal(SIGINT);
@@ -190,9 +191,13 @@ TEST_P(CliRecordTest, RecordingGoesOnAfterTheServerWasKilledAndTheGapIsTold) {
     EXPECT_THAT(record.Printed(), HasSubstr("the sound server was gone"));
     const std::vector<Json> songs = record.Songs();
     ASSERT_THAT(songs, SizeIs(1)) << record.Printed();
-    EXPECT_EQ(songs[0]["kept"], true);
-    EXPECT_NEAR(songs[0]["lost_frames"].get<double>() / Second, gap.count(), 0.15) << record.Printed();
-    const std::vector<Frame> frames = ReadSound(songs[0]["file"]);
+    EXPECT_TRUE(songs[0].value("kept", false));
+    // It was away for all of the first time, and back before the second one was over, but for what was on its
+    // way.
+    const double lost = songs[0].value("lost_frames", -1.0) / Second;
+    EXPECT_GT(lost, leastGap.count() - 0.15) << record.Printed();
+    EXPECT_LT(lost, mostGap.count() + 0.5) << record.Printed();
+    const std::vector<Frame> frames = ReadSound(songs[0].value("file", ""));
     const std::span<const Frame> sound = WithoutSilenceAround(frames);
     ASSERT_GT(sound.size(), after.size());
     EXPECT_EQ(Comparison(after, sound.last(after.size())), "equal");
@@ -203,7 +208,7 @@ TEST_P(CliRecordTest, RecordingGoesOnAfterTheServerWasKilledAndTheGapIsTold) {
 
 TEST_P(CliRecordTest, ARunOfLimitedTimeEndsAlsoIfItsInputIsGoneForGood) {
     const std::string show = PutShow("show.wav", {Noise(20 * Second, 33)});
-    CliRun run(server, {"record", "--input", "radio.monitor", "--seconds", "8"});
+    CliRun run(server, {"record", "--input", "radio.monitor", "--seconds", "12"});
     ASSERT_TRUE(run.WaitUntilItRecords()) << run.Printed();
     const auto player = server.Play(show);
     ASSERT_TRUE(run.WaitForSong(Second / 2)) << run.Printed();
@@ -224,12 +229,10 @@ TEST_P(CliRecordTest, AStoppedProcessLosesNothingThatTheServerCanKeep) {
     std::this_thread::sleep_for(std::chrono::seconds(8));  // the condition itself
     record.Process().Signal(SIGCONT);
     EXPECT_EQ(record.Process().Wait(Patience), 0) << record.Printed();
-    std::vector<Json> recorded = record.Songs();
-    // It may also be reported that the sound came late.
-    std::erase_if(recorded, [](const Json& each) { return each.contains("error"); });
+    const std::vector<Json> recorded = record.Songs();
     ASSERT_THAT(recorded, SizeIs(1)) << record.Printed();
-    EXPECT_EQ(Comparison(songs[0], WithoutSilenceAround(ReadSound(recorded[0]["file"]))), "equal");
-    EXPECT_EQ(recorded[0]["lost_frames"], 0);
+    EXPECT_EQ(Comparison(songs[0], WithoutSilenceAround(ReadSound(recorded[0].value("file", "")))), "equal");
+    EXPECT_EQ(recorded[0].value("lost_frames", -1), 0);
     EXPECT_THAT(record.ToldOfTheInput(), IsEmpty());
 }
 
@@ -238,13 +241,13 @@ TEST_P(CliRecordTest, DevicesListsTheServersMonitorsAndTheDemoRadio) {
     EXPECT_EQ(devices.Process().Wait(Patience), 0);
     const std::vector<Json> listed = devices.Songs();
     ASSERT_THAT(listed, SizeIs(2)) << devices.Printed();
-    EXPECT_EQ(listed[0]["number"], 0);
-    EXPECT_EQ(listed[0]["name"], "Monitor of Radio");
-    EXPECT_EQ(listed[0]["id"], "radio.monitor");
-    EXPECT_EQ(listed[0]["kind"], "monitor");
-    EXPECT_EQ(listed[0]["default"], true);
-    EXPECT_EQ(listed[1]["id"], "demo");
-    EXPECT_EQ(listed[1]["default"], false);
+    EXPECT_EQ(listed[0].value("number", -1), 0);
+    EXPECT_EQ(listed[0].value("name", ""), "Monitor of Radio");
+    EXPECT_EQ(listed[0].value("id", ""), "radio.monitor");
+    EXPECT_EQ(listed[0].value("kind", ""), "monitor");
+    EXPECT_TRUE(listed[0].value("default", false));
+    EXPECT_EQ(listed[1].value("id", ""), "demo");
+    EXPECT_FALSE(listed[1].value("default", true));
     CliRun people(server, {"devices"});
     EXPECT_EQ(people.Process().Wait(Patience), 0);
     EXPECT_EQ(people.Printed(),

@@ -3,12 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
-#include <functional>
-#include <stdexcept>
+#include <vector>
 
 #include "live/live_browser.h"
 #include "live/page_server.h"
+#include "live/page_test.h"
 
 namespace Corvetape {
 namespace {
@@ -34,7 +35,7 @@ constexpr const char* FramePage = R"html(<!doctype html><title>Frame</title><bod
 constexpr const char* HangingPage = R"html(<!doctype html><title>Hanging</title><body>
 <script>setTimeout(() => { for (;;); }, 1500);</script></body>)html";
 
-class DevTools : public testing::Test {
+class DevTools : public PageTest {
  protected:
     DevTools() {
         Server = std::make_unique<PageServer>(std::map<std::string, std::string>{
@@ -44,75 +45,18 @@ class DevTools : public testing::Test {
     void Browse(const std::string& url) {
         Browser = std::make_unique<LiveBrowser>(Session, url);
         Pages = std::make_unique<DevToolsDocuments>(std::vector<uint16_t>{Browser->Port()});
+        Asked = Pages.get();
     }
 
-    /// The first page's document in a new poll; nothing if browser or page do not answer in time.
-    std::shared_ptr<Document> Poll() {
-        Pages->BeginPoll();
-        const auto list = Pages->Pages();
-        return list.empty() ? nullptr : Pages->Open(list.front());
-    }
-
-    bool WaitFor(const std::function<bool()>& condition) {
-        return Session.WaitFor(condition, milliseconds(20'000));
-    }
-
-    /// The answer of the first page, asked for in new polls until there is one: a busy machine may let a poll
-    /// go by without. Throws if there is none at all.
-    template <typename Question>
-    auto Answer(Question question) {
-        decltype(question(std::declval<Document&>())) answer;
-        const bool answered = WaitFor([&] {
-            const auto document = Poll();
-            if (document) answer = question(*document);
-            return static_cast<bool>(answer);
-        });
-        if (!answered) throw std::runtime_error("the page does not answer");
-        return answer;
-    }
-
+    /// Waits until a page with this title is there whole.
     bool WaitForTitle(const std::string& begin) {
         return WaitFor([&] {
             const auto document = Poll();
-            return document && document->Title().value_or("").starts_with(begin);
+            return document && document->Title().value_or("").starts_with(begin) &&
+                   document->Evaluate("Doc.readyState") == "complete";
         });
     }
 
-    std::string Title() {
-        return *Answer([](Document& page) { return page.Title(); });
-    }
-
-    ElementText Element(const MemberKey& key) {
-        return *Answer([&](Document& page) { return page.Element(key); });
-    }
-
-    /// What a script of the page gives.
-    std::string Said(const std::string& script) {
-        return *Answer([&](Document& page) { return page.Evaluate(script); });
-    }
-
-    /// True if nothing comes of it in a poll in which the page answers afterwards.
-    template <typename Question>
-    bool IsNothing(Question question) {
-        return WaitFor([&] {
-            const auto document = Poll();
-            return document && !question(*document) && document->Evaluate("1 + 1") == "2";
-        });
-    }
-
-    bool IsNoElement(const MemberKey& key) {
-        return IsNothing([&](Document& page) { return page.Element(key); });
-    }
-
-    bool FailsToSay(const std::string& script) {
-        return IsNothing([&](Document& page) { return page.Evaluate(script); });
-    }
-
-    bool FailsToRun(const std::string& script) {
-        return IsNothing([&](Document& page) { return page.Run(script); });
-    }
-
-    LiveSession Session;
     std::unique_ptr<PageServer> Server;
     std::unique_ptr<LiveBrowser> Browser;
     std::unique_ptr<DevToolsDocuments> Pages;
@@ -126,10 +70,10 @@ TEST_F(DevTools, APageIsADocumentWithTitleAndAddress) {
         Pages->BeginPoll();
         const auto list = Pages->Pages();
         if (!list.empty()) page = list.front();
-        return !page.Product.empty();
-    }));
+        // Product and title are known a little later than the page itself.
+        return !page.Product.empty() && page.Title.ends_with(" & more");
+    })) << page.Title;
     EXPECT_EQ(page.Url, Server->Url("/radio.html"));
-    EXPECT_TRUE(page.Title.ends_with(" & more")) << page.Title;
     EXPECT_NE(page.Product.find("Chrom"), std::string::npos) << page.Product;
     EXPECT_EQ(Answer([](Document& document) { return std::optional(document.Url()); }), page.Url);
     EXPECT_EQ(Answer([](Document& document) { return std::optional(document.HasBody()); }), true);
@@ -263,37 +207,36 @@ TEST_F(DevToolsFrames, AFrameWithAProcessOfItsOwnIsReadToo) {
 
 TEST_F(DevTools, AHangingPageCostsItsLimitOnceAndThenNothing) {
     Browse(Server->Url("/hang.html"));
-    const auto timedPoll = [&](bool& answered) {
-        const auto begin = std::chrono::steady_clock::now();
-        answered = Poll() != nullptr;
-        return std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - begin);
-    };
     // Once it has answered, it does not stop before its script begins.
     ASSERT_TRUE(WaitForTitle("Hanging"));
-    bool answered = true;
-    milliseconds first{};
+    std::vector<milliseconds> unanswered;  // those in a row, since a busy machine may let one go by earlier
     ASSERT_TRUE(WaitFor([&] {
-        first = timedPoll(answered);
-        return !answered;
+        const auto begin = std::chrono::steady_clock::now();
+        const bool answered = Poll() != nullptr;
+        const auto took = std::chrono::steady_clock::now() - begin;
+        if (answered) unanswered.clear();
+        if (!answered) unanswered.push_back(std::chrono::duration_cast<milliseconds>(took));
+        return unanswered.size() == 21;
     }));
-    EXPECT_GE(first, milliseconds(180));
-    EXPECT_LT(first, milliseconds(300));
-    for (int i = 0; i < 5; ++i) {
-        const milliseconds next = timedPoll(answered);
-        EXPECT_FALSE(answered);
-        EXPECT_LT(next, milliseconds(100));
-    }
+    EXPECT_GE(unanswered.front(), milliseconds(180));
+    EXPECT_LT(unanswered.front(), milliseconds(1000));
+    std::sort(unanswered.begin() + 1, unanswered.end());
+    EXPECT_LT(unanswered[10], milliseconds(100)) << "most of the others";
 }
 
 TEST_F(DevTools, ABrowserThatStandsStillCostsItsLimitOnceAndComesBack) {
     Browse(Server->Url("/radio.html"));
     ASSERT_TRUE(WaitForTitle("Song"));
-    Browser->Signal(SIGSTOP);
-    const auto begin = std::chrono::steady_clock::now();
-    for (int i = 0; i < 5; ++i) EXPECT_EQ(Poll(), nullptr);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, milliseconds(400));
-    Browser->Signal(SIGCONT);
-    EXPECT_TRUE(WaitForTitle("Song"));
+    // More than once, as this process may have to wait for a busy machine, too.
+    EXPECT_TRUE(WaitFor([&] {
+        Browser->Signal(SIGSTOP);
+        const auto begin = std::chrono::steady_clock::now();
+        for (int i = 0; i < 5; ++i) EXPECT_EQ(Poll(), nullptr);
+        const auto took = std::chrono::steady_clock::now() - begin;
+        Browser->Signal(SIGCONT);
+        EXPECT_TRUE(WaitForTitle("Song"));
+        return took < milliseconds(400);
+    }));
 }
 
 TEST_F(DevTools, ABrowserThatIsClosedHasNoPages) {

@@ -42,7 +42,7 @@ class LinuxHttpTest : public testing::Test {
     /// The answer, once it has come.
     HttpAnswer Get(LinuxHttp& http, const std::string& address, size_t limit = Limit) {
         Ask(http, address, limit);
-        EXPECT_TRUE(session.WaitFor([this] { return answer.has_value(); }, seconds(20))) << address;
+        EXPECT_TRUE(session.WaitFor([this] { return answer.has_value(); }, seconds(60))) << address;
         return answer.value_or(HttpAnswer{});
     }
     HttpAnswer Get(const std::string& address, size_t limit = Limit) { return Get(http_, address, limit); }
@@ -156,12 +156,7 @@ TEST_F(LinuxHttpTest, ABodyThatBreaksOffHasFailed) {
 }
 
 TEST_F(LinuxHttpTest, AServerThatIsNotThereHasFailed) {
-    std::string address;
-    {
-        const WebServer gone;
-        address = gone.Address("/");
-    }
-    ExpectFailed(address);
+    ExpectFailed("http://127.0.0.1:1/");
 }
 
 TEST_F(LinuxHttpTest, RedirectsAreFollowedFiveTimes) {

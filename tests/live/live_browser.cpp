@@ -34,7 +34,7 @@ LiveBrowser::LiveBrowser(LiveSession& session, const std::string& url, const std
 
     const std::string portFile = folder / "DevToolsActivePort";
     const auto open = [&] { return static_cast<bool>(std::ifstream(portFile) >> port); };
-    EXPECT_TRUE(session.WaitFor(open, std::chrono::seconds(30))) << "no browser answers";
+    EXPECT_TRUE(session.WaitFor(open, std::chrono::seconds(60))) << "no browser answers";
 }
 
 }  // namespace Corvetape

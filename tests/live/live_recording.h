@@ -26,10 +26,13 @@ std::map<std::string, std::string> LiveEnvironment(const SoundServer& server, co
 /// song; `more` is added to it.
 std::vector<std::string> RecordCommand(const std::string& home, const std::vector<std::string>& more);
 
-/// The songs that such a command has printed into a file as kept.
+/// The songs that such a command has printed into a file, kept or not.
+std::vector<nlohmann::json> SongsIn(const std::string& printed);
+
+/// Those that were kept.
 std::vector<nlohmann::json> KeptIn(const std::string& printed);
 
-/// Runs a program to its end, at most 30 s; gives what it prints, by way of the file `output`.
+/// Runs a program to its end, at most 90 s; gives what it prints, by way of the file `output`.
 std::string RunToEnd(const std::vector<std::string>& command,
                      const std::map<std::string, std::string>& environment, const std::string& output);
 
@@ -54,6 +57,9 @@ class RecordingTest : public testing::Test {
 
     /// Makes a sound file with the tone of a song's number and the silence behind it.
     void MakeSong(int number, const std::vector<std::string>& options, const std::string& file);
+
+    /// What is known of a music file as a whole, its tags among it; an empty object if it cannot be read.
+    nlohmann::json FormatOf(const std::string& file);
 
     /// A picture that is unlike that of any other song.
     std::string Picture(int number);

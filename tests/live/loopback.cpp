@@ -34,8 +34,7 @@ std::string ReadRequest(int connection, const std::atomic<bool>& over) {
     std::string request;
     while (!over && request.find("\r\n\r\n") == std::string::npos) {
         char part[2048];
-        // A browser opens connections that it then does not use; the next one waits behind them.
-        if (!Readable(connection)) return {};
+        if (!Readable(connection)) continue;
         const ssize_t count = read(connection, part, sizeof(part));
         if (count <= 0) return {};
         request.append(part, static_cast<size_t>(count));

@@ -18,7 +18,8 @@ Listener ListenOnLoopback();
 /// True if there is something to read within 50 ms.
 bool Readable(int descriptor);
 
-/// The head of a request. Empty if it does not come at once, or if `over` becomes true.
+/// The head of a request, waited for as long as the connection is open. Empty if none comes, or if `over`
+/// becomes true.
 std::string ReadRequest(int connection, const std::atomic<bool>& over);
 
 }  // namespace Corvetape

@@ -80,7 +80,7 @@ class MixerSearchTest : public testing::TestWithParam<ServerKind> {
                               host.Processes, *host.Folders, dialogs, host.System, host.Desktop};
         program.emplace(machine, std::move(options));
         ASSERT_TRUE(program->Load());
-        ASSERT_TRUE(session.WaitFor([this] { return program->InputOpen(); }, seconds(20)));
+        ASSERT_TRUE(session.WaitFor([this] { return program->InputOpen(); }, seconds(60)));
         dialogs.Texts.clear();
     }
 
@@ -97,17 +97,17 @@ class MixerSearchTest : public testing::TestWithParam<ServerKind> {
             [this] {
                 return !server.Pactl({"list", "short", "sink-inputs"}).value_or("").empty();
             },
-            seconds(20)));
+            seconds(60)));
     }
 
     bool Hears(int32_t level) {
-        return session.WaitFor([&] { return PeakOfLastLevels(Signal().History, 1) >= level; }, seconds(20));
+        return session.WaitFor([&] { return PeakOfLastLevels(Signal().History, 1) >= level; }, seconds(60));
     }
 
     /// The highest level of the second that comes now.
     int32_t LevelNow() {
         const uint64_t before = Signal().History.Appended();
-        EXPECT_TRUE(session.WaitFor([&] { return Signal().History.Appended() >= before + 24; }, seconds(20)));
+        EXPECT_TRUE(session.WaitFor([&] { return Signal().History.Appended() >= before + 24; }, seconds(60)));
         return PeakOfLastLevels(Signal().History, 19);
     }
 
@@ -158,7 +158,7 @@ TEST_P(MixerSearchTest, FindsTheOneOfThreeSourcesThatCarriesSoundAndLeavesTheOth
     EXPECT_TRUE(program->InputOpen());
     EXPECT_TRUE(Hears(11000));
     EXPECT_THAT(SourceVolume("third.monitor"), HasSubstr(" 65536 "));
-    EXPECT_THAT(*server.Pactl({"get-source-mute", "third.monitor"}), HasSubstr("no"));
+    EXPECT_THAT(server.Pactl({"get-source-mute", "third.monitor"}).value_or("gone"), HasSubstr("no"));
     EXPECT_EQ(SourceVolume("another.monitor"), before);
     EXPECT_EQ(SourceVolume("radio.monitor"), before);
 }
@@ -217,7 +217,7 @@ TEST_P(MixerSearchTest, ARecordingOfTheCommandLineLeavesTheMixerAloneWhateverThe
         {{CORVETAPE_BINARY_DIR "/bin/corvetape-cli", "record", "--seconds", "3", "--home", folder.Path()},
          {{"PULSE_SERVER", server.Address()}},
          output});
-    EXPECT_EQ(record.Wait(seconds(30)), 0);
+    EXPECT_EQ(record.Wait(seconds(90)), 0);
     EXPECT_EQ(SourceVolume("radio.monitor"), before);
 }
 

@@ -5,6 +5,7 @@
 #include <map>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace Corvetape {
 
@@ -23,8 +24,17 @@ class PageServer {
     std::string Url(const std::string& path, const std::string& host = "127.0.0.1") const;
 
  private:
+    /// A connection, and what has come of its request.
+    struct Guest {
+        int Connection = -1;
+        std::string Request;
+    };
+
     void Serve();
-    void Answer(int connection) const;
+
+    /// Reads what has come, and answers if it is whole. False if the connection is done with.
+    bool Attend(Guest& guest) const;
+    void Answer(const Guest& guest) const;
 
     const std::map<std::string, std::string> pages;
     int listener = -1;

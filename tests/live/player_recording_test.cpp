@@ -47,10 +47,9 @@ TEST_F(PlayerRecordingTest, SongsOfAPlayerGetTheirNamesTagsAndCovers) {
     for (size_t i = 0; i < kept.size(); ++i) {
         // The first song had begun before the recording, or the player's name was not known yet.
         const int number = ExpectSong(kept[i], i > 0);
-        const std::string file = kept[i]["file"];
+        const std::string file = kept[i].value("file", "");
         EXPECT_NE(file.find("/Music/Rock/"), std::string::npos) << file;
-        const Json probe = Json::parse(Run({"ffprobe", "-v", "quiet", "-of", "json", "-show_format", file}));
-        EXPECT_EQ(probe["format"]["tags"].value("album", ""), "Album " + std::to_string(number));
+        EXPECT_EQ(FormatOf(file).value("/tags/album"_json_pointer, ""), "Album " + std::to_string(number));
         ExpectPicture(file, number);
         numbers.insert(number);
     }

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 
 #include "cli/hosts.h"
 #include "cli/mixer_report.h"
@@ -41,7 +42,7 @@ class PulseMixerTest : public testing::TestWithParam<ServerKind> {
 
     /// Waits until the server lists what it was told to.
     bool Lists(const std::vector<std::string>& names) {
-        return session.WaitFor([&] { return Names() == names; }, std::chrono::seconds(30));
+        return session.WaitFor([&] { return Names() == names; }, std::chrono::seconds(60));
     }
 
     void Set(const std::vector<std::string>& command) { EXPECT_TRUE(server.Pactl(command)); }
@@ -65,15 +66,39 @@ class PulseMixerTest : public testing::TestWithParam<ServerKind> {
         return std::chrono::duration<double>(std::chrono::steady_clock::now() - begun).count();
     }
 
+    /// Its first control; nothing and a failure if there is none.
+    static std::optional<MIXERCONTROL> FirstControl(MixerDevice& device) {
+        const auto line = device.Destination(0);
+        const auto controls = line ? device.Controls(*line) : std::nullopt;
+        EXPECT_TRUE(controls && !controls->empty());
+        if (!controls || controls->empty()) return std::nullopt;
+        return controls->front();
+    }
+
+    /// What the destination of a device is for; 0 and a failure if there is no such device.
+    uint32_t KindOf(uint32_t number) {
+        const auto device = mixer.Open(number);
+        const auto line = device ? device->Destination(0) : std::nullopt;
+        EXPECT_TRUE(line) << number;
+        return line ? line->dwComponentType : 0;
+    }
+
     int32_t VolumeOf(const std::string& input) {
         const auto device = mixer.OpenWaveIn(input);
-        return device ? GetMixerControl(*device, (*device->Controls(*device->Destination(0)))[0]) : -1;
+        const auto volume = device ? FirstControl(*device) : std::nullopt;
+        return volume ? GetMixerControl(*device, *volume) : -1;
     }
 
     void SetVolume(const std::string& input, int32_t volume) {
         const auto device = mixer.OpenWaveIn(input);
         ASSERT_TRUE(device);
-        EXPECT_TRUE(SetMixerControl(*device, (*device->Controls(*device->Destination(0)))[0], volume));
+        const auto control = FirstControl(*device);
+        ASSERT_TRUE(control);
+        EXPECT_TRUE(SetMixerControl(*device, *control, volume));
+    }
+
+    std::string Said(const std::vector<std::string>& command) {
+        return server.Pactl(command).value_or("nothing");
     }
 
     LiveSession session;
@@ -89,15 +114,14 @@ TEST_P(PulseMixerTest, ListsSourcesBeforeSinksByTheirNamesWhicheverIsTheDefault)
     ASSERT_TRUE(Lists(names));
     server.SetDefaultSink("third");
     EXPECT_EQ(Names(), names);
-    const auto first = mixer.Open(0)->Destination(0);
-    EXPECT_EQ(first->dwComponentType, MIXERLINE_COMPONENTTYPE_DST_WAVEIN);
-    EXPECT_EQ(mixer.Open(3)->Destination(0)->dwComponentType, MIXERLINE_COMPONENTTYPE_DST_SPEAKERS);
+    EXPECT_EQ(KindOf(0), MIXERLINE_COMPONENTTYPE_DST_WAVEIN);
+    EXPECT_EQ(KindOf(3), MIXERLINE_COMPONENTTYPE_DST_SPEAKERS);
     EXPECT_EQ(mixer.Open(6), nullptr);
 }
 
 TEST_P(PulseMixerTest, ARestartOfTheServerShiftsNoDevice) {
-    const std::vector<std::string> before = Names();
-    ASSERT_EQ(before.size(), 2U);
+    const std::vector<std::string> before = {"radio.monitor", "radio"};
+    ASSERT_TRUE(Lists(before));
     server.Kill();
     EXPECT_EQ(mixer.CountDevices(), 0U);
     server.Start();
@@ -157,57 +181,61 @@ TEST_P(PulseMixerTest, AVolumeThatItSetsKeepsTheBalance) {
     Set({"set-source-volume", "radio.monitor", "40000", "20000"});
     ASSERT_EQ(VolumeOf("radio.monitor"), 40000);
     SetVolume("radio.monitor", 20000);
-    EXPECT_THAT(*server.Pactl({"get-source-volume", "radio.monitor"}), HasSubstr("20000"));
-    EXPECT_THAT(*server.Pactl({"get-source-volume", "radio.monitor"}), HasSubstr("10000"));
+    EXPECT_THAT(Said({"get-source-volume", "radio.monitor"}), HasSubstr("20000"));
+    EXPECT_THAT(Said({"get-source-volume", "radio.monitor"}), HasSubstr("10000"));
     SetVolume("radio.monitor", 0);
     SetVolume("radio.monitor", 40000);
-    EXPECT_THAT(*server.Pactl({"get-source-volume", "radio.monitor"}), HasSubstr("20000"));
+    EXPECT_THAT(Said({"get-source-volume", "radio.monitor"}), HasSubstr("20000"));
 }
 
 TEST_P(PulseMixerTest, FullVolumeIs100PercentAndMoreIsNeverSetButComesBackIfTheUserHadIt) {
     SetVolume("radio.monitor", 30000);
     SetVolume("radio.monitor", 65535);
-    EXPECT_THAT(*server.Pactl({"get-source-volume", "radio.monitor"}), HasSubstr(" 65536 "));
+    EXPECT_THAT(Said({"get-source-volume", "radio.monitor"}), HasSubstr(" 65536 "));
     Set({"set-source-volume", "radio.monitor", "80000"});
     EXPECT_EQ(VolumeOf("radio.monitor"), 65535);
     SetVolume("radio.monitor", 30000);
     SetVolume("radio.monitor", 65535);
-    EXPECT_THAT(*server.Pactl({"get-source-volume", "radio.monitor"}), HasSubstr(" 80000 "));
+    EXPECT_THAT(Said({"get-source-volume", "radio.monitor"}), HasSubstr(" 80000 "));
     Set({"set-source-volume", "radio.monitor", "20000"});
     SetVolume("radio.monitor", 65535);
-    EXPECT_THAT(*server.Pactl({"get-source-volume", "radio.monitor"}), HasSubstr(" 65536 "));
+    EXPECT_THAT(Said({"get-source-volume", "radio.monitor"}), HasSubstr(" 65536 "));
 }
 
 TEST_P(PulseMixerTest, AServerThatDoesNotAnswerIsWaitedForTwoSecondsAtMost) {
     server.Signal(SIGSTOP);
     const double counting = SecondsOf([this] { EXPECT_EQ(mixer.CountDevices(), 0U); });
-    EXPECT_LT(counting, 3);
+    EXPECT_LT(counting, 3.5);
     server.Signal(SIGCONT);
     ASSERT_TRUE(Lists({"radio.monitor", "radio"}));
 
     ASSERT_EQ(mixer.CountDevices(), 2U);
     const auto open = mixer.Open(0);
+    ASSERT_TRUE(open);
+    const auto control = FirstControl(*open);
+    ASSERT_TRUE(control);
     server.Signal(SIGSTOP);
-    const auto controls = *open->Controls(*open->Destination(0));
-    const double setting = SecondsOf([&] { SetMixerControl(*open, controls[0], 5); });
+    const double setting = SecondsOf([&] { SetMixerControl(*open, *control, 5); });
     EXPECT_GT(setting, 1.9);
-    EXPECT_LT(setting, 3);
+    EXPECT_LT(setting, 3.5) << "it would be four with two waits";
     const double rest = SecondsOf([this] { EXPECT_EQ(mixer.Open(1), nullptr); });
-    EXPECT_LT(rest, 0.1) << "the rest of a walk does not wait again";
+    EXPECT_LT(rest, 1.5) << "the rest of a walk does not wait again";
     server.Signal(SIGCONT);
 }
 
 TEST_P(PulseMixerTest, AServerThatDiesInTheMiddleOfAWalkEndsItQuietly) {
     ASSERT_EQ(mixer.CountDevices(), 2U);
     const auto open = mixer.Open(0);
-    const auto controls = *open->Controls(*open->Destination(0));
+    ASSERT_TRUE(open);
+    const auto control = FirstControl(*open);
+    ASSERT_TRUE(control);
     server.Kill();
     const double seconds = SecondsOf([&] {
-        EXPECT_TRUE(SetMixerControl(*open, controls[0], 5));
+        EXPECT_TRUE(SetMixerControl(*open, *control, 5));
         EXPECT_EQ(mixer.Open(1), nullptr);
         EXPECT_EQ(mixer.OpenWaveIn("radio.monitor"), nullptr);
     });
-    EXPECT_LT(seconds, 3);
+    EXPECT_LT(seconds, 1.9) << "nothing of it waits for an answer";
 }
 
 TEST_P(PulseMixerTest, ADeviceThatVanishesIsPassedOver) {
@@ -215,11 +243,13 @@ TEST_P(PulseMixerTest, ADeviceThatVanishesIsPassedOver) {
     ASSERT_TRUE(Lists({"another.monitor", "radio.monitor", "another", "radio"}));
     ASSERT_EQ(mixer.CountDevices(), 4U);
     const auto open = mixer.Open(0);
-    const auto controls = *open->Controls(*open->Destination(0));
+    ASSERT_TRUE(open);
+    const auto control = FirstControl(*open);
+    ASSERT_TRUE(control);
     server.RemoveSink(module);
     EXPECT_TRUE(session.WaitFor([this] { return mixer.OpenWaveIn("another.monitor") == nullptr; },
-                                std::chrono::seconds(10)));
-    EXPECT_TRUE(SetMixerControl(*open, controls[0], 5));
+                                std::chrono::seconds(60)));
+    EXPECT_TRUE(SetMixerControl(*open, *control, 5));
     EXPECT_EQ(mixer.Open(2), nullptr);
     EXPECT_NE(mixer.Open(1), nullptr);
 }
@@ -229,7 +259,7 @@ TEST_P(PulseMixerTest, TheCommandLineListsWhatTheWalkSees) {
     TestProcess command({{CORVETAPE_BINARY_DIR "/bin/corvetape-cli", "mixer", "--json"},
                          {{"PULSE_SERVER", server.Address()}},
                          output});
-    ASSERT_EQ(command.Wait(std::chrono::seconds(10)), 0);
+    ASSERT_EQ(command.Wait(std::chrono::seconds(60)), 0);
     std::ifstream file(output);
     const std::string text{std::istreambuf_iterator<char>(file), {}};
     EXPECT_EQ(text, MixerJson(mixer));

@@ -7,11 +7,9 @@
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <cstdlib>
-#include <filesystem>
 
-#include "live/test_process.h"
+#include "live/session_bus.h"
 #include "support/live_session.h"
-#include "support/temp_folder.h"
 
 namespace Corvetape {
 namespace {
@@ -30,14 +28,9 @@ class FakeRealtimeKit : public QDBusVirtualObject {
 };
 
 TEST(RealtimeKit, IsAskedForTheCallingThread) {
-    const TempFolder folder;
-    const std::string address = "unix:path=" + (folder / "bus");
-    const TestProcess bus({{"dbus-daemon", "--session", "--nofork", "--nopidfile", "--address=" + address},
-                           {},
-                           folder / "bus.log"});
     LiveSession session;
-    ASSERT_TRUE(
-        session.WaitFor([&] { return std::filesystem::exists(folder / "bus"); }, std::chrono::seconds(5)));
+    const SessionBus bus(session);  // stands for the bus of the system
+    const std::string address = bus.Address();
     setenv("DBUS_SYSTEM_BUS_ADDRESS", address.c_str(), 1);
     {
         FakeRealtimeKit service;

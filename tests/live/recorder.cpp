@@ -58,7 +58,7 @@ void Recorder::End() {
 
 bool Recorder::WaitForFrames(size_t count) {
     const size_t wanted = Frames.size() + count;
-    const auto limit = std::chrono::milliseconds(count * 1000 / rate + 5000);
+    const auto limit = std::chrono::milliseconds(count * 1000 / rate + 60'000);
     return session.WaitFor([&] { return Frames.size() >= wanted; }, limit);
 }
 
@@ -84,9 +84,9 @@ double Recorder::Unaccounted() const {
 
 bool Recorder::AccountIsEven(double tolerance) {
     const auto even = [&] { return std::abs(Unaccounted()) < tolerance; };
-    if (!session.WaitFor(even, std::chrono::seconds(6))) return false;
+    if (!session.WaitFor(even, std::chrono::seconds(20))) return false;
     session.WaitFor([] { return false; }, std::chrono::milliseconds(1500));  // what is told late, comes now
-    return session.WaitFor(even, std::chrono::seconds(1));
+    return session.WaitFor(even, std::chrono::seconds(5));
 }
 
 void Recorder::Take(WaveHeader& header) {

@@ -33,7 +33,7 @@ class SessionBus {
                 QDBusConnection::disconnectFromBus(name);
                 return connected;
             },
-            std::chrono::seconds(10));
+            std::chrono::seconds(60));
         EXPECT_TRUE(up) << "the session bus does not come up";
     }
 

@@ -4,6 +4,7 @@
 #include <signal.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <thread>
@@ -11,7 +12,8 @@
 namespace Corvetape {
 namespace {
 
-constexpr auto StartLimit = std::chrono::seconds(30);
+constexpr auto StartLimit = std::chrono::seconds(60);
+constexpr auto AnswerLimit = std::chrono::seconds(20);
 
 std::string Content(const std::string& path) {
     std::ifstream file(path);
@@ -100,7 +102,7 @@ void SoundServer::WaitUntil(const std::function<bool()>& condition) {
     for (const auto& entry : std::filesystem::directory_iterator(Folder.Path())) {
         if (entry.path().extension() == ".log") logs += Content(entry.path());
     }
-    ADD_FAILURE() << "the sound server does not come up:\n" << logs;
+    ADD_FAILURE() << "the sound server does not come up, or not to this state:\n" << logs;
 }
 
 void SoundServer::Signal(int number) const {
@@ -123,7 +125,7 @@ std::optional<std::string> SoundServer::Pactl(const std::vector<std::string>& ar
     std::vector<std::string> command = {"pactl"};
     command.insert(command.end(), arguments.begin(), arguments.end());
     TestProcess process({command, environment, output});
-    if (process.Wait(std::chrono::seconds(5)) != 0) return std::nullopt;
+    if (process.Wait(AnswerLimit) != 0) return std::nullopt;
     std::string text = Content(output);
     while (text.ends_with('\n')) text.pop_back();
     return text;
@@ -135,7 +137,20 @@ std::string SoundServer::AddSink(const std::string& name) {
         Pactl({"load-module", "module-null-sink", "sink_name=" + name, "rate=44100", "channels=2",
                "format=s16le", "sink_properties=device.description=" + name, onlyPulse});
     EXPECT_TRUE(module.has_value());
-    return module.value_or("");
+    if (!module) return {};
+    added[*module] = name;
+    WaitUntil([&] { return Lists(name); });
+    return *module;
+}
+
+bool SoundServer::Lists(const std::string& sink) {
+    const std::string sources = Pactl({"list", "short", "sources"}).value_or("");
+    return sources.find("\t" + sink + ".monitor\t") != std::string::npos;
+}
+
+size_t SoundServer::Recordings() {
+    const std::string list = Pactl({"list", "short", "source-outputs"}).value_or("");
+    return list.empty() ? 0 : static_cast<size_t>(std::ranges::count(list, '\n')) + 1;
 }
 
 void SoundServer::SetDefaultSink(const std::string& name) {
@@ -148,6 +163,7 @@ void SoundServer::Suspend(const std::string& sink, bool suspended) {
 
 void SoundServer::RemoveSink(const std::string& module) {
     Control({"unload-module", module});
+    WaitUntil([&] { return !Lists(added[module]); });
 }
 
 std::unique_ptr<TestProcess> SoundServer::Play(const std::string& file, const std::string& sink) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -32,17 +33,21 @@ class SoundServer {
     /// For PulseWaveIn and for PULSE_SERVER.
     std::string Address() const;
 
-    /// Adds another output of the same sort. Its number is for RemoveSink.
+    /// Adds another output of the same sort, which every client sees then. Its number is for RemoveSink.
     std::string AddSink(const std::string& name);
     void SetDefaultSink(const std::string& name);
     /// Suspends an output with its monitor, or wakes it up.
     void Suspend(const std::string& sink, bool suspended);
+    /// No client sees it any more then.
     void RemoveSink(const std::string& module);
 
     /// Begins to play a sound file.
     std::unique_ptr<TestProcess> Play(const std::string& file, const std::string& sink = "radio");
 
     const TempFolder Folder;
+
+    /// How many streams of clients record at present.
+    size_t Recordings();
 
     /// What the control program prints. Nothing if it fails.
     std::optional<std::string> Pactl(const std::vector<std::string>& arguments);
@@ -52,9 +57,11 @@ class SoundServer {
     void WriteConfiguration() const;
     void Control(const std::vector<std::string>& arguments);
     void WaitUntil(const std::function<bool()>& condition);
+    bool Lists(const std::string& sink);
 
     const ServerKind kind;
     std::map<std::string, std::string> environment;
+    std::map<std::string, std::string> added;  ///< names of outputs by their modules
     std::vector<std::unique_ptr<TestProcess>> processes;
 };
 

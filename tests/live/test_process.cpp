@@ -58,12 +58,15 @@ TestProcess::~TestProcess() {
 }
 
 void TestProcess::Signal(int number) const {
-    if (pid > 0 && !result) kill(pid, number);
+    if (pid <= 0 || result || kill(pid, number) != 0 || number != SIGSTOP) return;
+    siginfo_t state{};
+    Uninterrupted(
+        [&] { return waitid(P_PID, static_cast<id_t>(pid), &state, WSTOPPED | WEXITED | WNOWAIT); });
 }
 
 void TestProcess::Kill() {
     Signal(SIGKILL);
-    EXPECT_TRUE(Wait(std::chrono::seconds(5)).has_value());
+    EXPECT_TRUE(Wait(std::chrono::seconds(30)).has_value());
 }
 
 void TestProcess::Stop() {
@@ -76,7 +79,8 @@ std::optional<int> TestProcess::Wait(std::chrono::milliseconds limit) {
     if (pid < 0 || result) return result;
     const Descriptor process(static_cast<int>(syscall(SYS_pidfd_open, pid, 0)));
     pollfd ended{process.Number(), POLLIN, 0};
-    if (poll(&ended, 1, static_cast<int>(limit.count())) <= 0) return std::nullopt;
+    const auto milliseconds = static_cast<int>(limit.count());
+    if (Uninterrupted([&] { return poll(&ended, 1, milliseconds); }) <= 0) return std::nullopt;
     int status = 0;
     if (waitpid(pid, &status, 0) != pid) return std::nullopt;
     result = WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);

@@ -28,6 +28,7 @@ class TestProcess {
     TestProcess(const TestProcess&) = delete;
     TestProcess& operator=(const TestProcess&) = delete;
 
+    /// After SIGSTOP it stands still when this returns.
     void Signal(int number) const;
 
     /// Ends it at once and waits for its end.

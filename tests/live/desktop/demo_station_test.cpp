@@ -37,7 +37,8 @@ TEST(DemoStation, IsLaunchedFromTheListAndRecordedSongBySongByItsTitles) {
     ASSERT_TRUE(recorder.Start(TextOf(folder + "/MSIE.ini"), "", {"Demo station"},
                                {{"Browser", "WithoutSandbox", "1"}}));
     frmMain& form = recorder.Running->Values().Form;
-    ASSERT_EQ(form.cmbURL.Items().at(0).Text, "Demo station");
+    ASSERT_FALSE(form.cmbURL.Items().empty());
+    ASSERT_EQ(form.cmbURL.Items()[0].Text, "Demo station");
     form.cmbURL.Select(0);
     form.cmdLaunchURL.Press();
     EXPECT_FALSE(form.cmdLaunchURL.Enabled());

@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr auto Patient = 20s;
+constexpr auto Patient = 60s;
 constexpr const char* Player = "org.mpris.MediaPlayer2.Player";
 
 class NotedButtons : public MediaButtons {
@@ -54,7 +54,7 @@ class MprisServiceTest : public testing::Test {
         QDBusMessage call = QDBusMessage::createMethodCall(OwnPlayerName, "/org/mpris/MediaPlayer2",
                                                            "org.freedesktop.DBus.Properties", "Get");
         call << QString(interface) << QString(property);
-        const QDBusMessage answer = Desktop.call(call, QDBus::Block, 2000);
+        const QDBusMessage answer = Desktop.call(call, QDBus::Block, 20'000);
         if (answer.type() != QDBusMessage::ReplyMessage) return {};
         return answer.arguments().at(0).value<QDBusVariant>().variant();
     }
@@ -64,7 +64,7 @@ class MprisServiceTest : public testing::Test {
     bool Press(const char* interface, const char* button) {
         const QDBusMessage call =
             QDBusMessage::createMethodCall(OwnPlayerName, "/org/mpris/MediaPlayer2", interface, button);
-        return Desktop.call(call, QDBus::Block, 2000).type() == QDBusMessage::ReplyMessage;
+        return Desktop.call(call, QDBus::Block, 20'000).type() == QDBusMessage::ReplyMessage;
     }
 
     LiveSession Session;
@@ -147,7 +147,7 @@ TEST_F(MprisServiceTest, ABusThatHangsHoldsUpNothing) {
     const auto begin = std::chrono::steady_clock::now();
     Service.Show({RecorderStatus::Recording, "Somebody", "Something", "", ""});
     Service.Notify({"A song", "Kept"});
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, 100ms);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 5s) << "it would stand still for ever";
     Bus.Signal(SIGCONT);
     EXPECT_TRUE(
         Session.WaitFor([this] { return Ask(Player, "PlaybackStatus").toString() == "Playing"; }, Patient));

@@ -36,7 +36,7 @@ TEST(LinuxSystemInfo, RaisingThePriorityNeitherFailsNorWaitsWithoutABus) {
         const int before = getpriority(PRIO_PROCESS, 0);
         const auto began = std::chrono::steady_clock::now();
         LinuxSystemInfo().RaisePriority();
-        EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::milliseconds(500));
+        EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(5));
         const int after = getpriority(PRIO_PROCESS, 0);
         if (geteuid() == 0) {
             EXPECT_EQ(after, -10);
