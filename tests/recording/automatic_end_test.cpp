@@ -149,6 +149,29 @@ TEST(AutomaticEnd, APauseOfThePlayerIsCutOutAndTheSongGoesOnAsOne) {
     EXPECT_EQ(rig.Changes, 0);
 }
 
+TEST(AutomaticEnd, AfterAPauseTheSongGoesOnAlsoIfThePlayerTellsItsPositionLater) {
+    AutomaticRig rig;
+    rig.Track("1", "One");
+    rig.Play(100);
+    rig.Silence(4);
+    rig.Began.reset();
+    rig.Said.Position = 100;
+    rig.Status(PlayerStatus::Paused);
+    rig.Silence(156);
+    rig.Play(6);
+    rig.Said.Position.reset();
+    rig.Status(PlayerStatus::Playing);
+    rig.Play(34);
+    rig.Began = rig.Now - 140;
+    rig.Play(860);
+    EXPECT_EQ(rig.Changes, 0);
+    rig.Silence(100);
+    ASSERT_EQ(rig.Songs.size(), 1U);
+    EXPECT_THAT(rig.Songs[0].Pieces, ElementsAre(SlotRun{0, 100}, SlotRun{260, 1160}));
+    EXPECT_EQ(rig.Songs[0].Trust.PausesCut, 1);
+    EXPECT_FALSE(rig.Songs[0].Trust.Sought);
+}
+
 TEST(AutomaticEnd, ASilenceInWhichThePositionStandsStillIsAPause) {
     AutomaticRig rig;
     rig.Track("1", "One");

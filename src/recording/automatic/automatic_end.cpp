@@ -124,6 +124,8 @@ void AutomaticEnd::DropSilence(std::vector<AutomaticStep>& steps) {
         ++Present.Trust.PausesCut;
         PausedAt.reset();
         ResumedAt.reset();
+        // It has moved by the pause, which the player may say later: that is no beginning and no jump.
+        TrackBegan.reset();
     } else {
         Present.Begin = *sound;
         if (Present.Trust.Begin == Certainty::None) Present.Trust.Begin = BeginAfter(*sound);

@@ -46,14 +46,23 @@ TEST(DemoStation, IsLaunchedFromTheListAndRecordedSongBySongByItsTitles) {
     EXPECT_TRUE(session.WaitFor([&] { return recorder.Media().ProviderName == "Demo station"; }, 60s));
 
     form.objWebBrowser.Navigate("corvetape://radio/?seconds=7");
-    EXPECT_TRUE(session.WaitFor([&] { return recorder.Songs.size() >= 3; }, 90s));
-    std::vector<std::string> titles;
-    for (const TransferredSong& song : recorder.Songs) titles.push_back(song.Media.Song);
-    ASSERT_GE(titles.size(), 3U);
-    for (size_t i = 1; i < titles.size(); ++i) {
-        EXPECT_FALSE(titles[i].empty());
-        EXPECT_NE(titles[i], titles[i - 1]);
-    }
+    // Three in a row with a name of its own each. A page that does not answer on a busy machine has no title
+    // for that time, by rule, and its song ends there: the next ones count.
+    const auto threeInARow = [&] {
+        size_t row = 0;
+        std::string before;
+        for (const TransferredSong& song : recorder.Songs) {
+            const bool counts = !song.Media.Song.empty() && song.Media.Song != before;
+            row = counts ? row + 1 : 0;
+            before = song.Media.Song;
+            if (row == 3) return true;
+        }
+        return false;
+    };
+    const bool recorded = session.WaitFor(threeInARow, 180s);
+    std::string titles;
+    for (const TransferredSong& song : recorder.Songs) titles += "\n" + song.Media.Song;
+    EXPECT_TRUE(recorded) << titles;
     EXPECT_EQ(recorder.LostFrames, 0U);
     for (const char* name :
          {"PULSE_SERVER", "QT_QPA_PLATFORM", "QTWEBENGINE_DISABLE_SANDBOX", "DBUS_SESSION_BUS_ADDRESS"}) {
