@@ -39,6 +39,11 @@ TEST(Metadata, AreValidAndOfThisVersion) {
     EXPECT_EQ(AllOf(TextOfFile(file), "release version=\"([^\"]+)\"").count(ProgramVersion), 1U);
 }
 
+TEST(Packages, TheirChangesAreOfThisVersion) {
+    const std::string changes = TextOfFile(Packaging + "changelog");
+    EXPECT_EQ(changes.rfind(std::string("corvetape (") + ProgramVersion + ") ", 0), 0U) << changes;
+}
+
 TEST(ManualPages, AreWellFormed) {
     for (const std::string name : {"corvetape", "corvetape-cli"}) {
         const ShellResult result =
