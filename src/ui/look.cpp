@@ -1,6 +1,7 @@
 #include "ui/look.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QFile>
 #include <QPalette>
 #include <QWidget>
@@ -8,6 +9,8 @@
 #include <array>
 #include <cstdint>
 #include <utility>
+
+#include "ui/make.h"
 
 /// The pictures lie in a library, where nothing else would take them into the program.
 static void TakeInPictures() {
@@ -93,6 +96,26 @@ void DressIn(const Look& look, QWidget& window) {
     window.setStyleSheet(StyleSheetOf(look));
 }
 
+/// Changes the look of a window with the palette of the desktop, for as long as the window is there.
+class Dresser : public QObject {
+ public:
+    explicit Dresser(QWidget& window) : QObject(&window), Window(window) {
+        DressIn(PresentLook(), Window);
+        Window.installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() != QEvent::ApplicationPaletteChange || std::exchange(Dressing, true)) return false;
+        DressIn(PresentLook(), Window);
+        Dressing = false;
+        return false;
+    }
+
+ private:
+    QWidget& Window;
+    bool Dressing = false;
+};
+
 }  // namespace
 
 void DressAsBar(QWidget& bar) {
@@ -100,7 +123,7 @@ void DressAsBar(QWidget& bar) {
 }
 
 void Dress(QWidget& window) {
-    DressIn(PresentLook(), window);
+    Make<Dresser>(window);
 }
 
 QFont ScaledFont(double scale, QFont::Weight weight) {

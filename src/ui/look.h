@@ -37,7 +37,7 @@ const Look& BarLook();
 /// Gives a floating bar its look.
 void DressAsBar(QWidget& bar);
 
-/// Gives a top-level window the present look. To be called again when the palette of the desktop changes.
+/// Gives a top-level window the present look, and the other one whenever the palette of the desktop changes.
 void Dress(QWidget& window);
 
 /// A font of the application, `scale` times as large.

@@ -39,7 +39,8 @@ MainWindow::MainWindow(UiParts parts) : Parts(std::move(parts)) {
     row->addWidget(Tabs);
     row->addWidget(Pages, 1);
     lines->addLayout(row, 1);
-    lines->addWidget(Make<StatusLine>(Parts));
+    Status = Make<StatusLine>(Parts);
+    lines->addWidget(Status);
     AddPages();
     AddKeys();
     setCentralWidget(whole);
@@ -147,17 +148,13 @@ void MainWindow::AnswerState() {
     if (answer == WindowAnswer::FlipQuickBar) Parts.Form.chkQuickButtons.Press();
 }
 
-/// The desktop has another palette: dark or light follows at once.
+/// What has been drawn in the colours of the old palette is drawn anew.
 bool MainWindow::event(QEvent* event) {
-    if (event->type() == QEvent::ApplicationPaletteChange && !Dressing) Redress();
+    if (event->type() == QEvent::ApplicationPaletteChange) {
+        Tabs->Refresh();
+        Status->Refresh();
+    }
     return QMainWindow::event(event);
-}
-
-void MainWindow::Redress() {
-    Dressing = true;
-    Dress(*this);
-    Tabs->Refresh();
-    Dressing = false;
 }
 
 }  // namespace Corvetape

@@ -12,6 +12,7 @@ class QStackedWidget;
 namespace Corvetape {
 
 class Navigation;
+class StatusLine;
 class TrayIcon;
 
 /// frmMain as a window: the list of its pages, the page of the selected tab, and the status line. It puts
@@ -42,15 +43,14 @@ class MainWindow : public QMainWindow {
     void AddPages();
     void AddKeys();
     void ShowSelectedPage();
-    void Redress();
 
     UiParts Parts;
     Navigation* Tabs = nullptr;
     QStackedWidget* Pages = nullptr;
+    StatusLine* Status = nullptr;
     const TrayIcon* Icon = nullptr;
     std::optional<QPoint> LeftAt;  ///< where it was when it was hidden
     bool Ended = false;
-    bool Dressing = false;
     bool Answering = false;
 };
 

@@ -43,13 +43,18 @@ QWidget* StatusLine::InputName() {
     return input;
 }
 
+void StatusLine::Refresh() {
+    Bar->setIcon(DrawnIcon("bar", PresentLook().Dim));
+}
+
 /// Pressed while the floating bar is seen. The control counts the other way: 0 shows the bar.
 QWidget* StatusLine::BarButton() {
     CheckBox& hidden = Parts.Form.chkQuickButtons;
     auto* const button = Make<QToolButton>();
+    Bar = button;
+    Refresh();
     button->setCheckable(true);
     button->setFixedSize(28, 20);
-    button->setIcon(DrawnIcon("bar", PresentLook().Dim));
     button->setAccessibleName(QString::fromStdString(Parts.Form.mnuTaskbarItem[15].Caption()));
     connect(button, &QToolButton::clicked, this, [&hidden] { hidden.Press(); });
     Follow(hidden, button, [](const CheckBox& from, QToolButton& to) {

@@ -4,6 +4,8 @@
 
 #include "ui/ui_parts.h"
 
+class QToolButton;
+
 namespace Corvetape {
 
 /// The line at the lower edge of the window: the input, the latest message, what is known of the song, and
@@ -12,11 +14,15 @@ class StatusLine : public QFrame {
  public:
     explicit StatusLine(const UiParts& parts);
 
+    /// Draws its icon in the colour of the present look.
+    void Refresh();
+
  private:
     QWidget* InputName();
     QWidget* BarButton();
 
     const UiParts& Parts;
+    QToolButton* Bar = nullptr;
 };
 
 }  // namespace Corvetape

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDialog>
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -86,6 +88,75 @@ TEST(MainWindow, FollowsThePaletteOfTheDesktop) {
     QApplication::processEvents();
     EXPECT_GT(world.Window->palette().color(QPalette::Window).lightness(), 128);
     QApplication::setPalette(before);
+}
+
+/// Sets the palette of the desktop for a scope.
+class DesktopPalette {
+ public:
+    explicit DesktopPalette(const QColor& window) { Set(window); }
+    ~DesktopPalette() { QApplication::setPalette(Before); }
+    DesktopPalette(const DesktopPalette&) = delete;
+    DesktopPalette& operator=(const DesktopPalette&) = delete;
+
+    static void Set(const QColor& window) {
+        QApplication::setPalette(QPalette(window, window));
+        QApplication::processEvents();
+    }
+
+ private:
+    const QPalette Before = QApplication::palette();
+};
+
+const QColor LightDesktop(240, 240, 240);
+const QColor DarkDesktop(30, 30, 30);
+
+/// Each page in the middle of a recording, in the colours that the desktop has at the end.
+std::vector<QImage> PagesIn(const QColor& atFirst, const QColor& atTheEnd) {
+    const DesktopPalette palette(atFirst);
+    UiWorld world;
+    world.RunFor(5);
+    world.Form().chkStartStop[1].Value(1);
+    world.RunFor(160);
+    std::vector<QImage> pages;
+    for (const std::string& key : world.TabKeys()) {
+        world.Form().tbsMain.Select(key);
+        DesktopPalette::Set(atFirst);
+        world.Window->grab();  // so that it is laid out
+        DesktopPalette::Set(atTheEnd);
+        pages.push_back(world.Window->grab().toImage());
+    }
+    return pages;
+}
+
+TEST(MainWindow, NothingKeepsTheColoursOfAnEarlierPalette) {
+    const std::vector<QImage> followed = PagesIn(LightDesktop, DarkDesktop);
+    const std::vector<QImage> dark = PagesIn(DarkDesktop, DarkDesktop);
+    ASSERT_EQ(followed.size(), dark.size());
+    for (size_t page = 0; page < dark.size(); ++page) {
+        EXPECT_EQ(followed[page], dark[page]) << "page " << page;
+        if (followed[page] == dark[page]) continue;
+        followed[page].save(QString("followed-%1.actual").arg(page), "PNG");
+        dark[page].save(QString("dark-%1.actual").arg(page), "PNG");
+    }
+}
+
+TEST(MainWindow, ABoxThatIsOpenFollowsThePaletteToo) {
+    const DesktopPalette palette(LightDesktop);
+    QDialog box;
+    Dress(box);
+    EXPECT_GT(box.palette().color(QPalette::Window).lightness(), 128);
+    DesktopPalette::Set(DarkDesktop);
+    EXPECT_LT(box.palette().color(QPalette::Window).lightness(), 128);
+}
+
+TEST(MainWindow, ThePageOfTheRecordingIsUpToDateWhenItIsSeenAgain) {
+    UiWorld world;
+    world.RunFor(5);
+    TabStrip& tabs = world.Form().tbsMain;
+    tabs.Select("TAB_AUDIO");
+    world.Form().chkStartStop[0].Value(1);
+    tabs.Select("TAB_RECORDING");
+    EXPECT_TRUE(world.Find<QLabel>("lblPresentState")->text().startsWith("Recording"));
 }
 
 TEST(MainWindow, NothingInItCanBePressedWhileTheProgramIsBusyWithASearch) {

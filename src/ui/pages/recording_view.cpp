@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -231,6 +232,18 @@ void RecordingView::AddMediaOptions(QGridLayout& grid) {
     Launch = BoundToIcon(form.cmdLaunchURL);
     station->addWidget(Launch);
     grid.addLayout(station, 1, 2);
+}
+
+/// Symbols and icons are drawn in the colours of the palette.
+void RecordingView::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && isVisible()) Refresh();
+}
+
+/// While it was not seen it followed nothing.
+void RecordingView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    Refresh();
 }
 
 void RecordingView::Refresh() {

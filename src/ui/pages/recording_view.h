@@ -24,6 +24,10 @@ class RecordingView : public QWidget {
     /// Shows what is not a control: state, cover, age of the song, sums.
     void Refresh();
 
+ protected:
+    void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
  private:
     QWidget* CurrentSong();
     QWidget* WhoPlays();
