@@ -20,6 +20,7 @@ SongProgress ProgressOf(const TransferredSong& song) {
 
 void RunSongs::SongClosed(const ClosedSong& song) {
     RunSong entry;
+    entry.Number = ++Closed;
     entry.Fate = song.Fate;
     entry.Health = HealthOf(song);
     entry.Begin = song.Trust.Begin;
@@ -41,6 +42,12 @@ void RunSongs::CountKept(RunSong& entry) {
     entry.Progress = SongProgress::Waiting;
     ++Kept;
     Seconds += entry.Seconds;
+}
+
+std::optional<size_t> RunSongs::Find(uint64_t number) const {
+    const auto found = std::ranges::find(Entries, number, &RunSong::Number);
+    if (found == Entries.end()) return std::nullopt;
+    return static_cast<size_t>(found - Entries.begin());
 }
 
 void RunSongs::KeptAfterwards(size_t index) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,7 @@ enum class SongHealth {
 
 /// A song of this run as a list shows it.
 struct RunSong {
+    uint64_t Number = 0;  ///< in this run, from 1 on
     SongFate Fate = SongFate::Unwanted;
     SongHealth Health = SongHealth::NotWhole;
     SongProgress Progress = SongProgress::None;
@@ -62,6 +64,9 @@ class RunSongs {
     /// Newest first.
     const std::vector<RunSong>& Songs() const { return Entries; }
 
+    /// Where the song of this number is now. Nothing if it is not remembered any more.
+    std::optional<size_t> Find(uint64_t number) const;
+
     /// Songs kept, songs not kept, and the seconds of those kept, of the whole run.
     uint64_t KeptSongs() const { return Kept; }
     uint64_t OtherSongs() const { return Others; }
@@ -74,6 +79,7 @@ class RunSongs {
     void CountKept(RunSong& entry);
 
     std::vector<RunSong> Entries;
+    uint64_t Closed = 0;
     uint64_t Kept = 0;
     uint64_t Others = 0;
     uint64_t Seconds = 0;

@@ -302,21 +302,24 @@ void SongList::FillMenu(QMenu& menu, int row) {
     };
     add(Key::PlaySong, !file.empty(), [file] { Open(file); });
     add(Key::OpenFolder, !file.empty(), [file] { Open(file.substr(0, file.rfind('/'))); });
-    add(Key::ShowLogLines, true, [this, row] { ShowLogLines(row); });
+    add(Key::ShowLogLines, true, [this, song] { ShowLogLines(song); });
     menu.addSeparator();
-    add(Key::KeepSong, Parts.Actions.CanBeKept(song), [this, row] { Keep(row); });
+    add(Key::KeepSong, Parts.Actions.CanBeKept(song), [this, number = song.Number] { Keep(number); });
     add(Key::PutOnWhiteList, named, [this, song] { Parts.Actions.PutOnList(song, WatchListKind::Include); });
     add(Key::PutOnBlacklist, named, [this, song] { Parts.Actions.PutOnList(song, WatchListKind::Exclude); });
 }
 
-void SongList::Keep(int row) {
-    const RunSong song = SongAt(row);
-    Parts.Songs.KeptAfterwards(static_cast<size_t>(row));  // so that its encoder finds it
+/// While a menu is open its song may become another row, and its recording may go.
+void SongList::Keep(uint64_t number) {
+    const auto row = Parts.Songs.Find(number);
+    if (!row) return;
+    const RunSong song = Parts.Songs.Songs()[*row];
+    if (!Parts.Actions.CanBeKept(song)) return;
+    Parts.Songs.KeptAfterwards(*row);  // so that its encoder finds it
     Parts.Actions.Keep(song);
 }
 
-void SongList::ShowLogLines(int row) {
-    const RunSong& song = SongAt(row);
+void SongList::ShowLogLines(const RunSong& song) {
     const QString lines = QString::fromStdString(Parts.Actions.LogLines(song)).trimmed();
     auto* const box = Make<QDialog>(this);
     box->setAttribute(Qt::WA_DeleteOnClose);

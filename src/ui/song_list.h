@@ -13,7 +13,8 @@ class SongList : public QListView {
  public:
     explicit SongList(const UiParts& parts);
 
-    /// Everything that can be done with the song in `row`; what cannot be done now is disabled.
+    /// Everything that can be done with the song in `row`; what cannot be done now is disabled. Its entries
+    /// mean this song, also when others have come before it meanwhile.
     void FillMenu(QMenu& menu, int row);
 
  protected:
@@ -22,8 +23,8 @@ class SongList : public QListView {
 
  private:
     const RunSong& SongAt(int row) const { return Parts.Songs.Songs().at(static_cast<size_t>(row)); }
-    void Keep(int row);
-    void ShowLogLines(int row);
+    void Keep(uint64_t number);
+    void ShowLogLines(const RunSong& song);
 
     const UiParts& Parts;
 };

@@ -3,14 +3,18 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QBuffer>
+#include <QDesktopServices>
 #include <QDialog>
 #include <QImage>
 #include <QLabel>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QRandomGenerator>
+#include <QTextBrowser>
 
 #include "media/cover_images.h"
 #include "ui/text_keys.h"
@@ -138,6 +142,57 @@ TEST(SongMenu, ShowsTheLinesOfTheLogThatNameTheSong) {
     EXPECT_EQ(text.count('\n'), 0) << "the other lines of the log are left out";
 }
 
+/// What the desktop is asked to open.
+class OpenedFiles {
+ public:
+    OpenedFiles() { QDesktopServices::setUrlHandler("file", &Viewer, "setSource"); }
+    ~OpenedFiles() { QDesktopServices::unsetUrlHandler("file"); }
+    OpenedFiles(const OpenedFiles&) = delete;
+    OpenedFiles& operator=(const OpenedFiles&) = delete;
+
+    std::string Last() const { return Viewer.source().toLocalFile().toStdString(); }
+
+ private:
+    QTextBrowser Viewer;  // takes addresses, and opens nothing but itself
+};
+
+TEST(SongMenu, PlaysASongAndOpensItsFolder) {
+    Opened opened;
+    ClosedSong kept;
+    kept.Fate = SongFate::Kept;
+    kept.TempPath = "/home/user/My music/kept #1.wav";
+    opened.world.Computer.Files.MakeFolders("/home/user/My music");
+    opened.world.Computer.Files.Put(kept.TempPath, "x");
+    opened.world.Songs.SongClosed(kept);
+    QMenu menu;
+    opened.list->FillMenu(menu, 0);
+    const OpenedFiles desktop;
+    opened.Action(menu, Key::OpenFolder)->trigger();
+    EXPECT_EQ(desktop.Last(), "/home/user/My music");
+    opened.Action(menu, Key::PlaySong)->trigger();
+    EXPECT_EQ(desktop.Last(), kept.TempPath);
+}
+
+TEST(SongList, PlaysASongByADoubleClick) {
+    Opened opened;
+    ClosedSong kept;
+    kept.Fate = SongFate::Kept;
+    kept.TempPath = "/home/user/kept.wav";
+    opened.world.Computer.Files.Put(kept.TempPath, "x");
+    opened.world.Songs.SongClosed(kept);
+    opened.world.Window->grab();  // so that it is laid out
+    const OpenedFiles desktop;
+    QWidget* const ground = opened.list->viewport();
+    const QPointF place = opened.list->visualRect(opened.list->model()->index(0, 0)).center();
+    for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease,
+                                    QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease}) {
+        QMouseEvent event(type, place, ground->mapToGlobal(place), Qt::LeftButton, Qt::LeftButton,
+                          Qt::NoModifier);
+        QApplication::sendEvent(ground, &event);
+    }
+    EXPECT_EQ(desktop.Last(), kept.TempPath);
+}
+
 TEST(SongMenu, OffersOnlyWhatCanBeDone) {
     Opened opened;
     const auto& songs = opened.world.Songs.Songs();
@@ -158,6 +213,43 @@ TEST(SongMenu, OffersOnlyWhatCanBeDone) {
     EXPECT_EQ(songs[dropped].Fate, SongFate::Kept);
     EXPECT_EQ(songs[dropped].Progress, SongProgress::Encoding);
     EXPECT_EQ(opened.world.Songs.KeptSongs(), kept + 1);
+}
+
+TEST(SongMenu, MeansItsSongAlsoWhenANewOneHasComeMeanwhile) {
+    Opened opened;
+    const auto& songs = opened.world.Songs.Songs();
+    ClosedSong dropped;
+    dropped.Fate = SongFate::Unwanted;
+    dropped.Media.Song = "Dropped";
+    dropped.TempPath = "/home/user/dropped.wav";
+    opened.world.Computer.Files.Put(dropped.TempPath, std::string(200'000, 'x'));
+    opened.world.Songs.SongClosed(dropped);
+    QMenu menu;
+    opened.list->FillMenu(menu, 0);
+    ClosedSong newer;
+    newer.Fate = SongFate::Unwanted;
+    newer.Media.Song = "Newer";
+    opened.world.Songs.SongClosed(newer);
+
+    opened.Action(menu, Key::KeepSong)->trigger();
+    EXPECT_EQ(songs[0].Fate, SongFate::Unwanted);
+    EXPECT_EQ(songs[1].Fate, SongFate::Kept);
+    opened.Action(menu, Key::ShowLogLines)->trigger();
+    EXPECT_TRUE(opened.list->findChild<QDialog*>("logLines")->windowTitle().contains("Dropped"));
+}
+
+TEST(SongMenu, DoesNotCallASongKeptWhoseRecordingHasGoneMeanwhile) {
+    Opened opened;
+    ClosedSong dropped;
+    dropped.Fate = SongFate::Unwanted;
+    dropped.TempPath = "/home/user/dropped.wav";
+    opened.world.Computer.Files.Put(dropped.TempPath, std::string(200'000, 'x'));
+    opened.world.Songs.SongClosed(dropped);
+    QMenu menu;
+    opened.list->FillMenu(menu, 0);
+    opened.world.Computer.Files.Delete(dropped.TempPath);
+    opened.Action(menu, Key::KeepSong)->trigger();
+    EXPECT_EQ(opened.world.Songs.Songs()[0].Fate, SongFate::Unwanted);
 }
 
 TEST(RecordingPage, SaysThatTheDiskIsNearlyFull) {
