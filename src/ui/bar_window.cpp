@@ -6,6 +6,7 @@
 #include <QMoveEvent>
 #include <QPointer>
 #include <QScreen>
+#include <QTimer>
 #include <QWindow>
 #include <algorithm>
 
@@ -14,6 +15,13 @@
 #include "ui/window_keys.h"
 
 namespace Corvetape {
+
+namespace {
+
+/// A window manager takes a few milliseconds.
+constexpr int FramedAfterMs = 200;
+
+}  // namespace
 
 BarWindow::BarWindow(const UiParts& parts, Form& form, BarStyle style)
     : Parts(parts), Style(style), Own(form) {
@@ -57,6 +65,20 @@ void BarWindow::ComeOntoTheScreen() {
     place.Left = within(place.Left, place.Width, room.left(), room.width());
     place.Top = within(place.Top, place.Height, room.top(), room.height());
     Own.Place(place);
+}
+
+/// A window manager frames a plain bar once it is there, and what is framed may stick out of the screen.
+void BarWindow::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (Style == BarStyle::Plain) QTimer::singleShot(FramedAfterMs, this, [this] { KeepFrameOnTheScreen(); });
+}
+
+void BarWindow::KeepFrameOnTheScreen() {
+    const QRect room = screen()->virtualGeometry();
+    const QRect framed = frameGeometry();
+    const int left = std::max(room.left(), std::min(framed.left(), room.right() + 1 - framed.width()));
+    const int top = std::max(room.top(), std::min(framed.top(), room.bottom() + 1 - framed.height()));
+    if (framed.topLeft() != QPoint(left, top)) move(left, top);
 }
 
 void BarWindow::moveEvent(QMoveEvent* event) {

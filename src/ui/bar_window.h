@@ -21,6 +21,7 @@ class BarWindow : public QWidget {
     BarWindow(const UiParts& parts, Form& form, BarStyle style);
 
  protected:
+    void showEvent(QShowEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -32,6 +33,7 @@ class BarWindow : public QWidget {
  private:
     void FollowForm();
     void ComeOntoTheScreen();
+    void KeepFrameOnTheScreen();
 
     Form& Own;
     QPoint PressedAt;

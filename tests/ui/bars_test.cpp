@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QBuffer>
+#include <QDeadlineTimer>
 #include <QImage>
 #include <QKeyEvent>
 #include <QLabel>
@@ -10,6 +11,7 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QRandomGenerator>
+#include <QScreen>
 #include <QShortcut>
 #include <QTimer>
 #include <QToolButton>
@@ -54,6 +56,23 @@ TEST(Bars, FollowTheirForms) {
     bars.plain->move(40, 50);
     EXPECT_EQ(bars.world.Recorder->Values().PlainBar.Place().Left, 600);
     EXPECT_EQ(bars.world.Recorder->Values().PlainBar.Place().Top, 750);
+}
+
+TEST(Bars, TheFrameOfAPlainOneIsWithinTheScreen) {
+    Bars bars;
+    bars.world.Recorder->Shown().Bars.SwitchDesign();
+    bars.plain->move(100'000, 0);
+    bars.plain->hide();
+    bars.plain->show();
+    const QRect screen = bars.plain->screen()->virtualGeometry();
+    ASSERT_GT(bars.plain->frameGeometry().width(), bars.plain->width());
+    ASSERT_FALSE(screen.contains(bars.plain->frameGeometry()));
+    const QDeadlineTimer limit(5000);
+    while (!screen.contains(bars.plain->frameGeometry()) && !limit.hasExpired()) {
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+    }
+    EXPECT_TRUE(screen.contains(bars.plain->frameGeometry()));
+    EXPECT_EQ(bars.world.Recorder->Values().PlainBar.Place().Left, bars.plain->x() * 15);
 }
 
 TEST(Bars, TheWordsOfThePlainOneAreLightOnDark) {

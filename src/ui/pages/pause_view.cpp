@@ -37,8 +37,8 @@ void AddSilence(FormPage& page, const UiParts& parts) {
                   BoundTo(form.lblSilenceAmplitude[1]));
     card.AddField(form.lblEndOfSilenceAmplitude[0], NumberField(form.txtEndOfSilenceAmplitude),
                   BoundTo(form.lblEndOfSilenceAmplitude[1]));
-    card.AddRow({BoundTo(form.chkDetectSilenceByPeak), BoundTo(form.lblDetectSilenceByPeak)});
-    card.AddRow({BoundTo(form.chkIgnoreSilence), BoundTo(form.txtIgnoreSilence)});
+    card.AddRow({BoundTo(form.chkDetectSilenceByPeak), BoundTo(form.lblDetectSilenceByPeak)}, Grid / 2);
+    card.AddRow({BoundTo(form.chkIgnoreSilence), BoundTo(form.txtIgnoreSilence)}, Grid / 2);
     card.AddRow({BoundTo(form.cmdAutoPauseParams)});
 }
 
