@@ -74,7 +74,7 @@ bool Program::Load() {
 }
 
 Program::Next Program::TakeBusyPointer() {
-    Host.Desktop.ShowBusy(true);
+    Parts->Busy.emplace(Host.Desktop);
     return Next::Continue;
 }
 
@@ -143,7 +143,7 @@ Program::Next Program::ChooseLanguage() {
         if (asked) Parts->Store.WriteSetting("General", "Language", language);
     }
     if (language.empty()) language = "english";
-    Host.Desktop.ShowBusy(true);
+    Parts->Busy->SetMousePointer(MousePointer::Busy);  // the question had another one
     Parts->Messages.Load(language);
     Parts->Messages.LocalizeControls(Memory->Form);
     if (Events.TextsReady) Events.TextsReady();
@@ -265,7 +265,7 @@ Program::Next Program::LoadBars() {
 }
 
 Program::Next Program::ReleaseBusyPointer() {
-    Host.Desktop.ShowBusy(false);
+    Parts->Busy.reset();
     Host.Loop.ProcessEvents();
     return Next::Continue;
 }

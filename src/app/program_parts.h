@@ -12,6 +12,7 @@
 #include "audio/song_writer.h"
 #include "core/controls/messages.h"
 #include "core/log.h"
+#include "core/mouse_pointer.h"
 #include "core/program_requests.h"
 #include "core/reporter.h"
 #include "core/settings/registry.h"
@@ -81,6 +82,7 @@ struct ProgramParts {
     const ProgramEvents& Events;
 
     uint64_t RandomSeed = 0;
+    std::optional<clsMousePointer> Busy;  ///< during the start
 
     ProgramRequests Requests;
     RegistryBranches Registry;

@@ -42,11 +42,11 @@ class LevelHistory {
     bool ReplaceLast(int32_t value) {
         if (Count == 0) return false;
         Entries[(First + Count - 1) % Capacity] = value;
-        RedrawWanted = true;
+        HistogramRedraw = true;
         return true;
     }
 
-    bool RedrawWanted = false;  ///< an entry of the past has changed
+    bool HistogramRedraw = false;  ///< an entry of the past has changed
 
  private:
     std::array<int32_t, Capacity> Entries{};

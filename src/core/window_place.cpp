@@ -41,18 +41,26 @@ DisplayScale DisplayScaleOf(int32_t twipsPerPixelX, int32_t twipsPerPixelY) {
 
 WindowPlace ScaledPlace(const WindowPlace& place, DisplayScale scale) {
     if (scale.IsDesign()) return place;
-    return {Scaled(place.Left, scale.X), Scaled(place.Top, scale.Y), Scaled(place.Width, scale.X),
-            Scaled(place.Height, scale.Y)};
+    return {Scaled(place.Left, scale.DisplayScaleX), Scaled(place.Top, scale.DisplayScaleY),
+            Scaled(place.Width, scale.DisplayScaleX), Scaled(place.Height, scale.DisplayScaleY)};
 }
 
 TwipSize ScaledFormSize(TwipSize outer, TwipSize inner, DisplayScale scale) {
     if (scale.IsDesign()) return outer;
-    return {outer.Width - inner.Width + Scaled(inner.Width, scale.X),
-            outer.Height - inner.Height + Scaled(inner.Height, scale.Y)};
+    return {outer.Width - inner.Width + Scaled(inner.Width, scale.DisplayScaleX),
+            outer.Height - inner.Height + Scaled(inner.Height, scale.DisplayScaleY)};
+}
+
+void ScaleFormToDisplay(Form& form, TwipSize inner, DisplayScale scale) {
+    WindowPlace place = form.Place();
+    const TwipSize size = ScaledFormSize({place.Width, place.Height}, inner, scale);
+    place.Width = size.Width;
+    place.Height = size.Height;
+    form.Place(place);
 }
 
 float ScaledFontSize(float size, DisplayScale scale) {
-    return scale.IsDesign() ? size : size * scale.Y;
+    return scale.IsDesign() ? size : size * scale.DisplayScaleY;
 }
 
 WindowAnswer AnswerTo(WindowState state, bool iconIsThere, bool maximizeButton) {

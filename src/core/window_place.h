@@ -46,11 +46,11 @@ inline constexpr int32_t ScreenTwipsPerPixel = 15;
 
 /// What the layout of a form is multiplied with, so that a pixel of the design is a pixel of the screen.
 struct DisplayScale {
-    float X = 1;
-    float Y = 1;
+    float DisplayScaleX = 1;
+    float DisplayScaleY = 1;
 
     /// The display is that of the design: nothing is scaled.
-    bool IsDesign() const { return X == 1.0F && Y == 1.0F; }
+    bool IsDesign() const { return DisplayScaleX == 1.0F && DisplayScaleY == 1.0F; }
 };
 
 /// The scale of a display with so many twips for each of its pixels.
@@ -64,6 +64,10 @@ TwipSize ScaledFormSize(TwipSize outer, TwipSize inner, DisplayScale scale);
 
 /// Sizes of type follow the height alone.
 float ScaledFontSize(float size, DisplayScale scale);
+
+/// Brings a form whose place is that of its design to the display. Its frame, which is what it has around
+/// `inner`, is not scaled. Its controls are laid out by the toolkit.
+void ScaleFormToDisplay(Form& form, TwipSize inner, DisplayScale scale);
 
 /// What the main window does when the desktop has changed its state.
 enum class WindowAnswer {

@@ -146,7 +146,7 @@ void DesktopProgram::Ask(dlgProvider& dialog) {
 std::string DesktopProgram::AskLanguage(const std::string& fitting) {
     dlgLanguage dialog;
     LanguageChoice choice(dialog, Files, Dialogs, Folders->ProgramFolder(), fitting);
-    Screen.ShowBusy(false);
+    Screen.Pointer(MousePointer::Default);
     AskForLanguage(dialog, choice);
     return choice.Chosen().empty() ? fitting : choice.Chosen();
 }

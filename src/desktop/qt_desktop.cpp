@@ -34,7 +34,8 @@ std::string QtDesktop::Language() {
     return QLocale::languageToString(QLocale::system().language()).toLower().toStdString();
 }
 
-void QtDesktop::ShowBusy(bool busy) {
+void QtDesktop::ShowPointer(MousePointer pointer) {
+    const bool busy = pointer == MousePointer::Busy;
     if (busy == (QApplication::overrideCursor() != nullptr)) return;
     if (busy) {
         QApplication::setOverrideCursor(Qt::WaitCursor);

@@ -30,7 +30,6 @@ class QtDesktop : public Desktop {
     bool ClaimInstance() override { return Instance.Claim(); }
     void ActivateOther() override { Instance.ActivateOther(); }
     std::string Language() override;
-    void ShowBusy(bool busy) override;
     bool Open(const std::string& addressOrFolder) override;
     void MoveWindow(int32_t left, int32_t top) override;
     void MinimizeWindow() override;
@@ -46,6 +45,7 @@ class QtDesktop : public Desktop {
  private:
     void ComeForward();
     void ReportPlace();
+    void ShowPointer(MousePointer pointer) override;
     bool IconIsThere() const { return Tray && Tray->Present(); }
 
     LinuxSingleInstance Instance;

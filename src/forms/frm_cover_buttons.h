@@ -15,6 +15,12 @@ struct frmCoverButtons : Form {
     static constexpr const char* NoTitleText = ProgramTitle;
 
     Picture imgCover;
+
+    /// Place and size of imgCover as laid out, in pixels: the whole bar, from the time when it is loaded.
+    float CoverBoxLeft = 0;
+    float CoverBoxTop = 0;
+    float CoverBoxWidth = 0;
+    float CoverBoxHeight = 0;
     Picture shpTop;  ///< behind the text
     Label lblArtist;
     Label lblSong;

@@ -9,8 +9,8 @@ namespace Corvetape {
 StationLaunch::StationLaunch(StationLaunchParts parts) : Parts(parts) {
     frmMain& form = Parts.Form;
     form.cmbURL.Click.Connect([this] {
-        Parts.Settings.CurrentURL = Parts.Form.cmbURL.ListIndex();
-        Parts.Store.WriteSetting("URLs", "Current", Parts.Settings.CurrentURL);
+        Parts.Settings.CurrentUrlIndex = Parts.Form.cmbURL.ListIndex();
+        Parts.Store.WriteSetting("URLs", "Current", Parts.Settings.CurrentUrlIndex);
     });
     form.cmdLaunchURL.Click.Connect([this] { Launch(); });
     form.objWebBrowser.StatusTextChange.Connect([this](const std::string& text) {
@@ -22,8 +22,8 @@ StationLaunch::StationLaunch(StationLaunchParts parts) : Parts(parts) {
 }
 
 void StationLaunch::Launch() {
-    const auto& addresses = Parts.Settings.StationAddresses;
-    const int32_t index = Parts.Settings.CurrentURL;
+    const auto& addresses = Parts.Settings.StationUrls;
+    const int32_t index = Parts.Settings.CurrentUrlIndex;
     if (index < 0 || static_cast<size_t>(index) >= addresses.size()) return;
     const std::string address = addresses[static_cast<size_t>(index)];
     if (address.find("://") == std::string::npos) {
@@ -34,7 +34,7 @@ void StationLaunch::Launch() {
     Parts.Form.cmdLaunchURL.Enabled(false);
     Parts.Loop.ProcessEvents();
     Loading = true;  // the page may come from within Navigate
-    Parts.Desktop.ShowBusy(true);
+    Parts.Desktop.Pointer(MousePointer::Busy);
     Parts.Form.objWebBrowser.Navigate(address);
 }
 
@@ -50,7 +50,7 @@ void StationLaunch::ShowProgress(int64_t progress, int64_t maximum) {
 
 void StationLaunch::PageHasCome() {
     if (!Loading) return;
-    Parts.Desktop.ShowBusy(false);
+    Parts.Desktop.Pointer(MousePointer::Default);
     Parts.Form.cmdLaunchURL.Enabled(true);
     Loading = false;
 }

@@ -14,7 +14,7 @@ namespace Corvetape {
 /// What the launch works on. All of it outlives it.
 struct StationLaunchParts {
     frmMain& Form;
-    Corvetape::Settings& Settings;  ///< CurrentURL is the index of the chosen entry
+    Corvetape::Settings& Settings;  ///< CurrentUrlIndex is the index of the chosen entry
     SettingsStore& Store;
     const Placeholders& Expansion;
     Corvetape::Processes& Processes;

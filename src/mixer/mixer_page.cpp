@@ -2,6 +2,7 @@
 
 #include "core/controls/held.h"
 #include "core/controls/message_texts.h"
+#include "core/mouse_pointer.h"
 #include "core/windows_version.h"
 #include "mixer/sound_settings.h"
 
@@ -11,18 +12,6 @@ namespace {
 
 constexpr float AssistantStepMs = 200;
 constexpr const char* AssistantName = "frmWizard";
-
-/// The pointer of a wait, from here to the end of the scope.
-class BusyPointer {
- public:
-    explicit BusyPointer(Desktop& desktop) : Screen(desktop) { Screen.ShowBusy(true); }
-    ~BusyPointer() { Screen.ShowBusy(false); }
-    BusyPointer(const BusyPointer&) = delete;
-    BusyPointer& operator=(const BusyPointer&) = delete;
-
- private:
-    Desktop& Screen;
-};
 
 }  // namespace
 
@@ -83,7 +72,7 @@ bool MixerPage::AskAndSearch() {
         return false;
     }
     if (Tools.Wait.Ended()) return true;  // at the box that reports changed inputs
-    const BusyPointer busy(Parts.Desktop);
+    const clsMousePointer busy(Parts.Desktop);
     Search();
     return true;
 }
@@ -126,7 +115,7 @@ void MixerPage::AskAndFindGain() {
                                    DialogIcon::Question))
         return;
     if (Tools.Wait.Ended()) return;
-    const BusyPointer busy(Parts.Desktop);
+    const clsMousePointer busy(Parts.Desktop);
     const int32_t before = Parts.Pause.LevelMultiplier;
     Tools.Rescue.Keep();
     const bool reached = Tools.Gain.AutoGainLine();

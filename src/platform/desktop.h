@@ -8,6 +8,9 @@ namespace Corvetape {
 /// What the icon in the notification area stands for. The numbers are those that the tick writes.
 enum class TrayState : int16_t { Idle = 0, Recording = 1, Waiting = 2 };
 
+/// The pointer of the mouse, for the whole program. The numbers are those of the system's own pointers.
+enum class MousePointer : int16_t { Default = 0, Busy = 11 };
+
 /// The desktop round the program. By itself it is one without a screen: nothing is shown, nothing can be
 /// opened, and the program is the only one of its user.
 class Desktop {
@@ -23,8 +26,12 @@ class Desktop {
     /// The language of the user as the name of its file of texts, "german"; empty if it is not known.
     virtual std::string Language() { return {}; }
 
-    /// The pointer shows that the user has to wait, or no longer.
-    virtual void ShowBusy(bool /*busy*/) {}
+    /// The pointer that is shown, and another one.
+    MousePointer Pointer() const { return OwnPointer; }
+    void Pointer(MousePointer pointer) {
+        OwnPointer = pointer;
+        ShowPointer(pointer);
+    }
 
     /// Opens an address or a folder in the program that the user has for it. False if there is none.
     virtual bool Open(const std::string& /*addressOrFolder*/) { return false; }
@@ -46,6 +53,11 @@ class Desktop {
     virtual void RemoveTrayIcon() {}
     virtual void ShowTrayTip(const std::string& /*tip*/) {}
     virtual void ShowTrayState(TrayState /*state*/) {}
+
+ private:
+    virtual void ShowPointer(MousePointer /*pointer*/) {}
+
+    MousePointer OwnPointer = MousePointer::Default;
 };
 
 }  // namespace Corvetape

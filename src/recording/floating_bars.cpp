@@ -6,9 +6,11 @@ namespace {
 
 constexpr const char* Section = "QuickButtons";
 
-TwipSize OnScreen(TwipSize design) {
-    const DisplayScale scale = DisplayScaleOf(ScreenTwipsPerPixel, ScreenTwipsPerPixel);
-    return ScaledFormSize(design, design, scale);
+/// The bars have no frames of their own.
+TwipSize ScaleBar(Form& bar, TwipSize design) {
+    bar.Place({0, 0, design.Width, design.Height});
+    ScaleFormToDisplay(bar, design, DisplayScaleOf(ScreenTwipsPerPixel, ScreenTwipsPerPixel));
+    return {bar.Place().Width, bar.Place().Height};
 }
 
 }  // namespace
@@ -43,18 +45,20 @@ void FloatingBars::AttachCover() {
     CoversChanged = Parts.Covers.Changed.Listen([this] { CoverChanged(); });
 }
 
-void FloatingBars::Put(Form& bar, TwipSize design, const WindowPosition& fallback, TwipSize screen) {
-    const TwipSize size = OnScreen(design);
+void FloatingBars::Put(Form& bar, TwipSize size, const WindowPosition& fallback, TwipSize screen) {
     const WindowPosition at =
         StoredBarPosition(Parts.Options.QuickButtonsPos, size, screen).value_or(fallback);
     bar.Place({at.Left, at.Top, size.Width, size.Height});
 }
 
 void FloatingBars::Load(TwipSize screen) {
-    const WindowPosition corner = DefaultPlainBarPosition(OnScreen(PlainSize), screen);
-    Put(Parts.Plain, PlainSize, corner, screen);
-    const WindowPosition beside = DefaultCoverBarPosition(OnScreen(CoverSize), Parts.Form.Place());
-    Put(Parts.Cover, CoverSize, beside, screen);
+    const TwipSize plain = ScaleBar(Parts.Plain, PlainSize);
+    Put(Parts.Plain, plain, DefaultPlainBarPosition(plain, screen), screen);
+    frmCoverButtons& bar = Parts.Cover;
+    const TwipSize cover = ScaleBar(bar, CoverSize);
+    Put(bar, cover, DefaultCoverBarPosition(cover, Parts.Form.Place()), screen);
+    bar.CoverBoxWidth = static_cast<float>(cover.Width) / ScreenTwipsPerPixel;
+    bar.CoverBoxHeight = static_cast<float>(cover.Height) / ScreenTwipsPerPixel;
     InUse = Parts.Options.OldView ? static_cast<Form*>(&Parts.Plain) : &Parts.Cover;
     Parts.Cover.tmrHide.Attach(Parts.Loop);
     Parts.Cover.tmrHide.Running(true);

@@ -72,7 +72,7 @@ class FloatingBars {
     void ShowOverlay(bool shown);
     void HideTimerFired();
     void CoverChanged();
-    void Put(Form& bar, TwipSize design, const WindowPosition& fallback, TwipSize screen);
+    void Put(Form& bar, TwipSize size, const WindowPosition& fallback, TwipSize screen);
 
     FloatingBarsParts Parts;
     Form* InUse;

@@ -59,7 +59,7 @@ void LevelDisplay::TabChanged() {
         Signal.PeakLeft = 0;
         Signal.PeakRight = 0;
         for (HeldPeak& peak : HeldPeaks) peak.Clear();
-        Signal.History.RedrawWanted = true;
+        Signal.History.HistogramRedraw = true;
     }
     Form.tmrVU.Running(seen);
 }
@@ -96,7 +96,7 @@ void LevelDisplay::DrawHistogram() {
     LevelHistory& history = Signal.History;
     Picture.Scrolled = false;
     Picture.FirstDrawn = 0;
-    if (history.Size() == LevelHistory::Capacity && !std::exchange(history.RedrawWanted, false)) {
+    if (history.Size() == LevelHistory::Capacity && !std::exchange(history.HistogramRedraw, false)) {
         // Only what is new is drawn; the rest moves. The column before the new ones is drawn again, so that
         // a fifth buffer between two ticks leaves no hole.
         std::move(Picture.Columns.begin() + ScrollStep, Picture.Columns.end(), Picture.Columns.begin());
@@ -124,7 +124,7 @@ void LevelDisplay::MeasureHistory() {
 
 void LevelDisplay::HistogramClicked() {
     Frozen = !Frozen;
-    Signal.History.RedrawWanted = !Frozen;
+    Signal.History.HistogramRedraw = !Frozen;
     if (!Frozen) {
         ToolTip.clear();
         Form.picHistogram.ToolTip("");

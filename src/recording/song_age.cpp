@@ -19,7 +19,7 @@ void SongAge::Tick() {
     if (Parts.Cut.SongBoundary) {
         Parts.Cut.SongBoundary = false;
         Age = 0;
-        Taken = false;
+        SongDataTaken = false;
     } else if (Age < OldestAge) {
         ++Age;
     } else {
@@ -30,7 +30,7 @@ void SongAge::Tick() {
 
 bool SongAge::IsDue() const {
     const MediaState& media = Parts.Media;
-    if (!media.StationDataEnabled || Taken) return false;
+    if (!media.StationDataEnabled || SongDataTaken) return false;
     if (Age <= Parts.Options.EncodeDelay / 1000 + 1) return false;
     // Up to its cut the file holds the song before, which needs its record and its flags.
     if (Parts.Cut.CutPending) return false;
@@ -43,7 +43,7 @@ void SongAge::TakeSongData() {
     if (!IsDue()) return;
     MediaState& media = Parts.Media;
     media.SongMedia = media.CurrentMedia;
-    Taken = true;
+    SongDataTaken = true;
     const std::string name = WatchedName(Parts.Options.MusicFileTemplate[1], media.CurrentMedia);
     if (!Parts.Flags.RecordCurrentSong || !Parts.Lists.IsSongExcluded(name)) return;
     Parts.Flags.WishNextSong(true);

@@ -43,7 +43,7 @@ class SongAge {
     SongAgeParts Parts;
     Reporter& Say;
     int16_t Age = 0;
-    bool Taken = false;  ///< for this song
+    bool SongDataTaken = false;  ///< for this song
 };
 
 }  // namespace Corvetape

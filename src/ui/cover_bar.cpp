@@ -118,8 +118,9 @@ QWidget* CoverBarWindow::Buttons() {
 /// middle as it is.
 void CoverBarWindow::PaintImage(QPainter& painter) {
     const QImage& picture = Parts.Covers.Present();
-    const bool fills = picture.width() >= width() || picture.height() >= height();
-    if (!picture.isNull() && fills) return painter.drawImage(rect(), picture);
+    const QRectF box(Form.CoverBoxLeft, Form.CoverBoxTop, Form.CoverBoxWidth, Form.CoverBoxHeight);
+    const bool fills = picture.width() >= box.width() || picture.height() >= box.height();
+    if (!picture.isNull() && fills) return painter.drawImage(box, picture);
     PaintCover(painter, QRectF(rect()), CoverNameOf(Parts.Media.CurrentMedia), 0);
     if (picture.isNull()) return;
     painter.drawImage(QPoint((width() - picture.width()) / 2, (height() - picture.height()) / 2), picture);

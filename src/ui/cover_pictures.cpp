@@ -11,7 +11,7 @@ namespace Corvetape {
 namespace {
 
 /// Decoded no larger than it is shown: a picture of thousands of pixels would take a moment of the sound.
-QImage Decoded(const std::string& bytes) {
+QImage PictureFromBytes(const std::string& bytes) {
     QByteArray data = QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size()));
     QBuffer buffer(&data);
     QImageReader reader(&buffer);
@@ -35,7 +35,7 @@ CoverPictures::CoverPictures(CoverImages* source) : Source(source) {
 
 void CoverPictures::Take() {
     const std::string& bytes = Source->PictureToShow();
-    Large = bytes.empty() ? QImage() : Decoded(bytes);
+    Large = bytes.empty() ? QImage() : PictureFromBytes(bytes);
     const std::string& address = Source->Address();
     if (!Large.isNull()) {
         if (Known

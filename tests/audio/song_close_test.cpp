@@ -17,7 +17,7 @@ TEST_F(SongCloses, TheEndOfASongIsMarkedInTheHistoryInPlaceOfTheLevel) {
     HearPause();
     EXPECT_EQ(Signal.History[0], 10);
     EXPECT_EQ(Signal.History[1], MarkSongEnd);
-    EXPECT_TRUE(Signal.History.RedrawWanted);
+    EXPECT_TRUE(Signal.History.HistogramRedraw);
 }
 
 TEST_F(SongCloses, TheEndIsMarkedEvenIfNoFileIsOpen) {

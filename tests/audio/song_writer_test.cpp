@@ -119,7 +119,7 @@ TEST_F(Songs, TheStartOfASongIsMarkedInTheHistoryBySign) {
     Hear(1);
     EXPECT_EQ(Signal.History[1], -700);
     EXPECT_EQ(Signal.History[0], 300);
-    EXPECT_TRUE(Signal.History.RedrawWanted);
+    EXPECT_TRUE(Signal.History.HistogramRedraw);
     Hear(1);
     EXPECT_EQ(Signal.History[1], -700) << "once a song";
 }
@@ -144,7 +144,7 @@ TEST_F(Songs, InTheOtherModesTheHistoryGetsNoMarks) {
     Writer.WriteBuffer(NumberedBuffer(0));
     Writer.CloseSongFile(SongEnd::Boundary);
     EXPECT_EQ(Signal.History[0], 700);
-    EXPECT_FALSE(Signal.History.RedrawWanted);
+    EXPECT_FALSE(Signal.History.HistogramRedraw);
 }
 
 // Breaking off.

@@ -192,14 +192,14 @@ TEST_F(SettingsStoreTest, TheTwoFilesAreNotMerged) {
     EXPECT_EQ(Values.Language, "");
     EXPECT_EQ(Values.EncoderCommand[1], "");
     EXPECT_EQ(Values.StationNames, (Names{"Radio", "Current"}));
-    EXPECT_EQ(Values.CurrentURL, 1);
+    EXPECT_EQ(Values.CurrentUrlIndex, 1);
 }
 
 TEST_F(SettingsStoreTest, StationsComeInTheOrderOfTheFileWithoutNamelessOnes) {
     Disk.Contents[FixFile] = "[URLs]\nZ=http://z\n=http://nameless\nA=" + std::string(300, 'a') + "\nM=\n";
     Load();
     EXPECT_EQ(Values.StationNames, (Names{"Z", "A", "M"}));
-    EXPECT_EQ(Values.StationAddresses, (Names{"http://z", std::string(254, 'a'), ""}));
+    EXPECT_EQ(Values.StationUrls, (Names{"http://z", std::string(254, 'a'), ""}));
 }
 
 TEST_F(SettingsStoreTest, StationsBeyondTheListingBufferAreLost) {

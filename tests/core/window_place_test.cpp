@@ -56,6 +56,15 @@ TEST(DisplayScaling, LeavesTheFrameOfAWindowAsItIs) {
     EXPECT_EQ(size.Height, 300 + 750);
 }
 
+TEST(DisplayScaling, ScalesAFormWhereItStands) {
+    Form form("frmAny", "Any");
+    form.Place({300, 450, 1300, 900});
+    ScaleFormToDisplay(form, {1200, 600}, DisplayScaleOf(15, 15));
+    EXPECT_EQ(form.Place(), (WindowPlace{300, 450, 100 + 1500, 300 + 750}));
+    ScaleFormToDisplay(form, {1500, 750}, DisplayScaleOf(12, 12));
+    EXPECT_EQ(form.Place(), (WindowPlace{300, 450, 100 + 1500, 300 + 750}));
+}
+
 TEST(AnswerTo, AMinimisedWindowHidesOnlyWhereAnIconBringsItBack) {
     EXPECT_EQ(AnswerTo(WindowState::Minimised, true, false), WindowAnswer::HideToTray);
     EXPECT_EQ(AnswerTo(WindowState::Minimised, false, false), WindowAnswer::Stay);

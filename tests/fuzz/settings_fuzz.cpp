@@ -62,7 +62,7 @@ void CheckValues(const Loaded& loaded, bool isUtf8) {
         Require(!path.empty() && NormalizePath(path) == path,
                 "a working folder has a path as the system writes it");
     }
-    Require(loaded.Values.StationNames.size() == loaded.Values.StationAddresses.size(),
+    Require(loaded.Values.StationNames.size() == loaded.Values.StationUrls.size(),
             "a station has an address");
     for (const std::string& name : loaded.Media.KnownProviders) {
         Require(!name.empty(), "a known provider has a name");

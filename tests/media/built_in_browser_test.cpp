@@ -40,7 +40,7 @@ class BuiltInBrowserTest : public testing::Test {
         Messages.Load("english");
         Journal.Listener = [this](const std::string&, const std::string& text) { Logged.push_back(text); };
         Options.StationNames = {"Radio"};
-        Options.StationAddresses = {Station};
+        Options.StationUrls = {Station};
         Form.cmbURL.AddItem("Radio");
         Form.cmbURL.Select(0);
     }

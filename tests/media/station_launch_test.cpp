@@ -18,7 +18,7 @@ class StationLaunchTest : public testing::Test {
         const std::string& ini = Store.Ini().Path();
         Computer.Files.MakeFolders(ini.substr(0, ini.rfind('/')));
         Options.StationNames = {"Radio", "Player", "Mail"};
-        Options.StationAddresses = {"http://radio.example/", "%AppDir%/player", "mailto:somebody"};
+        Options.StationUrls = {"http://radio.example/", "%AppDir%/player", "mailto:somebody"};
         for (const std::string& name : Options.StationNames) Form.cmbURL.AddItem(name);
         Form.objWebBrowser.NavigateAsked.Connect([this] { Pages.push_back(Form.objWebBrowser.Address()); });
         Computer.Desktop.WhileAsked = [this](const std::string& what) {
@@ -45,7 +45,7 @@ class StationLaunchTest : public testing::Test {
 
 TEST_F(StationLaunchTest, TheChosenEntryIsStoredAtOnce) {
     Form.cmbURL.Select(2);
-    EXPECT_EQ(Options.CurrentURL, 2);
+    EXPECT_EQ(Options.CurrentUrlIndex, 2);
     EXPECT_EQ(Profile(Computer.Files, Store.Ini().Path()).ReadText("URLs", "Current", ""), "2");
 }
 
@@ -80,7 +80,7 @@ TEST_F(StationLaunchTest, AnyOtherEntryIsOpenedByTheDesktop) {
 
 TEST_F(StationLaunchTest, AnEntryThatIsNotThereOpensNothing) {
     for (const int32_t index : {-1, 3}) {
-        Options.CurrentURL = index;
+        Options.CurrentUrlIndex = index;
         Form.cmdLaunchURL.Press();
     }
     EXPECT_THAT(Computer.Processes.ShellCalls, IsEmpty());

@@ -202,10 +202,10 @@ TEST(LevelDisplay, FewerThan200EntriesLeaveTheWishForARedrawStanding) {
     DisplayRig rig;
     rig.Append(1000, 199);
     rig.Tick();
-    EXPECT_TRUE(rig.Signal.History.RedrawWanted);
+    EXPECT_TRUE(rig.Signal.History.HistogramRedraw);
     rig.Append(1, 1);
     rig.Tick();
-    EXPECT_FALSE(rig.Signal.History.RedrawWanted);
+    EXPECT_FALSE(rig.Signal.History.HistogramRedraw);
     EXPECT_FALSE(rig.Display.Histogram().Scrolled);
 }
 
@@ -319,11 +319,11 @@ TEST(LevelDisplay, SelectingTheTabClearsThePeaksAndAsksForARedraw) {
     rig.Form.tbsMain.Select("TAB_PAUSE");
     rig.Signal.PeakLeft = 100;
     rig.Signal.PeakRight = 200;
-    rig.Signal.History.RedrawWanted = false;
+    rig.Signal.History.HistogramRedraw = false;
     rig.Form.tbsMain.Select("TAB_AUDIO");
     EXPECT_EQ(rig.Signal.PeakLeft, 0);
     EXPECT_EQ(rig.Signal.PeakRight, 0);
-    EXPECT_TRUE(rig.Signal.History.RedrawWanted);
+    EXPECT_TRUE(rig.Signal.History.HistogramRedraw);
 }
 
 TEST(LevelDisplay, LeavingTheTabLeavesThePeaksAlone) {
@@ -363,12 +363,12 @@ TEST(FrozenHistogram, ASecondClickLetsItGoOnWithAFullRedraw) {
     rig.Append(1000, 200);
     rig.Tick();
     rig.Display.HistogramClicked();
-    EXPECT_FALSE(rig.Signal.History.RedrawWanted);
+    EXPECT_FALSE(rig.Signal.History.HistogramRedraw);
     rig.Append(2000, 60);
     rig.Tick();
     rig.Display.HistogramClicked();
     EXPECT_FALSE(rig.Display.HistogramFrozen());
-    EXPECT_TRUE(rig.Signal.History.RedrawWanted);
+    EXPECT_TRUE(rig.Signal.History.HistogramRedraw);
     rig.Tick();
     EXPECT_FALSE(rig.Display.Histogram().Scrolled);
     EXPECT_EQ(rig.BlueUpTo(140), 2000);
@@ -376,9 +376,9 @@ TEST(FrozenHistogram, ASecondClickLetsItGoOnWithAFullRedraw) {
 
 TEST(FrozenHistogram, FreezingWithdrawsAWishForARedraw) {
     DisplayRig rig;
-    rig.Signal.History.RedrawWanted = true;
+    rig.Signal.History.HistogramRedraw = true;
     rig.Display.HistogramClicked();
-    EXPECT_FALSE(rig.Signal.History.RedrawWanted);
+    EXPECT_FALSE(rig.Signal.History.HistogramRedraw);
 }
 
 TEST(FrozenHistogram, TellsTheLevelUnderTheMouseAsItWasWhenItFroze) {

@@ -228,17 +228,17 @@ TEST_F(MediaPolls, AChangeOfSongLeavesTheRecordOfTheFileAlone) {
 TEST_F(MediaPolls, AChangeIsMarkedInTheLevelHistory) {
     Read("A", "One");
     EXPECT_EQ(LastOfHistory(), MarkMediaChange);
-    EXPECT_TRUE(Signal.History.RedrawWanted);
+    EXPECT_TRUE(Signal.History.HistogramRedraw);
     EXPECT_EQ(Signal.History.Size(), 5U);
 }
 
 TEST_F(MediaPolls, NoChangeMarksNothing) {
     Read("A", "One");
     Signal.History.Append(700);
-    Signal.History.RedrawWanted = false;
+    Signal.History.HistogramRedraw = false;
     Read("A", "One");
     EXPECT_EQ(LastOfHistory(), 700);
-    EXPECT_FALSE(Signal.History.RedrawWanted);
+    EXPECT_FALSE(Signal.History.HistogramRedraw);
 }
 
 TEST_F(MediaPolls, AChangeOnAnEmptyHistoryCutsAllTheSame) {

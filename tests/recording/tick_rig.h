@@ -45,8 +45,8 @@ class TickRig : public SessionRig, private SourceSettings, private SourceMixer, 
         Options.EncodeDelay = 5000;
         Options.InputDevice = 0;
         Options.InputDeviceNames = "Radio;";
-        Options.StationAddresses = {"http://radio/"};
-        Options.CurrentURL = 0;
+        Options.StationUrls = {"http://radio/"};
+        Options.CurrentUrlIndex = 0;
         Options.MusicFileTemplate[1] = "%Title%";
         Folders.Paths = {"/home/user/temp", "/home/user/music", "/home/user"};
         Machine.Files.MakeFolders("/home/user/music");

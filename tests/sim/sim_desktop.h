@@ -35,7 +35,6 @@ class SimDesktop : public Desktop {
         if (Place->Holder != nullptr && Place->Holder != this) ++Place->Activations;
     }
     std::string Language() override { return OwnLanguage; }
-    void ShowBusy(bool busy) override { Note(busy ? "BusyPointer" : "normal pointer"); }
     bool Open(const std::string& addressOrFolder) override {
         Note("Open " + addressOrFolder);
         return true;
@@ -59,6 +58,9 @@ class SimDesktop : public Desktop {
     std::string OwnLanguage;
 
  private:
+    void ShowPointer(MousePointer pointer) override {
+        Note(pointer == MousePointer::Busy ? "BusyPointer" : "normal pointer");
+    }
     void Note(const std::string& what) {
         if (WhileAsked) WhileAsked(what);
     }

@@ -38,7 +38,7 @@ struct Settings {
     std::string QuickButtonsPos;
     bool QuickButtonsVisible = true;
     bool OldView = false;
-    int32_t CurrentURL = 0;
+    int32_t CurrentUrlIndex = 0;
     bool LogToFile = true;
     std::string Language;
     int32_t Interval = 100;
@@ -91,7 +91,7 @@ struct Settings {
 
     // From FixIniFile.
     std::vector<std::string> StationNames;
-    std::vector<std::string> StationAddresses;
+    std::vector<std::string> StationUrls;
     std::array<std::string, EncoderCount> EncoderCommand;
     std::string NormalizeCommand;
     QualityList MP3;

@@ -125,10 +125,10 @@ void SettingsStore::ChooseIniFile() {
 
 void SettingsStore::LoadStations(Settings& values) const {
     values.StationNames.clear();
-    values.StationAddresses.clear();
+    values.StationUrls.clear();
     for (const std::string& name : FixProfile.Keys("URLs", ListBuffer)) {
         values.StationNames.push_back(name);
-        values.StationAddresses.push_back(FixProfile.ReadText("URLs", name, "", TextLimit));
+        values.StationUrls.push_back(FixProfile.ReadText("URLs", name, "", TextLimit));
     }
 }
 

@@ -22,7 +22,7 @@ constexpr SettingRow Table[] = {
     {"QuickButtons", "Pos", "", PosText, &Settings::QuickButtonsPos},
     {"QuickButtons", "Visible", "1", Bool, &Settings::QuickButtonsVisible},
     {"QuickButtons", "OldView", "0", Bool, &Settings::OldView},
-    {"URLs", "Current", "0", Int, &Settings::CurrentURL, Load, "cmbURL"},
+    {"URLs", "Current", "0", Int, &Settings::CurrentUrlIndex, Load, "cmbURL"},
     {"General", "LogToFile", "1", Bool, &Settings::LogToFile},
     {"General", "Language", "", Text, &Settings::Language},
     {"Record", "Interval", "100", Int, &Settings::Interval},
