@@ -60,6 +60,7 @@ bool Program::Load() {
     Host.System.RaisePriority();
     for (const LoadStep step : LoadSteps) {
         if ((this->*step)() == Next::EndProcess) {
+            Parts->Busy.reset();
             if (Stage == LifeStage::Loading) Stage = LifeStage::Ended;
             return false;
         }

@@ -56,7 +56,7 @@ TEST(SecondInstance, OnlyLaysNothingOutBeforeItEnds) {
     DesktopNotes desktop;
     PutOn(second, desktop);
     ASSERT_FALSE(second.Load());
-    EXPECT_THAT(desktop.Asked, ElementsAre("BusyPointer", "BlankBrowser"));
+    EXPECT_THAT(desktop.Asked, ElementsAre("BusyPointer", "BlankBrowser", "normal pointer"));
 }
 
 TEST(SecondInstance, IsAllowedToUpdate) {
