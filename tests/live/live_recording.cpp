@@ -38,20 +38,14 @@ std::vector<std::string> RecordCommand(const std::string& home, const std::vecto
     return command;
 }
 
-std::vector<Json> SongsIn(const std::string& printed) {
-    std::vector<Json> songs;
+std::vector<Json> KeptIn(const std::string& printed) {
+    std::vector<Json> kept;
     std::istringstream lines(Content(printed));
     for (std::string line; std::getline(lines, line);) {
         Json song = Json::parse(line, nullptr, false);
-        if (song.is_object() && song.contains("kept")) songs.push_back(std::move(song));
+        if (song.is_object() && song.value("kept", false)) kept.push_back(std::move(song));
     }
-    return songs;
-}
-
-std::vector<Json> KeptIn(const std::string& printed) {
-    std::vector<Json> songs = SongsIn(printed);
-    std::erase_if(songs, [](const Json& song) { return !song.value("kept", false); });
-    return songs;
+    return kept;
 }
 
 std::string RunToEnd(const std::vector<std::string>& command,

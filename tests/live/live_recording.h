@@ -26,10 +26,7 @@ std::map<std::string, std::string> LiveEnvironment(const SoundServer& server, co
 /// song; `more` is added to it.
 std::vector<std::string> RecordCommand(const std::string& home, const std::vector<std::string>& more);
 
-/// The songs that such a command has printed into a file, kept or not.
-std::vector<nlohmann::json> SongsIn(const std::string& printed);
-
-/// Those that were kept.
+/// The songs that such a command has printed into a file as kept.
 std::vector<nlohmann::json> KeptIn(const std::string& printed);
 
 /// Runs a program to its end, at most 90 s; gives what it prints, by way of the file `output`.

@@ -399,6 +399,22 @@ void Streams(PlayerWorld& world, double second, const std::string& title) {
     world.Place.Players.Say(report);
 }
 
+TEST(Automatic, AFileWhoseTagsAndLengthComeLaterThanItsNameIsOneSong) {
+    PlayerWorld world(Songs(2, 9, 8));
+    world.Record();
+    world.Reports["mpv"].Address = "file:///music/Track%2001.flac";
+    Streams(world, 3.1, "Track 01.flac");
+    world.Plays(4.1, "One", 3, "Track 01.flac");
+    world.Pauses(12.3);
+    world.Plays(20.2, "One", 11, "Track 01.flac");
+    world.Quits(29.3);
+    world.End(45);
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 1U);
+    EXPECT_EQ(kept[0].Song.Media.Song, "One");
+    EXPECT_NEAR(static_cast<double>(kept[0].Song.Frames) / 44100, 18, WithAGap);
+}
+
 TEST(Automatic, AStreamWhoseLengthGrowsIsCutAtItsTitles) {
     PlayerWorld world(Songs(3, 40, 0));
     world.Record();

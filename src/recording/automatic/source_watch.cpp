@@ -24,8 +24,9 @@ std::string NameToLearnBy(const std::string& player) {
 
 bool StreamFinder::IsStream(const PlayerReport& player) {
     const PlayerReport before = std::exchange(Before, player);
-    if (player.LengthMs <= 0) return true;
+    // The length of a file is known a little later than its name.
     if (player.Address.starts_with("file:")) return false;
+    if (player.LengthMs <= 0) return true;
     const bool same = player.Player == before.Player && player.TrackId == before.TrackId &&
                       player.Address == before.Address;
     if (!same) Growths = 0;
@@ -76,7 +77,7 @@ void SourceWatch::AddPlayer(SourceLook& look, const PlayerReport& player, int64_
     // Of a stream every title is a piece of its own, whatever its player calls it, and has no position.
     if (Streams.IsStream(player)) return;
     look.TrackId = player.TrackId + "\n" + player.Address;
-    look.Length = player.LengthMs / BufferMilliseconds;
+    if (player.LengthMs > 0) look.Length = player.LengthMs / BufferMilliseconds;
     if (player.BeganAtMs < 0) return;
     look.Position = (nowMs - player.BeganAtMs) / BufferMilliseconds;
 }
