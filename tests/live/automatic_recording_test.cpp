@@ -254,6 +254,7 @@ TEST_F(AutomaticRecording, ADropoutInABrowserEndsNoSong) {
         stage.Record(1, Patience,
                      {"--set", "Browser.DevToolsPorts=" + std::to_string(browsers.back()->Port())});
     }
+    Await([](AutomaticStage& stage) { return stage.Records(); });
     ExpectKept(1, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
         EXPECT_EQ(kept[0].value("title", ""), "Song 1");
         EXPECT_GE(kept[0].value("dropouts", -1), 1);

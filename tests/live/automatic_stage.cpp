@@ -69,8 +69,13 @@ void AutomaticStage::Record(int songs, int seconds, const std::vector<std::strin
         "--songs", std::to_string(songs),     "--seconds", std::to_string(seconds),
         "--set",   "Options.EncodeOffline=1", "--set",     "Source.IgnoreShortSongs=5"};
     words.insert(words.end(), more.begin(), more.end());
-    recorder = std::make_unique<TestProcess>(
-        TestProcess::Start{RecordCommand(folder / "home", words), environment, folder / "record.log"});
+    recording = {RecordCommand(folder / "home", words), environment, folder / "record.log"};
+    recorder = std::make_unique<TestProcess>(recording);
+}
+
+bool AutomaticStage::Records() {
+    if (recorder->Wait(std::chrono::milliseconds(0))) recorder = std::make_unique<TestProcess>(recording);
+    return server.Recordings() > 0;
 }
 
 void AutomaticStage::Play(const std::vector<std::string>& files) {

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <thread>
@@ -48,7 +49,9 @@ bool WaitFor(const std::function<bool()>& condition, std::chrono::milliseconds l
 class CliRun {
  public:
     CliRun(SoundServer& soundServer, std::vector<std::string> arguments)
-        : server(soundServer), process(StartOf(std::move(arguments))) {}
+        : server(soundServer),
+          wanted(StartOf(std::move(arguments))),
+          process(std::make_unique<TestProcess>(wanted)) {}
 
     /// All that it has printed.
     std::string Printed() const { return Content(folder / "printed"); }
@@ -76,9 +79,13 @@ class CliRun {
         return told;
     }
 
-    /// Waits until the server lists its stream.
+    /// Waits until the server lists its stream. A recorder that has ended because the server on a busy
+    /// machine has not answered it in time is started again.
     bool WaitUntilItRecords() {
-        return WaitFor([&] { return server.Recordings() > 0; });
+        return WaitFor([&] {
+            if (process->Wait(std::chrono::milliseconds(0))) process = std::make_unique<TestProcess>(wanted);
+            return server.Recordings() > 0;
+        });
     }
 
     /// Waits until so many frames of the present song lie in its temporary file.
@@ -100,7 +107,7 @@ class CliRun {
         return WaitFor([&] { return Printed().find(words) != std::string::npos; });
     }
 
-    TestProcess& Process() { return process; }
+    TestProcess& Process() { return *process; }
 
  private:
     TestProcess::Start StartOf(std::vector<std::string> arguments) const {
@@ -126,7 +133,8 @@ class CliRun {
 
     const TempFolder folder;
     SoundServer& server;
-    TestProcess process;
+    const TestProcess::Start wanted;
+    std::unique_ptr<TestProcess> process;
 };
 
 class CliRecordTest : public testing::TestWithParam<ServerKind> {

@@ -44,7 +44,7 @@ class PulseWaveInTest : public testing::TestWithParam<ServerKind> {
 
 TEST_P(PulseWaveInTest, InputsAreListedByTheirNamesAndTheMonitorOfTheDefaultOutputIsMarked) {
     server.AddSink("another");
-    PulseWaveIn waveIn(session.Loop, {.Server = server.Address()});
+    PulseWaveIn waveIn(session.Loop, Patiently(server.Address()));
     std::vector<WaveInDevice> devices;
     const auto marked = [&](const std::string& id) {
         devices = waveIn.Devices();
@@ -67,7 +67,7 @@ TEST_P(PulseWaveInTest, InputsAreListedByTheirNamesAndTheMonitorOfTheDefaultOutp
 }
 
 TEST_P(PulseWaveInTest, AnUnknownDeviceOrFormatIsRefused) {
-    PulseWaveIn waveIn(session.Loop, {.Server = server.Address()});
+    PulseWaveIn waveIn(session.Loop, Patiently(server.Address()));
     ASSERT_EQ(waveIn.Devices().size(), 1u);
     EXPECT_EQ(waveIn.Open(1, MakeWaveFormat(44100), BufferReturn::Loop, {}), nullptr);
     EXPECT_EQ(waveIn.Open(0, MakeWaveFormat(22050), BufferReturn::Loop, {}), nullptr);
@@ -79,7 +79,7 @@ TEST_P(PulseWaveInTest, AnUnknownDeviceOrFormatIsRefused) {
 
 TEST_P(PulseWaveInTest, ADeviceThatIsGoneSinceTheListIsRefused) {
     const std::string module = server.AddSink("another");
-    PulseWaveIn waveIn(session.Loop, {.Server = server.Address()});
+    PulseWaveIn waveIn(session.Loop, Patiently(server.Address()));
     const WaveInList devices = waveIn.Devices();
     ASSERT_EQ(devices.size(), 2u);
     ASSERT_EQ(devices[0].Id, "another.monitor");
@@ -137,7 +137,9 @@ TEST_P(PulseWaveInTest, AMainThreadThatStandsStillFor30SecondsLosesNothing) {
 }
 
 TEST_P(PulseWaveInTest, WhatTheQueueHasNoRoomForIsToldToTheFrame) {
-    Recorder recorder(session, PulseTerms{.Server = server.Address(), .QueueLength = seconds(1)});
+    PulseTerms terms = Patiently(server.Address());
+    terms.QueueLength = seconds(1);
+    Recorder recorder(session, terms);
     ASSERT_TRUE(recorder.Begin("radio.monitor"));
     ASSERT_TRUE(recorder.WaitForFrames(Second / 4));
     const std::vector<Frame> noise = Noise(4 * Second, 21);
@@ -271,7 +273,7 @@ TEST_P(PulseWaveInTest, AStreamCanBeResetAtAnyTimeAndStartedAgain) {
 }
 
 TEST_P(PulseWaveInTest, AStreamMayBeDestroyedByTheOwnerOfABuffer) {
-    PulseWaveIn waveIn(session.Loop, {.Server = server.Address()});
+    PulseWaveIn waveIn(session.Loop, Patiently(server.Address()));
     ASSERT_EQ(waveIn.Devices().size(), 1u);
     std::unique_ptr<WaveInStream> stream;
     size_t buffers = 0;

@@ -5,10 +5,15 @@
 
 namespace Corvetape {
 
+PulseTerms Patiently(const std::string& server) {
+    constexpr std::chrono::seconds limit{30};
+    return {.Server = server, .ConnectLimit = limit, .OpenLimit = limit};
+}
+
 Recorder::Recorder(LiveSession& liveSession, const std::string& server, BufferReturn returnMode,
                    uint32_t framesPerSecond)
     : session(liveSession),
-      waveIn(liveSession.Loop, {.Server = server}),
+      waveIn(liveSession.Loop, Patiently(server)),
       mode(returnMode),
       rate(framesPerSecond),
       memory(Buffers * rate / 20) {}

@@ -11,6 +11,9 @@
 
 namespace Corvetape {
 
+/// The sound server at this address, waited for as long as a busy machine may need.
+PulseTerms Patiently(const std::string& server);
+
 /// Records one source of a sound server as the program does: 30 buffers of 50 ms, handed back as they come.
 class Recorder {
  public:
