@@ -61,7 +61,7 @@ struct ClosedSong {
     uint64_t EndFrame = 0;    ///< one behind the last frame that the file keeps
     uint64_t Frames = 0;      ///< frames in the file
     uint32_t FramesPerSecond = 44100;
-    uint64_t LostFrames = 0;     ///< lost by the input, or refused by the disk, while it was written
+    uint64_t LostFrames = 0;  ///< lost by the input, refused by the disk, or passed by unrecorded meanwhile
     uint32_t DeviceChanges = 0;  ///< times that the input went and came back meanwhile
     uint64_t ClippedSamples = 0;
     bool Whole = false;  ///< begun at a boundary, ended at one, and nothing of it was lost

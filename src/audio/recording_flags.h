@@ -19,9 +19,16 @@ struct RecordingFlags {
     bool DisableAtEndOfSong = false;  ///< RecordingEnabled ends with the song
     int32_t RecordingSecondsLeft = 0;
 
+    /// Recording was switched off while a song may be open: what passes by until it is on again is missing
+    /// from that song. The song writer notes it and clears it.
+    bool Interrupted = false;
+
     /// Media data were switched on or off, or the program has started with them so. Called by the switch of
     /// the media data and by the start.
-    void FollowMediaData(bool mediaData) { RecordingEnabled = mediaData; }
+    void FollowMediaData(bool mediaData) {
+        RecordingEnabled = mediaData;
+        if (!mediaData) Interrupted = true;
+    }
 
     /// A source is looked for or was found. A recording that has ended for good stays off, however often that
     /// happens. Called by the providers.

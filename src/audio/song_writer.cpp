@@ -133,9 +133,11 @@ void SongWriter::Note(const SignalBuffer& buffer) {
         const auto frames = static_cast<uint64_t>(BytesOfSong) / sizeof(Frame);
         Present.Stretches.push_back({frames - FramesOf(buffer).size(), buffer.StreamPosition});
     }
-    // What the disk has refused since then is missing, unless it has waited in the ring.
+    // What the disk has refused since then is missing, unless it has waited in the ring, and so is what came
+    // while recording was off.
     const bool failed = std::exchange(Present.Failing, false);
-    if (failed && buffer.StreamPosition > Present.EndFrame) {
+    const bool interrupted = std::exchange(Parts.Flags.Interrupted, false);
+    if ((failed || interrupted) && buffer.StreamPosition > Present.EndFrame) {
         Present.LostFrames += buffer.StreamPosition - Present.EndFrame;
         Present.FramesBehindGap = 0;
     }
@@ -211,6 +213,7 @@ bool SongWriter::OpenFile() {
 void SongWriter::BeginSong() {
     BytesOfSong = 0;
     Present = {};
+    Parts.Flags.Interrupted = false;
     PauseNeverCame = false;
     Present.BegunAtBoundary = std::exchange(NextBeginsAtBoundary, false);
 }

@@ -178,7 +178,7 @@ class SongWriter {
     struct Notes {
         uint64_t BeginFrame = 0;
         uint64_t EndFrame = 0;
-        std::optional<uint64_t> FramesBehindGap;  ///< since the disk last refused some; nothing if it has not
+        std::optional<uint64_t> FramesBehindGap;  ///< since some were last missing; nothing if none were
         uint64_t LostFrames = 0;
         uint32_t DeviceChanges = 0;
         uint64_t ClippedSamples = 0;

@@ -315,6 +315,36 @@ TEST_F(SongCloses, ASongThatHasLostFramesIsNotWhole) {
     EXPECT_TRUE(Last().Whole);
 }
 
+TEST_F(SongCloses, WhatPassesByWhileRecordingIsOffIsLostToTheSongThatGoesOn) {
+    Record(30);
+    Flags.RecordCurrentSong = true;
+    Hear(10);
+    Flags.FollowMediaData(false);
+    Hear(7);
+    Flags.FollowMediaData(true);
+    Hear(10);
+    HearPause();
+    EXPECT_EQ(Last().LostFrames, 7U * BufferFrames);
+    EXPECT_FALSE(Last().Whole);
+    Flags.FollowMediaData(false);
+    Hear(7);
+    Flags.FollowMediaData(true);
+    Record(30);
+    EXPECT_EQ(Last().LostFrames, 0U) << "it came before the song";
+}
+
+TEST_F(SongCloses, OfAPauseThatBeganWhileRecordingWasOffOnlyTheRestIsTakenOff) {
+    Pause.PauseBuffers = 4;
+    Flags.RecordCurrentSong = true;
+    Hear(30);
+    Flags.FollowMediaData(false);
+    Hear(5);
+    Flags.FollowMediaData(true);
+    Hear(1);
+    HearPause();
+    EXPECT_EQ(BuffersIn(Last().TempPath), Range(0, 30)) << "two were taken off";
+}
+
 TEST_F(SongCloses, TheEventsMayBeMissing) {
     SongWriter writer({Disk, Flags, Signal, Pause, Media, Messages, Cut},
                       {Format, Options, Folders, [] { return std::string("quiet"); }}, {});
