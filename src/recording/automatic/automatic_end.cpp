@@ -44,6 +44,7 @@ void AutomaticEnd::Restart(bool goesOn) {
     if (!Changes.empty()) Present.Media = Changes.back().Media;
     Changes.clear();
     if (Last) Last->Slot = 0;
+    Anew = true;
     Quiet.Restart();
     Next = 0;
     Dropping = !Present.HasSound;
@@ -150,8 +151,21 @@ bool AutomaticEnd::DecideChange(std::vector<AutomaticStep>& steps, bool last) {
         Begin(change, Next, Certainty::Sure);
         return true;
     }
+    if (change.Unheard) {
+        // Until something is heard the title may change again.
+        if (!last && now <= change.At) return false;
+        const bool taken = change.Joined && SameTitle(change.Media, Present.Media);
+        if (change.Weak || taken) {
+            Drop(steps);
+        } else {
+            CutUnheard(steps, change);
+        }
+        return true;
+    }
+    const int64_t end = EndOfSearch();
+    last = last || end < now;
     if (!last && now < change.At + LastEdge) return false;
-    std::optional<EvidenceCut> cut = Finder.Find(change.At, Next, now, change.Exact);
+    std::optional<EvidenceCut> cut = Finder.Find(change.At, Next, end, change.Exact);
     const bool early = !last && now < change.At + SlotsAfterChange;
     const bool gap = cut && cut->IsGap();
     if (early && !gap) return false;
@@ -174,10 +188,28 @@ bool AutomaticEnd::DecideChange(std::vector<AutomaticStep>& steps, bool last) {
         Drop(steps);
         return true;
     }
-    const EvidenceCut quietest = Finder.Quietest(change.At, Next, now);
+    const EvidenceCut quietest = Finder.Quietest(change.At, Next, end);
     Present.Trust.AgainstEvidence = true;
     Cut(steps, quietest, change);
     return true;
+}
+
+/// One more than the last slot that the change that waits may be looked for in: not beyond a place where the
+/// input stood still while another title came.
+int64_t AutomaticEnd::EndOfSearch() const {
+    const auto next = std::ranges::find_if(Changes, &Change::Unheard);
+    return next == Changes.end() ? End() : std::max(next->At, Next);
+}
+
+/// The songs meet where the input stood still. Silence on either side of that place is in neither.
+void AutomaticEnd::CutUnheard(std::vector<AutomaticStep>& steps, const Change& change) {
+    const int64_t place = std::max(change.At, Next);
+    const std::optional<SlotRun> silence = Quiet.First({place - 1, place}, 1);
+    Write(steps, silence ? std::min(silence->Begin, place) : place);
+    Close(steps, change.Wanted, true, Certainty::Unsure);
+    MoveTo(steps, place);
+    Begin(change, place, Certainty::Unsure);
+    Dropping = true;
 }
 
 /// The change that waits was taken back by the next one: an advertisement.

@@ -25,6 +25,7 @@ struct SourceLook {
     std::optional<int64_t> Position;  ///< of the track, at that slot
     std::optional<int64_t> Length;    ///< of the track
     bool Others = false;              ///< another player plays at the same time
+    bool Deaf = false;                ///< the input stands still: what plays now is not heard
 };
 
 /// Finds the place of a cut in what was heard.
@@ -165,7 +166,8 @@ class AutomaticEnd {
         bool Weak = false;            ///< the same title again: no song without evidence
         bool Wanted = false;          ///< the song before it was to be kept
         bool Mixed = false;           ///< the new one plays beside the old one
-        SongTrust Trust;              ///< what is known of the new song already
+        bool Unheard = false;  ///< nothing was heard at the change: the songs meet where the input stood
+        SongTrust Trust;       ///< what is known of the new song already
     };
 
     bool NoteChange(const SourceLook& look, Change change);
@@ -185,6 +187,8 @@ class AutomaticEnd {
     void Begin(const Change& change, int64_t slot, Certainty certainty);
     void Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut, const Change& change);
     void CutOutTalk(std::vector<AutomaticStep>& steps, EdgeRange talk, const Change& change);
+    void CutUnheard(std::vector<AutomaticStep>& steps, const Change& change);
+    int64_t EndOfSearch() const;
     std::string LearnsAs() const { return Last ? Last->LearnsAs : std::string(); }
     void DecideSilence(std::vector<AutomaticStep>& steps, bool wanted);
     void EndSong(std::vector<AutomaticStep>& steps, bool wanted, SlotRun silence);
@@ -209,6 +213,7 @@ class AutomaticEnd {
     std::optional<SourceLook> Standing;  ///< since when it is watched whether the position moves
     bool Stands = false;                 ///< the player says that it plays, but its position does not move
     bool TitleVanished = false;
+    bool Anew = false;  ///< nobody has looked at the source since the slots are counted from 0
     int64_t Next = 0;
     bool Dropping = true;  ///< silence at Next is in no song
     FadeShare Share = FadeShare::Both;

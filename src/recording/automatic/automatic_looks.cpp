@@ -38,6 +38,7 @@ bool AutomaticEnd::Look(const SourceLook& look, bool wanted) {
     FollowStatus(look);
     NoteStanding(look);
     if (look.Others) Present.Trust.Mixed = true;
+    const bool anew = std::exchange(Anew, false);
     if (look.Media.Song.empty()) {
         TitleVanished = true;
         return false;
@@ -67,7 +68,10 @@ bool AutomaticEnd::Look(const SourceLook& look, bool wanted) {
     change.Weak = sameTitle && sameTrack && !again;
     change.Wanted = wanted;
     change.Mixed = look.Others || (Present.Trust.Mixed && look.Source != before->Source);
-    if (const auto began = BeginOf(look)) {
+    change.Unheard = look.Deaf || anew;
+    if (change.Unheard) {
+        change.At = anew ? 0 : look.Slot;
+    } else if (const auto began = BeginOf(look)) {
         change.At = *began;
         change.Exact = true;
     } else if (const auto end = EndOf(*before); end && std::abs(*end - look.Slot) <= SeekSlots) {
@@ -107,7 +111,8 @@ bool AutomaticEnd::IsRestart(const SourceLook& look) const {
 void AutomaticEnd::NoteSeek(const SourceLook& look) {
     if (!look.Position || look.Status != PlayerStatus::Playing || look.TrackId.empty()) return;
     const int64_t began = look.Slot - *look.Position;
-    if (TrackBegan && !PausedAt && std::abs(began - *TrackBegan) > SeekSlots) {
+    // While nothing is heard the position goes on alone.
+    if (TrackBegan && !PausedAt && !look.Deaf && std::abs(began - *TrackBegan) > SeekSlots) {
         (Changes.empty() ? Present.Trust : Changes.back().Trust).Sought = true;
     }
     TrackBegan = began;
@@ -163,7 +168,7 @@ bool AutomaticEnd::TakesTitle(const Change& change) {
     const int64_t begin = Present.Begin - change.At;
     const bool late = !Present.Named && begin >= FirstEdge && begin <= LastEdge;
     if (!between && !unnamed && !late) return false;
-    if (late && !between) {
+    if (late && !between && !change.Unheard) {
         const int64_t gap = std::max<int64_t>(Present.OldEnd - change.At, FirstEdge);
         Finder.TeachGap({static_cast<int32_t>(gap), static_cast<int32_t>(begin)}, change.Exact);
     }
@@ -178,16 +183,17 @@ bool AutomaticEnd::NoteChange(const SourceLook& look, Change change) {
     TrackBegan.reset();
     NoteSeek(look);
     if (TakesTitle(change)) return false;
-    if (!Changes.empty() && change.At - Changes.back().At < OneChange) {
+    const bool soon = !Changes.empty() && change.At - Changes.back().At < OneChange;
+    if (soon && change.Unheard == Changes.back().Unheard) {
         Change& first = Changes.back();
         first.Media = change.Media;
         first.Mixed = first.Mixed || change.Mixed;
         if (change.Exact) first.Last = change.At;
         first.Joined = true;
-        first.Unplaced = !BeginOf(look);
+        first.Unplaced = !first.Unheard && !BeginOf(look);
         return false;
     }
-    change.Unplaced = !BeginOf(look);
+    change.Unplaced = !change.Unheard && !BeginOf(look);
     Changes.push_back(std::move(change));
     return true;
 }

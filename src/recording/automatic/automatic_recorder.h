@@ -45,7 +45,7 @@ class AutomaticRecorder {
 
     bool Active() const { return Parts.Pause.EndOfSongDetection == EndOfSong::Automatic; }
 
-    /// Songs end in another way for a while: what is known of the source gets old.
+    /// Something was heard while songs end in another way: what is known of the source is old.
     void Leave() { Left = true; }
 
     /// Slots heard so far, for the next look.

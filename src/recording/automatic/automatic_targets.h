@@ -12,12 +12,8 @@ class AutomaticTargets final : public SongTargets {
         : SongTargets(song, drain), Automatic(automatic) {}
 
     bool WriteBufferToSong(const SignalBuffer& buffer, bool end) override {
-        Automatic.Leave();
-        return SongTargets::WriteBufferToSong(buffer, end);
-    }
-    void WriteAhead() override {
         if (!Automatic.Active()) Automatic.Leave();
-        SongTargets::WriteAhead();
+        return SongTargets::WriteBufferToSong(buffer, end);
     }
     bool Empty() override {
         const bool written = Automatic.Finish();

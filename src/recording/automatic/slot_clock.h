@@ -14,8 +14,12 @@ class SlotClock {
     static constexpr int64_t MostWaiting = 40;
 
     /// The slot that is heard at `nowMs` of the monotonic clock, by when `arrived` slots have arrived: at
-    /// least `arrived`. Slots that are fewer than at the call before are counted anew.
+    /// least `arrived`, and just that if the input stands still. Slots that are fewer than at the call before
+    /// are counted anew.
     int64_t SlotAt(int64_t nowMs, int64_t arrived);
+
+    /// By the last call nothing has arrived for so long that nothing is on its way.
+    bool StandsStill() const { return Stands; }
 
  private:
     /// When the first slot would have arrived, by what a moment has shown.
@@ -26,6 +30,8 @@ class SlotClock {
 
     std::deque<Moment> Moments;
     int64_t Arrived = 0;
+    int64_t ArrivedAtMs = 0;  ///< when the last of them was first seen
+    bool Stands = false;
 };
 
 }  // namespace Corvetape

@@ -57,6 +57,7 @@ SourceLook SourceWatch::Look() {
     SourceLook look;
     const int64_t now = Parts.Clock.MonotonicNanoseconds() / NanosecondsPerMs;
     look.Slot = Slots.SlotAt(now, Parts.Recorder.Hear());
+    look.Deaf = Slots.StandsStill();
     look.Media = media.CurrentMedia;
     const bool byPlayer = Parts.Bridge != nullptr && media.ProviderName == MediaPlayerName;
     if (byPlayer) {

@@ -221,9 +221,12 @@ void Book::NoteTold() {
     if (std::exchange(Source, media.ProviderName) != media.ProviderName) Told = {};
     if (!media.CurrentMedia.Song.empty()) Told = media.CurrentMedia;
     // Of a song that was recorded before, titles say nothing that came in another mode while nothing was
-    // heard.
+    // heard, but for what they add to its own.
     const bool automatic = Values().Pause.EndOfSongDetection == EndOfSong::Automatic;
-    if ((automatic && Told != before) || HeardOtherwise) ToldToAutomatic = Told;
+    const bool recorded = !Radio->Disk().OpenPaths().empty() || Values().Ring.Unread() > 0;
+    const bool same = Told.Artist == ToldToAutomatic.Artist && Told.Song == ToldToAutomatic.Song;
+    const bool looked = automatic && (Told != before || same);
+    if (looked || HeardOtherwise || !recorded) ToldToAutomatic = Told;
     if (automatic) HeardOtherwise = false;
 }
 

@@ -1,0 +1,100 @@
+// Songs by everything that is known while the input stands still: titles go on, and nothing of it is heard.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "scenario/automatic_story.h"
+
+namespace Corvetape::Test {
+namespace {
+
+using testing::ElementsAre;
+
+/// Song 1 from second 3 to 43, song 2 to 83, song 3 to 123.
+WorldOptions ThreeSongs() {
+    return Automatic(Songs(3, 40, 0));
+}
+
+void ExpectHeard(const HeardSong& heard, const std::string& title, double seconds) {
+    EXPECT_EQ(heard.Song.Media.Song, title);
+    EXPECT_NEAR(static_cast<double>(heard.Song.Frames) / 44100, seconds, WithAGap);
+}
+
+TEST(AutomaticDeaf, ATitleThatChangesWhileNothingIsHeardLeavesAllThatWasHeardToTheSongBefore) {
+    World world(ThreeSongs());
+    ASSERT_TRUE(world.StartRecording());
+    RunTo(world, 23);
+    world.Computer.WaveIn.Stop(RadioName);
+    RunTo(world, 60);
+    world.Computer.WaveIn.Restart(RadioName);
+    RunTo(world, 130);
+    world.Finish();
+    const auto kept = KeptSongs(world);
+    ASSERT_EQ(kept.size(), 3U);
+    ExpectHeard(kept[0], "Song 1", 20);
+    ExpectSong(world, kept[1], "Song 2", 60, 83, WithoutAGap);
+    ExpectSong(world, kept[2], "Song 3", 83, 123, WithoutAGap);
+    EXPECT_EQ(kept[0].Song.Trust.End, Certainty::Unsure);
+    EXPECT_EQ(kept[1].Song.Trust.Begin, Certainty::Unsure);
+}
+
+TEST(AutomaticDeaf, TheEndOfTheProgramKeepsTheSongThatWasWantedWhenItsInputStopped) {
+    World world(ThreeSongs());
+    ASSERT_TRUE(world.Start());
+    RunTo(world, 4);
+    world.Form().cmdQuickRecord.Press();  // this song only
+    RunTo(world, 23);
+    world.Computer.WaveIn.Stop(RadioName);
+    RunTo(world, 60);
+    ASSERT_EQ(world.Form().chkStartStop[0].Value(), 0) << "another title is shown, whose song nobody wants";
+    world.Finish();
+    const auto kept = KeptSongs(world);
+    ASSERT_EQ(kept.size(), 1U);
+    ExpectHeard(kept[0], "Song 1", 20);
+}
+
+TEST(AutomaticDeaf, SongsOfWhichNothingIsHeardUseUpNoWish) {
+    World world(ThreeSongs());
+    ASSERT_TRUE(world.Start());
+    RunTo(world, 23);
+    world.Computer.WaveIn.Stop(RadioName);
+    RunTo(world, 30);
+    world.Form().chkStartStop[1].Value(1);  // from the next song on
+    RunTo(world, 100);
+    world.Computer.WaveIn.Restart(RadioName);
+    RunTo(world, 130);
+    world.Finish();
+    EXPECT_THAT(KeptTitles(world), ElementsAre("Song 3"));
+}
+
+TEST(AutomaticDeaf, AnotherModeThatHearsNothingDoesNotRenameWhatWasHeard) {
+    World world(ThreeSongs());
+    ASSERT_TRUE(world.StartRecording());
+    RunTo(world, 33);
+    world.Computer.WaveIn.Stop(RadioName);
+    RunTo(world, 36);
+    world.Form().optEndOfSong[0].Press();
+    RunTo(world, 50);
+    world.Form().optEndOfSong[3].Press();
+    RunTo(world, 60);
+    world.Computer.WaveIn.Restart(RadioName);
+    RunTo(world, 130);
+    world.Finish();
+    const auto kept = KeptSongs(world);
+    ASSERT_EQ(kept.size(), 3U);
+    ExpectHeard(kept[0], "Song 1", 30);
+    ExpectSong(world, kept[1], "Song 2", 60, 83, WithoutAGap);
+}
+
+TEST(AutomaticDeaf, AnInputThatIsOpenedAnewDoesNotForgetWhoseSoundItHas) {
+    World world(ThreeSongs());
+    ASSERT_TRUE(world.StartRecording());
+    RunTo(world, 42.8);
+    world.Form().cmbInputDevices.Select(0);
+    RunTo(world, 130);
+    world.Finish();
+    EXPECT_THAT(KeptTitles(world), ElementsAre("Song 1", "Song 2", "Song 3"));
+}
+
+}  // namespace
+}  // namespace Corvetape::Test
