@@ -86,6 +86,29 @@ TEST(AutomaticDeaf, AnotherModeThatHearsNothingDoesNotRenameWhatWasHeard) {
     ExpectSong(world, kept[1], "Song 2", 60, 83, WithoutAGap);
 }
 
+TEST(AutomaticDeaf, WhatIsKeptBesideASongThatEndedWithItsInputIsWhatWasHeardNext) {
+    World world(ThreeSongs());
+    ASSERT_TRUE(world.StartRecording());
+    RunTo(world, 33);
+    world.Computer.WaveIn.Stop(RadioName);
+    RunTo(world, 36);
+    world.Form().cmbInputDevices.Select(0);
+    RunTo(world, 60);
+    world.Computer.WaveIn.Restart(RadioName);
+    RunTo(world, 130);
+    world.Finish();
+    const auto kept = KeptSongs(world);
+    ASSERT_EQ(kept.size(), 3U);
+    const std::string& path = kept[0].Song.TempPath;
+    const std::string name = path.substr(path.rfind('/') + 1);
+    const auto after = FramesOfWav(world.Disk(), std::string(SongTempFolder) + "/margins/" +
+                                                     name.substr(0, name.rfind('.')) + ".after.wav");
+    const auto next = FramesOfWav(world.Disk(), world.Transferred[1].MusicFile);
+    ASSERT_TRUE(after && next);
+    ASSERT_GE(next->size(), after->size());
+    EXPECT_EQ(Comparison(std::span(*next).first(after->size()), *after), "equal");
+}
+
 TEST(AutomaticDeaf, AnInputThatIsOpenedAnewDoesNotForgetWhoseSoundItHas) {
     World world(ThreeSongs());
     ASSERT_TRUE(world.StartRecording());

@@ -27,6 +27,7 @@ void AutomaticRecorder::Begin() {
     Parts.Cut.Ended.reset();  // the song that was open goes on
     Heard = 0;
     Read = 0;
+    Written = 0;
     Places.Restart(Parts.Format.nSamplesPerSec);
     End.Restart(Parts.Song.SongFileOpen());
     if (std::exchange(Left, false)) End.ForgetSource();

@@ -184,7 +184,10 @@ void Book::ExcusePause() {
 void Book::NoteCut() {
     const CutState& cut = Values().Cut;
     const PauseSettings& pause = Values().Pause;
-    const bool isNew = cut.CutPending && (!WasCutPending || cut.CutIndex != LastCutIndex);
+    // While the input stands still one change after the other is noticed at the same place.
+    const bool begun = cut.SongBoundary && !std::exchange(WasBoundary, cut.SongBoundary);
+    const bool further = begun && pause.EndOfSongDetection == EndOfSong::Automatic;
+    const bool isNew = cut.CutPending && (!WasCutPending || cut.CutIndex != LastCutIndex || further);
     if (!cut.CutPending) {
         CutByTitle = false;
         Noticed.clear();
@@ -204,6 +207,7 @@ void Book::NoteCut() {
         Cuts.back().Before = std::max(Cuts.back().Before, pause.EndOfSongThreshold[0] / 50);
         Cuts.back().After = std::max(Cuts.back().After, pause.EndOfSongThreshold[1] / 50);
     }
+    WasBoundary = cut.SongBoundary;
     WasCutPending = cut.CutPending;
     LastCutIndex = cut.CutIndex;
 }

@@ -231,6 +231,7 @@ class Book {
     bool WaitsForNext = false;                                ///< the next one
     bool Pressing = false;
     bool WasCutPending = false;
+    bool WasBoundary = false;
     int32_t LastCutIndex = -1;
     size_t Unread = 0;
     size_t SizeAtPress = 0;
