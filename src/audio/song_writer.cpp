@@ -258,8 +258,9 @@ bool SongWriter::CloseSongFile(SongEnd how) {
     if (!Parts.Cut.Ended) flags.PassOn();
     flags.KeepWaiting(waits);
     ClosedSong song = Describe(fate);
-    song.Whole = Present.BegunAtBoundary && how == SongEnd::Boundary && Present.Unbroken &&
-                 Present.LostFrames == 0 && song.Trust.IsClean();
+    const bool begun = Present.BegunAtBoundary || song.Trust.Begin == Certainty::Sure;
+    song.Whole = begun && how == SongEnd::Boundary && Present.Unbroken && Present.LostFrames == 0 &&
+                 song.Trust.IsClean();
     ForgetFile();
     NextBeginsAtBoundary = how == SongEnd::Boundary;
     flags.EndWithSong();

@@ -345,6 +345,21 @@ TEST_F(SongCloses, OfAPauseThatBeganWhileRecordingWasOffOnlyTheRestIsTakenOff) {
     EXPECT_EQ(BuffersIn(Last().TempPath), Range(0, 30)) << "two were taken off";
 }
 
+TEST_F(SongCloses, ASongThatSurelyBeginsWhereItWasHeardFirstIsWholeToo) {
+    for (const Certainty begin : {Certainty::Sure, Certainty::Likely, Certainty::Unsure}) {
+        SongBench bench;
+        bench.Pause.EndOfSongDetection = EndOfSong::Automatic;
+        bench.Writer.CreateSongFile();
+        bench.Writer.WriteBuffer(NumberedBuffer(0));
+        SongTrust trust;
+        trust.Begin = begin;
+        trust.End = Certainty::Sure;
+        bench.Cut.Ended = EndedSong{{}, true, trust};
+        bench.Writer.CloseSongFile(SongEnd::Boundary);
+        EXPECT_EQ(bench.Last().Whole, begin == Certainty::Sure);
+    }
+}
+
 TEST_F(SongCloses, TheEventsMayBeMissing) {
     SongWriter writer({Disk, Flags, Signal, Pause, Media, Messages, Cut},
                       {Format, Options, Folders, [] { return std::string("quiet"); }}, {});

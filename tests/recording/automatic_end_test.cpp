@@ -192,18 +192,6 @@ TEST(AutomaticEnd, ATrackThatIsNamedAfterItsTitleIsTheSameSong) {
     EXPECT_THAT(rig.Present.Pieces, ElementsAre(SlotRun{1000, 1420}));
 }
 
-TEST(AutomaticEnd, ASongThatIsHeardFromItsMiddleOnBeginsUnsure) {
-    for (const bool silence : {false, true}) {
-        AutomaticRig rig;
-        if (silence) rig.Silence(40);
-        rig.Say("One");
-        rig.Play(500);
-        rig.Silence(100);
-        ASSERT_EQ(rig.Songs.size(), 1U);
-        EXPECT_EQ(rig.Songs[0].Trust.Begin, silence ? Certainty::Sure : Certainty::Unsure);
-    }
-}
-
 TEST(AutomaticEnd, ASongThatIsSkippedEarlyLeavesItsNeighboursClean) {
     AutomaticRig rig;
     rig.Track("1", "One");

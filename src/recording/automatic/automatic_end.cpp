@@ -128,17 +128,27 @@ void AutomaticEnd::DropSilence(std::vector<AutomaticStep>& steps) {
         // It has moved by the pause, which the player may say later: that is no beginning and no jump.
         TrackBegan.reset();
     } else {
-        Present.Begin = *sound;
-        if (Present.Trust.Begin == Certainty::None) Present.Trust.Begin = BeginAfter(*sound);
+        BeginWith(*sound);
     }
     Dropping = false;
 }
 
-/// How sure it is that a song begins with this sound, before which nothing was recorded.
-Certainty AutomaticEnd::BeginAfter(int64_t sound) const {
-    const bool told = TrackBegan && std::abs(*TrackBegan - sound) <= AfterNews;
-    const bool silence = Quiet.First({sound - 1, sound}, SilenceOfStop).has_value();
-    return told || silence ? Certainty::Sure : Certainty::Unsure;
+/// A song begins with this sound, before which nothing was recorded. The first that is heard may have been
+/// joined in its middle, also where there was silence before it, unless its player says that it began there.
+void AutomaticEnd::BeginWith(int64_t sound) {
+    Present.Begin = sound;
+    if (Present.Trust.Begin != Certainty::None) return;
+    const auto silence = Quiet.First({sound - 1, sound}, 1);
+    const bool between =
+        silence && silence->Length() >= SilenceOfStop && Quiet.SoundFrom(0).value_or(sound) < silence->Begin;
+    Present.Joined = silence && !between;
+    const bool sure = TrackBegan ? silence && BeganAt(sound) : between;
+    Present.Trust.Begin = sure ? Certainty::Sure : Certainty::Unsure;
+}
+
+/// The track that plays began there, as far as its player knows.
+bool AutomaticEnd::BeganAt(int64_t slot) const {
+    return TrackBegan && std::abs(*TrackBegan - slot) <= AfterNews;
 }
 
 bool AutomaticEnd::DecideChange(std::vector<AutomaticStep>& steps, bool last) {
@@ -242,6 +252,11 @@ void AutomaticEnd::Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut
     if (half > 0 && certainty != Certainty::Unsure) {
         oldEnd += Share == FadeShare::New ? -half : half;
         newBegin += Share == FadeShare::Old ? half : -half;
+    }
+    if (cut.IsGap() && change.Exact) {
+        // Round the beginning of a track only little is searched, and its silence may have begun before that.
+        const auto silence = Quiet.First({oldEnd - 1, oldEnd}, 1);
+        if (silence) oldEnd = silence->Begin;
     }
     oldEnd = std::clamp(oldEnd, Next, End());
     if (change.Last) {

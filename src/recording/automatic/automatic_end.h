@@ -153,6 +153,7 @@ class AutomaticEnd {
         bool Named = false;     ///< its title was reported for it, not for the one before
         bool HasSound = false;  ///< some of it has been written
         int64_t OldEnd = 0;     ///< where the song before it ended
+        bool Joined = false;    ///< the first that was heard, after silence: it may have begun long before
     };
 
     /// Another song was noticed, and is not cut yet.
@@ -180,7 +181,8 @@ class AutomaticEnd {
     void FollowStatus(const SourceLook& look);
 
     void DropSilence(std::vector<AutomaticStep>& steps);
-    Certainty BeginAfter(int64_t sound) const;
+    void BeginWith(int64_t sound);
+    bool BeganAt(int64_t slot) const;
     bool DecideChange(std::vector<AutomaticStep>& steps, bool last);
     bool IsBanner() const;
     void Drop(std::vector<AutomaticStep>& steps);

@@ -116,6 +116,8 @@ void AutomaticEnd::NoteSeek(const SourceLook& look) {
         (Changes.empty() ? Present.Trust : Changes.back().Trust).Sought = true;
     }
     TrackBegan = began;
+    // Often the player says so a second after its sound.
+    if (Changes.empty() && Present.Joined && BeganAt(Present.Begin)) Present.Trust.Begin = Certainty::Sure;
 }
 
 /// A stream that has run dry says that it plays. The position shows that nothing comes.
