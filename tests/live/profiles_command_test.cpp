@@ -36,6 +36,17 @@ class ProfilesCommand : public testing::Test {
         return std::make_unique<TestProcess>(start);
     }
 
+    /// Runs it to its end, and again for as long as these words are not in what it prints: a page has so
+    /// little time to answer that a busy machine may let it go by.
+    void RunUntilItPrints(const std::vector<std::string>& arguments, const std::string& words) {
+        constexpr int mostTries = 6;
+        for (int i = 0; i < mostTries && Printed().find(words) == std::string::npos; ++i) {
+            std::filesystem::remove(Folder / "printed");
+            EXPECT_EQ(Run(arguments)->Wait(seconds(90)), 0);
+        }
+        EXPECT_THAT(Printed(), HasSubstr(words));
+    }
+
     std::string Printed() const {
         std::stringstream text;
         text << std::ifstream(Folder / "printed").rdbuf();
@@ -53,19 +64,18 @@ TEST_F(ProfilesCommand, ReadsASavedPageWhateverItsAddressWas) {
     const std::string profiles = Put("own.ini",
                                      "[- 1]\nName=Mine\nWindow&Doc=;;Radio;*//radio.example*\nStation=-1;;\n"
                                      "Artist=-2;window.now;\nTitle=-4;song;(.+) Ann\n");
-    EXPECT_EQ(Run({profiles, "--page", page})->Wait(seconds(60)), 0);
+    RunUntilItPrints({profiles, "--page", page},
+                     "      read      \"Tom &amp; Ann\"\n"
+                     "      pattern   \"Tom &amp;\"\n"
+                     "      value     \"Tom &\"\n");
     EXPECT_THAT(Printed(), HasSubstr("Mine: reads the page \"Radio\" at file://"));
     EXPECT_THAT(Printed(), HasSubstr("value     \"An Artist\"\n"));
-    EXPECT_THAT(Printed(), HasSubstr("      read      \"Tom &amp; Ann\"\n"
-                                     "      pattern   \"Tom &amp;\"\n"
-                                     "      value     \"Tom &\"\n"));
 }
 
 TEST_F(ProfilesCommand, LeavesNothingOfTheBrowserThatHasReadASavedPage) {
     const std::string page = Put("page.html", "<!doctype html><title>Radio</title>");
     const std::string profiles = Put("own.ini", "[- 1]\nName=Mine\nWindow&Doc=;;*;*\nTitle=-1;;\n");
-    EXPECT_EQ(Run({profiles, "--page", page})->Wait(seconds(60)), 0);
-    EXPECT_THAT(Printed(), HasSubstr("reads the page \"Radio\""));
+    RunUntilItPrints({profiles, "--page", page}, "reads the page \"Radio\"");
     std::vector<std::string> left;
     for (const auto& entry : std::filesystem::directory_iterator(Folder / "temp"))
         left.push_back(entry.path());
@@ -87,10 +97,10 @@ TEST_F(ProfilesCommand, WatchesAPageAndPrintsItAgainWhenItChanges) {
         for (size_t at = 0; (at = text.find("value     \"Song", at)) != std::string::npos; ++at) ++count;
         return count;
     };
-    EXPECT_TRUE(Session.WaitFor([&] { return reports() >= 3; }, seconds(30))) << Printed();
+    EXPECT_TRUE(Session.WaitFor([&] { return reports() >= 3; }, seconds(60))) << Printed();
     EXPECT_THAT(Printed(), HasSubstr("The recorder reads: Mine\n"));
     command->Signal(SIGINT);
-    EXPECT_EQ(command->Wait(seconds(20)), 0);
+    EXPECT_EQ(command->Wait(seconds(60)), 0);
 }
 
 }  // namespace
