@@ -26,10 +26,12 @@ uint NumberIn(QVariant value) {
 
 }  // namespace
 
-DesktopScheme::DesktopScheme() : Usual(QApplication::palette()) {
-    QDBusConnection bus = QDBusConnection::sessionBus();
+DesktopScheme::DesktopScheme(QDBusConnection bus) : Usual(QApplication::palette()) {
     if (!bus.isConnected()) return;
-    bus.connect(Service, Path, Interface, "SettingChanged", this,
+    // The slot is looked up by the names of its types, and this one is not known by name in each run.
+    qRegisterMetaType<QDBusVariant>("QDBusVariant");
+    // From whomever: a portal that starts anew is another one for the bus.
+    bus.connect(QString(), Path, Interface, "SettingChanged", this,
                 SLOT(SettingChanged(QString, QString, QDBusVariant)));
     QDBusMessage call = QDBusMessage::createMethodCall(Service, Path, Interface, "Read");
     call << QString(Space) << QString(SchemeKey);

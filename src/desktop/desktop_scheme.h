@@ -1,9 +1,9 @@
 #pragma once
 
+#include <QDBusConnection>
+#include <QDBusVariant>
 #include <QObject>
 #include <QPalette>
-
-class QDBusVariant;
 
 namespace Corvetape {
 
@@ -13,7 +13,8 @@ class DesktopScheme : public QObject {
     Q_OBJECT
 
  public:
-    DesktopScheme();
+    /// On the bus of the session, or that of a test.
+    explicit DesktopScheme(QDBusConnection bus = QDBusConnection::sessionBus());
 
     /// The palette for a wish: 1 dark, others as the toolkit has it.
     void Apply(uint wish);
