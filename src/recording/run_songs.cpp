@@ -25,6 +25,9 @@ void RunSongs::SongClosed(const ClosedSong& song) {
     entry.Health = HealthOf(song);
     entry.Begin = song.Trust.Begin;
     entry.End = song.Trust.End;
+    entry.Dropouts = song.Trust.Dropouts;
+    entry.Mixed = song.Trust.Mixed;
+    entry.Sought = song.Trust.Sought;
     entry.Seconds = song.Frames / std::max<uint32_t>(song.FramesPerSecond, 1);
     entry.Media = song.Media;
     entry.TempFile = song.TempPath;

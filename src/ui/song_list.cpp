@@ -61,6 +61,17 @@ QString CutsText(const RunSong& song, const Words& say) {
     return say(Key::BeginAndEndAre, {begin, end});
 }
 
+QString FlawsText(const RunSong& song, const Words& say) {
+    if (song.Fate != SongFate::Kept || song.Health != SongHealth::NotWhole) return {};
+    QStringList lines;
+    if (song.Dropouts > 0) lines += say(Key::HasDropouts, {std::to_string(song.Dropouts)});
+    if (song.Mixed) lines += say(Key::IsMixed);
+    if (song.Sought) lines += say(Key::IsSought);
+    const bool unsure = song.Begin == Certainty::Unsure || song.End == Certainty::Unsure;
+    if (lines.isEmpty() && !unsure) lines += say(Key::LacksAnEnd);
+    return lines.join('\n');
+}
+
 QString ShortCutsText(const RunSong& song, const Words& say) {
     if (song.Begin == Certainty::None || song.End == Certainty::None) return CutsText(song, say);
     if (song.Fate != SongFate::Kept) return {};
@@ -132,8 +143,9 @@ class SongModel : public QAbstractListModel {
         }
         if (role == Qt::ToolTipRole) {
             const auto file = QString::fromStdString(song.MusicFile.empty() ? song.TempFile : song.MusicFile);
-            const QString cuts = CutsText(song, Parts.Say);
-            return cuts.isEmpty() ? file : file + "\n" + cuts;
+            QStringList lines{file, CutsText(song, Parts.Say), FlawsText(song, Parts.Say)};
+            lines.removeAll(QString());
+            return lines.join('\n');
         }
         return {};
     }

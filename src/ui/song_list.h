@@ -37,7 +37,10 @@ QString FateText(const RunSong& song, const Words& say);
 /// How sure it is that a kept song begins and ends where it does, in words; empty where nobody knows.
 QString CutsText(const RunSong& song, const Words& say);
 
-/// The same of its less sure end only, for a narrow column.
+/// Why a kept song is not whole, a reason a line; empty for any other, and where its cuts are reason enough.
+QString FlawsText(const RunSong& song, const Words& say);
+
+/// The same as CutsText of its less sure end only, for a narrow column.
 QString ShortCutsText(const RunSong& song, const Words& say);
 
 /// How far a song is on its way to its music file, in words; empty for one that is on none.

@@ -115,6 +115,28 @@ TEST(SongList, SaysHowSureTheCutsOfAKeptSongAre) {
     EXPECT_FALSE(read(SongFate::Short, Certainty::Unsure, Certainty::Unsure).contains("unsure"));
 }
 
+TEST(SongList, SaysWhyASongIsNotWhole) {
+    UiWorld world;
+    world.RunFor(5);
+    auto* const list = world.Find<QListView>("songs");
+    const auto tip = [&](ClosedSong song) {
+        song.Fate = SongFate::Kept;
+        world.Songs.SongClosed(song);
+        return list->model()->index(0, 0).data(Qt::ToolTipRole).toString();
+    };
+    ClosedSong song;
+    EXPECT_TRUE(tip(song).contains("Not recorded from its beginning to its end"));
+    song.Trust.Dropouts = 2;
+    EXPECT_TRUE(tip(song).contains("Short dropouts: 2"));
+    EXPECT_FALSE(tip(song).contains("beginning"));
+    song.Trust = {};
+    song.Trust.End = Certainty::Unsure;
+    EXPECT_FALSE(tip(song).contains("Not recorded"));
+    song.Trust.End = Certainty::Sure;
+    song.Whole = true;
+    EXPECT_FALSE(tip(song).contains("Not recorded"));
+}
+
 TEST(SongMenu, PutsASongOnTheLists) {
     Opened opened;
     QMenu menu;
