@@ -31,16 +31,27 @@ std::string AFolder(const std::string& text) {
     return text.empty() ? "The name of the folder is empty" : "";
 }
 
-/// A range lets "nan" pass: it lies outside of none.
-std::string ANumber(const std::string& text) {
-    return NumberFromText(text) ? "" : "Value " + text + " is no number";
+std::string ASpeed(const std::string& text) {
+    const auto speed = NumberFromText(text);
+    const bool fits = speed && *speed >= 0.1 && *speed <= 1000;
+    return fits ? "" : "Value " + text + " is no number from 0.1 to 1000";
+}
+
+/// One of the words of --mode, which have become numbers here.
+std::string AMode(const std::string& text) {
+    const bool known = text.size() == 1 && text[0] >= '0' && text[0] <= '3';
+    return known ? "" : text + " is none of auto, silence, titles and time";
+}
+
+/// The range is in the message about a number outside of it; in the help it would be read as part of the
+/// word.
+CLI::Validator Numbers(int32_t least, int32_t most) {
+    return CLI::Range(least, most).description("");
 }
 
 void AddCommon(CLI::App& command, CommonArguments& arguments, std::vector<std::string>& settings) {
-    command
-        .add_option("--set", settings,
-                    "A setting for this run, SECTION.KEY=VALUE (repeatable); section Source: any source")
-        ->type_name("TEXT")
+    command.add_option("--set", settings, "A setting for this run (repeatable); section Source: any source")
+        ->type_name("SECTION.KEY=VALUE")
         ->allow_extra_args(false);
     command.add_option("--home", arguments.Home, "Keep settings, logs, temporary and music files below DIR")
         ->check(AFolder)
@@ -51,7 +62,7 @@ void AddCommon(CLI::App& command, CommonArguments& arguments, std::vector<std::s
     command
         .add_option("--mode", arguments.Mode, "End of songs: by everything that is known, or by one thing")
         ->transform(CLI::Transformer(modes).description(""))
-        ->check(CLI::IsMember({"0", "1", "2", "3"}).description(""))
+        ->check(AMode)
         ->type_name("auto|silence|titles|time");
 }
 
@@ -61,15 +72,17 @@ void AddRecord(CLI::App& app, Words& words) {
     command->add_option("--input", to.Input, "Number or name of an input, demo, or file:PATH")
         ->type_name("INPUT");
     command->add_option("--songs", to.Songs, "End when so many songs have been kept")
-        ->check(CLI::Range(1, 1'000'000));
+        ->check(Numbers(1, 1'000'000))
+        ->type_name("N");
     command->add_option("--seconds", to.Seconds, "End after so many seconds of the input")
-        ->check(CLI::Range(1, 100'000'000));
+        ->check(Numbers(1, 100'000'000))
+        ->type_name("N");
     command->add_option("--for", to.Minutes, "Stop recording after so many minutes, at the end of the song")
-        ->check(CLI::Range(1, 1440))
+        ->check(Numbers(1, 1440))
         ->type_name("MINUTES");
     command->add_option("--speed", to.Speed, "Run demo and file inputs so many times faster")
-        ->check(CLI::Range(0.1, 1000.0))
-        ->check(ANumber);
+        ->check(ASpeed)
+        ->type_name("FACTOR");
     command->add_flag("--next", to.Next, "Begin with the next song instead of the current one");
     command->add_flag("--quit", to.Quit, "End at the end of the last song");
     AddCommon(*command, to, words.RecordSettings);
@@ -78,7 +91,7 @@ void AddRecord(CLI::App& app, Words& words) {
 void AddSplit(CLI::App& app, Words& words) {
     CLI::App* command = app.add_subcommand("split", "Cut sound files into songs");
     SplitArguments& to = words.Split;
-    command->add_option("FILE", to.Files, "Sound files to cut")->required();
+    command->add_option("FILE", to.Files, "Sound files to cut")->required()->type_name("");
     command->add_option("--out", to.Out, "Put the songs into DIR")->check(AFolder)->type_name("DIR");
     command->add_option("--media", to.Media, "Table of seconds,station,artist,title,album")->type_name("CSV");
     AddCommon(*command, to, words.SplitSettings);
@@ -172,7 +185,9 @@ Arguments ReadArguments(int count, const char* const* words) {
         const std::vector<std::string> rest = app.remaining();
         const bool noCommand = app.get_subcommands().empty() && !rest.empty() && !rest[0].starts_with('-');
         const std::string reason = noCommand ? "There is no command '" + rest[0] + "'" : answer.what();
-        return ArgumentsAnswer{ExitUsage, reason + "; corvetape-cli --help tells more"};
+        const auto commands = app.get_subcommands();
+        const std::string command = commands.empty() ? "" : " " + commands.front()->get_name();
+        return ArgumentsAnswer{ExitUsage, reason + "; corvetape-cli" + command + " --help tells more"};
     }
     if (app.got_subcommand("mixer")) return read.Mixer;
     if (app.got_subcommand("profiles")) return read.Profiles;

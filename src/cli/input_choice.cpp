@@ -69,7 +69,7 @@ InputChoice ChooseInput(std::string_view words, std::span<const WaveInDevice> de
     InputChoice choice;
     if (words.starts_with(FilePrefix)) {
         choice.FilePath = words.substr(FilePrefix.size());
-        if (choice.FilePath.empty()) choice.Error = "file: needs a path behind it";
+        if (choice.FilePath.empty()) choice.Error = "file: needs a path after it";
         return choice;
     }
     if (words.empty()) {

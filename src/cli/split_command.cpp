@@ -145,6 +145,12 @@ class Splitter {
         bool inputEnded = false;
         ProgramEvents events = EventsTo(Printer, Line);
         events.InputEnded = [&] { inputEnded = true; };
+        int songs = 0;
+        const auto closed = std::exchange(events.SongClosed, {});
+        events.SongClosed = [&](const ClosedSong& song) {
+            closed(song);
+            ++songs;
+        };
         const auto print = std::exchange(events.SongTransferred, {});
         events.SongTransferred = [&](const TransferredSong& song) {
             print(song);
@@ -159,7 +165,9 @@ class Splitter {
             Run(program, job, inputEnded);
             if (!inputEnded) TellTheBreak(program, job);
         }
+        const bool automatic = program.Values().Pause.EndOfSongDetection == EndOfSong::Automatic;
         End(program);
+        if (inputEnded && songs == 1 && automatic && !Table) TellThatTitlesHelp(job);
         if (damage) TellDamage(*damage, job);
         return began;
     }
@@ -215,6 +223,13 @@ class Splitter {
         ExitCode = Fail(Interrupt::Wanted() ? job.Path + " was split only up to the interruption"
                                             : fmt::format("{} was split only up to {:.1f} s", job.Path,
                                                           program.InputSeconds()));
+    }
+
+    /// Whoever splits a file hopes for more than one song.
+    static void TellThatTitlesHelp(const Job& job) {
+        Tell(job.Path +
+             " stayed in one piece: without titles a song ends at 3 s of silence only; --media names a table "
+             "of titles, --mode silence cuts at shorter pauses");
     }
 
     void TellDamage(const SoundFileDamage& damage, const Job& job) {

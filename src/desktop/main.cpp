@@ -23,7 +23,7 @@ int main(int count, char** words) {
     std::signal(SIGPIPE, SIG_IGN);  // a reader that goes away is no reason to lose a song
     // Help is also for those who have no display.
     if (const auto answer = Corvetape::AnswerTo(Words(count, words))) {
-        std::fputs(answer->Text.c_str(), stdout);
+        std::fputs(answer->Text.c_str(), answer->ExitCode == 0 ? stdout : stderr);
         return answer->ExitCode;
     }
     const QApplication application(count, words);

@@ -29,6 +29,16 @@ Switches, which may stand anywhere:
   -regclasses           Show a message and exit
 )text";
 
+/// Why a word that takes a value cannot have this one; empty if it can.
+std::string FaultOf(const QString& word, const QString& value) {
+    if (value.isEmpty()) return word.toStdString() + " needs a value";
+    if (word == "--input" && value != "demo")
+        return "--input takes demo only; other inputs are chosen in the window";
+    const bool button = value == "record" || value == "quit";
+    if (word == "--press" && !button) return "--press takes record or quit, not " + value.toStdString();
+    return {};
+}
+
 }  // namespace
 
 std::optional<DesktopAnswer> AnswerTo(const QStringList& words) {
@@ -38,7 +48,9 @@ std::optional<DesktopAnswer> AnswerTo(const QStringList& words) {
         if (word == "--version") {
             return DesktopAnswer{std::string(ProgramTitle) + " " + ProgramVersion + "\n", 0};
         }
-        if (word == "--input" || word == "--home" || word == "--press") ++i;
+        if (word != "--input" && word != "--home" && word != "--press") continue;
+        const std::string fault = FaultOf(word, words.value(++i));
+        if (!fault.empty()) return DesktopAnswer{"corvetape: " + fault + "\n", WrongUse};
     }
     return std::nullopt;
 }

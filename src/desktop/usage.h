@@ -12,8 +12,9 @@ struct DesktopAnswer {
     int ExitCode = 0;
 };
 
-/// What to print where help or the version is asked for, or a word in two dashes is not known. Nothing for a
-/// start of the program. `words` are without the program's name.
+/// What to print where help or the version is asked for, or an option has a value that it cannot have.
+/// Nothing for a start of the program; a word that nobody knows is passed over, as the toolkit and sessions
+/// add some. `words` are without the program's name.
 std::optional<DesktopAnswer> AnswerTo(const QStringList& words);
 
 }  // namespace Corvetape

@@ -140,11 +140,14 @@ TEST(ReadArguments, NumbersHaveTheirLimits) {
 
 TEST(ReadArguments, WhatIsOffIsToldInOneLine) {
     const std::string more = "; corvetape-cli --help tells more";
+    const std::string ofSplit = "; corvetape-cli split --help tells more";
     EXPECT_EQ(Answer({}).Text, "A subcommand is required" + more);
     EXPECT_EQ(Answer({"sing", "--loud"}).Text, "There is no command 'sing'" + more);
-    EXPECT_EQ(Answer({"split"}).Text, "FILE is required" + more);
+    EXPECT_EQ(Answer({"split"}).Text, "FILE is required" + ofSplit);
     EXPECT_EQ(Answer({"split", "--loud", "a.wav"}).Text,
-              "The following argument was not expected: --loud" + more);
+              "The following argument was not expected: --loud" + ofSplit);
+    EXPECT_EQ(Answer({"split", "--mode", "loud", "a.wav"}).Text,
+              "--mode: loud is none of auto, silence, titles and time" + ofSplit);
     for (const std::vector<const char*>& words :
          std::vector<std::vector<const char*>>{{},
                                                {"sing"},

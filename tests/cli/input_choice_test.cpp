@@ -73,7 +73,7 @@ TEST(ChooseInput, FileStandsBeforeAPath) {
     EXPECT_EQ(choice.FilePath, "/music/a show.wav");
     EXPECT_FALSE(choice.Device);
     EXPECT_EQ(choice.Error, "");
-    EXPECT_EQ(ChooseInput("file:", Devices()).Error, "file: needs a path behind it");
+    EXPECT_EQ(ChooseInput("file:", Devices()).Error, "file: needs a path after it");
     EXPECT_EQ(ChooseInput("file:0", Devices()).FilePath, "0");
 }
 

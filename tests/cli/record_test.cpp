@@ -62,13 +62,6 @@ TEST_F(RecordTest, SongsEndsWithThatNumberOfMusicFiles) {
     }
 }
 
-TEST_F(RecordTest, TheFirstSongIsWholeByEverythingThatIsKnownToo) {
-    const std::vector<Json> songs = RecordDemo({"--songs", "1", "--mode", "auto"});
-    ASSERT_THAT(songs, testing::Not(IsEmpty()));
-    EXPECT_EQ(songs[0]["confidence"]["begin"], "sure");
-    EXPECT_EQ(songs[0]["whole"], true);
-}
-
 TEST_F(RecordTest, SecondsEndsThereAndKeepsThePartialSong) {
     const std::vector<Json> songs = RecordDemo({"--seconds", "20"});
     ASSERT_THAT(ReasonsOf(songs), ElementsAre("kept"));

@@ -50,6 +50,14 @@ TEST_F(SplitTest, TheJsonObjectHasExactlyItsFields) {
     EXPECT_TRUE(file.ends_with(".wav")) << file;
 }
 
+TEST_F(SplitTest, AFileThatStaysInOnePieceSaysWhatWouldCutIt) {
+    const std::string file = PutWave("show.wav", MakeRecording());
+    const Finished automatic = Split({file, "--json", "--mode", "auto"});
+    EXPECT_THAT(Objects(automatic.Out), SizeIs(1));
+    EXPECT_THAT(automatic.Err, HasSubstr("show.wav stayed in one piece: without titles"));
+    EXPECT_THAT(automatic.Err, HasSubstr("--mode silence"));
+}
+
 TEST_F(SplitTest, AShortSongIsToldAndHasNoFile) {
     const Finished run =
         Split({PutWave("show.wav", MakeRecording()), "--json", "--set", "Source.IgnoreShortSongs=3"});

@@ -100,6 +100,14 @@ TEST(DesktopHelp, SaysTheSameInTheManualPageAndTheCompletion) {
     EXPECT_EQ(Offered("corvetape", "_corvetape", "\"\""), words);
 }
 
+TEST(DesktopHelp, AWrongValueOpensNoWindow) {
+    for (const std::string words : {"--press foo", "--press", "--input microphone", "--home"}) {
+        const ShellResult result = RunShell("timeout 10 " + Programs + "corvetape " + words);
+        EXPECT_EQ(result.ExitCode, 2) << words << ": " << result.Text;
+        EXPECT_NE(result.Text.find("corvetape: " + words.substr(0, words.find(' '))), std::string::npos);
+    }
+}
+
 TEST(DesktopHelp, HasEverySwitch) {
     const Words words = AllOf(Help("corvetape"), "^  (-[a-z]+)");
     Words known;
