@@ -84,7 +84,7 @@ ProgramParts::ProgramParts(const Machine& machine, State& state, const RunOption
                state.Media, state.Pause,
                {machine.Files, machine.Processes, Journal, Notes, Counter, WatchTabs}),
       Songs({machine.Files, machine.Clock, state.Options, state.Folders, WatchTabs, Transfer}),
-      Waiting(state.Form.tmrEncodeFile, Transfer, state.Flags, Requests),
+      Waiting(Writer.SongKept, state.Form.tmrEncodeFile, Transfer, state.Flags, Requests),
       Results(Transfer, machine.Processes, machine.Files, Say),
       Left(machine, state.Folders, Transfer, Notes, Say),
       Reports(Say, state.Messages, Transfer, state.Signal.Format),
@@ -98,9 +98,14 @@ ProgramParts::ProgramParts(const Machine& machine, State& state, const RunOption
       Search({Mixers, Inputs, state.Pause, state.Signal, state.Media, state.Options, SearchWait},
              machine.Dialogs, Messages),
       Gain({Mixers, Inputs, state.Pause, state.Signal, SearchWait}, machine.System.Version()),
-      MixerButtons({state.Form, state.Pause, state.Lifecycle, state.Opened, machine.Dialogs,
-                    machine.Processes, machine.Desktop, Messages},
-                   {Mixers, Inputs, Search, Gain, Rescue, SearchWait}, machine.System.Version()),
+      Searching(machine.Desktop, Rescue, SearchWait),
+      GainQuestions({state.Form, state.Pause, Mixers, Gain, Searching, machine.Dialogs, Messages}),
+      InputQuestions({state.Form, Inputs, Search, GainQuestions, Searching, machine.Dialogs, Messages},
+                     machine.System.Version()),
+      DesktopSound({state.Form, state.Lifecycle, state.Opened, Searching, machine.Processes, machine.Dialogs,
+                    Messages}),
+      MixerButtons({state.Form, Mixers, DesktopSound, InputQuestions, GainQuestions, Searching},
+                   machine.System.Version()),
       Break({state.Flags, Device, Writer, Recording.Clicks, Say}) {
     ConnectEvents();
     ConnectTick();
@@ -131,9 +136,9 @@ void ProgramParts::ConnectEvents() {
         // Where no assistant opens, none will take this back when it closes.
         Memory.Lifecycle.WizardRequested = false;
     });
-    MixerButtons.SetUrl.Connect([this](const std::string& page) { Requests.Assistant.Raise(page); });
-    MixerButtons.SearchBegins.Connect([this] { Break.Begin(); });
-    MixerButtons.SearchEnds.Connect([this] { Break.End(); });
+    DesktopSound.SetUrl.Connect([this](const std::string& page) { Requests.Assistant.Raise(page); });
+    InputQuestions.SearchBegins.Connect([this] { Break.Begin(); });
+    InputQuestions.SearchEnds.Connect([this] { Break.End(); });
     Inputs.Changed.Connect([this] { Providers.Refresh(); });
     Memory.Form.cmdForgetCuts.Click.Connect([this] { Learned.Forget(); });
 }

@@ -30,6 +30,8 @@
 #include "media/station_launch.h"
 #include "media/station_query.h"
 #include "mixer/auto_gain.h"
+#include "mixer/gain_dialogue.h"
+#include "mixer/input_dialogue.h"
 #include "mixer/input_list.h"
 #include "mixer/input_search.h"
 #include "mixer/mixer_of_source.h"
@@ -37,6 +39,8 @@
 #include "mixer/mixer_rescue.h"
 #include "mixer/mixer_wait.h"
 #include "mixer/mod_mixer.h"
+#include "mixer/search_guard.h"
+#include "mixer/sound_settings.h"
 #include "post/encoders/encoder_choice.h"
 #include "post/encoders/encoder_tools.h"
 #include "post/lists/watch_pages.h"
@@ -150,6 +154,10 @@ struct ProgramParts {
     MixerWait SearchWait;
     InputSearch Search;
     AutoGain Gain;
+    SearchGuard Searching;
+    GainDialogue GainQuestions;
+    InputDialogue InputQuestions;
+    SoundSettings DesktopSound;
     MixerPage MixerButtons;
     SearchBreak Break;
 

@@ -31,6 +31,7 @@ struct RecordingParts {
     SourceTick Source;
     SongAge Age;
     MediaDisplay Display;
+    RadioRestart Radio;
     SilenceWatch Silence;
     BufferWatch Buffers;
     SecondTick Tick;

@@ -40,7 +40,6 @@ SongEvents SongEventsOf(ProgramParts& parts) {
     events.StoreCover = [&parts](const std::string& basePath) {
         parts.Covers.SaveImage(basePath, parts.Memory.Media.SongMedia.Cover);
     };
-    events.HandOver = [&parts] { parts.Waiting.Take(parts.Memory.Media.SongMedia); };
     events.QuitWanted = [&parts] { parts.Requests.End.Raise(); };
     events.Failed = [&parts](const SongFailure& failure) { parts.Reports.SongFailed(failure); };
     return events;

@@ -139,10 +139,10 @@ void SongWriter::Note(const SignalBuffer& buffer) {
     const bool interrupted = std::exchange(Parts.Flags.Interrupted, false);
     if ((failed || interrupted) && buffer.StreamPosition > Present.EndFrame) {
         Present.LostFrames += buffer.StreamPosition - Present.EndFrame;
-        Present.FramesBehindGap = 0;
+        Present.FramesAfterGap = 0;
     }
     Present.EndFrame = buffer.StreamPosition + FramesOf(buffer).size();
-    if (Present.FramesBehindGap) *Present.FramesBehindGap += FramesOf(buffer).size();
+    if (Present.FramesAfterGap) *Present.FramesAfterGap += FramesOf(buffer).size();
     Present.LostFrames += buffer.FramesLostBefore;
     Present.DeviceChanges += buffer.DeviceChangesBefore;
     Present.ClippedSamples += buffer.ClippedSamples;
@@ -274,8 +274,8 @@ void SongWriter::TakePauseOff() {
     if (PauseNeverCame) return;
     int64_t pause = std::max<int64_t>(Parts.Pause.PauseBuffers, 0) * BufferBytesOf(SongFile->Format());
     // Trim only what reached the disk.
-    if (const auto behind = Present.FramesBehindGap) {
-        pause = std::min(pause, static_cast<int64_t>(*behind * sizeof(Frame)));
+    if (const auto since = Present.FramesAfterGap) {
+        pause = std::min(pause, static_cast<int64_t>(*since * sizeof(Frame)));
     }
     TakeOff(pause);
 }
@@ -358,7 +358,7 @@ void SongWriter::Keep(int32_t part) {
     media.Size = static_cast<int32_t>(BytesOfSong / SongFile->Format().nAvgBytesPerSec);
     media.TempFileName = BaseName;
     media.FilePart = part;
-    if (Events.HandOver) Events.HandOver();
+    SongKept.Raise(media);
 }
 
 void SongWriter::WriteInfoChunk(std::span<const std::string_view> ids, std::span<const std::string> texts) {

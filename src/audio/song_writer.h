@@ -16,6 +16,8 @@
 #include "audio/signal_state.h"
 #include "audio/wav_file.h"
 #include "audio/wave_buffer.h"
+#include "core/controls/event.h"
+#include "core/controls/message_texts.h"
 #include "core/deferred_messages.h"
 #include "core/media_state.h"
 #include "core/settings/settings.h"
@@ -24,9 +26,9 @@
 namespace Corvetape {
 
 /// Error numbers of the song file, which are the keys of their messages too.
-inline constexpr int32_t ErrorCreatingSong = 903;
-inline constexpr int32_t ErrorClosingSong = 904;
-inline constexpr int32_t ErrorWritingSong = 905;
+inline constexpr int32_t ErrorCreatingSong = Message::SongNotCreated.Number();
+inline constexpr int32_t ErrorClosingSong = Message::SongNotFinished.Number();
+inline constexpr int32_t ErrorWritingSong = Message::SongNotWritten.Number();
 
 /// Most audio bytes of a song in one file, 6.5 hours at 44.1 kHz. What the format can hold beyond that is
 /// room for the longest ring, whose audio is written ahead after the song's.
@@ -59,7 +61,7 @@ struct SongPlace {
 
 /// A file that could not be made, written or finished.
 struct SongFailure {
-    int32_t Number = 0;  ///< 903, 904 or 905
+    int32_t Number = 0;  ///< one of the three above
     std::string Path;
     int32_t Code = 0;    ///< the system's
     std::string Reason;  ///< the number and the system's own words
@@ -72,7 +74,6 @@ struct SongEvents {
     std::function<void(const std::string& path)> SongBegun;  ///< a file was made, maybe ahead of its song
     std::function<void(const ClosedSong&)> SongClosed;       ///< at every close, kept or not
     std::function<void(const std::string& basePath)> StoreCover;  ///< path of the song without ".wav"
-    std::function<void()> HandOver;    ///< SongMedia holds a kept song: start the delay of its transfer
     std::function<void()> QuitWanted;  ///< a song was discarded that the end of the program waited for
     std::function<void(const SongFailure&)> Failed;  ///< recording has stopped; once a file and kind
 };
@@ -95,6 +96,10 @@ class SongWriter {
     ~SongWriter();
     SongWriter(const SongWriter&) = delete;
     SongWriter& operator=(const SongWriter&) = delete;
+
+    /// A song was closed and kept, and this is its record: the delay of its transfer begins. May not call the
+    /// writer.
+    Event<const STATIONANDSONGDATA&> SongKept;
 
     /// The way of a buffer with the end of song by silence: begins a file if none is open, writes, and closes
     /// after the song's last buffer (`end`). False if a file could not be made: the program is to end.
@@ -163,7 +168,7 @@ class SongWriter {
     /// Bytes of the last good write, or the system's number of the last failure.
     int32_t LastMmioResult() const { return LastResult; }
 
-    /// The first failure since the program started: 903, 904 or 905, and its file; 0 if there was none.
+    /// The number of the first failure since the program started, and its file; 0 if there was none.
     int32_t SongFileError() const { return FirstError; }
     const std::string& SongFileErrorPath() const { return FirstErrorPath; }
 
@@ -178,7 +183,7 @@ class SongWriter {
     struct Notes {
         uint64_t BeginFrame = 0;
         uint64_t EndFrame = 0;
-        std::optional<uint64_t> FramesBehindGap;  ///< since some were last missing; nothing if none were
+        std::optional<uint64_t> FramesAfterGap;  ///< since some were last missing; nothing if none were
         uint64_t LostFrames = 0;
         uint32_t DeviceChanges = 0;
         uint64_t ClippedSamples = 0;

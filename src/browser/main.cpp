@@ -8,6 +8,7 @@
 #include "browser/recorder_link.h"
 #include "browser/sandbox.h"
 #include "platform/browser_protocol.h"
+#include "platform/program_name.h"
 
 namespace {
 
@@ -46,7 +47,7 @@ int main(int count, char** words) {
     if (!recorder.Open()) return WrongUse;
     if (!sandbox && !arguments->WithoutSandbox) return Refuse(recorder);
 
-    QApplication::setDesktopFileName("corvetape");
+    QApplication::setDesktopFileName(Corvetape::ProgramEntryName);
     QApplication::setWindowIcon(QIcon(":/corvetape.svg"));
     RadioProfile profile;
     DemoStation station(QCoreApplication::applicationDirPath() + "/radio");

@@ -4,11 +4,14 @@
 #include <string>
 #include <utility>
 
+#include "core/controls/message_texts.h"
+
 namespace Corvetape {
 
 /// The messages that the watch over the disk space leaves for the end of the program.
 constexpr bool IsDiskMessage(int32_t key) {
-    return key >= 833 && key <= 835;
+    return key == Message::EndedByDisk.Number() || key == Message::EndedByTempDisk.Number() ||
+           key == Message::EndedByMusicDisk.Number();
 }
 
 /// Messages from deep inside a recording, which are reported when the program ends. 0 stands for no message.

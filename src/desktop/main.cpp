@@ -27,9 +27,9 @@ int main(int count, char** words) {
         return answer->ExitCode;
     }
     const QApplication application(count, words);
-    QApplication::setApplicationName("corvetape");
+    QApplication::setApplicationName(ProgramEntryName);
     // No display name: the toolkit would put it after titles that begin with it.
-    QApplication::setDesktopFileName("corvetape");
+    QApplication::setDesktopFileName(ProgramEntryName);
     QApplication::setQuitOnLastWindowClosed(false);  // the program ends in its own order
     Corvetape::DesktopArguments arguments = Corvetape::ReadDesktopArguments(QApplication::arguments().mid(1));
     if (arguments.Press) {

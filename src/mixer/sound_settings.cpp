@@ -31,13 +31,33 @@ constexpr auto SettingsPrograms = std::to_array<SettingsProgram>({
 /// What ShellOpen gives from here on means that the program runs.
 constexpr int32_t LastFailure = 32;
 
+constexpr float AssistantStepMs = 200;
+constexpr const char* AssistantName = "frmWizard";
+
 }  // namespace
 
-void OpenSoundSettings(Processes& processes, Dialogs& boxes, const clsLocalizeControls& texts) {
+void SoundSettings::Open() {
     const bool opened = std::ranges::any_of(SettingsPrograms, [&](const SettingsProgram& each) {
-        return processes.ShellOpen(each.Name, each.Parameters, "") > LastFailure;
+        return Parts.Processes.ShellOpen(each.Name, each.Parameters, "") > LastFailure;
     });
-    if (!opened) boxes.ShowMessage(texts.FormatMsg(Message::NoSoundSettings.Key), DialogIcon::Exclamation);
+    if (opened) return;
+    Parts.Dialogs.ShowMessage(Parts.Texts.FormatMsg(Message::NoSoundSettings.Key), DialogIcon::Exclamation);
+}
+
+void SoundSettings::Offer() {
+    if (!Parts.Dialogs.AskNoYes(Parts.Texts.FormatMsg(Message::OpenSoundSettings.Key),
+                                DialogIcon::Information))
+        return;
+    bool& requested = Parts.Lifecycle.WizardRequested;
+    requested = true;
+    SetUrl.Raise("vista.htm");
+    Parts.Form.Enabled(false);
+    Open();
+    // Closing the assistant clears the flag. Where none opens, the next question is what waits for the user.
+    while (requested && Parts.Opened.Find(AssistantName) != nullptr) {
+        if (!Parts.Guard.For(AssistantStepMs)) return;
+    }
+    requested = false;
 }
 
 }  // namespace Corvetape

@@ -24,11 +24,11 @@ struct LimitTexts {
 constexpr LimitTexts TextsOf(DiskLimit limit) {
     switch (limit) {
         case DiskLimit::OneDrive:
-            return {Message::DiskNearlyFull.Key, 833};
+            return {Message::DiskNearlyFull.Key, Message::EndedByDisk.Number()};
         case DiskLimit::TempFolder:
-            return {Message::TempDiskNearlyFull.Key, 834};
+            return {Message::TempDiskNearlyFull.Key, Message::EndedByTempDisk.Number()};
         default:
-            return {Message::MusicDiskNearlyFull.Key, 835};
+            return {Message::MusicDiskNearlyFull.Key, Message::EndedByMusicDisk.Number()};
     }
 }
 

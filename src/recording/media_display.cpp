@@ -4,6 +4,7 @@
 
 #include "core/controls/message_texts.h"
 #include "core/text/text.h"
+#include "core/version.h"
 
 namespace Corvetape {
 
@@ -50,7 +51,7 @@ void MediaDisplay::ShowNoMedia() {
 
 void MediaDisplay::ShowMediaTexts() {
     const STATIONANDSONGDATA& media = Parts.Media.CurrentMedia;
-    Parts.Form.Caption("Corvetape \xC2\xB7 " + media.Artist + " \xC2\xB7 " + media.Song);
+    Parts.Form.Caption(std::string(ProgramTitle) + " \xC2\xB7 " + media.Artist + " \xC2\xB7 " + media.Song);
     Parts.PlainBar.Caption(media.Artist + " \xC2\xB7 " + media.Song);
     Parts.CoverBar.lblArtist.Caption(media.Artist);
     Parts.CoverBar.lblSong.Caption(media.Song);

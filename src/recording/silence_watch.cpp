@@ -8,7 +8,7 @@
 namespace Corvetape {
 
 bool SilenceWatch::Tick() {
-    const bool launching = Actors.Launcher.BrowserLoading();
+    const bool launching = Actors.Radio.Loading();
     const int32_t silent = Facts.Signal.SilenceSeconds;
     if (silent < Facts.Options.InfoAfterSilence || launching || Facts.Pause.IgnoreSilence) {
         if (Notice.Given() && !launching) SoundReturned();
@@ -30,26 +30,13 @@ void SilenceWatch::BreakOffSong() {
     // A piece by time waits for no sound, so its silence is given up every second, before it is in a file.
     const bool plays = Actors.Songs.SongFileOpen() || Facts.Pause.EndOfSongDetection == EndOfSong::FixedTime;
     const bool recorded = flags.RecordCurrentSong && plays;
-    RestartRadioIfDue();
+    if (Actors.Radio.RestartIfDue(Facts.Signal.SilenceSeconds)) BreakOff();
     // A song that the silence broke off is not kept; the next one is.
     if (flags.RecordCurrentSong && plays) BreakOff();
     // By time the piece is given up again every second, which the notice says already.
     if (!recorded || !flags.RecordNextSong) return;
     Say.WriteAndShow(ReportKind::Info, Say.Text(Message::BrokenOffBySilence.Key,
                                                 {std::to_string(Facts.Signal.SilenceSeconds)}));
-}
-
-void SilenceWatch::RestartRadioIfDue() {
-    // A hand-edited interval of 0 would divide by zero; every second is then due.
-    const int32_t interval = Facts.Options.InfoAfterSilence;
-    const bool due = interval <= 0 || Facts.Signal.SilenceSeconds % interval == 0;
-    const bool wanted = Actors.Flags.RecordNextSong || Actors.Flags.RecordCurrentSong;
-    if (!due || !wanted || !Facts.Options.RestartRadioIfSilent || Facts.Lifecycle.WizardRequested ||
-        !Facts.Media.StationDataEnabled) {
-        return;
-    }
-    Actors.Providers.RestartRadio();
-    BreakOff();
 }
 
 bool SilenceWatch::EndRecording() {

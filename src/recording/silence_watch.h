@@ -5,13 +5,11 @@
 #include "audio/route.h"
 #include "audio/signal_state.h"
 #include "core/lifecycle_flags.h"
-#include "core/media_state.h"
 #include "core/reporter.h"
 #include "core/settings/settings.h"
 #include "forms/frm_main.h"
-#include "media/provider_choice.h"
-#include "media/station_launch.h"
 #include "platform/clock.h"
+#include "recording/radio_restart.h"
 #include "recording/session.h"
 #include "recording/silence_notice.h"
 
@@ -23,7 +21,6 @@ struct SilenceFacts {
     const Settings& Options;
     const PauseSettings& Pause;
     const LifecycleFlags& Lifecycle;
-    const MediaState& Media;
     const SignalState& Signal;
 };
 
@@ -31,8 +28,7 @@ struct SilenceFacts {
 struct SilenceActors {
     frmMain& Form;
     RecordingFlags& Flags;
-    const StationLaunch& Launcher;
-    ProviderChoice& Providers;
+    RadioRestart& Radio;
     Session& Recording;
     SongTargets& Songs;
 };
@@ -50,7 +46,6 @@ class SilenceWatch {
  private:
     void BreakOffSong();
     void BreakOff();
-    void RestartRadioIfDue();
     bool EndRecording();
     void SoundReturned();
 

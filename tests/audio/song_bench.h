@@ -27,6 +27,10 @@ class SongBench {
         Media.SongMedia.Artist = "Artist";
         Media.SongMedia.Album = "Album";
         Media.SongMedia.Song = "Song";
+        Writer.SongKept.Connect([this](const STATIONANDSONGDATA& song) {
+            Told += "over ";
+            HandedOver.push_back(song.TempFileName);
+        });
     }
 
     /// Writes the next buffers of the stream as the routing does with the end of song by silence.
@@ -100,7 +104,7 @@ class SongBench {
 
     std::vector<ClosedSong> Closed;
     std::vector<std::string> Begun;
-    std::vector<std::string> HandedOver;  ///< SongMedia.TempFileName each time
+    std::vector<std::string> HandedOver;  ///< TempFileName each time
     std::vector<std::string> Covers;
     std::string Told;  ///< names of the events in their order
     int32_t QuitsWanted = 0;
@@ -132,10 +136,6 @@ class SongBench {
         events.StoreCover = [this](const std::string& base) {
             Told += "cover ";
             Covers.push_back(base);
-        };
-        events.HandOver = [this] {
-            Told += "over ";
-            HandedOver.push_back(Media.SongMedia.TempFileName);
         };
         events.QuitWanted = [this] {
             Told += "quit ";

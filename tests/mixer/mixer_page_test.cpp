@@ -20,9 +20,8 @@ class PageTest : public testing::Test, protected SearchRig {
  protected:
     explicit PageTest(const SystemVersion& version = NewerStack)
         : Gain({Mixers, Inputs, Pause, Signal, Wait}, version),
-          Page(
-              {Form, Pause, Lifecycle, Opened, Computer.Dialogs, Computer.Processes, Computer.Desktop, Texts},
-              {Mixers, Inputs, Search, Gain, Rescue, Wait}, version) {
+          Asking({Form, Inputs, Search, GainAsking, Guard, Computer.Dialogs, Texts}, version),
+          Page({Form, Mixers, Sound, Asking, GainAsking, Guard}, version) {
         Computer.Files.Put(Computer.Folders.Program + "/english.lang",
                            "815=search?\n816=nothing found\n817=found %1\n818=is it %1?\n819=settings?\n"
                            "820=gain?\n821=good, save?\n822=bad, save?\n901=changed\n902=none\n"
@@ -32,9 +31,9 @@ class PageTest : public testing::Test, protected SearchRig {
         Computer.Desktop.WhileAsked = [this](const std::string& what) {
             News.push_back(what == "BusyPointer" ? "busy" : what);
         };
-        Page.SearchBegins.Connect([this] { News.emplace_back("begins"); });
-        Page.SearchEnds.Connect([this] { News.emplace_back("ends"); });
-        Page.SetUrl.Connect([this](const std::string& page) { News.push_back(page); });
+        Asking.SearchBegins.Connect([this] { News.emplace_back("begins"); });
+        Asking.SearchEnds.Connect([this] { News.emplace_back("ends"); });
+        Sound.SetUrl.Connect([this](const std::string& page) { News.push_back(page); });
     }
 
     /// Answers the question for the sound settings and that for the search.
@@ -45,7 +44,11 @@ class PageTest : public testing::Test, protected SearchRig {
     OpenForms Opened;
     InputSearch Search{{Mixers, Inputs, Pause, Signal, Media, Options, Wait}, Computer.Dialogs, Texts};
     MixerRescue Rescue{Cards, Computer.Files, RescuePath};
+    SearchGuard Guard{Computer.Desktop, Rescue, Wait};
     AutoGain Gain;
+    GainDialogue GainAsking{{Form, Pause, Mixers, Gain, Guard, Computer.Dialogs, Texts}};
+    InputDialogue Asking;
+    SoundSettings Sound{{Form, Lifecycle, Opened, Guard, Computer.Processes, Computer.Dialogs, Texts}};
     MixerPage Page;
 };
 

@@ -21,7 +21,7 @@ class HandOverTest : public TransferJobTest {
     void Take(const std::string& title) {
         STATIONANDSONGDATA song = Bench.Media.SongMedia;
         song.Song = title;
-        Wait.Take(song);
+        Kept.Raise(song);
     }
 
     std::vector<std::string> Titles() const {
@@ -31,7 +31,8 @@ class HandOverTest : public TransferJobTest {
     }
 
     ProgramRequests Requests;
-    HandOver Wait{Bench.Form.tmrEncodeFile, Job, Bench.Flags, Requests};
+    Event<const STATIONANDSONGDATA&> Kept;
+    HandOver Wait{Kept, Bench.Form.tmrEncodeFile, Job, Bench.Flags, Requests};
     int Ends = 0;
 };
 

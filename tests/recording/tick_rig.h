@@ -181,8 +181,9 @@ class TickRig : public SessionRig, private SourceSettings, private SourceMixer, 
     FirstRun First{{Form, Lifecycle, Signal, Options, Folders, Inputs}, Host, Requests};
     SourceTick Source{Media, Pause, Providers};
     MediaDisplay Display{{Form, PlainBar, CoverBar, Media, Flags, Machine.Desktop}, Reports.Say};
-    SilenceWatch Silence{{Host.Clock, Options, Pause, Lifecycle, Media, Signal},
-                         {Form, Flags, Launcher, Providers, Recording, Songs},
+    RadioRestart Radio{{Options, Lifecycle, Media, Flags, Launcher, Providers}};
+    SilenceWatch Silence{{Host.Clock, Options, Pause, Lifecycle, Signal},
+                         {Form, Flags, Radio, Recording, Songs},
                          Notice,
                          Reports.Say};
 

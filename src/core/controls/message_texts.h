@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string_view>
 
 namespace Corvetape {
@@ -9,6 +10,13 @@ namespace Corvetape {
 struct MessageText {
     std::string_view Key;
     std::string_view English;
+
+    /// The key as a number, for what is kept as one.
+    constexpr int32_t Number() const {
+        int32_t number = 0;
+        for (const char digit : Key) number = number * 10 + (digit - '0');
+        return number;
+    }
 };
 
 }  // namespace Corvetape

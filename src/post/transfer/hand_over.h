@@ -4,6 +4,7 @@
 
 #include "audio/recording_flags.h"
 #include "core/controls/controls.h"
+#include "core/controls/event.h"
 #include "core/media_state.h"
 #include "core/program_requests.h"
 #include "post/transfer/transfer_job.h"
@@ -19,17 +20,17 @@ constexpr int32_t EncodeInterval(int32_t encodeDelayMs) {
 /// time, for as long as tmrEncodeFile runs.
 class HandOver {
  public:
-    /// Attaches itself to the timer. All of them outlive it.
-    HandOver(TimerControl& tmrEncodeFile, TransferJob& job, const RecordingFlags& flags,
-             ProgramRequests& requests);
-
-    /// A song was closed and kept. One that still waits is transferred first.
-    void Take(const STATIONANDSONGDATA& song);
+    /// Attaches itself to the timer and to `songKept`, which is raised with the record of each song that was
+    /// closed and kept. All of them outlive it.
+    HandOver(Event<const STATIONANDSONGDATA&>& songKept, TimerControl& tmrEncodeFile, TransferJob& job,
+             const RecordingFlags& flags, ProgramRequests& requests);
 
     /// Transfers the song that waits, if there is one, now. With QuitAtEndOfSong the program is then to end.
     void TransferNow();
 
  private:
+    void Take(const STATIONANDSONGDATA& song);
+
     TimerControl& Wait;
     TransferJob& Job;
     const RecordingFlags& Flags;

@@ -98,8 +98,8 @@ void MprisPresence::Notify(const Notice& notice) const {
     QDBusMessage call = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("/org/freedesktop/Notifications"),
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("Notify"));
-    const QVariantMap hints{{QStringLiteral("desktop-entry"), QStringLiteral("corvetape")}};
-    call << QStringLiteral("Corvetape") << 0U << QStringLiteral("corvetape") << Text(notice.Title)
+    const QVariantMap hints{{QStringLiteral("desktop-entry"), QString(ProgramEntryName)}};
+    call << QString(ProgramTitle) << 0U << QString(ProgramEntryName) << Text(notice.Title)
          << Text(notice.Text) << QStringList() << hints << usualTime;
     Bus.call(call, QDBus::NoBlock);
 }

@@ -8,6 +8,7 @@
 #include <QVariantMap>
 
 #include "platform/media_controls.h"
+#include "platform/program_name.h"
 
 namespace Corvetape {
 
@@ -63,8 +64,8 @@ class MprisRoot : public QDBusAbstractAdaptor {
 
     bool Yes() const { return true; }
     bool No() const { return false; }
-    QString Identity() const { return QStringLiteral("Corvetape"); }
-    QString DesktopEntry() const { return QStringLiteral("corvetape"); }
+    QString Identity() const { return ProgramTitle; }
+    QString DesktopEntry() const { return ProgramEntryName; }
     QStringList None() const { return {}; }
 
  public slots:

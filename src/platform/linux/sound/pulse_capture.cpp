@@ -5,6 +5,7 @@
 #include <time.h>
 
 #include "platform/linux/loop/thread_signals.h"
+#include "platform/program_name.h"
 
 namespace Corvetape {
 namespace {
@@ -127,7 +128,7 @@ void PulseCapture::Watch(int64_t now) {
 
 void PulseCapture::Connect() {
     AttemptBegan = Now();
-    Context.reset(pa_context_new(pa_mainloop_get_api(Loop.get()), "Corvetape"));
+    Context.reset(pa_context_new(pa_mainloop_get_api(Loop.get()), ProgramTitle));
     if (!Context) {
         Break(WaveInIncidentKind::ServerLost, PA_ERR_INTERNAL);
         return;

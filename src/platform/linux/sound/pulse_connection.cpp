@@ -1,10 +1,12 @@
 #include "platform/linux/sound/pulse_connection.h"
 
+#include "platform/program_name.h"
+
 namespace Corvetape {
 
 PulseConnection::PulseConnection(std::chrono::milliseconds limit) : Loop(pa_mainloop_new()) {
     GiveTime(limit);
-    if (Loop) Server.reset(pa_context_new(pa_mainloop_get_api(Loop.get()), "Corvetape"));
+    if (Loop) Server.reset(pa_context_new(pa_mainloop_get_api(Loop.get()), ProgramTitle));
 }
 
 bool PulseConnection::Connect(const std::string& server) {
