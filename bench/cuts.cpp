@@ -1,4 +1,4 @@
-// How far the cuts lie from the true boundaries of made-up hours, by silence and by titles that come late.
+// How far the cuts are from the true boundaries of made-up hours, by silence and by titles that come late.
 //
 //   bench-cuts [HOURS]
 #include <fmt/format.h>
@@ -24,7 +24,7 @@ constexpr const char* Program = CORVETAPE_BINARY_DIR "/bin/corvetape-cli";
 /// negative where music is missing.
 struct Errors {
     size_t Songs = 0;
-    size_t Missed = 0;    ///< boundaries that no cut lies at
+    size_t Missed = 0;    ///< boundaries that no cut is at
     size_t Invented = 0;  ///< cuts where there is no boundary
     std::vector<double> Begins;
     std::vector<double> Ends;
@@ -59,7 +59,7 @@ void WriteTitles(const RadioTimeline& hour, uint64_t seed, const std::string& pa
     }
 }
 
-/// Adds the errors of one hour: each found song belongs to the true one that its middle lies in.
+/// Adds the errors of one hour: each found song belongs to the true one that its middle is in.
 void Count(const RadioTimeline& hour, const std::vector<FoundSong>& found, Errors& errors) {
     std::vector<std::vector<FoundSong>> bySong(hour.Songs().size());
     for (const FoundSong& song : found) {

@@ -1,4 +1,4 @@
-// How far the cuts lie from the true boundaries of a made-up radio when titles tell of them: titles that come
+// How far the cuts are from the true boundaries of a made-up radio when titles tell of them: titles that come
 // early, on time, late or now so, now so, and songs with gaps, without, and cross-faded.
 //
 //   bench-titles [RADIOS]
@@ -32,8 +32,8 @@ struct Join {
     double OverlapSeconds;
 };
 
-/// When titles come, in seconds behind the beginning of their songs, with the window that fits: how far
-/// before and behind the change the cut is looked for, in milliseconds.
+/// When titles come, in seconds after the beginning of their songs, with the window that fits: how far
+/// before and after the change the cut is looked for, in milliseconds.
 struct Timing {
     const char* Name;
     double Least;
@@ -82,7 +82,7 @@ double Outside(double place, double from, double to) {
     return std::max({from - place, place - to, 0.0});
 }
 
-/// Each boundary belongs to the cut that lies nearest to it; none within this time: it was missed.
+/// Each boundary belongs to the cut that is nearest to it; none within this time: it was missed.
 constexpr double NearestCut = 10;
 
 void Count(const RadioTimeline& radio, const std::vector<FoundSong>& found, Outcome& outcome) {
@@ -153,7 +153,7 @@ std::string Cells(Outcome& outcome) {
 
 void Print(std::vector<std::vector<Row>>& rows) {
     fmt::print(
-        "Error of a cut in milliseconds: how far the worse of its two edges lies outside the gap, or from\n"
+        "Error of a cut in milliseconds: how far the worse of its two edges is outside the gap, or from\n"
         "the middle of the cross-fade. A song is damaged if more than {:.0f} ms of it are missing, or of "
         "its\n"
         "neighbour are in its file. {} songs a row.\n\n"

@@ -85,9 +85,9 @@ void AddSong(const RadioTimeline& radio, size_t number, const Noise& noise, uint
     const RadioTimeline::SongShape& shape = radio.ShapeOf(number);
     const Rhythm rhythm = RhythmOf(shape.Seed);
     const uint64_t first = std::max(from, song.Begin);
-    const uint64_t behind = std::min<uint64_t>(from + block.size(), song.End);
+    const uint64_t after = std::min<uint64_t>(from + block.size(), song.End);
     double loudness = 0;
-    for (uint64_t frame = first; frame < behind; ++frame) {
+    for (uint64_t frame = first; frame < after; ++frame) {
         const uint64_t position = frame - song.Begin;
         if (frame == first || position % StepFrames == 0) {
             const uint64_t step = position / StepFrames * StepFrames;

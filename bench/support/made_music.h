@@ -17,7 +17,7 @@ struct MusicOptions {
     double OverlapSeconds = 0;  ///< of a cross-fade; without gaps only
 };
 
-/// A radio of songs of 50 to 70 s behind ten seconds of near silence, every one with artist and title.
+/// A radio of songs of 50 to 70 s after ten seconds of near silence, every one with artist and title.
 std::shared_ptr<const RadioTimeline> MakeMusic(const MusicOptions& options);
 
 /// Writes such a radio as 16-bit stereo WAV. Its songs rise and fall as music does: beats that die away over

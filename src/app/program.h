@@ -163,8 +163,8 @@ class Program {
     void DeleteTempFolder();
     void RestoreMixer();
     void RestoreSoundScheme();
-    void TellError();
-    void TellInfo();
+    void ReportError();
+    void ReportInfo();
     void ReleaseProvider();
     void LaunchStopApp();
     void SaveWindowPlace();

@@ -26,8 +26,8 @@ const Program::UnloadStep Program::UnloadSteps[] = {
     &Program::DeleteTempFolder,
     &Program::RestoreMixer,
     &Program::RestoreSoundScheme,
-    &Program::TellError,
-    &Program::TellInfo,
+    &Program::ReportError,
+    &Program::ReportInfo,
     &Program::ReleaseProvider,
     &Program::LaunchStopApp,
     &Program::SaveWindowPlace,
@@ -151,7 +151,7 @@ void Program::RestoreSoundScheme() {
     // There is no sound scheme to restore on this system; the option is only kept.
 }
 
-void Program::TellError() {
+void Program::ReportError() {
     const DeferredMessages& messages = Memory->Messages;
     if (messages.PendingError == 0) return;
     const std::string text = Parts->Messages.FormatMsg(
@@ -160,7 +160,7 @@ void Program::TellError() {
     if (!Memory->Lifecycle.DontAsk) Host.Dialogs.ShowMessage(text, DialogIcon::Critical);
 }
 
-void Program::TellInfo() {
+void Program::ReportInfo() {
     const int32_t key = Memory->Messages.PendingInfo;
     if (key == 0) return;
     const std::string text = Parts->Messages.FormatMsg(std::to_string(key));

@@ -58,7 +58,7 @@ struct SongTrust {
 struct ClosedSong {
     SongFate Fate = SongFate::Unwanted;
     uint64_t BeginFrame = 0;  ///< first frame of the file among all that any input has given
-    uint64_t EndFrame = 0;    ///< one behind the last frame that the file keeps
+    uint64_t EndFrame = 0;    ///< one after the last frame that the file keeps
     uint64_t Frames = 0;      ///< frames in the file
     uint32_t FramesPerSecond = 44100;
     uint64_t LostFrames = 0;  ///< lost by the input, refused by the disk, or passed by unrecorded meanwhile

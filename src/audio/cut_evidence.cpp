@@ -66,7 +66,7 @@ void Whiten(const std::array<float, Pairs>& factor,
     }
 }
 
-/// Where between two songs a point of a fade is, 0 to 1: points lie in the middle of equal parts.
+/// Where between two songs a point of a fade is, 0 to 1: points are in the middle of equal parts.
 template <size_t Count>
 float ShareAt(size_t point) {
     return (static_cast<float>(point) + 0.5F) / static_cast<float>(Count);

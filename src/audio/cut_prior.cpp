@@ -25,7 +25,7 @@ constexpr float ForgettingShare = 0.005F;  ///< what every song takes off all th
 /// Of the songs before it, what a song takes off the count of each kind: stations change their ways.
 constexpr float KeptKinds = 0.98F;
 
-/// Jitters that are told apart, as multiples of the usual one: polls may be slower, and stations add theirs.
+/// Jitters that are kept apart, as multiples of the usual one: polls may be slower, and stations add theirs.
 constexpr std::array<double, 3> JitterTimes = {1, 1.45, 2.2};
 
 constexpr float LikelyTail = 0.01F;

@@ -30,9 +30,9 @@ std::optional<QuietStretch> FindQuietStretch(std::span<const int32_t> levels, si
     const int32_t limit = QuietLimit(lowest);
     size_t first = *quietest;
     while (first > 0 && levels[slotAt(first - 1)] <= limit) --first;
-    size_t behind = *quietest;
-    while (behind < last && levels[slotAt(behind + 1)] <= limit) ++behind;
-    return QuietStretch{slotAt(first), slotAt(behind)};
+    size_t lastQuiet = *quietest;
+    while (lastQuiet < last && levels[slotAt(lastQuiet + 1)] <= limit) ++lastQuiet;
+    return QuietStretch{slotAt(first), slotAt(lastQuiet)};
 }
 
 int32_t SlotsOf(int32_t milliseconds) {

@@ -56,7 +56,8 @@ struct CutState {
         CutPending = pending;
     }
 
-    /// The cut has been carried out, or nobody wants it any more.
+    /// The cut was carried out, or nobody wants it. Called by the drain, the pieces by time, and the
+    /// automatic recorder.
     void Settle() {
         CutPending = false;
         Ended.reset();

@@ -98,7 +98,7 @@ struct RecordingFlags {
     }
 
     /// A song has ended: what was wished for the next one holds for the song that begins. Called by the song
-    /// writer, and by the automatic recorder where a title ends the song.
+    /// writer, and where a title ends the song by the cut by titles and by the automatic recorder.
     void PassOn() {
         if (RecordNextSong) {
             RecordCurrentSong = true;

@@ -121,7 +121,7 @@ struct WavInfo {
 /// Reads the headers and tags of a WAV file; nothing if it is none or has neither format nor data.
 std::optional<WavInfo> ReadWavInfo(Files& disk, const std::string& path);
 
-/// Lets the header of a song file that a crash has left tell of all audio that the file holds. A file that
+/// Lets the header of a song file that a crash has left cover all audio that the file holds. A file that
 /// was finished with tags stays as it is. False if it is no song file or cannot be changed.
 bool RepairWavHeader(Files& disk, const std::string& path);
 

@@ -26,7 +26,7 @@ struct AheadMark {
     bool operator==(const AheadMark&) const = default;
 };
 
-/// 50 ms of the signal as it lies somewhere: the header that a device filled, and what was noted of the audio
+/// 50 ms of the signal as it is somewhere: the header that a device filled, and what was noted of the audio
 /// since. It does not own its samples.
 struct SignalBuffer : WaveHeader {
     uint64_t StreamPosition = 0;       ///< number of the first frame among all that any input has given

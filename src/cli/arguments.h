@@ -63,8 +63,8 @@ struct RecutArguments {
     bool List = false;
 };
 
-/// Help or version was asked for, or the words are off: what to print and the exit code. What is off is told
-/// in one line, without a line end.
+/// Help or version was asked for, or the words are off: what to print and the exit code. What is off is
+/// reported in one line, without a line end.
 struct ArgumentsAnswer {
     int ExitCode = ExitDone;
     std::string Text;

@@ -31,8 +31,8 @@ int RunDevices(const DevicesArguments& arguments) {
         }
     }
     if (!arguments.Json && devices.size() == 1) {
-        Tell(devices.Reason.empty() ? "the sound server has no inputs"
-                                    : "no sound server answers: " + devices.Reason);
+        ReportLine(devices.Reason.empty() ? "the sound server has no inputs"
+                                          : "no sound server answers: " + devices.Reason);
     }
     return ExitDone;
 }

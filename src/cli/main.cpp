@@ -14,7 +14,7 @@ int Answer(const ArgumentsAnswer& answer) {
     if (answer.ExitCode == ExitDone) {
         Print(stdout, answer.Text);
     } else {
-        Tell(answer.Text);
+        ReportLine(answer.Text);
     }
     return answer.ExitCode;
 }
@@ -35,7 +35,7 @@ int Main(int count, char** words) {
     std::signal(SIGPIPE, SIG_IGN);  // a reader that goes away is no reason to lose a song
     const int code = Run(count, words);
     if (!OutputLost()) return code;
-    Tell("the output could not be written");
+    ReportLine("the output could not be written");
     return code == ExitDone ? ExitFailed : code;
 }
 

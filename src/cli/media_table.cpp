@@ -64,7 +64,7 @@ std::variant<MediaTable, std::string> MediaTable::Parse(std::string_view text) {
         const std::optional<double> seconds = ReadSeconds(fields->front());
         if (!seconds) return place + " does not begin with a number of seconds";
         if (!table.OwnRows.empty() && *seconds < table.OwnRows.back().Seconds) {
-            return place + " lies before the row above it";
+            return place + " is before the row above it";
         }
         fields->resize(5);
         MediaTableRow row;

@@ -10,7 +10,7 @@ int RunMixer(const MixerArguments& arguments) {
     PulseMixer mixer;
     const std::string text = arguments.Json ? MixerJson(mixer) : MixerText(mixer);
     Print(stdout, text);
-    if (text.empty() && !arguments.Json) Tell("no sound server answers");
+    if (text.empty() && !arguments.Json) ReportLine("no sound server answers");
     return ExitDone;
 }
 

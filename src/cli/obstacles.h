@@ -17,7 +17,7 @@ bool MakeFolders(Files& files, const std::string& folder);
 std::optional<std::string> FolderObstacle(Files& files, const std::string& folder);
 
 /// Why no music file could be made in the format that the settings choose: there is no such format or
-/// quality, or a tool that it needs is not on this machine, as the enabled options of `page` tell.
+/// quality, or a tool that it needs is not on this machine, as the enabled options of `page` say.
 std::optional<std::string> FormatObstacle(const Settings& settings, const EncoderPage& page);
 
 }  // namespace Corvetape

@@ -169,8 +169,8 @@ int RunProfiles(const ProfilesArguments& arguments) {
     const ProfileSettings settings = SettingsOf(arguments, host, clock);
     if (!host.Files.FileSize(settings.Path)) return Fail(settings.Path + ": no such file");
     if (const size_t unread = CountUnreadProfiles(Profile(host.Files, settings.Path)); unread > 0) {
-        Tell(fmt::format("{}: {} profiles are not read; the list of their names is full", settings.Path,
-                         unread));
+        ReportLine(fmt::format("{}: {} profiles are not read; the list of their names is full", settings.Path,
+                               unread));
     }
     const std::vector<uint16_t> ports = DevToolsPorts(settings.Ports);
     const auto trial = [&] {

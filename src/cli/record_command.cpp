@@ -70,7 +70,7 @@ class Recording {
             Running->Unload();
             return Fail(*obstacle);
         }
-        Printer.TellEncodeLog(Running->Values().Folders.Paths[2] + "/encode.log");
+        Printer.NameEncodeLog(Running->Values().Folders.Paths[2] + "/encode.log");
         Clock = &machine.Clock;
         Begun = ClockSeconds();
         PressControls();
@@ -106,7 +106,7 @@ class Recording {
         Running->Unload();
         Watch.reset();
         Line.Clear();
-        if (Problem != nullptr) Tell(Problem);
+        if (Problem != nullptr) ReportLine(Problem);
         WaitForEncoders(*Running, Host.Processes);
         Running->RemoveTempFolder();
         Printer.Finish();
@@ -133,8 +133,9 @@ class Recording {
         const bool gone = Time.InputIsGone();
         if (gone == std::exchange(CountsByClock, gone) || !gone) return;
         Line.Clear();
-        Tell(fmt::format("the input has given no sound for {} seconds; they count as time of the recording",
-                         RunTime::GraceSeconds));
+        ReportLine(
+            fmt::format("the input has given no sound for {} seconds; they count as time of the recording",
+                        RunTime::GraceSeconds));
     }
 
     double ClockSeconds() const { return static_cast<double>(Clock->MonotonicNanoseconds()) / 1e9; }
@@ -192,7 +193,8 @@ int RecordVirtually(const RecordArguments& arguments, const std::string& filePat
         framesPerSecond = SoundFileSource::NativeRate(filePath) == 48000 ? 48000 : 44100;
         const auto opened = SoundFileSource::Open(filePath, framesPerSecond);
         if (!opened.Source) return Fail(opened.Error);
-        if (const auto text = ConversionText(filePath, opened.Source->Format(), framesPerSecond)) Tell(*text);
+        if (const auto text = ConversionText(filePath, opened.Source->Format(), framesPerSecond))
+            ReportLine(*text);
         tags = opened.Source->NowPlaying();
         input.AddDevice({filePath, "file:" + filePath, WaveInKind::File}, [filePath](uint32_t rate) {
             return std::unique_ptr<SoundSource>(SoundFileSource::Open(filePath, rate).Source);

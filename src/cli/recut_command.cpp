@@ -76,7 +76,7 @@ class RecutRun {
         for (const KeptMargins& each : songs) {
             Print(stdout, RecutLines({each, Recut.RoomOf(each), Store.SecondsLeft(each)}));
         }
-        if (songs.empty()) Tell("no song is kept with its margins");
+        if (songs.empty()) ReportLine("no song is kept with its margins");
         return ExitDone;
     }
 

@@ -26,12 +26,12 @@ std::vector<SettingOverride> MakeOverrides(std::vector<SettingOverride> own,
     return own;
 }
 
-void Tell(const std::string& line) {
+void ReportLine(const std::string& line) {
     Print(stderr, fmt::format("corvetape-cli: {}\n", OneLine(line)));
 }
 
 int Fail(const std::string& line) {
-    Tell(line);
+    ReportLine(line);
     return ExitFailed;
 }
 
@@ -67,7 +67,7 @@ ProgramEvents EventsTo(SongPrinter& printer, TerminalLine& line) {
     ProgramEvents events;
     const auto notices = std::make_shared<PrintedNotices>([&line](const std::string& text) {
         line.Clear();
-        Tell(text);
+        ReportLine(text);
     });
     events.SongClosed = [&, notices](const ClosedSong& song) {
         line.Clear();

@@ -18,7 +18,7 @@ std::vector<SettingOverride> MakeOverrides(std::vector<SettingOverride> own,
                                            const CommonArguments& arguments);
 
 /// Prints one line on the error output.
-void Tell(const std::string& line);
+void ReportLine(const std::string& line);
 
 /// The same, with the exit code of a failure.
 int Fail(const std::string& line);

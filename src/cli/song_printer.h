@@ -21,7 +21,7 @@ class SongPrinter {
     SongPrinter(SongFormat format, std::FILE* songs, std::FILE* errors);
 
     /// Where encoders write what they have to say; named where one refuses a song.
-    void TellEncodeLog(const std::string& path) { EncodeLog = path; }
+    void NameEncodeLog(const std::string& path) { EncodeLog = path; }
 
     void Closed(const ClosedSong& song);
     void Transferred(const TransferredSong& song);

@@ -37,7 +37,8 @@ std::optional<std::string> AddJob(const std::string& path, std::vector<Job>& job
     if (SoundFileSource::NativeRate(path) == 48000) job.FramesPerSecond = 48000;
     const auto opened = SoundFileSource::Open(path, job.FramesPerSecond);
     if (!opened.Source) return opened.Error;
-    if (const auto text = ConversionText(path, opened.Source->Format(), job.FramesPerSecond)) Tell(*text);
+    if (const auto text = ConversionText(path, opened.Source->Format(), job.FramesPerSecond))
+        ReportLine(*text);
     job.Frames = opened.Source->TotalFrames();
     jobs.push_back(job);
     return std::nullopt;
@@ -134,7 +135,7 @@ class Splitter {
         options.CommandLine = "-dontask";
         options.KeepNotes = false;
         options.InputFiles = Arguments.Files;
-        // Songs of other runs lie in the common folder, and this one's is deleted.
+        // Songs of other runs are in the common folder, and this one's is deleted.
         if (Arguments.Out.empty()) options.SongTempFolderName = fmt::format("split-{}", getpid());
         options.ProbeAllTools = false;
         options.SongNamePrefix = NamePrefix(job.Path);
@@ -163,12 +164,12 @@ class Splitter {
         const bool began = Begin(program);
         if (began) {
             Run(program, job, inputEnded);
-            if (!inputEnded) TellTheBreak(program, job);
+            if (!inputEnded) ReportBreak(program, job);
         }
         const bool automatic = program.Values().Pause.EndOfSongDetection == EndOfSong::Automatic;
         End(program);
-        if (inputEnded && songs == 1 && automatic && !Table) TellThatTitlesHelp(job);
-        if (damage) TellDamage(*damage, job);
+        if (inputEnded && songs == 1 && automatic && !Table) SuggestTitles(job);
+        if (damage) ReportDamage(*damage, job);
         return began;
     }
 
@@ -198,7 +199,7 @@ class Splitter {
             ExitCode = Fail(*obstacle);
             return false;
         }
-        Printer.TellEncodeLog(program.Values().Folders.Paths[2] + "/encode.log");
+        Printer.NameEncodeLog(program.Values().Folders.Paths[2] + "/encode.log");
         program.Values().Form.chkStartStop[0].Value(1);
         BegunAny = true;
         return true;
@@ -218,7 +219,7 @@ class Splitter {
         Host.Loop.RunUntil(over, std::chrono::hours(24 * 365));
     }
 
-    void TellTheBreak(const Program& program, const Job& job) {
+    void ReportBreak(const Program& program, const Job& job) {
         Line.Clear();
         ExitCode = Fail(Interrupt::Wanted() ? job.Path + " was split only up to the interruption"
                                             : fmt::format("{} was split only up to {:.1f} s", job.Path,
@@ -226,13 +227,14 @@ class Splitter {
     }
 
     /// Whoever splits a file hopes for more than one song.
-    static void TellThatTitlesHelp(const Job& job) {
-        Tell(job.Path +
-             " stayed in one piece: without titles a song ends at 3 s of silence only; --media names a table "
-             "of titles, --mode silence cuts at shorter pauses");
+    static void SuggestTitles(const Job& job) {
+        ReportLine(
+            job.Path +
+            " stayed in one piece: without titles a song ends at 3 s of silence only; --media names a table "
+            "of titles, --mode silence cuts at shorter pauses");
     }
 
-    void TellDamage(const SoundFileDamage& damage, const Job& job) {
+    void ReportDamage(const SoundFileDamage& damage, const Job& job) {
         const double seconds = static_cast<double>(job.Frames) / job.FramesPerSecond;
         const std::string what =
             damage.MissingSeconds > 0

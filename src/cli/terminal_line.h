@@ -4,7 +4,7 @@
 
 namespace Corvetape {
 
-/// A line at the bottom of the terminal behind the error output that is shown again and again in the same
+/// A line at the bottom of the terminal of the error output that is shown again and again in the same
 /// place. Shows nothing where that is no terminal.
 class TerminalLine {
  public:

@@ -7,7 +7,7 @@ namespace Corvetape {
 class Folders;
 class Placeholders;
 
-/// The folder for all users that external tools may lie in.
+/// The folder for all users that external tools may be in.
 std::string CommonDataFolder(Folders& folders);
 
 /// Where the two branches of the registry are kept.

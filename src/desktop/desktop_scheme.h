@@ -7,8 +7,8 @@
 
 namespace Corvetape {
 
-/// Follows the wish of the desktop for dark or light windows, which newer desktops tell on the session bus
-/// and this toolkit does not read: an application palette that is dark while dark is wanted.
+/// Follows the wish of the desktop for dark or light windows, which newer desktops announce on the session
+/// bus and this toolkit does not read: an application palette that is dark while dark is wanted.
 class DesktopScheme : public QObject {
     Q_OBJECT
 

@@ -22,7 +22,7 @@ struct BuiltInBrowserParts {
     WebView* View = nullptr;  ///< none: addresses open in the user's own browser
 };
 
-/// Stands behind objWebBrowser: shows the pages that it is sent to, and raises its events.
+/// The browser of objWebBrowser: shows the pages that it is sent to, and raises its events.
 ///
 /// Nothing is loaded before the first page is wanted. Where there is no browser to show it in, the address
 /// opens in the user's own, and its loading ends at once. "WithoutSandbox" of the section "Browser" in the

@@ -78,7 +78,7 @@ void PlayerBridge::Gone(const std::string& player) {
 }
 
 const PlayerReport* PlayerBridge::Counting() const {
-    const auto present = Reports.find(Told.Player);
+    const auto present = Reports.find(Current.Player);
     if (KeepsFirst && present != Reports.end() && present->second.Report.Playing) {
         return &present->second.Report;
     }
@@ -118,14 +118,15 @@ void PlayerBridge::Publish() {
 }
 
 void PlayerBridge::FollowPresent(const PlayerReport& counting) {
-    const auto present = Reports.find(Told.Player);
+    const auto present = Reports.find(Current.Player);
     if (counting.Playing) {
-        Told = counting;
+        Current = counting;
     } else {
-        Told = present == Reports.end() ? PlayerReport{} : WithSplitTitle(present->second.Report);
+        Current = present == Reports.end() ? PlayerReport{} : WithSplitTitle(present->second.Report);
     }
-    Others = std::ranges::any_of(
-        Reports, [&](const auto& each) { return each.second.Report.Playing && each.first != Told.Player; });
+    Others = std::ranges::any_of(Reports, [&](const auto& each) {
+        return each.second.Report.Playing && each.first != Current.Player;
+    });
 }
 
 void PlayerBridge::Write(const char* name, const std::string& value) {

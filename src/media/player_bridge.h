@@ -47,7 +47,7 @@ class PlayerBridge {
 
     /// All that the player says that counts, or that counted last while nobody plays; nothing of it once it
     /// is gone.
-    const PlayerReport& Present() const { return Told; }
+    const PlayerReport& Present() const { return Current; }
 
     /// Players beside it play.
     bool OthersPlay() const { return Others; }
@@ -81,7 +81,7 @@ class PlayerBridge {
     std::map<std::string, Entry> Reports;
     uint64_t Begins = 0;
     PlayerReport Published;
-    PlayerReport Told;
+    PlayerReport Current;
     bool KeepsFirst = false;
     bool Others = false;
 };

@@ -24,7 +24,7 @@ class Folders {
     /// missing, as far as the system allows.
     virtual std::string ShellFolderPath(ShellFolder folder) = 0;
 
-    /// The folder that the program and its data files lie in.
+    /// The folder that the program and its data files are in.
     virtual std::string ProgramFolder() = 0;
 
     /// An environment variable of this process. The name is compared exactly, then ignoring case; "Temp",

@@ -31,7 +31,7 @@ constexpr WaveFormat MakeWaveFormat(uint32_t framesPerSecond) {
     return format;
 }
 
-/// One stereo frame as it lies in memory: left, then right.
+/// One stereo frame as it is in memory: left, then right.
 struct Frame {
     int16_t Left = 0;
     int16_t Right = 0;

@@ -106,7 +106,7 @@ void LevelDisplay::DrawHistogram() {
     for (size_t column = Picture.FirstDrawn; column < history.Size(); ++column) {
         Picture.Columns[column] = HistogramLines(history[column], Pause.SilenceAmplitude);
     }
-    Picture.DrawnBehind = history.Size();
+    Picture.DrawnEnd = history.Size();
 }
 
 void LevelDisplay::MeasureHistory() {

@@ -37,7 +37,7 @@ inline constexpr Colour Black{0, 0, 0};
 }  // namespace LevelColour
 
 /// A vertical stretch of one colour, from a level up to a higher one. A picture has full scale at its top:
-/// level `v` lies at the height FullScale - v, counted from there.
+/// level `v` is at the height FullScale - v, counted from there.
 struct LevelLine {
     double From = 0;
     double To = 0;
@@ -85,9 +85,9 @@ struct HistogramPicture {
     static constexpr size_t Width = LevelHistory::Capacity;
 
     std::array<LevelLines, Width> Columns;
-    bool Scrolled = false;   ///< the last tick moved the picture to the left by ScrollStep columns
-    size_t FirstDrawn = 0;   ///< first column that the last tick drew, counted from 0
-    size_t DrawnBehind = 0;  ///< one behind the last one; equal to FirstDrawn if it drew none
+    bool Scrolled = false;  ///< the last tick moved the picture to the left by ScrollStep columns
+    size_t FirstDrawn = 0;  ///< first column that the last tick drew, counted from 0
+    size_t DrawnEnd = 0;    ///< one after the last one; equal to FirstDrawn if it drew none
 };
 
 /// The level meter and the level statistic of the tab "TAB_AUDIO", as data. It moves while that tab is
@@ -109,7 +109,7 @@ class LevelDisplay {
     int32_t HistogramMin() const { return Lowest; }
     int32_t HistogramMax() const { return Highest; }
 
-    /// While frozen the statistic stands still and tells its levels to the mouse; the meter goes on.
+    /// While frozen the statistic stands still and shows its levels at the mouse; the meter goes on.
     bool HistogramFrozen() const { return Frozen; }
 
     /// A click on the statistic: freezes it or lets it go on.
@@ -118,7 +118,7 @@ class LevelDisplay {
     /// The mouse has moved over a column, counted from 0. Nothing happens unless it is frozen.
     void HistogramMouseMove(size_t column);
 
-    /// What the mouse was told last; empty while nothing is frozen.
+    /// What was shown at the mouse last; empty while nothing is frozen.
     const std::string& HistogramToolTip() const { return ToolTip; }
 
     /// The meter, and unless it is frozen the statistic, has a new picture.

@@ -20,15 +20,15 @@ void MediaPoll::Tick() {
     // A source that is lost takes what it said of the song with it. Others poll too, before the end of song
     // is by media data.
     const auto forgetLost = [&] {
-        if (std::exchange(LastSource, media.ProviderName) != media.ProviderName) LastTold = {};
+        if (std::exchange(LastSource, media.ProviderName) != media.ProviderName) LastTitled = {};
     };
     forgetLost();
-    if (!media.PreviousMedia.Song.empty()) LastTold = media.PreviousMedia;
+    if (!media.PreviousMedia.Song.empty()) LastTitled = media.PreviousMedia;
     Parts.Providers.GetStationData();
     forgetLost();
     if (Parts.Media.CurrentMedia.Song.empty()) return;
     Parts.Providers.LoadImage();
-    const STATIONANDSONGDATA ended = std::exchange(LastTold, Parts.Media.CurrentMedia);
+    const STATIONANDSONGDATA ended = std::exchange(LastTitled, Parts.Media.CurrentMedia);
     if (!Compare()) return;
     Parts.Change.NoteChange();
     // The settings of another source may have ended the cuts by media data. Nobody would carry this one out
@@ -44,7 +44,7 @@ void TitleCut::NoteChange() {
 
 void TitleCut::EndSong(const STATIONANDSONGDATA& ended) {
     SettleEarlierCut();
-    // A cut that is pending still moves: what lies between goes with the song before.
+    // A cut that is pending still moves: what is between them goes with the song before.
     std::optional<EndedSong>& song = Parts.Cut.Ended;
     if (!song) song = EndedSong{ended, Parts.Flags.RecordCurrentSong};
     Parts.Flags.PassOn();

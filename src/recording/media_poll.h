@@ -70,9 +70,9 @@ class MediaPoll {
     bool Compare();
 
     MediaPollParts Parts;
-    STATIONANDSONGDATA LastTold;  ///< the last reading with a title
-    std::string LastSource;       ///< the provider that it is from
-    bool Busy = false;            ///< a tick waits for an answer of the user
+    STATIONANDSONGDATA LastTitled;  ///< the last reading with a title
+    std::string LastSource;         ///< the provider that it is from
+    bool Busy = false;              ///< a tick waits for an answer of the user
 };
 
 }  // namespace Corvetape

@@ -30,7 +30,7 @@ struct PauseControlParts {
     RunOverrides& Overrides;
 };
 
-/// The settings that tell how the end of a song is noticed: kept per provider, loaded when the provider
+/// The settings for how the end of a song is noticed: kept per provider, loaded when the provider
 /// changes, and written by their controls at once. The handlers of the tab "TAB_PAUSE" and of the gain.
 class PauseControl : public SourceSettings {
  public:

@@ -7,7 +7,7 @@
 
 namespace Corvetape {
 
-/// Tells the desktop of each song that was kept, if the user wants that.
+/// Notifies the desktop of each song that was kept, if the user wants that.
 class SongNotices {
  public:
     /// All of them outlive it.

@@ -12,7 +12,7 @@
 
 #include "ui/make.h"
 
-/// The pictures lie in a library, where nothing else would take them into the program.
+/// The pictures are in a library, where nothing else would take them into the program.
 static void TakeInPictures() {
     Q_INIT_RESOURCE(icons);
 }

@@ -95,7 +95,7 @@ TEST_F(BrowserRun, WithoutASettingThePortIsTheUsualOne) {
     EXPECT_EQ(Browser.Ports, std::vector<uint16_t>{9222});
 }
 
-TEST_F(BrowserRun, ADesktopThatShowsNoWindowsIsToldOnce) {
+TEST_F(BrowserRun, ADesktopThatShowsNoWindowsIsReportedOnce) {
     Desktop.Shown = false;
     Start(WindowProfile);
     const int before = Infos;

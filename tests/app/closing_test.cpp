@@ -152,7 +152,7 @@ TEST_F(ClosingRequest, InTheMiddleOfAChangeOfTheInputLeavesNothingOpen) {
     EXPECT_FALSE(Form().chkStartStop[0].Enabled());
 }
 
-TEST_F(ClosingRequest, BehindTheEndDoesNothing) {
+TEST_F(ClosingRequest, AfterTheEndDoesNothing) {
     Begin(0);
     ASSERT_TRUE(Close());
     const size_t lines = Place->Log.size();

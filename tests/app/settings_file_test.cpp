@@ -100,7 +100,7 @@ TEST_P(StoredByControls, SurvivesTheKillOfTheProgramAtAnyMoment) {
     EXPECT_GT(looks, 0U);
     EXPECT_EQ(broken, 0U);
 
-    // Killed right behind the press: nothing else is written any more.
+    // Killed right after the press: nothing else is written any more.
     const SimDiskImage left = world.Disk().Snapshot();
     World next;
     next.Disk().Restore(left);

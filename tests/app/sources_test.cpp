@@ -145,7 +145,7 @@ TEST(SettingsOfEverySource, HoldForTheStationOfAProfile) {
     EXPECT_EQ(world.Form().txtLengthOfPause.Text(), "750");
 }
 
-TEST(SettingsOfEverySource, ComeBehindThoseOfASourceThatIsNamed) {
+TEST(SettingsOfEverySource, ComeAfterThoseOfASourceThatIsNamed) {
     World world(
         Silent({}, {{"windows media player", "LengthOfPause", "600"}, {"Source", "LengthOfPause", "750"}}));
     ASSERT_TRUE(world.Start());

@@ -24,7 +24,7 @@ TEST(StartEffects, TheMainWindowSpeaksTheLanguageOfTheUser) {
     EXPECT_EQ(label.ToolTip(), "Nimmt auf");
 }
 
-TEST(StartEffects, WhatWaitedIsHandledOnceBehindTheBusyPointer) {
+TEST(StartEffects, WhatWaitedIsHandledOnceAfterTheBusyPointer) {
     World world;
     DesktopNotes desktop;
     std::vector<std::string> seen;

@@ -87,7 +87,7 @@ TEST(Start, ThePagesReachTheListsByTheirMethod) {
     EXPECT_TRUE(world.Form().lstWatch[0].Items().empty());
 }
 
-TEST(Start, PutsTheCommonFolderBehindTheSearchPathOnce) {
+TEST(Start, PutsTheCommonFolderAfterTheSearchPathOnce) {
     World world;
     ASSERT_TRUE(world.Load());
     const std::string path = "/usr/local/bin:/usr/bin:/bin:/usr/share/Corvet";
@@ -173,7 +173,7 @@ TEST(Start, LeavesAMissingParentOfTheTemporaryFolderMissing) {
     World world(Starting("", {{"Options", "TempPath", "/home/user/no/such"}}));
     EXPECT_TRUE(world.Load());
     EXPECT_FALSE(world.Disk().Exists("/home/user/no"));
-    EXPECT_THAT(world.Boxes(), IsEmpty());  // the first song tells it
+    EXPECT_THAT(world.Boxes(), IsEmpty());  // the first song reports it
 }
 
 TEST(Start, WritesItsLineIntoTheLogOfTheDay) {
@@ -314,7 +314,7 @@ TEST(StartApplication, IsLeftAloneIfNotChecked) {
     EXPECT_THAT(world.Computer.Processes.ShellCalls, IsEmpty());
 }
 
-TEST(StartApplication, ThatFailsIsToldInTheLogAndTheStartGoesOn) {
+TEST(StartApplication, ThatFailsIsReportedInTheLogAndTheStartGoesOn) {
     World world(Starting("", {{"Options", "StartApp", "1"}, {"Options", "StartAppName", "/no/such"}}));
     world.Computer.Processes.OnShellOpen = [](const ShellCall&) { return 2; };
     ASSERT_TRUE(world.Load());

@@ -46,7 +46,7 @@ class StopOrder {
     size_t Lines = 0;
 };
 
-TEST(Stop, TellsAndAsksInTheOrderOfItsSteps) {
+TEST(Stop, ReportsAndAsksInTheOrderOfItsSteps) {
     World world(Starting("", {{"Options", "StopApp", "1"}, {"Options", "StopAppName", "/usr/bin/lights"}}));
     StopOrder order(world);
     ASSERT_TRUE(world.Start());
@@ -149,7 +149,7 @@ TEST(StopApplication, IsLaunchedWithALineOfItsOwn) {
     EXPECT_THAT(world.Logged("START"), ElementsAre("", "/usr/bin/lights\toff"));
 }
 
-TEST(StopApplication, ThatFailsIsToldInTheLogAndTheStopGoesOn) {
+TEST(StopApplication, ThatFailsIsReportedInTheLogAndTheStopGoesOn) {
     World world(Starting("", {{"Options", "StopApp", "1"}}));
     world.Computer.Processes.OnShellOpen = [](const ShellCall&) { return 5; };
     ASSERT_TRUE(world.Load());
@@ -158,7 +158,7 @@ TEST(StopApplication, ThatFailsIsToldInTheLogAndTheStopGoesOn) {
     EXPECT_THAT(world.Logged("END "), SizeIs(1));
 }
 
-TEST(DeferredMessages, AreToldInTheLogAndInBoxesErrorFirst) {
+TEST(DeferredMessages, AreReportedInTheLogAndInBoxesErrorFirst) {
     World world;
     ASSERT_TRUE(world.Load());
     world.Values().Messages.RaiseError(905, "/a/song.wav", 28);
@@ -177,7 +177,7 @@ TEST(DeferredMessages, AreToldInTheLogAndInBoxesErrorFirst) {
     EXPECT_THAT(world.Logged("INFO"), ElementsAre(info.Text));
 }
 
-TEST(DeferredMessages, OfAnUnattendedProgramAreToldInTheLogAlone) {
+TEST(DeferredMessages, OfAnUnattendedProgramAreReportedInTheLogAlone) {
     World world(Starting("-dontask"));
     ASSERT_TRUE(world.Load());
     world.Values().Messages.RaiseError(905, "/a/song.wav", 28);
@@ -188,7 +188,7 @@ TEST(DeferredMessages, OfAnUnattendedProgramAreToldInTheLogAlone) {
     EXPECT_THAT(world.Logged("INFO"), SizeIs(1));
 }
 
-TEST(DeferredMessages, ThatDoNotExistAreNotTold) {
+TEST(DeferredMessages, ThatDoNotExistAreNotReported) {
     World world;
     ASSERT_TRUE(world.Load());
     world.Recorder->Unload();

@@ -81,7 +81,7 @@ TEST(QuitSwitch, LeavesTheStoredSettingAsItWas) {
     }
 }
 
-TEST(HideSwitch, MinimizesTheWindowBehindItsPlacing) {
+TEST(HideSwitch, MinimizesTheWindowAfterItsPlacing) {
     World world(Starting("-hide", {{"Form", "Pos", "300;300;100;100"}}));
     DesktopNotes desktop;
     PutOn(world, desktop);
@@ -120,7 +120,7 @@ TEST(UpdateSwitch, IsTheOnlyOneThatDoes) {
     EXPECT_THAT(desktop.Asked, Not(Contains("CheckUpdate")));
 }
 
-TEST(RegClassesSwitch, EndsBehindItsMessageWithAllStepsOfTheStop) {
+TEST(RegClassesSwitch, EndsAfterItsMessageWithAllStepsOfTheStop) {
     World world(Starting("-regclasses -auto", {{"Options", "StartApp", "1"},
                                                {"Options", "StartAppName", "/usr/bin/radio"},
                                                {"Mixer", "AutoUpdate", "1"}}));

@@ -68,7 +68,7 @@ TEST(TempFolder, StaysWithSongsThatAreNotEncoded) {
     EXPECT_THAT(world.Computer.Processes.Jobs, IsEmpty());
 }
 
-TEST(TempFolder, StaysWithASongThatIsStillEncodedAndGoesBehindIt) {
+TEST(TempFolder, StaysWithASongThatIsStillEncodedAndGoesAfterIt) {
     WorldOptions options = OneSong({{"Options", "DelTempFolder", "1"}});
     options.EncodingTime = std::chrono::minutes(5);
     World world(std::move(options));

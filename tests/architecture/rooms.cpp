@@ -184,7 +184,7 @@ std::vector<Finding> WrongIncludes(const SourceFile& file) {
     if (!file.Path.starts_with(Source)) return {};
     const std::string_view below = std::string_view(file.Path).substr(Source.size());
     const Room* room = RoomOf(below);
-    if (room == nullptr) return {{file.Path, 1, "lies in no room of the table"}};
+    if (room == nullptr) return {{file.Path, 1, "is in no room of the table"}};
 
     std::vector<Finding> findings;
     size_t number = 0;

@@ -32,7 +32,7 @@ struct Room {
 /// All rooms, from the lowest floor to the highest.
 const std::vector<Room>& Rooms();
 
-/// The room that a path below src/ lies in: the longest folder that fits. Null if there is none.
+/// The room that a path below src/ is in: the longest folder that fits. Null if there is none.
 const Room* RoomOf(std::string_view pathBelowSrc);
 
 /// Includes that climb a floor, go to a neighbour, or reach for a header that the room may not know.

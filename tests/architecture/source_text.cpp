@@ -31,7 +31,7 @@ class Splitter {
             if (StartsWith("//")) {
                 Keep(File.Comments, LineEnd());
             } else if (StartsWith("/*")) {
-                Keep(File.Comments, Behind("*/", Place + 2));
+                Keep(File.Comments, After("*/", Place + 2));
             } else if (Text[Place] == '#' && FirstOfLine()) {
                 PreprocessorLine();
             } else if (StartsWith("R\"") && (Place == 0 || !IsNamePart(Text[Place - 1]))) {
@@ -48,7 +48,7 @@ class Splitter {
     bool StartsWith(std::string_view part) const { return Text.substr(Place).starts_with(part); }
     size_t LineEnd() const { return std::min(Text.find('\n', Place), Text.size()); }
 
-    size_t Behind(std::string_view part, size_t from) const {
+    size_t After(std::string_view part, size_t from) const {
         const size_t found = Text.find(part, from);
         return found == std::string_view::npos ? Text.size() : found + part.size();
     }
@@ -78,7 +78,7 @@ class Splitter {
     void RawLiteral() {
         const size_t open = Text.find('(', Place);
         const std::string end = ")" + std::string(Text.substr(Place + 2, open - Place - 2)) + "\"";
-        Blank(Behind(end, open));
+        Blank(After(end, open));
     }
 
     void Literal() {
@@ -151,9 +151,9 @@ bool IsHeader(const SourceFile& file) {
 std::vector<size_t> FindWord(std::string_view code, std::string_view word) {
     std::vector<size_t> places;
     for (size_t at = code.find(word); at != std::string_view::npos; at = code.find(word, at + 1)) {
-        const size_t behind = at + word.size();
+        const size_t after = at + word.size();
         const bool startsHere = at == 0 || !IsNamePart(code[at - 1]);
-        if (startsHere && (behind == code.size() || !IsNamePart(code[behind]))) places.push_back(at);
+        if (startsHere && (after == code.size() || !IsNamePart(code[after]))) places.push_back(at);
     }
     return places;
 }

@@ -92,8 +92,8 @@ bool HasInitialiserList(std::string_view outline) {
     return false;
 }
 
-/// What a brace behind `head` opens, when it is not inside a function.
-PieceKind KindBehind(std::string_view head, bool inValue) {
+/// What a brace after `head` opens, when it is not inside a function.
+PieceKind KindAfter(std::string_view head, bool inValue) {
     head = WithoutTemplate(Trimmed(head));
     const std::string outline = Outline(head);
     const std::string_view end = WithoutQualifiers(outline);
@@ -113,9 +113,9 @@ PieceKind KindBehind(std::string_view head, bool inValue) {
         // A name in front of the brace is a member that is set; anything else ends the list.
         return end.ends_with(')') || end.ends_with('}') ? PieceKind::Function : PieceKind::Initializer;
     }
-    const bool moreBehindList =
+    const bool moreAfterList =
         outline.find(") ->") != std::string::npos || outline.find(") requires ") != std::string::npos;
-    return end.ends_with(')') || moreBehindList ? PieceKind::Function : PieceKind::Initializer;
+    return end.ends_with(')') || moreAfterList ? PieceKind::Function : PieceKind::Initializer;
 }
 
 class Scanner {
@@ -169,7 +169,7 @@ class Scanner {
             ++FunctionBraces;
             return;
         }
-        const PieceKind kind = KindBehind(Head(), InValue() || Brackets > 0);
+        const PieceKind kind = KindAfter(Head(), InValue() || Brackets > 0);
         const size_t blank = Head().find_first_not_of(Blanks);
         const size_t begin = HeadBegin + (blank == std::string_view::npos ? Head().size() : blank);
         Levels.push_back({{kind, begin, Place, 0, TypesAround()}, HeadBegin, Brackets});

@@ -71,7 +71,7 @@ TEST(PiecesOf, FindsFunctionsInNamespacesAndTypes) {
         (Heads{"int F(int a)", "B()", "bool G() const override"}));
 }
 
-TEST(PiecesOf, ABodyBehindMemberInitialisersIsAFunction) {
+TEST(PiecesOf, ABodyAfterMemberInitialisersIsAFunction) {
     EXPECT_EQ(HeadsOf(PieceKind::Function, "A::A(int a) : B(a), C{a}, D{{a}} {\n  F();\n}\nvoid E() { }"),
               (Heads{"A::A(int a) : B(a), C{a}, D{{a}}", "void E()"}));
     EXPECT_EQ(HeadsOf(PieceKind::Function, "A::A() : B(X{1}) { F(); }"), (Heads{"A::A() : B(X{1})"}));

@@ -97,7 +97,7 @@ TEST_F(Analysis, AShortLastBufferIsMeasuredAsIfSilenceFollowed) {
     EXPECT_EQ(Ring.AudioLevels[0], 200);
 }
 
-TEST_F(Analysis, WhatLiesBehindTheRecordedBytesIsNotMeasured) {
+TEST_F(Analysis, WhatIsAfterTheRecordedBytesIsNotMeasured) {
     WaveBuffer buffer = MakeBuffer({0, 0});
     buffer.Samples.back() = {30000, 30000};
     buffer.dwBytesRecorded = BufferBytes - 4;

@@ -38,7 +38,7 @@ TEST_F(CaptureCloses, WithoutAnOpenDeviceOnlyThePeaksAreCleared) {
     EXPECT_EQ(Signal.PeakRight, 0);
 }
 
-TEST_F(CaptureCloses, EventsAreHandledBeforeTheResetBehindItAndBehindTheClose) {
+TEST_F(CaptureCloses, EventsAreHandledBeforeTheResetAfterItAndAfterTheClose) {
     Input().OpenWaveIn(0);
     TakeAsked();
     std::vector<std::string> asked;
@@ -104,7 +104,7 @@ TEST_F(CaptureCloses, ACloseWithinTheEventsOfACloseDoesTheRestOfIt) {
 }
 
 TEST_F(CaptureCloses, ADeviceThatIsOpenedWithinTheEventsOfACloseStaysOpen) {
-    for (const char* place : {"first", "behind the reset", "behind the close"}) {
+    for (const char* place : {"first", "after the reset", "after the close"}) {
         SCOPED_TRACE(place);
         Input().OpenWaveIn(0);
         TakeAsked();
@@ -118,8 +118,8 @@ TEST_F(CaptureCloses, ADeviceThatIsOpenedWithinTheEventsOfACloseStaysOpen) {
             if (!std::exchange(asked, true)) AmongEvents(open);
         };
         if (place == std::string("first")) AmongEvents(open);
-        if (place == std::string("behind the reset")) Device.OnReset = once;
-        if (place == std::string("behind the close")) Device.OnClose = once;
+        if (place == std::string("after the reset")) Device.OnReset = once;
+        if (place == std::string("after the close")) Device.OnClose = once;
         Input().CloseWaveIn();
         Device.OnReset = nullptr;
         Device.OnClose = nullptr;

@@ -24,7 +24,7 @@ class CaptureLosses : public testing::Test, protected CaptureBench {
     }
 };
 
-TEST_F(CaptureLosses, ABufferBehindALossHasNotWaited) {
+TEST_F(CaptureLosses, ABufferAfterALossHasNotWaited) {
     for (const auto kind :
          {WaveInIncidentKind::ServerLost, WaveInIncidentKind::DeviceLost, WaveInIncidentKind::ClockDrift}) {
         ArriveAfter(50);
@@ -36,7 +36,7 @@ TEST_F(CaptureLosses, ABufferBehindALossHasNotWaited) {
     }
 }
 
-TEST_F(CaptureLosses, ABufferBehindADeviceThatIsBackHasNotWaitedThoughItsLossIsNotToldYet) {
+TEST_F(CaptureLosses, ABufferAfterADeviceThatIsBackHasNotWaitedThoughItsLossIsNotReportedYet) {
     ArriveAfter(50);
     Device.Events.Availability(true);
     Advance(5000);
@@ -46,7 +46,7 @@ TEST_F(CaptureLosses, ABufferBehindADeviceThatIsBackHasNotWaitedThoughItsLossIsN
     EXPECT_EQ(Input().MaxBuffersUsed(), 2);
 }
 
-TEST_F(CaptureLosses, ABufferBehindAnOverrunHas) {
+TEST_F(CaptureLosses, ABufferAfterAnOverrunHas) {
     ArriveAfter(50);
     Lose(3, WaveInIncidentKind::Overrun);
     ArriveAfter(50);
@@ -61,7 +61,7 @@ class PolledLosses : public testing::Test, protected CaptureBench {
     }
 };
 
-TEST_F(PolledLosses, ALossIsCountedBehindWhatWasFullAndNotYetPolled) {
+TEST_F(PolledLosses, ALossIsCountedAfterWhatWasFullAndNotYetPolled) {
     Device.Due = 2;
     Device.Events.Incident({WaveInIncidentKind::Overrun, 500, "radio"});
     Device.Due = 1;
@@ -69,7 +69,7 @@ TEST_F(PolledLosses, ALossIsCountedBehindWhatWasFullAndNotYetPolled) {
     EXPECT_EQ(LostBefore, (std::vector<uint64_t>{0, 0, 500}));
 }
 
-TEST_F(PolledLosses, ALossThatIsToldInTheMiddleOfAPollIsCountedWhereItLies) {
+TEST_F(PolledLosses, ALossThatIsReportedInTheMiddleOfAPollIsCountedWhereItIs) {
     Device.OnDeliver = [this] {
         Device.OnDeliver = nullptr;
         Device.Fill()->dwFlags |= WHDR_DONE;
@@ -81,7 +81,7 @@ TEST_F(PolledLosses, ALossThatIsToldInTheMiddleOfAPollIsCountedWhereItLies) {
     EXPECT_EQ(Input().MaxBuffersUsed(), 3);
 }
 
-TEST_F(PolledLosses, ALossThatIsToldWhileABufferIsHandledTakesItNoSecondTime) {
+TEST_F(PolledLosses, ALossThatIsReportedWhileABufferIsHandledTakesItNoSecondTime) {
     OnBuffer = [this](WaveBuffer&) {
         if (Heard.size() == 1) Device.Events.Incident({WaveInIncidentKind::Overrun, 500, "radio"});
         return true;
@@ -101,7 +101,7 @@ TEST_F(CaptureLosses, ALossTakesNoMoreThanTheSilenceThereWas) {
     Advance(2'000);
     Device.Events.Incident({WaveInIncidentKind::Overrun, 60 * Second, "radio"});
     EXPECT_EQ(Signal.SilenceStartSecond, Clock.TimeGetTime() / 1000);
-    Signal.SilenceStartSecond = 5000;  // in the future, as behind the limit of the millisecond clock
+    Signal.SilenceStartSecond = 5000;  // in the future, as after the limit of the millisecond clock
     Device.Events.Incident({WaveInIncidentKind::Overrun, 60 * Second, "radio"});
     EXPECT_EQ(Signal.SilenceStartSecond, 5000);
 }

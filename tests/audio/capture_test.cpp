@@ -215,7 +215,7 @@ TEST_F(Captures, LostAudioIsCountedAndNotedAtTheNextBuffer) {
     EXPECT_EQ(LostBefore, (std::vector<uint64_t>{0, 530, 0}));
 }
 
-TEST_F(Captures, ADeviceThatGoesAndComesBackIsTold) {
+TEST_F(Captures, ADeviceThatGoesAndComesBackIsReported) {
     Input().OpenWaveIn(0);
     Device.Events.Availability(true);
     Device.Events.Availability(false);
@@ -323,7 +323,7 @@ TEST_F(Captures, InPollingModesEventsOfBuffersAreNotLookedAt) {
     EXPECT_TRUE(Heard.empty());
 }
 
-TEST_F(Captures, TheEndOfTheInputIsToldBehindItsLastBuffer) {
+TEST_F(Captures, TheEndOfTheInputIsReportedAfterItsLastBuffer) {
     for (const int32_t mode : {0, 1}) {
         Options.PollRecordingBuffers = mode;
         Input().OpenWaveIn(0);

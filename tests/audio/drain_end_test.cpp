@@ -64,7 +64,7 @@ TEST_F(Drains, ACutBeforeTheReadIndexMovesNothingThatIsUnread) {
     Arrive(180);
     RaiseCut();
     Arrive(20);
-    Ring.AudioReadIndex = Ring.AudioWriteIndex;  // recording was begun by hand behind the change
+    Ring.AudioReadIndex = Ring.AudioWriteIndex;  // recording was begun by hand after the change
     Arrive(40);
     EXPECT_TRUE(Drain.DrainAudioRing(false));
     EXPECT_FALSE(Cut.CutPending);

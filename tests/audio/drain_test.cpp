@@ -78,7 +78,7 @@ TEST_F(Drains, AFileThatCannotBeMadeEndsTheProgram) {
 
 // When a cut is due.
 
-TEST_F(Drains, ACutWaitsUntilTheAudioBehindItHasArrived) {
+TEST_F(Drains, ACutWaitsUntilTheAudioAfterItHasArrived) {
     Arrive(180);
     RaiseCut();
     Arrive(59);
@@ -100,7 +100,7 @@ TEST_F(Drains, WhileACutIsPendingNothingIsDrainedPlainly) {
     EXPECT_EQ(Ring.AudioReadIndex, 0);
 }
 
-TEST_F(Drains, TheOldSongEndsWhereTheQuietStretchBeginsAndTheNewOneBeginsBehindIt) {
+TEST_F(Drains, TheOldSongEndsWhereTheQuietStretchBeginsAndTheNewOneBeginsAfterIt) {
     Arrive(180);
     RaiseCut();
     Arrive(70);
@@ -115,7 +115,7 @@ TEST_F(Drains, TheOldSongEndsWhereTheQuietStretchBeginsAndTheNewOneBeginsBehindI
     EXPECT_EQ(BuffersIn(Last().TempPath), Range(204, 200));
 }
 
-TEST_F(Drains, TheWindowReachesFromTheTimeBeforeToTheTimeBehindBothEndsIncluded) {
+TEST_F(Drains, TheWindowReachesFromTheTimeBeforeToTheTimeAfterBothEndsIncluded) {
     Pause.EndOfSongThreshold = {500, 1000};  // 10 and 20 slots
     struct Case {
         int32_t Quiet;
@@ -140,7 +140,7 @@ TEST_F(Drains, TheWindowReachesFromTheTimeBeforeToTheTimeBehindBothEndsIncluded)
 TEST_F(Drains, WhatIsWrittenAlreadyIsNotSearched) {
     Arrive(300);
     Drain.DrainAudioRing(false);  // 0 to 199 are written
-    Ring.AudioReadIndex = 280;    // as behind an earlier cut
+    Ring.AudioReadIndex = 280;    // as after an earlier cut
     RaiseCut();
     Arrive(60);
     SetLevel(279, 0);
@@ -218,8 +218,7 @@ TEST_F(Drains, ASongThatWouldEndAtTheReadIndexIsFollowedOnceRoundTheRing) {
     EXPECT_EQ(written.size(), 400U);
     EXPECT_EQ(written.front(), 390);
     EXPECT_EQ(written.back(), 389);
-    EXPECT_EQ(Last().EndFrame, Last().BeginFrame + 400U * BufferFrames)
-        << "behind its beginning all the same";
+    EXPECT_EQ(Last().EndFrame, Last().BeginFrame + 400U * BufferFrames) << "after its beginning all the same";
     EXPECT_EQ(Ring.AudioReadIndex, 391);
 }
 
@@ -243,7 +242,7 @@ TEST_F(Drains, AFullScaleWindowWithNothingUnwrittenBeginsTheNewSongAtTheChange) 
     EXPECT_TRUE(Closed.empty());
 }
 
-TEST_F(Drains, WhatLiesBehindTheNewestSlotIsNoPlaceForACut) {
+TEST_F(Drains, WhatIsAfterTheNewestSlotIsNoPlaceForACut) {
     Arrive(400, 0);  // twenty seconds of silence, which all later slots still hold
     Ring.AudioReadIndex = Ring.AudioWriteIndex;
     Arrive(180);
@@ -265,7 +264,7 @@ TEST_F(Drains, WithDuplicationTheWholeWindowGoesIntoBothSongs) {
     SetLevel(200, 0);
     Drain.DrainAudioRing(false);
     EXPECT_EQ(BuffersIn(Last().TempPath), Range(0, 240)) << "up to the window's end, which is not written";
-    EXPECT_EQ(Ring.AudioReadIndex, 121) << "one slot behind the window's start";
+    EXPECT_EQ(Ring.AudioReadIndex, 121) << "one slot after the window's start";
 }
 
 TEST_F(Drains, WithDuplicationTheNewSongBeginsNoEarlierThanWhatIsUnwritten) {
@@ -370,7 +369,7 @@ TEST_F(Drains, ARingThatIsNearlyFullIsDrainedBeforeUnreadAudioIsReached) {
     EXPECT_EQ(BuffersIn(Last().TempPath), Range(0, 5000));
 }
 
-TEST_F(Drains, InAFullRingWhatLiesBeforeTheWindowOfAPendingCutIsWritten) {
+TEST_F(Drains, InAFullRingWhatIsBeforeTheWindowOfAPendingCutIsWritten) {
     Arrive(360);
     RaiseCut();
     Arrive(39);

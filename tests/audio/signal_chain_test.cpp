@@ -149,7 +149,7 @@ TEST_F(Chain, AStandstillShowsInTheNumberOfBuffersUsed) {
     EXPECT_GE(Input.MaxBuffersUsed(), 29);
 }
 
-TEST_F(Chain, WhatTheDeviceLosesIsToldOfTheSongThatItIsMissingIn) {
+TEST_F(Chain, WhatTheDeviceLosesIsReportedForTheSongThatLacksIt) {
     Play(ThreeSongs());
     Loop.RunFor(seconds(30));
     Radio.Lose("radio", 4410);

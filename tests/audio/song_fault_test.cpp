@@ -80,7 +80,7 @@ void ExpectRaised(const SongBench& bench, int32_t number) {
 
 }  // namespace
 
-TEST(SongFaults, AfterAnyFailingOperationTheStateIsAsToldAndWhatWasWrittenIsReadable) {
+TEST(SongFaults, AfterAnyFailingOperationTheStateIsAsReportedAndWhatWasWrittenIsReadable) {
     for (const Course& course : Courses) {
         const uint64_t operations = OperationsOf(course);
         ASSERT_GT(operations, 120U);

@@ -45,7 +45,7 @@ TEST_F(LongSongs, TheFilesOfASongAreNumberedFromOneOn) {
     EXPECT_EQ(Last().Media.FilePart, 0) << "the next song is in one file again";
 }
 
-TEST_F(LongSongs, AllButTheLastFileTellThatTheSongGoesOn) {
+TEST_F(LongSongs, AllButTheLastFileSayThatTheSongGoesOn) {
     Record(4);
     Hear(24);
     HearPause();

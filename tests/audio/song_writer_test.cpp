@@ -176,7 +176,7 @@ TEST_F(Songs, AnAbortedSongIsDeletedWithItsNoteAndCoverAndNothingElse) {
     EXPECT_TRUE(HandedOver.empty());
 }
 
-TEST_F(Songs, AnAbortWithoutAFileEndsTheRecordingAndTellsNothing) {
+TEST_F(Songs, AnAbortWithoutAFileEndsTheRecordingAndReportsNothing) {
     Writer.AbortSong();
     EXPECT_FALSE(Flags.RecordingEnabled);
     EXPECT_TRUE(Closed.empty());
@@ -206,7 +206,7 @@ TEST_F(Songs, ThatEndWithTheSignalNeedNoRoomForTheirPause) {
     EXPECT_EQ(BuffersIn(Last().TempPath), Range(0, 10));
 }
 
-TEST_F(Songs, TheSongBehindOneThatEndedWithTheSignalGivesItsPause) {
+TEST_F(Songs, TheSongAfterOneThatEndedWithTheSignalGivesItsPause) {
     Flags.RecordCurrentSong = true;
     Hear(10);
     Writer.EndWithoutPause();

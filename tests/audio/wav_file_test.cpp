@@ -85,7 +85,7 @@ TEST_F(WavFiles, TheHeaderIsNeverMoreThanFiveSecondsBehind) {
     EXPECT_EQ(Number(Content(), 40), 300 * BufferBytes);
 }
 
-TEST_F(WavFiles, AFinishedFileTellsItsSizes) {
+TEST_F(WavFiles, AFinishedFileStatesItsSizes) {
     const auto file = Create();
     WriteBuffers(*file, 3);
     EXPECT_TRUE(file->FinishData());
@@ -142,7 +142,7 @@ TEST_F(WavFiles, TheLargestFileHasRoomForItsTags) {
     EXPECT_LE(MostWavDataBytes + WavHeaderBytes - 8 + 12 + 4 * (8 + MostTagBytes), 0xFFFF'FFFFU);
 }
 
-TEST_F(WavFiles, WhatIsTakenOffStaysBehindTheEndThatTheHeaderTells) {
+TEST_F(WavFiles, WhatIsTakenOffStaysAfterTheEndThatTheHeaderStates) {
     const auto file = Create();
     WriteBuffers(*file, 4);
     EXPECT_TRUE(file->TakeOff(2 * BufferBytes));
@@ -192,7 +192,7 @@ TEST_F(WavFiles, AFileThatTakesNoHeaderIsNotLeftBehind) {
     EXPECT_EQ(Disk.OpenHandles(), 0U);
 }
 
-TEST_F(WavFiles, AfterAFailedWriteTheHeaderTellsOfWhatIsThereAndTheNextWriteGoesOnBehindIt) {
+TEST_F(WavFiles, AfterAFailedWriteTheHeaderCoversWhatIsThereAndTheNextWriteGoesOnAfterIt) {
     const auto file = Create();
     WriteBuffers(*file, 3);
     const size_t fault = Disk.AddFault({.Operation = FileOperation::Write,
@@ -209,7 +209,7 @@ TEST_F(WavFiles, AfterAFailedWriteTheHeaderTellsOfWhatIsThereAndTheNextWriteGoes
     EXPECT_EQ(Content().size(), static_cast<size_t>(44 + 4 * BufferBytes));
 }
 
-TEST_F(WavFiles, AnUpdateOfTheHeaderThatFailsIsTriedAgainBehindTheNextBuffer) {
+TEST_F(WavFiles, AnUpdateOfTheHeaderThatFailsIsTriedAgainAfterTheNextBuffer) {
     const auto file = Create();
     Disk.AddFault({.Operation = FileOperation::Seek, .Times = 1});
     EXPECT_TRUE(WriteBuffers(*file, 100));
@@ -218,7 +218,7 @@ TEST_F(WavFiles, AnUpdateOfTheHeaderThatFailsIsTriedAgainBehindTheNextBuffer) {
     EXPECT_TRUE(file->Write(FramesOf(next)));
     EXPECT_EQ(Number(Content(), 40), 101 * BufferBytes);
     EXPECT_EQ(Number(Content(), 44 + 100 * static_cast<size_t>(BufferBytes), 2), 100U)
-        << "the audio lies where it belongs";
+        << "the audio is where it belongs";
 }
 
 TEST_F(WavFiles, AFileThatNobodyClosesIsLeftWithItsSizes) {
@@ -254,7 +254,7 @@ TEST_F(WavFiles, OperationsOnAClosedFileFail) {
     EXPECT_TRUE(file->Close());
 }
 
-TEST_F(WavFiles, ALateErrorIsToldByTheClose) {
+TEST_F(WavFiles, ALateErrorIsReportedByTheClose) {
     const auto file = Create();
     Disk.AddFault({.Operation = FileOperation::Close});
     EXPECT_FALSE(file->Close());

@@ -54,7 +54,7 @@ class WavInfos : public testing::Test {
 
 }  // namespace
 
-TEST_F(WavInfos, TellsFormatSizesAndTags) {
+TEST_F(WavInfos, GivesFormatSizesAndTags) {
     Finished(3, 0, true);
     const auto info = ReadWavInfo(Disk, Path);
     ASSERT_TRUE(info);
@@ -127,7 +127,7 @@ TEST_F(WavInfos, RandomBytesInTheHeaderDoNoHarm) {
     }
 }
 
-TEST_F(WavInfos, ARepairedFileTellsOfAllItsAudio) {
+TEST_F(WavInfos, ARepairedFileCoversAllItsAudio) {
     for (const int32_t buffers : {0, 1, 99, 100, 101, 257}) {
         EXPECT_TRUE(Repair(Crashed(buffers)));
         const auto info = ReadWavInfo(Disk, Path);

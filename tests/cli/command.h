@@ -20,7 +20,7 @@ struct CommandStart {
     std::map<std::string, std::string> Environment;  ///< on top of the test's own
     std::string Folder;                              ///< to run in; empty: the test's own
     bool Terminal = false;                           ///< its error output is a terminal
-    bool IgnoresHangup = false;                      ///< as behind "nohup"
+    bool IgnoresHangup = false;                      ///< as after "nohup"
 
     /// Files in the place of standard ones, by number; an empty path closes one.
     std::map<int, std::string> Standard{};

@@ -64,7 +64,7 @@ TEST_F(EncoderTest, ARefusedSongIsNamedAndItsSoundIsKept) {
     EXPECT_THAT(Content(log), HasSubstr("nonsense"));
 }
 
-TEST_F(EncoderTest, TheEndTellsHowManySongsAreNoMusicFiles) {
+TEST_F(EncoderTest, TheEndSaysHowManySongsAreNoMusicFiles) {
     const Finished run = Split({PutWave("show.wav", MakeRecording()), "--set", "Encode.WAV44=exit 3\\r\\n"});
     EXPECT_EQ(run.Code, 1);
     EXPECT_EQ(LastLineOf(run.Out), "3 songs kept in " + Out() + ", 3 of them not as music files");
@@ -79,7 +79,7 @@ TEST_F(EncoderTest, ASongThatIsNotToBeEncodedIsNoFailure) {
     EXPECT_THAT(FilesBelow(Out()), SizeIs(3));
 }
 
-TEST_F(EncoderTest, TheEndTellsWhereSongsAreThatAreNotToBeEncoded) {
+TEST_F(EncoderTest, TheEndSaysWhereSongsAreThatAreNotToBeEncoded) {
     const Finished run = Split({PutWave("show.wav", MakeRecording()), "--set", "Options.EncodeOffline=1"});
     const std::string begin = "3 songs kept in ";
     const std::string end = LastLineOf(run.Out);

@@ -49,7 +49,7 @@ TEST_F(LiveState, ShowsThatNothingIsWrittenThoughItIsWanted) {
     EXPECT_EQ(Text().substr(32, 9), "watching ");
 }
 
-TEST_F(LiveState, TellsSilenceOnceItLastsAndFitsATerminal) {
+TEST_F(LiveState, ReportsSilenceOnceItLastsAndFitsATerminal) {
     Signal.SilenceSeconds = 1;
     EXPECT_TRUE(Text().ends_with(" kept"));
     Signal.SilenceSeconds = 2;

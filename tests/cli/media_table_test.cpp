@@ -51,7 +51,7 @@ TEST(MediaTable, AnUnreadableRowIsNamed) {
     EXPECT_EQ(Error("0,a,b,c,d,e"),
               "row 1 of the media table has more than the five fields seconds,station,artist,title,album");
     EXPECT_EQ(Error("0,\"FM"), "row 1 of the media table has a quotation mark that is not closed");
-    EXPECT_EQ(Error("5,FM\n4,FM"), "row 2 of the media table lies before the row above it");
+    EXPECT_EQ(Error("5,FM\n4,FM"), "row 2 of the media table is before the row above it");
     EXPECT_EQ(Error("\n\n"), "the media table has no rows");
     EXPECT_EQ(Error(""), "the media table has no rows");
 }

@@ -127,7 +127,7 @@ TEST_F(MediaTest, ChangesOfTheTableAreTheEndsOfSongsInThatMode) {
                 ElementsAre("FM/Ann - One.wav", "FM/Bob - Two.wav", "FM/Cleo - Three.wav"));
 }
 
-TEST_F(MediaTest, TheTagsOfAFileNameItsSongsAndNumberThemBehindTheFirst) {
+TEST_F(MediaTest, TheTagsOfAFileNameItsSongsAndNumberThemAfterTheFirst) {
     Put("show.csv", "0,FM,Ann,The Show\n");
     const Recording recording = MakeRecording({.Seconds = 10});
     PutWave("show.wav", recording);
@@ -195,7 +195,7 @@ TEST_P(HostileTitles, EndAsSafeFilesInsideTheFolder) {
         EXPECT_EQ(file.substr(0, file.rfind('.')), Out() + "/FM/" + texts[i].Name);
         EXPECT_NE(TagsOf(file).Song, "");
     }
-    EXPECT_THAT(FilesBelow(Out()), SizeIs(texts.size())) << "a song lies somewhere else";
+    EXPECT_THAT(FilesBelow(Out()), SizeIs(texts.size())) << "a song is somewhere else";
     std::vector<std::string> beside;
     for (const auto& entry : std::filesystem::directory_iterator(folder.Path())) {
         beside.push_back(entry.path().filename());

@@ -17,18 +17,18 @@ class NoticesTest : public testing::Test {
     PrintedNotices Lines{[this](const std::string& text) { Told.push_back(text); }};
 };
 
-TEST_F(NoticesTest, HintsAndErrorsOfTheLogAreToldAndNothingElseOfIt) {
+TEST_F(NoticesTest, HintsAndErrorsOfTheLogAreReportedAndNothingElseOfIt) {
     for (const char* kind : {"START", "INFO", "WAV44", "ERROR", "END "}) Lines.Logged(kind, kind);
     EXPECT_THAT(Told, ElementsAre("INFO", "ERROR"));
 }
 
-TEST_F(NoticesTest, AStatusThatTheLogDoesNotHoldIsTold) {
+TEST_F(NoticesTest, AStatusThatTheLogDoesNotHoldIsReported) {
     Lines.Status("the disk is nearly full");
     Lines.Status("");
     EXPECT_THAT(Told, ElementsAre("the disk is nearly full"));
 }
 
-TEST_F(NoticesTest, WhatIsShownAndLoggedIsToldOnceInEitherOrder) {
+TEST_F(NoticesTest, WhatIsShownAndLoggedIsReportedOnceInEitherOrder) {
     Lines.Status("no sound for 60 seconds");
     Lines.Logged("INFO", "no sound for 60 seconds");
     Lines.Logged("ERROR", "30 buffers were waiting");
@@ -45,14 +45,14 @@ TEST_F(NoticesTest, WhatTheLineOfASongHasSaidIsNotRepeated) {
     EXPECT_THAT(Told, ElementsAre("another"));
 }
 
-TEST_F(NoticesTest, AStatusThatCountsOnIsToldOnceUntilItHasGone) {
+TEST_F(NoticesTest, AStatusThatCountsOnIsReportedOnceUntilItHasGone) {
     for (const char* text :
          {"no sound for 60 seconds", "no sound for 61 seconds", "", "no sound for 60 seconds"})
         Lines.Status(text);
     EXPECT_THAT(Told, ElementsAre("no sound for 60 seconds", "no sound for 60 seconds"));
 }
 
-TEST_F(NoticesTest, TheSameLineOfTheLogIsToldEachTime) {
+TEST_F(NoticesTest, TheSameLineOfTheLogIsReportedEachTime) {
     for (int i = 0; i < 2; ++i) {
         Lines.Logged("ERROR", "30 buffers were waiting");
         Lines.Status("30 buffers were waiting");

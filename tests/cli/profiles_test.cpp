@@ -51,7 +51,7 @@ TEST_F(ProfilesTest, AreThoseOfAFileThatIsNamed) {
                   "Player\"\n"));
 }
 
-TEST_F(ProfilesTest, AFileWithoutProfilesIsToldWhatOneLooksLike) {
+TEST_F(ProfilesTest, ForAFileWithoutProfilesTheHelpShowsWhatOneLooksLike) {
     Put("none.ini", "[My station]\nName=Mine\n");
     EXPECT_THAT(
         Profiles({"none.ini"}).Out,
@@ -81,7 +81,7 @@ ProviderProfile PageProfile(const std::string& name, const std::string& title, c
     return profile;
 }
 
-TEST(ProfileReport, TellsWhatEachStepOfARuleYields) {
+TEST(ProfileReport, ReportsWhatEachStepOfARuleYields) {
     SimDocuments browser;
     browser.Add("http://radio/", "Tom &amp; Ann | Radio");
     const std::string report =
@@ -94,7 +94,7 @@ TEST(ProfileReport, TellsWhatEachStepOfARuleYields) {
                                   "The recorder reads: Mine\n"));
 }
 
-TEST(ProfileReport, TellsWhichPatternOfAProfileNothingIsLike) {
+TEST(ProfileReport, ReportsWhichPatternOfAProfileNothingIsLike) {
     SimDocuments browser;
     browser.Add("http://radio/", "A Song");
     const std::string report =

@@ -94,7 +94,7 @@ TEST_F(RecordTest, ForEndsWithTheSongThatPlaysThen) {
     EXPECT_GE(songs.back()["end"].get<double>(), 60.0);
 }
 
-TEST_F(RecordTest, QuitEndsBehindTheLastSongOfATimedRecording) {
+TEST_F(RecordTest, QuitEndsAfterTheLastSongOfATimedRecording) {
     const std::vector<Json> songs = RecordDemo({"--for", "1", "--quit"});
     ASSERT_THAT(songs, testing::Not(IsEmpty()));
     EXPECT_EQ(songs.back()["reason"], "kept");
@@ -175,7 +175,7 @@ TEST_F(RecordTest, AFileIsRecordedToItsEndBitForBit) {
     EXPECT_THAT(Compared(recording, run), ElementsAre("equal", "equal", "equal"));
 }
 
-TEST_F(RecordTest, AFileThatHasToBeConvertedIsTold) {
+TEST_F(RecordTest, AFileThatHasToBeConvertedIsReported) {
     WriteSound(folder / "show.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_U8, MakeRecording().Frames, 1);
     const Finished run =
         RunCommand(With("record", {"--input", "file:show.wav", "--speed", "1000", "--json"}));
@@ -205,7 +205,7 @@ TEST_P(InterruptedRecord, ClosesTheSongInOrderAndKeepsIt) {
 
 INSTANTIATE_TEST_SUITE_P(Signals, InterruptedRecord, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
-TEST_F(RecordTest, GoesOnBehindItsTerminalIfItWasToldSo) {
+TEST_F(RecordTest, GoesOnWithoutItsTerminalIfHangupsAreIgnored) {
     CommandStart start = Demo({"--json"}, "20");
     start.IgnoresHangup = true;
     Command command(start);

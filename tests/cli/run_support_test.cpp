@@ -120,12 +120,12 @@ TEST_F(FormatObstacleTest, WithAllToolsEachFormatCanBeMade) {
     }
 }
 
-TEST_F(FormatObstacleTest, AListWithoutQualitiesIsTold) {
+TEST_F(FormatObstacleTest, AListWithoutQualitiesIsReported) {
     settings.Encoder = 2;
     EXPECT_EQ(Told(), "there is no quality 5 for OggVorbis; OggVorbis.EncParams has 0 of them, from 0 on");
 }
 
-TEST_F(FormatObstacleTest, WithoutSoxOnlyWhatNeedsItIsTold) {
+TEST_F(FormatObstacleTest, WithoutSoxOnlyWhatNeedsItIsReported) {
     page.optEncoder[5].Enabled(false);
     EXPECT_EQ(Told(), "");
     settings.SPDIF48kHz = true;

@@ -32,7 +32,7 @@ TEST(SettingArgument, APauseValueBelongsToAnySource) {
     EXPECT_EQ(Good("Radio 1.fm.LengthOfPause=500"), (SettingArgument{"Radio 1.fm", "LengthOfPause", "500"}));
 }
 
-TEST(SettingArgument, AnEncoderTemplateLiesInTheDataFile) {
+TEST(SettingArgument, AnEncoderTemplateIsInTheDataFile) {
     EXPECT_TRUE(Good("Encode.MP3=lame %1.wav %2.mp3").InDataFile);
 }
 

@@ -132,7 +132,7 @@ TEST_F(SongPrinterTest, TheNamesAreThoseOfTheHandOver) {
 }
 
 TEST_F(SongPrinterTest, ARefusedSongIsNamed) {
-    json.TellEncodeLog("/log/encode.log");
+    json.NameEncodeLog("/log/encode.log");
     json.Closed(Closed("a"));
     json.Transferred(Transferred("a", "job"));
     json.JobEnded({"job", 3});
@@ -151,7 +151,7 @@ TEST_F(SongPrinterTest, AnEncoderThatCouldNotBeStartedIsARefusal) {
     EXPECT_EQ(json.RefusedSongs(), 1);
 }
 
-TEST_F(SongPrinterTest, AProblemWasToldByTheLogAndCounts) {
+TEST_F(SongPrinterTest, AProblemWasReportedByTheLogAndCounts) {
     json.Closed(Closed("a"));
     TransferredSong song = Transferred("a", "");
     song.Problem = "There is no encoder 9.";

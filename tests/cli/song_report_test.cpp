@@ -57,7 +57,7 @@ TEST(FateText, HasAWordForEachFate) {
     EXPECT_EQ(FateText(SongFate::Aborted), "aborted");
 }
 
-TEST(SongAsLine, TellsFateLengthAndName) {
+TEST(SongAsLine, GivesFateLengthAndName) {
     EXPECT_EQ(SongAsLine(Song()), "kept         1:00  Ann \"A\" - Line Two");
 }
 
@@ -67,7 +67,7 @@ TEST(SongAsLine, IsOneLineWhateverTheTitleHolds) {
     EXPECT_EQ(SongAsLine(song), "kept         1:00  [2J  - Line Two");
 }
 
-TEST(SongAsLine, TellsWhatWasLostAndThatThereIsMore) {
+TEST(SongAsLine, ReportsWhatWasLostAndThatThereIsMore) {
     ClosedSong song = Song();
     song.LostFrames = 44100 / 2;
     EXPECT_EQ(SongAsLine(song), "kept         1:00  Ann \"A\" - Line Two  (0.50 s lost)");
@@ -76,7 +76,7 @@ TEST(SongAsLine, TellsWhatWasLostAndThatThereIsMore) {
     EXPECT_EQ(SongAsLine(song), "kept         1:00  Ann \"A\" - Line Two  (goes on in a next file)");
 }
 
-TEST(SongAsLine, TellsWhatIsWrongWithASongThatIsKept) {
+TEST(SongAsLine, ReportsWhatIsWrongWithASongThatIsKept) {
     ClosedSong song = Song();
     const std::string name = "  Ann \"A\" - Line Two";
     song.Whole = false;

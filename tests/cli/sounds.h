@@ -21,7 +21,7 @@ namespace Corvetape::Test {
 
 inline constexpr uint32_t Rate = 44100;
 
-/// A recording of three songs of noise with silence between them. All lie on boundaries of 50 ms, so that
+/// A recording of three songs of noise with silence between them. All are on boundaries of 50 ms, so that
 /// each song must come out with its first and last frame.
 struct Recording {
     std::vector<Frame> Frames;

@@ -18,7 +18,7 @@ class SearchPathTest : public testing::Test {
     Placeholders Expansion{Time, Places, Registry};
 };
 
-TEST_F(SearchPathTest, TheCommonFolderIsPutBehindIt) {
+TEST_F(SearchPathTest, TheCommonFolderIsPutAfterIt) {
     EXPECT_EQ(CommonDataFolder(Places), "/var/lib/Corvet");
     ExtendSearchPath(Places, Expansion, "/var/lib/Corvet");
     EXPECT_EQ(Places.Variables["PATH"], "/usr/bin:/bin:/var/lib/Corvet");

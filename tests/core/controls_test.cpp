@@ -70,7 +70,7 @@ TEST(Form, ListsItsControlsInTheOrderOfTheirMaking) {
     EXPECT_EQ(window.Controls()[3]->Index(), 1);
 }
 
-TEST(Form, TellsAChangeOfCaptionAndStateOnce) {
+TEST(Form, ReportsAChangeOfCaptionAndStateOnce) {
     Window window;
     const Counter changed(window.Changed);
     window.Caption("New");
@@ -82,7 +82,7 @@ TEST(Form, TellsAChangeOfCaptionAndStateOnce) {
     EXPECT_EQ(window.TextKey(), "300");
 }
 
-TEST(Controls, WhatCanBeSeenIsToldWhenItChanges) {
+TEST(Controls, WhatCanBeSeenIsReportedWhenItChanges) {
     Window window;
     const Counter changed(window.lblText.Changed);
     window.lblText.Enabled(false);

@@ -64,7 +64,7 @@ INSTANTIATE_TEST_SUITE_P(Literals, FormatDateTable,
                                          Row{"x1_(\xC3\xA4)%", "x1_(\xC3\xA4)%", "x1_(\xC3\xA4)%"},
                                          Row{"t tttt", "t tttt", "t tttt"}));
 
-INSTANTIATE_TEST_SUITE_P(MinutesBehindHours, FormatDateTable,
+INSTANTIATE_TEST_SUITE_P(MinutesAfterHours, FormatDateTable,
                          testing::Values(Row{"hhmm", "1405", "0030"}, Row{"hh:mm", "14:05", "00:30"},
                                          Row{"h:m", "14:5", "0:30"}, Row{"hh\"h\"mm", "14h05", "00h30"},
                                          Row{"hh mmm", "14 Dec", "00 Mar"},

@@ -107,7 +107,7 @@ TEST(Like, ABracketThatIsNeverClosedStandsForItself) {
     EXPECT_TRUE(Like("x[5", "x[#"));
 }
 
-TEST(Like, IgnoresCaseIfToldSo) {
+TEST(Like, IgnoresCaseIfAskedTo) {
     EXPECT_TRUE(LikeAnyCase("BJ\xC3\x96RK", "bj\xC3\xB6rk"));
     EXPECT_TRUE(LikeAnyCase("\xCE\xA3\xCE\x91\xCF\x82", "\xCF\x83\xCE\xB1\xCF\x83"));  // Greek, final sigma
     EXPECT_TRUE(LikeAnyCase("m", "[A-Z]"));
@@ -169,7 +169,7 @@ TEST(Like, FoldsLettersOfAllScriptsInAndOutOfBrackets) {
     }
 }
 
-TEST(Like, ComparesBracketsExactlyIfNotToldOtherwise) {
+TEST(Like, ComparesBracketsExactlyIfNotAskedOtherwise) {
     EXPECT_FALSE(Like("S", "[s]"));
     EXPECT_FALSE(Like("Σ", "[σς]"));
     EXPECT_TRUE(Like("Σ", "[!σς]"));

@@ -89,19 +89,19 @@ TEST_F(MessagesTest, KeysAreComparedIgnoringCase) {
     EXPECT_EQ(Texts.FormatMsg("homepage"), "x");
 }
 
-TEST_F(MessagesTest, LinesBehindASectionDoNotCount) {
+TEST_F(MessagesTest, LinesAfterASectionDoNotCount) {
     Load("1=a\n[German]\n2=b\n");
     EXPECT_EQ(Texts.FormatMsg("2"), "");
 }
 
-TEST_F(MessagesTest, TheFirstOfADoubledKeyStaysAndIsTold) {
+TEST_F(MessagesTest, TheFirstOfADoubledKeyStaysAndIsReported) {
     Load("1=a\nAbc=x\nABC=y\n");
     EXPECT_EQ(Texts.FormatMsg("abc"), "x");
     EXPECT_EQ(Boxes.Boxes, (std::vector<RecordingDialogs::Shown>{
                                {"Item ABC exists twice in language file!", DialogIcon::Exclamation}}));
 }
 
-TEST_F(MessagesTest, ADoubledKeyIsToldOncePerField) {
+TEST_F(MessagesTest, ADoubledKeyIsReportedOncePerField) {
     Load("1=a|tip\n1=b|other\n2=c\n");
     EXPECT_EQ(Boxes.Boxes.size(), size_t{2});
     EXPECT_EQ(Texts.FormatMsg("2"), "c");

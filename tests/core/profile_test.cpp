@@ -159,7 +159,7 @@ TEST_F(ProfileTest, WritingChangesTheOneLineAndNoOtherByte) {
     EXPECT_EQ(profile.ReadText("A", "x", ""), "new");
 }
 
-TEST_F(ProfileTest, ANewKeyStandsBehindTheLastKeyOfItsSection) {
+TEST_F(ProfileTest, ANewKeyComesAfterTheLastKeyOfItsSection) {
     Profile profile = Open("[A]\r\nx=1\r\n\r\n; about B\r\n[B]\r\n");
     EXPECT_TRUE(profile.Write("A", "y", "2"));
     EXPECT_EQ(Written(), "[A]\r\nx=1\r\ny=2\r\n\r\n; about B\r\n[B]\r\n");
@@ -167,7 +167,7 @@ TEST_F(ProfileTest, ANewKeyStandsBehindTheLastKeyOfItsSection) {
     EXPECT_EQ(Written(), "[A]\r\nx=1\r\ny=2\r\n\r\n; about B\r\n[B]\r\nz=3\r\n");
 }
 
-TEST_F(ProfileTest, ANewKeyBehindALineWithoutEndLeavesTheFileWithoutEnd) {
+TEST_F(ProfileTest, ANewKeyAfterALineWithoutEndLeavesTheFileWithoutEnd) {
     Profile profile = Open("[A]\nx=1");
     EXPECT_TRUE(profile.Write("A", "y", "2"));
     EXPECT_EQ(Written(), "[A]\nx=1\ny=2");
@@ -176,7 +176,7 @@ TEST_F(ProfileTest, ANewKeyBehindALineWithoutEndLeavesTheFileWithoutEnd) {
     EXPECT_EQ(Written(), "[A]\ny=2");
 }
 
-TEST_F(ProfileTest, ANewSectionStandsAtTheEndBehindABlankLine) {
+TEST_F(ProfileTest, ANewSectionComesAtTheEndAfterABlankLine) {
     Profile profile = Open("[A]\nx=1");
     EXPECT_TRUE(profile.Write("B", "y", "2"));
     EXPECT_EQ(Written(), "[A]\nx=1\n\n[B]\ny=2\n");
@@ -285,7 +285,7 @@ TEST_F(ProfileTest, AFileThatCannotBeReadIsNotOverwritten) {
     EXPECT_EQ(profile.ReadText("A", "x", "none"), "1");
 }
 
-TEST_F(ProfileTest, AValueWhoseLineEndIsHalfThereStaysWhenSomethingIsWrittenBehindIt) {
+TEST_F(ProfileTest, AValueWhoseLineEndIsHalfThereStaysWhenSomethingIsWrittenAfterIt) {
     Profile profile = Open("[A]\r\nx=40\r");
     EXPECT_TRUE(profile.Write("A", "y", "1"));
     EXPECT_EQ(Written(), "[A]\r\nx=40\r\ny=1");
@@ -405,7 +405,7 @@ TEST_F(ProfileTest, ABracketWithoutItsPartnerIsNoSectionAndNoKey) {
     EXPECT_EQ(Open("[A]\n[x=1\ny=2\n").Keys("A"), Names{"y"});
 }
 
-TEST_F(ProfileTest, TextBehindASectionsBracketIsPassedOver) {
+TEST_F(ProfileTest, TextAfterASectionsBracketIsPassedOver) {
     EXPECT_EQ(Open("[A] ; see [B]\nx=1\n").ReadText("A", "x", ""), "1");
 }
 

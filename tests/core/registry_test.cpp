@@ -136,7 +136,7 @@ TEST_F(RegistryTest, AValueWrittenByHandWithoutItsKindIsAText) {
     EXPECT_EQ(Registry.ReadRegistryValue(RegistryRoot::CurrentUser, "Environment", "escape"), Text("100%"));
 }
 
-TEST_F(RegistryTest, AFailedWriteIsTold) {
+TEST_F(RegistryTest, AFailedWriteIsReported) {
     Disk.WritesFail = true;
     EXPECT_FALSE(Registry.WriteUserValue("", "x", 1));
     EXPECT_FALSE(Registry.WriteUserValue("", "*", Text("a")));

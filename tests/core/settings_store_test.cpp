@@ -46,7 +46,7 @@ class SettingsStoreTest : public testing::Test {
     ApplySetting Handler;
 };
 
-TEST_F(SettingsStoreTest, TheFilesLieInTheUsersFolderAndBesideTheProgram) {
+TEST_F(SettingsStoreTest, TheFilesAreInTheUsersFolderAndBesideTheProgram) {
     EXPECT_EQ(Store.Ini().Path(), IniFile);
     EXPECT_EQ(Store.FixIni().Path(), FixFile);
     EXPECT_EQ(Store.SeedFile(), SeedFile);
@@ -176,7 +176,7 @@ TEST_F(SettingsStoreTest, AFolderInAnotherScriptIsReadAsFarAsOneInLatin) {
     EXPECT_EQ(Working.Paths[1], folder);
 }
 
-TEST_F(SettingsStoreTest, ANumberWithJunkBehindItIsRead) {
+TEST_F(SettingsStoreTest, ANumberWithJunkAfterItIsRead) {
     Disk.Contents[IniFile] = "[Record]\nStopAfter=45 minutes\n[Options]\nLowTempSpace=junk\nDelTemp=2\n";
     Load();
     EXPECT_EQ(Values.StopAfter, 45);
@@ -258,7 +258,7 @@ TEST_F(SettingsStoreTest, ControlsTakeTheirValuesInTheOrderOfTheTable) {
     EXPECT_EQ(Steps, expected);
 }
 
-TEST_F(SettingsStoreTest, TheEncoderIsRestoredBehindTheQualityListsAndWins) {
+TEST_F(SettingsStoreTest, TheEncoderIsRestoredAfterTheQualityListsAndWins) {
     Disk.Contents[IniFile] = "[Options]\nEncoder=1\n";
     // Choosing a quality chooses its encoder.
     Handler = [&](const SettingRow& row, const std::string& value) {

@@ -70,7 +70,7 @@ TEST(Controls, AreEnabledAndVisibleFromTheStartAndHaveNoIndex) {
     EXPECT_EQ(box.Caption(), "");
 }
 
-TEST(Controls, TellTheScreenOnlyOfARealChange) {
+TEST(Controls, NotifyTheScreenOnlyOfARealChange) {
     Form form("frm", "");
     Label label(form, "lbl");
     const Count changes(label.Changed);
@@ -474,7 +474,7 @@ TEST(Forms, ListTheirControlsInTheOrderOfTheirMaking) {
     EXPECT_THAT(form.Controls(), ElementsAre(&first, &options[0], &options[1]));
 }
 
-TEST(Forms, TellTheScreenOfTheirOwnChanges) {
+TEST(Forms, NotifyTheScreenOfTheirOwnChanges) {
     Form form("frm", "title");
     const Count changes(form.Changed);
     form.Caption("title");

@@ -21,7 +21,7 @@ TEST(ProviderDialog, SpeaksWithoutAnyLanguageFile) {
     EXPECT_EQ(dialog.Label1.Caption(), "Please select a provider to take the settings from");
 }
 
-TEST(ProviderDialog, IsHiddenUntilItIsShownAndTellsBoth) {
+TEST(ProviderDialog, IsHiddenUntilItIsShownAndReportsBoth) {
     dlgProvider dialog;
     EXPECT_FALSE(dialog.Visible());
     int changes = 0;

@@ -155,7 +155,7 @@ TEST_F(TimerControls, DetachedKeepTheirStateAndNoTimerOfTheLoop) {
     EXPECT_TRUE(Timer.Running());
 }
 
-TEST_F(TimerControls, TellTheScreenWhenTheyStartAndStop) {
+TEST_F(TimerControls, NotifyTheScreenWhenTheyStartAndStop) {
     int changes = 0;
     Timer.Changed.Connect([&changes] { ++changes; });
     Timer.Running(true);

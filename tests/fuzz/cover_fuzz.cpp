@@ -82,7 +82,7 @@ class Run {
         Covers.SaveImage(base);
         for (const std::string& path : Disk.Tree()) {
             const std::string picture = Disk.Content(path).value_or("");
-            Require(path == base + ".jpg", "a picture lies beside its song");
+            Require(path == base + ".jpg", "a picture is beside its song");
             Require(
                 picture.size() >= LeastCoverBytes && picture.size() <= MostCoverBytes && Delivered(picture),
                 "a stored picture is a delivered one of a size that counts");

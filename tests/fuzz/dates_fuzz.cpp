@@ -44,7 +44,7 @@ void FuzzOne(Fuzz::Input input) {
     Require(!Fuzz::IsUtf8(format) || Fuzz::IsUtf8(text), "a date is UTF-8 if its format is");
 
     Require(format.empty() || FormatDate(Escaped(format), time) == format,
-            "characters behind backslashes stand for themselves");
+            "characters after backslashes stand for themselves");
     if (format.find('"') == std::string::npos) {
         Require(FormatDate("\"" + format + "\"", time) == format, "a quoted text stands for itself");
     }

@@ -25,11 +25,11 @@ void CheckSong(const MediaState& media, const Settings& settings) {
     if (!names.HasSongData) return;
     const std::string file = names.FinalName + ".wav";
     Require(Fuzz::IsFileName(file) && Fuzz::IsUtf8(file), "a song is one file in its folder");
-    Require(names.SourceBase == "/temp/Corvet/" + names.FinalName, "a temporary song lies in its folder");
+    Require(names.SourceBase == "/temp/Corvet/" + names.FinalName, "a temporary song is in its folder");
     Require(names.TargetBase == "/music" + names.SubFolder + "/" + names.FinalName,
-            "music lies below its folder");
+            "music is below its folder");
     if (names.SubFolder.empty()) return;
-    Require(names.SubFolder.front() == '/', "a folder lies below that of the music");
+    Require(names.SubFolder.front() == '/', "a folder is below that of the music");
     for (const std::string& part : Split(names.SubFolder.substr(1), '/')) {
         Require(Fuzz::IsFileName(part) && Fuzz::IsUtf8(part), "a part of a folder is one name");
     }

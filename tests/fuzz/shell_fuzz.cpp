@@ -20,7 +20,7 @@ using Fuzz::Require;
 constexpr size_t MostBytes = 512;
 constexpr size_t FirstOptions = 2;  // %3
 
-/// Words of commands as a shell takes them; signs such as ";" and line ends are words behind a mark.
+/// Words of commands as a shell takes them; signs such as ";" and line ends are words after a mark.
 class Words {
  public:
     void Add(char character) {
@@ -80,7 +80,7 @@ void Read(char character, Quote& quote, Words& words) {
     }
 }
 
-/// A backslash that is not in single quotes or a comment, and what stands behind it.
+/// A backslash that is not in single quotes or a comment, and what stands after it.
 void ReadEscaped(char next, Quote quote, Words& words) {
     if (next == '\n') return;  // the line goes on
     const bool kept =
@@ -181,7 +181,7 @@ class TemplateReader {
     Quote State = Quote::None;
 };
 
-/// The script behind what stands at its beginning in any script, and the variables that it declares.
+/// The script after what stands at its beginning in any script, and the variables that it declares.
 struct Script {
     std::map<std::string, std::string> Variables;
     std::string Commands;

@@ -60,7 +60,7 @@ void CheckInput(const std::string& bytes) {
     if (reading.State != WaveFileState::Usable) return;
     const WaveFileInfo& info = reading.Info;
     Require(info.DataOffset <= bytes.size() && info.DataBytes <= bytes.size() - info.DataOffset,
-            "the audio lies in the file");
+            "the audio is in the file");
     Require(info.Channels > 0 && info.FramesPerSecond > 0 && info.BytesPerSample > 0,
             "the audio has a format");
     Require(info.DataBytes % (uint64_t{info.Channels} * info.BytesPerSample) == 0, "frames are whole");

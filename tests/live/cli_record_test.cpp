@@ -88,7 +88,7 @@ class CliRun {
         });
     }
 
-    /// Waits until so many frames of the present song lie in its temporary file.
+    /// Waits until so many frames of the present song are in its temporary file.
     bool WaitForSong(size_t frames) const {
         return WaitFor([&] {
             std::error_code gone;  // of a file or folder that goes while it is looked at
@@ -141,7 +141,7 @@ class CliRecordTest : public testing::TestWithParam<ServerKind> {
  protected:
     CliRecordTest() { server.Start(); }
 
-    /// Songs with silence before, between and behind them, as a file.
+    /// Songs with silence before, between and after them, as a file.
     std::string PutShow(const std::string& name, const std::vector<std::vector<Frame>>& songs) const {
         std::vector<Frame> show(Second);
         for (const std::vector<Frame>& song : songs) {
@@ -172,7 +172,7 @@ TEST_P(CliRecordTest, WhatIsPlayedComesOutBitForBitBetweenFirstAndLastSound) {
     EXPECT_THAT(record.ToldOfTheInput(), IsEmpty());
 }
 
-TEST_P(CliRecordTest, RecordingGoesOnAfterTheServerWasKilledAndTheGapIsTold) {
+TEST_P(CliRecordTest, RecordingGoesOnAfterTheServerWasKilledAndTheGapIsReported) {
     const std::vector<Frame> before = Noise(20 * Second, 31);
     const std::vector<Frame> after = Noise(3 * Second, 32);
     const std::string first = PutShow("first.wav", {before});

@@ -35,12 +35,12 @@ std::string RunToEnd(const std::vector<std::string>& command,
 
 /// What the command line recorder makes of a song that something plays into a sound server of its own.
 ///
-/// Songs are as short as the recorder's waits allow: they end by media data, a cut lies at most 0.5 s behind
-/// a change of the title, and a song takes its name some 6 s behind it.
+/// Songs are as short as the recorder's waits allow: they end by media data, a cut is at most 0.5 s after
+/// a change of the title, and a song takes its name some 6 s after it.
 class RecordingTest : public testing::Test {
  protected:
     static constexpr int SongSeconds = 9;      ///< of sound in each song
-    static constexpr int SilenceSeconds = 1;   ///< behind each song
+    static constexpr int SilenceSeconds = 1;   ///< after each song
     static constexpr int TonePerNumber = 200;  ///< periods a second
     static constexpr int MostSongs = 4;
 
@@ -52,7 +52,7 @@ class RecordingTest : public testing::Test {
     /// Starts a player that speaks on the session bus and plays into the sound server.
     std::unique_ptr<TestProcess> Play(const std::vector<std::string>& what);
 
-    /// Makes a sound file with the tone of a song's number and the silence behind it.
+    /// Makes a sound file with the tone of a song's number and the silence after it.
     void MakeSong(int number, const std::vector<std::string>& options, const std::string& file);
 
     /// What is known of a music file as a whole, its tags among it; an empty object if it cannot be read.

@@ -82,7 +82,7 @@ class MprisTest : public testing::Test {
     SessionBus bus{session};
 };
 
-TEST_F(MprisTest, APlayerThatRunsAlreadyIsTold) {
+TEST_F(MprisTest, APlayerThatRunsAlreadyIsReported) {
     QVariantMap metadata = Metadata("Artist", "Title");
     metadata["xesam:album"] = "Album";
     metadata["xesam:genre"] = QStringList{"Rock", "Pop"};
@@ -121,7 +121,7 @@ TEST_F(MprisTest, PlayersComeAndGo) {
     ASSERT_TRUE(Wait([&] { return !listener.Has("second"); }));
 }
 
-TEST_F(MprisTest, ChangesAreToldAndWhatIsNotNamedStays) {
+TEST_F(MprisTest, ChangesAreReportedAndWhatIsNotNamedStays) {
     FakePlayer player(bus, "one", Properties("Playing", Metadata("A", "1")));
     Listener listener(session, bus.Address());
     ASSERT_TRUE(Wait([&] { return listener.TitleOf("one") == "1"; }));
@@ -135,7 +135,7 @@ TEST_F(MprisTest, ChangesAreToldAndWhatIsNotNamedStays) {
     ASSERT_TRUE(Wait([&] { return listener.TitleOf("one").empty(); }));
 }
 
-TEST_F(MprisTest, SignalsThatChangeNoTextAreNotTold) {
+TEST_F(MprisTest, SignalsThatChangeNoTextAreNotReported) {
     FakePlayer player(bus, "one", Properties("Playing", Metadata("A", "1")));
     Listener listener(session, bus.Address());
     ASSERT_TRUE(Wait([&] { return listener.TitleOf("one") == "1"; }));
@@ -285,7 +285,7 @@ TEST_F(MprisTest, ABusThatStandsStillIsNotWaitedFor) {
     EXPECT_TRUE(Wait([&] { return listener.TitleOf("one") == "1"; }));
 }
 
-TEST_F(MprisTest, NothingIsToldAfterTheEnd) {
+TEST_F(MprisTest, NothingIsReportedAfterTheEnd) {
     FakePlayer player(bus, "one", Properties("Playing", Metadata("A", "1")));
     Listener other(session, bus.Address());
     for (int i = 0; i < 20; ++i) {

@@ -57,7 +57,7 @@ TEST_F(PlayerRecordingTest, SongsOfAPlayerGetTheirNamesTagsAndCovers) {
     if (HasFailure()) ADD_FAILURE() << Story();
 }
 
-TEST_F(PlayerRecordingTest, SongsOfAStationGetTheNamesThatItsStreamTells) {
+TEST_F(PlayerRecordingTest, SongsOfAStationGetTheNamesThatItsStreamGives) {
     std::vector<IcySong> songs;
     for (int i = 1; i <= MostSongs; ++i) {
         const std::string text = std::to_string(i);

@@ -133,7 +133,7 @@ TEST_P(PulseMixerTest, ARestartOfTheServerShiftsNoDevice) {
     ASSERT_TRUE(Lists(before));
 }
 
-TEST_P(PulseMixerTest, TellsVolumeAndMuteOfAMonitorAndOfItsSink) {
+TEST_P(PulseMixerTest, GivesVolumeAndMuteOfAMonitorAndOfItsSink) {
     Set({"set-source-volume", "radio.monitor", "32768"});
     Set({"set-sink-mute", "radio", "1"});
     const std::string text = MixerText(mixer);

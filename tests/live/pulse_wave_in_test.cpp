@@ -136,7 +136,7 @@ TEST_P(PulseWaveInTest, AMainThreadThatStandsStillFor30SecondsLosesNothing) {
     EXPECT_THAT(recorder.Lost, IsEmpty());
 }
 
-TEST_P(PulseWaveInTest, WhatTheQueueHasNoRoomForIsToldToTheFrame) {
+TEST_P(PulseWaveInTest, WhatTheQueueHasNoRoomForIsReportedToTheFrame) {
     PulseTerms terms = Patiently(server.Address());
     terms.QueueLength = seconds(1);
     Recorder recorder(session, terms);
@@ -164,7 +164,7 @@ TEST_P(PulseWaveInTest, WhatTheQueueHasNoRoomForIsToldToTheFrame) {
     EXPECT_GT(recorder.Incidents[0].LostFrames, Second / 2);
 }
 
-TEST_P(PulseWaveInTest, ASourceThatIsSuspendedIsToldAndComesBack) {
+TEST_P(PulseWaveInTest, ASourceThatIsSuspendedIsReportedAndComesBack) {
     Recorder recorder(session, server.Address());
     ASSERT_TRUE(recorder.Begin("radio.monitor"));
     ASSERT_TRUE(recorder.WaitForFrames(3 * Second));
@@ -199,7 +199,7 @@ TEST_P(PulseWaveInTest, AServerThatStandsStillForAWhileIsLostAndComesBack) {
     EXPECT_TRUE(recorder.AccountIsEven(0.25)) << recorder.Unaccounted() << " s";
 }
 
-TEST_P(PulseWaveInTest, AfterTheServerWasKilledRecordingGoesOnAndTheGapIsToldOnce) {
+TEST_P(PulseWaveInTest, AfterTheServerWasKilledRecordingGoesOnAndTheGapIsReportedOnce) {
     Recorder recorder(session, server.Address());
     ASSERT_TRUE(recorder.Begin("radio.monitor"));
     ASSERT_TRUE(recorder.WaitForFrames(5 * Second / 2));

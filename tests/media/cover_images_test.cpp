@@ -165,7 +165,7 @@ TEST_F(CoverImagesTest, ADiskThatRefusesIsPassedOver) {
     EXPECT_EQ(Covers.Picture(), PictureOf('a'));
 }
 
-TEST_F(CoverImagesTest, TellsWhenAPictureComesAndWhenItGoes) {
+TEST_F(CoverImagesTest, ReportsWhenAPictureComesAndWhenItGoes) {
     int changes = 0;
     Covers.Changed.Connect([&] { ++changes; });
     Covers.LoadImage("http://127.0.0.1/a.jpg");

@@ -109,7 +109,7 @@ TEST(ImageSize, OfAWebPWithoutItsMarkIsUnknown) {
 TEST(ImageSize, OfZeroIsNone) {
     EXPECT_FALSE(ReadImageSize(Png(0, 5)));
     EXPECT_FALSE(ReadImageSize(Png(5, 0)));
-    EXPECT_FALSE(ReadImageSize(Jpeg(FrameHeader('\xC0', 7, 0))));  // to be told behind the picture
+    EXPECT_FALSE(ReadImageSize(Jpeg(FrameHeader('\xC0', 7, 0))));  // to be told after the picture
 }
 
 TEST(ImageSize, OfOtherBytesIsUnknown) {

@@ -245,7 +245,7 @@ TEST_F(Msie, TwoPagesOfOneProfileFollowTheOrderOfTheirWindowsUnderOneName) {
     EXPECT_EQ(Settings.Loaded, std::vector<std::string>{"R"});
 }
 
-TEST_F(Msie, AnErrorEndsTheReadAndLeavesTheFieldsBehindItEmpty) {
+TEST_F(Msie, AnErrorEndsTheReadAndLeavesTheFieldsAfterItEmpty) {
     Write(
         "[- 1]\nName=R\nWindow&Doc=;;*;*\nStation=-1;;\nArtist=-4;artist;\nTitle=0;song;\nAlbum=-4;album;\n");
     AddPage();
@@ -278,7 +278,7 @@ TEST_F(Msie, ADescriptionThatFailsDoesNotKeepTheSongDataBack) {
     EXPECT_EQ(Now().Song, "Song");
 }
 
-TEST_F(Msie, EachRuleThatFailsEndsTheReadBehindTheFieldsBeforeIt) {
+TEST_F(Msie, EachRuleThatFailsEndsTheReadAfterTheFieldsBeforeIt) {
     const std::array<std::string, 4> keys = {"Artist", "Title", "Album", "Cover"};
     AddPage();
     for (size_t failing = 0; failing < keys.size(); ++failing) {
@@ -428,7 +428,7 @@ TEST_F(Msie, EachPollBeginsItsLimitsAnew) {
     EXPECT_EQ(Browser.Polls, before + 2);
 }
 
-TEST_F(Msie, ADesktopWithoutWindowsIsToldOnlyIfAProfileAsksForThem) {
+TEST_F(Msie, ADesktopWithoutWindowsIsReportedOnlyIfAProfileAsksForThem) {
     Desktop.Shown = false;
     Write("[- 1]\nName=R\nWindow&Doc=;;*;*\n");
     Make();
@@ -448,7 +448,7 @@ TEST_F(Msie, ItsEndClearsTheMediaData) {
 
 TEST_F(Msie, TheNextProviderKeepsWhatItHasReadWhenThisOneGoes) {
     SimPage& page = AddPage();
-    /// A source behind this one, which is always there.
+    /// A source after this one, which is always there.
     class Next : public clsProvider {
      public:
         explicit Next(MediaState& media) {

@@ -77,14 +77,14 @@ TEST(DecodeWebText, EntitiesAreComparedIgnoringCase) {
     EXPECT_EQ(DecodeWebText("&QUOT;&Amp;&NBSP;&TRADE;"), "\"& \u2122");
 }
 
-TEST(DecodeWebText, AnEscapedAmpersandFormsTheEntityBehindIt) {
+TEST(DecodeWebText, AnEscapedAmpersandFormsTheEntityAfterIt) {
     EXPECT_EQ(DecodeWebText("&amp;lt;"), "<");
     EXPECT_EQ(DecodeWebText("&amp;auml;"), "Ä");
     // Its own row is over when the quotation mark's name is formed.
     EXPECT_EQ(DecodeWebText("&amp;quot;"), "&quot;");
 }
 
-TEST(DecodeWebText, AnEscapedAmpersandFormsEveryEntityOfTheRowsBehindItsOwn) {
+TEST(DecodeWebText, AnEscapedAmpersandFormsEveryEntityOfTheRowsAfterItsOwn) {
     for (size_t row = 0; row < Rows.size(); ++row) {
         const std::string escaped = std::string("&amp;") + (Rows[row].Entity + 1);
         EXPECT_EQ(DecodeWebText(escaped), row < 2 ? Rows[row].Entity : Rows[row].Character) << escaped;
@@ -160,7 +160,7 @@ TEST(RepairUtf8, OfTheThirdCharacterNothingIsAsked) {
               "B");
 }
 
-TEST(RepairUtf8, EveryLeadAndCharacterBehindItFollowTheRule) {
+TEST(RepairUtf8, EveryLeadAndCharacterAfterItFollowTheRule) {
     for (int lead = 0; lead < 256; ++lead) {
         for (const int next : {0x20, 0x7F, 0x80, 0xA4, 0xFF}) {
             const auto character = [](int code) { return CharacterOfAnsi(static_cast<uint8_t>(code)); };

@@ -29,7 +29,7 @@ TEST(NameOfFile, StandsInForAMissingTitleAndLosesItsExtension) {
     EXPECT_EQ(WithNameOfFile(Titled("Mr.mp3"), "file:///a/other.mp3").Song, "Mr.mp3") << "a title of its own";
 }
 
-TEST(TitleParts, WhatStaysTheSameBehindABarIsTheStation) {
+TEST(TitleParts, WhatStaysTheSameAfterABarIsTheStation) {
     TitleParts parts;
     parts.Learn("page", "One | Nowhere FM");
     EXPECT_EQ(parts.Clean(Titled("One | Nowhere FM")).Song, "One | Nowhere FM") << "nothing to compare with";

@@ -112,7 +112,7 @@ TEST_F(WeakSignal, IsRaisedTo90PercentOfFullScale) {
 }
 
 TEST_F(WeakSignal, GainsAreRoundedToTheNearestWithHalvesToEven) {
-    // 90 * 32768 / 18432 = 160 and / 18874 = 156.25; half a per cent lies at 90 * 32768 / P = n + 0.5.
+    // 90 * 32768 / 18432 = 160 and / 18874 = 156.25; half a per cent is at 90 * 32768 / P = n + 0.5.
     double level = 0;
     Cards.AddInput("A");
     AddSound("A", [&level] { return level; });

@@ -192,7 +192,7 @@ TEST_F(FillInputDevices, ComparesTheNamesOfTheDevicesThatAreNotListedToo) {
     EXPECT_EQ(Options.InputDeviceNames, "Line;mono;");
 }
 
-TEST_F(FillInputDevices, SelectsTheFirstDeviceIfTheyHaveChangedAndTellsIt) {
+TEST_F(FillInputDevices, SelectsTheFirstDeviceIfTheyHaveChangedAndReportsIt) {
     KnowThreeDevices();
     Options.InputDeviceNames = "A;B;";
     EXPECT_TRUE(Choice.FillInputDevices());
@@ -259,7 +259,7 @@ TEST_F(FillInputDevices, SelectsTheDefaultDeviceIfTheyHaveChanged) {
     EXPECT_THAT(Logged, ElementsAre("INFO devices changed"));
 }
 
-TEST_F(FillInputDevices, TheFirstStartTellsThatTheDevicesAreNew) {
+TEST_F(FillInputDevices, TheFirstStartReportsThatTheDevicesAreNew) {
     Inputs.Add("A");
     Options.InputDevice = 1;
     EXPECT_TRUE(Choice.FillInputDevices());
@@ -334,7 +334,7 @@ TEST_F(FillInputDevices, ManyDevicesAreRecognisedThoughTheirNamesComeBackCut) {
     EXPECT_THAT(Logged, IsEmpty());
 }
 
-TEST_F(FillInputDevices, ADeviceBehindACutTextOfNamesIsAChange) {
+TEST_F(FillInputDevices, ADeviceAfterACutTextOfNamesIsAChange) {
     Inputs.Add(std::string(252, 'x'));
     Options.InputDeviceNames = Inputs.Present[0].Name + ";";
     EXPECT_TRUE(Choice.FillInputDevices());
@@ -430,7 +430,7 @@ TEST_F(ClickOnADevice, StoresTheNamesInEveryCase) {
     EXPECT_EQ(Stored("InputDeviceNames"), "A;B;C;");
 }
 
-TEST_F(ClickOnADevice, OnAnotherOneIsToldOnceTheChoiceIsStored) {
+TEST_F(ClickOnADevice, OnAnotherOneIsReportedOnceTheChoiceIsStored) {
     KnowThreeDevices();
     EXPECT_TRUE(Choice.FillInputDevices());
     EXPECT_THAT(Asked, ElementsAre("open 1"));

@@ -94,7 +94,7 @@ TEST_F(AutoInput, GoesOnWithTheGainIfTheUserWants) {
     EXPECT_TRUE(Form.Enabled());
 }
 
-TEST_F(AutoInput, TellsThatNothingWasFound) {
+TEST_F(AutoInput, ReportsThatNothingWasFound) {
     AddInput("A", 0);
     AnswerToBegin();
     Form.cmdAutoInput.Press();
@@ -276,7 +276,7 @@ TEST_F(AutomaticGain, IsShownAndSavedWithTheMixerIfTheUserWants) {
     EXPECT_TRUE(Form.Enabled());
 }
 
-TEST_F(AutomaticGain, ThatIsNotReachedIsToldAndCanBeSavedAllTheSame) {
+TEST_F(AutomaticGain, ThatIsNotReachedIsReportedAndCanBeSavedAllTheSame) {
     AddInput("A", 2000);
     ASSERT_TRUE(Inputs.FillInputDevices());
     Answers = {true, true};

@@ -128,11 +128,11 @@ TEST_F(Snapshot, AControlThatItDoesNotHoldEndsTheRestoring) {
     EXPECT_FALSE(Mixers.MixerAction(MixerMode::Restore));
     EXPECT_EQ(Speakers().Controls[0].Value(), 30000);
     EXPECT_EQ(Speakers().Controls[2].Value(), 4);
-    EXPECT_EQ(Recording().Controls[0].Chosen(), 0);  // behind the one without a value
+    EXPECT_EQ(Recording().Controls[0].Chosen(), 0);  // after the one without a value
     EXPECT_EQ(Cards.Opened, 0U);
 }
 
-TEST_F(Snapshot, ADeviceThatCameSinceEndsTheRestoringBehindTheOthers) {
+TEST_F(Snapshot, ADeviceThatCameSinceEndsTheRestoringAfterTheOthers) {
     Mixers.MixerAction(MixerMode::TakeSnapshot);
     ChangeEverything();
     Cards.AddInput("new", 77);

@@ -111,7 +111,7 @@ TEST(DemoRadio, IsTheSameMusicAtBothRates) {
     }
 }
 
-TEST(DemoRadio, TellsWhatPlays) {
+TEST(DemoRadio, ReportsWhatPlays) {
     DemoRadio radio(1);
     EXPECT_EQ(radio.NowPlaying().Song, "");
     EXPECT_FALSE(radio.NowPlaying().StationName.empty());

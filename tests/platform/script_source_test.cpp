@@ -53,7 +53,7 @@ TEST(AmplitudeOf, Minus70DecibelsAreTenUnits) {
     EXPECT_EQ(AmplitudeOf(-120), 0);
 }
 
-TEST(RadioTimeline, TellsWhereEverySongBeginsAndEnds) {
+TEST(RadioTimeline, ReportsWhereEverySongBeginsAndEnds) {
     RadioScript script;
     script.Pause(1.0)
         .Song(SongOf(10, 1))
@@ -189,7 +189,7 @@ TEST(ScriptSource, SongsOfDifferentSeedsDiffer) {
     EXPECT_EQ(hashes.size(), 500U);
 }
 
-TEST(ScriptSource, ARestIsQuietAndTheSongGoesOnBehindIt) {
+TEST(ScriptSource, ARestIsQuietAndTheSongGoesOnAfterIt) {
     ScriptSong song = SongOf(10, 5);
     song.Rests = {{4, 0.4, -70}};
     const std::vector<Frame> with = ReadAll(RadioScript().Song(song));
@@ -231,7 +231,7 @@ TEST(ScriptSource, OverlappingSongsFadeIntoOneAnother) {
 
     const std::vector<Frame> frames = ReadAll(script);
     const std::vector<Frame> alone = ReadAll(RadioScript().Song(SongOf(10, 2, 15000)));
-    // Half way both sound at half their level; behind the fade the second song sounds as if alone.
+    // Half way both sound at half their level; after the fade the second song sounds as if alone.
     const size_t middle = 308700 + 66150;
     const Frame a = ReadAll(RadioScript().Song(SongOf(10, 1, 15000)))[middle];
     const Frame b = alone[66150];
@@ -289,7 +289,7 @@ TEST(RandomRadio, IsTheSameForTheSameSeedAndAnotherForAnother) {
     EXPECT_NE(hashOf(1), hashOf(2));
 }
 
-TEST(RandomRadio, KeepsToItsLengthsAndTellsNoTwoSongsAlike) {
+TEST(RandomRadio, KeepsToItsLengthsAndMakesNoTwoSongsAlike) {
     RandomRadioOptions options;
     options.Seed = 42;
     options.Seconds = 24 * 3600;

@@ -245,7 +245,7 @@ TEST_F(SimLoopTest, RunUntilStopsAtTheEventThatMadeItTrue) {
     EXPECT_EQ(NowMs(), 1150);
 }
 
-TEST_F(SimLoopTest, APaceHookIsToldBeforeTimeMovesOn) {
+TEST_F(SimLoopTest, APaceHookIsCalledBeforeTimeMovesOn) {
     std::vector<std::string> paces;
     Loop.PaceWith([&](int64_t virtualNs) {
         paces.push_back(std::to_string(NowMs()) + "->" + std::to_string(virtualNs / Millisecond));

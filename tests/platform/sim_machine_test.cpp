@@ -44,7 +44,7 @@ TEST(SimMachine, StartsWhenItIsTold) {
     EXPECT_EQ(machine.System.RandomSeed(), 99U);
 }
 
-TEST(SimProcesses, AJobWithoutDurationIsDoneAtOnceAndTold) {
+TEST(SimProcesses, AJobWithoutDurationIsDoneAtOnceAndReported) {
     SimMachine machine;
     machine.Processes.OnJob = [&](const HiddenJob& job) {
         machine.Files.Put("/out.mp3", std::get<CommandTemplate>(job.Steps.at(0)).Text);
@@ -247,7 +247,7 @@ TEST(SimDesktop, OfTwoProgramsInOnePlaceTheFirstHoldsIt) {
     EXPECT_TRUE(second.Desktop.ClaimInstance());
 }
 
-TEST(SimSystemInfo, CountsRaisedPrioritiesAndTellsItsVersion) {
+TEST(SimSystemInfo, CountsRaisedPrioritiesAndGivesItsVersion) {
     SimMachine machine;
     machine.System.RaisePriority();
     EXPECT_EQ(machine.System.PriorityRaises, 1U);

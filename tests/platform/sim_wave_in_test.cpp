@@ -91,7 +91,7 @@ TEST_F(SimWaveInTest, ADeviceGoneForAMinuteLosesExactlyThatMinute) {
                 ElementsAre(FeedGap{441882, 60U * 44100, WaveInIncidentKind::DeviceLost}));
 }
 
-TEST_F(SimWaveInTest, AStoppedDeviceIsToldOnlyWhenItRunsAgain) {
+TEST_F(SimWaveInTest, AStoppedDeviceIsReportedOnlyWhenItRunsAgain) {
     ASSERT_TRUE(User.Open(Machine.WaveIn));
     Machine.Loop.RunFor(1s);
     Machine.WaveIn.Stop("radio");
@@ -120,7 +120,7 @@ TEST_F(SimWaveInTest, AHeldDeviceDeliversEverythingLater) {
     ExpectTruth(User);
 }
 
-TEST_F(SimWaveInTest, DroppedFramesAreToldAtOnceAndTakeTheirTime) {
+TEST_F(SimWaveInTest, DroppedFramesAreReportedAtOnceAndTakeTheirTime) {
     ASSERT_TRUE(User.Open(Machine.WaveIn));
     Machine.Loop.RunFor(1s);
     Machine.WaveIn.Lose("radio", 22050);
@@ -135,7 +135,7 @@ TEST_F(SimWaveInTest, DroppedFramesAreToldAtOnceAndTakeTheirTime) {
     ExpectTruth(User);
 }
 
-TEST_F(SimWaveInTest, ALossIsToldBehindTheBuffersThatAreHeldUpAheadOfIt) {
+TEST_F(SimWaveInTest, ALossIsReportedAfterTheBuffersThatAreHeldUpAheadOfIt) {
     for (const BufferReturn mode : {BufferReturn::Loop, BufferReturn::PollByTimer}) {
         WaveInUser user;
         ASSERT_TRUE(user.Open(Machine.WaveIn, 0, mode));

@@ -27,14 +27,14 @@ class SourcePlayersTest : public testing::Test {
     SourcePlayers Players{Computer.Loop, "tape", [this] { return OnAir; }};
 };
 
-TEST_F(SourcePlayersTest, TellAtOnceWhatPlays) {
+TEST_F(SourcePlayersTest, ReportAtOnceWhatPlays) {
     Listen();
     ASSERT_THAT(Told, SizeIs(1));
     EXPECT_EQ(Told[0],
               (PlayerReport{"tape", true, "Station", "Ann", "One", "First", "http://127.0.0.1/c.jpg"}));
 }
 
-TEST_F(SourcePlayersTest, TellAChangeOnceAndSoon) {
+TEST_F(SourcePlayersTest, ReportAChangeOnceAndSoon) {
     Listen();
     RunFor(1000);
     OnAir.Song = "Two";

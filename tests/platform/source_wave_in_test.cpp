@@ -217,7 +217,7 @@ TEST_F(SourceWaveInTest, AnInputThatEndsWithAFullBufferEndsOnceToo) {
     EXPECT_EQ(user.Ends, 1U);
 }
 
-TEST_F(SourceWaveInTest, TheEndIsToldAfterTheLastBuffer) {
+TEST_F(SourceWaveInTest, TheEndIsReportedAfterTheLastBuffer) {
     AddCounter("a", 100);
     WaveIn.Devices();
     std::vector<std::string> told;
@@ -346,7 +346,7 @@ TEST_F(SourceWaveInTest, TwoStreamsRunBesideOneAnother) {
     EXPECT_EQ(WaveIn.OpenFeed()->Delivered(), 24000U);
 }
 
-TEST_F(SourceWaveInTest, TellsWhatPlaysOnTheOpenInput) {
+TEST_F(SourceWaveInTest, ReportsWhatPlaysOnTheOpenInput) {
     AddCounter("a", 1'000'000);
     EXPECT_EQ(WaveIn.NowPlaying(), SourceMedia{});
     WaveInUser user;

@@ -17,7 +17,7 @@ class FolderSelectionTest : public ::testing::Test {
         Bench.Sim.Files.MakeFolders("/new");
     }
 
-    /// Texts of all boxes so far, a line each, with "start" folders behind those that have one.
+    /// Texts of all boxes so far, a line each, with "start" folders after those that have one.
     std::string Boxes() {
         std::string lines;
         for (const ShownBox& box : Bench.Sim.Dialogs.Boxes) {
@@ -57,7 +57,7 @@ TEST_F(FolderSelectionTest, TheTitleNamesTheFolderAndThePresentOneIsTheStart) {
         "text 4800 text 4801 from /temp\ntext 4800 text 4802 from /music\ntext 4800 text 4803 from /log\n");
 }
 
-TEST_F(FolderSelectionTest, ANewTemporaryFolderIsToldToActFromTheNextStartOn) {
+TEST_F(FolderSelectionTest, ABoxSaysThatANewTemporaryFolderIsUsedFromTheNextStartOn) {
     Bench.Sim.Dialogs.FolderAnswers = {"/new"};
     Bench.Form.cmdGetDir[0].Press();
     EXPECT_EQ(Boxes(), "text 4800 text 4801 from /temp\ntext 813\n");
@@ -98,7 +98,7 @@ TEST_F(FolderSelectionTest, OneFolderForTemporaryFilesAndMusicIsRefused) {
     EXPECT_EQ(Bench.StoredOption("TempPath"), "(none)");
 }
 
-TEST_F(FolderSelectionTest, TheLogMayLieInAnyFolder) {
+TEST_F(FolderSelectionTest, TheLogMayBeInAnyFolder) {
     for (const char* folder : {"/temp", "/music"}) {
         Bench.Sim.Dialogs.FolderAnswers = {folder};
         Bench.Form.cmdGetDir[2].Press();

@@ -197,7 +197,7 @@ TEST_F(ProgramOptionsTest, TheListOfBufferMethodsStoresThreeLessItsIndex) {
     }
 }
 
-TEST_F(ProgramOptionsTest, TheFirstChangeOfTheBufferMethodIsToldASecondLaterAndOnlyOnce) {
+TEST_F(ProgramOptionsTest, TheFirstChangeOfTheBufferMethodIsReportedASecondLaterAndOnlyOnce) {
     Form.tmrMsgBox.Attach(Bench.Sim.Loop);
     Form.lstBufferFlag.ListIndex(0);
     EXPECT_TRUE(Form.tmrMsgBox.Running());

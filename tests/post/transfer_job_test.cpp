@@ -224,7 +224,7 @@ TEST_F(TransferJobTest, TheLineOfAnUnknownSongNamesTheTemporaryFile) {
     EXPECT_EQ(Bench.LogLines(), "WAV44\t" + std::string(Stamp) + "\n");
 }
 
-TEST_F(TransferJobTest, AnEncoderOutsideTheTableIsToldAndTheSongStays) {
+TEST_F(TransferJobTest, AnEncoderOutsideTheTableIsReportedAndTheSongStays) {
     for (const int32_t encoder : {6, -1}) {
         Bench.Options.Encoder = encoder;
         Transfer();
@@ -238,7 +238,7 @@ TEST_F(TransferJobTest, AnEncoderOutsideTheTableIsToldAndTheSongStays) {
         << "the second time there is no file";
 }
 
-TEST_F(TransferJobTest, AQualityOutsideItsListIsToldAndTheSongStays) {
+TEST_F(TransferJobTest, AQualityOutsideItsListIsReportedAndTheSongStays) {
     Bench.Options.Encoder = 1;
     Bench.Options.MP3Quality = 2;
     Transfer();
@@ -251,7 +251,7 @@ TEST_F(TransferJobTest, AQualityOutsideItsListIsToldAndTheSongStays) {
     EXPECT_EQ(Counter.Total(), 43);
 }
 
-TEST_F(TransferJobTest, AMissingCommandIsToldAndTheSongStaysAlsoWithDelTemp) {
+TEST_F(TransferJobTest, AMissingCommandIsReportedAndTheSongStaysAlsoWithDelTemp) {
     Bench.Options.EncoderCommand[0] = " ";
     Bench.Options.DelTemp = true;
     Transfer();
@@ -261,7 +261,7 @@ TEST_F(TransferJobTest, AMissingCommandIsToldAndTheSongStaysAlsoWithDelTemp) {
               "/temp/Corvet/Artist - Title.wav\nWAV44\tArtist - Title\n");
 }
 
-TEST_F(TransferJobTest, ABrokenCommandIsToldAndNothingOfItRuns) {
+TEST_F(TransferJobTest, ABrokenCommandIsReportedAndNothingOfItRuns) {
     Bench.Options.EncoderCommand[0] = "echo 'a\\r\\n";
     Transfer();
     Bench.Options.EncoderCommand[0] = "echo a\\r\\n";

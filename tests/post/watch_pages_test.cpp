@@ -221,7 +221,7 @@ TEST_F(WatchPagesTest, TheLastOfTheDroppedFilesIsScrolledIntoView) {
     EXPECT_EQ(Form.lstWatch[1].SelCount(), 0);
 }
 
-TEST_F(WatchPagesTest, ManyFilesAreAddedToALongListWithoutATellingOfEach) {
+TEST_F(WatchPagesTest, ManyFilesAreAddedToALongListWithoutAReportOfEach) {
     Pages.AddToWatchList(Exclude, "Song 5");
     Form.lstWatch[1].Select(0);
     int changes = 0;
@@ -252,7 +252,7 @@ TEST_F(WatchPagesTest, ADropOfAnythingButFilesDoesNothing) {
     EXPECT_EQ(FileText(Include), "(none)");
 }
 
-TEST_F(WatchPagesTest, ManyEntriesAreDeletedAtOnceWithoutATellingOfEach) {
+TEST_F(WatchPagesTest, ManyEntriesAreDeletedAtOnceWithoutAReportOfEach) {
     std::string text;
     constexpr int count = 100'000;
     for (int i = 0; i < count; ++i) text += "Song " + std::to_string(i) + "\r\n";

@@ -142,7 +142,7 @@ TEST(AutomaticEnd, ATrackIsCutWhereThePlayerSaysThatItBegan) {
     EXPECT_THAT(rig.Songs[0].Pieces, ElementsAre(SlotRun{0, 1001})) << "no further evidence is asked for";
 }
 
-TEST(AutomaticEnd, APlayerThatTellsThePositionLaterIsRightAllTheSame) {
+TEST(AutomaticEnd, APlayerThatReportsThePositionLaterIsRightAllTheSame) {
     AutomaticRig rig;
     rig.Track("1", "One");
     rig.Play(1000);

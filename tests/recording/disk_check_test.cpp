@@ -125,7 +125,7 @@ TEST_F(DiskChecks, FreeSpaceEqualToTheLimitIsTooLittle) {
     EXPECT_EQ(Form.chkStopRecording[0].Value(), 1);
 }
 
-TEST_F(DiskChecks, TheTemporaryFolderIsToldAheadOfTheMusicFolder) {
+TEST_F(DiskChecks, TheTemporaryFolderIsReportedAheadOfTheMusicFolder) {
     Disk.SetFreeSpace("/temp", 100 * Megabyte);
     Disk.SetFreeSpace("/music", 50 * Megabyte);
     EXPECT_TRUE(Check.Run());
@@ -223,7 +223,7 @@ TEST_F(DiskChecks, TheReserveIsForARecordingThatIsToGoOn) {
     EXPECT_FALSE(Flags.DisableAtEndOfSong);
 }
 
-TEST_F(DiskChecks, TheReserveOfOneDriveIsToldAsThat) {
+TEST_F(DiskChecks, TheReserveOfOneDriveIsReportedAsThat) {
     UseOneDrive(TenMinutes - 1);
     Check.RunIfShort();
     EXPECT_EQ(Status(), "803");

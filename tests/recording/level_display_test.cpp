@@ -169,7 +169,7 @@ TEST(LevelHistogram, TheColoursAreTheOnesOfThePicture) {
 TEST(LevelDisplay, AnEmptyHistoryDrawsNoColumnAndShowsTheStartingValues) {
     DisplayRig rig;
     rig.Tick();
-    EXPECT_EQ(rig.Display.Histogram().DrawnBehind, 0U);
+    EXPECT_EQ(rig.Display.Histogram().DrawnEnd, 0U);
     EXPECT_EQ(rig.Form.lblHistogramMin.Caption(), "32768");
     EXPECT_EQ(rig.Form.lblHistogramMax.Caption(), "0");
 }
@@ -192,7 +192,7 @@ TEST(LevelDisplay, FewerThan200EntriesAreDrawnFromTheFirstColumnEachTime) {
     const HistogramPicture& picture = rig.Display.Histogram();
     EXPECT_FALSE(picture.Scrolled);
     EXPECT_EQ(picture.FirstDrawn, 0U);
-    EXPECT_EQ(picture.DrawnBehind, 199U);
+    EXPECT_EQ(picture.DrawnEnd, 199U);
     EXPECT_EQ(rig.BlueUpTo(194), 1194);
     EXPECT_EQ(rig.BlueUpTo(195), 2000);
     EXPECT_THAT(rig.Column(199), IsEmpty());
@@ -229,7 +229,7 @@ TEST(LevelDisplay, AFullPictureScrollsByFourColumnsAndDrawsOnlyTheNewOnes) {
     const HistogramPicture& picture = rig.Display.Histogram();
     EXPECT_TRUE(picture.Scrolled);
     EXPECT_EQ(picture.FirstDrawn, 195U);
-    EXPECT_EQ(picture.DrawnBehind, 200U);
+    EXPECT_EQ(picture.DrawnEnd, 200U);
     for (size_t column = 0; column < 200; ++column) {
         EXPECT_EQ(rig.BlueUpTo(column), rig.Signal.History[column]) << column;
     }
@@ -333,7 +333,7 @@ TEST(LevelDisplay, LeavingTheTabLeavesThePeaksAlone) {
     EXPECT_EQ(rig.Signal.PeakLeft, 100);
 }
 
-TEST(LevelDisplay, TellsTheScreenOfEachTick) {
+TEST(LevelDisplay, NotifiesTheScreenOfEachTick) {
     DisplayRig rig;
     int ticks = 0;
     rig.Display.Drawn.Connect([&ticks] { ++ticks; });
@@ -381,7 +381,7 @@ TEST(FrozenHistogram, FreezingWithdrawsAWishForARedraw) {
     EXPECT_FALSE(rig.Signal.History.HistogramRedraw);
 }
 
-TEST(FrozenHistogram, TellsTheLevelUnderTheMouseAsItWasWhenItFroze) {
+TEST(FrozenHistogram, ShowsTheLevelUnderTheMouseAsItWasWhenItFroze) {
     DisplayRig rig;
     rig.Append(1000, 200);
     rig.Tick();
@@ -393,7 +393,7 @@ TEST(FrozenHistogram, TellsTheLevelUnderTheMouseAsItWasWhenItFroze) {
     EXPECT_EQ(rig.Display.HistogramToolTip(), "1199");
 }
 
-TEST(FrozenHistogram, TellsTheLevelOfASongStartAndTheMinimumForMarksBelowIt) {
+TEST(FrozenHistogram, ShowsTheLevelOfASongStartAndTheMinimumForMarksBelowIt) {
     DisplayRig rig;
     for (const int32_t entry : {700, -1, -900, 650}) rig.Signal.History.Append(entry);
     rig.Tick();

@@ -10,7 +10,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-TEST(SourceTick, FallOnTheFirstTenSecondsAndOnEachTenthBehindThem) {
+TEST(SourceTick, FallOnTheFirstTenSecondsAndOnEachTenthAfterThem) {
     TickRig rig;
     std::vector<int32_t> ages;
     for (int i = 0; i < 45; ++i) {

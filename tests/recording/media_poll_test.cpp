@@ -146,7 +146,7 @@ TEST_F(MediaPolls, AnEmptyTitleIsNoReading) {
     EXPECT_EQ(Media.CurrentMedia.Song, "");
 }
 
-TEST_F(MediaPolls, BehindAnEmptyTitleTheOldOneCountsAsAChange) {
+TEST_F(MediaPolls, AfterAnEmptyTitleTheOldOneCountsAsAChange) {
     Read("A", "One");
     Read("A", "");
     EXPECT_TRUE(Read("A", "One"));
@@ -309,7 +309,7 @@ TEST_F(MediaPolls, ALateAlbumOrCoverLeavesARecordThatWaitsAloneUnderTheSameTitle
     }
 }
 
-TEST_F(MediaPolls, ASongThatEndsHasWhatWasToldOfItLast) {
+TEST_F(MediaPolls, ASongThatEndsHasWhatWasReportedOfItLast) {
     Flags.RecordingEnabled = true;
     STATIONANDSONGDATA media = Reading("A", "One");
     Read(media);
@@ -330,7 +330,7 @@ TEST_F(MediaPolls, ASongThatOthersHaveReadAheadOfTheFirstPollIsKnown) {
     EXPECT_EQ(Cut.Ended->Media, Reading("A", "One"));
 }
 
-TEST_F(MediaPolls, ASongOfASourceThatWasLostEndsWithNothingTold) {
+TEST_F(MediaPolls, ASongOfASourceThatWasLostEndsWithNothingReported) {
     Flags.RecordingEnabled = true;
     Media.ProviderName = "Page";
     Read("A", "One");

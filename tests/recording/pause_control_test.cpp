@@ -169,7 +169,7 @@ TEST_F(PauseHandlers, AnEndOfSilenceBelowOneIsRefusedWhateverTheSilence) {
     EXPECT_TRUE(Rig.Type(Form.txtEndOfSilenceAmplitude, "1"));
 }
 
-TEST_F(PauseHandlers, AnEndOfSilenceDraggedToZeroIsToldByItsOwnCheck) {
+TEST_F(PauseHandlers, AnEndOfSilenceDraggedToZeroIsReportedByItsOwnCheck) {
     Pause.SilenceAmplitude = -1;
     Pause.EndOfSilenceAmplitude = -1;
     EXPECT_TRUE(Rig.Type(Form.txtSilenceAmplitude, "0"));
@@ -463,7 +463,7 @@ TEST_F(PauseCalibration, StoresWhatItFound) {
     EXPECT_EQ(Rig.Stored("DetectSilenceByPeak"), "0");
 }
 
-TEST_F(PauseCalibration, TellsTheNewValuesAndTheWayOfMeasuring) {
+TEST_F(PauseCalibration, ReportsTheNewValuesAndTheWayOfMeasuring) {
     Measure(80);
     EXPECT_EQ(Rig.Computer.Dialogs.Boxes, (std::vector<ShownBox>{{BoxKind::Message, "now 100 and 120 by mean",
                                                                   DialogIcon::Exclamation, "", ""}}));

@@ -390,7 +390,7 @@ TEST(PauseStoring, PutsChoicesThatAreOffUnderThePresentProviderToo) {
     }
 }
 
-TEST(PauseStoring, TellsWhatItsValidationRefusesAndStoresTheRest) {
+TEST(PauseStoring, ReportsWhatItsValidationRefusesAndStoresTheRest) {
     PauseRig rig("[Radio]\nLengthOfPause=75\nIgnoreShortSongs=60\n");
     rig.Media.ProviderName = "New";
     rig.Control.LoadProviderSettings("Radio");

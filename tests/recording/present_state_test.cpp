@@ -55,7 +55,7 @@ TEST(PresentState, AWishThatIsNotFollowedIsNoRecording) {
     EXPECT_EQ(facts.Now(), PresentState::NoSound);
 }
 
-TEST(PresentState, ADiskThatIsNearlyFullIsToldUntilRecordingBeginsAnew) {
+TEST(PresentState, ADiskThatIsNearlyFullIsReportedUntilRecordingBeginsAnew) {
     Facts facts;
     facts.Flags.RecordingEnabled = true;
     facts.Flags.RecordCurrentSong = true;

@@ -69,7 +69,7 @@ TEST(TickBox, TheRecordingIsSwitchedOffOnlyWhenItsBoxIsClosed) {
     EXPECT_EQ(rig.Form.chkStartStop[0].Value(), 0);
 }
 
-TEST(TickBox, AProgramThatEndedBehindABoxDoesNothingMoreInThatSecond) {
+TEST(TickBox, AProgramThatEndedDuringABoxDoesNothingMoreInThatSecond) {
     TickRig rig;
     BeSilent(rig);
     // The last step of that second would end the program.
@@ -79,7 +79,7 @@ TEST(TickBox, AProgramThatEndedBehindABoxDoesNothingMoreInThatSecond) {
     EXPECT_FALSE(rig.WasAsked("Unload"));
 }
 
-TEST(TickBox, AProgramThatGoesOnBehindABoxFinishesItsSecond) {
+TEST(TickBox, AProgramThatGoesOnDuringABoxFinishesItsSecond) {
     TickRig rig;
     BeSilent(rig);
     rig.Machine.Files.AddFault({.Pattern = "*music", .Operation = FileOperation::FreeSpace});

@@ -62,12 +62,12 @@ TEST(SecondTick, OpensTheAssistantOnTheSecondRunIfItWasAskedFor) {
 }
 
 TEST(SecondTick, LeavesTheAboutPageAndNoOtherOnTheSecondRun) {
-    for (const auto& [before, behind] :
+    for (const auto& [before, after] :
          {std::pair{"TAB_ABOUT", "TAB_RECORDING"}, {"TAB_AUDIO", "TAB_AUDIO"}}) {
         TickRig rig;
         rig.Form.tbsMain.Select(before);
         rig.Ticks(2);
-        EXPECT_EQ(rig.Form.tbsMain.SelectedKey(), behind);
+        EXPECT_EQ(rig.Form.tbsMain.SelectedKey(), after);
     }
 }
 

@@ -35,7 +35,7 @@ struct Loss {
 
 class LostInput : public testing::TestWithParam<Loss> {};
 
-TEST_P(LostInput, IsToldOnceWithItsLengthAndTheRecordingGoesOn) {
+TEST_P(LostInput, IsReportedOnceWithItsLengthAndTheRecordingGoesOn) {
     const Loss& loss = GetParam();
     World world(TwoSongs());
     ASSERT_TRUE(world.StartRecording());
@@ -175,7 +175,7 @@ TEST(StandingDisk, For30SecondsLosesNothing) {
     }
 }
 
-TEST(StandingDisk, OfADeviceWithAShortMemoryIsToldAsLoss) {
+TEST(StandingDisk, OfADeviceWithAShortMemoryIsReportedAsLoss) {
     World world(TwoSongs());
     world.Computer.WaveIn.SetQueueLimit(10);
     FileFault slow;
@@ -192,7 +192,7 @@ TEST(StandingDisk, OfADeviceWithAShortMemoryIsToldAsLoss) {
     EXPECT_THAT(world.Logged("INFO"), Contains(HasSubstr(RadioName)));
 }
 
-TEST(DriftingDevice, LosesNothingAndTellsNothing) {
+TEST(DriftingDevice, LosesNothingAndReportsNothing) {
     World world(TwoSongs());
     world.Computer.WaveIn.SetDrift(RadioName, 300);  // a cheap card
     ASSERT_TRUE(world.StartRecording());

@@ -59,14 +59,14 @@ TEST_P(EndOfTheProgram, LosesNothingOfWhatWasHeard) {
     EXPECT_EQ(world.Logged("ERROR"), std::vector<std::string>());
 }
 
-// Songs lie from 3.2 to 33.2, 35.2 to 75.2 and 77.2 to 127.2 seconds.
+// Songs are from 3.2 to 33.2, 35.2 to 75.2 and 77.2 to 127.2 seconds.
 INSTANTIATE_TEST_SUITE_P(BySilence, EndOfTheProgram,
                          testing::Values(Moment{0, 20},     // inside a song
                                          Moment{0, 33.4},   // in a pause that is not recognised yet
                                          Moment{0, 34},     // in a recognised pause, a transfer pending
                                          Moment{0, 35.22},  // with the first frames of a song
                                          Moment{0, 37},     // a transfer pending, the next song begun
-                                         Moment{0, 140}));  // in the silence behind the last song
+                                         Moment{0, 140}));  // in the silence after the last song
 INSTANTIATE_TEST_SUITE_P(ByMediaData, EndOfTheProgram,
                          testing::Values(Moment{1, 12},    // before anything was written
                                          Moment{1, 20},    // up to ten seconds are in memory only
@@ -122,7 +122,7 @@ TEST(EndOfTheProgram, ADelayedCloseWhoseSongIsDiscardedEndsAtOnce) {
     world.RunFor(20);
     EXPECT_FALSE(world.Recorder->Close());
     EXPECT_TRUE(world.RunUntil([&] { return world.Ends > 0; }, 16));
-    EXPECT_LT(world.Now(), 35);  // the pause behind the song, not one second later
+    EXPECT_LT(world.Now(), 35);  // the pause after the song, not one second later
     EXPECT_THAT(world.Transferred, SizeIs(0));
 }
 
@@ -152,11 +152,11 @@ TEST(SwitchQuit, WithoutATimeEndsNothingUntilTheRecordingIsEnded) {
     world.Form().cmdStartStop.Press();
     world.RunFor(45);
     EXPECT_THAT(world.Transferred, SizeIs(2));
-    EXPECT_FALSE(world.Values().Flags.RecordingEnabled) << "nothing is written behind it";
+    EXPECT_FALSE(world.Values().Flags.RecordingEnabled) << "nothing is written after it";
     EXPECT_TRUE(world.Recorder->Running());
 }
 
-TEST(TimedRecording, WithQuitTheProgramEndsBehindIt) {
+TEST(TimedRecording, WithQuitTheProgramEndsAfterIt) {
     WorldOptions options = UpTo({0, 0});
     options.CommandLine = "-time 1 -quit -dontask";
     World world(std::move(options));

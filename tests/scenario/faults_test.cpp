@@ -143,7 +143,7 @@ class FaultyRun {
     void CheckSongs(int32_t error, uint64_t heardThen) {
         const uint64_t heard = *Radio.Computer.WaveIn.RadioFrameOf(0) + Radio.Values().Signal.FramesReceived;
         // Without an error nothing at all is lost. With one, recording has stopped there: the failing buffer
-        // and what comes behind it is not written, and neither is what still waited in memory.
+        // and what comes after it is not written, and neither is what still waited in memory.
         const uint64_t inMemory = Mode == 0 ? BufferFrames : 11 * Second + BufferFrames;
         const uint64_t upTo = error == 0 ? heard : heardThen - std::min(heardThen, inMemory);
         if (const uint64_t lost = FramesLost(Radio, upTo, Problems); lost > 0) {
@@ -221,7 +221,7 @@ TEST(FailingSongFile, ThatCannotBeMadeEndsTheProgramWithItsMessage) {
     EXPECT_EQ(world.Computer.Dialogs.Boxes[0].Icon, DialogIcon::Critical);
 }
 
-TEST(FailingSongFile, ThatCannotBeWrittenStopsTheRecordingAndIsToldAtTheEnd) {
+TEST(FailingSongFile, ThatCannotBeWrittenStopsTheRecordingAndIsReportedAtTheEnd) {
     World world(TwoShortSongs(0));
     world.Disk().AddFault(OnSongs(FileOperation::Write, 60));
     ASSERT_TRUE(world.StartRecording());
@@ -235,7 +235,7 @@ TEST(FailingSongFile, ThatCannotBeWrittenStopsTheRecordingAndIsToldAtTheEnd) {
     EXPECT_EQ(world.Values().Messages.PendingError, 905);
 }
 
-TEST(FailingSongFile, ThatCannotBeClosedStopsTheRecordingAndIsToldAtTheEnd) {
+TEST(FailingSongFile, ThatCannotBeClosedStopsTheRecordingAndIsReportedAtTheEnd) {
     World world(TwoShortSongs(0));
     world.Disk().AddFault(OnSongs(FileOperation::Close, 1));
     ASSERT_TRUE(world.StartRecording());
@@ -249,7 +249,7 @@ TEST(FailingSongFile, ThatCannotBeClosedStopsTheRecordingAndIsToldAtTheEnd) {
     EXPECT_EQ(MusicComparedWithRadio(world), "");
 }
 
-TEST(FailingSongFile, IsOnlyToldInTheLogByAnUnattendedProgram) {
+TEST(FailingSongFile, IsOnlyReportedInTheLogByAnUnattendedProgram) {
     WorldOptions options = TwoShortSongs(0);
     options.CommandLine = "-dontask";
     World world(std::move(options));

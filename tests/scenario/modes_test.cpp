@@ -132,7 +132,7 @@ TEST(EndOfSongByTime, SoundOfOneLevelCountsAsOneLongPauseAndTheWindowIsThrownAwa
     const auto kept = KeptSongs(world);
     ASSERT_THAT(kept, SizeIs(Gt(9U)));
     for (size_t i = 1; i < 9; ++i) {
-        // Three seconds before the cut and the three behind it that have arrived.
+        // Three seconds before the cut and the three after it that have arrived.
         EXPECT_EQ(kept[i].RadioBegin - kept[i - 1].RadioEnd, 120 * BufferFrames);
     }
 }
@@ -143,7 +143,7 @@ TEST(EndOfSongByTime, TheDuplicatedPartIsInBothPieces) {
     const auto kept = KeptSongs(world);
     ASSERT_THAT(kept, SizeIs(Gt(9U)));
     for (size_t i = 1; i < 9; ++i) {
-        // Three seconds before and three behind the cut; the new piece begins one slot behind the window.
+        // Three seconds before and three after the cut; the new piece begins one slot after the window.
         EXPECT_EQ(kept[i - 1].RadioEnd - kept[i].RadioBegin, 119 * BufferFrames);
     }
     EXPECT_EQ(MusicComparedWithRadio(world), "");

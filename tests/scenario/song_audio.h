@@ -51,7 +51,7 @@ struct NumberedRadioOptions {
 };
 
 /// A radio whose songs carry the numbers of their frames: a pause, then songs of these lengths with pauses of
-/// two seconds behind them, then silence.
+/// two seconds after them, then silence.
 inline RadioScript NumberedRadio(std::initializer_list<double> songSeconds,
                                  const NumberedRadioOptions& options = {}) {
     RadioScript script;

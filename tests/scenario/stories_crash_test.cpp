@@ -48,14 +48,14 @@ void StartAgain(World& world, const std::string& run = "run-2", bool otherIsGone
 }
 
 /// Where the frames of a file come from in the radio, by the stamps that they carry: the first one and one
-/// behind the last. Fails if they are not all the frames between.
+/// after the last. Fails if they are not all the frames between.
 std::pair<uint64_t, uint64_t> PlaceInRadio(World& world, const std::string& path, uint64_t near) {
     const auto frames = FramesOfWav(world.Disk(), path);
     if (!frames || frames->size() < 44100) {
         ADD_FAILURE() << path << " holds no song";
         return {};
     }
-    constexpr size_t inTheSong = 22050;  // surely behind the pause that a file may begin with
+    constexpr size_t inTheSong = 22050;  // surely after the pause that a file may begin with
     const uint64_t begin = FrameOfStamp(frames->at(inTheSong), near) - inTheSong;
     EXPECT_EQ(Comparison(FramesOfRadio(world.Truth(), begin, frames->size()), *frames), "equal");
     return {begin, begin + frames->size()};

@@ -36,8 +36,8 @@ void ExpectAllButTheHole(World& world, const TransferredSong& song, double at, d
     const auto begin = static_cast<uint64_t>(at * 44100);
     const auto end = begin + static_cast<uint64_t>(hole * 44100);
     std::vector<Frame> expected = FramesOfRadio(world.Truth(), heard->RadioBegin, begin - heard->RadioBegin);
-    const std::vector<Frame> behind = FramesOfRadio(world.Truth(), end, heard->RadioEnd - end);
-    expected.insert(expected.end(), behind.begin(), behind.end());
+    const std::vector<Frame> after = FramesOfRadio(world.Truth(), end, heard->RadioEnd - end);
+    expected.insert(expected.end(), after.begin(), after.end());
     EXPECT_EQ(Comparison(expected, *frames), "equal");
 }
 
@@ -97,7 +97,7 @@ TEST_P(InputThatGoes, ForTenMinutesAndComesBackInAPauseIsNotTakenForSilence) {
             return options;
         },
         [](World& world) {
-            constexpr double pause = 3 + 182 * 6 - 2;  // the one behind the sixth song
+            constexpr double pause = 3 + 182 * 6 - 2;  // the one after the sixth song
             ASSERT_TRUE(world.StartRecording());
             RunTo(world, pause + 0.2 - 600);
             world.Computer.WaveIn.Vanish(RadioName);
@@ -116,7 +116,7 @@ TEST_P(InputThatGoes, ForTenMinutesAndComesBackInAPauseIsNotTakenForSilence) {
 
 INSTANTIATE_TEST_SUITE_P(Modes, InputThatGoes, testing::Values("0", "1"));
 
-TEST(LateBuffers, AreToldOnceAsSoonAsNearlyAllOfTheQueueWasUsed) {
+TEST(LateBuffers, AreReportedOnceAsSoonAsNearlyAllOfTheQueueWasUsed) {
     TellTwice([] { return Station("0"); },
               [](World& world) {
                   ASSERT_TRUE(world.StartRecording());
@@ -144,7 +144,7 @@ TEST(LateBuffers, AreToldOnceAsSoonAsNearlyAllOfTheQueueWasUsed) {
               });
 }
 
-TEST(LateBuffers, OfADeviceThatKeepsNoMoreThanItsQueueAreToldAsLost) {
+TEST(LateBuffers, OfADeviceThatKeepsNoMoreThanItsQueueAreReportedAsLost) {
     TellTwice([] { return Station("0"); },
               [](World& world) {
                   world.Computer.WaveIn.SetQueueLimit(1.5);

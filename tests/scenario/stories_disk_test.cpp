@@ -44,7 +44,7 @@ void ExpectTheSecondSongToBeTheLast(World& world, const std::string& deferredKey
     EXPECT_THAT(world.Logged("INFO"), IsEmpty()) << "it is told at the end of the program";
     world.Finish();
     EXPECT_THAT(KeptTitles(world), ElementsAre("Song 1", "Song 2"));
-    EXPECT_THAT(world.Closed, SizeIs(2)) << "no file is begun behind it";
+    EXPECT_THAT(world.Closed, SizeIs(2)) << "no file is begun after it";
     EXPECT_EQ(MusicComparedWithRadio(world), "");
     EXPECT_THAT(world.Logged("INFO"), ElementsAre(Text(deferredKey)));
     ASSERT_THAT(world.Computer.Dialogs.Boxes, SizeIs(1));
@@ -89,7 +89,7 @@ TEST(DiskThatFills, OneForMusicEndsTheRecordingWithTheSong) {
               });
 }
 
-TEST(DiskThatFills, AnUnattendedProgramTellsItInTheLogAlone) {
+TEST(DiskThatFills, AnUnattendedProgramReportsItInTheLogAlone) {
     TellTwice(
         [] {
             WorldOptions options = Station();
@@ -126,7 +126,7 @@ TEST(DiskThatFills, SpaceForLessThanTenMinutesCountsAtOnceAndNotOnlyWithTheMinut
         });
 }
 
-TEST(DiskThatFills, TheReserveOfOneDiskForAllIsToldAsThat) {
+TEST(DiskThatFills, TheReserveOfOneDiskForAllIsReportedAsThat) {
     TellTwice([] { return Station(); },
               [](World& world) {
                   ASSERT_TRUE(RecordTheSecondSong(world));
@@ -149,12 +149,12 @@ TEST(DiskThatFills, NothingHappensWhileNothingIsRecorded) {
               });
 }
 
-/// Fills the disk up in the second song, 20 s of sound behind this moment.
+/// Fills the disk up in the second song, 20 s of sound after this moment.
 void FillUp(World& world) {
     world.Disk().SetFreeSpace(TempVolume, 20 * 176'400);
 }
 
-TEST(DiskThatIsFull, EndsTheRecordingAndTheFirstErrorIsToldAtTheEnd) {
+TEST(DiskThatIsFull, EndsTheRecordingAndTheFirstErrorIsReportedAtTheEnd) {
     TellTwice([] { return Station(); },
               [](World& world) {
                   world.Disk().Mount(TempVolume, 10'000 * Megabyte);
@@ -245,11 +245,11 @@ void TellOfAGapOf10Seconds(const std::function<void(World&)>& meanwhile) {
         });
 }
 
-TEST(DiskThatIsFull, TheSongGoesOnWhenThereIsRoomAndTellsWhatItLacks) {
+TEST(DiskThatIsFull, TheSongGoesOnWhenThereIsRoomAndReportsWhatItLacks) {
     TellOfAGapOf10Seconds([](World&) {});
 }
 
-TEST(DiskThatIsFull, WhatTheSongLacksIsToldAlsoIfAnInputWasChosenMeanwhile) {
+TEST(DiskThatIsFull, WhatTheSongLacksIsReportedAlsoIfAnInputWasChosenMeanwhile) {
     TellOfAGapOf10Seconds([](World& world) { world.Form().cmbInputDevices.Select(0); });
 }
 

@@ -30,7 +30,7 @@ WorldOptions Station(const char* commandLine, std::vector<IniLine> settings = {}
     return options;
 }
 
-/// Waits for the five minutes behind the first song to pass: recording ends with the sixth.
+/// Waits for the five minutes after the first song to pass: recording ends with the sixth.
 void ExpectFiveMinutes(World& world) {
     ASSERT_TRUE(world.Load());
     RunTo(world, EndOf(1) + 5);

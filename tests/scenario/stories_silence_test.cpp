@@ -20,7 +20,7 @@ RadioScript BrokenRadio(double silence) {
     uint64_t number = 0;
     radio.Pause(3);
     AddSongs(radio, number, 2, 60);
-    radio.Silence(silence - 2);  // behind the second song's pause
+    radio.Silence(silence - 2);  // after the second song's pause
     AddSongs(radio, number, 2, 60);
     return radio.Stamped().SilenceForever();
 }
@@ -33,7 +33,7 @@ WorldOptions Station(double silence, const char* mode = "0", const char* command
     return options;
 }
 
-TEST(QuietStation, IsToldOnceAndItsReturnToo) {
+TEST(QuietStation, IsReportedOnceAndItsReturnToo) {
     TellTwice([] { return Station(200); },
               [](World& world) {
                   ASSERT_TRUE(world.StartRecording());
@@ -112,7 +112,7 @@ TEST(QuietStation, ByTimeAPieceEndsWhereTheSilenceBeganAndNoPieceOfSilenceIsKept
         });
 }
 
-TEST(QuietStation, IsNotToldWhereSilenceIsToBeIgnored) {
+TEST(QuietStation, IsNotReportedWhereSilenceIsToBeIgnored) {
     TellTwice(
         [] {
             WorldOptions options = Station(400, "1");
@@ -129,7 +129,7 @@ TEST(QuietStation, IsNotToldWhereSilenceIsToBeIgnored) {
         });
 }
 
-TEST(EndAfterSilence, EndsTheRecordingAndTellsWhenSomebodyIsThere) {
+TEST(EndAfterSilence, EndsTheRecordingAndReportsWhenSomebodyIsThere) {
     TellTwice([] { return Station(400); },
               [](World& world) {
                   ASSERT_TRUE(world.StartRecording());

@@ -50,13 +50,13 @@ TEST(Midnight, PassesInTheMiddleOfASongAndChangesNothingButTheLogFile) {
             EXPECT_THAT(world.Logged("ERROR"), IsEmpty()) << "nothing waited for a day";
 
             const auto before = LinesOf(world, "20241231");
-            const auto behind = LinesOf(world, "20250101");
+            const auto after = LinesOf(world, "20250101");
             ASSERT_THAT(before, SizeIs(2));
             EXPECT_THAT(before[0], testing::StartsWith("23:58:30\tSTART"));
             EXPECT_THAT(before[1], testing::StartsWith("23:59:38\tWAV44\tBand 1 - Song 1"));
-            ASSERT_THAT(behind, SizeIs(5));
-            EXPECT_THAT(behind[0], testing::StartsWith("00:00:40\tWAV44\tBand 2 - Song 2"));
-            EXPECT_THAT(behind[4], testing::HasSubstr("END "));
+            ASSERT_THAT(after, SizeIs(5));
+            EXPECT_THAT(after[0], testing::StartsWith("00:00:40\tWAV44\tBand 2 - Song 2"));
+            EXPECT_THAT(after[4], testing::HasSubstr("END "));
         });
 }
 
@@ -180,7 +180,7 @@ TEST(LimitOfTheMillisecondClock, PassedInTheMiddleOfASongIsNotNoticed) {
               });
 }
 
-TEST(LimitOfTheMillisecondClock, SilenceThatBeginsBehindItIsTimedAsAnyOther) {
+TEST(LimitOfTheMillisecondClock, SilenceThatBeginsAfterItIsTimedAsAnyOther) {
     TellTwice([] { return NearTheLimit(EvenRadio(3, 60), 100); },
               [](World& world) {
                   const double start = world.Now();

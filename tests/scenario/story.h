@@ -53,7 +53,7 @@ inline void RunTo(World& world, double second) {
     world.RunFor(second - world.Now());
 }
 
-/// Adds songs of equal length that carry the numbers of their frames, with a pause of two seconds behind
+/// Adds songs of equal length that carry the numbers of their frames, with a pause of two seconds after
 /// each. `number` counts them; song n is called "Song n".
 inline void AddSongs(RadioScript& radio, uint64_t& number, int count, double seconds) {
     for (int i = 0; i < count; ++i) {

@@ -60,7 +60,7 @@ class AnsweredForms : public FormBoxes {
 struct HeardSong {
     ClosedSong Song;
     uint64_t RadioBegin = 0;  ///< first frame in the radio
-    uint64_t RadioEnd = 0;    ///< one behind its last
+    uint64_t RadioEnd = 0;    ///< one after its last
 };
 
 /// What a world begins with.
@@ -94,7 +94,7 @@ struct WorldOptions {
     /// What stands between the machine and the program, to watch it; empty: nothing.
     std::function<Corvetape::Machine(Corvetape::Machine)> Through;
 
-    /// Told of a song behind the world's own notes.
+    /// Told of a song after the world's own notes.
     std::function<void(const HeardSong&)> OnClosed;
     std::function<void(const TransferredSong&)> OnTransferred;
 };

@@ -7,7 +7,7 @@
 namespace Corvetape {
 
 /// A frame that carries its own number: 15 bits of it in each channel, so that a test can tell of every
-/// single frame of a file where it came from. Samples lie from -16384 to 16383; in each 50 ms the right
+/// single frame of a file where it came from. Samples are from -16384 to 16383; in each 50 ms the right
 /// channel climbs by about 2200, so a stamped stretch is never silent.
 constexpr Frame StampOf(uint64_t frame) {
     constexpr uint64_t mask = 0x7FFF;

@@ -66,14 +66,14 @@ RadioTimeline::RadioTimeline(const RadioScript& script, uint32_t framesPerSecond
                    Frames + FramesOf(item.Seconds), item.Peak);
             continue;
         }
-        uint64_t overlapBehind = 0;
+        uint64_t overlapAfter = 0;
         if (at + 1 < script.Items.size() && script.Items[at + 1].Kind == Kind::Song) {
             // Half a song at most, or three songs would sound at once.
             const double most = std::min(item.Seconds, script.Items[at + 1].Seconds) / 2;
-            overlapBehind = FramesOf(std::min(item.Song.OverlapSeconds, most));
+            overlapAfter = FramesOf(std::min(item.Song.OverlapSeconds, most));
         }
-        AddSong(item.Song, overlapBefore, overlapBehind);
-        overlapBefore = overlapBehind;
+        AddSong(item.Song, overlapBefore, overlapAfter);
+        overlapBefore = overlapAfter;
     }
     if (Endless) AddRun(Run::Making::Zeros, std::numeric_limits<uint64_t>::max());
 }
@@ -82,8 +82,8 @@ uint64_t RadioTimeline::FramesOf(double seconds) const {
     return static_cast<uint64_t>(std::llround(std::max(seconds, 0.0) * EffectiveRate));
 }
 
-/// `Frames` stands behind the overlap with the song before, which has that stretch among its runs.
-void RadioTimeline::AddSong(const ScriptSong& song, uint64_t overlapBefore, uint64_t overlapBehind) {
+/// `Frames` stands after the overlap with the song before, which has that stretch among its runs.
+void RadioTimeline::AddSong(const ScriptSong& song, uint64_t overlapBefore, uint64_t overlapAfter) {
     const uint64_t begin = Frames - overlapBefore;
     const uint64_t end = begin + FramesOf(song.Seconds);
     AllSongs.push_back({begin, end, song.Media});
@@ -95,7 +95,7 @@ void RadioTimeline::AddSong(const ScriptSong& song, uint64_t overlapBefore, uint
                        FramesOf(song.FadeInSeconds),
                        FramesOf(song.FadeOutSeconds)};
     if (overlapBefore > 0) shape.FadeInFrames = overlapBefore;
-    if (overlapBehind > 0) shape.FadeOutFrames = overlapBehind;
+    if (overlapAfter > 0) shape.FadeOutFrames = overlapAfter;
     Shapes.push_back(shape);
 
     const uint64_t level = std::min(std::max(Frames, begin + shape.FadeInFrames), end);
@@ -124,8 +124,8 @@ void RadioTimeline::AddRun(Run::Making how, uint64_t end, int16_t peak) {
 }
 
 SourceMedia RadioTimeline::MediaAt(uint64_t frame) const {
-    const auto behind = std::ranges::upper_bound(AllSongs, frame, {}, &ScriptedSong::Begin);
-    return behind == AllSongs.begin() ? SourceMedia{} : std::prev(behind)->Media;
+    const auto after = std::ranges::upper_bound(AllSongs, frame, {}, &ScriptedSong::Begin);
+    return after == AllSongs.begin() ? SourceMedia{} : std::prev(after)->Media;
 }
 
 namespace {

@@ -76,10 +76,10 @@ class RadioScript {
     int64_t DriftMillionths = 0;
 };
 
-/// A song as it lies in the radio's frames.
+/// A song as it is in the radio's frames.
 struct ScriptedSong {
     uint64_t Begin = 0;
-    uint64_t End = 0;  ///< one behind its last frame
+    uint64_t End = 0;  ///< one after its last frame
     SourceMedia Media;
 
     bool operator==(const ScriptedSong&) const = default;
@@ -130,7 +130,7 @@ class RadioTimeline {
 
  private:
     uint64_t FramesOf(double seconds) const;
-    void AddSong(const ScriptSong& song, uint64_t overlapBefore, uint64_t overlapBehind);
+    void AddSong(const ScriptSong& song, uint64_t overlapBefore, uint64_t overlapAfter);
     void AddSongRuns(const ScriptSong& song, uint64_t begin, uint64_t end);
     void AddRun(Run::Making how, uint64_t end, int16_t peak = 0);
 

@@ -60,7 +60,7 @@ uint64_t SimFileData::Write(uint64_t position, std::span<const std::byte> bytes)
     return room;
 }
 
-/// Makes the file longer; what lies between its old end and `written` becomes zeros.
+/// Makes the file longer; what is between its old end and `written` becomes zeros.
 void SimFileData::Grow(uint64_t size, uint64_t written) {
     while (Chunks.size() * ChunkPool::ChunkBytes < size) Chunks.push_back(Pool->Take());
     OwnVolume->Used += size - Bytes;

@@ -52,7 +52,7 @@ class SimFileData {
     uint64_t Size() const { return Bytes; }
     const std::shared_ptr<SimVolume>& Volume() const { return OwnVolume; }
 
-    /// Writes at a position, which may lie behind the end, and returns how much found room on the volume.
+    /// Writes at a position, which may be after the end, and returns how much found room on the volume.
     uint64_t Write(uint64_t position, std::span<const std::byte> bytes);
     void Clear();
 
@@ -124,7 +124,7 @@ class SimDisk {
     /// Takes everything from the disk; the volumes stay.
     void Clear();
 
-    /// The volume that a path lies on.
+    /// The volume that a path is on.
     const std::shared_ptr<SimVolume>& VolumeOf(const std::string& path) const;
     void AddVolume(const std::string& path, uint64_t capacity);
 

@@ -47,7 +47,7 @@ struct SimPage {
 /// The pages of simulated browsers, last used first.
 class SimDocuments : public Documents {
  public:
-    /// Adds a page behind the others.
+    /// Adds a page after the others.
     SimPage& Add(const std::string& url, const std::string& title);
 
     /// Takes the page away. Whoever still holds a document of it has no answer any more.

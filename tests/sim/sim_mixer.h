@@ -75,7 +75,7 @@ class SimMixer : public Mixer {
     std::unique_ptr<MixerDevice> Open(uint32_t device) override;
     std::unique_ptr<MixerDevice> OpenWaveIn(const std::string& input) override;
 
-    /// Adds a card behind the others. The reference stays good.
+    /// Adds a card after the others. The reference stays good.
     SimCard& Add(SimCard card);
 
     /// An input with a volume and a switch for mute on its destination.

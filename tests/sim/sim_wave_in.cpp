@@ -65,7 +65,7 @@ void SimWaveIn::ForFeedsOf(const std::string& id, Action action) {
 
 void SimWaveIn::Vanish(const std::string& id) {
     Conditions[id].Gone = true;
-    ForFeedsOf(id, [](SourceFeed& feed) { feed.Interrupt(SourceFeed::Tell::Yes); });
+    ForFeedsOf(id, [](SourceFeed& feed) { feed.Interrupt(SourceFeed::Report::Yes); });
 }
 
 void SimWaveIn::Return(const std::string& id) {
@@ -76,7 +76,7 @@ void SimWaveIn::Return(const std::string& id) {
 
 void SimWaveIn::Stop(const std::string& id) {
     Conditions[id].Stopped = true;
-    ForFeedsOf(id, [](SourceFeed& feed) { feed.Interrupt(SourceFeed::Tell::No); });
+    ForFeedsOf(id, [](SourceFeed& feed) { feed.Interrupt(SourceFeed::Report::No); });
 }
 
 void SimWaveIn::Restart(const std::string& id, WaveInIncidentKind kind) {
@@ -99,7 +99,7 @@ void SimWaveIn::Lose(const std::string& id, uint64_t frames, WaveInIncidentKind 
 
 void SimWaveIn::KillServer() {
     ServerDead = true;
-    for (const auto& feed : Feeds) feed->Interrupt(SourceFeed::Tell::Yes);
+    for (const auto& feed : Feeds) feed->Interrupt(SourceFeed::Report::Yes);
 }
 
 void SimWaveIn::RestartServer() {
@@ -149,7 +149,7 @@ OpenedWaveIn SimWaveIn::Open(size_t device, const WaveFormat& format, BufferRetu
             FramesIn(Time.MonotonicNanoseconds() - radio->second.OnAirSince, format.nSamplesPerSec);
     }
     if (condition.Stopped) {
-        ForFeedsOf(id, [](SourceFeed& feed) { feed.Interrupt(SourceFeed::Tell::No); });
+        ForFeedsOf(id, [](SourceFeed& feed) { feed.Interrupt(SourceFeed::Report::No); });
     }
     return stream;
 }

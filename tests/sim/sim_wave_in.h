@@ -60,7 +60,7 @@ class SimWaveIn : public SourceWaveIn {
     OpenedWaveIn Open(size_t device, const WaveFormat& format, BufferReturn mode,
                       WaveInEvents events) override;
 
-    /// The radio's frame that lies at `delivered` in what the stream opened last got. The radio's first frame
+    /// The radio's frame that is at `delivered` in what the stream opened last got. The radio's first frame
     /// is number 0. Nothing if no radio is open.
     std::optional<uint64_t> RadioFrameOf(uint64_t delivered) const;
 

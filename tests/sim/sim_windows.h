@@ -14,7 +14,7 @@ class SimWindows : public Windows {
     /// Adds a window on top of the others and gives its handle.
     uint64_t Add(const std::string& text, const std::string& windowClass);
 
-    /// Adds a window inside another one, behind those that are there.
+    /// Adds a window inside another one, after those that are there.
     uint64_t AddInside(uint64_t parent, const std::string& text, const std::string& windowClass);
 
     void Raise(uint64_t handle);

@@ -53,7 +53,7 @@ class Menu : public Control {
     using Control::Control;
 };
 
-/// A view of web pages. What stands behind it reports through the events; without one they never come.
+/// A view of web pages. Whatever shows them reports through the events; without one they never come.
 class BrowserView : public Control {
  public:
     using Control::Control;

@@ -205,7 +205,7 @@ inline constexpr MessageText IsMixed{"1653", "The song in \"%1\" is mixed: two p
 inline constexpr MessageText IsSought{
     "1654", "The song in \"%1\" is not in one piece: somebody has jumped within it."};
 inline constexpr MessageText IsCutByTitle{
-    "1655", "The song in \"%1\" ends where its title ended: nothing in the sound tells a better place."};
+    "1655", "The song in \"%1\" ends where its title ended: nothing in the sound shows a better place."};
 inline constexpr MessageText WasPaused{"1656",
                                        "The song in \"%1\" was paused %2 times. The pauses are left out."};
 inline constexpr MessageText BrokenOffBySilence{

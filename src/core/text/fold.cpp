@@ -13,7 +13,7 @@ namespace {
 
 constexpr char32_t NoCharacter = 0x110000;
 
-/// Behind all scripts that know capital letters.
+/// After all scripts that know capital letters.
 constexpr char32_t EndOfCapitals = 0x20000;
 
 /// All characters that folding changes, in the order of what they become.

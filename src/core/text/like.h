@@ -21,7 +21,7 @@ enum class LikeCase { Exact, Ignored };
 /// | anything else | itself |
 ///
 /// A "]" that comes first in brackets, or after the "!", is one of the list; so is a "-" that comes first or
-/// last. A range whose end lies before its begin holds nothing. A "[" that is never closed stands for itself.
+/// last. A range whose end is before its begin holds nothing. A "[" that is never closed stands for itself.
 /// Characters are those of UTF-8; a byte that is none counts as one of its own.
 ///
 /// Matching takes time in proportion to the length of the text times that of the pattern at worst, and no
@@ -57,7 +57,7 @@ class LikePattern {
 
     LikeCase Case;
     std::vector<Token> Tokens;
-    std::vector<Range> Ranges;  ///< of all lists, each ended by one whose end lies before its begin
+    std::vector<Range> Ranges;  ///< of all lists, each ended by one whose end is before its begin
 };
 
 /// Whether a text matches a pattern, for single questions.

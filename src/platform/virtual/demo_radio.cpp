@@ -29,7 +29,7 @@ DemoRadio::DemoRadio(uint64_t seed, uint32_t framesPerSecond)
 
 DemoRadio::~DemoRadio() = default;
 
-DemoSong DemoRadio::Behind(uint64_t end, uint64_t number) const {
+DemoSong DemoRadio::SongAfter(uint64_t end, uint64_t number) const {
     DemoSong song;
     song.Begin = end + FramesOf(DemoPauseBefore(Seed, number), Rate);
     song.End = song.Begin + FramesOf(PlanDemoSong(Seed, number).Seconds, Rate);
@@ -39,7 +39,7 @@ DemoSong DemoRadio::Behind(uint64_t end, uint64_t number) const {
 
 DemoSong DemoRadio::Song(uint64_t number) const {
     DemoSong song;
-    for (uint64_t at = 0; at <= number; ++at) song = Behind(song.End, at);
+    for (uint64_t at = 0; at <= number; ++at) song = SongAfter(song.End, at);
     return song;
 }
 
@@ -75,7 +75,7 @@ void DemoRadio::Pass(uint64_t frames) {
     } else if (Next == Current.End) {
         Synth.reset();
         ++Number;
-        Current = Behind(Current.End, Number);
+        Current = SongAfter(Current.End, Number);
     }
 }
 

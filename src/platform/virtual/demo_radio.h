@@ -37,11 +37,11 @@ class DemoRadio : public SoundSource {
     /// Between songs what played last; before the first one the station alone.
     SourceMedia NowPlaying() const override;
 
-    /// Where a song lies and what it is called, counted from 0, also ahead of time.
+    /// Where a song is and what it is called, counted from 0, also ahead of time.
     DemoSong Song(uint64_t number) const;
 
  private:
-    DemoSong Behind(uint64_t end, uint64_t number) const;
+    DemoSong SongAfter(uint64_t end, uint64_t number) const;
     void Pass(uint64_t frames);
 
     uint64_t Seed;

@@ -20,7 +20,7 @@ struct SimLoopState;
 /// ProcessEvents within the handler. Posted work comes before timers of the same moment.
 class SimLoop : public EventLoop {
  public:
-    /// Told before virtual time moves on, with the time that it is to move to.
+    /// Called before virtual time moves on, with the time that it is to move to.
     using PaceHook = std::function<void(int64_t virtualNs)>;
 
     /// The clock is moved by this loop and outlives it.

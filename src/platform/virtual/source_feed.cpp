@@ -47,10 +47,10 @@ SourceFeed::SourceFeed(Clock& clock, EventLoop& loop)
 void SourceFeed::Open(FeedSetup setup) {
     Close();
     Setup = std::make_shared<FeedSetup>(std::move(setup));
-    Held = Interrupted = ToldGone = EndReached = false;
+    Held = Interrupted = ReportedGone = EndReached = false;
     DeliveredFrames = HeardBefore = 0;
     LostParts.clear();
-    NextGap = NextToTell = 0;
+    NextGap = NextToReport = 0;
 }
 
 void SourceFeed::Close() {
@@ -86,13 +86,13 @@ void SourceFeed::Deliver() {
     if (Setup == nullptr || !Polled()) return;
     ApplyQueueLimit();
     const uint64_t began = Generation;
-    for (TellGaps(); began == Generation; TellGaps()) {
+    for (ReportGaps(); began == Generation; ReportGaps()) {
         if (!Delivering() || Queued.Size() == 0 || !NextIsDue()) break;
         WaveHeader& header = Queued.Front();
         if (!FillNext()) break;
         header.dwFlags |= WHDR_DONE;
     }
-    if (began == Generation && EndReached) TellEnd();
+    if (began == Generation && EndReached) ReportEnd();
 }
 
 bool SourceFeed::Polled() const {
@@ -172,7 +172,7 @@ void SourceFeed::Tick() {
         PostGaps();
     }
     if (EndReached) {
-        TellEnd();
+        ReportEnd();
     } else {
         ArmForNext();
     }
@@ -187,14 +187,14 @@ void SourceFeed::HandOver() {
 }
 
 /// Posts an event that is void if the stream was reset meanwhile.
-template <typename Told>
-void SourceFeed::PostEvent(Told told) {
-    Loop.Post([this, generation = Generation, told] {
-        if (generation == Generation) told(*this);
+template <typename News>
+void SourceFeed::PostEvent(News news) {
+    Loop.Post([this, generation = Generation, news] {
+        if (generation == Generation) news(*this);
     });
 }
 
-void SourceFeed::TellEnd() {
+void SourceFeed::ReportEnd() {
     Timer->Stop();
     TimerInterval = {};
     if (!Started) return;
@@ -219,10 +219,10 @@ void SourceFeed::AddGap(uint64_t at, uint64_t frames, WaveInIncidentKind kind) {
 }
 
 bool SourceFeed::GapIsNext() const {
-    return NextToTell < LostParts.size() && LostParts[NextToTell].At < DeliveredFrames + FramesOfNext();
+    return NextToReport < LostParts.size() && LostParts[NextToReport].At < DeliveredFrames + FramesOfNext();
 }
 
-void SourceFeed::TellGap(const FeedGap& gap) {
+void SourceFeed::ReportGap(const FeedGap& gap) {
     const std::shared_ptr<FeedSetup> setup = Setup;
     if (setup->Events.Incident)
         setup->Events.Incident({gap.Kind, gap.Frames, setup->Device.Name, setup->LossReason});
@@ -230,15 +230,15 @@ void SourceFeed::TellGap(const FeedGap& gap) {
 
 /// After the buffers that were filled so far.
 void SourceFeed::PostGaps() {
-    for (; GapIsNext(); ++NextToTell) {
-        PostEvent([gap = LostParts[NextToTell]](SourceFeed& feed) { feed.TellGap(gap); });
+    for (; GapIsNext(); ++NextToReport) {
+        PostEvent([gap = LostParts[NextToReport]](SourceFeed& feed) { feed.ReportGap(gap); });
     }
 }
 
 /// At once, for an owner who polls.
-void SourceFeed::TellGaps() {
+void SourceFeed::ReportGaps() {
     const uint64_t began = Generation;
-    while (began == Generation && GapIsNext()) TellGap(FeedGap(LostParts[NextToTell++]));
+    while (began == Generation && GapIsNext()) ReportGap(FeedGap(LostParts[NextToReport++]));
 }
 
 void SourceFeed::ApplyQueueLimit() {
@@ -251,14 +251,14 @@ void SourceFeed::ApplyQueueLimit() {
     AddGap(keep, heard - keep, WaveInIncidentKind::Overrun);
 }
 
-void SourceFeed::Interrupt(Tell tell) {
+void SourceFeed::Interrupt(Report report) {
     if (Setup == nullptr) return;
     if (!Interrupted) {
         CountHeard();
         Interrupted = true;
     }
-    if (tell == Tell::Yes && !ToldGone) {
-        ToldGone = true;
+    if (report == Report::Yes && !ReportedGone) {
+        ReportedGone = true;
         PostAvailability(true);
     }
 }
@@ -269,7 +269,7 @@ void SourceFeed::Resume(WaveInIncidentKind kind) {
     if (Started) AddGap(HeardBefore, HeardIn(now - RunningSince), kind);
     Interrupted = false;
     RunningSince = std::max(RunningSince, now);
-    if (std::exchange(ToldGone, false)) PostAvailability(false);
+    if (std::exchange(ReportedGone, false)) PostAvailability(false);
     ArmForNext();
 }
 

@@ -56,9 +56,9 @@ class SourceFeed {
     void Reset();
     void Deliver();
 
-    /// From now on nothing is heard of the device. With `tell` its owner learns that it is gone.
-    enum class Tell { No, Yes };
-    void Interrupt(Tell tell);
+    /// From now on nothing is heard of the device. With `report` its owner learns that it is gone.
+    enum class Report { No, Yes };
+    void Interrupt(Report report);
 
     /// The device is there again; what it would have delivered meanwhile is lost and reported as `kind`.
     void Resume(WaveInIncidentKind kind);
@@ -67,8 +67,8 @@ class SourceFeed {
     void Hold();
     void Release();
 
-    /// The device drops what it hears next, `frames` of it. Told when the buffers before it are delivered, as
-    /// every loss: in the polling modes from Deliver.
+    /// The device drops what it hears next, `frames` of it. Reported when the buffers before it are
+    /// delivered, as every loss: in the polling modes from Deliver.
     void Lose(uint64_t frames, WaveInIncidentKind kind);
 
     /// Changes the device's own clock from now on.
@@ -81,7 +81,7 @@ class SourceFeed {
     uint64_t Delivered() const { return DeliveredFrames; }
     const std::vector<FeedGap>& Gaps() const { return LostParts; }
 
-    /// The frame of the source that lies at `delivered` in what the owner got.
+    /// The frame of the source that is at `delivered` in what the owner got.
     uint64_t SourceFrameOf(uint64_t delivered) const;
 
  private:
@@ -114,17 +114,17 @@ class SourceFeed {
     void Tick();
     void HandOver();
     bool GapIsNext() const;
-    void TellGap(const FeedGap& gap);
+    void ReportGap(const FeedGap& gap);
     void PostGaps();
-    void TellGaps();
+    void ReportGaps();
     void AddGap(uint64_t at, uint64_t frames, WaveInIncidentKind kind);
     void ApplyQueueLimit();
     void PostAvailability(bool lost);
-    void TellEnd();
+    void ReportEnd();
     void Arm(std::chrono::milliseconds delay);
     void ArmForNext();
-    template <typename Told>
-    void PostEvent(Told told);
+    template <typename News>
+    void PostEvent(News news);
 
     Clock& Time;
     EventLoop& Loop;
@@ -139,14 +139,14 @@ class SourceFeed {
     bool Started = false;
     bool Held = false;
     bool Interrupted = false;
-    bool ToldGone = false;
+    bool ReportedGone = false;
     bool EndReached = false;
     int64_t RunningSince = 0;  ///< monotonic nanoseconds; of an interruption, its beginning
     uint64_t HeardBefore = 0;  ///< frames heard before RunningSince
     uint64_t DeliveredFrames = 0;
     std::vector<FeedGap> LostParts;
-    size_t NextGap = 0;     ///< the first one that is not yet passed over
-    size_t NextToTell = 0;  ///< the first one that its owner does not know yet
+    size_t NextGap = 0;       ///< the first one that is not yet passed over
+    size_t NextToReport = 0;  ///< the first one that its owner does not know yet
 };
 
 }  // namespace Corvetape

@@ -18,16 +18,16 @@ SourcePlayers::SourcePlayers(EventLoop& loop, std::string name, std::function<So
 void SourcePlayers::Listen(std::function<void(const PlayerReport&)> changed,
                            std::function<void(const std::string& player)> /*gone*/) {
     Changed = std::move(changed);
-    Told.reset();
+    Last.reset();
     Timer->Start(LookEvery, TimerPrecision::Coarse);
     Look();
 }
 
 void SourcePlayers::Look() {
     SourceMedia now = Read();
-    if (Told == now) return;
-    Told = std::move(now);
-    Changed({Name, true, Told->StationName, Told->Artist, Told->Song, Told->Album, Told->Cover});
+    if (Last == now) return;
+    Last = std::move(now);
+    Changed({Name, true, Last->StationName, Last->Artist, Last->Song, Last->Album, Last->Cover});
 }
 
 }  // namespace Corvetape

@@ -28,7 +28,7 @@ class SourcePlayers : public Players {
     std::string Name;
     std::function<SourceMedia()> Read;
     std::function<void(const PlayerReport&)> Changed;
-    std::optional<SourceMedia> Told;
+    std::optional<SourceMedia> Last;
     std::unique_ptr<LoopTimer> Timer;
 };
 

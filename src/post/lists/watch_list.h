@@ -39,7 +39,7 @@ class WatchList {
         LikePattern Compiled;
     };
     std::vector<std::string> OwnEntries;
-    std::unordered_set<std::u32string> Keys;   ///< folded entries, to tell doubled ones
+    std::unordered_set<std::u32string> Keys;   ///< folded entries, to find doubled ones
     std::unordered_set<std::u32string> Plain;  ///< folded entries without anything special in them
     std::vector<Pattern> Patterns;             ///< the others
 };

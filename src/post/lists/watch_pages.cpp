@@ -139,7 +139,7 @@ void WatchPages::DragDrop(WatchListKind kind, DragContent content, std::span<con
 }
 
 void WatchPages::AddDropped(WatchListKind kind, std::span<const std::string> names) {
-    // Once for all of them: telling the screen of each takes seconds with long lists.
+    // Once for all of them: showing each on the screen takes seconds with long lists.
     std::vector<ListItem> items = Form.lstWatch[Number(kind)].Items();
     std::optional<ptrdiff_t> last;
     for (const std::string& name : names) {

@@ -11,7 +11,7 @@
 
 namespace Corvetape {
 
-/// The options that `row`'s quality index stands for; null if the index lies outside the list.
+/// The options that `row`'s quality index stands for; null if the index is outside the list.
 const std::string* QualityOptions(const Settings& settings, const EncoderRow& row);
 
 /// A song and what it is to become. The parts outlive the request.

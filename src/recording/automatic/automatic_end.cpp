@@ -58,7 +58,7 @@ void AutomaticEnd::ForgetSource() {
     Changes.clear();
     Last.reset();
     TrackBegan.reset();
-    Told = PlayerStatus::Unknown;
+    LastStatus = PlayerStatus::Unknown;
 }
 
 void AutomaticEnd::Forget() {

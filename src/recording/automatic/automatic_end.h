@@ -58,7 +58,7 @@ struct AutomaticStep {
     enum class Kind {
         Write,   ///< everything up to, not including, Slot belongs to the song
         Close,   ///< the song ends
-        MoveTo,  ///< go on at Slot: what lies before it is in no song, or is in both
+        MoveTo,  ///< go on at Slot: what is before it is in no song, or is in both
         Undo,    ///< the oldest changes that were noticed were none: no song began with them
     };
     Kind What = Kind::Write;
@@ -210,7 +210,7 @@ class AutomaticEnd {
     std::optional<int64_t> PausedAt;   ///< the player has said that it paused
     std::optional<int64_t> ResumedAt;  ///< and that it plays again
     std::optional<int64_t> StoppedAt;  ///< the player has stopped, or has gone
-    PlayerStatus Told = PlayerStatus::Unknown;
+    PlayerStatus LastStatus = PlayerStatus::Unknown;
     std::optional<int64_t> TrackBegan;   ///< where the track that plays would have begun
     std::optional<SourceLook> Standing;  ///< since when it is watched whether the position moves
     bool Stands = false;                 ///< the player says that it plays, but its position does not move

@@ -141,11 +141,11 @@ void AutomaticEnd::NoteStanding(const SourceLook& look) {
 }
 
 void AutomaticEnd::FollowStatus(const SourceLook& look) {
-    const bool was = Told == PlayerStatus::Playing || Told == PlayerStatus::Unknown;
+    const bool was = LastStatus == PlayerStatus::Playing || LastStatus == PlayerStatus::Unknown;
     const bool gone = look.Source.empty() && Last && !Last->Source.empty();
     const PlayerStatus now = gone ? PlayerStatus::Stopped : look.Status;
-    if (now == Told) return;
-    Told = now;
+    if (now == LastStatus) return;
+    LastStatus = now;
     switch (now) {
         case PlayerStatus::Paused:
             PausedAt = look.Slot;

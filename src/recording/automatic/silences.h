@@ -38,7 +38,7 @@ class Silences {
     /// The silence that the signal is in now.
     std::optional<SlotRun> Present() const;
 
-    /// The first silence of at least `least` slots that lies in, or reaches into, `within`; all of it, as far
+    /// The first silence of at least `least` slots that is in, or reaches into, `within`; all of it, as far
     /// as it is remembered.
     std::optional<SlotRun> First(SlotRun within, int64_t least) const;
 

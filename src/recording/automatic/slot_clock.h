@@ -5,7 +5,7 @@
 
 namespace Corvetape {
 
-/// Tells which slot of 50 ms is being heard at a moment, though it may not have arrived yet: on a busy
+/// Finds which slot of 50 ms is being heard at a moment, though it may not have arrived yet: on a busy
 /// machine buffers pile up and come all at once. They are late at times, but never early, so that the least
 /// delay of the last few seconds is the true one.
 class SlotClock {

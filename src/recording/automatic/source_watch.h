@@ -52,7 +52,7 @@ class SourceWatch {
     bool Busy = false;  ///< a tick waits for an answer of the user
 };
 
-/// The name that a source's cuts are learned by: that of a player without what tells its copies apart.
+/// The name that a source's cuts are learned by: that of a player without what distinguishes its copies.
 std::string NameToLearnBy(const std::string& player);
 
 }  // namespace Corvetape

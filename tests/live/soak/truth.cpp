@@ -33,7 +33,7 @@ void Truth::Take(std::span<const Frame> kept) {
     }
 }
 
-/// Puts the sound from `from` on to its place, as far as it goes without a break. One behind it.
+/// Puts the sound from `from` on to its place, as far as it goes without a break. One after it.
 size_t Truth::Place(std::span<const Frame> kept, size_t from) {
     const size_t limit = std::min(kept.size(), from + 2 * AnchorDistance);
     for (size_t at = from; at + 1 < limit; ++at) {

@@ -64,7 +64,7 @@ TEST(DiskSyncer, NobodyWaitsAndOnlySoManyFilesDo) {
     EXPECT_EQ(syncs, 0U);
     go.release(100);
     for (size_t i = 0; i < DiskSyncer::MostWaiting + 1; ++i) done.acquire();
-    syncer.Add(fileno(file.get()));  // comes behind all that waited
+    syncer.Add(fileno(file.get()));  // comes after all that waited
     done.acquire();
     EXPECT_EQ(syncs, DiskSyncer::MostWaiting + 2);
 }

@@ -159,7 +159,7 @@ TEST_F(LinuxFoldersTest, ARelativeHomeIsMeantFromThePresentFolder) {
               std::filesystem::canonical(folder.Path()).string() + "/sub/Music");
 }
 
-TEST_F(LinuxFoldersTest, TheProgramFolderIsThatOfTheProgramFileBehindLinks) {
+TEST_F(LinuxFoldersTest, TheProgramFolderIsThatOfTheProgramFileThatLinksLeadTo) {
     EXPECT_EQ(LinuxFolders().ProgramFolder(),
               std::filesystem::read_symlink("/proc/self/exe").parent_path().string());
 }

@@ -171,7 +171,7 @@ TEST_F(LinuxProcessesTest, ShellOpenSearchesNamesOnTheSearchPath) {
     EXPECT_EQ(processes.ShellOpen("corvetape-has-no-such-program", "", ""), 2);
 }
 
-TEST_F(LinuxProcessesTest, ShellOpenTellsWhyItFailed) {
+TEST_F(LinuxProcessesTest, ShellOpenReportsWhyItFailed) {
     Script("broken",
            "\x7f"
            "ELF but not really");

@@ -48,7 +48,7 @@ TEST(LinuxSystemInfo, RaisingThePriorityNeitherFailsNorWaitsWithoutABus) {
     unsetenv("DBUS_SYSTEM_BUS_ADDRESS");
 }
 
-TEST(LinuxClock, TellsTheLocalTimeOfTheWallClock) {
+TEST(LinuxClock, GivesTheLocalTimeOfTheWallClock) {
     const time_t before = time(nullptr);
     const DateTime now = LinuxClock().LocalNow();
     const time_t after = time(nullptr);

@@ -63,7 +63,7 @@ double Seconds(const LossMeter::Loss& loss) {
     return static_cast<double>(loss.Frames) / Rate;
 }
 
-TEST(LossMeter, ADayOfJitterTellsNothing) {
+TEST(LossMeter, ADayOfJitterReportsNothing) {
     for (uint32_t seed = 1; seed <= 3; ++seed) {
         Stream stream(0, seed);
         stream.Run(24 * 3600 * Second);
@@ -71,7 +71,7 @@ TEST(LossMeter, ADayOfJitterTellsNothing) {
     }
 }
 
-TEST(LossMeter, ASoundCardThatRunsFastOrSlowTellsNothing) {
+TEST(LossMeter, ASoundCardThatRunsFastOrSlowReportsNothing) {
     for (const double drift : {-0.001, -0.0003, 0.0003, 0.001}) {
         Stream stream(drift);
         stream.Run(24 * 3600 * Second);
@@ -79,7 +79,7 @@ TEST(LossMeter, ASoundCardThatRunsFastOrSlowTellsNothing) {
     }
 }
 
-TEST(LossMeter, StallsWhoseBacklogComesLaterTellNothing) {
+TEST(LossMeter, StallsWhoseBacklogComesLaterReportNothing) {
     Stream stream;
     stream.Run(5 * Second);
     for (int64_t length = 100 * Ms; length < 20 * Second; length = length * 3 / 2) {
@@ -90,7 +90,7 @@ TEST(LossMeter, StallsWhoseBacklogComesLaterTellNothing) {
     EXPECT_TRUE(stream.Losses.empty());
 }
 
-TEST(LossMeter, LostFramesWithoutAReasonAreToldOnceWithTheirLength) {
+TEST(LossMeter, LostFramesWithoutAReasonAreReportedOnceWithTheirLength) {
     for (const int64_t lost : {150 * Ms, 300 * Ms, 2 * Second, 12 * Second}) {
         Stream stream(0.0002);
         stream.Run(60 * Second);
@@ -102,7 +102,7 @@ TEST(LossMeter, LostFramesWithoutAReasonAreToldOnceWithTheirLength) {
     }
 }
 
-TEST(LossMeter, SeveralLossesAreToldOneByOne) {
+TEST(LossMeter, SeveralLossesAreReportedOneByOne) {
     Stream stream;
     stream.Run(10 * Second);
     for (int i = 0; i < 5; ++i) {
@@ -124,7 +124,7 @@ TEST(LossMeter, ALossAfterAStallLongerThanTheServerKeepsIsAnOverrun) {
     EXPECT_NEAR(Seconds(stream.Losses[0]), 8, 0.05);
 }
 
-TEST(LossMeter, AnInterruptionIsToldAfterItHasEnded) {
+TEST(LossMeter, AnInterruptionIsReportedAfterItHasEnded) {
     Stream stream;
     stream.Run(10 * Second);
     stream.Interrupt(WaveInIncidentKind::ServerLost, true);
@@ -137,7 +137,7 @@ TEST(LossMeter, AnInterruptionIsToldAfterItHasEnded) {
     EXPECT_NEAR(Seconds(stream.Losses[0]), 3, 0.05);
 }
 
-TEST(LossMeter, ACertainInterruptionIsToldHoweverShortItWas) {
+TEST(LossMeter, ACertainInterruptionIsReportedHoweverShortItWas) {
     Stream stream;
     stream.Run(10 * Second);
     stream.Interrupt(WaveInIncidentKind::DeviceLost, true);
@@ -147,7 +147,7 @@ TEST(LossMeter, ACertainInterruptionIsToldHoweverShortItWas) {
     EXPECT_LT(Seconds(stream.Losses[0]), 0.07);
 }
 
-TEST(LossMeter, AnUncertainInterruptionWithoutALossTellsNothing) {
+TEST(LossMeter, AnUncertainInterruptionWithoutALossReportsNothing) {
     Stream stream;
     stream.Run(10 * Second);
     stream.Interrupt(WaveInIncidentKind::DeviceLost, false);
@@ -179,7 +179,7 @@ TEST(LossMeter, TimeCountsFromTheStartIfTheDeviceWasAwayThen) {
     EXPECT_NEAR(Seconds(stream.Losses[0]), 4, 0.1);
 }
 
-TEST(LossMeter, AStreamThatDeliversLaterAndLaterWhileItBeginsTellsNothing) {
+TEST(LossMeter, AStreamThatDeliversLaterAndLaterWhileItBeginsReportsNothing) {
     LossMeter meter(44100);
     meter.Start(0);
     int64_t now = 10 * Ms;  // the first block comes early

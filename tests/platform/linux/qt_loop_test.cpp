@@ -138,7 +138,7 @@ TEST_F(QtLoopTest, WorkThatPostsItselfDoesNotKeepProcessEvents) {
     EXPECT_LE(runs, 3);
 }
 
-TEST_F(QtLoopTest, ANestedLoopHandlesTheWorkBehindTheOneThatOpenedIt) {
+TEST_F(QtLoopTest, ANestedLoopHandlesTheWorkAfterTheOneThatOpenedIt) {
     std::vector<int> order;
     loop.Post([&] {
         order.push_back(1);

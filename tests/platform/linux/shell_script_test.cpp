@@ -206,7 +206,7 @@ TEST(ShellScript, AValueThatBeginsAWordWithAHyphenGetsABlankAhead) {
                 ElementsAre(" -x", "a", " -x"));  // a line goes on
 }
 
-TEST(ShellScript, AValueBehindTextOfItsWordKeepsItsHyphen) {
+TEST(ShellScript, AValueAfterTextOfItsWordKeepsItsHyphen) {
     EXPECT_THAT(Arguments("--t=%1 a%1 \"b %1\" 'c %1'", {"-x"}),
                 ElementsAre("--t=-x", "a-x", "b -x", "c -x"));
     EXPECT_THAT(Arguments("%1%2", {"a", "-x"}), ElementsAre("a-x"));

@@ -175,7 +175,7 @@ TEST_F(SoundFileSourceTest, ACutOffFilePlaysAsFarAsItGoes) {
     }
 }
 
-TEST_F(SoundFileSourceTest, Rf64TellsItsLengthInAChunkOfItsOwn) {
+TEST_F(SoundFileSourceTest, Rf64StatesItsLengthInAChunkOfItsOwn) {
     const std::string sizes =
         Little(0, 8) + Little(Raw(noise).size(), 8) + Little(noise.size(), 8) + Little(0, 4);
     const std::string chunks =
@@ -318,12 +318,12 @@ TEST_F(SoundFileSourceTest, TagsOfAWavAreRead) {
     EXPECT_EQ(media.Artist, "abc") << "a length past the list's end";
 }
 
-TEST_F(SoundFileSourceTest, AMissingFileIsTold) {
+TEST_F(SoundFileSourceTest, AMissingFileIsReported) {
     EXPECT_EQ(Why(SoundFileProblem::NotFound), "no such file");
     EXPECT_EQ(SoundFileSource::NativeRate(path), 0u);
 }
 
-TEST_F(SoundFileSourceTest, WhatIsNoFileIsTold) {
+TEST_F(SoundFileSourceTest, WhatIsNoFileIsReported) {
     std::filesystem::create_directory(path);
     EXPECT_EQ(Why(SoundFileProblem::CannotBeRead), "is a folder");
     std::filesystem::remove(path);
@@ -331,7 +331,7 @@ TEST_F(SoundFileSourceTest, WhatIsNoFileIsTold) {
     EXPECT_EQ(Why(SoundFileProblem::CannotBeRead), "is not a file on a disk");
 }
 
-TEST_F(SoundFileSourceTest, WhatIsNoSoundIsTold) {
+TEST_F(SoundFileSourceTest, WhatIsNoSoundIsReported) {
     for (const std::string& content : {std::string(), std::string("hello world\n"), std::string(50'000, '\0'),
                                        std::string("RIFF\0\0\0\0AVI LIST", 16)}) {
         Put(content);
@@ -347,7 +347,7 @@ TEST_F(SoundFileSourceTest, WhatIsNoSoundIsTold) {
               "not a sound file that can be read, such as WAV, FLAC, Ogg or MP3");
 }
 
-TEST_F(SoundFileSourceTest, ABrokenHeaderIsTold) {
+TEST_F(SoundFileSourceTest, ABrokenHeaderIsReported) {
     const std::string data = Chunk("data", Raw(noise));
     const std::vector<std::string> broken = {
         "RIFF" + Little(4, 4) + "WAVE",
@@ -371,7 +371,7 @@ TEST_F(SoundFileSourceTest, ABrokenHeaderIsTold) {
     }
 }
 
-TEST_F(SoundFileSourceTest, AFileWithoutFramesIsTold) {
+TEST_F(SoundFileSourceTest, AFileWithoutFramesIsReported) {
     Put(Riff(Format(1, 2, 44100, 16) + Chunk("data", "")));
     EXPECT_EQ(Why(SoundFileProblem::NoFrames), "there is no sound in it");
     Put(Riff(Format(1, 2, 44100, 16) + Chunk("data", "abc")));
@@ -380,7 +380,7 @@ TEST_F(SoundFileSourceTest, AFileWithoutFramesIsTold) {
     EXPECT_EQ(Why(SoundFileProblem::NoFrames), "there is no sound in it") << "chunks are no samples";
 }
 
-TEST_F(SoundFileSourceTest, MoreThanTwoChannelsAreTold) {
+TEST_F(SoundFileSourceTest, MoreThanTwoChannelsAreReported) {
     Put(Riff(Format(1, 6, 44100, 16) + Chunk("data", std::string(1200, 'x'))));
     EXPECT_EQ(Why(SoundFileProblem::TooManyChannels), "has 6 channels; only mono and stereo can be used");
 }

@@ -300,7 +300,7 @@ TEST_F(RealEncoders, SeveralSongsAreEncodedSideBySide) {
     for (const std::string& path : made) EXPECT_TRUE(Exists(path)) << path;
 }
 
-TEST_F(RealEncoders, AMissingToolIsToldAndKeepsTheSong) {
+TEST_F(RealEncoders, AMissingToolIsReportedAndKeepsTheSong) {
     RunShell("mkdir " + ShellWord(Root + "/bin") +
              "; for i in date mkdir od tr rm mv ln cp sh stat wc; do ln -s \"$(command -v $i)\" " +
              ShellWord(Root + "/bin") + "; done");

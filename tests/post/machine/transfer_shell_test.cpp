@@ -113,7 +113,7 @@ TEST_F(TransferShellTest, AFileThatIsBeingRecordedIsNeitherDeletedNorItsNameTake
     EXPECT_EQ(RunLastJob().Output, "2") << "the music is numbered whatever the rule";
 }
 
-TEST_F(TransferShellTest, TheCommandIsToldTheRuleForMusicOfTheSameName) {
+TEST_F(TransferShellTest, TheCommandKnowsTheRuleForMusicOfTheSameName) {
     Bench.Options.EncoderCommand[0] = "printf %s \"$CORVET_SAME_NAME,$CORVET_WORK,$CORVET_MADE\"";
     for (const int32_t rule : {0, 1, 2}) {
         Bench.Options.SameName = rule;

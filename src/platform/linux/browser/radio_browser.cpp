@@ -92,11 +92,11 @@ struct RadioBrowser::Core : std::enable_shared_from_this<RadioBrowser::Core> {
             Present = {};
             if (News) News->Failed(WebViewFailure::PageCrashed);
         } else if (News) {
-            Tell(kind, message);
+            Notify(kind, message);
         }
     }
 
-    void Tell(const QString& kind, const QJsonObject& message) {
+    void Notify(const QString& kind, const QJsonObject& message) {
         if (kind == BrowserProtocol::Status) {
             News->StatusText(message[BrowserProtocol::Text].toString().toStdString());
         } else if (kind == BrowserProtocol::Progress) {

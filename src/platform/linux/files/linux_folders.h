@@ -8,7 +8,7 @@ namespace Corvetape {
 
 /// The folders of this user as the desktop's conventions name them.
 ///
-/// With a home folder given, every folder lies below it and neither the user's own folders nor the
+/// With a home folder given, every folder is below it and neither the user's own folders nor the
 /// variables that name them are looked at: config, cache, share, Documents, Music, Videos, Pictures.
 class LinuxFolders : public Folders {
  public:

@@ -23,7 +23,7 @@ Target Split(const std::string& path) {
     return {slash == 0 ? "/" : path.substr(0, slash), path.substr(slash + 1)};
 }
 
-/// Where the content belongs: behind the symbolic links, also if the last one leads to a file that is
+/// Where the content belongs: at the end of symbolic links, also if the last one leads to a file that is
 /// still missing.
 std::optional<Target> Resolve(std::string path) {
     for (int links = 0; links < 40; ++links) {

@@ -206,7 +206,7 @@ void MprisListener::Take(Player& player, const QVariantMap& properties) {
     const bool moved = report.Playing != player.Report.Playing || report.TrackId != player.Report.TrackId ||
                        report.Address != player.Report.Address;
     if (moved || !report.Playing) report.BeganAtMs = -1;
-    Tell(player, std::move(report));
+    PassOn(player, std::move(report));
     if (moved && player.Report.Playing) AskForPositions();
 }
 
@@ -236,13 +236,13 @@ void MprisListener::TakePosition(const QString& name, const QString& owner, qint
     const qint64 began = (askedAt + Now()) / 2 - position;
     if (report.BeganAtMs >= 0 && std::abs(began - report.BeganAtMs) <= PositionIsExactMs) return;
     report.BeganAtMs = began;
-    Tell(known->second, std::move(report));
+    PassOn(known->second, std::move(report));
 }
 
-void MprisListener::Tell(Player& player, PlayerReport report) {
+void MprisListener::PassOn(Player& player, PlayerReport report) {
     // Some players signal dozens of times a second that nothing has changed but their position.
-    if (player.Told && report == player.Report) return;
-    player.Told = true;
+    if (player.PassedOn && report == player.Report) return;
+    player.PassedOn = true;
     player.Report = std::move(report);
     News.Changed(player.Report);
 }
@@ -250,9 +250,9 @@ void MprisListener::Tell(Player& player, PlayerReport report) {
 void MprisListener::Forget(const QString& name) {
     const auto known = Known.find(name);
     if (known == Known.end()) return;
-    const bool told = known->second.Told;
+    const bool passedOn = known->second.PassedOn;
     Known.erase(known);
-    if (told) News.Gone(name.toStdString());
+    if (passedOn) News.Gone(name.toStdString());
 }
 
 void MprisListener::Disconnected() {

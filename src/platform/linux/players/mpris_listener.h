@@ -46,7 +46,7 @@ class MprisListener : public QObject {
         PlayerReport Report;
         bool Asking = false;    ///< an answer is awaited
         bool AskAgain = false;  ///< something has changed since it was asked
-        bool Told = false;
+        bool PassedOn = false;
     };
     using Answered = std::function<void(const QDBusMessage&)>;
 
@@ -64,7 +64,7 @@ class MprisListener : public QObject {
     void TakePosition(const QString& name, const QString& owner, qint64 askedAt, const QDBusMessage& answer);
     void TakeAnswer(const QString& name, const QString& owner, const QDBusMessage& answer);
     void Take(Player& player, const QVariantMap& properties);
-    void Tell(Player& player, PlayerReport report);
+    void PassOn(Player& player, PlayerReport report);
     void Forget(const QString& name);
 
     const QString Address;

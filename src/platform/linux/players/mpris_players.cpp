@@ -40,7 +40,7 @@ MprisNews NewsFor(EventLoop& loop, const std::weak_ptr<Callbacks>& callbacks) {
 }  // namespace
 
 std::string SessionBusAddress() {
-    // The library itself would start a bus where it finds none, or where it is told to.
+    // The library itself would start a bus where it finds none, or where it is asked to.
     std::string address = Variable("DBUS_SESSION_BUS_ADDRESS");
     if (address.starts_with("autolaunch:") || address.starts_with("disabled:")) return {};
     if (!address.empty()) return address;
@@ -54,7 +54,7 @@ std::string SessionBusAddress() {
 class MprisPlayers::Thread : public QThread {
  public:
     Thread(EventLoop& loop, MprisTerms options, std::shared_ptr<Callbacks> listener)
-        : Choice(std::move(options)), Told(std::move(listener)), News(NewsFor(loop, Told)) {
+        : Choice(std::move(options)), Listener(std::move(listener)), News(NewsFor(loop, Listener)) {
         start();
     }
     ~Thread() override {
@@ -73,7 +73,7 @@ class MprisPlayers::Thread : public QThread {
 
  private:
     const MprisTerms Choice;
-    const std::shared_ptr<Callbacks> Told;
+    const std::shared_ptr<Callbacks> Listener;
     const MprisNews News;
 };
 

@@ -39,7 +39,7 @@ bool IsPictureOfBrowser(const QString& address) {
 }
 
 /// Whether a piece may name this picture. Files of this machine are those of pieces that are files
-/// themselves, and those that browsers make: whatever else a page or a stream is told by others to show is
+/// themselves, and those that browsers make: whatever else others make a page or a stream show is
 /// fetched from the web.
 bool MayShow(const QString& address, const QString& piece) {
     const auto begins = [](const QString& text, const char* with) {

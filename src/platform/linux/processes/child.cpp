@@ -44,7 +44,7 @@ struct Failure {
         execv(start.Program.c_str(), arguments);
         failure = {errno, 0};
     }
-    [[maybe_unused]] const ssize_t told = write(report, &failure, sizeof failure);
+    [[maybe_unused]] const ssize_t written = write(report, &failure, sizeof failure);
     _exit(127);
 }
 

@@ -87,7 +87,7 @@ bool LinuxSingleInstance::Claim() {
     if (Uninterrupted([&] { return flock(claimed->Lock.Number(), LOCK_EX | LOCK_NB); }) != 0) {
         return errno != EWOULDBLOCK;
     }
-    // A socket that still lies there is that of a program that was killed.
+    // A socket that is still there is that of a program that was killed.
     unlinkat(claimed->Folder.Number(), SocketName, 0);
     claimed->Socket = NewSocket();
     const sockaddr_un address = SocketAddress(claimed->Folder);

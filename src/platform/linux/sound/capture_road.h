@@ -40,7 +40,7 @@ class CaptureRoad {
 
     bool AnyNotice() const { return Waiting.load(std::memory_order_acquire) > 0; }
 
-    /// The oldest notice whose place lies before the end of the next `frames` frames, or nothing.
+    /// The oldest notice whose place is before the end of the next `frames` frames, or nothing.
     std::optional<CaptureNotice> NoticeWithin(size_t frames) {
         if (!AnyNotice()) return std::nullopt;
         const std::lock_guard guard(Lock);

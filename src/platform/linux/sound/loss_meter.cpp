@@ -49,7 +49,7 @@ void LossMeter::Start(int64_t now) {
 
 void LossMeter::Interrupted(WaveInIncidentKind kind, bool certain) {
     if (!Reason || Weight(kind) > Weight(*Reason)) Reason = kind;
-    MustTell = MustTell || certain;
+    MustReport = MustReport || certain;
     Suspicious = false;
 }
 
@@ -97,14 +97,14 @@ std::optional<LossMeter::Loss> LossMeter::Settle(int64_t now, double lag, int64_
     const double missing = std::max(SuspiciousLowest - Lowest, 0.0);
     const Loss loss{Reason.value_or(WaveInIncidentKind::ClockDrift),
                     static_cast<uint64_t>(std::llround(missing))};
-    const bool tell = MustTell || missing >= Clearly;
+    const bool report = MustReport || missing >= Clearly;
     Lowest = SuspiciousLowest;
     PeriodBegin = now;
     PeriodLowest = lag;
     Suspicious = false;
     Reason.reset();
-    MustTell = false;
-    return tell ? std::optional(loss) : std::nullopt;
+    MustReport = false;
+    return report ? std::optional(loss) : std::nullopt;
 }
 
 void LossMeter::Follow(int64_t now, double lag) {

@@ -55,7 +55,7 @@ class LossMeter {
     double SuspiciousLowest = 0;
 
     std::optional<WaveInIncidentKind> Reason;
-    bool MustTell = false;
+    bool MustReport = false;
 };
 
 }  // namespace Corvetape

@@ -112,7 +112,7 @@ int64_t PulseCapture::NextLook(int64_t now) const {
 
 void PulseCapture::Watch(int64_t now) {
     // The road may have been opened while nothing came.
-    if (Away && !ToldLost) TellLost(AwayKind, true);
+    if (Away && !ReportedLost) ReportLost(AwayKind, true);
     if (!Context || Broken) return;
     if (!Accepting) {
         if (now - AttemptBegan > AttemptLimit) Break(WaveInIncidentKind::ServerLost, PA_ERR_TIMEOUT);
@@ -122,7 +122,7 @@ void PulseCapture::Watch(int64_t now) {
     if (silence > SilenceMeansBroken) {
         Break(WaveInIncidentKind::DeviceLost, PA_ERR_TIMEOUT);
     } else if (silence > SilenceMeansLost) {
-        TellLost(WaveInIncidentKind::DeviceLost, false);
+        ReportLost(WaveInIncidentKind::DeviceLost, false);
     }
 }
 
@@ -154,7 +154,7 @@ void PulseCapture::Break(WaveInIncidentKind kind, int error) {
     Accepting = false;
     // A server that is still gone at the next attempt says less than when it went.
     if (!Away || AwayError == PA_OK) AwayError = error;
-    TellLost(kind, true);
+    ReportLost(kind, true);
 }
 
 void PulseCapture::ContextChanged(pa_context* changed, void* user) {
@@ -234,7 +234,7 @@ void PulseCapture::StreamMoved(pa_stream* moved, void* user) {
 void PulseCapture::StreamSuspended(pa_stream* suspended, void* user) {
     PulseCapture& self = Self(user);
     if (self.Accepting && pa_stream_is_suspended(suspended) > 0) {
-        self.TellLost(WaveInIncidentKind::DeviceLost, false);
+        self.ReportLost(WaveInIncidentKind::DeviceLost, false);
     }
 }
 
@@ -270,8 +270,8 @@ void PulseCapture::Take(const void* data, size_t frames) {
     Away = false;
     BeginDelivering();
     if (!Delivering) return;
-    if (ToldLost) {
-        ToldLost = false;
+    if (ReportedLost) {
+        ReportedLost = false;
         Say(CaptureNotice::What::Back, AwayKind, 0);
     }
     if (data == nullptr) {  // a hole: the server says itself that these are missing
@@ -296,14 +296,14 @@ void PulseCapture::Account(uint64_t frames) {
     }
 }
 
-void PulseCapture::TellLost(WaveInIncidentKind kind, bool certain) {
+void PulseCapture::ReportLost(WaveInIncidentKind kind, bool certain) {
     Away = true;
     AwayKind = kind;
     BeginDelivering();
     if (!Delivering) return;
     Meter.Interrupted(kind, certain);
-    if (ToldLost) return;
-    ToldLost = true;
+    if (ReportedLost) return;
+    ReportedLost = true;
     Say(CaptureNotice::What::Lost, kind, 0);
 }
 

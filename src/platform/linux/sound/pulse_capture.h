@@ -54,7 +54,7 @@ class PulseCapture {
     void Watch(int64_t now);
     int64_t NextLook(int64_t now) const;
     void Break(WaveInIncidentKind kind, int error);
-    void TellLost(WaveInIncidentKind kind, bool certain);
+    void ReportLost(WaveInIncidentKind kind, bool certain);
     void BeginDelivering();
     void Say(CaptureNotice::What said, WaveInIncidentKind kind, uint64_t lostFrames);
     void Read();
@@ -80,10 +80,10 @@ class PulseCapture {
     PulseStream Stream;
     PulseOperation Question;
     LossMeter Meter;
-    bool Delivering = false;  // the road is open, and the meter runs
-    bool Accepting = false;   // the stream is ready and from the right source
-    bool Away = false;        // nothing comes at present
-    bool ToldLost = false;    // and the road knows
+    bool Delivering = false;    // the road is open, and the meter runs
+    bool Accepting = false;     // the stream is ready and from the right source
+    bool Away = false;          // nothing comes at present
+    bool ReportedLost = false;  // and the road knows
     WaveInIncidentKind AwayKind = WaveInIncidentKind::DeviceLost;
     bool Broken = false;      // connection to be given up
     int AwayError = 0;        // the server's number of the reason; 0 if it gave none

@@ -67,13 +67,13 @@ class Receiver : public std::enable_shared_from_this<Receiver> {
         Road.Clear();
     }
 
-    /// Fills at most `most` buffers and reports what lies between them.
+    /// Fills at most `most` buffers and reports what is between them.
     void Deliver(size_t most) {
         const std::shared_ptr<Receiver> keep = shared_from_this();
         const uint64_t began = Generation;
         const bool outer = std::exchange(Delivering, true);
         for (size_t count = 0; count < most && began == Generation; ++count) {
-            if (!TellNotices(began)) break;
+            if (!ReportNotices(began)) break;
             WaveHeader* const header = Waiting.First();
             if (header == nullptr) break;
             const size_t frames = header->dwBufferLength / sizeof(Frame);
@@ -113,7 +113,7 @@ class Receiver : public std::enable_shared_from_this<Receiver> {
     }
 
     /// False if the stream was reset by one of the listeners.
-    bool TellNotices(uint64_t began) {
+    bool ReportNotices(uint64_t began) {
         while (const std::optional<CaptureNotice> notice = Road.NoticeWithin(BufferFrames)) {
             switch (notice->Said) {
                 case CaptureNotice::What::Lost:

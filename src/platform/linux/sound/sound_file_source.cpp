@@ -94,7 +94,7 @@ class WaveDecoder : public Decoder {
     std::vector<std::byte> Bytes;
 };
 
-/// Keeps the standard error output quiet: the MPEG decoder behind libsndfile writes its notes there, past
+/// Keeps the standard error output quiet: the MPEG decoder of libsndfile writes its notes there, past
 /// every setting.
 class QuietDecoder {
  public:
@@ -208,7 +208,7 @@ struct OpenedFile {
     SoundFileProblem Problem = SoundFileProblem::None;
     std::string Why;
     std::unique_ptr<Decoder> Samples;
-    Descriptor Direct;  // instead of Samples: 16-bit stereo, to be read as it lies there
+    Descriptor Direct;  // instead of Samples: 16-bit stereo, to be read as it is there
     WaveFileInfo Wave;
     uint32_t Rate = 0;
     uint32_t Channels = 0;
