@@ -16,7 +16,6 @@
 #include "platform/files.h"
 #include "platform/folders.h"
 #include "platform/system_info.h"
-#include "post/encoders/encoder_table.h"
 #include "post/options/app_launch.h"
 
 namespace Corvetape {
@@ -124,8 +123,7 @@ Program::Next Program::ReadSongCounter() {
 }
 
 Program::Next Program::DetectEncoders() {
-    const EncoderRow* chosen = FindEncoder(Memory->Options.Encoder);
-    const bool wanted = Options.ProbeAllTools || (chosen && chosen->Needs == EncoderTool::WmaEncoder);
+    const bool wanted = Options.ProbeAllTools || NeedsWmaEncoder(Memory->Options);
     WmaEncoderProbe probe(Host.Files, Host.Processes, Parts->Registry);
     Parts->Encoders.EnableFound(
         FindTools(Host.Files, Host.Folders, Memory->Folders, wanted ? &probe : nullptr));

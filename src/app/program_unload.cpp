@@ -5,6 +5,7 @@
 #include "app/program_parts.h"
 #include "core/controls/message_texts.h"
 #include "core/version.h"
+#include "core/window_place.h"
 #include "core/windows_version.h"
 #include "platform/desktop.h"
 #include "platform/dialogs.h"
@@ -135,7 +136,7 @@ void Program::RemoveTempFolder() {
 }
 
 void Program::DeleteTempFolder() {
-    if (Memory->Options.DelTempFolder && !Memory->Options.EncodeOffline) {
+    if (TempFolderGoes(Memory->Options)) {
         Parts->Results.Collect();  // the margins of a song go once it is encoded
         Parts->MarginFiles.DropOfThisRun();
     }
@@ -183,10 +184,7 @@ void Program::SaveWindowPlace() {
     const frmMain& form = Memory->Form;
     const WindowPlace& place = form.Place();
     if (place == WindowPlace{}) return;  // a run without a window
-    std::string text;
-    for (const int32_t number : {place.Left, place.Top, place.Width, place.Height}) {
-        text += (text.empty() ? "" : ";") + std::to_string(number);
-    }
+    const std::string text = PlaceText(place);
     const bool normal = form.State() == WindowState::Normal;
     if (normal && text != Memory->Options.FormPos) Parts->Store.WriteSetting("Form", "Pos", text);
     const auto state = static_cast<int32_t>(form.State());

@@ -79,4 +79,12 @@ std::optional<WindowPosition> StoredPosition(std::string_view pos) {
     return position;
 }
 
+std::string PlaceText(const WindowPlace& place) {
+    std::string text;
+    for (const int32_t number : {place.Left, place.Top, place.Width, place.Height}) {
+        text += (text.empty() ? "" : ";") + std::to_string(number);
+    }
+    return text;
+}
+
 }  // namespace Corvetape

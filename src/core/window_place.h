@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "core/controls/form.h"
@@ -19,6 +20,9 @@ struct WindowPosition {
 /// fewer than four pieces, if left and top have no bit in common (this odd test is kept), or if the window
 /// had no width or no height.
 std::optional<WindowPosition> StoredPosition(std::string_view pos);
+
+/// A place as it is stored: "left;top;width;height".
+std::string PlaceText(const WindowPlace& place);
 
 /// Width and height in twips.
 struct TwipSize {

@@ -68,12 +68,7 @@ void FloatingBars::Load(TwipSize screen) {
 
 void FloatingBars::Save() {
     if (!Loaded) return;
-    const WindowPlace& place = InUse->Place();
-    std::string text;
-    for (const int32_t number : {place.Left, place.Top, place.Width, place.Height}) {
-        text += (text.empty() ? "" : ";") + std::to_string(number);
-    }
-    Parts.Store.WriteSetting(Section, "Pos", text);
+    Parts.Store.WriteSetting(Section, "Pos", PlaceText(InUse->Place()));
     Parts.Store.WriteSetting(Section, "Visible", Parts.Form.chkQuickButtons.Value() == 0 ? 1 : 0);
     Parts.Cover.tmrHide.Detach();
     Parts.Plain.Visible(false);

@@ -38,6 +38,11 @@ FoundTools FindTools(Files& files, Folders& folders, const WorkingFolders& place
     return found;
 }
 
+bool NeedsWmaEncoder(const Settings& settings) {
+    const EncoderRow* chosen = FindEncoder(settings.Encoder);
+    return chosen != nullptr && chosen->Needs == EncoderTool::WmaEncoder;
+}
+
 bool HasTool(const FoundTools& found, EncoderTool tool) {
     switch (tool) {
         case EncoderTool::None:

@@ -48,6 +48,9 @@ std::string FindTool(std::string_view name, Files& files, Folders& folders, cons
 /// Looks for all tools. `probe` may be missing, and is asked only if there is an ffmpeg.
 FoundTools FindTools(Files& files, Folders& folders, const WorkingFolders& places, WmaEncoderProbe* probe);
 
+/// The chosen format needs the WMA encoder.
+bool NeedsWmaEncoder(const Settings& settings);
+
 /// True if the encoders that need `tool` can be chosen.
 bool HasTool(const FoundTools& found, EncoderTool tool);
 

@@ -74,7 +74,7 @@ void EncoderResults::ReportSameName(const MadeMusic& music, const std::string& e
 }
 
 void EncoderResults::DeleteTempFolder(const Settings& options, const WorkingFolders& folders) {
-    if (!options.DelTempFolder || options.EncodeOffline) return;
+    if (!TempFolderGoes(options)) return;
     Collect();
     // Only what this run has made and finished with: others may keep songs here, or their own files.
     for (const std::string& song : Finished) {

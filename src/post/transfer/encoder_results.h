@@ -26,6 +26,11 @@ std::optional<MadeMusic> ReadMadeMusic(Files& files, const std::string& madeFile
 /// as it says that the music of a song is there.
 void DeleteLeftReports(Files& files, const std::string& songTempFolder, SystemInfo& runs);
 
+/// The folder for temporary songs goes at the end of the program, with what is finished in it.
+inline bool TempFolderGoes(const Settings& settings) {
+    return settings.DelTempFolder && !settings.EncodeOffline;
+}
+
 /// Follows the songs of this run whose encoders run, to their music files.
 class EncoderResults {
  public:
