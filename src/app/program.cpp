@@ -42,8 +42,8 @@ uint64_t Program::SongAgeSeconds() const {
 }
 
 Desk Program::Shown() {
-    return {*Memory,      Parts->Levels, Parts->Covers,   Parts->Bridge.get(), Parts->WatchTabs,
-            Parts->Songs, Parts->Bars,   Parts->Messages, Parts->Store};
+    return {*Memory,      Parts->Levels,        Parts->Covers, Parts->Bridge.get(), Parts->WatchTabs,
+            Parts->Songs, Parts->Recording.Age, Parts->Bars,   Parts->Messages,     Parts->Store};
 }
 
 void Program::Report(const std::string& key) {

@@ -1,8 +1,6 @@
 #include "app/wiring.h"
 
 #include "app/program_parts.h"
-#include "core/text/date_format.h"
-#include "platform/clock.h"
 
 namespace Corvetape {
 
@@ -15,15 +13,6 @@ CaptureEvents CaptureEventsOf(ProgramParts& parts) {
         if (parts.Events.InputEnded) parts.Events.InputEnded();
     };
     return events;
-}
-
-SongPlace SongPlaceOf(ProgramParts& parts) {
-    const auto baseName = [&parts] {
-        const std::string& stamp = parts.Memory.Options.MusicFileTemplate[0];
-        return SafePathPart(parts.Run.SongNamePrefix + FormatDate(stamp, parts.Host.Clock.LocalNow()));
-    };
-    return {parts.Memory.Signal.Format, parts.Memory.Options, parts.Memory.Folders, baseName,
-            parts.Run.MaxSongBytes};
 }
 
 SongEvents SongEventsOf(ProgramParts& parts) {

@@ -11,7 +11,6 @@ struct ProgramParts;
 /// Where the news of the signal go: what happens to songs and to the input. The results hold references into
 /// `parts`, which need not be complete yet.
 CaptureEvents CaptureEventsOf(ProgramParts& parts);
-SongPlace SongPlaceOf(ProgramParts& parts);
 SongEvents SongEventsOf(ProgramParts& parts);
 
 }  // namespace Corvetape

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/text/date_format.h"
 #include "core/text/placeholders.h"
 
 namespace Corvetape {
@@ -167,7 +168,8 @@ bool SongWriter::CreateSongFile() {
 }
 
 void SongWriter::NameFile() {
-    const std::string stamp = SafePathPart(Place.BaseName ? Place.BaseName() : "song");
+    const std::string date = FormatDate(Place.Settings.MusicFileTemplate[0], Place.Time.LocalNow());
+    const std::string stamp = SafePathPart(Place.NamePrefix + date);
     // A disk that fails to look must not cost the song that was kept in the same second.
     const bool again = stamp == Kept.Stamp;
     Name = {stamp, again ? Kept.Number : 0};

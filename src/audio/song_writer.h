@@ -21,6 +21,7 @@
 #include "core/deferred_messages.h"
 #include "core/media_state.h"
 #include "core/settings/settings.h"
+#include "platform/clock.h"
 #include "platform/files.h"
 
 namespace Corvetape {
@@ -48,12 +49,14 @@ struct SongParts {
 /// Where song files go, how they are named and what they hold. The references outlive the writer.
 struct SongPlace {
     const WaveFormat& Format;  ///< of the open input; a song whose format changes goes on in a next file
-    const Corvetape::Settings& Settings;  ///< StoreCoverImage
+    const Corvetape::Settings& Settings;  ///< StoreCoverImage, MusicFileTemplate
     const WorkingFolders& Folders;        ///< SongTempFolder
 
-    /// The stamp of the present date and time that a file is named by: one safe name part. Where a file of
-    /// that name stands already, "-2", "-3", ... is added, so that no recorded song is written over.
-    std::function<std::string()> BaseName;
+    /// A file is named after the present date and time, by Settings::MusicFileTemplate[0], with `NamePrefix`
+    /// before it. Where a file of that name exists, "-2", "-3", ... is added, so that no recorded song is
+    /// written over.
+    const Clock& Time;
+    std::string NamePrefix = {};
 
     /// Most audio bytes of one file; 0 or more than MostSongBytes: MostSongBytes.
     uint64_t MaxSongBytes = 0;

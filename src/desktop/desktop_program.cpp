@@ -121,11 +121,10 @@ void DesktopProgram::MakeWindow() {
     State& state = desk.Values;
     Covers = std::make_unique<CoverPictures>(&desk.Covers);
     Keys = std::make_unique<HelpKeys>(state.Lifecycle, static_cast<HelpPages&>(*this));
-    Ui = std::make_unique<UiParts>(UiParts{state.Form, state.Flags, state.Signal, state.Media, desk.Players,
-                                           state.Pause, state.Messages, desk.Levels, *Trace, Songs,
-                                           desk.Songs, desk.Lists, desk.Bars, *Keys, state.Options, *Covers,
-                                           Words(desk.Texts), [this] { return Recorder->SongAgeSeconds(); },
-                                           [this] { return Recorder->Close(); }});
+    Ui = std::make_unique<UiParts>(
+        UiParts{state.Form, state.Flags, state.Signal, state.Media, desk.Players, state.Pause, state.Messages,
+                desk.Levels, *Trace, Songs, desk.Songs, desk.Lists, desk.Bars, *Keys, state.Options, *Covers,
+                desk.Age, Words(desk.Texts), [this] { return Recorder->Close(); }});
     Shown = std::make_unique<MainWindow>(*Ui);
     Dialogs.Over(Shown.get());
     Screen.Over(*Shown, *Ui, state);

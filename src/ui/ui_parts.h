@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 
 #include "audio/pause_settings.h"
@@ -18,6 +17,7 @@
 #include "recording/run_songs.h"
 #include "recording/signal_trace.h"
 #include "recording/song_actions.h"
+#include "recording/song_age.h"
 #include "ui/cover_pictures.h"
 #include "ui/words.h"
 
@@ -41,8 +41,8 @@ struct UiParts {
     HelpKeys& Keys;
     const Settings& Options;
     CoverPictures& Covers;
+    const SongAge& Age;
     Words Say;
-    std::function<uint64_t()> SongAgeSeconds;
     std::function<bool()> Close;  ///< the user closes the window; false if it has to stay for now
 };
 

@@ -110,9 +110,8 @@ class SignalWay : public testing::TestWithParam<std::pair<EndOfSong, int32_t>> {
     DeferredMessages Messages;
     AudioRing Ring;
     WaveFormat Format;
-    SongWriter Writer{{Disk, Flags, Signal, Pause, Media, Messages, Cut},
-                      {Format, Options, Folders, [] { return std::string("song"); }},
-                      {}};
+    SongWriter Writer{
+        {Disk, Flags, Signal, Pause, Media, Messages, Cut}, {Format, Options, Folders, Clock}, {}};
     AudioDrain Drain{{Ring, Cut, Pause, Flags, Writer}};
     SongTargets Targets{Writer, Drain};
     SignalPath Path{{Signal, Pause, Ring, Clock}, {Signal, Cut, Pause, Flags, Ring}, Targets};

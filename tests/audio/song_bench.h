@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -18,6 +17,7 @@ class SongBench {
     explicit SongBench(uint64_t maxSongBytes = 0)
         : Writer({Disk, Flags, Signal, Pause, Media, Messages, Cut}, MakePlace(maxSongBytes), MakeEvents()) {
         Folders.SongTempFolder = "/temp/Corvet";
+        Options.MusicFileTemplate[0] = "yymmddhhnnss";
         Disk.MakeFolders(Folders.SongTempFolder);
         Flags.RecordingEnabled = true;
         Pause.PauseBuffers = 2;
@@ -100,7 +100,6 @@ class SongBench {
     Settings Options;
     WorkingFolders Folders;
     WaveFormat Format = MakeWaveFormat(44100);
-    std::string Stamp;  ///< in place of the clock's, if not empty
 
     std::vector<ClosedSong> Closed;
     std::vector<std::string> Begun;
@@ -113,18 +112,7 @@ class SongBench {
     SongWriter Writer;
 
  private:
-    SongPlace MakePlace(uint64_t maxSongBytes) {
-        return {Format, Options, Folders, [this] { return Stamp.empty() ? ClockStamp() : Stamp; },
-                maxSongBytes};
-    }
-
-    std::string ClockStamp() const {
-        const DateTime now = Clock.LocalNow();
-        char text[32] = {};
-        std::snprintf(text, sizeof text, "%02d%02d%02d%02d%02d%02d", now.Year % 100, now.Month, now.Day,
-                      now.Hour, now.Minute, now.Second);
-        return text;
-    }
+    SongPlace MakePlace(uint64_t maxSongBytes) { return {Format, Options, Folders, Clock, "", maxSongBytes}; }
 
     SongEvents MakeEvents() {
         SongEvents events;

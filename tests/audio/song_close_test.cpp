@@ -361,12 +361,12 @@ TEST_F(SongCloses, ASongThatSurelyBeginsWhereItWasHeardFirstIsWholeToo) {
 }
 
 TEST_F(SongCloses, TheEventsMayBeMissing) {
-    SongWriter writer({Disk, Flags, Signal, Pause, Media, Messages, Cut},
-                      {Format, Options, Folders, [] { return std::string("quiet"); }}, {});
+    SongWriter writer({Disk, Flags, Signal, Pause, Media, Messages, Cut}, {Format, Options, Folders, Clock},
+                      {});
     Media.SongMedia.Cover = "cover";
     Flags.RecordCurrentSong = true;
     for (int32_t i = 0; i < 30; ++i) EXPECT_TRUE(writer.WriteBufferToSong(NumberedBuffer(i), i == 29));
-    EXPECT_EQ(Media.SongMedia.TempFileName, "quiet");
+    EXPECT_EQ(Media.SongMedia.TempFileName, "240514120000");
     Flags.RecordCurrentSong = false;
     Flags.QuitAtEndOfSong = true;
     for (int32_t i = 0; i < 30; ++i) writer.WriteBufferToSong(NumberedBuffer(i), i == 29);

@@ -211,8 +211,7 @@ TEST(LongSongLimits, AtFourGibibytesASongGoesOnInTheNextFileWithoutALostFrame) {
     SongEvents events;
     events.SongClosed = [&](const ClosedSong& song) { closed.push_back(song); };
     SongWriter writer({disk, bench.Flags, bench.Signal, bench.Pause, bench.Media, bench.Messages, bench.Cut},
-                      {bench.Format, bench.Options, bench.Folders, [] { return std::string("song"); }},
-                      events);
+                      {bench.Format, bench.Options, bench.Folders, bench.Clock}, events);
     bench.Flags.RecordCurrentSong = true;
     bench.Pause.PauseBuffers = 0;
     WaveBuffer buffer = NumberedBuffer(0);

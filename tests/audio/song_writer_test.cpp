@@ -94,23 +94,29 @@ TEST_F(Songs, ASongIsNeverWrittenOverAnotherOfTheSameSecond) {
 }
 
 TEST_F(Songs, ANameCannotLeadOutOfItsFolder) {
-    Stamp = "../../etc\\passwd";
+    Options.MusicFileTemplate[0] = "\"../../etc\\passwd\"";
     Hear(1);
     EXPECT_EQ(Writer.SongBaseName(), ".._.._etc_passwd");
     Writer.AbortSong();
     Flags.RecordingEnabled = true;
-    Stamp.clear();
+    Options.MusicFileTemplate[0] = "yymmddhhnnss";
     Hear(1);
     EXPECT_EQ(Writer.SongBaseName(), "240514120000");
 }
 
-TEST(SongNames, WithoutAStampAFileStillHasAName) {
+TEST_F(Songs, AnEmptyTextAsTemplateStillGivesAName) {
+    Options.MusicFileTemplate[0] = "\"\"";
+    Hear(1);
+    EXPECT_EQ(Writer.SongBaseName(), "_");
+}
+
+TEST(SongNames, HaveThePrefixOfTheRunBeforeTheDate) {
     SongBench bench;
     SongWriter writer(
         {bench.Disk, bench.Flags, bench.Signal, bench.Pause, bench.Media, bench.Messages, bench.Cut},
-        {bench.Format, bench.Options, bench.Folders, nullptr}, {});
+        {bench.Format, bench.Options, bench.Folders, bench.Clock, "show "}, {});
     EXPECT_TRUE(writer.CreateSongFile());
-    EXPECT_EQ(writer.SongBaseName(), "song");
+    EXPECT_EQ(writer.SongBaseName(), "show 240514120000");
 }
 
 TEST_F(Songs, TheStartOfASongIsMarkedInTheHistoryBySign) {

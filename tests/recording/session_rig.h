@@ -21,8 +21,9 @@ class SessionRig {
  public:
     SessionRig()
         : Writer({Machine.Files, Flags, Signal, Pause, Media, Messages, Cut},
-                 {Format, Options, Folders, [] { return std::string("song"); }}, Events()),
+                 {Format, Options, Folders, Machine.Clock}, Events()),
           Drain({Ring, Cut, Pause, Flags, Writer}) {
+        Options.MusicFileTemplate[0] = "\"song\"";
         Machine.Files.MakeFolder("/home/user/temp");
         Folders.SongTempFolder = "/home/user/temp";
         Flags.RecordingEnabled = true;

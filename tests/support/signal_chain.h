@@ -25,7 +25,7 @@ class SignalChain {
               {inputs, machine.Loop, machine.Clock, Options, signal, Ring, target != nullptr ? *target : Ear},
               {}),
           Writer({machine.Files, Flags, signal, pause, media, Messages, Cut},
-                 {Format, Options, Folders, [] { return std::string("song"); }}, {}),
+                 {Format, Options, Folders, machine.Clock}, {}),
           Drain({Ring, Cut, pause, Flags, Writer}),
           Targets(Writer, Drain),
           Device(Input, Targets, Requests) {

@@ -121,11 +121,10 @@ class UiWorld {
         const Desk desk = Recorder->Shown();
         State& state = desk.Values;
         Covers = std::make_unique<CoverPictures>(&desk.Covers);
-        Ui = std::make_unique<UiParts>(
-            UiParts{state.Form, state.Flags, state.Signal, state.Media, desk.Players, state.Pause,
-                    state.Messages, desk.Levels, *Trace, Songs, desk.Songs, desk.Lists, desk.Bars, *Keys,
-                    state.Options, *Covers, Words(desk.Texts), [this] { return Recorder->SongAgeSeconds(); },
-                    [this] { return Recorder->Close(); }});
+        Ui = std::make_unique<UiParts>(UiParts{
+            state.Form, state.Flags, state.Signal, state.Media, desk.Players, state.Pause, state.Messages,
+            desk.Levels, *Trace, Songs, desk.Songs, desk.Lists, desk.Bars, *Keys, state.Options, *Covers,
+            desk.Age, Words(desk.Texts), [this] { return Recorder->Close(); }});
         Window = std::make_unique<MainWindow>(*Ui);
         Computer.Desktop.WhileAsked = [this](const std::string& what) {
             if (what == "ShowWindow") Window->show();

@@ -270,7 +270,7 @@ void RecordingView::RefreshPlayer() {
 
 void RecordingView::RefreshSource() {
     const frmMain& form = Parts.Form;
-    Age->setText(LengthText(Parts.SongAgeSeconds()));
+    Age->setText(LengthText(static_cast<uint64_t>(Parts.Age.Seconds())));
     Details->Show(Hint, form.txtSong.Text().empty());
     Details->Show(Album, !form.txtAlbum.Text().empty());
     Details->Show(Station, !form.txtStation.Text().empty());
