@@ -8,7 +8,7 @@ namespace Corvetape {
 namespace {
 
 constexpr uint64_t MostListBytes = 1U << 20U;
-constexpr int32_t MostChunks = 1'000;  // a file of so many chunks is none of music
+constexpr int32_t MostChunks = 1'000;  // a file of so many chunks is not music
 
 uint32_t NumberAt(std::string_view bytes, size_t at, size_t width) {
     uint32_t number = 0;

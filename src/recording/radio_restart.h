@@ -26,7 +26,7 @@ class RadioRestart {
  public:
     explicit RadioRestart(RadioRestartParts parts) : Parts(parts) {}
 
-    /// The page of a radio is on its way, and silence is no wonder.
+    /// The page of a radio is on its way, and silence is to be expected.
     bool Loading() const { return Parts.Launcher.BrowserLoading(); }
 
     /// Every second of a silence. True if the radio was started again.

@@ -54,7 +54,7 @@ std::string TempNames::Claim(const SongPassage& passage) {
 }
 
 /// Whether a song may take this name from the one that has it. Where songs are not taken to another folder,
-/// what stands there is music.
+/// what is there is music.
 bool TempNames::MakesRoom(const std::string& base, const SongPassage& passage) {
     const bool isMusic = Place.Options.EncodeOffline || passage.Names.TargetBase == passage.Names.SourceBase;
     const std::string song = base + ".wav";
