@@ -84,7 +84,7 @@ void SongNotes::Write(const std::string& baseName, const SongNote& note) {
     std::string text = SongNoteText(note);
     if (baseName == LastName && text == LastText) return;
     const std::string path = PathOf(baseName);
-    // A song's first note is a new file: what has its name is no note, or a link that would be written through.
+    // A song's first note is a new file: what has its name is none, or a link that would be followed.
     if (baseName != LastName) Disk.Delete(path);
     if (!Disk.ReplaceQuickly(path, text)) return;  // a disk that is full has no room for notes either
     LastName = baseName;
