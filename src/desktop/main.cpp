@@ -27,9 +27,9 @@ int main(int count, char** words) {
         return answer->ExitCode;
     }
     const QApplication application(count, words);
-    QApplication::setApplicationName(ProgramEntryName);
+    QApplication::setApplicationName(Corvetape::ProgramEntryName);
     // No display name: the toolkit would put it after titles that begin with it.
-    QApplication::setDesktopFileName(ProgramEntryName);
+    QApplication::setDesktopFileName(Corvetape::ProgramEntryName);
     QApplication::setQuitOnLastWindowClosed(false);  // the program ends in its own order
     Corvetape::DesktopArguments arguments = Corvetape::ReadDesktopArguments(QApplication::arguments().mid(1));
     if (arguments.Press) {
