@@ -1,10 +1,12 @@
-// How far cuts are from the true joins of real songs, through the search for boundaries alone: quick enough to
-// try changes of it, which bench/radios.cpp is not. Radios are made and measured once and kept in a folder.
-// Then their joins follow one another in many orders, with many delays of the titles, each time at a source of
-// which nothing is known at first.
+// How far cuts are from the true joins of real songs, through the search for boundaries alone: quick enough
+// to try changes of it, which bench/radios.cpp is not. Radios are made and measured once and kept in a
+// folder. Then their joins follow one another in many orders, with many delays of the titles, each time at a
+// source of which nothing is known at first.
 //
 //   bench-joins make FOLDER [FOLDERS OF MUSIC, SEPARATED BY COLONS]   some ten minutes
 //   bench-joins FOLDER [ORDERS]                                       a minute
+//
+// Radios are made station by station; what is there when all kinds of one are made can be measured.
 //
 // A change of the search is tried on music of which none is in the usual folders, and measured once on that.
 #include <fmt/format.h>
@@ -31,8 +33,8 @@ constexpr const char* UsualFolders =
     "/usr/share/games/wesnoth/1.16/data/core/music:"
     "/usr/share/games/warzone2100/music";
 constexpr size_t JoinsOfRadio = 30;
-constexpr size_t Stations = 4;      ///< with and without MP3 and gain control
-constexpr size_t MixedOrders = 4;   ///< for each one of a single kind
+constexpr size_t Stations = 4;       ///< with and without MP3 and gain control
+constexpr size_t MixedOrders = 4;    ///< for each one of a single kind
 constexpr double PollSeconds = 0.6;  ///< that a title waits at most until it is seen
 constexpr double SlotSeconds = 0.05;
 
@@ -173,7 +175,8 @@ void Shuffle(std::vector<Item>& items, SimRandom& random) {
 }
 
 double Quantile(std::vector<double>& sorted, double share) {
-    return sorted[std::min(static_cast<size_t>(share * static_cast<double>(sorted.size())), sorted.size() - 1)];
+    return sorted[std::min(static_cast<size_t>(share * static_cast<double>(sorted.size())),
+                           sorted.size() - 1)];
 }
 
 /// Median and 90 % of errors in ms, with the ranges that nine of ten samples of as many joins would have: the
@@ -246,8 +249,9 @@ void PrintCertainty(const Results& results) {
         fmt::print("| {:.2f} and more | {} | {:.0f} % |\n", limits[i], all,
                    100.0 * static_cast<double>(near) / static_cast<double>(std::max<size_t>(all, 1)));
     }
-    fmt::print("\n| least evidence | changes that are none dropped, of {} | real ones dropped |\n|---|---|---|\n",
-               results.WithinSongs.size());
+    fmt::print(
+        "\n| least evidence | changes that are none dropped, of {} | real ones dropped |\n|---|---|---|\n",
+        results.WithinSongs.size());
     std::vector<float> real;
     for (const Outcome& cut : results.Cuts)
         if (!cut.Gap && cut.Song >= 5) real.push_back(cut.Evidence);
@@ -264,28 +268,35 @@ void PrintCertainty(const Results& results) {
 
 int PlayAll(const std::string& folder, size_t orders) {
     const std::span<const JoinKind> kinds = RadioKinds();
+    size_t stations = 0;
+    while (stations < Stations && std::filesystem::exists(FileOf(folder, kinds.size() - 1, stations)))
+        ++stations;
+    if (stations == 0) {
+        fmt::print("No radios in {}: make them first.\n", folder);
+        return 1;
+    }
     std::vector<std::vector<MeasuredRadio>> radios(kinds.size());
     for (size_t kind = 0; kind < kinds.size(); ++kind) {
-        for (size_t station = 0; station < Stations; ++station) {
+        for (size_t station = 0; station < stations; ++station) {
             radios[kind].push_back(ReadMeasured(FileOf(folder, kind, station), kinds[kind]));
             if (!radios[kind].back().Slots.empty()) continue;
-            fmt::print("No radios in {}: make them first.\n", folder);
+            fmt::print("{} cannot be read: make it anew.\n", FileOf(folder, kind, station));
             return 1;
         }
     }
     fmt::print("Error in ms, median/90 % (ranges of nine tenths), {} orders of {} joins for each kind\n\n",
-               orders * Stations, JoinsOfRadio);
+               orders * stations, JoinsOfRadio);
     fmt::print("| join | first 5 | 6 to 20 | from 21 on | cuts of these | within 200 ms | inside |\n");
     fmt::print("|---|---|---|---|---|---|---|\n");
     Results all;
     for (size_t kind = 0; kind <= kinds.size(); ++kind) {
         const bool mixed = kind == kinds.size();
         Results results;
-        for (size_t order = 0; order < Stations * orders * (mixed ? MixedOrders : 1); ++order) {
-            const size_t station = order % Stations;
+        for (size_t order = 0; order < stations * orders * (mixed ? MixedOrders : 1); ++order) {
+            const size_t station = order % stations;
             SimRandom random(1000 * kind + order);
             Source source;
-            source.MeansMiddle = order / Stations % 2 == 0;
+            source.MeansMiddle = order / stations % 2 == 0;
             source.Delay = random.Between(-1.0, 6.0);
             for (size_t join = 0; join < JoinsOfRadio; ++join) {
                 const size_t which = mixed ? random.Below(kinds.size()) : kind;

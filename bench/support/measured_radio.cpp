@@ -30,8 +30,7 @@ void Write(std::ofstream& file, const Items& items) {
 template <typename Items>
 void Read(std::ifstream& file, Items& items, uint64_t count) {
     items.resize(count);
-    file.read(reinterpret_cast<char*>(items.data()),
-              static_cast<std::streamsize>(count * sizeof(items[0])));
+    file.read(reinterpret_cast<char*>(items.data()), static_cast<std::streamsize>(count * sizeof(items[0])));
 }
 
 /// The frames of a WAV file of 16-bit stereo.

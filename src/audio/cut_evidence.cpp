@@ -8,12 +8,30 @@ namespace Corvetape {
 
 namespace {
 
-// The weights of the evidence were fitted to radios made of recordings of real music.
-constexpr float ShortShiftWeight = 25;
-constexpr float LongShiftWeight = 32;
-constexpr float FadeWeight = 0.0004F;  ///< of a slot: neighbouring slots say much the same
-constexpr float FluxWeight = 1.1F;
-constexpr float HardJoinBonus = 0.75F;  ///< hard joins are more common than any one length of fade
+/// How much the shift between the sides of an edge counts, by how much of them is looked at.
+struct ShiftWeights {
+    float Near;
+    float Short;
+    float Long;
+};
+
+// The weights of the evidence were fitted to radios made of recordings of real music: bench/joins.cpp.
+constexpr ShiftWeights HardJoin = {23.8F, 26.6F, 27.4F};
+constexpr ShiftWeights Fade = {11.6F, 25.8F, 32.1F};
+constexpr float FluxWeight = 0.46F;
+constexpr float OnsetWeight = 0.77F;
+constexpr float HardJoinBonus = 0.56F;    ///< hard joins are more common than any one length of fade
+constexpr float LengthWeight = -0.0075F;  ///< of a slot of a fade: it leaves more out on both sides
+
+/// How well the slots of a fade are a mixture of its songs. Neighbouring slots say much the same, so that the
+/// sum is worth less than its parts, and no more than so much either way.
+constexpr float MixtureWeight = 0.1F;
+constexpr float MostMixture = 20;
+
+/// An onset is compared with those of 2 s on each side: a tenth of them is stronger than the usual strong
+/// one.
+constexpr int32_t OnsetReach = 40;
+constexpr float LeastFlux = 0.03F;
 
 /// Added to every variance: below this, differences are noise.
 constexpr double LeastVariance = 0.08;
@@ -221,26 +239,46 @@ float CutEvidence::FadeGain(const FeatureHistory& history, int64_t change, int32
             fromMixed[point] += Mixed[i][point] * Mixed[i][point];
         }
     }
-    float gain = LongShiftWeight * sides.Shift;
-    const float perPoint = FadeWeight * static_cast<float>(fade) / 2;
+    float mixture = 0;
     for (size_t point = 0; point < FadePoints; ++point) {
-        gain += perPoint * (std::min(fromLeft[point], fromRight[point]) - fromMixed[point]);
+        mixture += (std::min(fromLeft[point], fromRight[point]) - fromMixed[point]) / 2;
     }
-    return gain;
+    return Fade.Long * sides.Shift + MixtureWeight * std::clamp(mixture, -MostMixture, MostMixture);
+}
+
+/// How much stronger the onset at an edge is than the strong ones beside it.
+float CutEvidence::Onset(const FeatureHistory& history, int64_t change, int32_t edge) const {
+    std::array<float, 2 * OnsetReach> beside{};
+    size_t count = 0;
+    // The first slot follows something that is not known.
+    const int32_t first = std::max(edge - OnsetReach, Begin + 1);
+    const int32_t last = std::min(edge + OnsetReach, End - 1);
+    for (int32_t slot = first; slot <= last; ++slot) {
+        if (slot != edge) beside[count++] = history[change + slot].Flux;
+    }
+    float strong = 0;
+    if (count > 0) {
+        const auto place = beside.begin() + static_cast<std::ptrdiff_t>(count * 9 / 10);
+        std::nth_element(beside.begin(), place, beside.begin() + static_cast<std::ptrdiff_t>(count));
+        strong = *place;
+    }
+    return std::log((history[change + edge].Flux + LeastFlux) / (strong + LeastFlux));
 }
 
 float CutEvidence::ScoreOf(const FeatureHistory& history, int64_t change, int32_t edge, size_t fade) {
     const int32_t slots = FadeSlots[fade];
-    Sides sides;
-    float score = 0;
-    if (Measure(LeftOf(edge, slots, ShortSideSlots), RightOf(edge, slots, ShortSideSlots), sides)) {
-        score += ShortShiftWeight * sides.Shift;
+    const auto shift = [&](int32_t length) {
+        Sides sides;
+        const bool known = Measure(LeftOf(edge, slots, length), RightOf(edge, slots, length), sides);
+        return known ? sides.Shift : 0.0F;
+    };
+    if (slots > 0) {
+        return Fade.Near * shift(NearSideSlots) + Fade.Short * shift(ShortSideSlots) +
+               FadeGain(history, change, edge, slots) + LengthWeight * static_cast<float>(slots);
     }
-    if (slots > 0) return score + FadeGain(history, change, edge, slots);
-    if (Measure(LeftOf(edge, 0, LongSideSlots), RightOf(edge, 0, LongSideSlots), sides)) {
-        score += LongShiftWeight * sides.Shift;
-    }
-    return score + FluxWeight * history[change + edge].Flux + HardJoinBonus;
+    return HardJoin.Near * shift(NearSideSlots) + HardJoin.Short * shift(ShortSideSlots) +
+           HardJoin.Long * shift(LongSideSlots) + FluxWeight * history[change + edge].Flux +
+           OnsetWeight * Onset(history, change, edge) + HardJoinBonus;
 }
 
 const EdgeTable& CutEvidence::Score(const FeatureHistory& history, int64_t change) {

@@ -68,6 +68,7 @@ class CutEvidence {
     bool Measure(Stretch left, Stretch right, Sides& sides) const;
     float FadeGain(const FeatureHistory& history, int64_t change, int32_t edge, int32_t fade);
     void MixSongs(Stretch left, Stretch right, const Sides& sides);
+    float Onset(const FeatureHistory& history, int64_t change, int32_t edge) const;
     float ScoreOf(const FeatureHistory& history, int64_t change, int32_t edge, size_t fade);
 
     std::vector<Sums> Running;  ///< by slot from FirstSlotOfSearch on; the slot itself is not in its sum

@@ -22,6 +22,7 @@ inline constexpr std::array<int32_t, 6> FadeSlots = {0, 20, 40, 60, 80, 120};
 inline constexpr size_t FadeCount = FadeSlots.size();
 
 /// Slots beside a fade that its two songs are measured by.
+inline constexpr int32_t NearSideSlots = 40;
 inline constexpr int32_t ShortSideSlots = 80;
 inline constexpr int32_t LongSideSlots = 160;
 

@@ -62,9 +62,13 @@ std::optional<EvidenceCut> EvidenceCutter::FindGap(const CutQuestion& question, 
     return EvidenceCut{oldEnd, newBegin, 0, 1, std::numeric_limits<float>::infinity()};
 }
 
-std::optional<EvidenceCut> EvidenceCutter::Decide(const CutQuestion& question, const CutPrior& prior) {
+std::optional<EvidenceCut> EvidenceCutter::DecideGap(const CutQuestion& question, const CutPrior& prior) {
     Last = FindGap(question, prior);
-    if (Last) return Last;
+    return Last;
+}
+
+std::optional<EvidenceCut> EvidenceCutter::Decide(const CutQuestion& question, const CutPrior& prior) {
+    if (DecideGap(question, prior)) return Last;
     Heard = Sound.Score(question.History, question.Change);
 
     EdgeTable scores = Heard;

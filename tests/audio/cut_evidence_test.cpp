@@ -11,7 +11,8 @@ namespace Corvetape::Test {
 namespace {
 
 constexpr int64_t Change = 400;
-constexpr float Bonus = 0.75F;  // of a hard join
+constexpr float Bonus = 0.56F;                 // of a hard join
+constexpr double Shifts = 23.8 + 26.6 + 27.4;  // weights of a shift that is the same near and far
 
 /// A history of made-up slots, numbered from 0, whose textures are given by their distance to the change.
 FeatureHistory HistoryOf(int32_t slots, const std::function<SlotFeatures(int32_t)>& make) {
@@ -54,7 +55,7 @@ TEST(CutEvidence, AStepOfTheMeanCountsForTheSpreadThatIsLeast) {
         CutEvidence evidence;
         const EdgeTable& table = evidence.Score(history, Change);
         const double shift = std::log(1 + 2.0 * 2.0 / 0.08 / 4) / 14;
-        EXPECT_NEAR(table[0][IndexOfEdge(join)], 25 * shift + 32 * shift + Bonus, 1e-3);
+        EXPECT_NEAR(table[0][IndexOfEdge(join)], Shifts * shift + Bonus, 1e-3);
         EXPECT_EQ(BestOf(table).Edge, join);
     }
 }
@@ -67,7 +68,7 @@ TEST(CutEvidence, AStepIsMeasuredByTheSpreadOfBothSides) {
     });
     CutEvidence evidence;
     const double shift = std::log(1 + 2.0 * 2.0 / (0.25 + 0.08) / 4) / 14;
-    EXPECT_NEAR(evidence.Score(history, Change)[0][IndexOfEdge(join)], 57 * shift + Bonus, 1e-2);
+    EXPECT_NEAR(evidence.Score(history, Change)[0][IndexOfEdge(join)], Shifts * shift + Bonus, 1e-2);
 }
 
 TEST(CutEvidence, CoefficientsThatGoTogetherCountOnce) {
@@ -79,7 +80,7 @@ TEST(CutEvidence, CoefficientsThatGoTogetherCountOnce) {
     CutEvidence evidence;
     // The matrix is 0.25 everywhere and 0.08 more on the diagonal; along (1, 1) it is 0.58.
     const double shift = std::log(1 + 2 * 2.0 * 2.0 / 0.58 / 4) / 14;
-    EXPECT_NEAR(evidence.Score(history, Change)[0][IndexOfEdge(0)], 57 * shift + Bonus, 1e-2);
+    EXPECT_NEAR(evidence.Score(history, Change)[0][IndexOfEdge(0)], Shifts * shift + Bonus, 1e-2);
 }
 
 TEST(CutEvidence, NothingThatChangesIsNoEvidenceAndTheFluxIsWhatIsLeft) {
@@ -91,8 +92,24 @@ TEST(CutEvidence, NothingThatChangesIsNoEvidenceAndTheFluxIsWhatIsLeft) {
     CutEvidence evidence;
     const EdgeTable& table = evidence.Score(history, Change);
     EXPECT_NEAR(table[0][IndexOfEdge(-100)], Bonus, 1e-3);
-    EXPECT_NEAR(table[0][IndexOfEdge(20)], Bonus + 1.1F * 2, 1e-3);
-    for (size_t fade = 1; fade < FadeCount; ++fade) EXPECT_NEAR(table[fade][0], 0, 1e-2) << fade;
+    EXPECT_NEAR(table[0][IndexOfEdge(20)], Bonus + 0.46 * 2 + 0.77 * std::log(2.03 / 0.03), 1e-3);
+    for (size_t fade = 1; fade < FadeCount; ++fade) {
+        EXPECT_NEAR(table[fade][0], -0.0075 * FadeSlots[fade], 1e-2) << fade;
+    }
+}
+
+TEST(CutEvidence, AnOnsetCountsForAsMuchAsItIsStrongerThanThoseBesideIt) {
+    // Beats of 1 in every fifth slot. The one that is looked at is 2.
+    const FeatureHistory history = HistoryOf(700, [](int32_t slot) {
+        SlotFeatures features;
+        features.Flux = slot == -50 ? 2.0F : slot % 5 == 0 ? 1.0F : 0.1F;
+        return features;
+    });
+    CutEvidence evidence;
+    const EdgeTable& table = evidence.Score(history, Change);
+    EXPECT_NEAR(table[0][IndexOfEdge(-50)], Bonus + 0.46 * 2 + 0.77 * std::log(2.03 / 1.03), 1e-3);
+    EXPECT_NEAR(table[0][IndexOfEdge(-150)], Bonus + 0.46 * 1, 1e-3);
+    EXPECT_NEAR(table[0][IndexOfEdge(-151)], Bonus + 0.46 * 0.1 + 0.77 * std::log(0.13 / 1.03), 1e-3);
 }
 
 /// Slots that fade with equal power from one spectrum to another: the middle of the fade is at `middle`.

@@ -52,6 +52,7 @@ TEST(AutomaticEnd, WithoutAGapTheEvidenceIsWaitedForAndCutsBothSongsAtOnePlace) 
     ASSERT_EQ(rig.Songs.size(), 1U);
     EXPECT_THAT(rig.Songs[0].Pieces, ElementsAre(SlotRun{0, 980}));
     EXPECT_EQ(rig.Songs[0].Trust.End, Certainty::Likely);
+    EXPECT_EQ(rig.Finder.Searches, 1) << "before all of the sound is there, only a gap is looked for";
     rig.Finish();
     EXPECT_THAT(rig.Present.Pieces, ElementsAre(SlotRun{980, rig.Now}));
 }

@@ -22,6 +22,10 @@ class FakeFinder : public CutFinder {
     };
 
     std::optional<EvidenceCut> Find(int64_t change, int64_t from, int64_t end, bool /*exact*/) override {
+        ++Searches;
+        return At(change, from, end);
+    }
+    EvidenceCut At(int64_t change, int64_t from, int64_t end) const {
         for (const Place& place : Places) {
             const auto old = static_cast<int32_t>(place.OldEnd - change);
             if (old < FirstEdge || old > LastEdge || place.OldEnd < from || place.NewBegin > end) continue;
@@ -29,6 +33,10 @@ class FakeFinder : public CutFinder {
                                place.Confidence, place.Evidence};
         }
         return EvidenceCut{0, 0, 0, 0.2F, 0.5F};
+    }
+    std::optional<EvidenceCut> FindGap(int64_t change, int64_t from, int64_t end, bool /*exact*/) override {
+        const EvidenceCut found = At(change, from, end);
+        return found.IsGap() ? std::optional(found) : std::nullopt;
     }
     void Teach() override { ++Taught; }
     void TeachGap(EdgeRange gap, bool /*exact*/) override { Gaps.push_back(gap); }
@@ -45,6 +53,7 @@ class FakeFinder : public CutFinder {
     std::vector<EdgeRange> Gaps;
     std::optional<SlotRun> Spoken;
     int32_t Taught = 0;
+    int32_t Searches = 0;  ///< by the sound, which takes its time
 };
 
 /// A song as the steps make it.

@@ -175,8 +175,10 @@ bool AutomaticEnd::DecideChange(std::vector<AutomaticStep>& steps, bool last) {
     const int64_t end = EndOfSearch();
     last = last || end < now;
     if (!last && now < change.At + LastEdge) return false;
-    std::optional<EvidenceCut> cut = Finder.Find(change.At, Next, end, change.Exact);
+    // The sound after the change is needed for a cut without a gap.
     const bool early = !last && now < change.At + SlotsAfterChange;
+    std::optional<EvidenceCut> cut = early ? Finder.FindGap(change.At, Next, end, change.Exact)
+                                           : Finder.Find(change.At, Next, end, change.Exact);
     const bool gap = cut && cut->IsGap();
     if (early && !gap) return false;
     if (cut && (gap || change.Exact || cut->Evidence >= LeastEvidence)) {

@@ -38,7 +38,10 @@ class CutFinder {
     /// change is where the player says that its track began, not where somebody noticed a title.
     virtual std::optional<EvidenceCut> Find(int64_t change, int64_t from, int64_t end, bool exact) = 0;
 
-    /// The source learns what the last Find has decided by.
+    /// The same if there is a gap. Without one nothing, which costs next to nothing.
+    virtual std::optional<EvidenceCut> FindGap(int64_t change, int64_t from, int64_t end, bool exact) = 0;
+
+    /// The source learns what the last Find or FindGap has decided by.
     virtual void Teach() = 0;
 
     /// The source learns that the titles changed at `change` for a gap from `gap.First` to `gap.Last`,

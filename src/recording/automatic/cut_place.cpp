@@ -40,20 +40,27 @@ void CutPlace::Measure(int64_t from, int64_t end) {
     }
 }
 
-std::optional<EvidenceCut> CutPlace::Find(int64_t change, int64_t from, int64_t end, bool exact) {
-    if (!Meter) return std::nullopt;
+CutQuestion CutPlace::Question(int64_t change, int64_t from, int64_t end, bool exact) {
     LastSource = Source;
     LastExact = exact;
-    Measure(change + FirstSlotOfSearch, std::min(end, change + SlotsAfterChange));
     CutReach reach = {static_cast<int32_t>(change - from), static_cast<int32_t>(end - 1 - change)};
     if (exact) {
         // A player that falters elsewhere makes gaps that mean nothing.
         reach.Before = std::min(reach.Before, ExactReach);
         reach.After = std::min(reach.After, ExactReach);
     }
-    const CutQuestion question = {Features, change, Ring.AudioLevels, static_cast<size_t>(RingSlot(change)),
-                                  reach};
-    return Cutter.Decide(question, Learned.Of(Source, exact));
+    return {Features, change, Ring.AudioLevels, static_cast<size_t>(RingSlot(change)), reach};
+}
+
+std::optional<EvidenceCut> CutPlace::Find(int64_t change, int64_t from, int64_t end, bool exact) {
+    if (!Meter) return std::nullopt;
+    Measure(change + FirstSlotOfSearch, std::min(end, change + SlotsAfterChange));
+    return Cutter.Decide(Question(change, from, end, exact), Learned.Of(Source, exact));
+}
+
+std::optional<EvidenceCut> CutPlace::FindGap(int64_t change, int64_t from, int64_t end, bool exact) {
+    if (!Meter) return std::nullopt;
+    return Cutter.DecideGap(Question(change, from, end, exact), Learned.Of(Source, exact));
 }
 
 void CutPlace::Teach() {

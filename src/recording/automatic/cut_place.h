@@ -29,6 +29,7 @@ class CutPlace : public CutFinder {
     void Ask(const std::string& source) { Source = source; }
 
     std::optional<EvidenceCut> Find(int64_t change, int64_t from, int64_t end, bool exact) override;
+    std::optional<EvidenceCut> FindGap(int64_t change, int64_t from, int64_t end, bool exact) override;
     void Teach() override;
     void TeachGap(EdgeRange gap, bool exact) override;
     std::optional<EdgeRange> Talk(int64_t change, int64_t from, int64_t end) override;
@@ -39,6 +40,7 @@ class CutPlace : public CutFinder {
 
  private:
     void Measure(int64_t from, int64_t end);
+    CutQuestion Question(int64_t change, int64_t from, int64_t end, bool exact);
 
     const AudioRing& Ring;
     const PauseSettings& Pause;
