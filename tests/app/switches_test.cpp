@@ -131,8 +131,7 @@ TEST(RegClassesSwitch, EndsAfterItsMessageWithAllStepsOfTheStop) {
     EXPECT_EQ(world.Computer.Dialogs.Boxes[0].Icon, DialogIcon::Information);
     EXPECT_THAT(world.Computer.Dialogs.Boxes[0].Text, testing::Not(IsEmpty()));
     EXPECT_THAT(desktop.Asked, ElementsAre("BusyPointer", "BlankBrowser", "BusyPointer", "TextsReady",
-                                           "ReportWindow", "RemoveTrayIcon", "CloseBars",
-                                           "normal pointer"));
+                                           "ReportWindow", "RemoveTrayIcon", "CloseBars", "normal pointer"));
     EXPECT_THAT(LoggedKinds(world), ElementsAre("START", "END "));
     EXPECT_EQ(world.Ends, 1U);
     EXPECT_FALSE(world.Recorder->Running());

@@ -114,7 +114,9 @@ TEST_P(WindowTest, ASoundServerThatGoesInASongAndComesBackCostsOnlyTheTimeBetwee
     EXPECT_EQ(program.Wait(Patient), 0) << Story();
 
     EXPECT_NE(Story().find("because the sound server was gone"), std::string::npos) << Story();
-    const std::vector<std::string> songs = Files("/Music", ".wav");
+    std::vector<std::string> songs;
+    const auto encoded = [&] { return !(songs = Files("/Music", ".wav")).empty(); };
+    ASSERT_TRUE(WaitFor(encoded)) << Story();  // its encoder outlives the program
     ASSERT_EQ(songs.size(), 1U) << Story();
     const std::vector<Frame> frames = ReadSound(songs[0]);
     const std::span<const Frame> sound = WithoutSilenceAround(frames);
