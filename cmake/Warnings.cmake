@@ -7,6 +7,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LES
     target_compile_options(corvetape_options INTERFACE -Wno-restrict)
 endif()
 if(CORVETAPE_SANITIZE)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        # With the sanitizers it finds uninitialised values in the standard library's own headers.
+        target_compile_options(corvetape_options INTERFACE -Wno-maybe-uninitialized)
+    endif()
     target_compile_options(corvetape_options INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(corvetape_options INTERFACE -fsanitize=address,undefined)
