@@ -1,6 +1,8 @@
 // Songs that end by everything that is known, with a real player on both sound servers: whole, named, and
 // with nothing of their neighbours.
+#include <algorithm>
 #include <array>
+#include <cstring>
 
 #include "live/automatic_stage.h"
 #include "live/live_browser.h"
@@ -259,6 +261,44 @@ TEST_F(AutomaticRecording, ADropoutInABrowserEndsNoSong) {
         EXPECT_EQ(kept[0].value("title", ""), "Song 1");
         EXPECT_GE(kept[0].value("dropouts", -1), 1);
         ExpectWhole(stage, 1, 8.89, WithAGap);
+    });
+}
+
+/// The samples of a WAV file, as bytes from frame `from` on.
+std::string SamplesOf(const std::string& file, size_t from = 0) {
+    constexpr size_t headerBytes = 44;
+    const std::string bytes = Content(file);
+    if (bytes.size() < headerBytes) return {};
+    uint32_t length = 0;
+    std::memcpy(&length, &bytes[headerBytes - sizeof(length)], sizeof(length));
+    return bytes.substr(std::min(headerBytes + 4 * from, bytes.size()),
+                        length - std::min<size_t>(length, 4 * from));
+}
+
+TEST_F(AutomaticRecording, ASongThatWasHeardFromItsMiddleIsCutAgainToTheSample) {
+    constexpr size_t second = 44100;
+    constexpr size_t slot = 2205;
+    const std::vector<std::string> files = {Song(1, 30), Song(2, 9)};
+    Play(files);
+    Await([](AutomaticStage& stage) { return stage.HasPlayed("Song 1", 5); });
+    Record(2);
+    ExpectKept(2, [](AutomaticStage& stage, const std::vector<Json>& kept) {
+        EXPECT_EQ(kept[0].value("/confidence/begin"_json_pointer, ""), "unsure");
+        EXPECT_FALSE(kept[0].value("whole", true));
+        const std::string before = SamplesOf(stage.FileOf("Band 1 - Song 1"));
+        stage.Recut("Song 1", {"--begin", "+1", "--end", "+2"});
+        const std::string after = SamplesOf(stage.FileOf("Band 1 - Song 1"));
+        ASSERT_EQ(after.size(), before.size() + 4 * second) << stage.Story();
+        ASSERT_GT(before.size(), 4 * second);
+        const size_t common = before.size() - 4 * second;
+        EXPECT_TRUE(after.starts_with(before.substr(4 * second)));
+        // What follows is the next song, but for a fade that both have.
+        bool follows = false;
+        const std::string added = after.substr(common);
+        for (size_t shared = 0; shared < 60 && !follows; ++shared) {
+            follows = SamplesOf(stage.FileOf("Band 2 - Song 2"), shared * slot).starts_with(added);
+        }
+        EXPECT_TRUE(follows);
     });
 }
 

@@ -122,6 +122,13 @@ std::vector<Json> AutomaticStage::Kept() {
     return KeptIn(folder / "record.log");
 }
 
+void AutomaticStage::Recut(const std::string& title, const std::vector<std::string>& how) {
+    std::vector<std::string> command = {std::string(CORVETAPE_BINARY_DIR) + "/bin/corvetape-cli", "recut",
+                                        "--home", folder / "home", title};
+    command.insert(command.end(), how.begin(), how.end());
+    RunToEnd(command, environment, folder / "output");
+}
+
 std::string AutomaticStage::FileOf(const std::string& name) const {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder / "home")) {
         if (entry.path().filename() == name + ".wav") return entry.path();

@@ -50,6 +50,9 @@ class AutomaticStage {
     /// The songs that were kept, when the recorder has ended.
     std::vector<nlohmann::json> Kept();
 
+    /// Cuts a song of this title again, in the way that these words say.
+    void Recut(const std::string& title, const std::vector<std::string>& how);
+
     /// Where the temporary song of this name is.
     std::string FileOf(const std::string& name) const;
 
