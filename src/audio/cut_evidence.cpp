@@ -248,7 +248,7 @@ float CutEvidence::FadeGain(const FeatureHistory& history, int64_t change, int32
 
 /// How much stronger the onset at an edge is than the strong ones beside it.
 float CutEvidence::Onset(const FeatureHistory& history, int64_t change, int32_t edge) const {
-    std::array<float, 2 * OnsetReach> beside{};
+    std::array<float, size_t{2} * OnsetReach> beside{};
     size_t count = 0;
     // The first slot follows something that is not known.
     const int32_t first = std::max(edge - OnsetReach, Begin + 1);
