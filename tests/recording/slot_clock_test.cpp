@@ -5,6 +5,15 @@
 namespace Corvetape::Test {
 namespace {
 
+/// The input stands still 5 s after its beginning, by 9 s.
+SlotClock StandingClock() {
+    SlotClock clock;
+    clock.SlotAt(0, 0);
+    clock.SlotAt(5000, 100);
+    clock.SlotAt(9000, 100);
+    return clock;
+}
+
 TEST(SlotClock, BuffersThatPileUpAreOnTheirWay) {
     SlotClock clock;
     for (int64_t slot = 0; slot < 100; ++slot) EXPECT_EQ(clock.SlotAt(slot * 50, slot), slot);
@@ -25,10 +34,7 @@ TEST(SlotClock, AnInputThatStandsStillHasNothingOnItsWay) {
 }
 
 TEST(SlotClock, AfterAStandstillTheClockIsNotAhead) {
-    SlotClock clock;
-    clock.SlotAt(0, 0);
-    clock.SlotAt(5000, 100);
-    clock.SlotAt(9000, 100);
+    SlotClock clock = StandingClock();
     ASSERT_TRUE(clock.StandsStill());
     EXPECT_EQ(clock.SlotAt(9500, 110), 110);
     EXPECT_FALSE(clock.StandsStill());
@@ -36,10 +42,7 @@ TEST(SlotClock, AfterAStandstillTheClockIsNotAhead) {
 }
 
 TEST(SlotClock, AnInputThatIsOpenedAnewDoesNotStandStill) {
-    SlotClock clock;
-    clock.SlotAt(0, 0);
-    clock.SlotAt(5000, 100);
-    clock.SlotAt(9000, 100);
+    SlotClock clock = StandingClock();
     EXPECT_EQ(clock.SlotAt(9100, 0), 0);
     EXPECT_FALSE(clock.StandsStill());
 }

@@ -15,6 +15,20 @@ WorldOptions ThreeSongs() {
     return Automatic(Songs(3, 40, 0));
 }
 
+/// Runs to a second at which the input stops to give sound.
+void RunToSilentInput(World& world, int second) {
+    RunTo(world, second);
+    world.Computer.WaveIn.Stop(RadioName);
+}
+
+/// The input gives sound again from a second on, for as long as the three songs need.
+void HearTheRest(World& world, int second) {
+    RunTo(world, second);
+    world.Computer.WaveIn.Restart(RadioName);
+    RunTo(world, 130);
+    world.Finish();
+}
+
 void ExpectHeard(const HeardSong& heard, const std::string& title, double seconds) {
     EXPECT_EQ(heard.Song.Media.Song, title);
     EXPECT_NEAR(static_cast<double>(heard.Song.Frames) / 44100, seconds, WithAGap);
@@ -23,12 +37,8 @@ void ExpectHeard(const HeardSong& heard, const std::string& title, double second
 TEST(AutomaticDeaf, ATitleThatChangesWhileNothingIsHeardLeavesAllThatWasHeardToTheSongBefore) {
     World world(ThreeSongs());
     ASSERT_TRUE(world.StartRecording());
-    RunTo(world, 23);
-    world.Computer.WaveIn.Stop(RadioName);
-    RunTo(world, 60);
-    world.Computer.WaveIn.Restart(RadioName);
-    RunTo(world, 130);
-    world.Finish();
+    RunToSilentInput(world, 23);
+    HearTheRest(world, 60);
     const auto kept = KeptSongs(world);
     ASSERT_EQ(kept.size(), 3U);
     ExpectHeard(kept[0], "Song 1", 20);
@@ -43,8 +53,7 @@ TEST(AutomaticDeaf, TheEndOfTheProgramKeepsTheSongThatWasWantedWhenItsInputStopp
     ASSERT_TRUE(world.Start());
     RunTo(world, 4);
     world.Form().cmdQuickRecord.Press();  // this song only
-    RunTo(world, 23);
-    world.Computer.WaveIn.Stop(RadioName);
+    RunToSilentInput(world, 23);
     RunTo(world, 60);
     ASSERT_EQ(world.Form().chkStartStop[0].Value(), 0) << "another title is shown, whose song nobody wants";
     world.Finish();
@@ -56,30 +65,22 @@ TEST(AutomaticDeaf, TheEndOfTheProgramKeepsTheSongThatWasWantedWhenItsInputStopp
 TEST(AutomaticDeaf, SongsOfWhichNothingIsHeardUseUpNoWish) {
     World world(ThreeSongs());
     ASSERT_TRUE(world.Start());
-    RunTo(world, 23);
-    world.Computer.WaveIn.Stop(RadioName);
+    RunToSilentInput(world, 23);
     RunTo(world, 30);
     world.Form().chkStartStop[1].Value(1);  // from the next song on
-    RunTo(world, 100);
-    world.Computer.WaveIn.Restart(RadioName);
-    RunTo(world, 130);
-    world.Finish();
+    HearTheRest(world, 100);
     EXPECT_THAT(KeptTitles(world), ElementsAre("Song 3"));
 }
 
 TEST(AutomaticDeaf, AnotherModeThatHearsNothingDoesNotRenameWhatWasHeard) {
     World world(ThreeSongs());
     ASSERT_TRUE(world.StartRecording());
-    RunTo(world, 33);
-    world.Computer.WaveIn.Stop(RadioName);
+    RunToSilentInput(world, 33);
     RunTo(world, 36);
     world.Form().optEndOfSong[0].Press();
     RunTo(world, 50);
     world.Form().optEndOfSong[3].Press();
-    RunTo(world, 60);
-    world.Computer.WaveIn.Restart(RadioName);
-    RunTo(world, 130);
-    world.Finish();
+    HearTheRest(world, 60);
     const auto kept = KeptSongs(world);
     ASSERT_EQ(kept.size(), 3U);
     ExpectHeard(kept[0], "Song 1", 30);
@@ -89,14 +90,10 @@ TEST(AutomaticDeaf, AnotherModeThatHearsNothingDoesNotRenameWhatWasHeard) {
 TEST(AutomaticDeaf, WhatIsKeptBesideASongThatEndedWithItsInputIsWhatWasHeardNext) {
     World world(ThreeSongs());
     ASSERT_TRUE(world.StartRecording());
-    RunTo(world, 33);
-    world.Computer.WaveIn.Stop(RadioName);
+    RunToSilentInput(world, 33);
     RunTo(world, 36);
     world.Form().cmbInputDevices.Select(0);
-    RunTo(world, 60);
-    world.Computer.WaveIn.Restart(RadioName);
-    RunTo(world, 130);
-    world.Finish();
+    HearTheRest(world, 60);
     const auto kept = KeptSongs(world);
     ASSERT_EQ(kept.size(), 3U);
     const std::string& path = kept[0].Song.TempPath;
