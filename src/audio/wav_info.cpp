@@ -1,5 +1,6 @@
 // Reading what a WAV file says of itself, and putting right what a crash has left.
 #include <algorithm>
+#include <utility>
 
 #include "audio/wav_file.h"
 
@@ -19,8 +20,8 @@ uint32_t NumberAt(std::string_view bytes, size_t at, size_t width) {
 /// Exactly so many bytes; nothing if they are not there.
 std::optional<std::string> ReadExactly(Files& disk, const std::string& path, uint64_t offset, size_t count) {
     auto bytes = disk.ReadPart(path, offset, count);
-    if (bytes && bytes->size() != count) return std::nullopt;
-    return bytes;
+    if (!bytes || bytes->size() != count) return std::nullopt;
+    return std::move(*bytes);
 }
 
 WaveFormat FormatIn(std::string_view chunk) {

@@ -99,7 +99,7 @@ void DemoStation::requestStarted(QWebEngineUrlRequestJob* job) {
     job->fail(QWebEngineUrlRequestJob::UrlNotFound);
 }
 
-void DemoStation::MakeSong(uint64_t number, QPointer<QWebEngineUrlRequestJob> job) {
+void DemoStation::MakeSong(uint64_t number, const QPointer<QWebEngineUrlRequestJob>& job) {
     Makers.start([this, number, job] {
         const QByteArray file = DemoSongFile(number);
         // Only on the thread of the engine is it known whether the page still wants it.

@@ -30,7 +30,7 @@ class DemoStation : public QWebEngineUrlSchemeHandler {
 
  private:
     /// Makes a song on a thread of its own, as that takes a moment, and answers with it.
-    void MakeSong(uint64_t number, QPointer<QWebEngineUrlRequestJob> job);
+    void MakeSong(uint64_t number, const QPointer<QWebEngineUrlRequestJob>& job);
 
     const QString Folder;
     QThreadPool Makers;

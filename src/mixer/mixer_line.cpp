@@ -61,7 +61,7 @@ int32_t GetListItem(MixerDevice& device, const MIXERCONTROL& control, int32_t in
 std::optional<MIXERLINE> FindWaveInLine(MixerDevice& device) {
     const uint32_t count = device.Caps().cDestinations;
     for (uint32_t destination = 0; destination < count; ++destination) {
-        const auto line = device.Destination(destination);
+        auto line = device.Destination(destination);
         if (line && line->dwComponentType == MIXERLINE_COMPONENTTYPE_DST_WAVEIN) return line;
     }
     return std::nullopt;

@@ -61,6 +61,33 @@ TEST(AutomaticBegin, ATrackThatWasHeardOnlySoonAfterItsBeginLacksThat) {
     EXPECT_EQ(BeginOfLast(rig), Certainty::Unsure);
 }
 
+TEST(AutomaticBegin, AnInputThatHadNoTitleBeforeItsFirstSongBeginsItThere) {
+    AutomaticRig rig;
+    rig.Said.OfInput = true;
+    rig.Say("");
+    rig.Silence(30);
+    rig.Play(10);
+    rig.Say("One");
+    EXPECT_EQ(BeginOfLast(rig), Certainty::Sure);
+}
+
+TEST(AutomaticBegin, AnInputThatHadATitleFromItsBeginningOnMayBeInTheMiddleOfIt) {
+    AutomaticRig rig;
+    rig.Said.OfInput = true;
+    rig.Silence(30);
+    rig.Say("One");
+    EXPECT_EQ(BeginOfLast(rig), Certainty::Unsure);
+}
+
+TEST(AutomaticBegin, APageThatIsOpenedMeanwhileMayBeInTheMiddleOfItsSong) {
+    AutomaticRig rig;
+    rig.Say("");
+    rig.Silence(30);
+    rig.Play(10);
+    rig.Say("One");
+    EXPECT_EQ(BeginOfLast(rig), Certainty::Unsure);
+}
+
 TEST(AutomaticBegin, SilenceBeforeATrackIsInNoSongHoweverLongAgoItBegan) {
     AutomaticRig rig;
     rig.Track("1", "One");

@@ -41,7 +41,7 @@ std::string TempNames::Claim(const SongPassage& passage) {
     constexpr int32_t mostNumbers = 10'000;
     for (int32_t number = 1; number <= mostNumbers; ++number) {
         const std::string suffix = number > 1 ? " (" + std::to_string(number) + ")" : "";
-        const std::string name = passage.Names.FinalName + suffix;
+        std::string name = passage.Names.FinalName + suffix;
         if (name == stamp) return name;
         const std::string base = Place.Folders.SongTempFolder + "/" + name;
         if (IsInput(base + ".wav") || IsInput(base + ".jpg")) continue;

@@ -26,6 +26,7 @@ struct SourceLook {
     std::optional<int64_t> Length;    ///< of the track
     bool Others = false;              ///< another player plays at the same time
     bool Deaf = false;                ///< the input stands still: what plays now is not heard
+    bool OfInput = false;             ///< the recorded input says it of itself, as it begins to play
 };
 
 /// Finds the place of a cut in what was heard.
@@ -180,6 +181,7 @@ class AutomaticEnd {
     std::optional<int64_t> EndOf(const SourceLook& before) const;
     void PlaceChange(const SourceLook& look);
     void NoteSeek(const SourceLook& look);
+    void NoteBegin(int64_t slot);
     void NoteStanding(const SourceLook& look);
     void FollowStatus(const SourceLook& look);
 

@@ -49,6 +49,8 @@ bool AutomaticEnd::Look(const SourceLook& look, bool wanted) {
     if (!before) {
         newest = look.Media;
         Present.Named = true;
+        // It had no title before that, so nothing of it was missed.
+        if (look.OfInput && vanished) NoteBegin(look.Slot);
         return false;
     }
     const bool sameTitle = SameTitle(look.Media, newest);
@@ -115,7 +117,11 @@ void AutomaticEnd::NoteSeek(const SourceLook& look) {
     if (TrackBegan && !PausedAt && !look.Deaf && std::abs(began - *TrackBegan) > SeekSlots) {
         (Changes.empty() ? Present.Trust : Changes.back().Trust).Sought = true;
     }
-    TrackBegan = began;
+    NoteBegin(began);
+}
+
+void AutomaticEnd::NoteBegin(int64_t slot) {
+    TrackBegan = slot;
     // Often the player says so a second after its sound.
     if (Changes.empty() && Present.Joined && BeganAt(Present.Begin)) Present.Trust.Begin = Certainty::Sure;
 }

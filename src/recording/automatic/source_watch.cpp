@@ -74,6 +74,7 @@ void SourceWatch::AddPlayer(SourceLook& look, const PlayerReport& player, int64_
     look.LearnsAs = NameToLearnBy(player.Player);
     look.Status = player.Status;
     look.Others = Parts.Bridge->OthersPlay();
+    look.OfInput = Parts.Bridge->IsTheInput();
     if (player.Playing) look.Media = WithNameOfFile(look.Media, player.Address);
     // Of a stream every title is a piece of its own, whatever its player calls it, and has no position.
     if (Streams.IsStream(player)) return;

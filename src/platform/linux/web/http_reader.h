@@ -10,7 +10,7 @@
 namespace Corvetape {
 
 /// What a server may send before the body, interim answers included. Browsers allow about as much.
-inline constexpr size_t MostHeadBytes = 64 * 1024;
+inline constexpr size_t MostHeadBytes = size_t{64} * 1024;
 
 /// Takes the answer of a web server apart while it comes in. It stores the head up to MostHeadBytes and the
 /// body up to the limit given to it, whatever a server sends.
