@@ -102,12 +102,18 @@ void QtDesktop::AddTrayIcon() {
             window, [window] { window->close(); }, Qt::QueuedConnection);
     });
     Tray = std::make_unique<TrayIcon>(form, [this] { ComeForward(); });
+    const bool onDisplay = QGuiApplication::platformName() == "xcb";
+    Hosts = std::make_unique<TrayHosts>(onDisplay ? TrayHosts::Where::BusAndDisplay : TrayHosts::Where::Bus);
+    QObject::connect(Hosts.get(), &TrayHosts::Changed, Tray.get(),
+                     [this] { Tray->HostIs(Hosts->Present()); });
+    Tray->HostIs(Hosts->Present());
     Window->Follow(Tray.get());
 }
 
 void QtDesktop::RemoveTrayIcon() {
     if (Window != nullptr) Window->Follow(nullptr);
     Tray.reset();
+    Hosts.reset();
 }
 
 void QtDesktop::ShowTrayTip(const std::string& tip) {

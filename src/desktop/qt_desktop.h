@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/desktop.h"
+#include "platform/linux/desktop/tray_hosts.h"
 #include "platform/linux/processes/single_instance.h"
 #include "ui/cover_bar.h"
 #include "ui/main_window.h"
@@ -54,6 +55,7 @@ class QtDesktop : public Desktop {
     State* Forms = nullptr;
     std::unique_ptr<QuickBarWindow> PlainBar;
     std::unique_ptr<CoverBarWindow> CoverBar;
+    std::unique_ptr<TrayHosts> Hosts;
     std::unique_ptr<TrayIcon> Tray;
 };
 

@@ -37,9 +37,10 @@ void CoverImages::LoadImage(const std::string& address) {
     CoverBytes.clear();
     Refused = false;
     LastCoverUrl = address;
+    UnderWay = IsCoverFetched(address);
     Changed.Raise();
     Web->Cancel();
-    if (!IsCoverFetched(address)) {
+    if (!UnderWay) {
         if (!address.empty()) Refuse();
         return;
     }
@@ -52,6 +53,7 @@ void CoverImages::LoadImage(const std::string& address) {
 }
 
 void CoverImages::Answered(const HttpAnswer& answer, bool fromWeb) {
+    UnderWay = false;
     const bool whole =
         fromWeb || (answer.Body.size() <= MostCoverBytes && ReadImageSize(answer.Body).has_value());
     if (answer.Failed || !whole) {

@@ -60,6 +60,9 @@ class CoverImages {
     /// The address that was asked for last.
     const std::string& Address() const { return LastCoverUrl; }
 
+    /// That address was asked for, and nothing has come yet.
+    bool IsUnderWay() const { return UnderWay; }
+
     /// A picture has come, or the present one has to go.
     Event<> Changed;
 
@@ -78,6 +81,7 @@ class CoverImages {
     std::string SongCoverBytes;
     std::string SongCoverUrl;  ///< where SongCoverBytes came from
     std::string LastCoverUrl;
+    bool UnderWay = false;
     bool Refused = false;  ///< the picture of LastCoverUrl cannot be had
 };
 

@@ -138,8 +138,7 @@ void FloatingBars::HideTimerFired() {
 
 /// A request that is under way changes nothing; its answer does, and so does an address without a picture.
 void FloatingBars::CoverChanged() {
-    const CoverImages& covers = Parts.Covers;
-    if (!covers.Picture().empty() || !IsCoverFetched(covers.Address())) Parts.Cover.tmrHide.Running(true);
+    if (!Parts.Covers.IsUnderWay()) Parts.Cover.tmrHide.Running(true);
 }
 
 }  // namespace Corvetape

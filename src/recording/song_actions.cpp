@@ -1,7 +1,7 @@
 #include "recording/song_actions.h"
 
 #include <algorithm>
-#include <string_view>
+#include <chrono>
 
 #include "core/text/date_format.h"
 #include "post/lists/watch_list.h"
@@ -26,6 +26,18 @@ std::string Literal(const std::string& name) {
         text += special ? std::string("[") + letter + "]" : std::string(1, letter);
     }
     return text;
+}
+
+DateTime DayBefore(const DateTime& now) {
+    using namespace std::chrono;
+    const year_month_day today{year(now.Year), month(static_cast<unsigned>(now.Month)),
+                               day(static_cast<unsigned>(now.Day))};
+    const year_month_day before{sys_days(today) - days(1)};
+    DateTime date = now;
+    date.Year = static_cast<int>(before.year());
+    date.Month = static_cast<int32_t>(static_cast<unsigned>(before.month()));
+    date.Day = static_cast<int32_t>(static_cast<unsigned>(before.day()));
+    return date;
 }
 
 }  // namespace
@@ -60,10 +72,17 @@ void SongActions::PutOnList(const RunSong& song, WatchListKind list) {
 }
 
 std::string SongActions::LogLines(const RunSong& song) const {
-    const std::string date = FormatDate("yyyymmdd", Parts.Clock.LocalNow());
-    const auto log = Parts.Files.ReadAll(Parts.Folders.Paths[2] + "/" + date + ".log", LargestLog);
     const std::string name = song.Media.Song.empty() ? BaseNameOf(song.TempFile) : song.Media.Song;
-    if (!log || name.empty()) return {};
+    if (name.empty()) return {};
+    const DateTime now = Parts.Clock.LocalNow();
+    // A run may go on past midnight.
+    return LinesWith(name, DayBefore(now)) + LinesWith(name, now);
+}
+
+std::string SongActions::LinesWith(std::string_view name, const DateTime& day) const {
+    const std::string path = Parts.Folders.Paths[2] + "/" + FormatDate("yyyymmdd", day) + ".log";
+    const auto log = Parts.Files.ReadAll(path, LargestLog);
+    if (!log) return {};
     std::string lines;
     for (std::string_view rest = *log; !rest.empty();) {
         const size_t end = std::min(rest.find('\n'), rest.size() - 1) + 1;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "core/settings/settings.h"
 #include "platform/clock.h"
@@ -42,10 +43,13 @@ class SongActions {
     /// Puts the song on a list. Nothing without a name for it.
     void PutOnList(const RunSong& song, WatchListKind list);
 
-    /// The lines of today's log that name the song, each with its line end. Empty if there are none.
+    /// The lines of the logs of yesterday and today that name the song, each with its line end. Empty if
+    /// there are none.
     std::string LogLines(const RunSong& song) const;
 
  private:
+    std::string LinesWith(std::string_view name, const DateTime& day) const;
+
     SongActionsParts Parts;
 };
 

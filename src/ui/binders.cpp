@@ -38,6 +38,26 @@ void ShowCommon(const Control& control, QWidget& widget) {
 
 namespace {
 
+class WheelFilter : public QObject {
+ public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::Wheel || static_cast<QWidget*>(watched)->hasFocus()) return false;
+        event->ignore();
+        return true;
+    }
+};
+
+}  // namespace
+
+void LeaveWheelToPage(QWidget& widget) {
+    widget.setFocusPolicy(Qt::StrongFocus);
+    widget.installEventFilter(Make<WheelFilter>(&widget));
+}
+
+namespace {
+
 template <typename Button>
 void ShowCaption(const Control& control, Button& widget) {
     const QString caption = QString::fromStdString(control.Caption());
@@ -215,6 +235,7 @@ QSlider* BoundTo(Slider& control) {
     widget->setRange(control.Minimum(), control.Maximum());
     widget->setSingleStep(control.Step());
     widget->setPageStep(control.Step() * 5);
+    LeaveWheelToPage(*widget);
     QObject::connect(widget, &QSlider::sliderMoved, [&control](int value) { control.Drag(value); });
     QObject::connect(widget, &QSlider::sliderReleased,
                      [widget, &control] { control.Value(widget->value()); });

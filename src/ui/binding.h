@@ -16,6 +16,9 @@ QString WidgetName(const Control& control);
 /// Shows what all kinds of controls have: name, tool tip, whether it is enabled and visible.
 void ShowCommon(const Control& control, QWidget& widget);
 
+/// The wheel scrolls the page below a widget that was not clicked, and does not change its value unasked.
+void LeaveWheelToPage(QWidget& widget);
+
 /// For a control whose function this version does not have yet: it cannot be pressed, and its tool tip says
 /// so, whatever its control says.
 template <typename Widget>

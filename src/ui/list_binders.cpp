@@ -100,6 +100,7 @@ QComboBox* BoundToChoice(ListBox& control) {
     widget->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     widget->setMinimumContentsLength(4);
     widget->setModel(Make<ItemsModel>(widget));
+    LeaveWheelToPage(*widget);
     QObject::connect(widget, &QComboBox::activated, [widget, &control](int index) {
         control.ListIndex(index);
         widget->setCurrentIndex(control.ListIndex());

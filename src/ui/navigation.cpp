@@ -38,6 +38,7 @@ Navigation::Navigation(TabStrip& tabs) : Tabs(tabs) {
         button->setIconSize({18, 18});
         button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         button->setMinimumHeight(4 * Grid);
+        button->setFocusPolicy(Qt::StrongFocus);  // so that a field is left, and its number looked at, before
         connect(button, &QToolButton::clicked, this, [this, key] { Tabs.Select(key); });
         if (key == tabs.Tabs().back().Key) lines->addStretch(1);
         lines->addWidget(button);

@@ -9,12 +9,6 @@
 
 namespace Corvetape {
 
-namespace {
-
-constexpr int LookEveryMs = 10'000;
-
-}  // namespace
-
 QIcon StateIcon(int32_t state) {
     if (state == 1) return DrawnIcon("tray-1", QColor("#e5533b"));
     if (state == 2) return DrawnIcon("tray-2", QColor("#d0912a"));
@@ -25,20 +19,24 @@ QString PlainTip(const std::string& tip) {
     return QString::fromStdString(tip).replace("&&&", "&");
 }
 
-TrayIcon::TrayIcon(frmMain& form, std::function<void()> restore) {
+TrayIcon::TrayIcon(frmMain& form, std::function<void()> restore)
+    : Restore(std::move(restore)), Tip(PlainTip(ProgramTitle)) {
     FillMenu(Menu, form.mnuTaskbarItem);
-    Icon.setContextMenu(&Menu);
-    ShowState(0);
-    ShowTip(ProgramTitle);
-    connect(&Icon, &QSystemTrayIcon::activated, this,
-            [this, restore = std::move(restore)](QSystemTrayIcon::ActivationReason reason) {
-                if (reason == QSystemTrayIcon::DoubleClick || IsSecondClick(reason)) restore();
-            });
-    // The area may come later than the program.
-    Look.setInterval(LookEveryMs);
-    connect(&Look, &QTimer::timeout, this, [this] { LookForHost(); });
-    Look.start();
-    LookForHost();
+}
+
+void TrayIcon::HostIs(bool there) {
+    HostThere = there;
+    if (there && !Icon) MakeIcon();
+}
+
+void TrayIcon::MakeIcon() {
+    Icon = std::make_unique<QSystemTrayIcon>(StateIcon(State), this);
+    Icon->setContextMenu(&Menu);
+    Icon->setToolTip(Tip);
+    connect(Icon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+        if (reason == QSystemTrayIcon::DoubleClick || IsSecondClick(reason)) Restore();
+    });
+    Icon->show();
 }
 
 bool TrayIcon::IsSecondClick(QSystemTrayIcon::ActivationReason reason) {
@@ -52,18 +50,14 @@ bool TrayIcon::IsSecondClick(QSystemTrayIcon::ActivationReason reason) {
     return second;
 }
 
-void TrayIcon::LookForHost() {
-    if (!QSystemTrayIcon::isSystemTrayAvailable()) return;
-    Icon.show();
-    Look.stop();
-}
-
 void TrayIcon::ShowState(int32_t state) {
-    Icon.setIcon(StateIcon(state));
+    State = state;
+    if (Icon) Icon->setIcon(StateIcon(state));
 }
 
 void TrayIcon::ShowTip(const std::string& tip) {
-    Icon.setToolTip(PlainTip(tip));
+    Tip = PlainTip(tip);
+    if (Icon) Icon->setToolTip(Tip);
 }
 
 }  // namespace Corvetape

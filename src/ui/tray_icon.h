@@ -3,15 +3,15 @@
 #include <QElapsedTimer>
 #include <QMenu>
 #include <QSystemTrayIcon>
-#include <QTimer>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "forms/frm_main.h"
 
 namespace Corvetape {
 
-/// The icon in the notification area and its menu. Where there is no such area it waits for one.
+/// The icon in the notification area and its menu, once there is such an area.
 class TrayIcon : public QObject {
  public:
     /// `restore` brings the window back: by a double click. The form outlives the icon.
@@ -23,18 +23,26 @@ class TrayIcon : public QObject {
     /// `tip` as a host wants it that strips every first ampersand of three; these hosts strip none.
     void ShowTip(const std::string& tip);
 
+    /// A panel that shows icons has come or gone.
+    void HostIs(bool there);
+
     /// True while the icon can be seen, so that a hidden window can be found again.
-    bool Present() const { return Icon.isVisible() && QSystemTrayIcon::isSystemTrayAvailable(); }
+    bool Present() const { return HostThere && Icon && Icon->isVisible(); }
 
  private:
-    void LookForHost();
+    void MakeIcon();
 
     /// Some hosts report single clicks only: two of them soon after each other are a double click.
     bool IsSecondClick(QSystemTrayIcon::ActivationReason reason);
 
+    std::function<void()> Restore;
     QMenu Menu;
-    QSystemTrayIcon Icon{this};
-    QTimer Look;
+    /// Made for the first panel: the toolkit decides at the first icon, once and for all, how icons are
+    /// shown.
+    std::unique_ptr<QSystemTrayIcon> Icon;
+    bool HostThere = false;
+    int32_t State = 0;
+    QString Tip;
     QElapsedTimer SinceClick;
 };
 

@@ -274,6 +274,7 @@ TEST_F(WatchPagesTest, TheFileIsOpenedForEditing) {
     ASSERT_EQ(Machine.Processes.ShellCalls.size(), 2u);
     EXPECT_EQ(Machine.Processes.ShellCalls[0].Path, "/home/user/log/Include.txt");
     EXPECT_EQ(Machine.Processes.ShellCalls[1].Path, "/home/user/log/Exclude.txt");
+    EXPECT_TRUE(Machine.Files.FileSize(Lists.FileOf(Exclude))) << "an editor needs a file";
 }
 
 TEST_F(WatchPagesTest, AnOutsideEditIsNotTakenOver) {

@@ -155,6 +155,30 @@ TEST(FloatingBars, ATitleWithoutAPictureStays) {
     EXPECT_FALSE(rig.OverlayShown());
 }
 
+TEST(FloatingBars, AnAnswerThatIsTooShortForAPictureBringsTheTitleBack) {
+    Rig rig;
+    rig.Media.CurrentMedia.Song = "Rain";
+    rig.Web.Bodies["http://cover"] = std::string(2000, 'x');
+    rig.Web.Bodies["http://none"] = std::string(1000, 'x');
+    rig.Covers.LoadImage("http://cover");
+    rig.RunFor(5000);
+    ASSERT_FALSE(rig.OverlayShown());
+    rig.Covers.LoadImage("http://none");
+    rig.RunFor(2500);
+    EXPECT_TRUE(rig.OverlayShown());
+}
+
+TEST(FloatingBars, ARequestThatFailsLeavesTheBarAsItIs) {
+    Rig rig;
+    rig.Media.CurrentMedia.Song = "Rain";
+    rig.Web.Bodies["http://cover"] = std::string(2000, 'x');
+    rig.Covers.LoadImage("http://cover");
+    rig.RunFor(5000);
+    rig.Covers.LoadImage("http://nowhere");
+    rig.RunFor(5000);
+    EXPECT_FALSE(rig.OverlayShown());
+}
+
 TEST(FloatingBars, APressStopsTheTimer) {
     Rig rig;
     rig.Bars.PointerMoved();

@@ -81,6 +81,18 @@ TEST(SongActions, TheLogIsReadForTheSongAlone) {
     EXPECT_EQ(std::ranges::count(lines, '\n'), 1);
 }
 
+TEST(SongActions, TheLogOfTheEveningBeforeCountsToo) {
+    Rig rig;
+    const RunSong song = rig.Song("Rain");
+    rig.Computer.Clock.SetLocalNow({2024, 2, 29, 23, 59, 0, 0});
+    rig.Journal.WriteLog({"MP3 ", "Tin Weather - Rain"});
+    rig.Computer.Clock.SetLocalNow({2024, 3, 1, 0, 5, 0, 0});
+    rig.Journal.WriteLog({"MP3 ", "Tin Weather - Rain (2)"});
+    const std::string lines = rig.Actions.LogLines(song);
+    EXPECT_EQ(std::ranges::count(lines, '\n'), 2);
+    EXPECT_LT(lines.find("23:59"), lines.find("00:05"));
+}
+
 TEST(SongActions, WhatIsStillThereCanBeKept) {
     Rig rig;
     RunSong song = rig.Song("Rain");

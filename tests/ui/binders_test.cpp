@@ -1,6 +1,7 @@
 // What the user does to a widget reaches its control, and what anybody does to the control shows.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
@@ -8,6 +9,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
+#include <QWheelEvent>
 #include <memory>
 
 #include "core/controls/control_array.h"
@@ -118,6 +120,38 @@ TEST(Binders, ASliderMovesItsControlAndFollowsIt) {
     EXPECT_EQ(form.sldSeven.Value(), 7);
     form.sldSeven.Value(3);
     EXPECT_EQ(widget->value(), 3);
+}
+
+/// A notch of the wheel with the pointer in the middle of a widget; true if the widget takes it.
+bool TakesWheel(QWidget& widget) {
+    const QPointF middle = QRectF(widget.rect()).center();
+    QWheelEvent wheel(middle, widget.mapToGlobal(middle), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&widget, &wheel);
+    return wheel.isAccepted();
+}
+
+TEST(Binders, TheWheelChangesNoListAndNoSliderThatWasNotClicked) {
+    Sample form;
+    for (const char* text : {"one", "two", "three"}) form.cmbFive.AddItem(text);
+    form.cmbFive.ListIndex(0);
+    form.sldSeven.Value(3);
+    QWidget page;
+    QComboBox* const list = BoundTo(form.cmbFive);
+    QSlider* const slider = BoundTo(form.sldSeven);
+    for (QWidget* widget : {static_cast<QWidget*>(list), static_cast<QWidget*>(slider)}) {
+        widget->setParent(&page);
+        EXPECT_FALSE(TakesWheel(*widget)) << widget->objectName().toStdString();
+        EXPECT_NE(widget->focusPolicy(), Qt::WheelFocus);
+    }
+    EXPECT_EQ(form.cmbFive.ListIndex(), 0);
+    EXPECT_EQ(form.sldSeven.Value(), 3);
+    page.show();
+    QApplication::setActiveWindow(&page);
+    slider->setFocus();
+    ASSERT_TRUE(slider->hasFocus());
+    EXPECT_TRUE(TakesWheel(*slider));
+    EXPECT_NE(form.sldSeven.Value(), 3);
 }
 
 TEST(Binders, AControlOutlivesItsWidget) {

@@ -13,32 +13,50 @@
 namespace Corvetape::Test {
 namespace {
 
+/// What the toolkit shows.
+QSystemTrayIcon& Shown(const TrayIcon& icon) {
+    return *icon.findChild<QSystemTrayIcon*>();
+}
+
 TEST(TrayIcon, ShowsTheAmpersandsOfANameOnce) {
     EXPECT_EQ(PlainTip("Marrow &&& Mint:\nTea"), "Marrow & Mint:\nTea");
 }
 
 TEST(TrayIcon, WithoutAnAreaForItItIsNotPresent) {
     frmMain form;
-    const TrayIcon icon(form, [] {});
+    TrayIcon icon(form, [] {});
     EXPECT_FALSE(icon.Present());
+    icon.HostIs(true);
+    EXPECT_TRUE(icon.Present());
+    icon.HostIs(false);
+    EXPECT_FALSE(icon.Present());
+}
+
+TEST(TrayIcon, ShowsWhatWasSaidBeforeItsPanelCame) {
+    frmMain form;
+    TrayIcon icon(form, [] {});
+    icon.ShowState(2);
+    icon.ShowTip("Marrow");
+    icon.HostIs(true);
+    EXPECT_EQ(Shown(icon).toolTip(), "Marrow");
+    EXPECT_EQ(Shown(icon).icon().pixmap(32).toImage(), StateIcon(2).pixmap(32).toImage());
 }
 
 TEST(TrayIcon, BeginsWithTheNameOfTheProgramAsItsTip) {
     frmMain form;
     TrayIcon icon(form, [] {});
-    const auto* const shown = icon.findChild<QSystemTrayIcon*>();
-    ASSERT_NE(shown, nullptr);
-    EXPECT_EQ(shown->toolTip(), "Corvetape");
+    icon.HostIs(true);
+    EXPECT_EQ(Shown(icon).toolTip(), "Corvetape");
     icon.ShowTip("Marrow &&& Mint:\nTea\nCups");
-    EXPECT_EQ(shown->toolTip(), "Marrow & Mint:\nTea\nCups");
+    EXPECT_EQ(Shown(icon).toolTip(), "Marrow & Mint:\nTea\nCups");
 }
 
 TEST(TrayIcon, BringsTheWindowBackByADoubleClickAndNotByASingleOne) {
     frmMain form;
     int restored = 0;
-    const TrayIcon icon(form, [&restored] { ++restored; });
-    auto* const shown = icon.findChild<QSystemTrayIcon*>();
-    ASSERT_NE(shown, nullptr);
+    TrayIcon icon(form, [&restored] { ++restored; });
+    icon.HostIs(true);
+    QSystemTrayIcon* const shown = &Shown(icon);
     emit shown->activated(QSystemTrayIcon::Trigger);
     emit shown->activated(QSystemTrayIcon::Context);
     EXPECT_EQ(restored, 0);
@@ -49,9 +67,9 @@ TEST(TrayIcon, BringsTheWindowBackByADoubleClickAndNotByASingleOne) {
 TEST(TrayIcon, TakesTwoClicksForADoubleClickWhereTheHostReportsSingleOnesOnly) {
     frmMain form;
     int restored = 0;
-    const TrayIcon icon(form, [&restored] { ++restored; });
-    auto* const shown = icon.findChild<QSystemTrayIcon*>();
-    ASSERT_NE(shown, nullptr);
+    TrayIcon icon(form, [&restored] { ++restored; });
+    icon.HostIs(true);
+    QSystemTrayIcon* const shown = &Shown(icon);
     const int before = QApplication::doubleClickInterval();
     QApplication::setDoubleClickInterval(60'000);
     for (int i = 0; i < 3; ++i) emit shown->activated(QSystemTrayIcon::Trigger);

@@ -47,6 +47,8 @@ void WatchPages::Attach(WatchListKind kind) {
         [this, i] { Form.cmdDeleteFromWatchList[i].Enabled(Form.lstWatch[i].SelCount() > 0); });
     Form.cmdDeleteFromWatchList[i].Click.Connect([this, kind] { DeleteSelected(kind); });
     Form.cmdEditWatchList[i].Click.Connect([this, kind] {
+        // A list that never had an entry has no file yet, and an editor opens only what is there.
+        if (Lists.List(kind).Entries().empty()) Lists.SaveWatchList(kind);
         // Without an editor nothing opens; there is nobody else to report it to.
         Programs.ShellOpen(Lists.FileOf(kind), "", "");
     });
