@@ -149,6 +149,31 @@ TEST_F(MprisTest, SignalsThatChangeNoTextAreNotReported) {
     EXPECT_THAT(listener.Reports, SizeIs(2));
 }
 
+TEST_F(MprisTest, ThePositionOfTheSongBeforeIsNotThatOfTheNextOneThoughBothHaveOneName) {
+    const auto metadata = [](const QString& title, qlonglong length) {
+        QVariantMap map = Metadata("A", title);
+        map["mpris:trackid"] = "/page/1";
+        map["mpris:length"] = length;
+        return map;
+    };
+    FakePlayer player(bus, "one", Properties("Playing", metadata("1", 40'000'000)));
+    player.PositionUs = 30'000'000;
+    Listener listener(session, bus.Address());
+    ASSERT_TRUE(Wait([&] { return listener.Of("one").BeganAtMs >= 0; }));
+    const int64_t began = listener.Of("one").BeganAtMs;
+    player.PositionUs.reset();
+    player.Say({{"Metadata", metadata("2", 40'000'000)}});
+    ASSERT_TRUE(Wait([&] { return listener.TitleOf("one") == "2"; }));
+    EXPECT_EQ(listener.Of("one").BeganAtMs, -1);
+    player.PositionUs = 10'000;
+    ASSERT_TRUE(Wait([&] { return listener.Of("one").BeganAtMs >= 0; }));
+    EXPECT_GT(listener.Of("one").BeganAtMs, began + 20'000);
+    player.PositionUs.reset();
+    player.Say({{"Metadata", metadata("2", 50'000'000)}});
+    EXPECT_TRUE(Wait([&] { return listener.Of("one").LengthMs == 50'000; }));
+    EXPECT_EQ(listener.Of("one").BeganAtMs, -1) << "of another length, it is another piece";
+}
+
 TEST_F(MprisTest, WhatIsOnlySaidToHaveChangedIsAskedFor) {
     FakePlayer player(bus, "one", Properties("Playing", Metadata("A", "1")));
     Listener listener(session, bus.Address());

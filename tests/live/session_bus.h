@@ -5,10 +5,12 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusVariant>
 #include <QDBusVirtualObject>
 #include <QStringList>
 #include <QVariantMap>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "live/test_process.h"
@@ -77,6 +79,7 @@ class FakePlayer : public QDBusVirtualObject {
     QVariantMap Properties;
     bool Silent = false;  ///< takes questions and does not answer
     int Asked = 0;
+    std::optional<qlonglong> PositionUs;  ///< that it answers with, in microseconds; refused without one
 
  private:
     static QString Path() { return QStringLiteral("/org/mpris/MediaPlayer2"); }
@@ -90,6 +93,10 @@ class FakePlayer : public QDBusVirtualObject {
     QString introspect(const QString& /*path*/) const override { return {}; }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+        if (message.member() == QStringLiteral("Get") && PositionUs) {
+            const QVariant position = QVariant::fromValue(QDBusVariant(*PositionUs));
+            return connection.send(message.createReply(position));
+        }
         if (message.member() != QStringLiteral("GetAll")) return false;
         ++Asked;
         if (!Silent) connection.send(message.createReply(QVariant(Properties)));

@@ -105,6 +105,14 @@ class PlayerWorld {
     }
 };
 
+/// The player plays a stream: a title without a length, from the third second on.
+inline void Streams(PlayerWorld& world, double second, const std::string& title) {
+    world.Plays(second, title, 3);
+    PlayerReport& report = world.Reports["mpv"];
+    report.LengthMs = 0;
+    world.Place.Players.Say(report);
+}
+
 /// Where a song was cut, against where it really is.
 inline void ExpectSong(World& world, const HeardSong& heard, const std::string& title, double begin,
                        double end, double within) {

@@ -274,14 +274,6 @@ TEST(Automatic, WithoutTitlesSongsEndBySilenceAndAreNumberedByTime) {
     }
 }
 
-/// The player plays a stream: a title without a length, from the third second on.
-void Streams(PlayerWorld& world, double second, const std::string& title) {
-    world.Plays(second, title, 3);
-    PlayerReport& report = world.Reports["mpv"];
-    report.LengthMs = 0;
-    world.Place.Players.Say(report);
-}
-
 TEST(Automatic, AFileWhoseTagsAndLengthComeLaterThanItsNameIsOneSong) {
     PlayerWorld world(Songs(2, 9, 8));
     world.Record();

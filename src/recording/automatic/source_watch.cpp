@@ -14,19 +14,41 @@ constexpr int64_t NanosecondsPerMs = 1'000'000;
 /// A length that was estimated or came late is corrected once or twice. That of a stream grows every second.
 constexpr int GrowthsOfStream = 3;
 
+/// Nothing that has an end is longer. Browsers give streams the largest length that there is.
+constexpr int64_t LongestTrackMs = 24LL * 60 * 60 * 1000;
+
+/// The tags of a piece are known so long after its begin at the latest.
+constexpr int64_t LateTagsMs = 3000;
+
+bool IsLocalFile(const PlayerReport& player) {
+    return player.Address.starts_with("file:");
+}
+
+/// Host and port of an address; empty for a file.
+std::string_view HostOf(std::string_view address) {
+    constexpr std::string_view mark = "://";
+    const size_t scheme = address.find(mark);
+    if (scheme == std::string_view::npos) return {};
+    const std::string_view rest = address.substr(scheme + mark.size());
+    const std::string_view authority = rest.substr(0, rest.find_first_of("/?#"));
+    return authority.substr(authority.rfind('@') + 1);  // a password is nobody's business
+}
+
 }  // namespace
 
-std::string NameToLearnBy(const std::string& player) {
+std::string NameToLearnBy(const std::string& player, const std::string& stream) {
     constexpr std::string_view prefix = "org.mpris.MediaPlayer2.";
     std::string name = player.starts_with(prefix) ? player.substr(prefix.size()) : player;
-    return name.substr(0, name.find(".instance"));
+    name = name.substr(0, name.find(".instance"));
+    const std::string_view host = HostOf(stream);
+    return host.empty() ? name : name + " " + std::string(host);
 }
 
 bool StreamFinder::IsStream(const PlayerReport& player) {
     const PlayerReport before = std::exchange(Before, player);
     // The length of a file is known a little later than its name.
-    if (player.Address.starts_with("file:")) return false;
-    if (player.LengthMs <= 0) return true;
+    if (IsLocalFile(player)) return false;
+    if (player.LengthMs <= 0 || player.LengthMs > LongestTrackMs) return true;
     const bool same = player.Player == before.Player && player.TrackId == before.TrackId &&
                       player.Address == before.Address;
     if (!same) Growths = 0;
@@ -37,14 +59,36 @@ bool StreamFinder::IsStream(const PlayerReport& player) {
     return Growths >= GrowthsOfStream;
 }
 
+std::string TrackNames::Of(const PlayerReport& player, int64_t nowMs) {
+    const std::string piece = player.TrackId + "\n" + player.Address;
+    if (IsLocalFile(player)) return piece;
+    const std::string title = player.Artist + "\n" + player.Title;
+    if (player.Player != Player || piece != Piece) {
+        Player = player.Player;
+        Piece = piece;
+        Since = nowMs;
+        Title = title;
+    } else if (title != Shown && nowMs - Since >= LateTagsMs) {
+        Title = title;
+    }
+    Shown = title;
+    return piece + "\n" + Title;
+}
+
 SourceWatch::SourceWatch(SourceWatchParts parts) : Parts(parts) {
     Parts.Form.tmrGetMediaData.Timer.Connect([this] { Tick(); });
+    // The timer stands still where songs end in another way. The mode is set by an earlier handler.
+    for (OptionButton& option : Parts.Form.optEndOfSong) {
+        option.Click.Connect([this] { FollowMode(); });
+    }
+}
+
+void SourceWatch::FollowMode() {
+    if (Parts.Bridge != nullptr) Parts.Bridge->FirstCounts(Parts.Recorder.Active());
 }
 
 void SourceWatch::Tick() {
-    const bool active = Parts.Recorder.Active();
-    if (Parts.Bridge != nullptr) Parts.Bridge->FirstCounts(active);
-    if (!active || Busy) return;
+    if (!Parts.Recorder.Active() || Busy) return;
     const Held busy(Busy);
     Parts.Media.PreviousMedia = Parts.Media.CurrentMedia;
     Parts.Providers.GetStationData();
@@ -71,14 +115,18 @@ SourceLook SourceWatch::Look() {
 
 void SourceWatch::AddPlayer(SourceLook& look, const PlayerReport& player, int64_t nowMs) {
     look.Source = player.Player;
-    look.LearnsAs = NameToLearnBy(player.Player);
+    look.LearnsAs = NameToLearnBy(player.Player, "");
     look.Status = player.Status;
     look.Others = Parts.Bridge->OthersPlay();
     look.OfInput = Parts.Bridge->IsTheInput();
     if (player.Playing) look.Media = WithNameOfFile(look.Media, player.Address);
     // Of a stream every title is a piece of its own, whatever its player calls it, and has no position.
-    if (Streams.IsStream(player)) return;
-    look.TrackId = player.TrackId + "\n" + player.Address;
+    const std::string track = Tracks.Of(player, nowMs);
+    if (Streams.IsStream(player)) {
+        look.LearnsAs = NameToLearnBy(player.Player, player.Address);
+        return;
+    }
+    look.TrackId = track;
     if (player.LengthMs > 0) look.Length = player.LengthMs / BufferMilliseconds;
     if (player.BeganAtMs < 0) return;
     look.Position = (nowMs - player.BeganAtMs) / BufferMilliseconds;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "core/media_state.h"
@@ -35,6 +36,24 @@ class StreamFinder {
     int Growths = 0;  ///< looks at which the length had grown, of one title
 };
 
+/// Tells the pieces of a player from one another.
+///
+/// A page may call all that it ever plays by one name. So the title belongs to a piece, unless it is a file
+/// of this machine, which stays the same piece when its tags are corrected. Tags may come a little later than
+/// their piece.
+class TrackNames {
+ public:
+    /// A text that stays the same for as long as one piece is meant. Asked at each look.
+    std::string Of(const PlayerReport& player, int64_t nowMs);
+
+ private:
+    std::string Player;
+    std::string Piece;  ///< as the player calls it
+    int64_t Since = 0;  ///< when it was first called so
+    std::string Title;  ///< by which it is told from others
+    std::string Shown;  ///< at the look before
+};
+
 /// Looks at the source of the media data twice a second with the end of song "Automatic": asks the provider,
 /// and adds what a player says beyond its titles.
 class SourceWatch {
@@ -43,16 +62,20 @@ class SourceWatch {
 
  private:
     void Tick();
+    void FollowMode();
     SourceLook Look();
     void AddPlayer(SourceLook& look, const PlayerReport& player, int64_t nowMs);
 
     SourceWatchParts Parts;
     SlotClock Slots;
     StreamFinder Streams;
+    TrackNames Tracks;
     bool Busy = false;  ///< a tick waits for an answer of the user
 };
 
-/// The name that a source's cuts are learned by: that of a player without what distinguishes its copies.
-std::string NameToLearnBy(const std::string& player);
+/// The name that a source's cuts are learned by: that of a player without what distinguishes its copies, and
+/// the host of the stream that it plays, as each station has titles of its own. `stream` is the address of
+/// it; empty for what is none.
+std::string NameToLearnBy(const std::string& player, const std::string& stream);
 
 }  // namespace Corvetape

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <memory>
+#include <tuple>
 #include <utility>
 
 #include "platform/linux/players/mpris_values.h"
@@ -202,9 +203,12 @@ void MprisListener::PropertiesChanged(const QDBusMessage& signal) {
 
 void MprisListener::Take(Player& player, const QVariantMap& properties) {
     PlayerReport report = WithProperties(player.Report, properties);
-    // Another piece, or one that goes on after a pause, has begun at another time.
-    const bool moved = report.Playing != player.Report.Playing || report.TrackId != player.Report.TrackId ||
-                       report.Address != player.Report.Address;
+    // Another piece, or one that goes on after a pause, has begun at another time. Browsers call all pieces
+    // of a page by one name.
+    const auto piece = [](const PlayerReport& of) {
+        return std::tie(of.TrackId, of.Address, of.Artist, of.Title, of.LengthMs);
+    };
+    const bool moved = report.Playing != player.Report.Playing || piece(report) != piece(player.Report);
     if (moved || !report.Playing) report.BeganAtMs = -1;
     PassOn(player, std::move(report));
     if (moved && player.Report.Playing) AskForPositions();

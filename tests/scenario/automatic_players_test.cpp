@@ -1,0 +1,101 @@
+// Songs that end by everything that is known, as players of every kind report them.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "recording/automatic/learned_cuts.h"
+#include "scenario/automatic_story.h"
+
+namespace Corvetape::Test {
+namespace {
+
+/// A page plays songs, all of which its browser calls by one name. It says a little later where each began.
+void PlaysPage(PlayerWorld& world, int song, int64_t lengthMs, int64_t beganAtMs) {
+    const double begin = 3 + 40.0 * (song - 1);
+    PlayerReport& report = world.Reports["page"];
+    world.Plays(begin + 0.2, "Song " + std::to_string(song), -0.001, "/track/1", "page");
+    report.LengthMs = lengthMs;
+    world.Place.Players.Say(report);
+    RunTo(world.Place, begin + 1.3);
+    report.BeganAtMs = beganAtMs;
+    world.Place.Players.Say(report);
+}
+
+void ExpectThreeSongsOfForty(PlayerWorld& world) {
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 3U);
+    for (size_t i = 0; i < kept.size(); ++i) {
+        const double begin = 3 + 40.0 * static_cast<double>(i);
+        ExpectSong(world.Place, kept[i], "Song " + std::to_string(i + 1), begin, begin + 40, WithoutAGap);
+        EXPECT_FALSE(kept[i].Song.Trust.Sought);
+    }
+}
+
+TEST(Automatic, ARadioInABrowserIsCutAtItsTitles) {
+    PlayerWorld world(Songs(3, 40, 0));
+    world.Record();
+    constexpr int64_t noEnd = std::numeric_limits<int64_t>::max() / 1000;
+    for (const int song : {1, 2, 3}) PlaysPage(world, song, noEnd, 2900);
+    world.Quits(123.2, "page");
+    world.End(140);
+    ExpectThreeSongsOfForty(world);
+}
+
+TEST(Automatic, SongsOfAPageWhoseTrackIsAlwaysTheSameKeepTheirNames) {
+    PlayerWorld world(Songs(3, 40, 0));
+    world.Record();
+    for (const int song : {1, 2, 3}) PlaysPage(world, song, 40'000, 3000 + 40'000LL * (song - 1));
+    world.Quits(123.2, "page");
+    world.End(140);
+    ExpectThreeSongsOfForty(world);
+}
+
+TEST(Automatic, AFileOfAServerWhoseTagsComeLaterThanItsNameIsOneSong) {
+    PlayerWorld world(Songs(1, 40, 0));
+    world.Record();
+    world.Reports["mpv"].Address = "http://127.0.0.1/Track%2001.mp3";
+    world.Plays(3.1, "Track 01.mp3", 3, "/1");
+    world.Plays(4.1, "One", 3, "/1");
+    world.Quits(43.2);
+    world.End(60);
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 1U);
+    ExpectSong(world.Place, kept[0], "One", 3, 43, WithAGap);
+}
+
+TEST(Automatic, AStationIsLearnedByItsHostAndNotByItsPlayer) {
+    PlayerWorld world(Songs(3, 40, 1));
+    world.Record();
+    PlayerReport& report = world.Reports["mpv"];
+    for (const int song : {1, 2, 3}) {
+        const std::string host = song < 3 ? "one.example:8000" : "other.example";
+        report.Address = "http://user:secret@" + host + "/live.mp3";
+        Streams(world, 3.1 + 41.0 * (song - 1), "Song " + std::to_string(song));
+    }
+    world.Quits(125.2);
+    world.End(140);
+    std::vector<std::string> names;
+    for (const FileEntry& entry :
+         world.Place.Disk().List(FolderOfLearnedCuts(world.Place.Computer.Folders))) {
+        names.push_back(entry.Name);
+    }
+    EXPECT_THAT(names, testing::UnorderedElementsAre("mpv one.example_8000.cuts", "mpv other.example.cuts"));
+}
+
+TEST(Automatic, AnotherWayToEndSongsGoesBackToThePlayerThatBeganLast) {
+    PlayerWorld world(Songs(2, 40, 2));
+    world.Record();
+    world.Plays(3.1, "First", 3);
+    RunTo(world.Place, 20);
+    world.Place.Form().optEndOfSong[0].Press();
+    world.Plays(50, "Second", 45, "", "vlc");
+    world.End(100);
+    const std::vector<std::string> titles = KeptTitles(world.Place);
+    ASSERT_FALSE(titles.empty());
+    EXPECT_EQ(titles.back(), "Second");
+}
+
+}  // namespace
+}  // namespace Corvetape::Test
