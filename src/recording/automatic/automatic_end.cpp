@@ -84,7 +84,7 @@ std::vector<AutomaticStep> AutomaticEnd::Decide(bool wanted) {
     while (DecideChange(steps, false)) DropSilence(steps);
     DecideSilence(steps, wanted);
     DecideStop(steps, wanted);
-    HoldPause(steps);
+    HoldPause(steps, false);
     DropSilence(steps);
     WriteSafe(steps);
     return steps;
@@ -95,7 +95,7 @@ std::vector<AutomaticStep> AutomaticEnd::Finish(bool wanted) {
     DropSilence(steps);
     while (DecideChange(steps, true)) DropSilence(steps);
     DecideSilence(steps, wanted);
-    HoldPause(steps);
+    HoldPause(steps, true);
     DropSilence(steps);
     if (Dropping) {
         MoveTo(steps, End());
@@ -121,6 +121,11 @@ void AutomaticEnd::DropSilence(std::vector<AutomaticStep>& steps) {
     // somebody else.
     const bool paused = PausedAt && !ResumedAt && Present.HasSound;
     if (paused && End() - *sound < AfterNews) return;
+    if (const auto silence = Quiet.Present(); paused && silence) {
+        // It was short, and is over: of somebody else.
+        if (silence->Length() >= SecondSlots) MoveTo(steps, End());
+        return;
+    }
     if (Present.HasSound) {
         ++Present.Trust.PausesCut;
         PausedAt.reset();
@@ -156,6 +161,10 @@ bool AutomaticEnd::DecideChange(std::vector<AutomaticStep>& steps, bool last) {
     const Change change = Changes.front();
     const int64_t now = End();
     if (Dropping) {
+        if (change.Weak) {
+            Drop(steps);  // the song goes on
+            return true;
+        }
         // The song before ended where its silence began.
         if (Present.HasSound) Close(steps, change.Wanted, true, Certainty::Sure);
         Begin(change, Next, Certainty::Sure);
@@ -307,7 +316,7 @@ void AutomaticEnd::DecideSilence(std::vector<AutomaticStep>& steps, bool wanted)
     if (Dropping || !Quiet.Present()) return;
     const SlotRun silence = *Quiet.Present();
     if (silence.Length() < SilenceThatEnds || silence.Begin < Next) return;
-    if (PausedAt && !ResumedAt) return;
+    if (PausedAt) return;
     if (!Changes.empty()) {
         const Change change = Changes.front();
         const int64_t begin = silence.Begin - change.At;
@@ -351,8 +360,7 @@ void AutomaticEnd::DecideStop(std::vector<AutomaticStep>& steps, bool wanted) {
         PausedAt.reset();
         return;
     }
-    const auto silence =
-        Quiet.First({std::max(*StoppedAt - BeforeNews, Next), *StoppedAt + AfterNews}, SilenceOfStop);
+    const auto silence = SilenceOf(*StoppedAt, SilenceOfStop, false);
     if (silence && silence->Begin >= Next) {
         Write(steps, silence->Begin);
         EndSong(steps, wanted, *silence);
@@ -361,10 +369,19 @@ void AutomaticEnd::DecideStop(std::vector<AutomaticStep>& steps, bool wanted) {
     }
 }
 
-void AutomaticEnd::HoldPause(std::vector<AutomaticStep>& steps) {
+/// The silence that a player's news is about, of at least so many slots. The music may rest near it too: what
+/// still goes on a second after the news is it, or else the longest. Nothing while it may still come.
+std::optional<SlotRun> AutomaticEnd::SilenceOf(int64_t news, int64_t least, bool last) const {
+    const std::optional<SlotRun> present = Quiet.Present();
+    const bool goesOn = present && present->Length() >= SilenceOfStop;
+    if (goesOn && End() >= news + SecondSlots && present->Begin < news + AfterNews) return present;
+    if (!last && End() < news + AfterNews) return std::nullopt;
+    return Quiet.Longest({std::max(news - BeforeNews, Next), news + AfterNews}, least);
+}
+
+void AutomaticEnd::HoldPause(std::vector<AutomaticStep>& steps, bool last) {
     if (!PausedAt || Dropping) return;
-    const auto silence =
-        Quiet.First({std::max(*PausedAt - BeforeNews, Next), *PausedAt + AfterNews}, LeastPause);
+    const auto silence = SilenceOf(*PausedAt, LeastPause, last);
     if (silence && silence->Begin >= Next) {
         Write(steps, silence->Begin);
         Dropping = true;

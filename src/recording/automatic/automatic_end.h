@@ -200,7 +200,8 @@ class AutomaticEnd {
     void DecideSilence(std::vector<AutomaticStep>& steps, bool wanted);
     void EndSong(std::vector<AutomaticStep>& steps, bool wanted, SlotRun silence);
     void DecideStop(std::vector<AutomaticStep>& steps, bool wanted);
-    void HoldPause(std::vector<AutomaticStep>& steps);
+    std::optional<SlotRun> SilenceOf(int64_t news, int64_t least, bool last) const;
+    void HoldPause(std::vector<AutomaticStep>& steps, bool last);
     void WriteSafe(std::vector<AutomaticStep>& steps);
 
     void Write(std::vector<AutomaticStep>& steps, int64_t upTo);

@@ -40,7 +40,8 @@ bool AutomaticEnd::Look(const SourceLook& look, bool wanted) {
     if (look.Others) Present.Trust.Mixed = true;
     const bool anew = std::exchange(Anew, false);
     if (look.Media.Song.empty()) {
-        TitleVanished = true;
+        // A player that pauses shows none, and its song goes on.
+        if (look.Status != PlayerStatus::Paused) TitleVanished = true;
         return false;
     }
     const bool vanished = std::exchange(TitleVanished, false);

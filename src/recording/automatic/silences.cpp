@@ -54,6 +54,16 @@ std::optional<SlotRun> Silences::First(SlotRun within, int64_t least) const {
     return std::nullopt;
 }
 
+std::optional<SlotRun> Silences::Longest(SlotRun within, int64_t least) const {
+    std::optional<SlotRun> longest;
+    auto run = First(within, least);
+    while (run) {
+        if (!longest || run->Length() > longest->Length()) longest = run;
+        run = First({run->End, within.End}, least);
+    }
+    return longest;
+}
+
 std::optional<int64_t> Silences::SoundFrom(int64_t slot) const {
     for (int64_t each = std::max(slot, Oldest()); each < Count; ++each) {
         if (!At(each)) return each;

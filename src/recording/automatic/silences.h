@@ -42,6 +42,9 @@ class Silences {
     /// as it is remembered.
     std::optional<SlotRun> First(SlotRun within, int64_t least) const;
 
+    /// The longest silence of at least `least` slots that is in, or reaches into, `within`; all of it.
+    std::optional<SlotRun> Longest(SlotRun within, int64_t least) const;
+
     /// The first slot with sound from `slot` on; nothing if none was heard.
     std::optional<int64_t> SoundFrom(int64_t slot) const;
 

@@ -1,0 +1,49 @@
+// Pauses of players and what happens round them, with songs that end by everything that is known.
+
+#include <gtest/gtest.h>
+
+#include "scenario/automatic_story.h"
+
+namespace Corvetape::Test {
+namespace {
+
+/// Sounds of so many seconds from the third second on, each followed by so many seconds of silence.
+struct Sounding {
+    double Seconds = 0;
+    double Silence = 0;
+};
+
+RadioScript Pieces(const std::vector<Sounding>& pieces) {
+    RadioScript radio;
+    radio.Pause(3);
+    uint64_t seed = 0;
+    for (const Sounding& piece : pieces) {
+        ScriptSong song;
+        song.Seconds = piece.Seconds;
+        song.Seed = ++seed;
+        radio.Song(std::move(song)).Silence(piece.Silence);
+    }
+    return radio.SilenceForever();
+}
+
+/// Expects one song, of so many seconds.
+void ExpectOne(World& world, const std::string& title, double seconds) {
+    const auto kept = KeptSongs(world);
+    ASSERT_EQ(kept.size(), 1U);
+    EXPECT_EQ(kept[0].Song.Media.Song, title);
+    EXPECT_NEAR(static_cast<double>(kept[0].Song.Frames) / 44100, seconds, WithAGap);
+}
+
+TEST(AutomaticPauses, AStreamThatPausesIsOneSong) {
+    PlayerWorld world(Songs(2, 30, 8));
+    world.Record();
+    Streams(world, 3.1, "One");
+    world.Pauses(33.3);
+    Streams(world, 41.2, "One");
+    world.Quits(71.3);
+    world.End(90);
+    ExpectOne(world.Place, "One", 60);
+}
+
+}  // namespace
+}  // namespace Corvetape::Test
