@@ -45,5 +45,37 @@ TEST(AutomaticPauses, AStreamThatPausesIsOneSong) {
     ExpectOne(world.Place, "One", 60);
 }
 
+TEST(AutomaticPauses, ARestBeforeAPauseIsOfTheSong) {
+    PlayerWorld world(Pieces({{28, 0.3}, {1.7, 8}, {30, 0}}));
+    world.Record();
+    world.Plays(3.1, "One", 3);
+    world.Pauses(33.3);
+    world.Plays(41.2, "One", 11);
+    world.Quits(71.1);
+    world.End(90);
+    ExpectOne(world.Place, "One", 60);
+    EXPECT_EQ(KeptSongs(world.Place)[0].Song.Trust.PausesCut, 1);
+}
+
+TEST(AutomaticPauses, AnotherSoundInAPauseIsInNoSong) {
+    PlayerWorld world(Pieces({{30, 4}, {0.5, 6}, {30, 0}}));
+    world.Record();
+    world.Plays(3.1, "One", 3);
+    world.Pauses(33.3);
+    world.Plays(43.6, "One", 13.5);
+    world.Quits(73.6);
+    world.End(90);
+    ExpectOne(world.Place, "One", 60);
+}
+
+TEST(AutomaticPauses, ARestBeforeTheLastChordIsOfTheSong) {
+    PlayerWorld world(Pieces({{28, 0.6}, {1.4, 0}}));
+    world.Record();
+    world.Plays(3.1, "One", 3);
+    world.Quits(33.2);
+    world.End(50);
+    ExpectOne(world.Place, "One", 30);
+}
+
 }  // namespace
 }  // namespace Corvetape::Test

@@ -324,6 +324,31 @@ TEST(Automatic, AnAdvertisementInTheTitleCutsNothing) {
     ExpectSong(world.Place, kept[0], "One", 3, 83, WithAGap);
 }
 
+TEST(Automatic, AnAdvertisementOfThreeSecondsInTheTitleCutsNothing) {
+    PlayerWorld world(Songs(1, 80, 0));
+    world.Record();
+    Streams(world, 3.1, "One");
+    Streams(world, 30, "Buy this");
+    Streams(world, 33, "One");
+    world.Quits(83.2);
+    world.End(100);
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 1U);
+    ExpectSong(world.Place, kept[0], "One", 3, 83, WithAGap);
+}
+
+TEST(Automatic, TheFirstTitleDoesNotNameWhatPlayedLongBefore) {
+    PlayerWorld world(Songs(2, 60, 0));
+    world.Record();
+    Streams(world, 63.1, "One");
+    world.Quits(123.2);
+    world.End(140);
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 2U);
+    ExpectSong(world.Place, kept[0], "", 3, 63, WithoutAGap);
+    ExpectSong(world.Place, kept[1], "One", 63, 123, WithoutAGap);
+}
+
 TEST(Automatic, AnAdvertisementInTheTitleDoesNotUseUpTheLastSong) {
     PlayerWorld world(Songs(1, 80, 0));
     world.Record();

@@ -19,7 +19,7 @@ constexpr int64_t AfterNews = 3 * AutomaticEnd::SecondSlots;
 constexpr int64_t LeastPause = 2;
 constexpr int64_t SilenceOfStop = AutomaticEnd::SecondSlots / 2;
 
-/// Evidence for a place that the learned delay does not speak for.
+/// Evidence for a place that the learned delay does not speak for, or against what the titles say.
 constexpr float EvidenceFarAway = 3.8F;
 
 Certainty CertaintyOf(const EvidenceCut& cut) {
@@ -190,7 +190,8 @@ bool AutomaticEnd::DecideChange(std::vector<AutomaticStep>& steps, bool last) {
                                            : Finder.Find(change.At, Next, end, change.Exact);
     const bool gap = cut && cut->IsGap();
     if (early && !gap) return false;
-    if (cut && (gap || change.Exact || cut->Evidence >= LeastEvidence)) {
+    const float least = change.Weak || IsBanner() ? EvidenceFarAway : LeastEvidence;
+    if (cut && (gap || change.Exact || cut->Evidence >= least)) {
         Finder.Teach();
         Cut(steps, *cut, change);
         return true;

@@ -178,7 +178,7 @@ class AutomaticEnd {
     bool NoteChange(const SourceLook& look, Change change);
     bool TakesTitle(const Change& change);
     bool IsRestart(const SourceLook& look) const;
-    std::optional<int64_t> EndOf(const SourceLook& before) const;
+    std::optional<int64_t> EndOf(const std::optional<SourceLook>& before) const;
     void PlaceChange(const SourceLook& look);
     void NoteSeek(const SourceLook& look);
     void NoteBegin(int64_t slot);

@@ -47,7 +47,9 @@ bool AutomaticEnd::Look(const SourceLook& look, bool wanted) {
     const bool vanished = std::exchange(TitleVanished, false);
     const std::optional<SourceLook> before = std::exchange(Last, look);
     STATIONANDSONGDATA& newest = Changes.empty() ? Present.Media : Changes.back().Media;
-    if (!before) {
+    // Something else may have played long before.
+    const bool heard = !Dropping || Present.HasSound;
+    if (!before && (!heard || End() - Present.Begin <= NewTrack)) {
         newest = look.Media;
         Present.Named = true;
         // It had no title before that, so nothing of it was missed.
@@ -55,7 +57,7 @@ bool AutomaticEnd::Look(const SourceLook& look, bool wanted) {
         return false;
     }
     const bool sameTitle = SameTitle(look.Media, newest);
-    const bool sameTrack = IsTrackOf(*before, look, sameTitle);
+    const bool sameTrack = before && IsTrackOf(*before, look, sameTitle);
     if (sameTrack && look.TrackId.empty()) Last->TrackId = before->TrackId;
     const bool again = sameTrack && !look.TrackId.empty() && IsRestart(look);
     if (sameTrack && !again && (sameTitle || !look.TrackId.empty())) {
@@ -70,14 +72,14 @@ bool AutomaticEnd::Look(const SourceLook& look, bool wanted) {
     change.Media = look.Media;
     change.Weak = sameTitle && sameTrack && !again;
     change.Wanted = wanted;
-    change.Mixed = look.Others || (Present.Trust.Mixed && look.Source != before->Source);
+    change.Mixed = look.Others || (Present.Trust.Mixed && before && look.Source != before->Source);
     change.Unheard = look.Deaf || anew;
     if (change.Unheard) {
         change.At = anew ? 0 : look.Slot;
     } else if (const auto began = BeginOf(look)) {
         change.At = *began;
         change.Exact = true;
-    } else if (const auto end = EndOf(*before); end && std::abs(*end - look.Slot) <= SeekSlots) {
+    } else if (const auto end = EndOf(before); end && std::abs(*end - look.Slot) <= SeekSlots) {
         change.At = *end;
         change.Exact = true;
     }
@@ -85,9 +87,9 @@ bool AutomaticEnd::Look(const SourceLook& look, bool wanted) {
 }
 
 /// Where the track before ends by its own length.
-std::optional<int64_t> AutomaticEnd::EndOf(const SourceLook& before) const {
-    if (!TrackBegan || !before.Length || before.TrackId.empty()) return std::nullopt;
-    return *TrackBegan + *before.Length;
+std::optional<int64_t> AutomaticEnd::EndOf(const std::optional<SourceLook>& before) const {
+    if (!before || !TrackBegan || !before->Length || before->TrackId.empty()) return std::nullopt;
+    return *TrackBegan + *before->Length;
 }
 
 /// The player has said where the track began whose change is waiting: often a second after it said its title.
@@ -199,6 +201,9 @@ bool AutomaticEnd::NoteChange(const SourceLook& look, Change change) {
         first.Mixed = first.Mixed || change.Mixed;
         if (change.Exact) first.Last = change.At;
         first.Joined = true;
+        // A banner that has gone again.
+        const STATIONANDSONGDATA& song = Changes.size() > 1 ? (Changes.end() - 2)->Media : Present.Media;
+        first.Weak = look.TrackId.empty() && !first.Exact && SameTitle(first.Media, song);
         first.Unplaced = !first.Unheard && !BeginOf(look);
         return false;
     }
