@@ -21,7 +21,7 @@ struct Desk {
     const PlayerBridge* Players;  ///< null in a run without players
     WatchPages& Lists;
     SongActions& Songs;  ///< what the user can do with a song of the list of this run
-    const SongAge& Age;  ///< of the song that plays
+    SongAge& Age;        ///< of the song that plays
     FloatingBars& Bars;
     const clsLocalizeControls& Texts;  ///< of the chosen language; none before TextsReady
     SettingsStore& Store;

@@ -121,6 +121,7 @@ void DesktopProgram::MakeWindow() {
     State& state = desk.Values;
     Covers = std::make_unique<CoverPictures>(&desk.Covers);
     Keys = std::make_unique<HelpKeys>(state.Lifecycle, static_cast<HelpPages&>(*this));
+    desk.Age.Excluded.Connect([this](const STATIONANDSONGDATA& song) { Songs.SongExcluded(song); });
     Ui = std::make_unique<UiParts>(
         UiParts{state.Form, state.Flags, state.Signal, state.Media, desk.Players, state.Pause, state.Messages,
                 desk.Levels, *Trace, Songs, desk.Songs, desk.Lists, desk.Bars, *Keys, state.Options, *Covers,

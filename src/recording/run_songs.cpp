@@ -31,6 +31,8 @@ void RunSongs::SongClosed(const ClosedSong& song) {
     entry.Seconds = song.Frames / std::max<uint32_t>(song.FramesPerSecond, 1);
     entry.Media = song.Media;
     entry.TempFile = song.TempPath;
+    entry.OnList = song.Fate == SongFate::Unwanted && !OnList.Song.empty() &&
+                   OnList.Song == song.Media.Song && OnList.Artist == song.Media.Artist;
     if (song.Fate == SongFate::Kept) {
         CountKept(entry);
     } else {

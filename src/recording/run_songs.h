@@ -33,6 +33,7 @@ enum class SongHealth {
 struct RunSong {
     uint64_t Number = 0;  ///< in this run, from 1 on
     SongFate Fate = SongFate::Unwanted;
+    bool OnList = false;  ///< not kept because it is on the list of songs to drop
     SongHealth Health = SongHealth::NotWhole;
     SongProgress Progress = SongProgress::None;
     Certainty Begin =
@@ -55,6 +56,9 @@ class RunSongs {
     static constexpr size_t Capacity = 2000;
 
     void SongClosed(const ClosedSong& song);
+    /// A song that plays is on the list of those to drop. It is closed soon.
+    void SongExcluded(const STATIONANDSONGDATA& song) { OnList = song; }
+
     void SongTransferred(const TransferredSong& song);
     void JobEnded(const JobResult& result);
 
@@ -82,6 +86,7 @@ class RunSongs {
     void CountKept(RunSong& entry);
 
     std::vector<RunSong> Entries;
+    STATIONANDSONGDATA OnList;  ///< the last one that was on the list; empty if there was none
     uint64_t Closed = 0;
     uint64_t Kept = 0;
     uint64_t Others = 0;

@@ -47,6 +47,7 @@ void SongAge::TakeSongData() {
     const std::string name = WatchedName(Parts.Options.MusicFileTemplate[1], media.CurrentMedia);
     if (!Parts.Flags.RecordCurrentSong || !Parts.Lists.IsSongExcluded(name)) return;
     Parts.Flags.WishNextSong(true);
+    Excluded.Raise(media.SongMedia);
     Say.WriteAndShow(ReportKind::Info,
                      Say.Text(Message::IsOnExcludeList.Key, {ArtistAndTitle(media.SongMedia)}));
 }

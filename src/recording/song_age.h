@@ -4,6 +4,7 @@
 
 #include "audio/cut_state.h"
 #include "audio/recording_flags.h"
+#include "core/controls/event.h"
 #include "core/media_state.h"
 #include "core/reporter.h"
 #include "core/settings/settings.h"
@@ -36,6 +37,9 @@ class SongAge {
     /// The record of the song that plays becomes that of the song in the file, once the song before is sure
     /// to need it no more. A song on the list of those to drop is not kept from then on.
     void TakeSongData();
+
+    /// This song plays and is on the list of those to drop.
+    Event<const STATIONANDSONGDATA&> Excluded;
 
  private:
     bool IsDue() const;

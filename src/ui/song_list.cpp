@@ -34,7 +34,7 @@ QString LengthText(uint64_t seconds) {
 
 QString FateText(const RunSong& song, const Words& say) {
     if (song.Fate == SongFate::Short) return say(Key::TooShort);
-    if (song.Fate == SongFate::Unwanted) return say(Key::Unwanted);
+    if (song.Fate == SongFate::Unwanted) return say(song.OnList ? Key::OnDropList : Key::Unwanted);
     if (song.Fate == SongFate::Aborted) return say(Key::Aborted);
     if (song.Health == SongHealth::Damaged) return say(Key::Damaged);
     return say(song.Health == SongHealth::Whole ? Key::Whole : Key::NotWhole);

@@ -46,6 +46,7 @@ inline constexpr const char* EndIs = "61724";
 inline constexpr const char* BeginAndEndAre = "61725";
 inline constexpr const char* TooShort = "60053";
 inline constexpr const char* Unwanted = "60054";
+inline constexpr const char* OnDropList = "61830";
 inline constexpr const char* Aborted = "60055";
 inline constexpr const char* WaitingForTurn = "60060";
 inline constexpr const char* Encoding = "60061";

@@ -22,6 +22,25 @@ TransferredSong HandedOn(const std::string& name, const std::string& job) {
     return song;
 }
 
+TEST(RunSongs, ASongOnTheListOfThoseToDropSaysSo) {
+    RunSongs songs;
+    ClosedSong listed = Song(SongFate::Unwanted, "a");
+    listed.Media.Artist = "Ann";
+    listed.Media.Song = "One";
+    ClosedSong other = listed;
+    other.Media.Song = "Two";
+    songs.SongClosed(listed);
+    EXPECT_FALSE(songs.Songs()[0].OnList);
+    songs.SongExcluded(listed.Media);
+    songs.SongClosed(other);
+    EXPECT_FALSE(songs.Songs()[0].OnList) << "the one before it is closed late";
+    songs.SongClosed(listed);
+    EXPECT_TRUE(songs.Songs()[0].OnList);
+    listed.Fate = SongFate::Kept;
+    songs.SongClosed(listed);
+    EXPECT_FALSE(songs.Songs()[0].OnList) << "somebody wanted it all the same";
+}
+
 TEST(RunSongs, AreListedNewestFirstWithTheirSums) {
     RunSongs songs;
     songs.SongClosed(Song(SongFate::Kept, "a"));

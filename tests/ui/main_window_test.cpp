@@ -49,6 +49,18 @@ TEST(MainWindow, ListsEachSongWithWhatBecameOfIt) {
     EXPECT_TRUE(next.contains("whole") && next.contains("MP3 made")) << next.toStdString();
 }
 
+TEST(MainWindow, ASongThatIsNotKeptBecauseOfTheListSaysSo) {
+    UiWorld world;
+    world.Form().txtWatch[1].Text("*");
+    world.Form().cmdAddToWatchList[1].Press();
+    world.Form().chkStartStop[0].Value(1);
+    world.RunFor(130);
+    const auto* const list = world.Find<QListView>("songs");
+    ASSERT_GE(list->model()->rowCount(), 1);
+    const QString newest = list->model()->index(0, 0).data(Qt::AccessibleTextRole).toString();
+    EXPECT_TRUE(newest.contains("on the list")) << newest.toStdString();
+}
+
 TEST(MainWindow, ShowsArtistAndTitleOfWhatPlays) {
     UiWorld world;
     world.RunFor(20);

@@ -121,6 +121,7 @@ class UiWorld {
         const Desk desk = Recorder->Shown();
         State& state = desk.Values;
         Covers = std::make_unique<CoverPictures>(&desk.Covers);
+        desk.Age.Excluded.Connect([this](const STATIONANDSONGDATA& song) { Songs.SongExcluded(song); });
         Ui = std::make_unique<UiParts>(UiParts{
             state.Form, state.Flags, state.Signal, state.Media, desk.Players, state.Pause, state.Messages,
             desk.Levels, *Trace, Songs, desk.Songs, desk.Lists, desk.Bars, *Keys, state.Options, *Covers,
