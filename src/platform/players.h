@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace Corvetape {
@@ -26,8 +27,9 @@ struct PlayerReport {
     std::string TrackId = {};  ///< what the player calls the piece
     std::string Address = {};  ///< of the file or stream
     int64_t LengthMs = 0;      ///< of the piece; 0 if it has no end or the player does not say
-    int64_t BeganAtMs =
-        -1;  ///< on the monotonic clock, where a piece that plays would have begun; -1 unknown
+    /// On the monotonic clock, where a piece that plays would have begun: negative if that is further back
+    /// than the machine runs. Nothing if it is not known.
+    std::optional<int64_t> BeganAtMs = {};
 
     bool operator==(const PlayerReport&) const = default;
 };

@@ -159,19 +159,19 @@ TEST_F(MprisTest, ThePositionOfTheSongBeforeIsNotThatOfTheNextOneThoughBothHaveO
     FakePlayer player(bus, "one", Properties("Playing", metadata("1", 40'000'000)));
     player.PositionUs = 30'000'000;
     Listener listener(session, bus.Address());
-    ASSERT_TRUE(Wait([&] { return listener.Of("one").BeganAtMs >= 0; }));
-    const int64_t began = listener.Of("one").BeganAtMs;
+    ASSERT_TRUE(Wait([&] { return listener.Of("one").BeganAtMs.has_value(); }));
+    const int64_t began = listener.Of("one").BeganAtMs.value_or(0);
     player.PositionUs.reset();
     player.Say({{"Metadata", metadata("2", 40'000'000)}});
     ASSERT_TRUE(Wait([&] { return listener.TitleOf("one") == "2"; }));
-    EXPECT_EQ(listener.Of("one").BeganAtMs, -1);
+    EXPECT_EQ(listener.Of("one").BeganAtMs, std::nullopt);
     player.PositionUs = 10'000;
-    ASSERT_TRUE(Wait([&] { return listener.Of("one").BeganAtMs >= 0; }));
-    EXPECT_GT(listener.Of("one").BeganAtMs, began + 20'000);
+    ASSERT_TRUE(Wait([&] { return listener.Of("one").BeganAtMs.has_value(); }));
+    EXPECT_GT(listener.Of("one").BeganAtMs.value_or(0), began + 20'000);
     player.PositionUs.reset();
     player.Say({{"Metadata", metadata("2", 50'000'000)}});
     EXPECT_TRUE(Wait([&] { return listener.Of("one").LengthMs == 50'000; }));
-    EXPECT_EQ(listener.Of("one").BeganAtMs, -1) << "of another length, it is another piece";
+    EXPECT_EQ(listener.Of("one").BeganAtMs, std::nullopt) << "of another length, it is another piece";
 }
 
 TEST_F(MprisTest, WhatIsOnlySaidToHaveChangedIsAskedFor) {

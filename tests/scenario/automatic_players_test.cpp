@@ -15,7 +15,7 @@ namespace {
 void PlaysPage(PlayerWorld& world, int song, int64_t lengthMs, int64_t beganAtMs) {
     const double begin = 3 + 40.0 * (song - 1);
     PlayerReport& report = world.Reports["page"];
-    world.Plays(begin + 0.2, "Song " + std::to_string(song), -0.001, "/track/1", "page");
+    world.Plays(begin + 0.2, "Song " + std::to_string(song), std::nullopt, "/track/1", "page");
     report.LengthMs = lengthMs;
     world.Place.Players.Say(report);
     RunTo(world.Place, begin + 1.3);

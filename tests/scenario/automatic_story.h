@@ -4,6 +4,7 @@
 
 #include <array>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -54,9 +55,9 @@ class PlayerWorld {
     explicit PlayerWorld(RadioScript radio, std::vector<IniLine> more = {})
         : Place(Options(std::move(radio), std::move(more))) {}
 
-    /// At this second a player plays a track that began at another.
-    void Plays(double second, const std::string& title, double began, const std::string& track = "",
-               const std::string& player = "mpv") {
+    /// At this second a player plays a track that began at another; without that, it does not say when.
+    void Plays(double second, const std::string& title, std::optional<double> began,
+               const std::string& track = "", const std::string& player = "mpv") {
         RunTo(Place, second);
         PlayerReport& report = Reports[player];
         report.Player = "org.mpris.MediaPlayer2." + player;
@@ -66,7 +67,8 @@ class PlayerWorld {
         report.Title = title;
         report.TrackId = track.empty() ? title : track;
         report.LengthMs = 60'000;
-        report.BeganAtMs = static_cast<int64_t>(began * 1000);
+        report.BeganAtMs.reset();
+        if (began) report.BeganAtMs = static_cast<int64_t>(*began * 1000);
         Place.Players.Say(report);
     }
     void Pauses(double second, PlayerStatus status = PlayerStatus::Paused,
@@ -75,7 +77,7 @@ class PlayerWorld {
         PlayerReport& report = Reports[player];
         report.Playing = false;
         report.Status = status;
-        report.BeganAtMs = -1;
+        report.BeganAtMs.reset();
         Place.Players.Say(report);
     }
     void Quits(double second, const std::string& player = "mpv") {

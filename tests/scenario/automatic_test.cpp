@@ -156,7 +156,7 @@ TEST(Automatic, TheSameSongTwiceWithoutAGapIsCutWhereThePlayerBeganAnew) {
     world.Record();
     world.Plays(3.1, "One", 3, "1");
     // The player names the new track at once, and says only later where it is.
-    world.Plays(23.2, "One", -0.001, "2");
+    world.Plays(23.2, "One", std::nullopt, "2");
     world.Plays(24.3, "One", 23, "2");
     world.Quits(43.2);
     world.End(60);

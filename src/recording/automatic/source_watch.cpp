@@ -128,8 +128,8 @@ void SourceWatch::AddPlayer(SourceLook& look, const PlayerReport& player, int64_
     }
     look.TrackId = track;
     if (player.LengthMs > 0) look.Length = player.LengthMs / BufferMilliseconds;
-    if (player.BeganAtMs < 0) return;
-    look.Position = (nowMs - player.BeganAtMs) / BufferMilliseconds;
+    if (!player.BeganAtMs) return;
+    look.Position = (nowMs - *player.BeganAtMs) / BufferMilliseconds;
 }
 
 }  // namespace Corvetape

@@ -209,7 +209,7 @@ void MprisListener::Take(Player& player, const QVariantMap& properties) {
         return std::tie(of.TrackId, of.Address, of.Artist, of.Title, of.LengthMs);
     };
     const bool moved = report.Playing != player.Report.Playing || piece(report) != piece(player.Report);
-    if (moved || !report.Playing) report.BeganAtMs = -1;
+    if (moved || !report.Playing) report.BeganAtMs.reset();
     PassOn(player, std::move(report));
     if (moved && player.Report.Playing) AskForPositions();
 }
@@ -238,7 +238,7 @@ void MprisListener::TakePosition(const QString& name, const QString& owner, qint
     PlayerReport report = known->second.Report;
     if (!isNumber || position < 0 || !report.Playing) return;
     const qint64 began = (askedAt + Now()) / 2 - position;
-    if (report.BeganAtMs >= 0 && std::abs(began - report.BeganAtMs) <= PositionIsExactMs) return;
+    if (report.BeganAtMs && std::abs(began - *report.BeganAtMs) <= PositionIsExactMs) return;
     report.BeganAtMs = began;
     PassOn(known->second, std::move(report));
 }
