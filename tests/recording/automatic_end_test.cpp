@@ -270,21 +270,6 @@ TEST(AutomaticEnd, BetterEvidenceThatComesWhileItWaitsIsTaken) {
     EXPECT_FALSE(rig.Songs[0].Trust.AgainstEvidence);
 }
 
-TEST(AutomaticEnd, ABannerThatGoesAgainCutsNothing) {
-    AutomaticRig rig;
-    rig.Say("One");
-    rig.Play(1000);
-    rig.Say("Buy this");
-    rig.Play(150);
-    rig.Say("One");
-    rig.Play(2000);
-    rig.Finish();
-    EXPECT_TRUE(rig.Songs.empty());
-    EXPECT_THAT(rig.Present.Pieces, ElementsAre(SlotRun{0, 3150}));
-    EXPECT_EQ(rig.Present.Title, "One");
-    EXPECT_EQ(rig.Undone, 2U);
-}
-
 TEST(AutomaticEnd, ATitleThatVanishesAndComesBackIsANewSongOnlyWithEvidence) {
     for (const bool evidence : {false, true}) {
         AutomaticRig rig;

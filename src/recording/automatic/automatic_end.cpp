@@ -17,6 +17,9 @@ constexpr int64_t AfterNews = 3 * AutomaticEnd::SecondSlots;
 
 /// A pause shorter than this is one between two beats.
 constexpr int64_t LeastPause = 2;
+
+/// A silence of so many slots at a cut is a gap.
+constexpr int64_t LeastGap = 3;
 constexpr int64_t SilenceOfStop = AutomaticEnd::SecondSlots / 2;
 
 /// Evidence for a place that the learned delay does not speak for, or against what the titles say.
@@ -181,6 +184,10 @@ bool AutomaticEnd::DecideChange(std::vector<AutomaticStep>& steps, bool last) {
         }
         return true;
     }
+    if (IsTakenBack(change)) {
+        Drop(steps);
+        return true;
+    }
     const int64_t end = EndOfSearch();
     last = last || end < now;
     if (!last && now < change.At + LastEdge) return false;
@@ -190,7 +197,7 @@ bool AutomaticEnd::DecideChange(std::vector<AutomaticStep>& steps, bool last) {
                                            : Finder.Find(change.At, Next, end, change.Exact);
     const bool gap = cut && cut->IsGap();
     if (early && !gap) return false;
-    const float least = change.Weak || IsBanner() ? EvidenceFarAway : LeastEvidence;
+    const float least = change.Weak ? EvidenceFarAway : LeastEvidence;
     if (cut && (gap || change.Exact || cut->Evidence >= least)) {
         Finder.Teach();
         Cut(steps, *cut, change);
@@ -206,7 +213,7 @@ bool AutomaticEnd::DecideChange(std::vector<AutomaticStep>& steps, bool last) {
         Cut(steps, *cut, moved);
         return true;
     }
-    if (change.Weak || IsBanner()) {
+    if (change.Weak) {
         Drop(steps);
         return true;
     }
@@ -234,9 +241,16 @@ void AutomaticEnd::CutUnheard(std::vector<AutomaticStep>& steps, const Change& c
     Dropping = true;
 }
 
-/// The change that waits was taken back by the next one: an advertisement.
+/// The title from before is back, of something that is no track: an advertisement, which says nothing of the
+/// sound. A song that has changed under it would not have the title of the one before.
+bool AutomaticEnd::IsTakenBack(const Change& change) const {
+    const bool joined = change.Joined && !change.Last && SameTitle(change.Media, Present.Media);
+    return !change.Exact && (joined || IsBanner());
+}
+
+/// The change that waits was taken back by the next one.
 bool AutomaticEnd::IsBanner() const {
-    return Changes.size() > 1 && SameTitle(Changes[1].Media, Present.Media);
+    return Changes.size() > 1 && !Changes[1].Exact && SameTitle(Changes[1].Media, Present.Media);
 }
 
 /// No song begins with the change that waits, nor with the one that takes it back.
@@ -265,10 +279,14 @@ void AutomaticEnd::Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut
         oldEnd += Share == FadeShare::New ? -half : half;
         newBegin += Share == FadeShare::Old ? half : -half;
     }
-    if (cut.IsGap() && change.Exact) {
-        // Round the beginning of a track only little is searched, and its silence may have begun before that.
+    if (cut.IsGap()) {
+        // Only where the source is known to cut is searched, and the silence may have begun before that.
         const auto silence = Quiet.First({oldEnd - 1, oldEnd}, 1);
         if (silence) oldEnd = silence->Begin;
+    } else if (const auto silence = Quiet.First({newBegin - 1, oldEnd + 1}, LeastGap)) {
+        // A gap where none was expected, as the titles come otherwise than they did.
+        oldEnd = silence->Begin;
+        newBegin = silence->End;
     }
     oldEnd = std::clamp(oldEnd, Next, End());
     if (change.Last) {
@@ -284,7 +302,7 @@ void AutomaticEnd::Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut
     MoveTo(steps, newBegin);
     Begin(change, newBegin, certainty);
     if (!change.Last) Present.Trust.BeginCut = CutOrigin{source, cut.NewBegin, change.Exact};
-    Dropping = cut.IsGap();
+    Dropping = newBegin > oldEnd;
     Present.OldEnd = oldEnd;
 }
 

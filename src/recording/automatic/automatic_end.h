@@ -189,6 +189,7 @@ class AutomaticEnd {
     void BeginWith(int64_t sound);
     bool BeganAt(int64_t slot) const;
     bool DecideChange(std::vector<AutomaticStep>& steps, bool last);
+    bool IsTakenBack(const Change& change) const;
     bool IsBanner() const;
     void Drop(std::vector<AutomaticStep>& steps);
     void Begin(const Change& change, int64_t slot, Certainty certainty);
