@@ -3,8 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "recording/margins/song_recut.h"
-#include "scenario/story.h"
+#include "scenario/recut_desk.h"
 
 namespace Corvetape::Test {
 namespace {
@@ -40,7 +39,7 @@ WorldOptions Unsure(std::vector<IniLine> more = {}, int songs = 3) {
     return options;
 }
 
-/// A world that has recorded, and the recut beside it, as a process of its own has it.
+/// A world that has recorded, and the recut beside it.
 class RecutWorld {
  public:
     explicit RecutWorld(std::vector<IniLine> more = {}, double second = 125)
@@ -48,74 +47,23 @@ class RecutWorld {
         EXPECT_TRUE(Place.StartRecording());
         RunTo(Place, second);
         Place.Finish();
-        EncodesRecuts();
+        Desk.emplace(Place);
     }
 
-    /// What has been kept of the song of this title.
-    std::optional<KeptMargins> Of(const std::string& title) {
-        for (const KeptMargins& each : Store.List()) {
-            if (each.Media.Song == title) return each;
-        }
-        return std::nullopt;
-    }
+    std::optional<KeptMargins> Of(const std::string& title) { return Desk->Of(title); }
 
-    /// Cuts a song again. What was wrong, empty if nothing was.
-    std::string Cut(const std::string& title, const RecutWish& wish) {
-        const auto margins = Of(title);
-        if (!margins) return "there are no margins";
-        if (std::string problem = Recut.Begin(*margins, wish); !problem.empty()) return problem;
-        if (Recut.JobName().empty()) return {};
-        Place.Computer.Processes.WaitForAll(std::chrono::hours(1));
-        std::string problem = "its encoder has not ended";
-        for (const JobResult& result : Place.Computer.Processes.TakeFinished()) {
-            if (result.Name == Recut.JobName()) problem = Recut.End(result);
-        }
-        return problem;
-    }
-
-    const HeardSong& Heard(const std::string& title) {
-        const auto found = std::ranges::find_if(
-            Place.Closed, [&](const HeardSong& song) { return song.Song.Media.Song == title; });
-        return *found;
-    }
+    std::string Cut(const std::string& title, const RecutWish& wish) { return Desk->Cut(title, wish); }
 
     std::string MusicFile(const std::string& number) {
         return std::string(MusicFolder) + "/Radio/Band " + number + " - Song " + number + ".wav";
     }
 
-    /// Compares the music file of a song with the radio, its cuts so many seconds later than they were found.
     std::string Compared(const std::string& number, const RecutWish& moved) {
-        const HeardSong& heard = Heard("Song " + number);
-        const auto begin = static_cast<int64_t>(heard.RadioBegin) + std::llround(moved.Begin * Rate);
-        const auto end = static_cast<int64_t>(heard.RadioEnd) + std::llround(moved.End * Rate);
-        const auto frames = FramesOfWav(Place.Disk(), MusicFile(number));
-        if (!frames) return MusicFile(number) + " is no song";
-        return Comparison(
-            FramesOfRadio(Place.Truth(), static_cast<uint64_t>(begin), static_cast<uint64_t>(end - begin)),
-            *frames);
-    }
-
-    /// What an encoder does for a recut.
-    void EncodesRecuts() {
-        Place.Computer.Processes.OnJob = [this](const HiddenJob& job) {
-            for (const std::string& path : Place.Disk().Tree()) {
-                const bool source = path.find(".recut-") != std::string::npos && path.ends_with(".wav");
-                if (!source || !Mentions(job, path.substr(0, path.size() - 4))) {
-                    continue;
-                }
-                Place.Disk().Put(path.substr(0, path.size() - 4) + ".new.wav", *Place.Disk().Content(path));
-            }
-            return 0;
-        };
+        return Desk->Compared(Desk->Heard("Song " + number), MusicFile(number), moved);
     }
 
     World Place;
-    MarginStore Store{Place.Computer.Files, Place.Computer.Clock, Place.Values().Options,
-                      Place.Values().Folders, "recut-1"};
-    LearnedCuts Learned{Place.Computer.Files, FolderOfLearnedCuts(Place.Computer.Folders),
-                        Place.Values().Options};
-    SongRecut Recut{{Place.Computer.Files, Place.Computer.Processes, Place.Values().Options,
-                     Place.Values().Folders, Store, Learned, "recut-1"}};
+    std::optional<RecutDesk> Desk;
 };
 
 TEST(Recut, ASongWithUnsureCutsIsCutAgainToTheSampleWithinItsMargins) {
@@ -124,7 +72,7 @@ TEST(Recut, ASongWithUnsureCutsIsCutAgainToTheSampleWithinItsMargins) {
     ASSERT_TRUE(margins);
     EXPECT_EQ(margins->Begin, Certainty::Unsure);
     EXPECT_EQ(margins->End, Certainty::Unsure);
-    const auto room = world.Recut.RoomOf(*margins);
+    const auto room = world.Desk->Recut.RoomOf(*margins);
     ASSERT_TRUE(room);
     EXPECT_DOUBLE_EQ(room->BeginEarliest, -15);
     EXPECT_DOUBLE_EQ(room->EndLatest, 15);

@@ -14,9 +14,10 @@ int16_t AmplitudeOf(double decibelsFullScale);
 
 /// What a scripted song sounds like.
 enum class SongSound : uint8_t {
-    Noise,  ///< dense and level; every 10 ms of it reach the peak
-    Tone,   ///< one note a channel
-    Chord,  ///< three notes a channel
+    Noise,   ///< dense and level; every 10 ms of it reach the peak
+    Tone,    ///< one note a channel
+    Chord,   ///< three notes a channel
+    Speech,  ///< in the middle of the image, with a pause of 0.13 s after each 0.24 s, not quite silent
 };
 
 /// A stretch inside a song that is nearly silent, but is no pause between songs.

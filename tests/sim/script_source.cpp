@@ -160,6 +160,8 @@ void ScriptSource::Make(Block& block) {
             return MakeNotes(block, 1);
         case SongSound::Chord:
             return MakeNotes(block, 3);
+        case SongSound::Speech:
+            return MakeSpeech(block);
     }
 }
 
@@ -173,6 +175,20 @@ void ScriptSource::MakeNoise(Block& block) {
     for (Frame& frame : block.Samples) frame = {sample(block.PeakLeft), sample(block.PeakRight)};
     for (size_t at = 0; at < block.Samples.size(); at += peakEvery) {
         block.Samples[at] = {block.PeakLeft, static_cast<int16_t>(-block.PeakRight)};
+    }
+}
+
+/// Both sides are the same, and two syllables in the block are followed by pauses at a fiftieth of their
+/// level.
+void ScriptSource::MakeSpeech(Block& block) {
+    constexpr size_t syllable = BlockFrames / 2;
+    constexpr size_t spoken = syllable * 13 / 20;
+    constexpr int64_t pause = 50;
+    SimRandom random(815);
+    for (size_t at = 0; at < block.Samples.size(); ++at) {
+        const int64_t peak = at % syllable < spoken ? block.PeakLeft : block.PeakLeft / pause;
+        const auto sample = static_cast<int16_t>(random.Between(-peak, peak));
+        block.Samples[at] = {sample, sample};
     }
 }
 

@@ -48,6 +48,7 @@ class ScriptSource : public SoundSource {
     static void Make(Block& block);
     static void MakeNoise(Block& block);
     static void MakeNotes(Block& block, size_t notes);
+    static void MakeSpeech(Block& block);
     const std::vector<Frame>& BlockOf(SongSound sound, int16_t peakLeft, int16_t peakRight);
 
     void FillRun(const RadioTimeline::Run& run, std::span<Frame> frames);

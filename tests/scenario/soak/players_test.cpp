@@ -18,7 +18,7 @@ constexpr double ShortSong = 15;
 
 /// Something that the player says.
 struct News {
-    enum class Kind { Plays, Pauses, Quits };
+    enum class Kind { Plays, Pauses, Quits, OtherPlays, OtherQuits };
     Kind What = Kind::Plays;
     double Second = 0;
     std::string Title;
@@ -32,6 +32,8 @@ struct HeardTrack {
     double End = 0;
     double Seconds = 0;  ///< without its pauses
     int32_t Pauses = 0;
+    bool Sought = false;
+    bool Mixed = false;
     double GapBefore = 0;
     double GapAfter = 0;
 };
@@ -73,6 +75,22 @@ class PlayerLife {
         Now += seconds;
     }
 
+    /// A second player begins to play beside this one, and ends in this track or in the next one.
+    void HearOther(HeardTrack& track, int number) {
+        const bool began = !Other && Chance.Chance(0.25);
+        if (began) {
+            Say(News::Kind::OtherPlays, track, Now);
+            Sound(track, number, Chance.Between(4.0, 8.0));
+        }
+        track.Mixed = began || Other;
+        const bool stays = began && number < 7 && Chance.Chance(0.4);
+        if (track.Mixed && !stays) {
+            Say(News::Kind::OtherQuits, track, 0);
+            Sound(track, number, Chance.Between(3.0, 6.0));
+        }
+        Other = stays;
+    }
+
     void Quit() {
         if (!Tracks.empty()) Said.push_back({News::Kind::Quits, Now + Chance.Between(0.05, 0.35), {}, 0});
     }
@@ -84,17 +102,18 @@ class PlayerLife {
         track.GapBefore = Gap;
         double began = Now;
         Say(News::Kind::Plays, track, began);
-        if (number > 1 && Chance.Chance(0.2)) {
+        if (number > 1 && !Other && Chance.Chance(0.2)) {
             Sound(track, number, Chance.Between(6.0, 10.0));  // skipped
             Gap = 0;
         } else {
             Sound(track, number, Chance.Between(16.5, 22.0));
-            if (Chance.Chance(0.3)) began = PauseTrack(track, number, began);
+            if (!Other && Chance.Chance(0.3)) began = PauseTrack(track, number, began);
             if (Chance.Chance(0.3)) SeekInTrack(track, number, began);
+            HearOther(track, number);
             Gap = Chance.Chance(0.4) ? 0 : Chance.Between(0.25, 8.0);
         }
         track.GapAfter = Gap;
-        const bool quits = Gap > 4 && Chance.Chance(0.4);
+        const bool quits = Gap > 4 && !Other && Chance.Chance(0.4);
         if (quits) Quit();
         if (Gap > 0) Rest(Gap);
         Tracks.push_back(track);
@@ -112,12 +131,14 @@ class PlayerLife {
 
     void SeekInTrack(HeardTrack& track, int number, double began) {
         Say(News::Kind::Plays, track, began - Chance.Between(4.0, 15.0));
+        track.Sought = true;
         Sound(track, number, Chance.Between(5.0, 12.0));
     }
 
     SimRandom Chance;
     uint64_t Seed = 0;
     double Gap = 3;
+    bool Other = false;  ///< the second player plays
 };
 
 void Tell(PlayerWorld& world, const News& news) {
@@ -128,6 +149,10 @@ void Tell(PlayerWorld& world, const News& news) {
             return world.Pauses(news.Second);
         case News::Kind::Quits:
             return world.Quits(news.Second);
+        case News::Kind::OtherPlays:
+            return world.Plays(news.Second, "Somebody else's", news.Second, "other", "vlc");
+        case News::Kind::OtherQuits:
+            return world.Quits(news.Second, "vlc");
     }
 }
 
@@ -140,6 +165,8 @@ void ExpectTrack(World& world, const HeardSong& heard, const HeardTrack& track) 
     EXPECT_NEAR(static_cast<double>(heard.Song.Frames) / rate, track.Seconds,
                 within(track.GapBefore) + within(track.GapAfter));
     EXPECT_EQ(heard.Song.Trust.PausesCut, track.Pauses);
+    EXPECT_EQ(heard.Song.Trust.Sought, track.Sought) << track.Title;
+    EXPECT_EQ(heard.Song.Trust.Mixed, track.Mixed) << track.Title;
 }
 
 void LiveThroughPlayer(uint64_t seed) {
