@@ -18,6 +18,7 @@ TEST_P(TaggedFormats, HoldTheMediaDataAsTheyAre) {
     EXPECT_EQ(Tag("title"), "Title");
     EXPECT_EQ(Tag("album"), "Album");
     EXPECT_EQ(Tag("genre"), "Radio \xc3\x84");
+    EXPECT_EQ(Tag("comment"), "");
     EXPECT_NEAR(std::stod(Probe("format=duration")), 1.0, 0.15);
 }
 
