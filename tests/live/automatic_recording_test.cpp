@@ -73,6 +73,25 @@ class AutomaticRecording : public testing::Test {
         WaitFor(2);  // until sound has come, and they know of no player
     }
 
+    /// Records a page that a browser plays on each server, until so many songs were kept. `how`: lines of its
+    /// profile.
+    void RecordPage(const PageServer& pages, int songs, int seconds, const std::string& how) {
+        for (AutomaticStage& stage : stages) {
+            stage.GiveSettings("MSIE.ini",
+                               "[- Radio]\nName=Page Radio\nWindow&Doc=;;* | *;http://127.0.0.1:*\n" + how);
+            std::map<std::string, std::string> environment = stage.Environment();
+            environment["DBUS_SESSION_BUS_ADDRESS"] = "disabled:";  // the page is the only source
+            browsers.push_back(std::make_unique<LiveBrowser>(
+                session, pages.Url("/"),
+                std::vector<std::string>{"--autoplay-policy=no-user-gesture-required",
+                                         "--host-resolver-rules=MAP * ~NOTFOUND , EXCLUDE 127.0.0.1"},
+                environment));
+            const std::string port = std::to_string(browsers.back()->Port());
+            stage.Record(songs, seconds, {"--set", "Browser.DevToolsPorts=" + port});
+        }
+        Await([](AutomaticStage& stage) { return stage.Records(); });
+    }
+
     void Play(const std::vector<std::string>& files) {
         for (AutomaticStage& stage : stages) stage.Play(files);
     }
@@ -131,6 +150,7 @@ class AutomaticRecording : public testing::Test {
     TempFolder folder;
     std::array<AutomaticStage, 2> stages{AutomaticStage(session, ServerKind::PulseAudio),
                                          AutomaticStage(session, ServerKind::PipeWire)};
+    std::vector<std::unique_ptr<LiveBrowser>> browsers;
 };
 
 TEST_F(AutomaticRecording, TaggedFilesWithoutAGapAreOneSongEach) {
@@ -241,26 +261,78 @@ const heard = () => {
 
 TEST_F(AutomaticRecording, ADropoutInABrowserEndsNoSong) {
     const PageServer pages(std::map<std::string, std::string>{{"/", FalteringPage}});
-    std::vector<std::unique_ptr<LiveBrowser>> browsers;
-    for (AutomaticStage& stage : stages) {
-        stage.GiveSettings("MSIE.ini",
-                           "[- Radio]\nName=Faltering Radio\nWindow&Doc=;;* | *;http://127.0.0.1:*\n"
-                           "Artist=-2;heard();^(.+?) - .\nTitle=-1;;^.+? - (.+) \\|\n");
-        std::map<std::string, std::string> environment = stage.Environment();
-        environment["DBUS_SESSION_BUS_ADDRESS"] = "disabled:";  // the page is the only source
-        browsers.push_back(std::make_unique<LiveBrowser>(
-            session, pages.Url("/"),
-            std::vector<std::string>{"--autoplay-policy=no-user-gesture-required",
-                                     "--host-resolver-rules=MAP * ~NOTFOUND , EXCLUDE 127.0.0.1"},
-            environment));
-        stage.Record(1, Patience,
-                     {"--set", "Browser.DevToolsPorts=" + std::to_string(browsers.back()->Port())});
-    }
-    Await([](AutomaticStage& stage) { return stage.Records(); });
+    RecordPage(pages, 1, Patience, "Artist=-2;heard();^(.+?) - .\nTitle=-1;;^.+? - (.+) \\|\n");
     ExpectKept(1, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
         EXPECT_EQ(kept[0].value("title", ""), "Song 1");
         EXPECT_GE(kept[0].value("dropouts", -1), 1);
         ExpectWhole(stage, 1, 8.89, WithAGap);
+    });
+}
+
+/// A page that plays six songs of 9 s, each of a tone, as soon as it is asked what plays, with so much
+/// silence between them. Its title changes so much later than its songs, and ends with the name of the
+/// station.
+std::string PageOfSongs(double gap, double late) {
+    return "<!doctype html><title> | Page Radio</title><body><script>const gap = " + std::to_string(gap) +
+           ", late = " + std::to_string(late) + R"html(;
+const context = new AudioContext(), volume = context.createGain(), tone = context.createOscillator();
+tone.connect(volume).connect(context.destination);
+volume.gain.value = 0;
+tone.start();
+let begin = 0;
+const heard = () => {
+  if (!begin) {
+    begin = context.currentTime + 3;
+    for (let i = 0; i < 6; ++i) {
+      const at = begin + i * (9 + gap);
+      tone.frequency.setValueAtTime(200 * (i % 4 + 1), at);
+      volume.gain.setValueAtTime(0.5, at);
+      if (gap || i == 5) volume.gain.setValueAtTime(0, at + 9);
+    }
+  }
+  const song = Math.min(Math.floor((context.currentTime - late - begin) / (9 + gap)) + 1, 6);
+  if (song > 0) document.title = "Song " + song + " | Page Radio";
+  return song > 0 ? document.title : "";
+};
+const band = () => heard() && "Band " + parseInt(document.title.slice(5));
+</script></body>)html";
+}
+
+constexpr const char* SongsOfPage = "Artist=-2;band();\nTitle=-2;heard();\n";
+constexpr int PatienceWithSixSongs = 200;
+
+TEST_F(AutomaticRecording, LateTitlesOfAPageWithGapsGiveEverySongWholeAndLoseItsStation) {
+    const PageServer pages(std::map<std::string, std::string>{{"/", PageOfSongs(1.2, 5)}});
+    RecordPage(pages, 6, PatienceWithSixSongs, SongsOfPage);
+    ExpectKept(6, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
+        for (size_t i = 0; i < 6; ++i) {
+            const std::string text = std::to_string(i + 1);
+            EXPECT_EQ(kept[i].value("title", ""), "Song " + text);
+            ExpectWhole(stage, "Band " + text + " - Song " + text, static_cast<int>(i % 4) + 1, 9, WithAGap);
+        }
+    });
+}
+
+TEST_F(AutomaticRecording, SongsOfAPageWithoutGapsAreOneSongEach) {
+    const PageServer pages(std::map<std::string, std::string>{{"/", PageOfSongs(0, 0)}});
+    RecordPage(pages, 6, PatienceWithSixSongs, SongsOfPage);
+    ExpectKept(6, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
+        for (size_t i = 0; i < 6; ++i) {
+            const std::string text = std::to_string(i + 1);
+            EXPECT_EQ(kept[i].value("title", ""), "Song " + text);
+            ExpectWhole(stage, "Band " + text + " - Song " + text, static_cast<int>(i % 4) + 1, 9, FirstCuts);
+        }
+    });
+}
+
+TEST_F(AutomaticRecording, TheLastSongIsKeptThoughASilenceEndsTheRecording) {
+    const std::string file = Song(1, 8);
+    Record(2, {"--set", "Source.QuitAfterSilence=1"});
+    Play({file});
+    ExpectKept(1, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
+        EXPECT_EQ(kept[0].value("title", ""), "Song 1");
+        EXPECT_EQ(kept[0].value("/confidence/end"_json_pointer, ""), "sure");
+        ExpectWhole(stage, 1, 8, WithAGap);
     });
 }
 
