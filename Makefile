@@ -80,7 +80,7 @@ soak-live:
 
 mutants:
 	@scripts/install-deps build run test mutants
-	@scripts/mutants --mutants $(MUTANTS) --seed $(SEED) $(ROOM)
+	@scripts/mutants --mutants $(MUTANTS) --seed $(SEED) $(ONLY:%=--only %) $(ROOM)
 
 portable:
 	@scripts/install-deps build portable
