@@ -21,6 +21,9 @@ class TitleParts {
     /// A source shows this title. Titles of another source are forgotten.
     void Learn(const std::string& source, const std::string& title);
 
+    /// The source names each of its titles rightly: nothing is taken off.
+    void Forget() { Titles.clear(); }
+
     /// The title without what stays the same. A station that is not known yet is what was taken off.
     STATIONANDSONGDATA Clean(STATIONANDSONGDATA media) const;
 

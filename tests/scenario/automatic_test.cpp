@@ -259,6 +259,23 @@ TEST(Automatic, AStationThatStaysInAllTitlesIsNoPartOfThem) {
     EXPECT_THAT(KeptTitles(world), ElementsAre("Song 1", "Song 2", "Song 3"));
 }
 
+TEST(Automatic, WhatAllTitlesOfAnAlbumEndWithStaysPartOfThem) {
+    for (const bool file : {true, false}) {
+        PlayerWorld world(Songs(3, 30, 1));
+        world.Record();
+        PlayerReport& report = world.Reports["mpv"];
+        if (file) report.Address = "file:///music/album";
+        if (!file) report.Album = "All of it";
+        world.Plays(3.1, "One - Live | Remastered", 3);
+        world.Plays(34.1, "Two - Live | Remastered", 34);
+        world.Plays(65.1, "Three - Live | Remastered", 65);
+        world.Quits(95.2);
+        world.End(110);
+        EXPECT_THAT(KeptTitles(world.Place), ElementsAre("One - Live | Remastered", "Two - Live | Remastered",
+                                                         "Three - Live | Remastered"));
+    }
+}
+
 TEST(Automatic, WithoutTitlesSongsEndBySilenceAndAreNumberedByTime) {
     WorldOptions options = Automatic(Songs(3, 40, 4));
     options.TellsTitles = false;

@@ -24,6 +24,7 @@ struct SourceLook {
     std::string TrackId;              ///< of a piece that has an end, if its player names it; else empty
     std::optional<int64_t> Position;  ///< of the track, at that slot
     std::optional<int64_t> Length;    ///< of the track
+    bool OfFile = false;              ///< the title is that of a file on this machine
     bool Others = false;              ///< another player plays at the same time
     bool Deaf = false;                ///< the input stands still: what plays now is not heard
     bool OfInput = false;             ///< the recorded input says it of itself, as it begins to play

@@ -52,7 +52,12 @@ int64_t AutomaticRecorder::Hear() {
 void AutomaticRecorder::Look(const SourceLook& look) {
     if (!Active()) return;
     Places.Ask(look.LearnsAs);
-    Titles.Learn(look.LearnsAs, look.Media.Song);
+    // Tags name a piece by its own: all pieces of an album may be "Live at ...".
+    if (look.OfFile || !look.Media.Album.empty()) {
+        Titles.Forget();
+    } else {
+        Titles.Learn(look.LearnsAs, look.Media.Song);
+    }
     if (!End.Look(look, Parts.Flags.RecordCurrentSong)) return;
     Parts.Signal.History.ReplaceLast(MarkMediaChange);
     Parts.Cut.NoteBoundary();

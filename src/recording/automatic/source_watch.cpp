@@ -119,6 +119,7 @@ void SourceWatch::AddPlayer(SourceLook& look, const PlayerReport& player, int64_
     look.Status = player.Status;
     look.Others = Parts.Bridge->OthersPlay();
     look.OfInput = Parts.Bridge->IsTheInput();
+    look.OfFile = player.Address.starts_with("file:");
     if (player.Playing) look.Media = WithNameOfFile(look.Media, player.Address);
     // Of a stream every title is a piece of its own, whatever its player calls it, and has no position.
     const std::string track = Tracks.Of(player, nowMs);
