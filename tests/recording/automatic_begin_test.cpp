@@ -105,7 +105,7 @@ TEST(AutomaticBegin, WhatFollowsASilenceAfterSoundThatNobodyRecordedBeginsThere)
     AutomaticRig rig;
     rig.Say("One");
     rig.Play(100);
-    rig.End.Forget();
+    rig.End.Forget(false);
     rig.Read = rig.Now;
     rig.Silence(20);
     EXPECT_EQ(BeginOfLast(rig), Certainty::Sure);

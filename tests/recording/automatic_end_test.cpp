@@ -405,7 +405,7 @@ TEST(AutomaticEnd, WhatWasHeardWhileNothingIsRecordedIsForgotten) {
     AutomaticRig rig;
     rig.Say("One");
     rig.Play(1000);
-    rig.End.Forget();
+    rig.End.Forget(false);
     rig.Read = rig.End.Read();
     rig.Present = {};
     rig.Play(500);

@@ -77,5 +77,34 @@ TEST(AutomaticPauses, ARestBeforeTheLastChordIsOfTheSong) {
     ExpectOne(world.Place, "One", 30);
 }
 
+TEST(AutomaticPauses, AnotherSongAfterTheDiskWasFullHasItsOwnFile) {
+    constexpr uint64_t megabyte = 1024 * 1024;
+    constexpr const char* disk = "/home/user/.cache";
+    PlayerWorld world(Songs(3, 40, 0));
+    world.Place.Disk().Mount(disk, 10'000 * megabyte);
+    world.Record();
+    Streams(world, 3.1, "One");
+    RunTo(world.Place, 35);
+    world.Place.Disk().SetFreeSpace(disk, 0);
+    Streams(world, 43.1, "Two");
+    Streams(world, 83.1, "Three");
+    RunTo(world.Place, 100);
+    ASSERT_FALSE(world.Place.Values().Flags.RecordingEnabled);
+    world.Place.Disk().SetFreeSpace(disk, 10'000 * megabyte);
+    for (int press = 0; press < 2 && !world.Place.Values().Flags.RecordingEnabled; ++press) {
+        world.Place.Form().chkStartStop[0].Press();
+        RunTo(world.Place, 100.5 + press);
+    }
+    world.Quits(123.2);
+    world.End(140);
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 2U);
+    EXPECT_EQ(kept[0].Song.Media.Song, "One");
+    EXPECT_LT(static_cast<double>(kept[0].RadioEnd) / 44100, 35.5);
+    EXPECT_GT(static_cast<double>(kept[1].RadioBegin) / 44100, 83);
+    ExpectSong(world.Place, kept[1], "Three", 98, 123, 3);
+    EXPECT_FALSE(kept[1].Song.Whole) << "its beginning is missing";
+}
+
 }  // namespace
 }  // namespace Corvetape::Test

@@ -51,6 +51,7 @@ void AutomaticEnd::Restart(bool goesOn) {
     Quiet.Restart();
     Next = 0;
     Dropping = !Present.HasSound;
+    Unrecorded = false;
     Present.Begin = 0;
 }
 
@@ -64,11 +65,14 @@ void AutomaticEnd::ForgetSource() {
     LastStatus = PlayerStatus::Unknown;
 }
 
-void AutomaticEnd::Forget() {
-    if (!Changes.empty()) Present.Media = Changes.back().Media;
-    Changes.clear();
-    const STATIONANDSONGDATA media = Present.Media;
-    Present = Song{media, {}, End(), Present.Named, false};
+void AutomaticEnd::Forget(bool goesOn) {
+    if (!goesOn) {
+        if (!Changes.empty()) Present.Media = Changes.back().Media;
+        Changes.clear();
+        const STATIONANDSONGDATA media = Present.Media;
+        Present = Song{media, {}, End(), Present.Named, false};
+    }
+    Unrecorded = goesOn;
     PausedAt.reset();
     ResumedAt.reset();
     StoppedAt.reset();
@@ -120,6 +124,8 @@ void AutomaticEnd::DropSilence(std::vector<AutomaticStep>& steps) {
         return;
     }
     MoveTo(steps, *sound);
+    // Another title came while nothing was recorded: the song before has ended then.
+    if (Unrecorded && !Changes.empty() && Changes.front().At <= *sound) return;
     // What is heard while the player says that it pauses is soon said to be the player again, or is of
     // somebody else.
     const bool paused = PausedAt && !ResumedAt && Present.HasSound;
@@ -130,7 +136,7 @@ void AutomaticEnd::DropSilence(std::vector<AutomaticStep>& steps) {
         return;
     }
     if (Present.HasSound) {
-        ++Present.Trust.PausesCut;
+        if (!Unrecorded) ++Present.Trust.PausesCut;
         PausedAt.reset();
         ResumedAt.reset();
         // It has moved by the pause, which the player may say later: that is no beginning and no jump.
@@ -138,6 +144,7 @@ void AutomaticEnd::DropSilence(std::vector<AutomaticStep>& steps) {
     } else {
         BeginWith(*sound);
     }
+    Unrecorded = false;
     Dropping = false;
 }
 
@@ -164,13 +171,14 @@ bool AutomaticEnd::DecideChange(std::vector<AutomaticStep>& steps, bool last) {
     const Change change = Changes.front();
     const int64_t now = End();
     if (Dropping) {
-        if (change.Weak) {
+        if (change.Weak || (Present.HasSound && IsBanner())) {
             Drop(steps);  // the song goes on
             return true;
         }
-        // The song before ended where its silence began.
-        if (Present.HasSound) Close(steps, change.Wanted, true, Certainty::Sure);
-        Begin(change, Next, Certainty::Sure);
+        // The song before ended where its silence began, or while nothing was recorded.
+        const Certainty certainty = Unrecorded ? Certainty::Unsure : Certainty::Sure;
+        Close(steps, change.Wanted, true, certainty);
+        Begin(change, Next, certainty);
         return true;
     }
     if (change.Unheard) {

@@ -128,8 +128,9 @@ class AutomaticEnd {
     /// The same at the end of all sound: nothing more will be heard, and nothing is kept back.
     std::vector<AutomaticStep> Finish(bool wanted);
 
-    /// Nothing is recorded now: what was heard so far is in no song.
-    void Forget();
+    /// Nothing is recorded now: what was heard so far is in no song. The song goes on later, or ends here by
+    /// another title, if some of it is written (`goesOn`).
+    void Forget(bool goesOn);
 
     void ShareFades(FadeShare share) { Share = share; }
 
@@ -225,7 +226,8 @@ class AutomaticEnd {
     bool TitleVanished = false;
     bool Anew = false;  ///< nobody has looked at the source since the slots are counted from 0
     int64_t Next = 0;
-    bool Dropping = true;  ///< silence at Next is in no song
+    bool Dropping = true;     ///< silence at Next is in no song
+    bool Unrecorded = false;  ///< nothing was recorded before Next
     FadeShare Share = FadeShare::Both;
 };
 

@@ -88,12 +88,7 @@ bool AutomaticRecorder::Drain() {
     if (!Parts.Flags.RecordingEnabled) {
         // What a full disk has refused may be wanted when there is room again, as long as it is there.
         if (!Waiting.empty() && !Lost(Read)) return true;
-        Waiting.clear();
-        End.Forget();
-        Read = Heard;
-        Parts.Ring.AudioReadIndex = Parts.Ring.AudioWriteIndex;
-        Parts.Cut.Announce(false, Parts.Cut.CutIndex);
-        Passed.clear();
+        Discard();
         return true;
     }
     const auto share = std::clamp(Parts.Settings.FadeGoesTo, 0, 2);
@@ -101,6 +96,18 @@ bool AutomaticRecorder::Drain() {
     const bool carried = Carry(End.Decide(Parts.Flags.RecordCurrentSong));
     Parts.Cut.Announce(End.ChangePending(), Parts.Cut.CutIndex);
     return carried;
+}
+
+/// Nothing is recorded. The song whose file is open goes on later, or ends then if it is over by now.
+void AutomaticRecorder::Discard() {
+    std::erase_if(Waiting, [](const AutomaticStep& step) {
+        return step.What == AutomaticStep::Kind::Write || step.What == AutomaticStep::Kind::MoveTo;
+    });
+    End.Forget(Parts.Song.SongFileOpen() && Waiting.empty());
+    if (!End.ChangePending()) Passed.clear();
+    Read = Heard;
+    Parts.Ring.AudioReadIndex = Parts.Ring.AudioWriteIndex;
+    Parts.Cut.Announce(false, Parts.Cut.CutIndex);
 }
 
 bool AutomaticRecorder::Finish() {
@@ -197,8 +204,10 @@ void AutomaticRecorder::Close(const AutomaticStep& step) {
     Parts.Cut.Ended.reset();
     if (step.Between) return;
     if (step.Passed) {
+        // While nothing was recorded nothing was passed on.
+        const bool done = Passed.empty() || Passed.front().Before.RecordingEnabled;
         if (!Passed.empty()) Passed.pop_front();
-        return;
+        if (done) return;
     }
     Parts.Flags.PassOn();
     Parts.Cut.NoteBoundary();

@@ -92,6 +92,7 @@ class AutomaticRecorder {
     std::vector<Frame> FramesOfSlots(int64_t from, int64_t end) const;
     void AddMargin();
     void PassOn();
+    void Discard();
     void TakeBack(size_t changes);
     bool Lost(int64_t slot) const { return Heard - slot >= Parts.Ring.Size(); }
 
