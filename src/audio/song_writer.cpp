@@ -260,7 +260,8 @@ bool SongWriter::CloseSongFile(SongEnd how) {
     if (!Parts.Cut.Ended) flags.PassOn();
     flags.KeepWaiting(waits);
     ClosedSong song = Describe(fate);
-    const bool begun = Present.BegunAtBoundary || song.Trust.Begin == Certainty::Sure;
+    // What is known of its begin is that of the song, which may have filled a file before.
+    const bool begun = Present.BegunAtBoundary || (FullFiles == 0 && song.Trust.Begin == Certainty::Sure);
     song.Whole = begun && how == SongEnd::Boundary && Present.Unbroken && Present.LostFrames == 0 &&
                  song.Trust.IsClean();
     ForgetFile();

@@ -84,6 +84,22 @@ TEST(Automatic, AStationIsLearnedByItsHostAndNotByItsPlayer) {
     EXPECT_THAT(names, testing::UnorderedElementsAre("mpv one.example_8000.cuts", "mpv other.example.cuts"));
 }
 
+TEST(Automatic, TheSecondFileOfASongIsNotWhole) {
+    World world(Automatic(Songs(3, 40, 2)));
+    ASSERT_TRUE(world.StartRecording());
+    RunTo(world, 65);
+    world.Form().chk48kHz.Press();
+    world.Form().cmbInputDevices.Select(0);
+    RunTo(world, 140);
+    world.Finish();
+    const auto kept = KeptSongs(world);
+    ASSERT_EQ(kept.size(), 4U);
+    EXPECT_TRUE(kept[0].Song.Whole || kept[3].Song.Whole);
+    EXPECT_EQ(kept[2].Song.Media.Song, "Song 2");
+    EXPECT_EQ(kept[2].Song.Trust.Begin, Certainty::Sure) << "that of the song";
+    EXPECT_FALSE(kept[2].Song.Whole);
+}
+
 TEST(Automatic, AnotherWayToEndSongsGoesBackToThePlayerThatBeganLast) {
     PlayerWorld world(Songs(2, 40, 2));
     world.Record();
