@@ -217,7 +217,7 @@ bool AutomaticEnd::DecideChange(std::vector<AutomaticStep>& steps, bool last) {
         cut = later > change.At ? Finder.Find(later, Next, now, false) : std::nullopt;
         if (!cut || cut->Evidence < EvidenceFarAway) return false;
         Change moved = change;
-        moved.At = later;
+        moved.Later = later - change.At;
         Cut(steps, *cut, moved);
         return true;
     }
@@ -273,15 +273,16 @@ void AutomaticEnd::Drop(std::vector<AutomaticStep>& steps) {
 
 void AutomaticEnd::Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut, const Change& change) {
     // Nobody speaks between the tracks of a player.
+    const int64_t from = change.At + change.Later;
     if (!cut.IsGap() && !change.Exact && !change.Last) {
-        const auto talk = Finder.Talk(change.At, Next, End());
+        const auto talk = Finder.Talk(from, Next, End());
         if (talk) return CutOutTalk(steps, *talk, change);
     }
     Certainty certainty = CertaintyOf(cut);
-    const bool asTold = change.Exact && std::abs(cut.OldEnd) <= SecondSlots / 2;
+    const bool asTold = change.Exact && std::abs(change.Later + cut.OldEnd) <= SecondSlots / 2;
     if (asTold && certainty == Certainty::Unsure) certainty = Certainty::Likely;
-    int64_t oldEnd = change.At + cut.OldEnd;
-    int64_t newBegin = change.At + cut.NewBegin;
+    int64_t oldEnd = from + cut.OldEnd;
+    int64_t newBegin = from + cut.NewBegin;
     const int64_t half = cut.FadeSlots / 2;
     if (half > 0 && certainty != Certainty::Unsure) {
         oldEnd += Share == FadeShare::New ? -half : half;
@@ -305,21 +306,26 @@ void AutomaticEnd::Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut
     newBegin = std::clamp(newBegin, Next, End());
     Write(steps, oldEnd);
     const std::string source = LearnsAs();
-    Present.Trust.EndCut = CutOrigin{source, cut.OldEnd, change.Exact};
+    Present.Trust.EndCut = CutOrigin{source, EdgeOf(oldEnd, change), change.Exact};
     Close(steps, change.Wanted, true, certainty);
     MoveTo(steps, newBegin);
     Begin(change, newBegin, certainty);
-    if (!change.Last) Present.Trust.BeginCut = CutOrigin{source, cut.NewBegin, change.Exact};
+    if (!change.Last) Present.Trust.BeginCut = CutOrigin{source, EdgeOf(newBegin, change), change.Exact};
     Dropping = newBegin > oldEnd;
     Present.OldEnd = oldEnd;
 }
 
+/// Where a song was cut, counted from the title: a correction by hand begins there.
+int32_t AutomaticEnd::EdgeOf(int64_t slot, const Change& change) {
+    return static_cast<int32_t>(slot - change.At);
+}
+
 /// What is spoken between two songs is a piece of its own.
 void AutomaticEnd::CutOutTalk(std::vector<AutomaticStep>& steps, EdgeRange talk, const Change& change) {
-    const int64_t begin = change.At + talk.First;
-    const int64_t end = change.At + talk.Last;
+    const int64_t begin = change.At + change.Later + talk.First;
+    const int64_t end = change.At + change.Later + talk.Last;
     Write(steps, begin);
-    Present.Trust.EndCut = CutOrigin{LearnsAs(), talk.First, false};
+    Present.Trust.EndCut = CutOrigin{LearnsAs(), EdgeOf(begin, change), false};
     Close(steps, change.Wanted, true, Certainty::Likely);
     Present = Song{{}, {}, begin, true, false};
     Present.Media.StationName = change.Media.StationName;
@@ -328,7 +334,7 @@ void AutomaticEnd::CutOutTalk(std::vector<AutomaticStep>& steps, EdgeRange talk,
     Close(steps, change.Wanted, true, Certainty::Likely);
     steps.back().Between = true;
     Begin(change, end, Certainty::Likely);
-    Present.Trust.BeginCut = CutOrigin{LearnsAs(), talk.Last, false};
+    Present.Trust.BeginCut = CutOrigin{LearnsAs(), EdgeOf(end, change), false};
     Present.OldEnd = begin;
 }
 

@@ -165,6 +165,7 @@ class AutomaticEnd {
     /// Another song was noticed, and is not cut yet.
     struct Change {
         int64_t At = 0;               ///< slot of the change
+        int64_t Later = 0;            ///< its cut was looked for so much later, and is counted from there
         std::optional<int64_t> Last;  ///< of a further change that came soon after it
         STATIONANDSONGDATA Media;     ///< of the new song
         bool Exact = false;           ///< At is where the player says that the track began
@@ -197,6 +198,7 @@ class AutomaticEnd {
     void Begin(const Change& change, int64_t slot, Certainty certainty);
     void Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut, const Change& change);
     void CutOutTalk(std::vector<AutomaticStep>& steps, EdgeRange talk, const Change& change);
+    static int32_t EdgeOf(int64_t slot, const Change& change);
     void CutUnheard(std::vector<AutomaticStep>& steps, const Change& change);
     int64_t EndOfSearch() const;
     std::string LearnsAs() const { return Last ? Last->LearnsAs : std::string(); }
