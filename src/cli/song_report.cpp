@@ -53,8 +53,9 @@ std::string TrustAsJson(const SongTrust& trust) {
     };
     return fmt::format(
         ",\"confidence\":{{\"begin\":{},\"end\":{}}},\"mixed\":{},\"sought\":{},\"dropouts\":{},"
-        "\"pauses_cut\":{}",
-        word(trust.Begin), word(trust.End), trust.Mixed, trust.Sought, trust.Dropouts, trust.PausesCut);
+        "\"pauses_cut\":{},\"by_title_alone\":{}",
+        word(trust.Begin), word(trust.End), trust.Mixed, trust.Sought, trust.Dropouts, trust.PausesCut,
+        trust.AgainstEvidence);
 }
 
 }  // namespace
@@ -82,6 +83,7 @@ void AddTrust(const SongTrust& trust, std::vector<std::string>& texts) {
     if (trust.Mixed) texts.emplace_back("mixed with another player");
     if (trust.Sought) texts.emplace_back("sought");
     if (trust.Dropouts > 0) texts.push_back(CountText(static_cast<uint64_t>(trust.Dropouts), "dropout"));
+    if (trust.AgainstEvidence) texts.emplace_back("ended by its title alone");
     if (trust.Begin == trust.End && trust.End != Certainty::None) {
         texts.push_back(CertaintyText(trust.End));
         return;

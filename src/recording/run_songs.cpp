@@ -28,6 +28,7 @@ void RunSongs::SongClosed(const ClosedSong& song) {
     entry.Dropouts = song.Trust.Dropouts;
     entry.Mixed = song.Trust.Mixed;
     entry.Sought = song.Trust.Sought;
+    entry.ByTitleAlone = song.Trust.AgainstEvidence;
     entry.Seconds = song.Frames / std::max<uint32_t>(song.FramesPerSecond, 1);
     entry.Media = song.Media;
     entry.TempFile = song.TempPath;

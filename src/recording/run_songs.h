@@ -39,9 +39,10 @@ struct RunSong {
     Certainty Begin =
         Certainty::None;  ///< how sure its cuts are, where songs end by everything that is known
     Certainty End = Certainty::None;
-    int32_t Dropouts = 0;  ///< short holes in its sound
-    bool Mixed = false;    ///< two players were heard at once
-    bool Sought = false;   ///< somebody has jumped within it
+    int32_t Dropouts = 0;       ///< short holes in its sound
+    bool Mixed = false;         ///< two players were heard at once
+    bool Sought = false;        ///< somebody has jumped within it
+    bool ByTitleAlone = false;  ///< nothing in its sound shows its end
     uint64_t Seconds = 0;
     STATIONANDSONGDATA Media;
     std::string TempFile;   ///< the recording itself; it may be gone

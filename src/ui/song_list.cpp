@@ -67,6 +67,7 @@ QString FlawsText(const RunSong& song, const Words& say) {
     if (song.Dropouts > 0) lines += say(Key::HasDropouts, {std::to_string(song.Dropouts)});
     if (song.Mixed) lines += say(Key::IsMixed);
     if (song.Sought) lines += say(Key::IsSought);
+    if (song.ByTitleAlone) lines += say(Key::IsByTitleAlone);
     const bool unsure = song.Begin == Certainty::Unsure || song.End == Certainty::Unsure;
     if (lines.isEmpty() && !unsure) lines += say(Key::LacksAnEnd);
     return lines.join('\n');

@@ -42,6 +42,7 @@ inline constexpr const char* HasDropouts = "61845";
 inline constexpr const char* IsMixed = "61846";
 inline constexpr const char* IsSought = "61847";
 inline constexpr const char* LacksAnEnd = "61848";
+inline constexpr const char* IsByTitleAlone = "61820";
 inline constexpr const char* EndIs = "61724";
 inline constexpr const char* BeginAndEndAre = "61725";
 inline constexpr const char* TooShort = "60053";

@@ -90,6 +90,16 @@ TEST(SongAsLine, ReportsWhatIsWrongWithASongThatIsKept) {
     EXPECT_EQ(SongAsLine(song), "short        1:00" + name + "  (1.00 s lost, 2 device changes)");
 }
 
+TEST(SongReport, SaysThatNothingButTheTitleHasEndedASong) {
+    ClosedSong song = Song();
+    song.Whole = false;
+    song.Trust.End = Certainty::Unsure;
+    EXPECT_EQ(nlohmann::json::parse(SongAsJson(song, ""))["by_title_alone"], false);
+    song.Trust.AgainstEvidence = true;
+    EXPECT_EQ(nlohmann::json::parse(SongAsJson(song, ""))["by_title_alone"], true);
+    EXPECT_NE(SongAsLine(song).find("ended by its title alone, end unsure"), std::string::npos);
+}
+
 TEST(SongAsLine, DoesNotCallAPartOfASongBroken) {
     ClosedSong song = Song();
     song.Whole = false;

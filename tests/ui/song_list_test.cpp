@@ -132,6 +132,9 @@ TEST(SongList, SaysWhyASongIsNotWhole) {
     song.Trust = {};
     song.Trust.End = Certainty::Unsure;
     EXPECT_FALSE(tip(song).contains("Not recorded"));
+    song.Trust.AgainstEvidence = true;
+    EXPECT_TRUE(tip(song).contains("Ended by its title alone"));
+    song.Trust.AgainstEvidence = false;
     song.Trust.End = Certainty::Sure;
     song.Whole = true;
     EXPECT_FALSE(tip(song).contains("Not recorded"));
