@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <limits>
 #include <numeric>
 
 namespace Corvetape {
@@ -273,6 +274,12 @@ std::string CutPrior::Text() const {
         for (const EdgeRow& row : jitters) addNumbers(row, TextUnits);
     }
     return text;
+}
+
+bool CutPrior::IsOfLaterVersion(std::string_view text) {
+    Words words(text);
+    if (words.Next() != TextName) return false;
+    return words.Number(std::numeric_limits<uint64_t>::max()).value_or(0) > TextVersion;
 }
 
 std::optional<CutPrior> CutPrior::FromText(std::string_view text, int32_t jitterSlots) {

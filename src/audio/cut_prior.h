@@ -69,6 +69,9 @@ class CutPrior {
     /// of the titles with a number for each delay, in billionths.
     std::string Text() const;
 
+    /// Whether a text is of a later version of it, which an earlier program must not write over.
+    static bool IsOfLaterVersion(std::string_view text);
+
     /// Reads such a text. Nothing if it is damaged in any way or of another version; the jitter is not in it.
     static std::optional<CutPrior> FromText(std::string_view text, int32_t jitterSlots = UsualJitter);
 

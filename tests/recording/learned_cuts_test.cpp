@@ -35,6 +35,26 @@ TEST_F(LearnedCutsTest, ADamagedFileDoesNotTakeAwayWhatThisRunKnows) {
     EXPECT_EQ(Recorder.Of("player", false).Songs(), 1u);
 }
 
+TEST_F(LearnedCutsTest, WhatAnotherProcessHasForgottenDoesNotComeBack) {
+    Recorder.Of("player", false).LearnGap({-20, -20});
+    Recorder.Store("player", false);
+    Other.Forget();
+    EXPECT_EQ(Recorder.Of("player", false).Songs(), 0U);
+    Recorder.Of("player", false).LearnGap({-60, -60});
+    Recorder.Store("player", false);
+    EXPECT_LE(Other.Of("player", false).Songs(), 1U);
+}
+
+TEST_F(LearnedCutsTest, AFileOfALaterVersionStaysAsItIs) {
+    const std::string later = "cut-prior 3 of a format that nobody knows yet";
+    Disk.MakeFolders("/config/cuts");
+    Disk.Put("/config/cuts/player.cuts", later);
+    Recorder.Of("player", false).LearnGap({-20, -20});
+    Recorder.Store("player", false);
+    EXPECT_EQ(Disk.Content("/config/cuts/player.cuts"), later);
+    EXPECT_EQ(Recorder.Of("player", false).Songs(), 1U) << "known for this run";
+}
+
 TEST_F(LearnedCutsTest, WithoutTheSettingNothingIsReadOrWritten) {
     Other.Of("player", false).LearnGap({-20, -20});
     Other.Store("player", false);

@@ -1,5 +1,6 @@
 #include "recording/automatic/learned_cuts.h"
 
+#include <system_error>
 #include <utility>
 
 #include "core/text/placeholders.h"
@@ -41,6 +42,9 @@ CutPrior& LearnedCuts::Of(const std::string& source, bool exact) {
     Source& known = Known.try_emplace(path, Source{NewPrior(exact), {}}).first->second;
     if (!Options.LearnCuts) return known.Prior;
     const auto text = Disk.ReadAll(path, LargestFile);
+    if (!text && text.Failure.Error == std::errc::no_such_file_or_directory && !known.Text.empty()) {
+        known = {NewPrior(exact), {}};  // somebody wants it forgotten
+    }
     if (!text || *text == known.Text) return known.Prior;
     if (const auto read = CutPrior::FromText(*text, JitterOf(exact))) known.Prior = *read;
     known.Text = *text;
@@ -51,6 +55,7 @@ void LearnedCuts::Store(const std::string& source, bool exact) {
     if (!Options.LearnCuts) return;
     const std::string text = Of(source, exact).Text();
     const std::string path = PathOf(source, exact);
+    if (CutPrior::IsOfLaterVersion(Known.at(path).Text)) return;
     if (!Disk.ReplaceQuickly(path, text)) {
         Disk.MakeFolder(Folder);  // the first time it is missing; a disk that refuses costs what was learned
         if (!Disk.ReplaceQuickly(path, text)) return;

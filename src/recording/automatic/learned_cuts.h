@@ -13,7 +13,8 @@ namespace Corvetape {
 /// What was learned of each source about its titles and cuts, kept in a folder of the user's data: a small
 /// file for each source. A file that is damaged, or of another version, counts as none.
 ///
-/// Another process may teach a source meanwhile: what its file says then counts.
+/// Another process may teach a source meanwhile, or have it forgotten: what its file says then counts. A file
+/// of a later version of the program is left as it is.
 class LearnedCuts {
  public:
     /// `folder` is made when something is stored. All of them outlive it.
