@@ -119,9 +119,9 @@ void ProgramParts::ConnectEvents() {
         MarginFiles.SongTransferred(song);
         if (Events.SongTransferred) Events.SongTransferred(song);
     });
-    Results.MusicMade.Connect([this](const std::string& job, const std::string& musicFile) {
-        MarginFiles.MusicMade(job, musicFile);
-        if (Events.MusicMade) Events.MusicMade(job, musicFile);
+    Results.MusicMade.Connect([this](const std::string& job, const MadeMusic& music) {
+        MarginFiles.MusicMade(job, music);
+        if (Events.MusicMade) Events.MusicMade(job, music.MusicFile);
     });
     Results.JobEnded.Connect([this](const JobResult& result) {
         if (Events.JobEnded) Events.JobEnded(result);

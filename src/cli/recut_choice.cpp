@@ -54,6 +54,9 @@ std::vector<KeptMargins> FindSongs(Files& disk, const std::vector<KeptMargins>& 
     auto byFile = Those(all, [&](const KeptMargins& each) {
         return !each.MusicFile.empty() && (each.MusicFile == wanted || disk.SameFile(each.MusicFile, wanted));
     });
+    // Of songs of one name the file is that of the one which has it surely.
+    auto surely = Those(byFile, [](const KeptMargins& each) { return each.MusicKnown; });
+    if (!surely.empty()) return surely;
     if (!byFile.empty()) return byFile;
     auto exactly = Those(all, [&](const KeptMargins& each) {
         const std::vector<std::string> names = NamesOf(each);

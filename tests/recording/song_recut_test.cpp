@@ -202,6 +202,54 @@ TEST_F(SongRecuts, AFileThatMayBeAnotherSongsIsLeftAlone) {
     EXPECT_EQ(Extent("/music/Ann - First (2).wav"), std::pair(3 * Rate, 10 * Rate));
 }
 
+TEST_F(SongRecuts, ASongWhoseNameALongerOneHasTakenIsWrittenUnderTheNumberThatItGot) {
+    Disk.Put("/music/Ann - First (3).wav", "the old one");
+    Disk.Put(Song.MusicFile, "the longer one");
+    Store.MusicMade("another job", {Song.MusicFile, "3"});
+    ASSERT_EQ(Cut({-1, 0}), "");
+    EXPECT_EQ(*Disk.Content(Song.MusicFile), "the longer one");
+    EXPECT_EQ(Extent("/music/Ann - First (3).wav"), std::pair(3 * Rate, 10 * Rate));
+}
+
+TEST_F(SongRecuts, ASongThatWasReplacedIsWrittenBesideTheOneThatHasItsName) {
+    for (const char* older : {"0", ""}) {
+        ASSERT_TRUE(Store.Write(Song));
+        Disk.Put(Song.MusicFile, "the new one");
+        Store.MusicMade("another job", {Song.MusicFile, older});
+        ASSERT_EQ(Cut({-1, 0}), "");
+        EXPECT_EQ(*Disk.Content(Song.MusicFile), "the new one");
+        EXPECT_EQ(Extent("/music/Ann - First (2).wav"), std::pair(3 * Rate, 10 * Rate));
+        Disk.Delete("/music/Ann - First (2).wav");
+    }
+}
+
+TEST_F(SongRecuts, ASongThatStaysInItsFolderFollowsItsNumberToo) {
+    TransferredSong newer;
+    newer.TempFile = Song.MusicFile;
+    newer.OlderSong = "2";
+    Disk.Put("/music/Ann - First (2).wav", "the old one");
+    Disk.Put(Song.MusicFile, "the new one");
+    Store.SongTransferred(newer);
+    ASSERT_EQ(Cut({-1, 0}), "");
+    EXPECT_EQ(*Disk.Content(Song.MusicFile), "the new one");
+    EXPECT_EQ(Extent("/music/Ann - First (2).wav"), std::pair(3 * Rate, 10 * Rate));
+}
+
+TEST_F(SongRecuts, RoomIsMadeWithoutReadingAllNotesAgainForEachSong) {
+    ClosedSong song;
+    constexpr int songs = 30;
+    for (int i = 0; i < songs; ++i) {
+        song.TempPath = "/temp/Corvet/song-" + std::to_string(i) + ".wav";
+        Disk.Put(song.TempPath, "a song");
+        ASSERT_NE(Store.Keep(song, {}), "");
+    }
+    for (int i = 0; i <= songs; ++i) EXPECT_TRUE(Store.DropOldest());
+    EXPECT_FALSE(Store.DropOldest());
+    ASSERT_NE(Store.Keep(song, {}), "");
+    EXPECT_TRUE(Store.DropOldest()) << "what came after the list was made";
+    EXPECT_THAT(Store.List(), IsEmpty());
+}
+
 TEST_F(SongRecuts, ItIsEncodedAsItWasWhateverTheSettingsAreNow) {
     Options.Encoder = 1;
     ASSERT_EQ(Cut({-1, 0}), "");

@@ -49,7 +49,7 @@ void EncoderResults::EndJob(const JobResult& result) {
     const TransferredSong& song = found->second;
     if (const std::optional<MadeMusic> music = ReadMadeMusic(Disk, song.MadeFile)) {
         Disk.Delete(song.MadeFile);
-        MusicMade.Raise(result.Name, music->MusicFile);
+        MusicMade.Raise(result.Name, *music);
         ReportSameName(*music, song.MusicFile);
     }
     Job.NoteEnd(song, result.ExitCode == 0);

@@ -45,8 +45,9 @@ class EncoderResults {
     /// empty, if the settings say so.
     void DeleteTempFolder(const Settings& options, const WorkingFolders& folders);
 
-    /// An encoder has made this music file, whose name may have a number after it; comes before JobEnded.
-    Event<const std::string&, const std::string&> MusicMade;
+    /// The encoder of this name has made a music file, whose name may have a number after it; comes before
+    /// JobEnded.
+    Event<const std::string&, const MadeMusic&> MusicMade;
 
     Event<const JobResult&> JobEnded;  ///< an encoder has ended, well or not
 

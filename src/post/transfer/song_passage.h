@@ -24,7 +24,8 @@ struct SongPassage {
     STATIONANDSONGDATA Song;
     SongNames Names;
     SongNote Note;
-    std::string Source;  ///< name of the temporary files that its command is given
+    std::string Source;          ///< name of the temporary files that its command is given
+    std::string OlderSong = {};  ///< see TransferredSong
 };
 
 /// A song that the transfer job has dealt with.
@@ -34,6 +35,7 @@ struct TransferredSong {
     std::string JobName;    ///< of the started command, for its result; empty if none was started
     std::string MadeFile;   ///< where its command says what it has made, see ReadMadeMusic
     std::string JobLabel;   ///< kind of its log line; "TEMP" for a song that stays as it is
+    std::string OlderSong;  ///< what became of an older temporary song of its name, see MadeMusic::Older
     std::string Problem;    ///< why no command was started although one was wanted, in English
     STATIONANDSONGDATA Media;
 };

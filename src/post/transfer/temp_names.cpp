@@ -36,7 +36,7 @@ std::string TempNames::Take(SongPassage& passage) {
 }
 
 /// A name for the temporary files that no other song has: FinalName, or that with a number.
-std::string TempNames::Claim(const SongPassage& passage) {
+std::string TempNames::Claim(SongPassage& passage) {
     const std::string& stamp = passage.Song.TempFileName;
     constexpr int32_t mostNumbers = 10'000;
     for (int32_t number = 1; number <= mostNumbers; ++number) {
@@ -55,12 +55,16 @@ std::string TempNames::Claim(const SongPassage& passage) {
 
 /// Whether a song may take this name from the one that has it. Where songs are not taken to another folder,
 /// what is there is music.
-bool TempNames::MakesRoom(const std::string& base, const SongPassage& passage) {
+bool TempNames::MakesRoom(const std::string& base, SongPassage& passage) {
     const bool isMusic = Place.Options.EncodeOffline || passage.Names.TargetBase == passage.Names.SourceBase;
     const std::string song = base + ".wav";
     const FileOr<uint64_t> older = Disk.FileSize(song);
     const auto rule = static_cast<SameNameRule>(Place.Options.SameName);
-    if (!isMusic || !older || rule == SameNameRule::Replace) return true;
+    if (!isMusic || !older) return true;
+    if (rule == SameNameRule::Replace) {
+        passage.OlderSong = "0";
+        return true;
+    }
     const std::string stamp = Place.Folders.SongTempFolder + "/" + passage.Song.TempFileName;
     const bool longer = Disk.FileSize(stamp + ".wav").value_or(0) >= *older;
     if (rule == SameNameRule::NumberAll || !longer) return false;
@@ -70,7 +74,9 @@ bool TempNames::MakesRoom(const std::string& base, const SongPassage& passage) {
     };
     while (Disk.FileSize(numbered(".wav")) || Disk.FileSize(numbered(".note"))) ++number;
     Disk.Rename(base + ".jpg", numbered(".jpg"));  // most songs have none
-    return static_cast<bool>(Disk.Rename(song, numbered(".wav")));
+    if (!Disk.Rename(song, numbered(".wav"))) return false;
+    passage.OlderSong = std::to_string(number);
+    return true;
 }
 
 /// What is left of an earlier song of this name, which has its music file.

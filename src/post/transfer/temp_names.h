@@ -24,8 +24,8 @@ class TempNames {
     bool IsInput(const std::string& path) const;
 
  private:
-    std::string Claim(const SongPassage& passage);
-    bool MakesRoom(const std::string& base, const SongPassage& passage);
+    std::string Claim(SongPassage& passage);
+    bool MakesRoom(const std::string& base, SongPassage& passage);
     void DeleteEarlier(const std::string& name);
 
     const TransferPlace& Place;

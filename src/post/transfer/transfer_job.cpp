@@ -80,6 +80,7 @@ void TransferJob::HandOn(SongPassage& passage, bool named) {
         song = Encoder.Start(passage, name);
     }
     song.TempFile = Place.Folders.SongTempFolder + "/" + name + ".wav";
+    song.OlderSong = passage.OlderSong;
     song.Media = passage.Song;
     if (!song.Problem.empty()) {
         const bool stays = Parts.Disk.FileSize(song.TempFile).has_value();

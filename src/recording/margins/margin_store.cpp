@@ -111,7 +111,9 @@ std::optional<KeptMargins> MarginStore::Newest(std::string KeptMargins::*field,
 }
 
 void MarginStore::SongTransferred(const TransferredSong& song) {
+    const bool hasTakenName = song.JobName.empty() && !song.OlderSong.empty();
     std::optional<KeptMargins> margins = Newest(&KeptMargins::TempSong, song.Media.TempFileName);
+    if (hasTakenName) GiveNameTo(margins ? margins->Base : "", {song.TempFile, song.OlderSong});
     if (!margins) return;
     margins->TempSong = BaseNameOf(song.TempFile);
     margins->Media = song.Media;
@@ -134,12 +136,30 @@ void MarginStore::SongTransferred(const TransferredSong& song) {
     Write(*margins);  // without it the song cannot be cut again, as if it had not been kept
 }
 
-void MarginStore::MusicMade(const std::string& job, const std::string& musicFile) {
+void MarginStore::MusicMade(const std::string& job, const MadeMusic& music) {
     std::optional<KeptMargins> margins = Newest(&KeptMargins::Job, job);
+    GiveNameTo(margins ? margins->Base : "", music);
     if (!margins) return;
-    margins->MusicFile = musicFile;
+    margins->MusicFile = music.MusicFile;
     margins->MusicKnown = true;
     Write(*margins);
+}
+
+/// A music file has this name now, and no other song that had it: the older one has got a number, or is gone.
+/// `base`: the margins of the song in that file.
+void MarginStore::GiveNameTo(const std::string& base, const MadeMusic& music) {
+    const bool isNumber = std::ranges::all_of(music.Older, [](char c) { return c >= '0' && c <= '9'; });
+    const bool isNumbered = !music.Older.empty() && music.Older != "0" && isNumber;
+    for (KeptMargins& margins : List()) {
+        if (margins.Base == base || margins.MusicFile != music.MusicFile || !margins.MusicKnown) continue;
+        if (isNumbered && !IsWaiting(margins)) {
+            std::string& file = margins.MusicFile;
+            file.insert(std::min(file.rfind('.'), file.size()), " (" + music.Older + ")");
+        } else {
+            margins.MusicKnown = false;
+        }
+        Write(margins);  // a disk that refuses it keeps the old name, which may be another song's then
+    }
 }
 
 std::vector<KeptMargins> MarginStore::List() const {
@@ -183,12 +203,20 @@ void MarginStore::DropOld() {
 }
 
 bool MarginStore::DropOldest() {
-    for (const KeptMargins& margins : List()) {
-        if (IsWaiting(margins)) continue;
-        Drop(margins.Base);
-        return !Disk.FileSize(File(margins.Base, ".note"));
+    // Whoever makes room asks again and again. New margins are younger than those that are listed.
+    const bool isFresh = ByAge.empty();
+    if (isFresh) {
+        for (const KeptMargins& margins : List()) ByAge.push_back(margins.Base);
     }
-    return false;
+    while (!ByAge.empty()) {
+        const std::string base = std::move(ByAge.front());
+        ByAge.pop_front();
+        const auto margins = ReadMarginNote(Disk, Folders, base);
+        if (!margins || IsWaiting(*margins)) continue;
+        Drop(base);
+        return !Disk.FileSize(File(base, ".note"));
+    }
+    return !isFresh && DropOldest();
 }
 
 void MarginStore::DropOfThisRun() {

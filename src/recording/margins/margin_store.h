@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <span>
 #include <string>
@@ -11,6 +12,7 @@
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/wave_in.h"
+#include "post/transfer/encoder_results.h"
 #include "post/transfer/transfer_job.h"
 #include "recording/margins/kept_margins.h"
 
@@ -36,8 +38,9 @@ class MarginStore {
     /// The transfer has dealt with a song: notes what it is called now, and how its music file is made.
     void SongTransferred(const TransferredSong& song);
 
-    /// The encoder of this name has given its music file that name.
-    void MusicMade(const std::string& job, const std::string& musicFile);
+    /// The encoder of this name has given its music file that name. An older song that had it is cut again
+    /// under the number that it got.
+    void MusicMade(const std::string& job, const MadeMusic& music);
 
     /// All that is kept, the oldest first.
     std::vector<KeptMargins> List() const;
@@ -62,6 +65,7 @@ class MarginStore {
 
  private:
     std::string ClaimName(KeptMargins& margins);
+    void GiveNameTo(const std::string& base, const MadeMusic& music);
     std::optional<KeptMargins> Newest(std::string KeptMargins::*field, const std::string& value) const;
     std::string File(const std::string& base, const char* ending) const;
     void Drop(const std::string& base);
@@ -72,6 +76,7 @@ class MarginStore {
     const Settings& Options;
     const WorkingFolders& Folders;
     std::string RunName;
+    std::deque<std::string> ByAge;    ///< of DropOldest: those that it has not come to yet
     std::optional<int64_t> LastLook;  ///< of DropOld, in nanoseconds of the monotonic clock
 };
 
