@@ -1,5 +1,10 @@
 #include "desktop/usage.h"
 
+#include <algorithm>
+#include <string_view>
+
+#include "core/settings/command_line.h"
+#include "core/text/text.h"
 #include "core/version.h"
 
 namespace Corvetape {
@@ -39,7 +44,32 @@ std::string FaultOf(const QString& word, const QString& value) {
     return {};
 }
 
+bool TakesValue(const QString& word) {
+    return word == "--input" || word == "--home" || word == "--press";
+}
+
+/// Switches may stand anywhere, also within a word.
+bool HoldsSwitch(const QString& word) {
+    return std::ranges::any_of(SwitchTable(), [&word](const SwitchRow& row) {
+        return FindIgnoringCase(word.toStdString(), row.Text) != std::string_view::npos;
+    });
+}
+
 }  // namespace
+
+std::optional<DesktopAnswer> AnswerToUnknown(const QStringList& words) {
+    for (qsizetype i = 0; i < words.size(); ++i) {
+        const QString& word = words[i];
+        if (TakesValue(word)) {
+            ++i;
+        } else if (word.startsWith('-') && !HoldsSwitch(word)) {
+            return DesktopAnswer{"corvetape: unknown option " + word.toStdString() +
+                                     "\nTry 'corvetape --help' for a list of options.\n",
+                                 WrongUse};
+        }
+    }
+    return std::nullopt;
+}
 
 std::optional<DesktopAnswer> AnswerTo(const QStringList& words) {
     for (qsizetype i = 0; i < words.size(); ++i) {
@@ -48,7 +78,7 @@ std::optional<DesktopAnswer> AnswerTo(const QStringList& words) {
         if (word == "--version") {
             return DesktopAnswer{std::string(ProgramTitle) + " " + ProgramVersion + "\n", 0};
         }
-        if (word != "--input" && word != "--home" && word != "--press") continue;
+        if (!TakesValue(word)) continue;
         const std::string fault = FaultOf(word, words.value(++i));
         if (!fault.empty()) return DesktopAnswer{"corvetape: " + fault + "\n", WrongUse};
     }

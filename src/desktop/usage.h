@@ -17,4 +17,7 @@ struct DesktopAnswer {
 /// add some. `words` are without the program's name.
 std::optional<DesktopAnswer> AnswerTo(const QStringList& words);
 
+/// What to print where there is an option that nobody knows. `words` are what the toolkit has left of them.
+std::optional<DesktopAnswer> AnswerToUnknown(const QStringList& words);
+
 }  // namespace Corvetape

@@ -121,5 +121,16 @@ TEST(DesktopHelp, ShowsTheVersionThatTheBuildHas) {
     EXPECT_EQ(result.Text, RunShell(Programs + "corvetape-cli --version").Text);
 }
 
+TEST(Help, AnOptionThatNobodyKnowsIsSaidAndOpensNoWindow) {
+    for (const std::string option : {"--foo", "--foo=bar", "-x", "--home /nowhere -y"}) {
+        const ShellResult result =
+            RunShell("QT_QPA_PLATFORM=offscreen " + Programs + "corvetape " + option + " 2>&1");
+        EXPECT_EQ(result.ExitCode, 2) << option;
+        EXPECT_THAT(result.Text,
+                    testing::HasSubstr("unknown option " + option.substr(option.rfind(" -") + 1)))
+            << option;
+    }
+}
+
 }  // namespace
 }  // namespace Corvetape
