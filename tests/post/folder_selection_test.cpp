@@ -136,5 +136,37 @@ TEST_F(FolderSelectionTest, TheWindowIsDisabledWhileItAsks) {
     EXPECT_TRUE(Bench.Form.Enabled());
 }
 
+/// Types into a field and leaves it. True if that was refused.
+bool Typed(TextBox& field, const std::string& text) {
+    field.Text(text);
+    return field.RunValidate();
+}
+
+TEST_F(FolderSelectionTest, ATypedFolderIsTakenLikeAChosenOne) {
+    EXPECT_FALSE(Typed(Bench.Form.txtPath[1], " /new/ "));
+    EXPECT_EQ(Bench.StoredOption("MusicPath"), "/new");
+    EXPECT_EQ(Bench.Folders.Paths[1], "/new");
+    EXPECT_EQ(Bench.Form.txtPath[1].Text(), "/new");
+    EXPECT_EQ(Boxes(), "");
+}
+
+TEST_F(FolderSelectionTest, ATypedFolderThatDoesNotExistIsRefusedWithAMessage) {
+    EXPECT_TRUE(Typed(Bench.Form.txtPath[1], "/nowhere"));
+    EXPECT_TRUE(Typed(Bench.Form.txtPath[1], "new"));  // which folder that is depends on the start
+    EXPECT_EQ(Boxes(), "text 811\ntext 811\n");
+    EXPECT_EQ(Bench.Folders.Paths[1], "/music");
+    EXPECT_EQ(Bench.StoredOption("MusicPath"), "(none)");
+    EXPECT_TRUE(Typed(Bench.Form.txtPath[1], "/temp"));
+    EXPECT_EQ(Boxes(), "text 811\ntext 811\ntext 812\n");
+    EXPECT_EQ(Bench.Folders.Paths[1], "/music");
+}
+
+TEST_F(FolderSelectionTest, AFieldThatIsLeftAsItWasOrEmptyShowsThePresentFolder) {
+    EXPECT_FALSE(Typed(Bench.Form.txtPath[1], "/music"));
+    EXPECT_FALSE(Typed(Bench.Form.txtPath[1], ""));
+    EXPECT_EQ(Bench.Form.txtPath[1].Text(), "/music");
+    EXPECT_EQ(Boxes(), "");
+}
+
 }  // namespace
 }  // namespace Corvetape

@@ -159,5 +159,18 @@ TEST(BadInput, AFileOfTextsWithMissingAndDoubledKeysLeavesAWindowThatWorks) {
     EXPECT_FALSE(world.Find<QPushButton>("cmdQuickRecord")->text().isEmpty()) << "its own English text";
 }
 
+TEST(BadInput, AFolderThatDoesNotExistIsSaidWhereItIsTyped) {
+    UiWorld world;
+    world.RunFor(5);
+    const std::string before = world.Recorder->Values().Folders.Paths[1];
+    auto* const field = world.Find<QLineEdit>("txtPath_1");
+    TypeAndLeave(*field, "/nowhere");
+    EXPECT_TRUE(field->property("refused").toBool());
+    ASSERT_FALSE(world.Computer.Dialogs.Boxes.empty());
+    EXPECT_EQ(world.Computer.Dialogs.Boxes.back().Text,
+              "This folder does not exist. Please choose another one.");
+    EXPECT_EQ(world.Recorder->Values().Folders.Paths[1], before);
+}
+
 }  // namespace
 }  // namespace Corvetape::Test

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include "core/controls/message_texts.h"
@@ -33,6 +34,11 @@ constexpr std::array<FolderRow, 3> FolderTable = {{
     {"LogFilePath", &Settings::LogFilePath},
 }};
 
+/// What does not begin at a root would mean another folder at each start.
+bool IsWholePath(std::string_view path) {
+    return path.starts_with('/') || (path.size() > 1 && path[1] == ':');
+}
+
 }  // namespace
 
 FolderSelection::FolderSelection(frmMain& form, FolderTargets targets, SettingsStore& store,
@@ -47,6 +53,7 @@ FolderSelection::FolderSelection(frmMain& form, FolderTargets targets, SettingsS
       Lists(lists) {
     for (size_t i = 0; i < FolderTable.size(); ++i) {
         Form.cmdGetDir[i].Click.Connect([this, i] { GetDir(i); });
+        Form.txtPath[i].Validate = [this, i] { return TypedRefused(i); };
     }
 }
 
@@ -68,6 +75,26 @@ void FolderSelection::Ask(size_t index) {
         Boxes.BrowseForFolder(Messages.FormatMsg(Message::ChooseFolder.Key, {name}), present);
     if (!chosen || EqualIgnoringCase(*chosen, present) || IsRefused(index, *chosen)) return;
     Take(index, *chosen);
+}
+
+/// A folder that was typed has to be there already, like one that is chosen.
+bool FolderSelection::TypedRefused(size_t index) {
+    TextBox& field = Form.txtPath[index];
+    const std::string present = field.ToolTip();
+    std::string_view typed = TrimBlanks(field.Text());
+    while (typed.size() > 1 && typed.ends_with('/')) typed.remove_suffix(1);
+    if (typed.empty() || typed == present) {
+        field.Text(present);
+        return false;
+    }
+    const std::string folder(typed);
+    if (!IsWholePath(folder) || !Disk.IsFolder(folder)) {
+        Boxes.ShowMessage(Messages.FormatMsg(Message::NoSuchFolder.Key), DialogIcon::Exclamation);
+        return true;
+    }
+    if (IsRefused(index, folder)) return true;
+    Take(index, folder);
+    return false;
 }
 
 bool FolderSelection::IsRefused(size_t index, const std::string& folder) {

@@ -19,8 +19,8 @@ struct FolderTargets {
     WorkingFolders& Folders;
 };
 
-/// Lets the user choose the three working folders with cmdGetDir: 0 temporary, 1 music, 2 log. The watch
-/// lists follow to the folder of the log at once, the temporary songs at the next start.
+/// Lets the user choose the three working folders with cmdGetDir, or by typing: 0 temporary, 1 music, 2 log.
+/// The watch lists follow to the folder of the log at once, the temporary songs at the next start.
 class FolderSelection {
  public:
     /// All of them must outlive it. Connects to the controls.
@@ -34,6 +34,7 @@ class FolderSelection {
 
  private:
     void Ask(size_t index);
+    bool TypedRefused(size_t index);
     bool IsRefused(size_t index, const std::string& folder);
     void Take(size_t index, const std::string& folder);
 
