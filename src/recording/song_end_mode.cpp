@@ -24,6 +24,9 @@ void SongEndMode::ShowControls(EndOfSong mode) {
     const bool byItself = mode == EndOfSong::Automatic;
     const bool throughRing = byMedia || byTime;
 
+    // By everything that is known, other lengths count.
+    Form.txtLengthOfPause.Enabled(!byItself);
+    for (Label& label : Form.lblLengthOfPause) label.Enabled(!byItself);
     Form.chkIgnoreSilence.Enabled(throughRing);
     Form.txtIgnoreSilence.Enabled(throughRing);
     Form.txtEndOfSongTimer.Enabled(byTime);

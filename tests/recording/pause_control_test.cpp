@@ -204,6 +204,16 @@ TEST_F(PauseHandlers, IgnoredSilenceIsStoredAndCannotBeTimed) {
     EXPECT_TRUE(Form.lblQuitAfterSilence[1].Enabled());
 }
 
+TEST_F(PauseHandlers, TheLengthOfAPauseCanBeSetWhereItCounts) {
+    for (const size_t mode : {size_t{3}, size_t{0}, size_t{3}, size_t{1}, size_t{3}, size_t{2}}) {
+        Form.optEndOfSong[mode].Press();
+        const bool counts = mode != 3;
+        EXPECT_EQ(Form.txtLengthOfPause.Enabled(), counts) << mode;
+        EXPECT_EQ(Form.lblLengthOfPause[0].Enabled(), counts) << mode;
+        EXPECT_EQ(Form.lblLengthOfPause[1].Enabled(), counts) << mode;
+    }
+}
+
 TEST_F(PauseHandlers, TheChoiceToDuplicateIsStored) {
     Form.optEndOfSong[1].Press();
     Form.optDuplicatePartOfSong[1].Press();
