@@ -117,7 +117,7 @@ QWidget* CoverBarWindow::Buttons() {
 /// A picture that reaches the size of the bar fills it, whatever its proportions; a smaller one stands in the
 /// middle as it is.
 void CoverBarWindow::PaintImage(QPainter& painter) {
-    const QImage& picture = Parts.Covers.Present();
+    const QImage picture = PictureOf(Parts);
     const QRectF box(Form.CoverBoxLeft, Form.CoverBoxTop, Form.CoverBoxWidth, Form.CoverBoxHeight);
     const bool fills = picture.width() >= box.width() || picture.height() >= box.height();
     if (!picture.isNull() && fills) return painter.drawImage(box, picture);

@@ -21,6 +21,10 @@ constexpr size_t ColumnsPerBar = 2;
 
 }  // namespace
 
+QImage PictureOf(const UiParts& parts) {
+    return parts.Media.CurrentMedia.Song.empty() ? QImage() : parts.Covers.Present();
+}
+
 QString CoverNameOf(const STATIONANDSONGDATA& media) {
     return QString::fromStdString(media.Artist + "/" + media.Album);
 }
@@ -61,7 +65,7 @@ void CoverView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF place(rect());
-    if (const QImage& picture = Parts.Covers.Present(); !picture.isNull()) {
+    if (const QImage picture = PictureOf(Parts); !picture.isNull()) {
         return PaintPicture(painter, place, picture, Grid);
     }
     const bool named = !Parts.Media.CurrentMedia.Song.empty();

@@ -24,6 +24,10 @@ class CoverView : public QWidget {
     const UiParts& Parts;
 };
 
+/// The picture of the song that plays. Null if it has none, or nothing plays: the one that was fetched last
+/// is then of a song that is over.
+QImage PictureOf(const UiParts& parts);
+
 /// What the colours of a song depend on: the artist and the album, so that an album has one look.
 QString CoverNameOf(const STATIONANDSONGDATA& media);
 

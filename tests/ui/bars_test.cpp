@@ -181,24 +181,44 @@ TEST(Keys, CtrlTabGoesRoundThroughTheTabs) {
     EXPECT_EQ(tabs.SelectedKey(), "TAB_EXCLUDE");
 }
 
+/// The song that plays gets a blue picture of this size.
+void FetchBluePicture(UiWorld& world, int side) {
+    const std::string address = "http://cover/" + std::to_string(side);
+    QImage picture(side, side, QImage::Format_RGB32);
+    QRandomGenerator random(1);
+    for (int y = 0; y < side; ++y) {
+        // With some disorder: what is too small is taken for a placeholder.
+        for (int x = 0; x < side; ++x) picture.setPixel(x, y, random.generate() | 0xff0000ffU);
+    }
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    picture.save(&buffer, "PNG");
+    world.Web.Bodies[address] = bytes.toStdString();
+    world.Recorder->Shown().Covers.LoadImage(address);
+    world.Computer.Loop.RunFor(std::chrono::milliseconds(400));
+    QApplication::processEvents();
+}
+
+TEST(CoverBar, ThePictureGoesWithTheTitleAndComesBackWithIt) {
+    Bars bars;
+    FetchBluePicture(bars.world, 200);
+    const auto blue = [](QWidget& widget) { return widget.grab().toImage().pixelColor(53, 53).blue() > 245; };
+    auto* const page = bars.world.Find<QWidget>("picCover");
+    EXPECT_TRUE(blue(*bars.cover));
+    EXPECT_TRUE(blue(*page));
+    MediaState& media = bars.world.Recorder->Values().Media;
+    const STATIONANDSONGDATA playing = std::exchange(media.CurrentMedia, {});
+    EXPECT_FALSE(blue(*bars.cover));
+    EXPECT_FALSE(blue(*page));
+    media.CurrentMedia = playing;
+    EXPECT_TRUE(blue(*bars.cover));
+}
+
 TEST(CoverBar, APictureOfItsSizeFillsItAndASmallerOneIsInItsMiddle) {
     const auto corner = [](int side) {
         Bars bars;  // of its own, since the next look at the source takes the picture away
-        const std::string address = "http://cover/" + std::to_string(side);
-        QImage picture(side, side, QImage::Format_RGB32);
-        QRandomGenerator random(1);
-        for (int y = 0; y < side; ++y) {
-            // Blue with some disorder: what is too small is taken for a placeholder.
-            for (int x = 0; x < side; ++x) picture.setPixel(x, y, random.generate() | 0xff0000ffU);
-        }
-        QByteArray bytes;
-        QBuffer buffer(&bytes);
-        buffer.open(QIODevice::WriteOnly);
-        picture.save(&buffer, "PNG");
-        bars.world.Web.Bodies[address] = bytes.toStdString();
-        bars.world.Recorder->Shown().Covers.LoadImage(address);
-        bars.world.Computer.Loop.RunFor(std::chrono::milliseconds(400));
-        QApplication::processEvents();
+        FetchBluePicture(bars.world, side);
         const QImage shown = bars.cover->grab().toImage();
         EXPECT_GT(shown.pixelColor(53, 53).blue(), 245) << side;
         return shown.pixelColor(1, 53).blue() > 245;
