@@ -4,7 +4,9 @@ namespace Corvetape {
 
 class clsLocalizeControls;
 class CoverImages;
+class DiskCheck;
 class FloatingBars;
+class HeardSong;
 class LevelDisplay;
 class PlayerBridge;
 class SettingsStore;
@@ -20,8 +22,10 @@ struct Desk {
     CoverImages& Covers;
     const PlayerBridge* Players;  ///< null in a run without players
     WatchPages& Lists;
-    SongActions& Songs;  ///< what the user can do with a song of the list of this run
-    SongAge& Age;        ///< of the song that plays
+    SongActions& Songs;      ///< what the user can do with a song of the list of this run
+    SongAge& Age;            ///< of the song that plays, by the rules of the recording
+    const HeardSong& Heard;  ///< the song that plays, as its listener hears it
+    const DiskCheck& Disk;
     FloatingBars& Bars;
     const clsLocalizeControls& Texts;  ///< of the chosen language; none before TextsReady
     SettingsStore& Store;

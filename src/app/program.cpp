@@ -38,12 +38,22 @@ bool Program::InputOpen() const {
 }
 
 uint64_t Program::SongAgeSeconds() const {
-    return static_cast<uint64_t>(Parts->Recording.Age.Seconds());
+    return static_cast<uint64_t>(Parts->Recording.Heard.Seconds());
 }
 
 Desk Program::Shown() {
-    return {*Memory,      Parts->Levels,        Parts->Covers, Parts->Bridge.get(), Parts->WatchTabs,
-            Parts->Songs, Parts->Recording.Age, Parts->Bars,   Parts->Messages,     Parts->Store};
+    return {*Memory,
+            Parts->Levels,
+            Parts->Covers,
+            Parts->Bridge.get(),
+            Parts->WatchTabs,
+            Parts->Songs,
+            Parts->Recording.Age,
+            Parts->Recording.Heard,
+            Parts->Recording.Disk,
+            Parts->Bars,
+            Parts->Messages,
+            Parts->Store};
 }
 
 void Program::Report(const std::string& key) {

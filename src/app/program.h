@@ -95,7 +95,7 @@ class Program {
     /// that is needed.
     void RemoveTempFolder();
 
-    /// Seconds since the last boundary between songs.
+    /// Seconds for which the song that plays is heard.
     uint64_t SongAgeSeconds() const;
 
     bool Running() const { return Stage == LifeStage::Running; }

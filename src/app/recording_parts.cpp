@@ -21,14 +21,16 @@ RecordingParts::RecordingParts(ProgramParts& parts, const Machine& machine, Stat
             parts.Requests),
       Source(state.Media, state.Pause, parts.Providers),
       Age({state.Form, state.Options, state.Flags, state.Cut, state.Media, parts.Watched}, parts.Say),
+      Heard({state.Signal, state.Pause, state.Cut, state.Media, parts.Bridge.get(), machine.Clock}),
       Display({state.Form, state.PlainBar, state.CoverBar, state.Media, state.Flags, machine.Desktop},
               parts.Say),
       Radio({state.Options, state.Lifecycle, state.Media, state.Flags, parts.Launcher, parts.Providers}),
       Silence({machine.Clock, state.Options, state.Pause, state.Lifecycle, state.Signal},
               {state.Form, state.Flags, Radio, Clicks, parts.Targets}, Notice, parts.Say),
       Buffers(state.Form, state.Options, state.Signal, parts.Input.MaxBuffersUsed(), parts.Say),
-      Tick(state.Form.tmr1Second, machine.Clock, state.Lifecycle,
-           {First, Source, Age, Display, Clicks, Period, Silence, Buffers, Pieces, parts.Targets, Disk},
-           parts.Requests) {}
+      Tick(
+          state.Form.tmr1Second, machine.Clock, state.Lifecycle,
+          {First, Source, Age, Heard, Display, Clicks, Period, Silence, Buffers, Pieces, parts.Targets, Disk},
+          parts.Requests) {}
 
 }  // namespace Corvetape

@@ -30,6 +30,7 @@ struct RecordingParts {
     FirstRun First;
     SourceTick Source;
     SongAge Age;
+    HeardSong Heard;
     MediaDisplay Display;
     RadioRestart Radio;
     SilenceWatch Silence;

@@ -17,6 +17,7 @@ struct EndedSong {
 
 /// The cut: raised by whoever notices the end of a song, carried out when the ring is drained.
 struct CutState {
+    uint64_t Boundaries = 0;       ///< between songs or pieces, since the program started
     bool SongBoundary = false;     ///< a song ended or the media data changed; the song's age clears it
     bool CutPending = false;       ///< a cut is due at CutIndex
     int32_t CutIndex = 0;          ///< slot of the ring
@@ -27,7 +28,18 @@ struct CutState {
 
     /// A song is over: the age of the next one begins. Called by the routing for a pause that ends a song, by
     /// a change of title, by the pieces by time, and by the automatic recorder.
-    void NoteBoundary() { SongBoundary = true; }
+    void NoteBoundary() {
+        SongBoundary = true;
+        ++Boundaries;
+    }
+
+    /// The first title of a source was read: the age of its song begins, which may have begun long before.
+    /// Called by the cut by titles.
+    void NoteFirstTitle() { SongBoundary = true; }
+
+    /// A piece begins that is none of the music: where the user, or a silence, wants it to. Called by the
+    /// pieces by time.
+    void NotePiece() { ++Boundaries; }
 
     /// Another title plays: what was in the ring up to `slot` is the song before. Called by the cut by
     /// titles.

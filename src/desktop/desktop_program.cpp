@@ -9,6 +9,7 @@
 #include "core/settings/command_line.h"
 #include "platform/virtual/demo_radio.h"
 #include "post/options/language_choice.h"
+#include "recording/song_age.h"
 #include "recording/song_notices.h"
 #include "ui/boxes.h"
 #include "ui/language_question.h"
@@ -123,9 +124,11 @@ void DesktopProgram::MakeWindow() {
     Keys = std::make_unique<HelpKeys>(state.Lifecycle, static_cast<HelpPages&>(*this));
     desk.Age.Excluded.Connect([this](const STATIONANDSONGDATA& song) { Songs.SongExcluded(song); });
     Ui = std::make_unique<UiParts>(
-        UiParts{state.Form, state.Flags, state.Signal, state.Media, desk.Players, state.Pause, state.Messages,
-                desk.Levels, *Trace, Songs, desk.Songs, desk.Lists, desk.Bars, *Keys, state.Options, *Covers,
-                desk.Age, Words(desk.Texts), [this] { return Recorder->Close(); }});
+        UiParts{state.Form,   state.Flags, state.Signal,      state.Media,
+                desk.Players, state.Pause, state.Messages,    desk.Levels,
+                *Trace,       Songs,       desk.Songs,        desk.Lists,
+                desk.Bars,    *Keys,       state.Options,     *Covers,
+                desk.Heard,   desk.Disk,   Words(desk.Texts), [this] { return Recorder->Close(); }});
     Shown = std::make_unique<MainWindow>(*Ui);
     Dialogs.Over(Shown.get());
     Screen.Over(*Shown, *Ui, state);

@@ -94,6 +94,24 @@ bool DiskCheck::HasRoom() {
            LimitOf(spaces) == DiskLimit::None;
 }
 
+std::optional<RoomLeft> DiskCheck::Room() const {
+    const Spaces spaces = Measure();
+    if (!spaces.Refused.empty()) return std::nullopt;
+    const uint64_t tempLimit = LimitBytes(Parts.Settings.LowTempSpace);
+    const uint64_t musicLimit = LimitBytes(Parts.Settings.LowMusicSpace);
+    std::optional<RoomLeft> least;
+    const auto weigh = [&](uint64_t free, uint64_t limit) {
+        const uint64_t bytes = free - std::min(free, limit);
+        const RoomLeft room{free, bytes / std::max<uint32_t>(Format.nAvgBytesPerSec, 1)};
+        if (!least || room.Seconds < least->Seconds) least = room;
+    };
+    for (const DiskSpace& space : spaces.Each) {
+        weigh(space.Temp, space.OneDrive ? tempLimit + musicLimit : tempLimit);
+        if (!space.OneDrive) weigh(space.Music, musicLimit);
+    }
+    return least;
+}
+
 bool DiskCheck::Tick() {
     Second = static_cast<int16_t>((Second + 1) % 60);
     if (Second == 0) return Run();

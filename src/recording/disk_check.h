@@ -36,6 +36,12 @@ struct DiskSpace {
     bool OneDrive = false;  ///< both folders are on it
 };
 
+/// What is left until the watch ends the recording.
+struct RoomLeft {
+    uint64_t FreeBytes = 0;  ///< of the folder that gets full first
+    uint64_t Seconds = 0;    ///< of sound, as it comes from the input
+};
+
 /// Holds the space against the limits in MB. On one drive both limits have to find room.
 DiskLimit FindDiskLimit(const Settings& settings, const DiskSpace& space);
 
@@ -55,6 +61,9 @@ class DiskCheck {
 
     /// There is room for a recording. False also if a folder cannot be asked.
     bool HasRoom();
+
+    /// Nothing if a folder cannot be asked.
+    std::optional<RoomLeft> Room() const;
 
     /// Between the minutes: runs the reaction at once if the space left in the temporary folder is enough for
     /// less than ten minutes of sound. A folder that cannot be asked is left to Run.

@@ -52,7 +52,8 @@ void MediaDisplay::ShowNoMedia() {
 void MediaDisplay::ShowMediaTexts() {
     const STATIONANDSONGDATA& media = Parts.Media.CurrentMedia;
     Parts.Form.Caption(std::string(ProgramTitle) + " \xC2\xB7 " + media.Artist + " \xC2\xB7 " + media.Song);
-    Parts.PlainBar.Caption(media.Artist + " \xC2\xB7 " + media.Song);
+    const std::string artist = media.Artist.empty() ? "" : media.Artist + " \xC2\xB7 ";
+    Parts.PlainBar.Caption(artist + media.Song);
     Parts.CoverBar.lblArtist.Caption(media.Artist);
     Parts.CoverBar.lblSong.Caption(media.Song);
     // A tray tip takes an ampersand for a mark of the next letter; three of them show one.

@@ -30,16 +30,20 @@ void MediaPoll::Tick() {
     Parts.Providers.LoadImage();
     const STATIONANDSONGDATA ended = std::exchange(LastTitled, Parts.Media.CurrentMedia);
     if (!Compare()) return;
-    Parts.Change.NoteChange();
+    Parts.Change.NoteChange(ended);
     // The settings of another source may have ended the cuts by media data. Nobody would carry this one out
     // before its place in the ring is long gone.
     if (running && !Parts.Form.tmrGetMediaData.Running()) return;
     Parts.Change.EndSong(ended);
 }
 
-void TitleCut::NoteChange() {
+void TitleCut::NoteChange(const STATIONANDSONGDATA& ended) {
     Parts.Signal.History.ReplaceLast(MarkMediaChange);
-    Parts.Cut.NoteBoundary();
+    if (ended.Song.empty()) {
+        Parts.Cut.NoteFirstTitle();
+    } else {
+        Parts.Cut.NoteBoundary();
+    }
 }
 
 void TitleCut::EndSong(const STATIONANDSONGDATA& ended) {

@@ -33,8 +33,9 @@ class TitleCut {
  public:
     TitleCut(TitleCutParts parts, ProgramRequests& requests) : Parts(parts), Requests(requests) {}
 
-    /// Another title was read: marks the place in the level history.
-    void NoteChange();
+    /// Another title was read than that of `ended`, which is empty before the first one: marks the place in
+    /// the level history.
+    void NoteChange(const STATIONANDSONGDATA& ended);
 
     /// The song of this record ends here.
     void EndSong(const STATIONANDSONGDATA& ended);

@@ -22,6 +22,7 @@ constexpr Step Steps[] = {
     Always<[](TickParts& parts) { parts.Source.FindProvider(); }>,
     Always<[](TickParts& parts) { parts.Source.PollOutsideMediaMode(parts.Age.Seconds()); }>,
     Always<[](TickParts& parts) { parts.Age.Tick(); }>,
+    Always<[](TickParts& parts) { parts.Heard.Tick(); }>,
     Always<[](TickParts& parts) { parts.Age.TakeSongData(); }>,
     Always<[](TickParts& parts) { parts.Display.ShowProvider(); }>,
     Always<[](TickParts& parts) { parts.Display.ShowMedia(); }>,

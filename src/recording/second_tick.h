@@ -10,6 +10,7 @@
 #include "recording/countdown.h"
 #include "recording/disk_check.h"
 #include "recording/first_run.h"
+#include "recording/heard_song.h"
 #include "recording/media_display.h"
 #include "recording/session.h"
 #include "recording/silence_watch.h"
@@ -24,6 +25,7 @@ struct TickParts {
     FirstRun& First;
     SourceTick& Source;
     SongAge& Age;
+    HeardSong& Heard;
     MediaDisplay& Display;
     Session& Recording;
     Countdown& Period;

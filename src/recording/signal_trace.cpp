@@ -52,17 +52,30 @@ void SignalTrace::Follow() {
     while (Past.size() > Capacity) Past.pop_front();
     Followed = appended;
     while (!Begins.empty() && Begins.front() < FirstNumber()) Begins.pop_front();
+    while (!KeptSongs.empty() && KeptSongs.front().End <= FirstNumber()) KeptSongs.pop_front();
+}
+
+/// The number of the column that a frame is in; 0 for one that came before all columns.
+uint64_t SignalTrace::ColumnOf(uint64_t frame, uint32_t framesPerSecond) const {
+    const uint64_t frames = FramesSoFar();
+    const uint64_t ago = frames > frame ? frames - frame : 0;
+    const uint64_t columnsAgo = ago * ColumnsPerSecond / std::max<uint32_t>(framesPerSecond, 1);
+    return Followed - std::min(Followed, columnsAgo);
+}
+
+bool SignalTrace::IsOfKeptSong(uint64_t column) const {
+    return std::ranges::any_of(
+        KeptSongs, [column](const Stretch& song) { return column >= song.Begin && column < song.End; });
 }
 
 void SignalTrace::SongClosed(const ClosedSong& song) {
     Follow();
-    AnyClosed = true;
-    const uint64_t frames = FramesSoFar();
-    const uint64_t ago = frames > song.EndFrame ? frames - song.EndFrame : 0;
-    const uint64_t columnsAgo = ago * ColumnsPerSecond / std::max<uint32_t>(song.FramesPerSecond, 1);
-    if (columnsAgo >= Past.size()) return;
-    const uint64_t number = Followed - columnsAgo;
-    if (Begins.empty() || Begins.back() < number) Begins.push_back(number);
+    const uint64_t end = ColumnOf(song.EndFrame, song.FramesPerSecond);
+    if (song.Fate == SongFate::Kept) {
+        KeptSongs.push_back({ColumnOf(song.BeginFrame, song.FramesPerSecond), end});
+    }
+    if (end <= FirstNumber()) return;
+    if (Begins.empty() || Begins.back() < end) Begins.push_back(end);
 }
 
 }  // namespace Corvetape

@@ -47,14 +47,21 @@ class SignalTrace {
     /// Numbers of the columns in which songs began, oldest first. Those that have left the picture go.
     const std::deque<uint64_t>& SongBegins() const { return Begins; }
 
-    /// True if the beginning of the song that plays now was seen in this run.
-    bool BeginSeen() const { return AnyClosed; }
+    /// True for a column of a song that is over and was kept.
+    bool IsOfKeptSong(uint64_t column) const;
 
     /// Seconds of the clock since a call of Follow last found something new.
     double IdleSeconds() const;
 
  private:
+    /// Columns from Begin up to, not including, End.
+    struct Stretch {
+        uint64_t Begin = 0;
+        uint64_t End = 0;
+    };
+
     TraceColumn Column(int32_t entry) const;
+    uint64_t ColumnOf(uint64_t frame, uint32_t framesPerSecond) const;
     uint64_t FramesSoFar() const { return Signal.FramesOfEarlierInputs + Signal.FramesReceived; }
 
     const SignalState& Signal;
@@ -62,10 +69,10 @@ class SignalTrace {
     const Clock& Time;
     std::deque<TraceColumn> Past;
     std::deque<uint64_t> Begins;
+    std::deque<Stretch> KeptSongs;
     uint64_t Followed = 0;
     uint64_t LostBefore = 0;
     int64_t LastNews = 0;  ///< on the monotonic clock
-    bool AnyClosed = false;
 };
 
 }  // namespace Corvetape

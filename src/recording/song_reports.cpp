@@ -51,11 +51,13 @@ void SongReports::ReportTrust(const ClosedSong& song, const std::string& name) {
     const auto report = [this](std::string_view key, std::initializer_list<std::string> arguments) {
         Say.Write(ReportKind::Info, Say.Text(key, arguments));
     };
-    if (trust.Dropouts > 0) report(Message::HasDropouts.Key, {name, std::to_string(trust.Dropouts)});
+    if (trust.Dropouts == 1) report(Message::HasOneDropout.Key, {name});
+    if (trust.Dropouts > 1) report(Message::HasDropouts.Key, {name, std::to_string(trust.Dropouts)});
     if (trust.Mixed) report(Message::IsMixed.Key, {name});
     if (trust.Sought) report(Message::IsSought.Key, {name});
     if (trust.AgainstEvidence) report(Message::IsCutByTitle.Key, {name});
-    if (trust.PausesCut > 0) report(Message::WasPaused.Key, {name, std::to_string(trust.PausesCut)});
+    if (trust.PausesCut == 1) report(Message::WasPausedOnce.Key, {name});
+    if (trust.PausesCut > 1) report(Message::WasPaused.Key, {name, std::to_string(trust.PausesCut)});
 }
 
 void SongReports::ReportShort(const ClosedSong& song) {

@@ -16,6 +16,7 @@ void TimedPieces::Tick() {
 /// What the ring holds belongs to no piece.
 void TimedPieces::BeginAnew() {
     Parts.Cut.FixedTimeSeconds = 0;
+    Parts.Cut.NotePiece();
     Parts.Ring.AudioReadIndex = Parts.Ring.AudioWriteIndex;
 }
 
@@ -67,6 +68,7 @@ void TimedPieces::CutAtOnce() {
     Parts.Cut.RaiseByClick(Parts.Ring.AudioWriteIndex);
     CutNow();
     Parts.Cut.FixedTimeSeconds = 0;
+    Parts.Cut.NotePiece();
     flags.BeginPiece(false);
     flags.KeepWaiting(waiting);  // a discarded short piece must not use up the wish for the next one
 }

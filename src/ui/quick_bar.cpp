@@ -78,7 +78,7 @@ void QuickBarWindow::Refresh() {
     const QColor ink = recording ? look.Accent : (waiting ? look.Warning : look.Dim);
     const char* const icon = recording ? "recording" : (waiting ? "waiting" : "listening");
     Symbol->setPixmap(DrawnIcon(icon, ink).pixmap(QSize(20, 20), devicePixelRatioF()));
-    Age->setText(LengthText(static_cast<uint64_t>(Parts.Age.Seconds())));
+    Age->setText(LengthText(static_cast<uint64_t>(Parts.Heard.Seconds())));
     const QString title = QString::fromStdString(Form.Caption());
     Title->setText(Title->fontMetrics().elidedText(title, Qt::ElideRight, Title->width()));
     Title->setToolTip(title);

@@ -111,7 +111,8 @@ SignalView::Bar SignalView::BarOf(uint64_t first, uint64_t end) const {
     Bar bar;
     int64_t sum = 0;
     int64_t count = 0;
-    bar.Kept = Parts.Flags.RecordCurrentSong && (begins.empty() || first >= begins.back());
+    const bool present = begins.empty() || first >= begins.back();
+    bar.Kept = present ? Parts.Flags.RecordCurrentSong : Parts.Trace.IsOfKeptSong(first);
     for (uint64_t number = std::max(first, oldest); number < end && number - oldest < columns.size();
          ++number) {
         const TraceColumn& column = columns[number - oldest];

@@ -10,8 +10,8 @@
 namespace Corvetape {
 
 /// The signal of the last two minutes as a picture, the newest sound at the right, with the places where
-/// songs began, where titles changed and where sound was lost. What belongs to the song that is kept has the
-/// accent. It is drawn ten times a second at most, and not at all while nobody can see it.
+/// songs began, where titles changed and where sound was lost. What belongs to a song that is kept, or was,
+/// has the accent. It is drawn ten times a second at most, and not at all while nobody can see it.
 class SignalView : public QWidget {
  public:
     explicit SignalView(const UiParts& parts);

@@ -19,7 +19,7 @@ struct Appearance {
     QColor Look::*Ink;
 };
 
-Appearance AppearanceOf(PresentState state, bool beginSeen) {
+Appearance AppearanceOf(PresentState state, bool fromBeginning) {
     switch (state) {
         case PresentState::NoInput:
             return {Key::NoInput, "trouble", &Look::Warning};
@@ -32,7 +32,7 @@ Appearance AppearanceOf(PresentState state, bool beginSeen) {
         case PresentState::NotEnabled:
             return {Key::NotEnabled, "trouble", &Look::Warning};
         case PresentState::Recording:
-            return {beginSeen ? Key::Recording : Key::RecordingFromMiddle, "recording", &Look::Accent};
+            return {fromBeginning ? Key::Recording : Key::RecordingFromMiddle, "recording", &Look::Accent};
         case PresentState::LastSong:
             return {Key::LastSong, "recording", &Look::Accent};
         case PresentState::Waiting:
@@ -63,7 +63,7 @@ PresentState StateLine::Present() const {
 }
 
 void StateLine::Refresh() {
-    const Appearance appearance = AppearanceOf(Present(), Parts.Trace.BeginSeen());
+    const Appearance appearance = AppearanceOf(Present(), Parts.Heard.FromItsBeginning());
     const QColor ink = PresentLook().*appearance.Ink;
     const QString now = appearance.TextKey + ink.name();
     if (now == Shown) return;

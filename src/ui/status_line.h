@@ -4,12 +4,13 @@
 
 #include "ui/ui_parts.h"
 
+class QLabel;
 class QToolButton;
 
 namespace Corvetape {
 
-/// The line at the lower edge of the window: the input, the latest message, what is known of the song, and
-/// the button of the floating bar.
+/// The line at the lower edge of the window: the input, the latest message, what is known of the song, the
+/// level and the room on the disk where there is space for them, and the button of the floating bar.
 class StatusLine : public QFrame {
  public:
     explicit StatusLine(const UiParts& parts);
@@ -17,12 +18,23 @@ class StatusLine : public QFrame {
     /// Draws its icon in the colour of the present look.
     void Refresh();
 
+ protected:
+    void resizeEvent(QResizeEvent* event) override;
+
  private:
     QWidget* InputName();
+    QWidget* LevelAndRoom();
+    void ShowFigures();
+    void GiveWay();
+    int32_t Level() const;
+    QString Room() const;
     QWidget* BarButton();
 
     const UiParts& Parts;
     QToolButton* Bar = nullptr;
+    QLabel* Figures = nullptr;
+    QString RoomShown;
+    int Beats = 0;  ///< seconds since the disk was asked
 };
 
 }  // namespace Corvetape

@@ -65,9 +65,15 @@ inline constexpr const char* NoLogLines = "61556";
 inline constexpr const char* CloseBox = "61557";
 inline constexpr const char* SongAgeName = "61558";
 
+// The level, and the room on the disk.
+inline constexpr const char* Decibels = "61852";
+inline constexpr const char* RoomLeft = "61853";
+inline constexpr const char* RoomLeftHint = "61854";
+
 // What the desktop cannot do, and lists without entries.
 inline constexpr const char* WaylandBars = "61580";
 inline constexpr const char* EmptyList = "61581";
+inline constexpr const char* OpenBracket = "61855";
 
 // A control without its function, and the pages of settings: names, headings, lines of explanation.
 inline constexpr const char* NotBuilt = "60005";

@@ -12,12 +12,13 @@
 #include "forms/frm_main.h"
 #include "media/player_bridge.h"
 #include "post/lists/watch_pages.h"
+#include "recording/disk_check.h"
 #include "recording/floating_bars.h"
+#include "recording/heard_song.h"
 #include "recording/level_display.h"
 #include "recording/run_songs.h"
 #include "recording/signal_trace.h"
 #include "recording/song_actions.h"
-#include "recording/song_age.h"
 #include "ui/cover_pictures.h"
 #include "ui/words.h"
 
@@ -41,7 +42,8 @@ struct UiParts {
     HelpKeys& Keys;
     const Settings& Options;
     CoverPictures& Covers;
-    const SongAge& Age;
+    const HeardSong& Heard;
+    const DiskCheck& Disk;
     Words Say;
     std::function<bool()> Close;  ///< the user closes the window; false if it has to stay for now
 };

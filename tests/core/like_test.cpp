@@ -175,5 +175,19 @@ TEST(Like, ComparesBracketsExactlyIfNotAskedOtherwise) {
     EXPECT_TRUE(Like("Σ", "[!σς]"));
 }
 
+TEST(LikePattern, KnowsABracketThatIsNeverClosed) {
+    for (const char* open : {"[", "[[[", "Song [live", "[]", "[!]", "[a] ["}) {
+        EXPECT_TRUE(LikePattern(open).HasOpenBracket()) << open;
+    }
+    for (const char* closed : {"", "Song]", "[a]", "[[]", "[]]", "*"}) {
+        EXPECT_FALSE(LikePattern(closed).HasOpenBracket()) << closed;
+    }
+}
+
+TEST(LikePattern, BracketsThatAreNeverClosedMatchThemselves) {
+    EXPECT_TRUE(Like("[[[", "[[["));
+    EXPECT_FALSE(Like("[[", "[[["));
+}
+
 }  // namespace
 }  // namespace Corvetape

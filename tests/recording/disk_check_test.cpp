@@ -258,5 +258,20 @@ TEST_F(DiskChecks, AnUnexpectedErrorIsReportedAndEndsTheProgram) {
     EXPECT_EQ(Boxes[0].Text, "907");
 }
 
+TEST_F(DiskChecks, TheRoomIsThatOfTheFolderWhoseLimitComesFirst) {
+    Disk.SetFreeSpace("/temp", 300 * Megabyte + TenMinutes);
+    ASSERT_TRUE(Check.Room());
+    EXPECT_EQ(Check.Room()->FreeBytes, 300 * Megabyte + TenMinutes);
+    EXPECT_EQ(Check.Room()->Seconds, 600U);
+    Disk.SetFreeSpace("/music", 200 * Megabyte + TenMinutes / 2);
+    EXPECT_EQ(Check.Room()->Seconds, 300U);
+    Disk.SetFreeSpace("/music", 100 * Megabyte);
+    EXPECT_EQ(Check.Room()->Seconds, 0U);
+    UseOneDrive(500 * Megabyte + TenMinutes);
+    EXPECT_EQ(Check.Room()->Seconds, 600U);
+    Folders.Paths[1] = "/nowhere";
+    EXPECT_FALSE(Check.Room());
+}
+
 }  // namespace
 }  // namespace Corvetape::Test

@@ -139,5 +139,15 @@ TEST(MediaTexts, WithAnArtistButNoTitleAreThoseOfNothing) {
     EXPECT_EQ(rig.Form.Caption(), "#100");
 }
 
+TEST(MediaDisplay, TheBarHasNoDotBeforeATitleWithoutArtist) {
+    TickRig rig;
+    rig.Media.CurrentMedia.Song = "Song";
+    rig.Tick();
+    EXPECT_EQ(rig.PlainBar.Caption(), "Song");
+    rig.Media.CurrentMedia.Artist = "Band";
+    rig.Tick();
+    EXPECT_EQ(rig.PlainBar.Caption(), "Band \xC2\xB7 Song");
+}
+
 }  // namespace
 }  // namespace Corvetape::Test

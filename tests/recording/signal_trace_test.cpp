@@ -74,11 +74,27 @@ TEST(SignalTrace, ASongBeginsWhereTheOneBeforeItEnded) {
     traced.Append(1000, 100);
     ClosedSong song;
     song.EndFrame = 80 * 2205;
-    EXPECT_FALSE(traced.Trace.BeginSeen());
     traced.Trace.SongClosed(song);
-    EXPECT_TRUE(traced.Trace.BeginSeen());
     ASSERT_EQ(traced.Trace.SongBegins().size(), 1U);
     EXPECT_EQ(traced.Trace.SongBegins()[0], 80U);
+}
+
+TEST(SignalTrace, KnowsWhatIsOfSongsThatWereKept) {
+    Traced traced;
+    traced.Append(1000, 200);
+    ClosedSong song;
+    song.Fate = SongFate::Unwanted;
+    song.EndFrame = 88200;  // columns 0 to 39
+    traced.Trace.SongClosed(song);
+    song.Fate = SongFate::Kept;
+    song.BeginFrame = 110250;  // columns 50 to 149
+    song.EndFrame = 330750;
+    traced.Trace.SongClosed(song);
+    EXPECT_FALSE(traced.Trace.IsOfKeptSong(20));
+    EXPECT_FALSE(traced.Trace.IsOfKeptSong(49));
+    EXPECT_TRUE(traced.Trace.IsOfKeptSong(50));
+    EXPECT_TRUE(traced.Trace.IsOfKeptSong(149));
+    EXPECT_FALSE(traced.Trace.IsOfKeptSong(150));
 }
 
 TEST(SignalTrace, ShowsWhereSoundWasLost) {

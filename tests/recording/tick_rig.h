@@ -191,11 +191,13 @@ class TickRig : public SessionRig, private SourceSettings, private SourceMixer, 
     int32_t MaxBuffersUsed = 0;
     BufferWatch Buffers{Form, Options, Signal, MaxBuffersUsed, Reports.Say};
     SongAge Age{{Form, Options, Flags, Cut, Media, Lists}, Reports.Say};
-    SecondTick Watch{Form.tmr1Second,
-                     Host.Clock,
-                     Lifecycle,
-                     {First, Source, Age, Display, Recording, Period, Silence, Buffers, Pieces, Songs, Disk},
-                     Requests};
+    HeardSong Heard{{Signal, Pause, Cut, Media, nullptr, Host.Clock}};
+    SecondTick Watch{
+        Form.tmr1Second,
+        Host.Clock,
+        Lifecycle,
+        {First, Source, Age, Heard, Display, Recording, Period, Silence, Buffers, Pieces, Songs, Disk},
+        Requests};
 };
 
 }  // namespace Corvetape::Test

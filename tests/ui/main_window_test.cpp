@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QToolButton>
 #include <algorithm>
 #include <cmath>
@@ -19,7 +20,7 @@ namespace Corvetape::Test {
 namespace {
 
 TEST(MainWindow, SaysWhatIsDoneWithTheSongThatPlays) {
-    UiWorld world;
+    UiWorld world("english", {}, {}, 20);
     ASSERT_TRUE(world.Loaded);
     world.RunFor(10);
     const auto* const state = world.Find<QLabel>("lblPresentState");
@@ -32,6 +33,13 @@ TEST(MainWindow, SaysWhatIsDoneWithTheSongThatPlays) {
     world.Find<QPushButton>("cmdSkipThisRecording")->click();
     world.RunFor(1);
     EXPECT_EQ(state->text(), "Waiting for the next song");
+}
+
+TEST(MainWindow, TheFirstSongIsKeptFromItsBeginningIfThatWasHeard) {
+    UiWorld world;  // the radio begins with a pause
+    world.RunFor(20);
+    world.Find<QPushButton>("cmdStartStop")->click();
+    EXPECT_EQ(world.Find<QLabel>("lblPresentState")->text(), "Recording - kept from its beginning");
 }
 
 TEST(MainWindow, ListsEachSongWithWhatBecameOfIt) {
@@ -74,6 +82,61 @@ TEST(MainWindow, NamesThePlayerAndNotTheKindOfSource) {
     world.RunFor(2);
     EXPECT_EQ(world.Find<QLabel>("lblPlayer")->text(), "Demo radio");
     EXPECT_TRUE(world.Find<QLabel>("lblProvider_0")->isHidden());
+}
+
+TEST(MainWindow, ShowsNothingInThePlaceOfASourceThatIsNotThere) {
+    UiWorld world;
+    world.RunFor(2);
+    world.Form().chkStationDataEnable.Value(0);
+    world.RunFor(2);
+    EXPECT_TRUE(world.Find<QLabel>("lblProvider_0")->isHidden());
+    EXPECT_TRUE(world.Find<QLabel>("lblPlayer")->isHidden());
+}
+
+TEST(MainWindow, SaysTheLevelAndTheRoomOnTheDiskWhereThereIsSpaceForThem) {
+    UiWorld world;
+    world.Computer.Files.SetFreeSpace("/", uint64_t{212} << 30U);
+    world.Window->resize(1100, 720);
+    world.RunFor(20);
+    auto* const figures = world.Find<QLabel>("lblLevelAndRoom");
+    const QString text = figures->text();
+    const QRegularExpression expected(QString::fromUtf8("^−\\d+ dB  ·  (\\d+ GB) free, (\\d+ h)$"));
+    const QRegularExpressionMatch match = expected.match(text);
+    ASSERT_TRUE(match.hasMatch()) << text.toStdString();
+    EXPECT_EQ(match.captured(1), "212 GB");
+    // Without the two limits of 300 MB, at 44.1 kHz.
+    EXPECT_EQ(match.captured(2), "357 h");
+    EXPECT_FALSE(figures->isHidden());
+    world.Window->show();
+    world.Window->resize(1, 1);
+    QApplication::processEvents();
+    EXPECT_TRUE(figures->isHidden() || figures->width() >= figures->sizeHint().width());
+}
+
+TEST(MainWindow, SaysThresholdsInDecibelsToo) {
+    UiWorld world;
+    world.Form().txtSilenceAmplitude.Text("100");
+    EXPECT_EQ(world.Find<QLabel>("txtSilenceAmplitude_dB")->text(), QString::fromUtf8("−50 dB"));
+    world.Form().txtSilenceAmplitude.Text("32768");
+    EXPECT_EQ(world.Find<QLabel>("txtSilenceAmplitude_dB")->text(), "0 dB");
+    world.Form().txtSilenceAmplitude.Text("0");
+    EXPECT_EQ(world.Find<QLabel>("txtSilenceAmplitude_dB")->text(), QString::fromUtf8("−∞ dB"));
+    for (const char* none : {"-1", "x", ""}) {
+        world.Form().txtSilenceAmplitude.Text(none);
+        EXPECT_EQ(world.Find<QLabel>("txtSilenceAmplitude_dB")->text(), "") << none;
+    }
+}
+
+TEST(MainWindow, SaysWhatABracketWithoutItsEndMeans) {
+    UiWorld world;
+    const auto* const hint = world.Find<QLabel>("txtWatch_1_hint");
+    ASSERT_NE(hint, nullptr);
+    EXPECT_TRUE(hint->isHidden());
+    world.Form().txtWatch[1].Text("[[[");
+    EXPECT_FALSE(hint->isHidden());
+    EXPECT_EQ(hint->text(), "There is no \"]\" after this \"[\": it stands for itself.");
+    world.Form().txtWatch[1].Text("[ab]*");
+    EXPECT_TRUE(hint->isHidden());
 }
 
 TEST(MainWindow, BringsUpTheTabsByTheirButtonsAndKeys) {

@@ -93,5 +93,24 @@ TEST(SignalView, WhatIsKeptHasTheAccent) {
     EXPECT_TRUE(has(signal.Now(), PresentLook().Accent));
 }
 
+TEST(SignalView, WhatWasKeptHasTheAccentStill) {
+    Signal signal;
+    signal.World.Form().cmdQuickRecord.Press();
+    while (signal.World.Songs.KeptSongs() == 0) signal.World.RunFor(1);
+    signal.World.RunFor(10);
+    ASSERT_FALSE(signal.World.Recorder->Values().Flags.RecordCurrentSong);
+    const QImage picture = signal.Now();
+    const auto shareOf = [&picture](const QColor& colour, int from, int to) {
+        int count = 0;
+        for (int x = from; x < to; ++x) count += picture.pixelColor(x, 56) == colour ? 1 : 0;
+        return static_cast<double>(count) / (to - from);
+    };
+    // A pixel stands for 0.15 s: the song that plays now is at the right, the one that was kept before it.
+    EXPECT_GT(shareOf(PresentLook().Accent, Wide - 300, Wide - 150), 0.3);
+    EXPECT_EQ(shareOf(PresentLook().Wave, Wide - 300, Wide - 150), 0);
+    EXPECT_EQ(shareOf(PresentLook().Accent, Wide - 40, Wide), 0);
+    EXPECT_GT(shareOf(PresentLook().Wave, Wide - 40, Wide), 0.3);
+}
+
 }  // namespace
 }  // namespace Corvetape::Test

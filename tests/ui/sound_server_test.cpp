@@ -56,7 +56,7 @@ TEST(SoundServer, ThatRefusesTheInputAtFirstIsUsedWhenTheInputIsChosenAgain) {
     world.RunFor(2);
     EXPECT_EQ(StateShown(world), "Listening - nothing is kept");
     world.Find<QPushButton>("cmdStartStop")->click();
-    EXPECT_EQ(StateShown(world), "Recording - this song had already begun");
+    EXPECT_EQ(StateShown(world), "Recording - kept from its beginning");
 }
 
 TEST(SoundServer, ThatGoesInTheMiddleOfASongIsReportedAtOnceAndAgainWhenItIsBack) {

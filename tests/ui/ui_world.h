@@ -10,6 +10,7 @@
 #include "platform/virtual/source_players.h"
 #include "recording/run_songs.h"
 #include "recording/signal_trace.h"
+#include "recording/song_age.h"
 #include "sim/sim_http.h"
 #include "sim/sim_machine.h"
 #include "support/data_file.h"
@@ -21,9 +22,10 @@ namespace Corvetape::Test {
 class UiWorld {
  public:
     /// `texts` is the content of the file of the language if it is none of the program's own, `settings` that
-    /// of the user's settings file, if there is one.
+    /// of the user's settings file, if there is one. The radio has played for `playedSeconds` when its input
+    /// is opened; it begins with a pause.
     explicit UiWorld(const std::string& language = "english", const std::string& texts = {},
-                     const std::string& settings = {}) {
+                     const std::string& settings = {}, uint32_t playedSeconds = 0) {
         if (!settings.empty()) Computer.Files.Put("/home/user/.config/Corvet/Corvet.ini", settings);
         if (!texts.empty()) Computer.Files.Put(Computer.Folders.Program + "/" + language + ".lang", texts);
         for (const char* name : {"english.lang", "german.lang", "CorvetFix.ini"}) {
@@ -33,8 +35,12 @@ class UiWorld {
             Computer.Files.Put(Computer.Folders.Program + "/" + tool, "");
         }
         Computer.Files.MakeFolders("/home/user/Music");
-        Computer.WaveIn.AddDevice({"Demo radio", "demo", WaveInKind::Demo},
-                                  [](uint32_t rate) { return std::make_unique<DemoRadio>(1, rate); });
+        Computer.WaveIn.AddDevice({"Demo radio", "demo", WaveInKind::Demo}, [playedSeconds](uint32_t rate) {
+            auto radio = std::make_unique<DemoRadio>(1, rate);
+            std::vector<Frame> second(rate);
+            for (uint32_t i = 0; i < playedSeconds; ++i) radio->Read(second);
+            return radio;
+        });
         Computer.Processes.DurationOf = [](const HiddenJob&) { return std::chrono::seconds(30); };
         RunOptions options;
         options.Overrides = {{"Mixer", "InputDevice", "0"},
@@ -122,10 +128,12 @@ class UiWorld {
         State& state = desk.Values;
         Covers = std::make_unique<CoverPictures>(&desk.Covers);
         desk.Age.Excluded.Connect([this](const STATIONANDSONGDATA& song) { Songs.SongExcluded(song); });
-        Ui = std::make_unique<UiParts>(UiParts{
-            state.Form, state.Flags, state.Signal, state.Media, desk.Players, state.Pause, state.Messages,
-            desk.Levels, *Trace, Songs, desk.Songs, desk.Lists, desk.Bars, *Keys, state.Options, *Covers,
-            desk.Age, Words(desk.Texts), [this] { return Recorder->Close(); }});
+        Ui = std::make_unique<UiParts>(
+            UiParts{state.Form,   state.Flags, state.Signal,      state.Media,
+                    desk.Players, state.Pause, state.Messages,    desk.Levels,
+                    *Trace,       Songs,       desk.Songs,        desk.Lists,
+                    desk.Bars,    *Keys,       state.Options,     *Covers,
+                    desk.Heard,   desk.Disk,   Words(desk.Texts), [this] { return Recorder->Close(); }});
         Window = std::make_unique<MainWindow>(*Ui);
         Computer.Desktop.WhileAsked = [this](const std::string& what) {
             if (what == "ShowWindow") Window->show();

@@ -201,6 +201,8 @@ inline constexpr MessageText IsOnExcludeList{
 inline constexpr MessageText IsTooShort{"861", "\"%1\" is not kept: with %2 seconds it is too short."};
 inline constexpr MessageText HasDropouts{
     "1652", "The song in \"%1\" has %2 short dropouts. They were in what the player gave."};
+inline constexpr MessageText HasOneDropout{
+    "61850", "The song in \"%1\" has one short dropout. It was in what the player gave."};
 inline constexpr MessageText IsMixed{"1653", "The song in \"%1\" is mixed: two players were heard at once."};
 inline constexpr MessageText IsSought{
     "1654", "The song in \"%1\" is not in one piece: somebody has jumped within it."};
@@ -208,6 +210,8 @@ inline constexpr MessageText IsCutByTitle{
     "1655", "The song in \"%1\" ends where its title ended: nothing in the sound shows a better place."};
 inline constexpr MessageText WasPaused{"1656",
                                        "The song in \"%1\" was paused %2 times. The pauses are left out."};
+inline constexpr MessageText WasPausedOnce{"61851",
+                                           "The song in \"%1\" was paused once. The pause is left out."};
 inline constexpr MessageText BrokenOffBySilence{
     "862",
     "The song was broken off by %1 seconds of silence and is not kept. Recording goes on with the next one."};
@@ -362,10 +366,12 @@ inline constexpr std::array All = {NoNumber,
                                    IsOnExcludeList,
                                    IsTooShort,
                                    HasDropouts,
+                                   HasOneDropout,
                                    IsMixed,
                                    IsSought,
                                    IsCutByTitle,
                                    WasPaused,
+                                   WasPausedOnce,
                                    BrokenOffBySilence,
                                    NoWindowTitles,
                                    NameWasTaken,

@@ -12,7 +12,10 @@ LikePattern::LikePattern(std::string_view pattern, LikeCase how) : Case(how) {
     size_t position = 0;
     while (position < characters.size()) {
         const char32_t character = characters[position];
-        if (character == U'[' && AddList(characters, position)) continue;
+        if (character == U'[') {
+            if (AddList(characters, position)) continue;
+            OpenBracket = true;
+        }
         ++position;
         Token token;
         if (character == U'*') {

@@ -37,6 +37,9 @@ class LikePattern {
     /// is ignored.
     bool MatchesCharacters(std::u32string_view text) const;
 
+    /// True if there is a "[" that is never closed.
+    bool HasOpenBracket() const { return OpenBracket; }
+
     /// True if there is nothing in it but characters that stand for themselves.
     bool IsPlain() const;
 
@@ -56,6 +59,7 @@ class LikePattern {
     bool TokenMatches(const Token& token, char32_t character) const;
 
     LikeCase Case;
+    bool OpenBracket = false;
     std::vector<Token> Tokens;
     std::vector<Range> Ranges;  ///< of all lists, each ended by one whose end is before its begin
 };

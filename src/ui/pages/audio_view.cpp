@@ -10,6 +10,7 @@
 
 #include "ui/binding.h"
 #include "ui/form_page.h"
+#include "ui/level_text.h"
 #include "ui/level_views.h"
 #include "ui/look.h"
 #include "ui/make.h"
@@ -44,7 +45,8 @@ void AddLevel(FormPage& page, const UiParts& parts) {
     auto* const extremes = Make<QHBoxLayout>();
     extremes->setSpacing(Grid);
     for (QLabel* label : {BoundTo(form.lblHistogram[0]), BoundTo(form.lblHistogramMin),
-                          BoundTo(form.lblHistogram[1]), BoundTo(form.lblHistogramMax)}) {
+                          DecibelsOf(form.lblHistogramMin, parts.Say), BoundTo(form.lblHistogram[1]),
+                          BoundTo(form.lblHistogramMax), DecibelsOf(form.lblHistogramMax, parts.Say)}) {
         extremes->addWidget(label);
     }
     extremes->addStretch(1);

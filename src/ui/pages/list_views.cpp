@@ -9,9 +9,11 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "core/text/like.h"
 #include "core/version.h"
 #include "ui/binding.h"
 #include "ui/form_page.h"
@@ -65,6 +67,17 @@ class EmptyHint : public QLabel {
     const QListView& List;
 };
 
+/// What a pattern means that looks like a slip, while it is typed.
+QLabel* PatternHint(const UiParts& parts, TextBox& typed) {
+    QLabel* const hint = DimText(parts.Say(Key::OpenBracket));
+    hint->setObjectName(WidgetName(typed) + "_hint");
+    hint->hide();
+    typed.Change.Connect([kept = QPointer<QLabel>(hint), &typed] {
+        if (kept) kept->setVisible(LikePattern(typed.Text()).HasOpenBracket());
+    });
+    return hint;
+}
+
 QWidget* WatchView(const UiParts& parts, size_t list, const char* name, const char* line) {
     frmMain& form = parts.Form;
     auto* const page = Make<FormPage>(parts.Say(name), parts.Say(line));
@@ -89,6 +102,7 @@ QWidget* WatchView(const UiParts& parts, size_t list, const char* name, const ch
     QObject::connect(text, &QLineEdit::returnPressed,
                      [&lists = parts.Lists, kind] { lists.EnterPressed(kind); });
     page->AddFilling(added, 0);
+    page->AddFilling(PatternHint(parts, form.txtWatch[list]), 0);
     page->AddFilling(Row({BoundTo(form.cmdDeleteFromWatchList[list]), BoundTo(form.cmdEditWatchList[list])}),
                      0);
     if (list == 1) page->AddFilling(BoundTo(form.chkAutoExclude), 0);

@@ -9,6 +9,7 @@
 #include <QSlider>
 
 #include "ui/form_page.h"
+#include "ui/level_text.h"
 #include "ui/look.h"
 #include "ui/make.h"
 #include "ui/text_keys.h"
@@ -28,15 +29,27 @@ void AddEndOfSong(FormPage& page, const UiParts& parts) {
                  BoundTo(form.lblEndOfSongTimer)});
 }
 
+/// The unit of a threshold, and what that is in decibels, as the meters show it.
+QWidget* UnitAndDecibels(Label& unit, TextBox& threshold, const UiParts& parts) {
+    auto* const both = Make<QWidget>();
+    auto* const row = Make<QHBoxLayout>(both);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(2 * Grid);
+    row->addWidget(BoundTo(unit));
+    row->addWidget(DecibelsOf(threshold, parts.Say));
+    row->addStretch(1);
+    return both;
+}
+
 void AddSilence(FormPage& page, const UiParts& parts) {
     frmMain& form = parts.Form;
     Card& card = page.AddCard(parts.Say(Key::SilenceCard), parts.Say(Key::SilenceCardLine));
     card.AddField(form.lblLengthOfPause[0], NumberField(form.txtLengthOfPause),
                   BoundTo(form.lblLengthOfPause[1]));
     card.AddField(form.lblSilenceAmplitude[0], NumberField(form.txtSilenceAmplitude),
-                  BoundTo(form.lblSilenceAmplitude[1]));
+                  UnitAndDecibels(form.lblSilenceAmplitude[1], form.txtSilenceAmplitude, parts));
     card.AddField(form.lblEndOfSilenceAmplitude[0], NumberField(form.txtEndOfSilenceAmplitude),
-                  BoundTo(form.lblEndOfSilenceAmplitude[1]));
+                  UnitAndDecibels(form.lblEndOfSilenceAmplitude[1], form.txtEndOfSilenceAmplitude, parts));
     card.AddRow({BoundTo(form.chkDetectSilenceByPeak), BoundTo(form.lblDetectSilenceByPeak)}, Grid / 2);
     card.AddRow({BoundTo(form.chkIgnoreSilence), BoundTo(form.txtIgnoreSilence)}, Grid / 2);
     card.AddRow({BoundTo(form.cmdAutoPauseParams)});

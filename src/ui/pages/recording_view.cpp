@@ -265,12 +265,13 @@ void RecordingView::RefreshPlayer() {
     const std::string name = byPlayer ? PlayerNameInWords(Parts.Players->Present().Player) : std::string();
     Player->setText(QString::fromStdString(name));
     Player->setVisible(!name.empty());
-    Provider->setVisible(name.empty());
+    const bool known = !Parts.Media.ProviderName.empty() && Parts.Media.ProviderName != NoStationData;
+    Provider->setVisible(name.empty() && known);
 }
 
 void RecordingView::RefreshSource() {
     const frmMain& form = Parts.Form;
-    Age->setText(LengthText(static_cast<uint64_t>(Parts.Age.Seconds())));
+    Age->setText(LengthText(static_cast<uint64_t>(Parts.Heard.Seconds())));
     Details->Show(Hint, form.txtSong.Text().empty());
     Details->Show(Album, !form.txtAlbum.Text().empty());
     Details->Show(Station, !form.txtStation.Text().empty());
