@@ -48,6 +48,7 @@ void AddLevel(FormPage& page, const UiParts& parts) {
                           DecibelsOf(form.lblHistogramMin, parts.Say), BoundTo(form.lblHistogram[1]),
                           BoundTo(form.lblHistogramMax), DecibelsOf(form.lblHistogramMax, parts.Say)}) {
         extremes->addWidget(label);
+        if (label->objectName().endsWith("_dB")) extremes->addSpacing(Grid);
     }
     extremes->addStretch(1);
     grid->addLayout(extremes, 2, 1);

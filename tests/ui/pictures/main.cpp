@@ -109,6 +109,7 @@ int Run(const QStringList& words) {
     UseDesktopPalette(false);
     UiWorld world(language.toStdString());
     if (!world.Loaded) return 1;
+    world.Computer.Files.SetFreeSpace("/", uint64_t{212} << 30U);
     for (const char* entry : {"Copper Engines - *", "Willow & the Weathercocks - *", "*Marmalade*"}) {
         world.Recorder->Shown().Lists.AddToWatchList(WatchListKind::Include, entry);
     }
