@@ -235,7 +235,7 @@ void PrintRow(const std::string& name, const std::vector<Outcome>& cuts) {
 }
 
 void PrintCertainty(const Results& results) {
-    constexpr std::array<float, 6> limits = {0, 0.3F, 0.5F, 0.7F, 0.85F, 2};
+    constexpr std::array<float, 10> limits = {0, 0.3F, 0.5F, 0.6F, 0.7F, 0.8F, 0.85F, 0.9F, 0.95F, 2};
     fmt::print("\n| confidence | cuts without a gap | within 300 ms |\n|---|---|---|\n");
     for (size_t i = 0; i + 1 < limits.size(); ++i) {
         size_t all = 0;
