@@ -44,7 +44,7 @@ TEST(AutomaticEnd, WithoutAGapTheEvidenceIsWaitedForAndCutsBothSongsAtOnePlace) 
     AutomaticRig rig;
     rig.Say("One");
     rig.Play(1000);
-    rig.Finder.Places = {{980, 980, 0.6F, 5}};
+    rig.Finder.Places = {{980, 980, 0.8F, 5}};
     rig.Say("Two");
     rig.Play(SlotsAfterChange - 20);
     EXPECT_TRUE(rig.Songs.empty());
@@ -362,6 +362,20 @@ TEST(AutomaticEnd, ADropoutIsCountedAndEndsNothing) {
     ASSERT_EQ(rig.Songs.size(), 1U);
     EXPECT_EQ(rig.Songs[0].Trust.Dropouts, 1);
     EXPECT_THAT(rig.Songs[0].Pieces, ElementsAre(SlotRun{0, 1502}));
+}
+
+TEST(AutomaticEnd, AnUnsureFadeGoesToBothSongsAsLongAsItIsMoreLikelyThanNot) {
+    for (const float confidence : {0.49F, 0.51F, 0.69F, 0.7F}) {
+        AutomaticRig rig;
+        rig.Say("One");
+        rig.Play(1000);
+        rig.Finder.Places = {{960, 960, confidence, 5, 60}};
+        rig.Say("Two");
+        rig.Play(SlotsAfterChange + 40);
+        ASSERT_EQ(rig.Songs.size(), 1U);
+        EXPECT_EQ(rig.Songs[0].Trust.End, confidence < 0.7F ? Certainty::Unsure : Certainty::Likely);
+        EXPECT_EQ(rig.Songs[0].Pieces.back().End, confidence < 0.5F ? 960 : 990);
+    }
 }
 
 TEST(AutomaticEnd, FadesGoToTheSongsThatTheSettingNames) {

@@ -25,9 +25,12 @@ constexpr int64_t SilenceOfStop = AutomaticEnd::SecondSlots / 2;
 /// Evidence for a place that the learned delay does not speak for, or against what the titles say.
 constexpr float EvidenceFarAway = 3.8F;
 
+/// With less it is not known whether there is a fade at all.
+constexpr float FadeIsKnown = 0.5F;
+
 Certainty CertaintyOf(const EvidenceCut& cut) {
     constexpr float sure = 0.85F;
-    constexpr float likely = 0.5F;
+    constexpr float likely = 0.7F;
     if (cut.Confidence >= sure) return Certainty::Sure;
     return cut.Confidence >= likely ? Certainty::Likely : Certainty::Unsure;
 }
@@ -284,7 +287,7 @@ void AutomaticEnd::Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut
     int64_t oldEnd = from + cut.OldEnd;
     int64_t newBegin = from + cut.NewBegin;
     const int64_t half = cut.FadeSlots / 2;
-    if (half > 0 && certainty != Certainty::Unsure) {
+    if (half > 0 && (certainty != Certainty::Unsure || cut.Confidence >= FadeIsKnown)) {
         oldEnd += Share == FadeShare::New ? -half : half;
         newBegin += Share == FadeShare::Old ? half : -half;
     }
