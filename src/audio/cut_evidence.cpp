@@ -33,45 +33,12 @@ constexpr float MostMixture = 20;
 constexpr int32_t OnsetReach = 40;
 constexpr float LeastFlux = 0.03F;
 
-/// Added to every variance: below this, differences are noise.
-constexpr double LeastVariance = 0.08;
-
 /// A side that is shorter says nothing about its song.
 constexpr int32_t LeastSideSlots = 20;
 
-/// Replaces the lower triangle of a positive definite matrix by its Cholesky factor, with the inverse of the
-/// diagonal in its place.
-template <size_t Pairs>
-void Factorize(std::array<float, Pairs>& triangle) {
-    size_t rowStart = 0;
-    for (size_t row = 0; row < TextureSize; ++row) {
-        size_t columnStart = 0;
-        for (size_t column = 0; column <= row; ++column) {
-            float sum = triangle[rowStart + column];
-            for (size_t i = 0; i < column; ++i) sum -= triangle[rowStart + i] * triangle[columnStart + i];
-            const bool diagonal = column == row;
-            triangle[rowStart + column] =
-                diagonal ? 1 / std::sqrt(sum) : sum * triangle[columnStart + column];
-            columnStart += column + 1;
-        }
-        rowStart += row + 1;
-    }
-}
-
-/// Solves L y = v in place, for one vector or, element by element, for several.
-template <size_t Pairs>
-void Whiten(const std::array<float, Pairs>& factor, Texture& vector) {
-    size_t at = 0;
-    for (size_t row = 0; row < TextureSize; ++row) {
-        float sum = vector[row];
-        for (size_t i = 0; i < row; ++i) sum -= factor[at++] * vector[i];
-        vector[row] = sum * factor[at++];
-    }
-}
-
-template <size_t Pairs, size_t Count>
-void Whiten(const std::array<float, Pairs>& factor,
-            std::array<std::array<float, Count>, TextureSize>& vectors) {
+/// Solves L y = v in place, element by element for several.
+template <size_t Count>
+void Whiten(const TextureTriangle& factor, std::array<std::array<float, Count>, TextureSize>& vectors) {
     size_t at = 0;
     for (size_t row = 0; row < TextureSize; ++row) {
         std::array<float, Count> sums = vectors[row];
@@ -106,14 +73,8 @@ void CutEvidence::AddUp(const FeatureHistory& history, int64_t change) {
         const SlotFeatures& features = history[change + slot];
         const Sums& before = Running[position];
         Sums& after = Running[position + 1];
-        size_t pair = 0;
-        for (size_t row = 0; row < TextureSize; ++row) {
-            const double value = features.Sound[row];
-            after.Sound[row] = before.Sound[row] + value;
-            for (size_t column = 0; column <= row; ++column, ++pair) {
-                after.Products[pair] = before.Products[pair] + value * features.Sound[column];
-            }
-        }
+        after.Texture = before.Texture;
+        after.Texture.Add(features.Sound);
         for (size_t band = 0; band < MelBands; ++band) {
             after.Mel[band] = before.Mel[band] + features.Mel[band];
         }
@@ -134,46 +95,16 @@ CutEvidence::Stretch CutEvidence::RightOf(int32_t edge, int32_t fade, int32_t le
     return {Clamped(begin), Clamped(begin + length)};
 }
 
-bool CutEvidence::Measure(Stretch left, Stretch right, Sides& sides) const {
+bool CutEvidence::Measure(Stretch left, Stretch right, TextureSides& sides) const {
     const int32_t leftCount = left.End - left.Begin;
     const int32_t rightCount = right.End - right.Begin;
     if (leftCount < LeastSideSlots || rightCount < LeastSideSlots) return false;
-    const Sums& leftBegin = At(left.Begin);
-    const Sums& leftEnd = At(left.End);
-    const Sums& rightBegin = At(right.Begin);
-    const Sums& rightEnd = At(right.End);
-    const double leftShare = 1.0 / leftCount;
-    const double rightShare = 1.0 / rightCount;
-    std::array<double, TextureSize> leftMean{};
-    std::array<double, TextureSize> rightMean{};
-    Texture difference{};
-    for (size_t i = 0; i < TextureSize; ++i) {
-        leftMean[i] = (leftEnd.Sound[i] - leftBegin.Sound[i]) * leftShare;
-        rightMean[i] = (rightEnd.Sound[i] - rightBegin.Sound[i]) * rightShare;
-        sides.Left[i] = static_cast<float>(leftMean[i]);
-        sides.Right[i] = static_cast<float>(rightMean[i]);
-        difference[i] = static_cast<float>(rightMean[i] - leftMean[i]);
-    }
-    size_t pair = 0;
-    for (size_t row = 0; row < TextureSize; ++row) {
-        for (size_t column = 0; column <= row; ++column, ++pair) {
-            const double leftPart = (leftEnd.Products[pair] - leftBegin.Products[pair]) * leftShare -
-                                    leftMean[row] * leftMean[column];
-            const double rightPart = (rightEnd.Products[pair] - rightBegin.Products[pair]) * rightShare -
-                                     rightMean[row] * rightMean[column];
-            const double floor = row == column ? LeastVariance : 0;
-            sides.Factor[pair] = static_cast<float>((leftPart + rightPart) / 2 + floor);
-        }
-    }
-    Factorize(sides.Factor);
-    Whiten(sides.Factor, difference);
-    float distance = 0;
-    for (const float part : difference) distance += part * part;
-    sides.Shift = std::log1p(distance / 4) / TextureSize;
+    sides = SidesOf({At(left.Begin).Texture, At(left.End).Texture, leftCount},
+                    {At(right.Begin).Texture, At(right.End).Texture, rightCount});
     return true;
 }
 
-void CutEvidence::MixSongs(Stretch left, Stretch right, const Sides& sides) {
+void CutEvidence::MixSongs(Stretch left, Stretch right, const TextureSides& sides) {
     static const std::array<Points, 2> fading = [] {
         std::array<Points, 2> powers{};  // of the song that ends, and of the one that begins
         for (size_t point = 0; point < FadePoints; ++point) {
@@ -212,7 +143,7 @@ void CutEvidence::MixSongs(Stretch left, Stretch right, const Sides& sides) {
 float CutEvidence::FadeGain(const FeatureHistory& history, int64_t change, int32_t edge, int32_t fade) {
     const Stretch left = LeftOf(edge, fade, LongSideSlots);
     const Stretch right = RightOf(edge, fade, LongSideSlots);
-    Sides sides;
+    TextureSides sides;
     if (!Measure(left, right, sides)) return 0;
     MixSongs(left, right, sides);
     for (size_t point = 0; point < FadePoints; ++point) {
@@ -268,7 +199,7 @@ float CutEvidence::Onset(const FeatureHistory& history, int64_t change, int32_t 
 float CutEvidence::ScoreOf(const FeatureHistory& history, int64_t change, int32_t edge, size_t fade) {
     const int32_t slots = FadeSlots[fade];
     const auto shift = [&](int32_t length) {
-        Sides sides;
+        TextureSides sides;
         const bool known = Measure(LeftOf(edge, slots, length), RightOf(edge, slots, length), sides);
         return known ? sides.Shift : 0.0F;
     };

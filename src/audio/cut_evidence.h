@@ -8,6 +8,7 @@
 
 #include "audio/cut_range.h"
 #include "audio/slot_features.h"
+#include "audio/texture_spread.h"
 
 namespace Corvetape {
 
@@ -31,18 +32,14 @@ class CutEvidence {
     const EdgeTable& Score(const FeatureHistory& history, int64_t change);
 
  private:
-    static constexpr size_t Pairs = TextureSize * (TextureSize + 1) / 2;
     static constexpr size_t FadePoints = 20;
     static constexpr size_t Positions = SlotsAfterChange - FirstSlotOfSearch + 1;
 
-    /// A lower triangle by rows: a covariance, or its Cholesky factor.
-    using Triangle = std::array<float, Pairs>;
     using Points = std::array<float, FadePoints>;
 
     /// Sums over all slots up to a position.
     struct Sums {
-        std::array<double, TextureSize> Sound{};
-        std::array<double, Pairs> Products{};
+        TextureSums Texture;
         std::array<double, MelBands> Mel{};
     };
 
@@ -52,22 +49,14 @@ class CutEvidence {
         int32_t End = 0;
     };
 
-    /// What lies on the two sides of a join: means, and the factor of the covariance that both share.
-    struct Sides {
-        Texture Left{};
-        Texture Right{};
-        Triangle Factor{};
-        float Shift = 0;  ///< how far the means are apart, for the measure of their spread
-    };
-
     void AddUp(const FeatureHistory& history, int64_t change);
     int32_t Clamped(int32_t slot) const;
     Stretch LeftOf(int32_t edge, int32_t fade, int32_t length) const;
     Stretch RightOf(int32_t edge, int32_t fade, int32_t length) const;
     const Sums& At(int32_t slot) const { return Running[static_cast<size_t>(slot - FirstSlotOfSearch)]; }
-    bool Measure(Stretch left, Stretch right, Sides& sides) const;
+    bool Measure(Stretch left, Stretch right, TextureSides& sides) const;
     float FadeGain(const FeatureHistory& history, int64_t change, int32_t edge, int32_t fade);
-    void MixSongs(Stretch left, Stretch right, const Sides& sides);
+    void MixSongs(Stretch left, Stretch right, const TextureSides& sides);
     float Onset(const FeatureHistory& history, int64_t change, int32_t edge) const;
     float ScoreOf(const FeatureHistory& history, int64_t change, int32_t edge, size_t fade);
 

@@ -4,8 +4,10 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "audio/song_changes.h"
 #include "recording/automatic/automatic_end.h"
 
 namespace Corvetape::Test {
@@ -48,10 +50,15 @@ class FakeFinder : public CutFinder {
     EvidenceCut Quietest(int64_t /*change*/, int64_t /*from*/, int64_t /*end*/) override {
         return {-7, -7, 0, 0, 0};
     }
+    std::optional<int64_t> SongChange(int64_t end) override {
+        if (!Heard || end < *Heard + SongChanges::SlotsAfter) return std::nullopt;
+        return std::exchange(Heard, std::nullopt);
+    }
 
     std::vector<Place> Places;
     std::vector<EdgeRange> Gaps;
     std::optional<SlotRun> Spoken;
+    std::optional<int64_t> Heard;  ///< another song begins there by the sound alone
     int32_t Taught = 0;
     int32_t Searches = 0;  ///< by the sound, which takes its time
 };

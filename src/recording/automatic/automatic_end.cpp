@@ -92,6 +92,7 @@ std::vector<AutomaticStep> AutomaticEnd::Decide(bool wanted) {
     std::vector<AutomaticStep> steps;
     DropSilence(steps);
     while (DecideChange(steps, false)) DropSilence(steps);
+    DecideBySound(steps, wanted);
     DecideSilence(steps, wanted);
     DecideStop(steps, wanted);
     HoldPause(steps, false);
@@ -367,19 +368,35 @@ void AutomaticEnd::DecideSilence(std::vector<AutomaticStep>& steps, bool wanted)
     EndSong(steps, wanted, silence);
 }
 
-/// The song has ended in a silence, and nobody has said what comes next.
-void AutomaticEnd::EndSong(std::vector<AutomaticStep>& steps, bool wanted, SlotRun silence) {
-    Close(steps, wanted, false, Certainty::Sure);
+/// The song has ended, most often in a silence, and nobody has said what comes next.
+void AutomaticEnd::EndSong(std::vector<AutomaticStep>& steps, bool wanted, SlotRun gap, Certainty certainty) {
+    Close(steps, wanted, false, certainty);
     const STATIONANDSONGDATA media = Present.Media;
     const bool mixed = Present.Trust.Mixed;
-    Present = Song{StoppedAt ? STATIONANDSONGDATA{} : media, {}, silence.End, false, false};
-    Present.Trust.Begin = Certainty::Sure;
+    Present = Song{StoppedAt ? STATIONANDSONGDATA{} : media, {}, gap.End, false, false};
+    Present.Trust.Begin = certainty;
     Present.Trust.Mixed = mixed && Last && Last->Others;
-    Present.OldEnd = silence.Begin;
+    Present.OldEnd = gap.Begin;
     if (StoppedAt) Last.reset();
     StoppedAt.reset();
     Dropping = true;
-    MoveTo(steps, silence.End);
+    MoveTo(steps, gap.End);
+}
+
+/// Nobody reports titles, and another song has begun by the sound alone. That is right more often than not,
+/// but never sure.
+void AutomaticEnd::DecideBySound(std::vector<AutomaticStep>& steps, bool wanted) {
+    if (!Untitled()) return;
+    const std::optional<int64_t> change = Finder.SongChange(End());
+    if (!change || *change < Next || *change - Present.Begin < LeastUntitled) return;
+    if (Dropping || PausedAt || StoppedAt) return;
+    // As near as a player would say it: a gap there, or the best place.
+    const std::optional<EvidenceCut> cut = Finder.Find(*change, Next, End(), true);
+    const int64_t oldEnd = std::clamp(*change + (cut ? cut->OldEnd : 0), Next, End());
+    const int64_t newBegin = std::clamp(*change + (cut ? cut->NewBegin : 0), oldEnd, End());
+    Write(steps, oldEnd);
+    EndSong(steps, wanted, {oldEnd, newBegin}, Certainty::Unsure);
+    Dropping = cut && cut->IsGap();
 }
 
 void AutomaticEnd::DecideStop(std::vector<AutomaticStep>& steps, bool wanted) {
@@ -429,7 +446,7 @@ void AutomaticEnd::HoldPause(std::vector<AutomaticStep>& steps, bool last) {
 
 void AutomaticEnd::WriteSafe(std::vector<AutomaticStep>& steps) {
     if (Dropping) return;
-    int64_t safe = End() - KeptBack;
+    int64_t safe = End() - (Untitled() ? KeptBackUntitled : KeptBack);
     if (!Changes.empty()) safe = std::min(safe, Changes.front().At + FirstEdge - FadeSlots.back() / 2);
     for (const std::optional<int64_t>& news : {PausedAt, StoppedAt}) {
         if (news) safe = std::min(safe, *news - BeforeNews);

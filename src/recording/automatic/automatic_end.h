@@ -56,6 +56,10 @@ class CutFinder {
 
     /// The quietest stretch round a change, as the end of song by media data takes it. Slots as in Find.
     virtual EvidenceCut Quietest(int64_t change, int64_t from, int64_t end) = 0;
+
+    /// Where another song seems to begin by the sound alone, if that has become clear with what was heard up
+    /// to `end` since the last call. Each call has to listen to all of it.
+    virtual std::optional<int64_t> SongChange(int64_t end) = 0;
 };
 
 /// One thing to do with what was heard, in the order of the slots.
@@ -101,6 +105,12 @@ class AutomaticEnd {
 
     /// Slots that stay unwritten while nothing happens: a title comes so late, and a look takes its time.
     static constexpr int64_t KeptBack = -FirstEdge + 30;
+
+    /// The same where nobody reports titles: another song is noticed when it has played for half a minute.
+    static constexpr int64_t KeptBackUntitled = 700;
+
+    /// Where nobody reports titles, no song is shorter, unless a silence ends it.
+    static constexpr int64_t LeastUntitled = 60 * SecondSlots;
 
     /// Evidence below this drops most false changes and hardly a real one.
     static constexpr float LeastEvidence = 2.8F;
@@ -203,7 +213,10 @@ class AutomaticEnd {
     int64_t EndOfSearch() const;
     std::string LearnsAs() const { return Last ? Last->LearnsAs : std::string(); }
     void DecideSilence(std::vector<AutomaticStep>& steps, bool wanted);
-    void EndSong(std::vector<AutomaticStep>& steps, bool wanted, SlotRun silence);
+    void EndSong(std::vector<AutomaticStep>& steps, bool wanted, SlotRun gap,
+                 Certainty certainty = Certainty::Sure);
+    bool Untitled() const { return !Last && Changes.empty() && Present.Media.Song.empty(); }
+    void DecideBySound(std::vector<AutomaticStep>& steps, bool wanted);
     void DecideStop(std::vector<AutomaticStep>& steps, bool wanted);
     std::optional<SlotRun> SilenceOf(int64_t news, int64_t least, bool last) const;
     void HoldPause(std::vector<AutomaticStep>& steps, bool last);

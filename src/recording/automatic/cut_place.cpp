@@ -21,6 +21,8 @@ CutPlace::CutPlace(const AudioRing& ring, const PauseSettings& pause, LearnedCut
 void CutPlace::Restart(uint32_t framesPerSecond) {
     Meter = std::make_unique<FeatureMeter>(framesPerSecond);
     Features.Restart(0);
+    Listener = std::make_unique<FeatureMeter>(framesPerSecond);
+    Changes.Restart(0);
     Heard = 0;
 }
 
@@ -106,6 +108,22 @@ EvidenceCut CutPlace::Quietest(int64_t change, int64_t from, int64_t end) {
     for (int32_t slot = cut.OldEnd; slot < cut.NewBegin; ++slot) loud = loud || isLoud(slot);
     if (loud) cut.OldEnd = cut.NewBegin = (cut.OldEnd + cut.NewBegin) / 2;
     return cut;
+}
+
+std::optional<int64_t> CutPlace::SongChange(int64_t end) {
+    if (!Listener) return std::nullopt;
+    if (Changes.End() < Heard - (Ring.Size() - 1)) {
+        // Titles were reported for a while.
+        Changes.Restart(Heard);
+        Listener->Restart();
+    }
+    std::optional<int64_t> found;
+    while (Changes.End() < std::min(end, Heard)) {
+        const auto slot = FramesOf(Ring[RingSlot(Changes.End())]);
+        const auto change = Changes.Add(Listener->Measure(slot));
+        if (change && change->Evidence >= SongChanges::LeastEvidence) found = change->Slot;
+    }
+    return found;
 }
 
 }  // namespace Corvetape

@@ -1,19 +1,22 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "audio/audio_ring.h"
 #include "audio/evidence_cut.h"
 #include "audio/pause_settings.h"
 #include "audio/slot_features.h"
+#include "audio/song_changes.h"
 #include "recording/automatic/automatic_end.h"
 #include "recording/automatic/learned_cuts.h"
 
 namespace Corvetape {
 
 /// Finds the places of cuts in the ring. Slots are counted from the first one heard. What a slot sounds like
-/// is measured only where a cut is asked for. Nothing is allocated but in the constructor and Restart.
+/// is measured only where a cut is asked for, and where nobody reports titles. Nothing is allocated but in
+/// the constructor and Restart.
 class CutPlace : public CutFinder {
  public:
     /// All of them outlive it.
@@ -34,6 +37,7 @@ class CutPlace : public CutFinder {
     void TeachGap(EdgeRange gap, bool exact) override;
     std::optional<EdgeRange> Talk(int64_t change, int64_t from, int64_t end) override;
     EvidenceCut Quietest(int64_t change, int64_t from, int64_t end) override;
+    std::optional<int64_t> SongChange(int64_t end) override;
 
     /// The slot of the ring that a slot is in.
     int32_t RingSlot(int64_t slot) const;
@@ -48,6 +52,8 @@ class CutPlace : public CutFinder {
     FeatureHistory Features;
     std::unique_ptr<FeatureMeter> Meter;
     EvidenceCutter Cutter;
+    std::unique_ptr<FeatureMeter> Listener;  ///< of all that is heard
+    SongChanges Changes;
     std::string Source;
     std::string LastSource;  ///< that the last Find was for
     bool LastExact = false;
