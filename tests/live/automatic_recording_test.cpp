@@ -121,10 +121,10 @@ class AutomaticRecording : public testing::Test {
 
     /// Looks at what was kept on each of the servers, which have to be so many songs.
     template <typename Look>
-    void ExpectKept(size_t songs, const Look& look) {
+    void ExpectKept(size_t songs, const Look& look, int code = 0) {
         constexpr std::array<const char*, 2> names = {"PulseAudio", "PipeWire"};
         for (size_t i = 0; i < stages.size(); ++i) {
-            const std::vector<Json> kept = stages[i].Kept();
+            const std::vector<Json> kept = stages[i].Kept(code);
             SCOPED_TRACE(names[i] + ("\n" + stages[i].Story()));
             EXPECT_EQ(kept.size(), songs);
             if (kept.size() == songs) look(stages[i], kept);
@@ -273,7 +273,7 @@ TEST_F(AutomaticRecording, ADropoutInABrowserEndsNoSong) {
 /// silence between them. Its title changes so much later than its songs, and ends with the name of the
 /// station.
 std::string PageOfSongs(double gap, double late) {
-    return "<!doctype html><title> | Page Radio</title><body><script>const gap = " + std::to_string(gap) +
+    return "<!doctype html><title>Soon | Page Radio</title><body><script>const gap = " + std::to_string(gap) +
            ", late = " + std::to_string(late) + R"html(;
 const context = new AudioContext(), volume = context.createGain(), tone = context.createOscillator();
 tone.connect(volume).connect(context.destination);
@@ -329,11 +329,13 @@ TEST_F(AutomaticRecording, TheLastSongIsKeptThoughASilenceEndsTheRecording) {
     const std::string file = Song(1, 8);
     Record(2, {"--set", "Source.QuitAfterSilence=1"});
     Play({file});
-    ExpectKept(1, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
+    const auto look = [](const AutomaticStage& stage, const std::vector<Json>& kept) {
         EXPECT_EQ(kept[0].value("title", ""), "Song 1");
         EXPECT_EQ(kept[0].value("/confidence/end"_json_pointer, ""), "sure");
         ExpectWhole(stage, 1, 8, WithAGap);
-    });
+    };
+    constexpr int withLessThanWanted = 1;
+    ExpectKept(1, look, withLessThanWanted);
 }
 
 /// The samples of a WAV file, as bytes from frame `from` on.
