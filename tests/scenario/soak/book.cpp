@@ -90,7 +90,7 @@ Machine Book::Through(Machine machine) {
             machine.Documents, machine.Windows, machine.Players, machine.Web,    machine.Browser};
 }
 
-void Book::Tell(const std::string& problem) {
+void Book::Report(const std::string& problem) {
     if (++FoundCount > MostProblems) return;
     Found += std::to_string(Radio->Now()) + ": " + problem + "\n";
 }
@@ -140,7 +140,7 @@ void Book::Arrived(const WaveHeader& buffer) {
     const bool byItself = values.Pause.EndOfSongDetection == EndOfSong::Automatic;
     const bool silent = booked.Level <= std::max<int32_t>(values.Pause.SilenceAmplitude, quietLevel);
     if (byItself && silent) booked.MayBeMissing = true;
-    if (throughRing && !tookIndex && !booked.MayBeMissing) Tell("a buffer did not get into the ring");
+    if (throughRing && !tookIndex && !booked.MayBeMissing) Report("a buffer did not get into the ring");
     Buffers.push_back(booked);
     if (!throughRing && values.Signal.InPause) ExcusePause();
     if (!values.Flags.RecordingEnabled) {
@@ -150,7 +150,7 @@ void Book::Arrived(const WaveHeader& buffer) {
 
     const uint64_t overruns = values.Ring.OverrunBuffers;
     const bool written = tookIndex && values.Flags.RecordingEnabled && values.Ring.Unread() == 0;
-    if (written && overruns == Overruns) Tell("unread audio was written over, and nobody was told");
+    if (written && overruns == Overruns) Report("unread audio was overwritten without a report");
     if (overruns != Overruns) ExcuseUnread(Unread);
     Overruns = overruns;
     Unread = FirstUnread();
@@ -169,7 +169,7 @@ void Book::ExcuseUnread(size_t from) {
 }
 
 /// The quiet buffers before a pause, up to its length. What was skipped is in no file, so that the length is
-/// taken off what lies before it.
+/// taken off what is before it.
 void Book::ExcusePause() {
     int32_t left = Values().Pause.PauseBuffers;
     for (size_t i = Buffers.size(); i-- > 0 && left > 0;) {
@@ -193,13 +193,13 @@ void Book::NoteCut() {
         Noticed.clear();
     }
     if (isNew && pause.EndOfSongDetection == EndOfSong::Automatic) {
-        Noticed.emplace_back(ToldToAutomatic.Song.empty() ? Told : ToldToAutomatic, Wished);
-        ToldToAutomatic = Told;
+        Noticed.emplace_back(TitleForAutomatic.Song.empty() ? LastTitle : TitleForAutomatic, CurrentWanted);
+        TitleForAutomatic = LastTitle;
     }
     if (isNew && (!CutByTitle || EarlierCutIsDue())) {
         CutByTitle = pause.EndOfSongDetection == EndOfSong::MediaData;
-        Ended = Told;
-        EndedWished = Wished;
+        Ended = LastTitle;
+        EndedWanted = CurrentWanted;
     }
     if (isNew) Cuts.push_back({static_cast<int32_t>(RingBuffers.size()), 0, 0});
     if (cut.CutPending || WasCutPending) {
@@ -216,21 +216,22 @@ void Book::NoteCut() {
 bool Book::EarlierCutIsDue() {
     if (!Values().Flags.RecordingEnabled) return false;
     const int32_t since = static_cast<int32_t>(RingBuffers.size()) - Cuts.back().At;
-    return (Wished && !EndedWished) || since >= Values().Pause.EndOfSongThreshold[1] / 50;
+    return (CurrentWanted && !EndedWanted) || since >= Values().Pause.EndOfSongThreshold[1] / 50;
 }
 
-void Book::NoteTold() {
+void Book::NoteTitle() {
     const MediaState& media = Values().Media;
-    const STATIONANDSONGDATA before = Told;
-    if (std::exchange(Source, media.ProviderName) != media.ProviderName) Told = {};
-    if (!media.CurrentMedia.Song.empty()) Told = media.CurrentMedia;
+    const STATIONANDSONGDATA before = LastTitle;
+    if (std::exchange(Source, media.ProviderName) != media.ProviderName) LastTitle = {};
+    if (!media.CurrentMedia.Song.empty()) LastTitle = media.CurrentMedia;
     // Of a song that was recorded before, titles say nothing that came in another mode while nothing was
     // heard, but for what they add to its own.
     const bool automatic = Values().Pause.EndOfSongDetection == EndOfSong::Automatic;
     const bool recorded = !Radio->Disk().OpenPaths().empty() || Values().Ring.Unread() > 0;
-    const bool same = Told.Artist == ToldToAutomatic.Artist && Told.Song == ToldToAutomatic.Song;
-    const bool looked = automatic && (Told != before || same);
-    if (looked || HeardOtherwise || !recorded) ToldToAutomatic = Told;
+    const bool same =
+        LastTitle.Artist == TitleForAutomatic.Artist && LastTitle.Song == TitleForAutomatic.Song;
+    const bool looked = automatic && (LastTitle != before || same);
+    if (looked || HeardOtherwise || !recorded) TitleForAutomatic = LastTitle;
     if (automatic) HeardOtherwise = false;
 }
 
@@ -242,7 +243,7 @@ void Book::AfterEvent() {
     CheckFlags();
     CheckLosses();
     NoteCut();
-    NoteTold();
+    NoteTitle();
     const RecordingFlags& flags = Values().Flags;
     if (!flags.RecordingEnabled) {
         if (Stops.empty() || Stops.back() != Buffers.size()) Stops.push_back(Buffers.size());
@@ -257,22 +258,22 @@ void Book::AfterEvent() {
         ExcuseUnread(Buffers.size() - std::min(quiet, Buffers.size()));
     }
     Unread = FirstUnread();
-    Wished = flags.RecordCurrentSong;
+    CurrentWanted = flags.RecordCurrentSong;
     WaitsForNext = flags.RecordNextSong;
     NoteOpenFile();
 }
 
 void Book::NoteOpenFile() {
     const std::vector<std::string> open = Radio->Disk().OpenPaths();
-    if (open.size() > 1) Tell("more than one file is open");
+    if (open.size() > 1) Report("more than one file is open");
     if (open.empty() || open[0] == OpenPath) return;
     OpenPath = open[0];
 }
 
 void Book::CheckFlags() {
     const RecordingFlags& flags = Values().Flags;
-    if (flags.RecordCurrentSong && flags.RecordNextSong) Tell("a song is both kept and waited for");
-    if (flags.RecordingSecondsLeft < 0) Tell("a timed recording has run past its end");
+    if (flags.RecordCurrentSong && flags.RecordNextSong) Report("a song is both kept and waited for");
+    if (flags.RecordingSecondsLeft < 0) Report("a timed recording has run past its end");
 }
 
 void Book::BeforePress() {

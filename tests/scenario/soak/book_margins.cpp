@@ -1,4 +1,4 @@
-// What is kept beside songs whose cuts are unsure, held against the buffers, and cut again.
+// What is kept beside songs whose cuts are unsure, compared with the buffers, and cut again.
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -32,7 +32,7 @@ bool Book::IsBeside(const WantedSong& song, std::span<const uint64_t> pieces, bo
     if (!song.First) return true;  // nobody knows where the song was
     const auto count = static_cast<ptrdiff_t>(Buffers.size());
     const ptrdiff_t step = before ? -1 : 1;
-    ptrdiff_t at = static_cast<ptrdiff_t>(before ? *song.First : song.Behind) + (before ? -1 : 0);
+    ptrdiff_t at = static_cast<ptrdiff_t>(before ? *song.First : song.End) + (before ? -1 : 0);
     for (size_t number = 0; number < pieces.size(); at += step) {
         if (at < 0 || at >= count) return false;
         const BookedBuffer& buffer = Buffers[static_cast<size_t>(at)];
@@ -47,20 +47,20 @@ void Book::CheckMargins() {
     for (const std::string& path : Radio->Disk().Tree(Folder)) {
         if (path.ends_with('/') || WasStruck(path)) continue;
         const std::string base = path.substr(0, path.find('.', Folder.size()));
-        if (!Radio->Disk().Exists(base + ".note")) Tell("margins that nobody knows of: " + path);
-        if (path.find(".recut-") != std::string::npos) Tell("a recut has left " + path);
+        if (!Radio->Disk().Exists(base + ".note")) Report("margins without a note: " + path);
+        if (path.find(".recut-") != std::string::npos) Report("a recut has left " + path);
         if (!path.ends_with(".wav") || WasStruck(base)) continue;
         const auto song = PiecesOf(base + ".song.wav");
         const auto own = std::ranges::find_if(
             Wanted, [&](const WantedSong& wanted) { return song && wanted.Pieces == *song; });
         if (own == Wanted.end()) {
-            Tell("margins of a song that was not kept: " + path);
+            Report("margins of a song that was not kept: " + path);
             continue;
         }
         if (own->Damaged || path.ends_with(".song.wav")) continue;
         const bool before = path.ends_with(".before.wav");
         const auto pieces = PiecesOf(path);
-        if (!pieces || !IsBeside(*own, *pieces, before)) Tell("no neighbour of its song: " + path);
+        if (!pieces || !IsBeside(*own, *pieces, before)) Report("no neighbour of its song: " + path);
     }
 }
 
@@ -93,7 +93,7 @@ void Book::CutAgain(SimRandom& chance) {
         if (const EncoderRow* row = FindEncoder(each.Encoder)) extension = row->Extension;
         std::string problem = recut.Begin(each, wish);
         if (tooShort) {
-            if (problem.empty()) Tell("nothing is left of " + each.Base + " after a recut");
+            if (problem.empty()) Report("nothing is left of " + each.Base + " after a recut");
             continue;
         }
         if (problem.empty() && !recut.JobName().empty()) {
@@ -104,7 +104,7 @@ void Book::CutAgain(SimRandom& chance) {
             }
         }
         if (!problem.empty()) {
-            Tell(each.Base + " is not cut again: " + problem);
+            Report(each.Base + " is not cut again: " + problem);
             continue;
         }
         const auto begin = static_cast<size_t>(std::llround((wish.Begin - room->BeginEarliest) * rate));
@@ -112,7 +112,7 @@ void Book::CutAgain(SimRandom& chance) {
             static_cast<size_t>(std::llround((room->Length + wish.End - room->BeginEarliest) * rate));
         const std::string sound = SoundOf(machine.Files, recut.MusicFile());
         if (sound != all.substr(begin * sizeof(Frame), (end - begin) * sizeof(Frame))) {
-            Tell(recut.MusicFile() + " is not what was to be cut again from " + each.Base);
+            Report(recut.MusicFile() + " is not what was to be cut again from " + each.Base);
         }
         ++Recuts;
     }

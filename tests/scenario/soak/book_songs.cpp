@@ -1,4 +1,4 @@
-// What became of each song, held against the buffers.
+// What became of each song, compared with the buffers.
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -23,41 +23,41 @@ bool Contains(const Items& items, const Value& value, Member member = {}) {
 
 /// Whether the song that is closed now has ended with its title, and not at the cut's other side.
 bool Book::EndsByTitle() {
-    if (!Noticed.empty()) std::tie(Ended, EndedWished) = Noticed.front();
+    if (!Noticed.empty()) std::tie(Ended, EndedWanted) = Noticed.front();
     return !Noticed.empty() || (CutByTitle && Values().Cut.CutPending);
 }
 
-/// Whether the song went where the flags, as they were before the event, say.
+/// Whether the song was kept or not as the flags said before the event.
 void Book::CheckFate(const HeardSong& song) {
     const SongFate fate = song.Song.Fate;
     const State& values = Values();
-    const bool wished = EndsByTitle() ? EndedWished : Wished;
+    const bool wished = EndsByTitle() ? EndedWanted : CurrentWanted;
     const uint64_t least =
         static_cast<uint64_t>(std::max(values.Pause.IgnoreShortSongs, 0)) * song.Song.FramesPerSecond;
     const bool silent = values.Signal.SilenceSeconds >= values.Options.InfoAfterSilence;
-    if (fate == SongFate::Unwanted && wished && !Pressing && !silent) Tell("a wanted song was thrown away");
-    if (fate == SongFate::Kept && !wished && !Pressing) Tell("a song was kept that nobody wanted");
-    if (fate == SongFate::Short && song.Song.Frames > least) Tell("a song was called short that is not");
+    if (fate == SongFate::Unwanted && wished && !Pressing && !silent) Report("a wanted song was thrown away");
+    if (fate == SongFate::Kept && !wished && !Pressing) Report("a song was kept that nobody wanted");
+    if (fate == SongFate::Short && song.Song.Frames > least) Report("a song was called short that is not");
     if (fate == SongFate::Aborted && values.Signal.SilenceSeconds < values.Pause.QuitAfterSilence) {
-        Tell("a song was broken off");
+        Report("a song was broken off");
     }
     const bool left = fate != SongFate::Kept && Radio->Disk().Exists(song.Song.TempPath);
-    if (left && !WasStruck(song.Song.TempPath)) Tell("an unwanted file stays: " + song.Song.TempPath);
+    if (left && !WasStruck(song.Song.TempPath)) Report("an unwanted file stays: " + song.Song.TempPath);
 }
 
-/// Whether a kept song has its own names, as far as they were told.
+/// Whether a kept song has its own names, as far as they were known.
 void Book::CheckMedia(const HeardSong& song) {
     const STATIONANDSONGDATA& media = song.Song.Media;
     const auto isOf = [&media](const std::string& what, const std::string& field) {
         return field.empty() || field == what + media.Song;
     };
-    if (!isOf(AlbumOf, media.Album)) Tell(media.Song + " has another song's album: " + media.Album);
-    if (!isOf(CoverOf, media.Cover)) Tell(media.Song + " has another song's cover: " + media.Cover);
+    if (!isOf(AlbumOf, media.Album)) Report(media.Song + " has another song's album: " + media.Album);
+    if (!isOf(CoverOf, media.Cover)) Report(media.Song + " has another song's cover: " + media.Cover);
     if (!EndsByTitle()) return;
     const auto names = [](const STATIONANDSONGDATA& each) {
         return each.Artist + ", " + each.Song + ", " + each.Album + ", " + each.Cover;
     };
-    if (names(media) != names(Ended)) Tell("what was " + names(Ended) + " is kept as " + names(media));
+    if (names(media) != names(Ended)) Report("what was " + names(Ended) + " is kept as " + names(media));
 }
 
 /// A song has its own picture beside it or none, which may not have come in time.
@@ -65,12 +65,12 @@ void Book::CheckPicture(const HeardSong& song) {
     const std::string& wave = song.Song.TempPath;
     const auto picture = Radio->Disk().Content(wave.substr(0, wave.rfind('.')) + ".jpg");
     if (!picture || *picture == PictureAt(song.Song.Media.Cover)) return;
-    Tell(song.Song.Media.Song + " has another song's picture: " + picture->substr(0, picture->find('\n')));
+    Report(song.Song.Media.Song + " has another song's picture: " + picture->substr(0, picture->find('\n')));
 }
 
 /// A song of which nothing was heard, such as one that was over while the input stood still, has no file and
-/// is closed without a word: what was noticed of it is no longer waited for.
-void Book::SkipUnheard(const HeardSong& song) {
+/// is closed without a report: what was noticed of it is no longer expected.
+void Book::ForgetUnheard(const HeardSong& song) {
     const auto own = std::ranges::find_if(
         Noticed, [&](const auto& each) { return each.first.Song == song.Song.Media.Song; });
     if (own != Noticed.end()) Noticed.erase(Noticed.begin(), own);
@@ -84,10 +84,10 @@ bool Book::WasStruck(const std::string& path) const {
 void Book::Closed(const HeardSong& song) {
     ++Closings;
     if (OnClosed) OnClosed(song);
-    SkipUnheard(song);
+    ForgetUnheard(song);
     CheckFate(song);
     if (song.Song.TempPath == OpenPath) OpenPath.clear();
-    Wished = Values().Flags.RecordCurrentSong;
+    CurrentWanted = Values().Flags.RecordCurrentSong;
     NoteCut();
     if (!Values().Flags.RecordingEnabled) ExcuseUnread(Unread);
     if (song.Song.Fate == SongFate::Kept) {
@@ -103,13 +103,13 @@ void Book::Closed(const HeardSong& song) {
     if (place) {
         CheckGap(Next, place->First, "ahead of a song that was not kept");
         LastBegin = place->First;
-        Next = std::max(Next, place->Behind);
+        Next = std::max(Next, place->End);
     }
     LastKnown = place.has_value();
-    MayOverlap = GoesBack(place && ReachesTheEnd(*place), place ? place->Behind : Next);
+    MayOverlap = GoesBack(place && ReachesTheEnd(*place), place ? place->End : Next);
 }
 
-/// The buffer that a song claims to begin with, or one behind the last.
+/// The buffer that a song claims to begin with, or one past the last.
 size_t Book::ClaimedBegin(const HeardSong& song) const {
     const auto first =
         std::ranges::find(Buffers, FramesOfEarlierRuns + song.Song.BeginFrame, &BookedBuffer::Position);
@@ -126,12 +126,12 @@ std::optional<Book::Place> Book::Claimed(const HeardSong& song) const {
     if (first == Buffers.end() || last == Buffers.end()) return std::nullopt;
     Place place;
     place.First = static_cast<size_t>(first - Buffers.begin());
-    place.Behind = static_cast<size_t>(last - Buffers.begin()) + 1;
+    place.End = static_cast<size_t>(last - Buffers.begin()) + 1;
     return place;
 }
 
 std::optional<std::vector<uint64_t>> Book::PiecesOf(const std::string& path, Extent extent) {
-    // Not by way of the disk: looking must not use up a fault.
+    // Not through the disk: a look must not use up a fault.
     const std::optional<std::string> content = Radio->Disk().Content(path);
     if (!content || content->size() < WavHeaderBytes) return std::nullopt;
     const auto number = [&content](size_t at) {
@@ -143,7 +143,7 @@ std::optional<std::vector<uint64_t>> Book::PiecesOf(const std::string& path, Ext
     if (piece == 0 || number(40) > content->size() - WavHeaderBytes) return std::nullopt;
     const size_t written = (content->size() - WavHeaderBytes) / piece * piece;
     auto bytes = std::as_bytes(std::span(*content))
-                     .subspan(WavHeaderBytes, extent == Extent::AsTold ? number(40) : written);
+                     .subspan(WavHeaderBytes, extent == Extent::ByHeader ? number(40) : written);
     std::vector<uint64_t> pieces;
     for (; !bytes.empty(); bytes = bytes.subspan(std::min(piece, bytes.size()))) {
         pieces.push_back(HashOf(bytes.first(std::min(piece, bytes.size()))));
@@ -154,18 +154,18 @@ std::optional<std::vector<uint64_t>> Book::PiecesOf(const std::string& path, Ext
 /// Whether it may be a song that was followed round the ring.
 bool Book::ReachesTheEnd(const Place& place) const {
     const bool throughRing = Radio->Recorder->Values().Pause.EndOfSongDetection != EndOfSong::Silence;
-    return throughRing && !RingBuffers.empty() && place.Behind > RingBuffers.back();
+    return throughRing && !RingBuffers.empty() && place.End > RingBuffers.back();
 }
 
 /// Whether the next song may begin before what the files up to now have reached.
-bool Book::GoesBack(bool roundTheRing, size_t behind) {
+bool Book::GoesBack(bool roundTheRing, size_t end) {
     // By everything that is known, a fade between two songs may be in both.
     const bool fades = Values().Pause.EndOfSongDetection == EndOfSong::Automatic;
-    return Values().Pause.DuplicatepartOfSong || fades || roundTheRing || behind < Next;
+    return Values().Pause.DuplicatepartOfSong || fades || roundTheRing || end < Next;
 }
 
-void Book::LeaveOut(Place& place, size_t first, size_t behind) const {
-    for (size_t i = first; i < behind; ++i) {
+void Book::CountLeftOut(Place& place, size_t first, size_t end) const {
+    for (size_t i = first; i < end; ++i) {
         place.LeftOut += Buffers[i].Lost + Buffers[i].Frames;
         if (Buffers[i].Off) place.Refused += Buffers[i].Frames;
     }
@@ -183,7 +183,7 @@ bool Book::WasRefused(std::span<const uint64_t> rest, size_t first, size_t at) c
 }
 
 /// Follows a file through the buffers, from `from` on. What it lacks on its way has to have its reason.
-/// Noise comes again, so it is not looked for ahead of where it claims to begin.
+/// Noise repeats, so the search does not start before the claimed beginning.
 Book::Place Book::Find(const std::vector<uint64_t>& pieces, size_t from, size_t claimed) {
     Place place;
     if (claimed < Buffers.size()) from = std::max(from, claimed);
@@ -200,7 +200,7 @@ Book::Place Book::Find(const std::vector<uint64_t>& pieces, size_t from, size_t 
                                              pieces[number], &BookedBuffer::Hash);
         if (found == Buffers.end()) {
             const bool wasHeard = Contains(Buffers, pieces[number], &BookedBuffer::Hash);
-            // A full disk may have broken the round off, and the song goes on behind it.
+            // A full disk may have broken the round off, and the song goes on after it.
             const bool wasRefused = WasRefused(std::span(pieces).subspan(number), place.First, at);
             place.RoundTheRing = wasHeard && (wasRefused || pieces.size() - number <= RingSize);
             place.Followed = !wasRefused;
@@ -209,11 +209,11 @@ Book::Place Book::Find(const std::vector<uint64_t>& pieces, size_t from, size_t 
         }
         const auto index = static_cast<size_t>(found - Buffers.begin());
         if (index > at) CheckGap(at, index, "within a song");
-        LeaveOut(place, at, index);
+        CountLeftOut(place, at, index);
         at = index;
         place.Lost += Buffers[at].Lost;
     }
-    place.Behind = at;
+    place.End = at;
     return place;
 }
 
@@ -226,77 +226,77 @@ void Book::CheckKept(const HeardSong& song) {
     Wanted.push_back(wanted);
     if (!readable) {
         LastKnown = false;
-        if (!wanted.Damaged) Tell("a kept song cannot be read: " + song.Song.TempPath);
+        if (!wanted.Damaged) Report("a kept song cannot be read: " + song.Song.TempPath);
         return;
     }
     // What is in two songs is there because the user asked for it.
     const size_t claimed = ClaimedBegin(song);
     Place place = Find(*pieces, MayOverlap || !LastKnown ? LastBegin : Next, claimed);
-    LeaveOut(place, claimed, place.First);
+    CountLeftOut(place, claimed, place.First);
     if (place.Problem.empty()) CheckGap(Next, place.First, "ahead of a song");
     LastKnown = place.Problem.empty() && place.Followed && !wanted.Damaged;
-    MayOverlap = GoesBack(place.RoundTheRing || ReachesTheEnd(place), place.Behind);
+    MayOverlap = GoesBack(place.RoundTheRing || ReachesTheEnd(place), place.End);
     if (!place.Problem.empty()) {
-        if (!wanted.Damaged) Tell(song.Song.TempPath + " " + place.Problem);
+        if (!wanted.Damaged) Report(song.Song.TempPath + " " + place.Problem);
         return;
     }
     if (!wanted.Damaged) {
         if (place.Followed && !place.RoundTheRing) {
             Wanted.back().First = place.First;
-            Wanted.back().Behind = place.Behind;
+            Wanted.back().End = place.End;
         }
         LastBegin = place.First;
-        Next = std::max(Next, place.Behind);
+        Next = std::max(Next, place.End);
     }
     if (place.RoundTheRing) return;
-    ToldLosses.push_back({song.Song.LostFrames, place.Lost + place.Refused, place.Lost + place.LeftOut,
-                          place.Behind, Buffers.size()});
+    ReportedLosses.push_back({song.Song.LostFrames, place.Lost + place.Refused, place.Lost + place.LeftOut,
+                              place.End, Buffers.size()});
 }
 
 void Book::CheckLosses() {
-    for (const ToldLoss& each : ToldLosses) {
-        // What is missing behind the last buffer, in the pause that was taken off or before it, may have been
+    for (const ReportedLoss& each : ReportedLosses) {
+        // What is missing after the last buffer, in the pause that was taken off or before it, may have been
         // of the song.
         uint64_t most = each.Most;
-        for (size_t i = each.Behind; i < Buffers.size() && i <= each.Present; ++i) {
+        for (size_t i = each.End; i < Buffers.size() && i <= each.Present; ++i) {
             if (!Buffers[i].Quiet && !Buffers[i].MayBeMissing) break;
             most += Buffers[i].Lost + (Buffers[i].MayBeMissing ? Buffers[i].Frames : 0);
         }
-        if (each.Told >= each.Least && each.Told <= most) continue;
-        Tell("a song says that it lost " + std::to_string(each.Told) + " frames and has lost " +
-             std::to_string(each.Least));
+        if (each.Reported >= each.Least && each.Reported <= most) continue;
+        Report("a song says that it lost " + std::to_string(each.Reported) + " frames and has lost " +
+               std::to_string(each.Least));
     }
-    ToldLosses.clear();
+    ReportedLosses.clear();
 }
 
-/// The buffers that no file has, from `from` up to `to`: a rule has taken each of them out, or it lies in a
+/// The buffers that no file has, from `from` up to `to`: a rule has taken each of them out, or it is in a
 /// stretch that a cut threw away.
 void Book::CheckGap(size_t from, size_t to, const char* where) {
     if (!LastKnown) return;
     for (size_t i = from; i < to;) {
-        const size_t behind = Buffers[i].MayBeMissing ? i + 1 : BehindThrownAway(i, to);
-        if (behind == i) {
-            Tell("a buffer is missing " + std::string(where) + ": number " + std::to_string(i) +
-                 ", between " + std::to_string(from) + " and " + std::to_string(to) + ", level " +
-                 std::to_string(Buffers[i].Level));
+        const size_t end = Buffers[i].MayBeMissing ? i + 1 : EndOfDiscarded(i, to);
+        if (end == i) {
+            Report("a buffer is missing " + std::string(where) + ": number " + std::to_string(i) +
+                   ", between " + std::to_string(from) + " and " + std::to_string(to) + ", level " +
+                   std::to_string(Buffers[i].Level));
             return;
         }
-        i = behind;
+        i = end;
     }
 }
 
-/// One behind the longest stretch from `first` on that a cut may have thrown away.
-size_t Book::BehindThrownAway(size_t first, size_t to) const {
+/// One past the longest stretch from `first` on that a cut may have thrown away.
+size_t Book::EndOfDiscarded(size_t first, size_t to) const {
     int32_t lowest = Buffers[first].Level;
     int32_t highest = lowest;
-    size_t behind = first;
+    size_t end = first;
     for (size_t i = first; i < to && Buffers[i].RingNumber >= 0 && !Buffers[i].MayBeMissing; ++i) {
         lowest = std::min(lowest, Buffers[i].Level);
         highest = std::max(highest, Buffers[i].Level);
         const bool quiet = highest <= std::max<int64_t>(std::lround(lowest * 1.2), 164);
-        if (quiet && WithinACut(Buffers[first].RingNumber, Buffers[i].RingNumber)) behind = i + 1;
+        if (quiet && WithinACut(Buffers[first].RingNumber, Buffers[i].RingNumber)) end = i + 1;
     }
-    return behind;
+    return end;
 }
 
 bool Book::WithinACut(int32_t first, int32_t last) const {
@@ -322,7 +322,7 @@ void Book::Transferred(const TransferredSong& song) {
             // A next start has the piece from its note, which has no names.
         } else if (song.Media.Artist != closed.Artist || song.Media.Song != closed.Song ||
                    song.Media.Album != closed.Album || song.Media.Cover != closed.Cover) {
-            Tell("what was closed as " + closed.Song + " is handed over as " + song.Media.Song);
+            Report("what was closed as " + closed.Song + " is handed over as " + song.Media.Song);
         }
     }
     HandedOver.push_back(std::move(handed));
@@ -337,21 +337,21 @@ void Book::Encoded(const TransferredSong& song) {
         }
     }
     if (pieces && WasLeft(*pieces)) return;
-    if (!WasStruck(song.TempFile)) Tell("an encoder was given a song that was not kept: " + song.TempFile);
+    if (!WasStruck(song.TempFile)) Report("an encoder was given a song that was not kept: " + song.TempFile);
 }
 
 /// The song that was in the file when a failure ended the recording is there still, and the next start
 /// decides.
-void Book::LookAtLeftSong() {
+void Book::NoteLeftSong() {
     if (OpenPath.empty() || !Radio->Disk().Exists(OpenPath)) return;
-    const auto pieces = PiecesOf(OpenPath, Extent::AsWritten);
+    const auto pieces = PiecesOf(OpenPath, Extent::AllWritten);
     if (pieces) Left.push_back(*pieces);
     LastKnown = LastKnown && pieces && !pieces->empty() && !WasStruck(OpenPath);
     if (!LastKnown) return;
     const Place place = Find(*pieces, MayOverlap ? LastBegin : Next, 0);
-    if (!place.Problem.empty()) return Tell("what was left " + place.Problem);
+    if (!place.Problem.empty()) return Report("what was left " + place.Problem);
     CheckGap(Next, place.First, "ahead of what was left");
-    Next = std::max(Next, place.Behind);
+    Next = std::max(Next, place.End);
 }
 
 /// A repaired file goes as far as the disk took it, which may be a part of a buffer further.
@@ -364,7 +364,7 @@ bool Book::WasLeft(std::span<const uint64_t> pieces) const {
 
 void Book::ProgramEnded() {
     CheckLosses();
-    LookAtLeftSong();
+    NoteLeftSong();
     CheckGap(Next, Buffers.size(), "at the end");
     Next = Buffers.size();
     LastBegin = Next;
@@ -374,21 +374,21 @@ void Book::ProgramEnded() {
     Cuts.clear();
     OpenPath.clear();
     WasCutPending = false;
-    if (Radio->Disk().OpenHandles() != 0) Tell("a file was left open");
-    LookForWanted();
+    if (Radio->Disk().OpenHandles() != 0) Report("a file was left open");
+    CheckWanted();
     CheckMargins();
 }
 
-/// Each song that was kept has been encoded, or it lies where somebody finds it. What he does with it is his
-/// business: a later run may be told to empty the folder.
-void Book::LookForWanted() {
+/// Each song that was kept has been encoded, or it is where the user finds it. What becomes of it there is up
+/// to the user: a later run may empty the folder.
+void Book::CheckWanted() {
     std::vector<std::vector<uint64_t>> there;
     for (const std::string& path : SongFiles()) {
         if (auto pieces = PiecesOf(path)) there.push_back(std::move(*pieces));
     }
     for (WantedSong& wanted : Wanted) {
         const bool isSafe = wanted.Safe || wanted.Damaged || Contains(there, wanted.Pieces);
-        if (!isSafe) Tell("a wanted song is gone: " + wanted.TempPath);
+        if (!isSafe) Report("a wanted song is gone: " + wanted.TempPath);
         wanted.Safe = true;
     }
 }
@@ -405,7 +405,7 @@ void Book::Finished() {
     for (const std::string& path : SongFiles()) {
         const auto pieces = PiecesOf(path);
         const bool isWanted = pieces && (Contains(Wanted, *pieces, &WantedSong::Pieces) || WasLeft(*pieces));
-        if (!isWanted && !WasStruck(path)) Tell("a file stays that nobody wants: " + path);
+        if (!isWanted && !WasStruck(path)) Report("a file stays that nobody wants: " + path);
     }
 }
 

@@ -1,4 +1,4 @@
-// The book itself: what it has to understand, and what it must not overlook.
+// Tests of the book itself.
 
 #include <gtest/gtest.h>
 
@@ -25,7 +25,7 @@ WorldOptions WatchedBy(Book& book) {
     return options;
 }
 
-/// Runs while the book looks on.
+/// Runs while the book watches.
 void Watch(World& world, Book& book, double seconds) {
     world.RunUntil(
         [&book] {

@@ -10,8 +10,8 @@ namespace Corvetape::Test {
 
 namespace {
 
-/// Controls that a person cannot press, or that lead out of the radio's world: timers, what only shows, and
-/// the folders, whose change moves the truth that the book looks at.
+/// Controls that a person cannot press, or that lead out of the simulated world: timers, what only shows, and
+/// the folders, whose change moves the files that the book checks.
 bool LeadsOut(const Control& control) {
     constexpr std::array<std::string_view, 11> names = {
         "txtPath",    "cmdGetDir",     "txtStation",          "txtArtist",
@@ -138,10 +138,10 @@ void Hand::PressAny() {
 void Hand::DisturbDevice() {
     const int64_t which = Chance.Between(int64_t{0}, int64_t{9});
     Say("device " + std::to_string(which));
-    TakeDevice(which);
+    DisturbDeviceBy(which);
 }
 
-void Hand::TakeDevice(int64_t which) {
+void Hand::DisturbDeviceBy(int64_t which) {
     SimWaveIn& inputs = Radio.Computer.WaveIn;
     switch (which) {
         case 0:
@@ -204,7 +204,7 @@ void Hand::DisturbClock() {
 }
 
 /// What was held up arrives before anything else happens.
-void Hand::LetGoOfDevice() {
+void Hand::ReleaseDevice() {
     Radio.Computer.WaveIn.Release(RadioName);
     Radio.RunUntil(
         [this] {
@@ -214,9 +214,9 @@ void Hand::LetGoOfDevice() {
         0.3);
 }
 
-void Hand::LetGo() {
+void Hand::Restore() {
     SimWaveIn& inputs = Radio.Computer.WaveIn;
-    LetGoOfDevice();
+    ReleaseDevice();
     inputs.Return(RadioName);
     inputs.RestartServer();
     inputs.Restart(RadioName);

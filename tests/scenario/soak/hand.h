@@ -11,8 +11,8 @@ namespace Corvetape::Test {
 /// CORVETAPE_AUTOMATIC.
 bool PlaysAutomatic(uint64_t seed);
 
-/// A restless user with a bad machine: presses whatever there is, in any order, while files, devices and the
-/// clock go wrong. What it does follows from its seed alone.
+/// A restless user on a failing machine, who presses whatever there is, in any order, while files, devices
+/// and the clock fail. Everything follows from the seed alone.
 class Hand {
  public:
     /// Presses "Automatic" only if the seed plays it.
@@ -26,7 +26,7 @@ class Hand {
     void NoteSong(const HeardSong& song);
 
     /// Puts everything back in order, so that the rest can be recorded.
-    void LetGo();
+    void Restore();
 
     /// What was done, one thing a line, with its second.
     const std::string& Story() const { return Done; }
@@ -38,8 +38,8 @@ class Hand {
     void DisturbDevice();
     void DisturbDisk();
     void DisturbClock();
-    void TakeDevice(int64_t which);
-    void LetGoOfDevice();
+    void DisturbDeviceBy(int64_t which);
+    void ReleaseDevice();
     bool IsOutOfReach(const Control& control) const;
     std::string StateText();
     void Say(const std::string& what);

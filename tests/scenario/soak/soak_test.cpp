@@ -1,4 +1,4 @@
-// From each seed a radio, a machine that goes wrong and a user who presses everything; the book looks on.
+// Each seed makes a radio, a failing machine and a user who presses everything; the book checks the outcome.
 
 #include <gtest/gtest.h>
 
@@ -84,7 +84,7 @@ WorldOptions WorldOf(uint64_t seed, double seconds, Book& book) {
         {"DoNotChange", "EncodeDelay", number(0, 6000)},
         {"DoNotChange", "PollRecordingBuffers", number(0, automatic ? 3 : 2)}};
     if (automatic) AddAutomatic(seed, source, options);
-    // Half of the radios tell albums and covers with the titles, the others up to some seconds later.
+    // Half of the radios give albums and covers with the titles, the others up to some seconds later.
     SimRandom late(MixSeed(seed, 4));
     if (late.Chance(0.5)) {
         options.AlbumDelay = late.Between(0.0, 8.0);
@@ -101,7 +101,7 @@ WorldOptions WorldOf(uint64_t seed, double seconds, Book& book) {
     return options;
 }
 
-/// What is left of a run.
+/// What comes out of a run.
 struct Life {
     std::string Problems;
     std::string Story;
@@ -135,15 +135,15 @@ Life LiveThrough(uint64_t seed) {
         runOn(chance.Between(0.0, restlessness));
     }
     if (chance.Chance(0.5)) {
-        hand.LetGo();
+        hand.Restore();
         if (world.Recorder->Running()) runOn(20);
     }
     world.Finish();
     book.AfterEvent();
     world.Recorder.reset();
     book.ProgramEnded();
-    hand.LetGo();
-    // What the end has left is looked after by the next start.
+    hand.Restore();
+    // The next start deals with what the end has left.
     world.Computer.System.AliveRuns.clear();
     world.Made();
     if (world.Load()) {
@@ -163,7 +163,7 @@ std::string HowToRepeat(uint64_t seed) {
            " test-soak\n";
 }
 
-TEST(Soak, WhateverIsPressedAndWhateverFailsNothingWantedIsLostUntold) {
+TEST(Soak, WhateverIsPressedAndWhateverFailsNothingWantedIsLostWithoutAReport) {
     const bool alone = std::getenv("CORVETAPE_SEED") != nullptr;
     const uint64_t first = NumberOf("CORVETAPE_SEED", NumberOf("CORVETAPE_FIRST_SEED", 1));
     const uint64_t count = alone ? 1 : NumberOf("CORVETAPE_SEEDS", SeedsOfATest);
