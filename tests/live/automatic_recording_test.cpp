@@ -1,8 +1,13 @@
 // Songs that end by everything that is known, with a real player on both sound servers: whole, named, and
 // with nothing of their neighbours.
+#include <gtest/gtest-spi.h>
+
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <cstring>
+#include <deque>
+#include <thread>
 
 #include "live/automatic_stage.h"
 #include "live/live_browser.h"
@@ -29,9 +34,51 @@ constexpr double FalteringHides = 0.3;
 /// Seconds of the input after which a recorder ends that does not get what it waits for.
 constexpr int Patience = 120;
 
+/// So busy that players start late and falter whatever they play.
+bool MachineIsBusy() {
+    constexpr double mostPerCore = 4;
+    double load = 0;
+    return getloadavg(&load, 1) == 1 &&
+           load > mostPerCore * std::max(std::thread::hardware_concurrency(), 1U);
+}
+
 /// Both sound servers at the same time: most of a test is waiting.
 class AutomaticRecording : public testing::Test {
  protected:
+    AutomaticRecording() { MakeStages(); }
+
+    void MakeStages() {
+        browsers.clear();
+        stages.clear();
+        for (const ServerKind kind : {ServerKind::PulseAudio, ServerKind::PipeWire}) {
+            stages.emplace_back(session, kind);
+        }
+    }
+
+    /// A take on a machine that was too busy for its players says nothing of joins: there is another one
+    /// then, with everything new. On any other machine the first failure counts.
+    template <typename Take>
+    void WithRetakes(const Take& take) {
+        constexpr int mostTakes = 3;
+        for (int number = 1; number < mostTakes; ++number) {
+            testing::TestPartResultArray failures;
+            {
+                const testing::ScopedFakeTestPartResultReporter intercepted(
+                    testing::ScopedFakeTestPartResultReporter::INTERCEPT_ONLY_CURRENT_THREAD, &failures);
+                take();
+            }
+            if (failures.size() == 0) return;
+            if (!MachineIsBusy()) {
+                for (int i = 0; i < failures.size(); ++i) {
+                    ADD_FAILURE() << failures.GetTestPartResult(i).message();
+                }
+                return;
+            }
+            MakeStages();
+        }
+        take();
+    }
+
     /// A song with the tone of its number, 20 % of it noise.
     std::string Song(int number, int length, const std::string& filter = "anull", bool tagged = true) {
         const std::string text = std::to_string(number);
@@ -148,19 +195,20 @@ class AutomaticRecording : public testing::Test {
 
     LiveSession session;
     TempFolder folder;
-    std::array<AutomaticStage, 2> stages{AutomaticStage(session, ServerKind::PulseAudio),
-                                         AutomaticStage(session, ServerKind::PipeWire)};
+    std::deque<AutomaticStage> stages;  ///< one for each sound server
     std::vector<std::unique_ptr<LiveBrowser>> browsers;
 };
 
 TEST_F(AutomaticRecording, TaggedFilesWithoutAGapAreOneSongEach) {
     const std::vector<std::string> files = {Song(1, 9), Song(2, 9), Song(3, 9)};
-    Record(3);
-    Play(files);
-    ExpectKept(3, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
-        for (int number = 1; number <= 3; ++number) ExpectWhole(stage, number, 9, FirstCuts);
-        // One in which its player has faltered is not whole.
-        EXPECT_EQ(kept[1].value("whole", false), kept[1].value("dropouts", -1) == 0);
+    WithRetakes([&] {
+        Record(3);
+        Play(files);
+        ExpectKept(3, [](const AutomaticStage& stage, const std::vector<Json>& kept) {
+            for (int number = 1; number <= 3; ++number) ExpectWhole(stage, number, 9, FirstCuts);
+            // One in which its player has faltered is not whole.
+            EXPECT_EQ(kept[1].value("whole", false), kept[1].value("dropouts", -1) == 0);
+        });
     });
 }
 
@@ -191,12 +239,14 @@ TEST_F(AutomaticRecording, APauseOfThePlayerIsLeftOut) {
 
 TEST_F(AutomaticRecording, ASkippedSongIsShortAndItsNeighboursAreClean) {
     const std::vector<std::string> files = {Song(1, 13), Song(2, 30), Song(3, 13)};
-    Record(2, {"--set", "Source.IgnoreShortSongs=11"});
-    Play(files);
-    PressAfter(2, 6, "Next");  // what is skipped earlier would be in neither song
-    ExpectKept(2, [](const AutomaticStage& stage, const std::vector<Json>&) {
-        ExpectWhole(stage, 1, 13, FirstCuts);
-        ExpectWhole(stage, 3, 13, FirstCuts);
+    WithRetakes([&] {
+        Record(2, {"--set", "Source.IgnoreShortSongs=11"});
+        Play(files);
+        PressAfter(2, 6, "Next");  // what is skipped earlier would be in neither song
+        ExpectKept(2, [](const AutomaticStage& stage, const std::vector<Json>&) {
+            ExpectWhole(stage, 1, 13, FirstCuts);
+            ExpectWhole(stage, 3, 13, FirstCuts);
+        });
     });
 }
 
