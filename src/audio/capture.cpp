@@ -168,8 +168,8 @@ WaveInEvents Capture::Engine::MakeEvents() {
     events.BufferDone = guarded([](Engine& self, const WaveHeader& header) { self.BufferDone(header); });
     events.Incident = guarded([](Engine& self, const WaveInIncident& what) { self.NoteIncident(what); });
     events.Availability = guarded([](Engine& self, bool lost) {
-        self.LastArrival =
-            0;  // how much was lost is reported only when it is known, which may be buffers later
+        // How much was lost is reported only when it is known, which may be buffers later.
+        self.LastArrival = 0;
         if (self.Events.Availability) self.Events.Availability(lost);
     });
     events.Ended = guarded([](Engine& self) { self.NoteEnd(); });
