@@ -36,6 +36,10 @@ struct RunOptions {
     /// Comes before the date and time that name a song without a title.
     std::string SongNamePrefix;
 
+    /// Stamps the lines of the log. Null: the clock of the machine. A run whose time passes faster than that
+    /// of its user has another one for them. Not owned; outlives the program.
+    const Clock* LogClock = nullptr;
+
     /// Asks also those tools what they can do that only formats need which the settings do not choose.
     bool ProbeAllTools = true;
 

@@ -30,6 +30,7 @@ class HostParts {
     ConsoleDialogs Dialogs;
     NoMixer Mixer;  ///< that of the user stays as it is
     LinuxSystemInfo System;
+    LinuxClock Wall;             ///< stamps the log, whatever time the machine runs by
     Corvetape::Desktop Desktop;  ///< none: any number of command lines may run side by side
 };
 

@@ -10,8 +10,8 @@ int RunMixer(const MixerArguments& arguments) {
     PulseMixer mixer;
     const std::string text = arguments.Json ? MixerJson(mixer) : MixerText(mixer);
     Print(stdout, text);
-    if (text.empty() && !arguments.Json) ReportLine("no sound server answers");
-    return ExitDone;
+    // A sound server has at least one end, if only a made-up one.
+    return text.empty() ? Fail("no sound server answers") : ExitDone;
 }
 
 }  // namespace Corvetape

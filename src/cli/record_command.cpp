@@ -51,6 +51,7 @@ class Recording {
     /// Begins. The exit code if it cannot.
     std::optional<int> Start(Machine machine, const std::string& inputNames, uint32_t framesPerSecond) {
         RunOptions options;
+        options.LogClock = &Host.Wall;
         options.CommandLine = Arguments.Quit ? "-dontask -quit" : "-dontask";
         options.Overrides = MakeOverrides(
             {{"Mixer", "InputDevice", "0"}, {"Mixer", "InputDeviceNames", inputNames}}, Arguments);

@@ -4,6 +4,7 @@
 #include <array>
 #include <chrono>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "cli/commands.h"
@@ -134,6 +135,7 @@ class Splitter {
         RunOptions options;
         options.CommandLine = "-dontask";
         options.KeepNotes = false;
+        options.LogClock = &Host.Wall;
         options.InputFiles = Arguments.Files;
         // Songs of other runs are in the common folder, and this one's is deleted.
         if (Arguments.Out.empty()) options.SongTempFolderName = fmt::format("split-{}", getpid());
@@ -150,6 +152,7 @@ class Splitter {
         const auto closed = std::exchange(events.SongClosed, {});
         events.SongClosed = [&](const ClosedSong& song) {
             closed(song);
+            if (song.Fate == SongFate::Kept) Kept.insert(song.TempPath);
             ++songs;
         };
         const auto print = std::exchange(events.SongTransferred, {});
@@ -244,11 +247,28 @@ class Splitter {
         ExitCode = Fail(job.Path + ": " + what + why + "; what could be read was split");
     }
 
+    /// The song that could not be written any further is of no use: its sound file still has it. What an
+    /// encoder of a full disk has left empty goes too. Songs that were kept stay, whatever became of their
+    /// encoders.
+    void DeleteUnfinished(const Program& program) {
+        const std::string& folder = program.Values().Folders.SongTempFolder;
+        for (const FileEntry& entry : Host.Files.List(folder)) {
+            if (!entry.IsFolder && entry.Size == 0) Host.Files.Delete(folder + "/" + entry.Name);
+        }
+        const std::string& path = program.Values().Messages.PendingErrorText;
+        if (!RecordingFailed(program) || !path.starts_with(folder + "/") || Kept.contains(path)) return;
+        if (Host.Files.Delete(path)) {
+            ReportLine("the part of the song that was written, " + path +
+                       ", was deleted again: its sound file still has it");
+        }
+    }
+
     void End(Program& program) {
         Folder = FolderOfSongs(program.Values());
         program.Unload();
         Line.Clear();
         WaitForEncoders(program, Host.Processes);
+        DeleteUnfinished(program);
         program.RemoveTempFolder();
         if (!Arguments.Out.empty()) Host.Files.DeleteFolder(OwnTempFolder(Arguments));  // stays with a song
         if (Failed(program, Printer)) ExitCode = ExitFailed;
@@ -260,7 +280,8 @@ class Splitter {
     TerminalLine Line;
     SongPrinter Printer;
     std::optional<MediaTable> Table;
-    std::string Folder;  ///< of the songs
+    std::string Folder;          ///< of the songs
+    std::set<std::string> Kept;  ///< temporary files of the songs that were kept
     bool BegunAny = false;
     int ExitCode = ExitDone;
 };

@@ -235,5 +235,17 @@ TEST_F(BadInputTest, WrongWordsAreTheUsersMistake) {
     }
 }
 
+TEST_F(BadInputTest, AMixerWithoutASoundServerIsAFailure) {
+    for (const std::vector<std::string>& words : {std::vector<std::string>{"mixer"}, {"mixer", "--json"}}) {
+        CommandStart start;
+        start.Arguments = words;
+        start.Environment = {{"PULSE_SERVER", "unix:/nowhere"}};
+        const Finished run = RunCommand(start);
+        EXPECT_EQ(run.Code, 1);
+        EXPECT_EQ(run.Out, "");
+        EXPECT_EQ(run.Err, "corvetape-cli: no sound server answers\n");
+    }
+}
+
 }  // namespace
 }  // namespace Corvetape

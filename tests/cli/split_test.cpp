@@ -1,8 +1,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <cstdlib>
+#include <ctime>
 #include <fstream>
+#include <iomanip>
 #include <iterator>
+#include <sstream>
 
 #include "cli/cli_test.h"
 
@@ -286,6 +291,61 @@ TEST_F(SplitTest, OfADamagedFileIsToldWhatCouldNotBeRead) {
         EXPECT_THAT(run.Err, HasSubstr("what could be read was split")) << name;
         EXPECT_GE(Objects(run.Out).size(), 1U) << name;
     }
+}
+
+TEST_F(SplitTest, AFullDiskLeavesNothingUnfinishedAndSaysWhatHappened) {
+    if (std::system("unshare -rm true 2>/dev/null") != 0)
+        GTEST_SKIP() << "this machine lets nobody make a disk";
+    std::filesystem::create_directory(Out());
+    // The second song does not fit on it.
+    Recording show;
+    for (const size_t seconds : {20U, 40U}) {
+        const std::vector<Frame> song = Noise(seconds * Rate, static_cast<uint32_t>(seconds));
+        show.Frames.insert(show.Frames.end(), song.begin(), song.end());
+        show.Frames.insert(show.Frames.end(), size_t{4} * Rate, Frame{});
+    }
+    const std::string path = PutWave("show.wav", show);
+    const std::string script =
+        "mount -t tmpfs -o size=5M none '" + Out() + "' && { '" + CORVETAPE_BINARY_DIR +
+        "/bin/corvetape-cli' split --home '" + Home() + "' --out '" + Out() +
+        "' --set Options.LowTempSpace=0 --set Options.LowMusicSpace=0"
+        " --set Source.IgnoreShortSongs=1 '" +
+        path + "' >'" + (folder / "printed") + "' 2>&1; echo \\$? >'" + (folder / "code") + "'; find '" +
+        Out() + "' -mindepth 1 >'" + (folder / "left") + "'; }";
+    ASSERT_EQ(std::system(("unshare -rm sh -c \"" + script + "\"").c_str()) & 0xFF, 0);
+    const auto content = [this](const char* name) {
+        std::ifstream file(folder / name);
+        return std::string{std::istreambuf_iterator<char>(file), {}};
+    };
+    EXPECT_EQ(content("code"), "1\n");
+    EXPECT_THAT(content("printed"), HasSubstr("No space left on device"));
+    EXPECT_THAT(content("printed"), HasSubstr("was deleted again: its sound file still has it"));
+    const std::vector<std::string> left = LinesOf(content("left"));
+    ASSERT_THAT(left, SizeIs(1)) << content("left");
+    EXPECT_THAT(left[0], HasSubstr("/show "));
+}
+
+TEST_F(SplitTest, TheLogHasTheTimeOfTheRunAndNotThatOfTheSound) {
+    // Twenty minutes of sound take a few seconds.
+    const auto began = std::chrono::system_clock::now();
+    const Finished run = Split({PutWave("show.wav", MakeRecording({.Songs = 3, .Seconds = 400}))});
+    EXPECT_EQ(run.Code, 0) << run.Err;
+    const auto ended = std::chrono::system_clock::now();
+    size_t lines = 0;
+    for (const std::string& file : FilesBelow(Home() + "/config/Corvet")) {
+        if (!file.starts_with("2") || !file.ends_with(".log")) continue;
+        std::ifstream log(Home() + "/config/Corvet/" + file);
+        for (std::string line; std::getline(log, line); ++lines) {
+            std::tm time{};
+            std::istringstream(file.substr(0, 8) + line.substr(0, 8)) >>
+                std::get_time(&time, "%Y%m%d%H:%M:%S");
+            time.tm_isdst = -1;
+            const auto written = std::chrono::system_clock::from_time_t(std::mktime(&time));
+            EXPECT_GE(written + std::chrono::seconds(2), began) << line;
+            EXPECT_LE(written, ended) << line;
+        }
+    }
+    EXPECT_GE(lines, 5U);
 }
 
 }  // namespace
