@@ -65,7 +65,9 @@ bool LeftSongs::Recover(const LeftSong& song) {
     }
     STATIONANDSONGDATA media = song.Note.Media;
     media.TempFileName = song.BaseName;
-    Say.Write(ReportKind::Info, Say.Text(KeyOf(decision.Fate), {Transfer.NamesOf(media).FinalName}));
+    const std::string report = Say.Text(KeyOf(decision.Fate), {Transfer.NamesOf(media).FinalName});
+    Say.Write(ReportKind::Info, report);
+    if (decision.Fate != LeftSongFate::Delete) Say.Show(report);
     if (decision.Fate == LeftSongFate::Transfer) Transfer.TransferLeftSong(song, decision.Seconds);
     if (decision.Fate == LeftSongFate::Delete) DeleteLeftSong(disk, Folders.SongTempFolder, song);
     return decision.Fate == LeftSongFate::Transfer;

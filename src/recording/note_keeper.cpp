@@ -44,7 +44,6 @@ SongNote NoteKeeper::NoteOf(const STATIONANDSONGDATA& media, bool wanted, const 
     note.Wanted = wanted;
     note.Begin = trust.Begin;
     note.End = trust.End;
-    note.LeastSeconds = State.Pause.IgnoreShortSongs;
     const bool named =
         State.Media.StationDataEnabled && State.Pause.EndOfSongDetection != EndOfSong::FixedTime;
     if (named) note.Media = media;

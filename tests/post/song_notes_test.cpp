@@ -34,7 +34,6 @@ class SongNotesTest : public testing::Test {
         SongNote note;
         note.Run = "dead";
         note.Wanted = wanted;
-        note.LeastSeconds = 35;
         note.Media.StationName = "FM";
         note.Media.Artist = "Ann \"Quote\" O'Hara";
         note.Media.Song = "One\nTwo";
@@ -68,7 +67,6 @@ TEST_F(SongNotesTest, ANoteComesBackAsItWasButForItsLineEnds) {
     const SongNote& note = songs[0].Note;
     EXPECT_EQ(songs[0].BaseName, "song");
     EXPECT_TRUE(note.Wanted);
-    EXPECT_EQ(note.LeastSeconds, 35);
     EXPECT_EQ(note.Media.StationName, "FM");
     EXPECT_EQ(note.Media.Artist, "Ann \"Quote\" O'Hara");
     EXPECT_EQ(note.Media.Song, "One Two");
@@ -139,7 +137,6 @@ TEST_F(SongNotesTest, ASongWhoseEncoderStillWorksIsLeftToIt) {
 TEST_F(SongNotesTest, ASongIsHandedOnASecondTimeAndThenNoMore) {
     SongNote note = Note(true);
     note.HandedOn = 1;
-    note.LeastSeconds = 0;
     LeaveSong("song", 40);
     Notes.Store("song", note);
     EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Fate, LeftSongFate::Transfer);
@@ -214,10 +211,12 @@ TEST_F(SongNotesTest, AnUnwantedSongIsDeleted) {
     EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Fate, LeftSongFate::Delete);
 }
 
-TEST_F(SongNotesTest, ASongOfExactlyTheLeastLengthIsDeletedAsItsCloseWouldHaveDone) {
-    LeaveSong("song", 35);
+TEST_F(SongNotesTest, AWantedSongIsKeptHoweverShortItWasWhenItWasBrokenOff) {
+    LeaveSong("song", 1);
     Notes.Write("song", Note(true));
-    EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Fate, LeftSongFate::Delete);
+    const LeftSongDecision decision = DecideLeftSong(Machine.Files, Folder, Found().at(0));
+    EXPECT_EQ(decision.Fate, LeftSongFate::Transfer);
+    EXPECT_EQ(decision.Seconds, 1);
 }
 
 TEST_F(SongNotesTest, ANoteWithoutItsSongOrWithSomethingElseIsDeleted) {
@@ -304,18 +303,6 @@ TEST_F(SongNotesTest, ASongThatWasClosedKeepsItsEnd) {
         EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Seconds, 38);
         EXPECT_EQ(ReadWavInfo(Machine.Files, path)->DataBytes, 38u * 176400u);
     }
-}
-
-TEST_F(SongNotesTest, ASongThatWasKeptIsNotTooShortLater) {
-    PutClosedSong(Machine.Files, std::string(Folder) + "/song.wav");
-    SongNote note = Note(true);
-    note.LeastSeconds = 60;  // the last file of a song that filled others
-    Notes.Store("song", note);
-    EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Fate, LeftSongFate::Delete);
-    PutClosedSong(Machine.Files, std::string(Folder) + "/kept.wav");
-    note.Closed = true;
-    Notes.Store("kept", note);
-    EXPECT_EQ(DecideLeftSong(Machine.Files, Folder, Found().at(0)).Fate, LeftSongFate::Transfer);
 }
 
 TEST_F(SongNotesTest, AClaimWhoseSongHasAnotherNameYetIsOnlyANote) {

@@ -41,7 +41,6 @@ std::optional<SongNote> ReadSongNote(Files& files, const std::string& path) {
     SongNote note;
     note.Run = text("Run");
     note.Wanted = profile.ReadInt(NoteSection, "Wanted", 0) != 0;
-    note.LeastSeconds = profile.ReadInt(NoteSection, "LeastSeconds", 0);
     note.Media.StationName = text("Station");
     note.Media.Artist = text("Artist");
     note.Media.Song = text("Title");
@@ -60,12 +59,12 @@ std::optional<SongNote> ReadSongNote(Files& files, const std::string& path) {
 }
 
 std::string SongNoteText(const SongNote& note) {
-    std::string text =
-        std::string("[") + NoteSection + "]\nRun=" + Value(note.Run) +
-        "\nWanted=" + (note.Wanted ? "1" : "0") + "\nLeastSeconds=" + std::to_string(note.LeastSeconds) +
-        "\nFilePart=" + std::to_string(note.Media.FilePart) + "\nStation=" + Value(note.Media.StationName) +
-        "\nArtist=" + Value(note.Media.Artist) + "\nTitle=" + Value(note.Media.Song) +
-        "\nAlbum=" + Value(note.Media.Album) + "\nCover=" + Value(note.Media.Cover) + "\n";
+    std::string text = std::string("[") + NoteSection + "]\nRun=" + Value(note.Run) +
+                       "\nWanted=" + (note.Wanted ? "1" : "0") +
+                       "\nFilePart=" + std::to_string(note.Media.FilePart) +
+                       "\nStation=" + Value(note.Media.StationName) + "\nArtist=" + Value(note.Media.Artist) +
+                       "\nTitle=" + Value(note.Media.Song) + "\nAlbum=" + Value(note.Media.Album) +
+                       "\nCover=" + Value(note.Media.Cover) + "\n";
     if (note.Begin != Certainty::None) text += "Begin=" + std::string(WordOf(note.Begin)) + "\n";
     if (note.End != Certainty::None) text += "End=" + std::string(WordOf(note.End)) + "\n";
     if (note.Closed) text += "Closed=1\n";
@@ -174,9 +173,9 @@ LeftSongDecision DecideLeftSong(Files& files, const std::string& songTempFolder,
         if (!isNone) decision.Fate = LeftSongFate::Leave;
         return decision;
     }
-    // What its close has kept is long enough.
-    const auto least = isClosed ? 0 : static_cast<uint64_t>(std::max(song.Note.LeastSeconds, 0));
-    if (info->DataBytes <= least * info->Format.nAvgBytesPerSec) return decision;
+    // What its close has kept is long enough. What a crash has broken off is a part of a song that was
+    // wanted.
+    if (!isClosed && info->DataBytes < info->Format.nAvgBytesPerSec) return decision;
     decision.Seconds = static_cast<int32_t>(info->DataBytes / info->Format.nAvgBytesPerSec);
     decision.Fate = LeftSongFate::Transfer;
     return decision;

@@ -18,7 +18,6 @@ namespace Corvetape {
 struct SongNote {
     std::string Run;           ///< name of the run that writes the song
     bool Wanted = false;       ///< its close would have kept it
-    int32_t LeastSeconds = 0;  ///< songs of at most so many seconds are discarded
     STATIONANDSONGDATA Media;  ///< what its close would have handed on; no title where names do not count
     bool Closed = false;       ///< its file ends where its header says
 
@@ -110,10 +109,10 @@ struct LeftSongDecision {
     int32_t Seconds = 0;  ///< of sound in the file
 };
 
-/// Repairs the header of a song and decides as its close would have done: kept if it was wanted and is longer
-/// than the least length. One that was closed already goes to an encoder as its close has made it, however
-/// long it is, unless its music is there. A file that is no song, or that holds no sound, is deleted. A
-/// wanted song that cannot be read or repaired is left.
+/// Repairs the header of a song and decides what becomes of it: kept if it was wanted, however short it is,
+/// as nobody knows how long it would have become. One that was closed already goes to an encoder as its close
+/// has made it, unless its music is there. A file that is no song, or that holds less than a second of sound,
+/// is deleted. A wanted song that cannot be read or repaired is left.
 LeftSongDecision DecideLeftSong(Files& files, const std::string& songTempFolder, const LeftSong& song);
 
 /// Where an encoder writes the path of the music that it has made.
