@@ -34,6 +34,18 @@ WindowPosition DefaultCoverBarPosition(TwipSize bar, const WindowPlace& mainWind
     return {mainWindow.Width - bar.Width / 2, mainWindow.Top + bar.Height};
 }
 
+WindowPosition BesideMainWindow(WindowPosition at, TwipSize bar, const WindowPlace& mainWindow,
+                                TwipSize screen) {
+    constexpr int32_t gap = 16 * ScreenTwipsPerPixel;  // also room for the frame of the window
+    const int32_t right = mainWindow.Left + mainWindow.Width;
+    const bool covers = at.Left < right && at.Left + bar.Width > mainWindow.Left &&
+                        at.Top < mainWindow.Top + mainWindow.Height && at.Top + bar.Height > mainWindow.Top;
+    if (!covers) return at;
+    if (right + gap + bar.Width <= screen.Width) return {right + gap, at.Top};
+    if (mainWindow.Left - gap - bar.Width >= 0) return {mainWindow.Left - gap - bar.Width, at.Top};
+    return at;
+}
+
 DisplayScale DisplayScaleOf(int32_t twipsPerPixelX, int32_t twipsPerPixelY) {
     constexpr auto design = static_cast<float>(DesignTwipsPerPixel);
     return {static_cast<float>(twipsPerPixelX) / design, static_cast<float>(twipsPerPixelY) / design};

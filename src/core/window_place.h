@@ -42,6 +42,11 @@ WindowPosition DefaultPlainBarPosition(TwipSize bar, TwipSize screen);
 /// the left plays no part in it; this odd rule is kept.
 WindowPosition DefaultCoverBarPosition(TwipSize bar, const WindowPlace& mainWindow);
 
+/// Moves a bar that would cover the main window to its right, or to its left where the screen ends
+/// there. It stays where there is room on neither side, and where it covers nothing.
+WindowPosition BesideMainWindow(WindowPosition at, TwipSize bar, const WindowPlace& mainWindow,
+                                TwipSize screen);
+
 /// All windows were laid out at this many twips for each pixel.
 inline constexpr int32_t DesignTwipsPerPixel = 12;
 

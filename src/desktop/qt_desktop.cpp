@@ -1,10 +1,9 @@
 #include "desktop/qt_desktop.h"
 
 #include <QApplication>
-#include <QDesktopServices>
 #include <QLocale>
 #include <QScreen>
-#include <QUrl>
+#include <QWindow>
 
 #include "app/state.h"
 #include "platform/linux/desktop/compositor.h"
@@ -44,10 +43,6 @@ void QtDesktop::ShowPointer(MousePointer pointer) {
     }
 }
 
-bool QtDesktop::Open(const std::string& addressOrFolder) {
-    return QDesktopServices::openUrl(QUrl::fromUserInput(QString::fromStdString(addressOrFolder)));
-}
-
 void QtDesktop::MoveWindow(int32_t left, int32_t top) {
     Window->move(left / ScreenTwipsPerPixel, top / ScreenTwipsPerPixel);
 }
@@ -85,7 +80,19 @@ void QtDesktop::LoadBars() {
     const BarStyle style = wayland || CompositorRuns() ? BarStyle::Composited : BarStyle::Plain;
     PlainBar = std::make_unique<QuickBarWindow>(*Parts, Forms->PlainBar, style);
     CoverBar = std::make_unique<CoverBarWindow>(*Parts, Forms->CoverBar, style);
-    Forms->Form.tmr1Second.Timer.Connect([this, &bars] { bars.IconIsThere(IconIsThere()); });
+    Forms->Form.tmr1Second.Timer.Connect([this, &bars] {
+        bars.IconIsThere(IconIsThere());
+        SeeWindowPlaced();
+    });
+}
+
+/// A desktop places a new window some time after the program has shown it.
+void QtDesktop::SeeWindowPlaced() {
+    if (WindowPlaced || Window == nullptr || !Window->windowHandle()) return;
+    if (!Window->windowHandle()->isExposed()) return;
+    WindowPlaced = true;
+    ReportPlace();
+    Parts->Bars.MainWindowPlaced();
 }
 
 void QtDesktop::CloseBars() {

@@ -31,7 +31,6 @@ class QtDesktop : public Desktop {
     bool ClaimInstance() override { return Instance.Claim(); }
     void ActivateOther() override { Instance.ActivateOther(); }
     std::string Language() override;
-    bool Open(const std::string& addressOrFolder) override;
     void MoveWindow(int32_t left, int32_t top) override;
     void MinimizeWindow() override;
     void ShowWindow() override;
@@ -46,6 +45,7 @@ class QtDesktop : public Desktop {
  private:
     void ComeForward();
     void ReportPlace();
+    void SeeWindowPlaced();
     void ShowPointer(MousePointer pointer) override;
     bool IconIsThere() const { return Tray && Tray->Present(); }
 
@@ -53,6 +53,7 @@ class QtDesktop : public Desktop {
     MainWindow* Window = nullptr;
     const UiParts* Parts = nullptr;
     State* Forms = nullptr;
+    bool WindowPlaced = false;
     std::unique_ptr<QuickBarWindow> PlainBar;
     std::unique_ptr<CoverBarWindow> CoverBar;
     std::unique_ptr<TrayHosts> Hosts;

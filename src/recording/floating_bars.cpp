@@ -51,12 +51,31 @@ void FloatingBars::Put(Form& bar, TwipSize size, const WindowPosition& fallback,
     bar.Place({at.Left, at.Top, size.Width, size.Height});
 }
 
+WindowPosition FloatingBars::DefaultCoverPlace() const {
+    const TwipSize size{Parts.Cover.Place().Width, Parts.Cover.Place().Height};
+    const WindowPlace& window = Parts.Form.Place();
+    const WindowPosition at = DefaultCoverBarPosition(size, window);
+    return Parts.Options.QuickButtonsPos.empty() ? BesideMainWindow(at, size, window, Screen) : at;
+}
+
+void FloatingBars::MainWindowPlaced() {
+    const WindowPosition now{Parts.Cover.Place().Left, Parts.Cover.Place().Top};
+    if (!Loaded || now != LoadedAt || !Parts.Options.QuickButtonsPos.empty()) return;
+    WindowPlace place = Parts.Cover.Place();
+    const WindowPosition at = DefaultCoverPlace();
+    place.Left = at.Left;
+    place.Top = at.Top;
+    Parts.Cover.Place(place);
+}
+
 void FloatingBars::Load(TwipSize screen) {
+    Screen = screen;
     const TwipSize plain = ScaleBar(Parts.Plain, PlainSize);
     Put(Parts.Plain, plain, DefaultPlainBarPosition(plain, screen), screen);
     frmCoverButtons& bar = Parts.Cover;
     const TwipSize cover = ScaleBar(bar, CoverSize);
-    Put(bar, cover, DefaultCoverBarPosition(cover, Parts.Form.Place()), screen);
+    Put(bar, cover, DefaultCoverPlace(), screen);
+    LoadedAt = {bar.Place().Left, bar.Place().Top};
     bar.CoverBoxWidth = static_cast<float>(cover.Width) / ScreenTwipsPerPixel;
     bar.CoverBoxHeight = static_cast<float>(cover.Height) / ScreenTwipsPerPixel;
     InUse = Parts.Options.OldView ? static_cast<Form*>(&Parts.Plain) : &Parts.Cover;

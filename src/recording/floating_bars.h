@@ -41,6 +41,10 @@ class FloatingBars {
     /// Places both on a screen of this size in twips, and shows the one in use if the user wants one.
     void Load(TwipSize screen);
 
+    /// The desktop has put the main window to its place, which may be another one than at Load. A cover bar
+    /// that stands at its default place, because none was ever stored, leaves the window free.
+    void MainWindowPlaced();
+
     /// Writes place and visibility of the one in use. Nothing before Load.
     void Save();
 
@@ -72,11 +76,14 @@ class FloatingBars {
     void ShowOverlay(bool shown);
     void HideTimerFired();
     void CoverChanged();
+    WindowPosition DefaultCoverPlace() const;
     void Put(Form& bar, TwipSize size, const WindowPosition& fallback, TwipSize screen);
 
     FloatingBarsParts Parts;
     Form* InUse;
     Connection CoversChanged;
+    TwipSize Screen;
+    WindowPosition LoadedAt;  ///< the cover bar
     bool Loaded = false;
     bool IconThere = false;
 };

@@ -37,6 +37,31 @@ TEST(DefaultBarPositions, WhereTheMainWindowIsFromTheLeftPlaysNoPartForTheCoverB
     EXPECT_EQ(DefaultCoverBarPosition(Bar, {0, 700, 9000, 6000}), at);
 }
 
+TEST(BesideMainWindow, ABarThatCoversTheWindowGoesToItsRight) {
+    const WindowPlace window{4000, 700, 9000, 6000};
+    const WindowPosition at = DefaultCoverBarPosition(Bar, window);
+    const WindowPosition beside = BesideMainWindow(at, Bar, window, Screen);
+    EXPECT_GE(beside.Left, window.Left + window.Width);
+    EXPECT_LE(beside.Left + Bar.Width, Screen.Width);
+    EXPECT_EQ(beside.Top, at.Top);
+}
+
+TEST(BesideMainWindow, ToItsLeftWhereTheScreenEndsAtItsRight) {
+    const WindowPlace window{Screen.Width - 9000, 700, 9000, 6000};
+    const WindowPosition at{window.Left + 100, 1200};
+    const WindowPosition beside = BesideMainWindow(at, Bar, window, Screen);
+    EXPECT_GE(beside.Left, 0);
+    EXPECT_LE(beside.Left + Bar.Width, window.Left);
+}
+
+TEST(BesideMainWindow, StaysWithoutRoomAndWhereItCoversNothing) {
+    const WindowPosition over{500, 1200};
+    EXPECT_EQ(BesideMainWindow(over, Bar, {0, 0, Screen.Width, Screen.Height}, Screen), over);
+    EXPECT_EQ(BesideMainWindow(over, Bar, {500 + Bar.Width, 700, 9000, 6000}, Screen), over)
+        << "its neighbour";
+    EXPECT_EQ(BesideMainWindow(over, Bar, {0, 1200 + Bar.Height, 9000, 6000}, Screen), over) << "below it";
+}
+
 TEST(DisplayScaling, DoesNothingOnTheDisplayOfTheDesign) {
     const DisplayScale scale = DisplayScaleOf(12, 12);
     EXPECT_TRUE(scale.IsDesign());

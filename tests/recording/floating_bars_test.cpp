@@ -52,6 +52,28 @@ TEST(FloatingBars, StandWhereTheyStoodOrAtTheirDefaultPlaces) {
     EXPECT_EQ(outside.Cover.Place().Top, 1500 + 107 * 15);
 }
 
+TEST(FloatingBars, AtTheFirstStartTheCoverBarIsBesideTheWindow) {
+    Rig rig;
+    EXPECT_GE(rig.Cover.Place().Left, 3000 + 15'000);
+    EXPECT_EQ(rig.Cover.Place().Top, 1500 + 107 * 15);
+    // The desktop has put the window elsewhere meanwhile.
+    rig.Form.Place({13'000, 4500, 15'000, 10'000});
+    rig.Bars.MainWindowPlaced();
+    EXPECT_LE(rig.Cover.Place().Left + rig.Cover.Place().Width, 13'000) << "no room at its right";
+    EXPECT_EQ(rig.Cover.Place().Top, 4500 + 107 * 15);
+}
+
+TEST(FloatingBars, ThatWereMovedOrStoredStayWhereTheyAre) {
+    Rig moved;
+    moved.Cover.Place({4500, 3000, 106 * 15, 107 * 15});
+    moved.Bars.MainWindowPlaced();
+    EXPECT_EQ(moved.Cover.Place().Left, 4500);
+    Rig stored("4500;3000;1;1");
+    stored.Form.Place({10'000, 4500, 15'000, 10'000});
+    stored.Bars.MainWindowPlaced();
+    EXPECT_EQ(stored.Cover.Place().Left, 4500);
+}
+
 TEST(FloatingBars, SwitchingBringsTheOtherOneToTheSamePlace) {
     Rig rig("4500;3000");
     rig.Cover.mnuContextItem[30].Press();
