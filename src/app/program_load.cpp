@@ -139,20 +139,23 @@ Program::Next Program::ChooseLanguage() {
         // An unattended start asks nobody: the next one that can does.
         const bool asked = Options.Boxes != nullptr && !ReadSwitches(Options.CommandLine).DontAsk;
         language = asked ? Options.Boxes->AskLanguage(fitting) : fitting;
-        if (asked) Parts->Store.WriteSetting("General", "Language", language);
+        // Empty: the program was asked to end meanwhile.
+        if (asked && !language.empty()) Parts->Store.WriteSetting("General", "Language", language);
     }
     if (language.empty()) language = "english";
     Parts->Busy->SetMousePointer(MousePointer::Busy);  // the question had another one
     Parts->Messages.Load(language);
     Parts->Messages.LocalizeControls(Memory->Form);
+    Parts->LanguageList.Show(Memory->Folders.ProgramFolder, language);
     if (Events.TextsReady) Events.TextsReady();
     return Next::Continue;
 }
 
 Program::Next Program::MakeFolders() {
-    Host.Files.MakeFolder(
-        Memory->Folders.SongTempFolder);              // usually there; a missing one is reported by a song
-    Host.Files.MakeFolder(Memory->Folders.Paths[2]);  // usually there; without it there is no log
+    // Both are usually there. A missing one for songs is reported by the first song; without the other there
+    // is no log.
+    Host.Files.MakeFolder(Memory->Folders.SongTempFolder);
+    Host.Files.MakeFolder(Memory->Folders.Paths[2]);
     return Next::Continue;
 }
 

@@ -3,6 +3,7 @@
 #include "app/wiring.h"
 #include "core/common_folder.h"
 #include "core/controls/message_texts.h"
+#include "core/opening.h"
 #include "platform/folders.h"
 #include "platform/system_info.h"
 
@@ -71,9 +72,9 @@ ProgramParts::ProgramParts(const Machine& machine, State& state, const RunOption
       Providers(MediaHost, Covers, {&Browsers, &Players}),
       MediaSwitch(state.Form, MediaHost, Providers, Store),
       Query(state.Form, state.Media, Providers, Bridge.get(), machine),
-      Browser({state.Form, Store, Journal, Messages, machine.Processes, machine.Browser}),
-      Launcher(
-          {state.Form, state.Options, Store, Expansion, machine.Processes, machine.Desktop, machine.Loop}),
+      Browser({state.Form, Store, Journal, Messages, machine.Processes, Say, machine.Browser}),
+      Launcher({state.Form, state.Options, Store, Expansion, machine.Processes, machine.Desktop, machine.Loop,
+                Say}),
       Encoders(state.Form, state.Options, Store, state.Lifecycle, Requests),
       OptionPages(state.Form, state.Options, Store, state.Flags, machine.Dialogs, Messages),
       LogPage(
@@ -86,12 +87,14 @@ ProgramParts::ProgramParts(const Machine& machine, State& state, const RunOption
       Transfer({state.Options, state.Folders, machine.System.RunName(), run.InputFiles, run.KeepNotes},
                state.Media, state.Pause,
                {machine.Files, machine.Processes, Journal, Notes, Counter, WatchTabs}),
-      Songs({machine.Files, machine.Clock, state.Options, state.Folders, WatchTabs, Transfer}),
+      Songs({machine.Files, machine.Clock, state.Options, state.Folders, WatchTabs, Transfer,
+             machine.Processes, Say}),
       Waiting(Writer.SongKept, state.Form.tmrEncodeFile, Transfer, state.Flags, Requests),
       Results(Transfer, machine.Processes, machine.Files, Say),
       Left(machine, state.Folders, Transfer, Notes, Say),
       Reports(Say, state.Messages, Transfer, state.Signal.Format),
-      Links(state.Form, machine.Processes, Messages),
+      Links(state.Form, machine.Processes, Say),
+      LanguageList(state.Form, Store, machine.Files, Say),
       Bars({state.Form, state.PlainBar, state.CoverBar, state.Media, state.Options, Store, machine.Loop,
             Covers}),
       Inputs({state.Form, machine.WaveIn, state.Options, Store, state.Lifecycle}, Device, Say),
@@ -157,6 +160,7 @@ void ProgramParts::ConnectTick() {
         if (Keeper) Keeper->NoteSong();
         Results.Collect();
         Unwritable.Look();
+        ReportUnopened(Host.Processes, Say);
         Left.Recover();
     });
 }

@@ -46,6 +46,7 @@
 #include "post/lists/watch_pages.h"
 #include "post/options/about_links.h"
 #include "post/options/folder_selection.h"
+#include "post/options/language_option.h"
 #include "post/options/log_viewer.h"
 #include "post/options/program_options.h"
 #include "post/transfer/encoder_results.h"
@@ -146,6 +147,7 @@ struct ProgramParts {
     SongReports Reports;
 
     AboutLinks Links;
+    LanguageOption LanguageList;
     FloatingBars Bars;
     InputList Inputs;
     RecordingParts Recording;

@@ -13,6 +13,7 @@
 #include "recording/song_notices.h"
 #include "ui/boxes.h"
 #include "ui/language_question.h"
+#include "ui/make.h"
 #include "ui/provider_question.h"
 #include "ui/text_keys.h"
 
@@ -59,6 +60,13 @@ std::string DesktopProgram::FittingLanguage() {
     const std::string wanted = Screen.Language();
     const bool there = Files.FileSize(Folders->ProgramFolder() + "/" + wanted + ".lang").has_value();
     return there ? wanted : "english";
+}
+
+/// Another program of this user runs, which comes to the front. Nobody is asked anything for that.
+bool DesktopProgram::IsSecond() {
+    if (Screen.ClaimInstance() || ReadSwitches(Arguments.CommandLine).Update) return false;
+    Screen.ActivateOther();
+    return true;
 }
 
 /// Where there is nothing to record, the demo radio is offered.
@@ -135,10 +143,23 @@ void DesktopProgram::MakeWindow() {
     Media = std::make_unique<MediaKeys>(state.Form, state.Flags, state.Media, Presence);
 }
 
-void DesktopProgram::SetUrl(const std::string& /*page*/, bool /*online*/) {
+void DesktopProgram::SetUrl(const std::string& page, bool /*online*/) {
     const Desk desk = Recorder->Shown();
-    desk.Values.Form.lblStatus[1].Caption(desk.Texts.FormatMsg(Key::NotBuilt));
+    const Words say(desk.Texts);
     desk.Values.Lifecycle.WizardRequested = false;
+    if (page == "wizard.htm") {
+        return Dialogs.ShowMessage(say(Key::AssistantLater).toStdString(), DialogIcon::Information);
+    }
+    const std::string manual = Folders->ProgramFolder() + ManualInProgramFolder;
+    if (!Files.FileSize(manual)) {
+        const std::string missing = desk.Texts.FormatMsg(Message::NotThereToOpen.Key, {manual});
+        return Dialogs.ShowMessage(missing, DialogIcon::Exclamation);
+    }
+    if (!Help) Help = Make<HelpWindow>(QString::fromStdString(manual), say, Shown.get());
+    Help->show();
+    Help->raise();
+    Help->activateWindow();
+    if (page == "search.htm") Help->BeginSearch();
 }
 
 void DesktopProgram::Ask(dlgProvider& dialog) {
@@ -147,10 +168,12 @@ void DesktopProgram::Ask(dlgProvider& dialog) {
 
 /// The user chooses at the first start, with the language of the desktop preselected.
 std::string DesktopProgram::AskLanguage(const std::string& fitting) {
+    if (EndsEarly) return {};
     dlgLanguage dialog;
     LanguageChoice choice(dialog, Files, Dialogs, Folders->ProgramFolder(), fitting);
     Screen.Pointer(MousePointer::Default);
     AskForLanguage(dialog, choice);
+    if (EndsEarly) return {};  // nobody has answered
     return choice.Chosen().empty() ? fitting : choice.Chosen();
 }
 
@@ -160,19 +183,33 @@ void DesktopProgram::WatchTheEnd() {
     if (QSocketNotifier* const request = Requests.Notifier()) {
         QObject::connect(request, &QSocketNotifier::activated, request, [this] {
             EndSignals::Take();
-            static_cast<void>(Recorder->Close());
+            EndWanted();
         });
     }
     QObject::connect(
         qApp, &QGuiApplication::commitDataRequest, qApp,
         [this](QSessionManager& session) {
+            if (!Recorder || !Recorder->Running()) return EndWanted();
             if (!Recorder->Close() && session.allowsInteraction()) session.cancel();
         },
         Qt::DirectConnection);
 }
 
+void DesktopProgram::EndWanted() {
+    if (!Recorder || !Recorder->Running()) {
+        // Whoever waits for an answer goes on, and nobody is asked any more.
+        EndsEarly = true;
+        Dialogs.Ending(true);
+        CloseBoxes();
+    }
+    if (Recorder) static_cast<void>(Recorder->Close());
+}
+
 int DesktopProgram::Run() {
+    WatchTheEnd();
+    if (IsSecond()) return 0;
     Demo = ChooseInput();
+    if (EndsEarly) return 0;
     Recorder = std::make_unique<Program>(ThisMachine(), Options(), Events());
     State& state = Recorder->Values();
     Trace = std::make_unique<SignalTrace>(state.Signal, state.Pause, Clock);
@@ -180,7 +217,7 @@ int DesktopProgram::Run() {
     state.Form.tmr1Second.Timer.Connect([this] { Trace->Follow(); });
     if (!Recorder->Load()) return 0;
     if (QGuiApplication::platformName().startsWith("wayland")) Recorder->Report(Key::WaylandBars);
-    WatchTheEnd();
+    Dialogs.Ending(false);
     if (Recorder->Running()) Loop.Run();
     return 0;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <memory>
 #include <optional>
 #include <string>
@@ -33,6 +34,7 @@
 #include "recording/run_songs.h"
 #include "recording/signal_trace.h"
 #include "ui/cover_bar.h"
+#include "ui/help_window.h"
 #include "ui/main_window.h"
 
 namespace Corvetape {
@@ -57,6 +59,7 @@ class DesktopProgram : private FormBoxes, private HelpPages {
     void Ask(dlgProvider& dialog) override;
     std::string AskLanguage(const std::string& fitting) override;
 
+    bool IsSecond();
     bool ChooseInput();
     Machine ThisMachine();
     RunOptions Options();
@@ -65,7 +68,10 @@ class DesktopProgram : private FormBoxes, private HelpPages {
     std::string FittingLanguage();
     void WatchTheEnd();
 
-    /// Help and assistant are not there yet: a key that asks for them is answered in the status line.
+    /// The user or the system wants the end, by a signal or with the session.
+    void EndWanted();
+
+    /// The help is the manual; the assistant is not there yet.
     void SetUrl(const std::string& page, bool online) override;
 
     DesktopArguments Arguments;
@@ -100,6 +106,8 @@ class DesktopProgram : private FormBoxes, private HelpPages {
     std::unique_ptr<MediaKeys> Media;
     DesktopScheme Scheme;
     EndSignals Requests;
+    bool EndsEarly = false;  ///< the end was wanted before the main loop
+    QPointer<HelpWindow> Help;
 };
 
 }  // namespace Corvetape

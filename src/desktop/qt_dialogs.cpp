@@ -1,9 +1,7 @@
 #include "desktop/qt_dialogs.h"
-#include "core/version.h"
 
 #include <QApplication>
 #include <QFileDialog>
-#include <QMessageBox>
 
 namespace Corvetape {
 
@@ -31,37 +29,38 @@ class NormalPointer {
     bool Taken;
 };
 
-int Show(QWidget* window, const std::string& text, DialogIcon icon, QMessageBox::StandardButtons buttons,
-         QMessageBox::StandardButton preselected = QMessageBox::NoButton,
-         const QString& title = ProgramTitle) {
-    QMessageBox box(IconOf(icon), title, QString::fromStdString(text), buttons, window);
+}  // namespace
+
+int QtDialogs::Show(const std::string& text, DialogIcon icon, QMessageBox::StandardButtons buttons,
+                    QMessageBox::StandardButton preselected, const QString& title) const {
+    if (IsEnding) return QMessageBox::NoButton;
+    QMessageBox box(IconOf(icon), title, QString::fromStdString(text), buttons, Window);
     box.setDefaultButton(preselected);
     box.setTextFormat(Qt::PlainText);  // titles of strangers stand in it
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     const NormalPointer pointer;
     return box.exec();
 }
 
-}  // namespace
-
 void QtDialogs::ShowMessage(const std::string& text, DialogIcon icon) {
-    Show(Window, text, icon, QMessageBox::Ok);
+    Show(text, icon, QMessageBox::Ok);
 }
 
 void QtDialogs::ShowTitled(const std::string& title, const std::string& text, DialogIcon icon) {
-    Show(Window, text, icon, QMessageBox::Ok, QMessageBox::NoButton, QString::fromStdString(title));
+    Show(text, icon, QMessageBox::Ok, QMessageBox::NoButton, QString::fromStdString(title));
 }
 
 bool QtDialogs::AskYesNo(const std::string& text, DialogIcon icon) {
-    return Show(Window, text, icon, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+    return Show(text, icon, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
 }
 
 bool QtDialogs::AskNoYes(const std::string& text, DialogIcon icon) {
     const auto buttons = QMessageBox::Yes | QMessageBox::No;
-    return Show(Window, text, icon, buttons, QMessageBox::No) == QMessageBox::Yes;
+    return Show(text, icon, buttons, QMessageBox::No) == QMessageBox::Yes;
 }
 
 bool QtDialogs::AskOkCancel(const std::string& text, DialogIcon icon) {
-    return Show(Window, text, icon, QMessageBox::Ok | QMessageBox::Cancel) == QMessageBox::Ok;
+    return Show(text, icon, QMessageBox::Ok | QMessageBox::Cancel) == QMessageBox::Ok;
 }
 
 void QtDialogs::Beep() {

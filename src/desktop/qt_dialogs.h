@@ -1,9 +1,10 @@
 #pragma once
 
+#include <QMessageBox>
 #include <QPointer>
 #include <QWidget>
-#include <functional>
 
+#include "core/version.h"
 #include "platform/dialogs.h"
 
 namespace Corvetape {
@@ -13,6 +14,10 @@ class QtDialogs : public Dialogs {
  public:
     /// The window that boxes belong to; there may be none yet.
     void Over(QWidget* window) { Window = window; }
+
+    /// Whether the program was asked to end before it runs: no box opens any more, and each is answered as if
+    /// the user had closed it.
+    void Ending(bool ending) { IsEnding = ending; }
 
     void ShowMessage(const std::string& text, DialogIcon icon) override;
     void ShowTitled(const std::string& title, const std::string& text, DialogIcon icon) override;
@@ -27,7 +32,12 @@ class QtDialogs : public Dialogs {
                                        const std::string& start) override;
 
  private:
+    int Show(const std::string& text, DialogIcon icon, QMessageBox::StandardButtons buttons,
+             QMessageBox::StandardButton preselected = QMessageBox::NoButton,
+             const QString& title = ProgramTitle) const;
+
     QPointer<QWidget> Window;
+    bool IsEnding = false;
 };
 
 }  // namespace Corvetape

@@ -11,7 +11,7 @@ struct dlgLanguage : Form {
 
     Label Label1;  ///< in both languages, since none is known yet
     ComboBox cboLanguage;
-    ListBox flist;  ///< never seen: the language files
+    ListBox flist;  ///< never seen: the language files, in the order of cboLanguage
     CommandButton cmdOK;
 };
 

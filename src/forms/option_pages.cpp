@@ -16,6 +16,8 @@ Options1Page::Options1Page(Form& form)
       chkStoreCoverImage(form, "chkStoreCoverImage"),
       chkNotifySongs(form, "chkNotifySongs"),
       chkMaximizeButton(form, "chkMaximizeButton"),
+      lblLanguage(form, "lblLanguage"),
+      cmbLanguage(form, "cmbLanguage"),
       chkNoStartupInfo(form, "chkNoStartupInfo"),
       lstEncodeDelay(form, "lstEncodeDelay"),
       lstBufferFlag(form, "lstBufferFlag") {
@@ -30,6 +32,7 @@ Options1Page::Options1Page(Form& form)
     chkStoreCoverImage.Wording("1148", "Store the cover image with the song");
     chkNotifySongs.Wording("1700", "Show a desktop notification for each song that is kept");
     chkMaximizeButton.Wording("1551", "Maximise button makes the window large");
+    lblLanguage.Wording("61883", "Language:");
     lstEncodeDelay.Wording("1149", "Start encoding to MP3, WMA etc. after a delay of n seconds");
     lstBufferFlag.Wording("1150", "Buffer processing method");
     for (int32_t seconds = 30; seconds >= 0; --seconds) lstEncodeDelay.AddItem(std::to_string(seconds));

@@ -20,6 +20,8 @@ struct Options1Page {
     CheckBox chkStoreCoverImage;
     CheckBox chkNotifySongs;
     CheckBox chkMaximizeButton;
+    Label lblLanguage;
+    ComboBox cmbLanguage;
     CheckBox chkNoStartupInfo;  ///< on no page and yet visible: it is for pages of the assistant
     ListBox lstEncodeDelay;     ///< entries 30 down to 0
     ListBox lstBufferFlag;      ///< entries 4 down to 1

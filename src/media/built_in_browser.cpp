@@ -1,5 +1,7 @@
 #include "media/built_in_browser.h"
 
+#include "core/opening.h"
+
 namespace Corvetape {
 
 namespace {
@@ -29,9 +31,8 @@ void BuiltInBrowser::Navigate() {
 }
 
 void BuiltInBrowser::OpenOutside() {
-    // Whoever is started reports by itself that it could not.
-    Parts.Processes.ShellOpen(Parts.Form.objWebBrowser.Address(), "", "");
-    LoadEnded();
+    LoadEnded();  // first: the report of a failure waits for the user
+    Corvetape::OpenOutside(Parts.Form.objWebBrowser.Address(), Parts.Processes, Parts.Say);
 }
 
 WebViewTerms BuiltInBrowser::Terms() const {

@@ -5,6 +5,7 @@
 #include "core/controls/message_texts.h"
 #include "core/controls/messages.h"
 #include "core/log.h"
+#include "core/reporter.h"
 #include "core/settings/settings_store.h"
 #include "forms/frm_main.h"
 #include "platform/processes.h"
@@ -19,6 +20,7 @@ struct BuiltInBrowserParts {
     Log& Journal;
     const clsLocalizeControls& Messages;
     Corvetape::Processes& Processes;
+    Reporter& Say;
     WebView* View = nullptr;  ///< none: addresses open in the user's own browser
 };
 

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "core/opening.h"
+
 namespace Corvetape {
 
 StationLaunch::StationLaunch(StationLaunchParts parts) : Parts(parts) {
@@ -27,8 +29,7 @@ void StationLaunch::Launch() {
     if (index < 0 || static_cast<size_t>(index) >= addresses.size()) return;
     const std::string address = addresses[static_cast<size_t>(index)];
     if (address.find("://") == std::string::npos) {
-        // Whoever is started reports by itself that it could not.
-        Parts.Processes.ShellOpen(Parts.Expansion.ExpandPlaceholders(address), "", "");
+        OpenOutside(Parts.Expansion.ExpandPlaceholders(address), Parts.Processes, Parts.Say);
         return;
     }
     Parts.Form.cmdLaunchURL.Enabled(false);

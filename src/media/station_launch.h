@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "core/reporter.h"
 #include "core/settings/settings_store.h"
 #include "core/text/placeholders.h"
 #include "forms/frm_main.h"
@@ -20,6 +21,7 @@ struct StationLaunchParts {
     Corvetape::Processes& Processes;
     Corvetape::Desktop& Desktop;
     EventLoop& Loop;
+    Reporter& Say;
 };
 
 /// The list of stations and other things to start. An entry with an address opens in the form's own browser,

@@ -11,8 +11,8 @@ enum class TrayState : int16_t { Idle = 0, Recording = 1, Waiting = 2 };
 /// The pointer of the mouse, for the whole program. The numbers are those of the system's own pointers.
 enum class MousePointer : int16_t { Default = 0, Busy = 11 };
 
-/// The desktop round the program. By itself it is one without a screen: nothing is shown, nothing can be
-/// opened, and the program is the only one of its user.
+/// The desktop round the program. By itself it is one without a screen: nothing is shown, and the program is
+/// the only one of its user.
 class Desktop {
  public:
     virtual ~Desktop() = default;
@@ -32,9 +32,6 @@ class Desktop {
         OwnPointer = pointer;
         ShowPointer(pointer);
     }
-
-    /// Opens an address or a folder in the program that the user has for it. False if there is none.
-    virtual bool Open(const std::string& /*addressOrFolder*/) { return false; }
 
     /// Where the window is to stand, in twips; that it is to be minimised; and that it is to be seen, unless
     /// it was minimised.

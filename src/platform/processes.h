@@ -110,6 +110,10 @@ class Processes {
     virtual int32_t ShellOpen(const std::string& path, const std::string& parameters,
                               const std::string& workingFolder) = 0;
 
+    /// Addresses and documents that ShellOpen has handed to the desktop and that the desktop has failed to
+    /// open since the last call.
+    virtual std::vector<std::string> TakeUnopened() { return {}; }
+
     /// Hidden jobs that have not ended yet.
     virtual size_t Running() = 0;
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 
+#include "core/controls/message_texts.h"
+#include "core/opening.h"
 #include "core/text/date_format.h"
 #include "post/lists/watch_list.h"
 
@@ -47,6 +49,18 @@ std::string SongActions::FileToPlay(const RunSong& song) const {
         if (!path.empty() && Parts.Files.FileSize(path)) return path;
     }
     return {};
+}
+
+void SongActions::Play(const RunSong& song) {
+    const std::string file = FileToPlay(song);
+    if (!file.empty()) return OpenOutside(file, Parts.Processes, Parts.Say);
+    const std::string name = song.Media.Song.empty() ? BaseNameOf(song.TempFile) : song.Media.Song;
+    Parts.Say.Box(Parts.Say.Text(Message::SongIsGone.Key, {name}), DialogIcon::Information);
+}
+
+void SongActions::OpenFolder(const RunSong& song) {
+    const std::string file = FileToPlay(song);
+    if (!file.empty()) OpenOutside(file.substr(0, file.rfind('/')), Parts.Processes, Parts.Say);
 }
 
 bool SongActions::CanBeKept(const RunSong& song) const {

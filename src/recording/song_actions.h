@@ -3,9 +3,11 @@
 #include <string>
 #include <string_view>
 
+#include "core/reporter.h"
 #include "core/settings/settings.h"
 #include "platform/clock.h"
 #include "platform/files.h"
+#include "platform/processes.h"
 #include "post/lists/watch_pages.h"
 #include "post/transfer/transfer_job.h"
 #include "recording/run_songs.h"
@@ -20,6 +22,8 @@ struct SongActionsParts {
     const WorkingFolders& Folders;
     WatchPages& Lists;
     TransferJob& Transfer;
+    Corvetape::Processes& Processes;
+    Reporter& Say;
 };
 
 /// What the user can do with a song of this run's list.
@@ -29,6 +33,12 @@ class SongActions {
 
     /// What a player is given: the music file, or the recording while there is none. Empty if both are gone.
     std::string FileToPlay(const RunSong& song) const;
+
+    /// Gives the song to the user's player. What cannot be played is reported in a box.
+    void Play(const RunSong& song);
+
+    /// Shows the folder with the song's file.
+    void OpenFolder(const RunSong& song);
 
     /// The song was not kept, or its encoder has failed, and its recording is still there.
     bool CanBeKept(const RunSong& song) const;

@@ -7,7 +7,10 @@ namespace Corvetape {
 
 void CloseBoxes() {
     for (QWidget* window : QApplication::topLevelWidgets()) {
-        if (auto* const box = qobject_cast<QDialog*>(window)) box->reject();
+        auto* const box = qobject_cast<QDialog*>(window);
+        if (box == nullptr) continue;
+        box->reject();
+        if (box->isVisible()) box->done(QDialog::Rejected);
     }
 }
 

@@ -2,7 +2,6 @@
 
 #include <QAbstractListModel>
 #include <QContextMenuEvent>
-#include <QDesktopServices>
 #include <QDialog>
 #include <QFileInfo>
 #include <QMenu>
@@ -11,7 +10,6 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QStyledItemDelegate>
-#include <QUrl>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -106,10 +104,6 @@ namespace {
 QString NameOf(const RunSong& song) {
     if (!song.Media.Song.empty()) return QString::fromStdString(song.Media.Song);
     return QFileInfo(QString::fromStdString(song.TempFile)).completeBaseName();
-}
-
-void Open(const std::string& path) {
-    if (!path.empty()) QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path)));
 }
 
 class SongModel : public QAbstractListModel {
@@ -297,7 +291,7 @@ SongList::SongList(const UiParts& parts) : Parts(parts) {
     setVerticalScrollMode(QListView::ScrollPerPixel);
     setMouseTracking(true);
     connect(this, &QListView::activated, this,
-            [this](const QModelIndex& index) { Open(Parts.Actions.FileToPlay(SongAt(index.row()))); });
+            [this](const QModelIndex& index) { Parts.Actions.Play(RunSong(SongAt(index.row()))); });
     Parts.Covers.Changed.Connect([kept = QPointer<SongList>(this)] {
         if (kept) kept->viewport()->update();
     });
@@ -305,7 +299,7 @@ SongList::SongList(const UiParts& parts) : Parts(parts) {
 
 void SongList::FillMenu(QMenu& menu, int row) {
     const RunSong& song = SongAt(row);
-    const std::string file = Parts.Actions.FileToPlay(song);
+    const bool there = !Parts.Actions.FileToPlay(song).empty();
     const bool named = !Parts.Actions.ListName(song).empty();
     const auto add = [&](const char* key, bool enabled, auto action) {
         QAction* const entry = menu.addAction(Parts.Say(key));
@@ -313,8 +307,8 @@ void SongList::FillMenu(QMenu& menu, int row) {
         entry->setEnabled(enabled);
         connect(entry, &QAction::triggered, this, action);
     };
-    add(Key::PlaySong, !file.empty(), [file] { Open(file); });
-    add(Key::OpenFolder, !file.empty(), [file] { Open(file.substr(0, file.rfind('/'))); });
+    add(Key::PlaySong, there, [this, song] { Parts.Actions.Play(song); });
+    add(Key::OpenFolder, there, [this, song] { Parts.Actions.OpenFolder(song); });
     add(Key::ShowLogLines, true, [this, song] { ShowLogLines(song); });
     menu.addSeparator();
     add(Key::KeepSong, Parts.Actions.CanBeKept(song), [this, number = song.Number] { Keep(number); });

@@ -75,6 +75,16 @@ inline constexpr const char* WaylandBars = "61580";
 inline constexpr const char* EmptyList = "61581";
 inline constexpr const char* OpenBracket = "61855";
 
+// The help, and the choice of the language.
+inline constexpr const char* LanguageCard = "61884";
+inline constexpr const char* LanguageCardLine = "61885";
+inline constexpr const char* HelpTitle = "61886";
+inline constexpr const char* HelpSearch = "61887";
+inline constexpr const char* NotInHelp = "61888";
+inline constexpr const char* HelpBack = "61889";
+inline constexpr const char* AssistantLater = "61890";
+inline constexpr const char* AssistantLaterLine = "61891";
+
 // A control without its function, and the pages of settings: names, headings, lines of explanation.
 inline constexpr const char* NotBuilt = "60005";
 inline constexpr const char* AudioName = "60100";

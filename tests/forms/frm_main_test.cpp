@@ -119,6 +119,7 @@ constexpr CaptionRow CaptionTable[] = {
     {"chkDelTemp", -1, "Delete temporary files after encoding"},
     {"chkDelTempFolder", -1, "Delete temporary files and folder at program termination"},
     {"chkQuitAfterRecording", -1, "Terminate program at end of timed recording"},
+    {"lblLanguage", -1, "Language:"},
     {"chkMaximizeButton", -1, "Maximise button makes the window large"},
     {"chkDelayUnload", -1, "Delay program termination until end of song"},
     {"chkDisableSoundScheme", -1, "Disable sound scheme when Corvetape starts"},

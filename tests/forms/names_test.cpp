@@ -127,6 +127,8 @@ TEST(Names, OfThePagesOfEncodersAndOptions) {
                        {"chkRestartRadioIfSilent"},
                        {"chkStoreCoverImage"},
                        {"chkNotifySongs"},
+                       {"lblLanguage"},
+                       {"cmbLanguage"},
                        {"chkNoStartupInfo"},
                        {"lstEncodeDelay"},
                        {"lstBufferFlag"},

@@ -6,6 +6,7 @@
 #include "core/settings/registry.h"
 #include "media/station_launch.h"
 #include "sim/sim_machine.h"
+#include "support/noted_reports.h"
 
 namespace Corvetape {
 namespace {
@@ -58,9 +59,10 @@ class BuiltInBrowserTest : public testing::Test {
     std::vector<std::string> Logged;
     frmMain Form;
     FakeView View;
+    Corvetape::Test::NotedReports Reports{Computer, Form};
     StationLaunch Launcher{
-        {Form, Options, Store, Expansion, Computer.Processes, Computer.Desktop, Computer.Loop}};
-    BuiltInBrowser Browser{{Form, Store, Journal, Messages, Computer.Processes, &View}};
+        {Form, Options, Store, Expansion, Computer.Processes, Computer.Desktop, Computer.Loop, Reports.Say}};
+    BuiltInBrowser Browser{{Form, Store, Journal, Messages, Computer.Processes, Reports.Say, &View}};
 };
 
 TEST_F(BuiltInBrowserTest, IsNotLoadedBeforeAPageIsWanted) {
@@ -134,12 +136,19 @@ TEST(NoBuiltInBrowser, TheUsersOwnBrowserShowsTheAddress) {
     Log journal{computer.Files, computer.Clock, options, places};
     clsLocalizeControls messages{computer.Files, "/opt/corvetape", computer.Dialogs};
     frmMain form;
-    const BuiltInBrowser browser{{form, store, journal, messages, computer.Processes, nullptr}};
+    Corvetape::Test::NotedReports reports{computer, form, "61880=Nothing opens %1\n"};
+    const BuiltInBrowser browser{{form, store, journal, messages, computer.Processes, reports.Say, nullptr}};
     int ends = 0;
     form.objWebBrowser.DownloadComplete.Connect([&] { ++ends; });
     form.objWebBrowser.Navigate(Station);
     EXPECT_THAT(computer.Processes.ShellCalls, ElementsAre(ShellCall{Station, "", ""}));
     EXPECT_EQ(ends, 1);
+    EXPECT_THAT(computer.Dialogs.Boxes, IsEmpty());
+    computer.Processes.OnShellOpen = [](const ShellCall&) { return 31; };
+    form.objWebBrowser.Navigate(Station);
+    EXPECT_EQ(ends, 2) << "the buttons are free before the box is answered";
+    ASSERT_EQ(computer.Dialogs.Boxes.size(), 1U);
+    EXPECT_EQ(computer.Dialogs.Boxes[0].Text, "Nothing opens " + std::string(Station));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "core/settings/registry.h"
 #include "sim/sim_machine.h"
+#include "support/noted_reports.h"
 
 namespace Corvetape {
 namespace {
@@ -37,8 +38,9 @@ class StationLaunchTest : public testing::Test {
     SettingsStore Store{Computer.Files, Computer.Folders, Registry, Expansion, Computer.System.Version()};
     Settings Options;
     frmMain Form;
+    Corvetape::Test::NotedReports Reports{Computer, Form};
     StationLaunch Launcher{
-        {Form, Options, Store, Expansion, Computer.Processes, Computer.Desktop, Computer.Loop}};
+        {Form, Options, Store, Expansion, Computer.Processes, Computer.Desktop, Computer.Loop, Reports.Say}};
     std::vector<std::string> Pages;
     std::vector<bool> Pointers;
 };

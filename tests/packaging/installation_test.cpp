@@ -67,6 +67,19 @@ TEST(Installation, RunsFromWhereverItIs) {
     EXPECT_NE(recorded.Text.find("kept"), std::string::npos) << recorded.Text;
 }
 
+TEST(Installation, HasTheManualThatTheProgramShowsBesideIt) {
+    const TempFolder folder;
+    ASSERT_EQ(RunShell("cmake --install " + Build + " --prefix " + folder.Path() + "/usr").ExitCode, 0);
+    const fs::path program = fs::canonical(folder / "usr/bin/corvetape").parent_path();
+    for (const fs::path& place : {program, fs::path(Build) / "bin"}) {
+        const std::string manual = TextOfFile(place / "manual/manual.md");
+        EXPECT_EQ(manual, TextOfFile(CORVETAPE_SOURCE_DIR "/docs/manual.md"));
+        for (const std::string& page : AllOf(manual, "\\]\\(([a-z-]+\\.md)")) {
+            EXPECT_TRUE(fs::exists(place / "manual" / page)) << page << " is linked and not there";
+        }
+    }
+}
+
 TEST(Installation, HasIconsOfEverySize) {
     const TempFolder folder;
     ASSERT_EQ(RunShell("cmake --install " + Build + " --prefix " + folder.Path()).ExitCode, 0);

@@ -2,17 +2,31 @@
 
 #include <gtest/gtest.h>
 
+#include "core/controls/message_texts.h"
 #include "post/options/about_links.h"
+#include "post/options/language_option.h"
 #include "post/post_bench.h"
 
 namespace Corvetape::Test {
 namespace {
 
+/// The second file comes from a user and says nothing of its own name.
+void PutLanguages(SimFiles& disk) {
+    disk.Put("/languages/english.lang", "language=English|ignored\n");
+    disk.Put("/languages/frisian.lang", "100=Corvetape\n");
+    disk.Put("/languages/german.lang", "; a comment\nlanguage= Deutsch \n");
+    disk.Put("/languages/notes.txt", "language=Notes\n");
+}
+
+std::vector<std::string> TextsOf(const ListBox& list) {
+    std::vector<std::string> texts;
+    for (const ListItem& item : list.Items()) texts.push_back(item.Text);
+    return texts;
+}
+
 struct Asked {
     explicit Asked(const std::string& wanted) {
-        for (const char* name : {"english.lang", "german.lang", "notes.txt"}) {
-            Bench.Sim.Files.Put("/languages/" + std::string(name), "");
-        }
+        PutLanguages(Bench.Sim.Files);
         Choice.emplace(Dialog, Bench.Sim.Files, Bench.Sim.Dialogs, "/languages", wanted);
         Dialog.Visible(true);
     }
@@ -24,9 +38,9 @@ struct Asked {
 
 TEST(LanguageChoice, OffersTheFilesAndPreselectsTheWantedOne) {
     Asked asked("German");
-    ASSERT_EQ(asked.Dialog.cboLanguage.Items().size(), 2U);
-    EXPECT_EQ(asked.Dialog.cboLanguage.Items()[0].Text, "english");
-    EXPECT_EQ(asked.Dialog.cboLanguage.ListIndex(), 1);
+    EXPECT_EQ(TextsOf(asked.Dialog.cboLanguage), (std::vector<std::string>{"English", "frisian", "Deutsch"}))
+        << "each by its own name";
+    EXPECT_EQ(asked.Dialog.cboLanguage.ListIndex(), 2);
     EXPECT_TRUE(asked.Choice->MayClose());
     asked.Dialog.cmdOK.Press();
     EXPECT_EQ(asked.Choice->Chosen(), "german");
@@ -42,12 +56,62 @@ TEST(LanguageChoice, DoesNotEndWithoutAnAnswer) {
     EXPECT_EQ(asked.Choice->Chosen(), "");
 }
 
+struct Options {
+    Options() {
+        PutLanguages(Bench.Sim.Files);
+        Option.Show("/languages", "German");
+    }
+    std::string Stored() { return Bench.Stored("General", "Language"); }
+
+    Testing::PostBench Bench;
+    LanguageOption Option{Bench.Form, Bench.Store, Bench.Sim.Files, Bench.Say};
+    ComboBox& List = Bench.Form.cmbLanguage;
+};
+
+TEST(LanguageOption, ShowsTheOneInUseAndWritesNothingForThat) {
+    Options options;
+    EXPECT_EQ(TextsOf(options.List), (std::vector<std::string>{"English", "frisian", "Deutsch"}));
+    EXPECT_EQ(options.List.ListIndex(), 2);
+    EXPECT_EQ(options.Stored(), "(none)");
+    EXPECT_EQ(options.Bench.Form.lblStatus[1].Caption(), "");
+}
+
+TEST(LanguageOption, AChoiceIsStoredAtOnceAndTheStatusLineSaysThatItHoldsFromTheNextStart) {
+    Options options;
+    options.List.Select(0);
+    EXPECT_EQ(options.Stored(), "english");
+    EXPECT_EQ(options.Bench.Form.lblStatus[1].Caption(),
+              options.Bench.Messages.FormatMsg(Message::HoldsFromNextStart.Key));
+    options.List.Select(2);
+    EXPECT_EQ(options.Stored(), "german") << "the way back";
+}
+
+TEST(LanguageOption, WithoutAFileOfTheOneInUseNoneIsSelected) {
+    Options options;
+    options.Option.Show("/languages", "klingon");
+    EXPECT_EQ(options.List.ListIndex(), -1);
+    EXPECT_EQ(options.Stored(), "(none)");
+}
+
+TEST(AboutLinks, AnAddressThatNothingOpensIsShownToBeCopied) {
+    Testing::PostBench bench;
+    bench.Sim.Files.Put(bench.Sim.Folders.ProgramFolder() + "/links.lang",
+                        "homepage=http://home/\n61880=Nothing opens %1\n");
+    bench.Messages.Load("links");
+    const AboutLinks links(bench.Form, bench.Sim.Processes, bench.Say);
+    bench.Sim.Processes.OnShellOpen = [](const ShellCall&) { return 31; };
+    bench.Form.lblHomePage.Press();
+    ASSERT_EQ(bench.Sim.Dialogs.Boxes.size(), 1U);
+    EXPECT_EQ(bench.Sim.Dialogs.Boxes[0].Text, "Nothing opens http://home/");
+    EXPECT_EQ(bench.LogLines(), "ERROR\tNothing opens http://home/\n");
+}
+
 TEST(AboutLinks, OpenTheirAddresses) {
     Testing::PostBench bench;
     bench.Sim.Files.Put(bench.Sim.Folders.ProgramFolder() + "/links.lang",
                         "homepage=http://home/\nemail=mailto:us\n");
     bench.Messages.Load("links");
-    const AboutLinks links(bench.Form, bench.Sim.Processes, bench.Messages);
+    const AboutLinks links(bench.Form, bench.Sim.Processes, bench.Say);
     const auto& opened = bench.Sim.Processes.ShellCalls;
     bench.Form.lblHomePage.Press();
     bench.Form.picTaskBar[0].Press();

@@ -33,7 +33,8 @@ struct Rig {
     WorkingFolders Folders;
     MediaState Media;
     PauseSettings Pause;
-    NotedReports Reports{Computer, Form};
+    NotedReports Reports{Computer, Form, "61880=nothing opens: %1\n61881=not there: %1\n61882=gone: %1\n"};
+    const std::vector<ShownBox>& Boxes() const { return Computer.Dialogs.Boxes; }
     RegistryBranches Registry{Computer.Files, "/home/user/user.reg", "/home/user/machine.reg"};
     SongCounter Counter{Registry};
     WatchLists Lists{Computer.Files, Folders};
@@ -44,7 +45,8 @@ struct Rig {
                          Media,
                          Pause,
                          {Computer.Files, Computer.Processes, Journal, Notes, Counter, Pages}};
-    SongActions Actions{{Computer.Files, Computer.Clock, Options, Folders, Pages, Transfer}};
+    SongActions Actions{
+        {Computer.Files, Computer.Clock, Options, Folders, Pages, Transfer, Computer.Processes, Reports.Say}};
 };
 
 TEST(SongActions, TheMusicFileIsPlayedAndTheRecordingWithoutIt) {
@@ -56,6 +58,26 @@ TEST(SongActions, TheMusicFileIsPlayedAndTheRecordingWithoutIt) {
     EXPECT_EQ(rig.Actions.FileToPlay(song), song.TempFile);
     rig.Computer.Files.Put(song.MusicFile, "x");
     EXPECT_EQ(rig.Actions.FileToPlay(song), song.MusicFile);
+}
+
+TEST(SongActions, WhatCannotBePlayedOrShownIsSaidWithItsPath) {
+    Rig rig;
+    const RunSong song = rig.Song("Rain");
+    rig.Actions.Play(song);
+    ASSERT_EQ(rig.Boxes().size(), 1U);
+    EXPECT_EQ(rig.Boxes()[0].Text, "gone: Rain");
+    rig.Computer.Files.Put(song.TempFile, "x");
+    rig.Actions.Play(song);
+    EXPECT_EQ(rig.Boxes().size(), 1U);
+    EXPECT_EQ(rig.Computer.Processes.ShellCalls.at(0).Path, song.TempFile);
+    rig.Computer.Processes.OnShellOpen = [](const ShellCall&) { return 31; };
+    rig.Actions.Play(song);
+    ASSERT_EQ(rig.Boxes().size(), 2U);
+    EXPECT_EQ(rig.Boxes()[1].Text, "nothing opens: " + song.TempFile);
+    rig.Computer.Processes.OnShellOpen = [](const ShellCall&) { return 3; };
+    rig.Actions.OpenFolder(song);
+    ASSERT_EQ(rig.Boxes().size(), 3U);
+    EXPECT_EQ(rig.Boxes()[2].Text, "not there: /tmp/Corvet");
 }
 
 TEST(SongActions, AnEntryOfAListMeansItsSongAlone) {

@@ -176,7 +176,7 @@ class TickRig : public SessionRig, private SourceSettings, private SourceMixer, 
     Maker Makes{*this};
     ProviderChoice Providers{Sources, Covers, {&Makes}};
     StationLaunch Launcher{
-        {Form, Options, Store, Expansion, Machine.Processes, Machine.Desktop, Machine.Loop}};
+        {Form, Options, Store, Expansion, Machine.Processes, Machine.Desktop, Machine.Loop, Reports.Say}};
     WatchLists Lists{Machine.Files, Folders};
     FirstRun First{{Form, Lifecycle, Signal, Options, Folders, Inputs}, Host, Requests};
     SourceTick Source{Media, Pause, Providers};

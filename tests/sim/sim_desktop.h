@@ -35,10 +35,6 @@ class SimDesktop : public Desktop {
         if (Place->Holder != nullptr && Place->Holder != this) ++Place->Activations;
     }
     std::string Language() override { return OwnLanguage; }
-    bool Open(const std::string& addressOrFolder) override {
-        Note("Open " + addressOrFolder);
-        return true;
-    }
     void MoveWindow(int32_t left, int32_t top) override {
         Note("MoveWindow " + std::to_string(left) + " " + std::to_string(top));
     }

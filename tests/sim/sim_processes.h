@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/clock.h"
@@ -37,6 +38,7 @@ class SimProcesses : public Processes {
     bool StartHidden(const HiddenJob& job) override;
     int32_t ShellOpen(const std::string& path, const std::string& parameters,
                       const std::string& workingFolder) override;
+    std::vector<std::string> TakeUnopened() override { return std::exchange(Unopened, {}); }
     std::string StartedRun() override { return LastRun; }
     size_t Running() override;
     std::vector<JobResult> TakeFinished() override;
@@ -62,6 +64,9 @@ class SimProcesses : public Processes {
 
     /// Result of ShellOpen. Without it 42, a success.
     std::function<int32_t(const ShellCall&)> OnShellOpen;
+
+    /// What TakeUnopened gives next.
+    std::vector<std::string> Unopened;
 
     /// While set, no hidden job can be started.
     bool RefuseJobs = false;

@@ -63,7 +63,7 @@ const std::vector<PageOfTable> Expected{
     {"TAB_OPTIONS1",
      {"chkNormalize", "chkEncodeOffline", "chkDelTemp", "chkDelTempFolder", "chkQuitAfterRecording",
       "chkDelayUnload", "chkDisableSoundScheme", "chkRestartRadioIfSilent", "chkStoreCoverImage",
-      "chkNotifySongs", "lstEncodeDelay", "lstBufferFlag"}},
+      "chkNotifySongs", "cmbLanguage", "lstEncodeDelay", "lstBufferFlag"}},
     {"TAB_OPTIONS2",
      {"txtLowTempSpace", "txtLowMusicSpace", "chkStartApp", "txtStartApp", "txtStartAppCommandLine",
       "chkStopApp", "txtStopApp", "txtStopAppCommandLine", "cmdAppSearch_0", "cmdAppSearch_1"}},
@@ -77,7 +77,8 @@ const std::vector<PageOfTable> Expected{
      {"lstWatch_1", "txtWatch_1", "cmdAddToWatchList_1", "cmdDeleteFromWatchList_1", "cmdEditWatchList_1",
       "chkAutoExclude"}},
     {"TAB_ABOUT",
-     {"lblVersion", "lblHomePage", "lblMailTo", "picLogo", "cmdNews", "cmdCheckUpdateNow", "txtlblF1"}},
+     {"lblVersion", "lblHomePage", "lblMailTo", "picLogo", "cmdNews", "cmdCheckUpdateNow", "txtlblF1",
+      "assistantLater"}},
 };
 
 TEST(Pages, AnAssistantThatDoesNotOpenHoldsNothingUp) {

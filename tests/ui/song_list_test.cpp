@@ -5,7 +5,6 @@
 
 #include <QApplication>
 #include <QBuffer>
-#include <QDesktopServices>
 #include <QDialog>
 #include <QImage>
 #include <QLabel>
@@ -14,7 +13,6 @@
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QRandomGenerator>
-#include <QTextBrowser>
 
 #include "media/cover_images.h"
 #include "ui/text_keys.h"
@@ -167,20 +165,6 @@ TEST(SongMenu, ShowsTheLinesOfTheLogThatNameTheSong) {
     EXPECT_EQ(text.count('\n'), 0) << "the other lines of the log are left out";
 }
 
-/// What the desktop is asked to open.
-class OpenedFiles {
- public:
-    OpenedFiles() { QDesktopServices::setUrlHandler("file", &Viewer, "setSource"); }
-    ~OpenedFiles() { QDesktopServices::unsetUrlHandler("file"); }
-    OpenedFiles(const OpenedFiles&) = delete;
-    OpenedFiles& operator=(const OpenedFiles&) = delete;
-
-    std::string Last() const { return Viewer.source().toLocalFile().toStdString(); }
-
- private:
-    QTextBrowser Viewer;  // takes addresses, and opens nothing but itself
-};
-
 TEST(SongMenu, PlaysASongAndOpensItsFolder) {
     Opened opened;
     ClosedSong kept;
@@ -191,11 +175,13 @@ TEST(SongMenu, PlaysASongAndOpensItsFolder) {
     opened.world.Songs.SongClosed(kept);
     QMenu menu;
     opened.list->FillMenu(menu, 0);
-    const OpenedFiles desktop;
+    const auto& opens = opened.world.Computer.Processes.ShellCalls;
     opened.Action(menu, Key::OpenFolder)->trigger();
-    EXPECT_EQ(desktop.Last(), "/home/user/My music");
+    ASSERT_FALSE(opens.empty());
+    EXPECT_EQ(opens.back().Path, "/home/user/My music");
     opened.Action(menu, Key::PlaySong)->trigger();
-    EXPECT_EQ(desktop.Last(), kept.TempPath);
+    ASSERT_FALSE(opens.empty());
+    EXPECT_EQ(opens.back().Path, kept.TempPath);
 }
 
 TEST(SongList, PlaysASongByADoubleClick) {
@@ -206,7 +192,7 @@ TEST(SongList, PlaysASongByADoubleClick) {
     opened.world.Computer.Files.Put(kept.TempPath, "x");
     opened.world.Songs.SongClosed(kept);
     opened.world.Window->grab();  // so that it is laid out
-    const OpenedFiles desktop;
+    const auto& opens = opened.world.Computer.Processes.ShellCalls;
     QWidget* const ground = opened.list->viewport();
     const QPointF place = opened.list->visualRect(opened.list->model()->index(0, 0)).center();
     for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease,
@@ -215,7 +201,8 @@ TEST(SongList, PlaysASongByADoubleClick) {
                           Qt::NoModifier);
         QApplication::sendEvent(ground, &event);
     }
-    EXPECT_EQ(desktop.Last(), kept.TempPath);
+    ASSERT_FALSE(opens.empty());
+    EXPECT_EQ(opens.back().Path, kept.TempPath);
 }
 
 TEST(SongMenu, OffersOnlyWhatCanBeDone) {

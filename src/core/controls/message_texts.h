@@ -178,7 +178,7 @@ inline constexpr MessageText LeftSongKept{
     "840", "A song of an earlier run that ended too early was found, \"%1\". It is kept."};
 inline constexpr MessageText LeftSongDeleted{"841",
                                              "A song of an earlier run that ended too early was found, "
-                                             "\"%1\". It was not wanted or too short, and is deleted."};
+                                             "\"%1\". It was not wanted or holds no sound, and is deleted."};
 inline constexpr MessageText LeftSongStays{
     "849",
     "A song of an earlier run that ended too early was found, \"%1\". It could not be repaired now, and "
@@ -298,6 +298,11 @@ inline constexpr MessageText DemoOffered{
     "60001",
     "There is nothing to record from on this computer: no sound server answers. Shall Corvetape play its "
     "demo radio, made-up music from inside the program, so that you can try everything?"};
+inline constexpr MessageText NothingOpens{
+    "61880", "This could not be opened, as no program on this computer does so:\\r\\n\\r\\n%1"};
+inline constexpr MessageText NotThereToOpen{"61881", "This is not there to be opened:\\r\\n\\r\\n%1"};
+inline constexpr MessageText SongIsGone{"61882",
+                                        "The files of \"%1\" are gone, so that it cannot be played."};
 
 inline constexpr std::array All = {NoNumber,
                                    NoWholeNumber,
@@ -403,6 +408,9 @@ inline constexpr std::array All = {NoNumber,
                                    SongIsKept,
                                    MusicFileNotMade,
                                    NothingPlays,
-                                   DemoOffered};
+                                   DemoOffered,
+                                   NothingOpens,
+                                   NotThereToOpen,
+                                   SongIsGone};
 
 }  // namespace Corvetape::Message

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/controls/message_texts.h"
+#include "core/opening.h"
 #include "core/text/fold.h"
 #include "core/text/text.h"
 
@@ -49,8 +50,7 @@ void WatchPages::Attach(WatchListKind kind) {
     Form.cmdEditWatchList[i].Click.Connect([this, kind] {
         // A list that never had an entry has no file yet, and an editor opens only what is there.
         if (Lists.List(kind).Entries().empty()) Lists.SaveWatchList(kind);
-        // Without an editor nothing opens; there is nobody else to report it to.
-        Programs.ShellOpen(Lists.FileOf(kind), "", "");
+        OpenOutside(Lists.FileOf(kind), Programs, Say);
     });
 }
 

@@ -1,11 +1,11 @@
 #include "post/options/about_links.h"
 
+#include "core/opening.h"
 #include "core/version.h"
 
 namespace Corvetape {
 
-AboutLinks::AboutLinks(frmMain& form, Processes& programs, const clsLocalizeControls& messages)
-    : Programs(programs), Messages(messages) {
+AboutLinks::AboutLinks(frmMain& form, Processes& programs, Reporter& say) : Programs(programs), Say(say) {
     form.lblHomePage.Click.Connect([this] { Open("homepage"); });
     for (Picture& picture : form.picTaskBar) picture.Click.Connect([this] { Open("homepage"); });
     form.lblMailTo.Click.Connect([this] { Open("email"); });
@@ -13,9 +13,9 @@ AboutLinks::AboutLinks(frmMain& form, Processes& programs, const clsLocalizeCont
 }
 
 void AboutLinks::Open(const char* key, const std::string& page) {
-    const std::string address = Messages.FormatMsg(key);
-    // What becomes of it is seen in the browser; without a language there is no address.
-    if (!address.empty()) Programs.ShellOpen(address + page, "", "");
+    const std::string address = Say.Text(key);
+    // Without a language there is no address.
+    if (!address.empty()) OpenOutside(address + page, Programs, Say);
 }
 
 }  // namespace Corvetape

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/controls/messages.h"
+#include "core/reporter.h"
 #include "forms/frm_main.h"
 #include "platform/processes.h"
 
@@ -10,14 +10,14 @@ namespace Corvetape {
 class AboutLinks {
  public:
     /// Attaches itself to lblHomePage, picTaskBar, lblMailTo and cmdNews. All of them outlive it.
-    AboutLinks(frmMain& form, Processes& programs, const clsLocalizeControls& messages);
+    AboutLinks(frmMain& form, Processes& programs, Reporter& say);
 
  private:
     /// The address of a key, with something after it.
     void Open(const char* key, const std::string& page = {});
 
     Processes& Programs;
-    const clsLocalizeControls& Messages;
+    Reporter& Say;
 };
 
 }  // namespace Corvetape

@@ -1,27 +1,18 @@
 #include "post/options/language_choice.h"
 
-#include <string_view>
-
 #include "core/text/text.h"
+#include "post/options/languages.h"
 
 namespace Corvetape {
-
-namespace {
-
-constexpr std::string_view Ending = ".lang";
-
-}  // namespace
 
 LanguageChoice::LanguageChoice(dlgLanguage& dialog, Files& files, Dialogs& boxes, const std::string& folder,
                                const std::string& wanted)
     : Dialog(dialog), Boxes(boxes) {
-    for (const FileEntry& entry : files.List(folder)) {
-        if (entry.IsFolder || !entry.Name.ends_with(Ending)) continue;
-        Dialog.flist.AddItem(entry.Name);
-        const std::string name = entry.Name.substr(0, entry.Name.size() - Ending.size());
-        Dialog.cboLanguage.AddItem(name);
+    for (const LanguageFile& each : ListLanguages(files, folder)) {
+        Dialog.flist.AddItem(each.File);
+        Dialog.cboLanguage.AddItem(each.Name);
         const auto last = static_cast<int32_t>(Dialog.cboLanguage.Items().size()) - 1;
-        if (EqualIgnoringCase(name, wanted)) Dialog.cboLanguage.ListIndex(last);
+        if (EqualIgnoringCase(each.File, wanted)) Dialog.cboLanguage.ListIndex(last);
     }
     Dialog.cmdOK.Click.Connect([this] { Accept(); });
 }
@@ -29,7 +20,7 @@ LanguageChoice::LanguageChoice(dlgLanguage& dialog, Files& files, Dialogs& boxes
 void LanguageChoice::Accept() {
     const int32_t index = Dialog.cboLanguage.ListIndex();
     if (index < 0) return;
-    Accepted = Dialog.cboLanguage.Items()[static_cast<size_t>(index)].Text;
+    Accepted = Dialog.flist.Items()[static_cast<size_t>(index)].Text;
     Dialog.Visible(false);
 }
 

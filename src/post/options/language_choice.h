@@ -11,7 +11,8 @@ namespace Corvetape {
 /// The question for the language: which there are, which is chosen, and when the question may end.
 class LanguageChoice {
  public:
-    /// Fills the lists from the files "*.lang" of the folder and selects `wanted`, if it is among them.
+    /// Fills the lists from the files "*.lang" of the folder, that of the user with the languages' own names,
+    /// and selects the one whose file is `wanted`, if it is among them.
     /// Attaches itself to cmdOK. All of them outlive it.
     LanguageChoice(dlgLanguage& dialog, Files& files, Dialogs& boxes, const std::string& folder,
                    const std::string& wanted);

@@ -152,6 +152,10 @@ QWidget* MakeAboutView(const UiParts& parts) {
     card.AddRow({logo, names});
     card.AddRow({BoundToLink(form.lblHomePage), BoundToLink(form.lblMailTo), BoundToLink(form.txtlblF1)},
                 3 * Grid);
+    auto* const later = Make<QLabel>(parts.Say(Key::AssistantLaterLine));
+    later->setObjectName("assistantLater");
+    later->setProperty("dim", true);
+    card.AddWidget(later);
     card.AddRow({BoundTo(form.cmdNews), NotBuilt(BoundTo(form.cmdCheckUpdateNow), parts.Say)});
     form.txtlblF1.Click.Connect([&keys = parts.Keys, &tabs = form.tbsMain] {
         keys.Press(HelpKey::F12, false, tabs.Selected() != nullptr ? tabs.Selected()->Tag : "");

@@ -122,6 +122,10 @@ QWidget* MakeOptions1View(const UiParts& parts) {
     AddShortList(source, form.lstBufferFlag);
     Card& window = page->AddCard(parts.Say(Key::WindowCard), parts.Say(Key::WindowCardLine));
     window.Add(form.chkMaximizeButton);
+    Card& language = page->AddCard(parts.Say(Key::LanguageCard), parts.Say(Key::LanguageCardLine));
+    QComboBox* const languages = BoundTo(form.cmbLanguage);
+    languages->setMinimumWidth(20 * Grid);
+    language.AddRow({CaptionOf(form.lblLanguage, languages), languages});
     page->Finish();
     return page;
 }

@@ -205,6 +205,26 @@ TEST_F(LinuxProcessesTest, DocumentsAndAddressesAreHandedToTheDesktop) {
     setenv("PATH", path.c_str(), 1);
 }
 
+TEST_F(LinuxProcessesTest, WhatTheDesktopCouldNotOpenIsToldOnce) {
+    std::filesystem::create_directory(folder / "bin");
+    const std::string path = std::getenv("PATH");
+    setenv("PATH", (folder / "bin").c_str(), 1);
+    Script("bin/xdg-open",
+           "#!/bin/sh\n[ \"$1\" != https://localhost/ ] || exit 3\n>'" + folder.Path() + "/opened'\n");
+    Script("fails", "#!/bin/sh\nexit 3\n");
+    EXPECT_EQ(processes.ShellOpen("https://localhost/", "", ""), 33);
+    std::vector<std::string> unopened;
+    EXPECT_TRUE(session.WaitFor([&] { return !(unopened = processes.TakeUnopened()).empty(); }, seconds(30)));
+    EXPECT_THAT(unopened, ElementsAre("https://localhost/"));
+    // A program's own failure is no failure to open it.
+    EXPECT_EQ(processes.ShellOpen(folder / "fails", "", ""), 33);
+    EXPECT_EQ(processes.ShellOpen(folder / "bin", "", ""), 33);
+    EXPECT_TRUE(session.WaitFor([&] { return std::filesystem::exists(folder / "opened"); }, seconds(30)));
+    EXPECT_EQ(Run("true"), "");  // whoever has ended before is collected
+    EXPECT_THAT(processes.TakeUnopened(), IsEmpty());
+    setenv("PATH", path.c_str(), 1);
+}
+
 TEST(SplitParameters, SplitsLikeAShellThatExpandsNothing) {
     EXPECT_THAT(SplitParameters(""), IsEmpty());
     EXPECT_THAT(SplitParameters(" \t a  b\n"), ElementsAre("a", "b"));

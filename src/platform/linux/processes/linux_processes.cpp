@@ -39,16 +39,15 @@ class LinuxProcesses::Collector {
     Collector(const Collector&) = delete;
     Collector& operator=(const Collector&) = delete;
 
-    /// `name` is empty for a child whose result nobody wants to know.
-    void Watch(pid_t pid, std::optional<std::string> name) {
-        Child child{pid, Descriptor(static_cast<int>(syscall(SYS_pidfd_open, pid, 0))), std::move(name)};
-        {
-            const std::lock_guard guard(Lock);
-            if (child.Name) ++Alive;
-            Children.push_back(std::move(child));
-        }
-        if (!Thread.joinable()) Thread = std::thread([this] { Collect(); });
-        Wake();
+    /// A job of this name, whose result is taken.
+    void WatchJob(pid_t pid, const std::string& name) { Watch(pid, {.Job = name}); }
+
+    /// What is to open something, which is empty for a program of which nobody wants to know more.
+    void WatchOpener(pid_t pid, const std::string& opened) { Watch(pid, {.Opened = opened}); }
+
+    std::vector<std::string> TakeUnopened() {
+        const std::lock_guard guard(Lock);
+        return std::exchange(Unopened, {});
     }
 
     size_t Running() {
@@ -68,11 +67,31 @@ class LinuxProcesses::Collector {
     }
 
  private:
+    using SteadyTime = std::chrono::steady_clock;
+
+    /// What a child was started for.
+    struct Purpose {
+        std::optional<std::string> Job = {};
+        std::string Opened = {};
+    };
+
     struct Child {
         pid_t Pid = -1;
         Descriptor Process;  // empty where the kernel gives none
-        std::optional<std::string> Name;
+        Purpose For;
+        SteadyTime::time_point Begun = SteadyTime::now();
     };
+
+    void Watch(pid_t pid, Purpose purpose) {
+        Child child{pid, Descriptor(static_cast<int>(syscall(SYS_pidfd_open, pid, 0))), std::move(purpose)};
+        {
+            const std::lock_guard guard(Lock);
+            if (child.For.Job) ++Alive;
+            Children.push_back(std::move(child));
+        }
+        if (!Thread.joinable()) Thread = std::thread([this] { Collect(); });
+        Wake();
+    }
 
     void Wake() const {
         const uint64_t one = 1;
@@ -108,21 +127,32 @@ class LinuxProcesses::Collector {
             int status = 0;
             const pid_t pid = Uninterrupted([&] { return waitpid(child.Pid, &status, WNOHANG); });
             if (pid == 0) return false;
-            if (!child.Name) return true;
             const int code = pid < 0               ? 127
                              : WIFSIGNALED(status) ? 128 + WTERMSIG(status)
                                                    : WEXITSTATUS(status);
-            Finished.push_back({*child.Name, code});
-            --Alive;
+            if (child.For.Job) {
+                Finished.push_back({*child.For.Job, code});
+                --Alive;
+            } else if (HasFailedToOpen(child, code)) {
+                Unopened.push_back(child.For.Opened);
+            }
             return true;
         });
         Ended.notify_all();
+    }
+
+    /// An opener may run for as long as the program that it has started. What that one says when it ends much
+    /// later is no failure to open.
+    static bool HasFailedToOpen(const Child& child, int code) {
+        constexpr std::chrono::seconds longestAttempt{20};
+        return !child.For.Opened.empty() && code != 0 && SteadyTime::now() - child.Begun < longestAttempt;
     }
 
     std::mutex Lock;
     std::condition_variable Ended;
     std::vector<Child> Children;
     std::vector<JobResult> Finished;
+    std::vector<std::string> Unopened;
     size_t Alive = 0;
     bool Ending = false;
     Descriptor WakeEvent;
@@ -219,7 +249,7 @@ bool LinuxProcesses::StartHidden(const HiddenJob& job) {
     const StartedChild child = StartChild({"/bin/sh", {"/bin/sh", "-c", *line}, job.WorkingFolder, 10});
     if (child.Pid < 0) return false;
     OwnRun = RunNameOf(child.Pid);  // before anybody can collect it
-    Reaper->Watch(child.Pid, job.Name);
+    Reaper->WatchJob(child.Pid, job.Name);
     return true;
 }
 
@@ -249,8 +279,12 @@ int32_t LinuxProcesses::ShellOpen(const std::string& path, const std::string& pa
     }
     const StartedChild child = StartChild(start);
     if (child.Pid < 0) return child.FolderFailed && child.Error == ENOENT ? 3 : ShellCode(child.Error);
-    Reaper->Watch(child.Pid, std::nullopt);
+    Reaper->WatchOpener(child.Pid, isDocument ? path : "");
     return Started;
+}
+
+std::vector<std::string> LinuxProcesses::TakeUnopened() {
+    return Reaper->TakeUnopened();
 }
 
 size_t LinuxProcesses::Running() {

@@ -38,6 +38,9 @@ class LinuxProcesses : public Processes {
     int32_t ShellOpen(const std::string& path, const std::string& parameters,
                       const std::string& workingFolder) override;
 
+    /// What xdg-open has failed to open soon after it was started.
+    std::vector<std::string> TakeUnopened() override;
+
     size_t Running() override;
     std::vector<JobResult> TakeFinished() override;
     bool WaitForAll(std::chrono::milliseconds limit) override;
