@@ -231,10 +231,10 @@ class Splitter {
 
     /// Whoever splits a file hopes for more than one song.
     static void SuggestTitles(const Job& job) {
-        ReportLine(job.Path +
-                   " stayed in one piece: without titles a song ends at 3 s of silence, or where another one "
-                   "is heard "
-                   "clearly; --media names a table of titles, --mode silence cuts at shorter pauses");
+        ReportLine(
+            job.Path +
+            " stayed in one piece: without titles a song ends at 1 s of silence, or where another one "
+            "is heard clearly; --media names a table of titles, --mode silence cuts at shorter pauses");
     }
 
     void ReportDamage(const SoundFileDamage& damage, const Job& job) {

@@ -277,17 +277,17 @@ TEST(Automatic, WhatAllTitlesOfAnAlbumEndWithStaysPartOfThem) {
 }
 
 TEST(Automatic, WithoutTitlesSongsEndBySilenceAndAreNumberedByTime) {
-    WorldOptions options = Automatic(Songs(3, 40, 4));
+    WorldOptions options = Automatic(Songs(3, 70, 1.2));
     options.TellsTitles = false;
     World world(std::move(options));
     ASSERT_TRUE(world.StartRecording());
-    RunTo(world, 160);
+    RunTo(world, 240);
     world.Finish();
     const auto kept = KeptSongs(world);
     ASSERT_EQ(kept.size(), 3U);
     for (const HeardSong& song : kept) {
         EXPECT_EQ(song.Song.Media.Song, "");
-        EXPECT_NEAR(static_cast<double>(song.Song.Frames) / 44100, 40, WithAGap);
+        EXPECT_NEAR(static_cast<double>(song.Song.Frames) / 44100, 70, WithAGap);
     }
 }
 

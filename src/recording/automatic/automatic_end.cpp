@@ -350,9 +350,15 @@ void AutomaticEnd::Begin(const Change& change, int64_t slot, Certainty certainty
 }
 
 void AutomaticEnd::DecideSilence(std::vector<AutomaticStep>& steps, bool wanted) {
-    if (Dropping || !Quiet.Present()) return;
-    const SlotRun silence = *Quiet.Present();
-    if (silence.Length() < SilenceThatEnds || silence.Begin < Next) return;
+    if (Dropping) return;
+    // Without titles a short one counts, too, which is over by now.
+    const bool untitled = Untitled() && End() - Present.Begin >= LeastUntitled;
+    const auto found = untitled ? Quiet.Longest({Present.Begin + LeastUntitled, End()}, SilenceWithoutTitles)
+                                : Quiet.Present();
+    if (!found || found->Begin < Next) return;
+    const SlotRun silence = *found;
+    const bool isLong = silence.Length() >= SilenceThatEnds;
+    if (!isLong && (!untitled || silence.End == End())) return;
     if (PausedAt) return;
     if (!Changes.empty()) {
         const Change change = Changes.front();
@@ -365,7 +371,8 @@ void AutomaticEnd::DecideSilence(std::vector<AutomaticStep>& steps, bool wanted)
         return;
     }
     Write(steps, silence.Begin);
-    EndSong(steps, wanted, silence);
+    // Music may rest for a second.
+    EndSong(steps, wanted, silence, isLong ? Certainty::Sure : Certainty::Likely);
 }
 
 /// The song has ended, most often in a silence, and nobody has said what comes next.

@@ -97,6 +97,9 @@ class AutomaticEnd {
     /// A silence of so many slots ends a song.
     static constexpr int64_t SilenceThatEnds = 3 * SecondSlots;
 
+    /// The same while nobody names titles, so that nothing else tells songs apart.
+    static constexpr int64_t SilenceWithoutTitles = SecondSlots;
+
     /// Changes that follow each other within so many slots are one.
     static constexpr int64_t OneChange = 5 * SecondSlots;
 
