@@ -91,13 +91,16 @@ class Recording {
                              Time.Seconds() >= SecondsPerMinute * *Arguments.Minutes;
         const bool nothingComes = (seconds || minutes) && Time.InputIsGone();
         if (nothingComes) Problem = "the input gave no sound any more, and the time is over";
-        if (!Running->InputOpen() && ClockSeconds() - Begun > SecondsToOpen)
-            Problem = "the input cannot be opened";
+        Opened = Opened || Running->InputOpen();
+        const bool closed = !Running->InputOpen() && ClockSeconds() - Begun > SecondsToOpen;
+        // What closes an input that was open, such as a long silence, says so itself.
+        if (closed && !Opened) Problem = "the input cannot be opened";
         const bool failed = Problem != nullptr || RecordingFailed(*Running);
         // Nobody is there who could press the controls again.
         const RecordingFlags& flags = Running->Values().Flags;
         const bool nothingWanted = !flags.RecordCurrentSong && !flags.RecordNextSong;
-        const bool ended = nothingWanted || InputEnded || !Running->Running() || Interrupt::Wanted();
+        const bool ended =
+            nothingWanted || closed || InputEnded || !Running->Running() || Interrupt::Wanted();
         return songs || seconds || failed || ended;
     }
 
@@ -163,6 +166,7 @@ class Recording {
     double Begun = 0;                         ///< by the clock
     RunTime Time;
     bool CountsByClock = false;
+    bool Opened = false;            ///< the input was open at least once
     const char* Problem = nullptr;  ///< why the run has to end, if it does not end as it should
 };
 

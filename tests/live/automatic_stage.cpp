@@ -117,8 +117,8 @@ void AutomaticStage::GiveSettings(const std::string& name, const std::string& co
     std::ofstream(settings / name) << content;
 }
 
-std::vector<Json> AutomaticStage::Kept(int code) {
-    EXPECT_EQ(recorder->Wait(std::chrono::seconds(240)), code) << Story();
+std::vector<Json> AutomaticStage::Kept() {
+    EXPECT_EQ(recorder->Wait(std::chrono::seconds(240)), 0) << Story();
     return KeptIn(folder / "record.log");
 }
 

@@ -47,8 +47,8 @@ class AutomaticStage {
     /// A file of the user's settings, before the recorder begins.
     void GiveSettings(const std::string& name, const std::string& content) const;
 
-    /// The songs that were kept, when the recorder has ended with this code.
-    std::vector<nlohmann::json> Kept(int code = 0);
+    /// The songs that were kept, when the recorder has ended in order.
+    std::vector<nlohmann::json> Kept();
 
     /// Cuts a song of this title again, in the way that these words say.
     void Recut(const std::string& title, const std::vector<std::string>& how);
