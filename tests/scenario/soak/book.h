@@ -220,7 +220,7 @@ class Book {
     uint64_t Overruns = 0;
     bool Skipping = false;
     STATIONANDSONGDATA
-        TitleForAutomatic;        ///< the same, without what was read in another mode while nothing was heard
+    TitleForAutomatic;            ///< the same, without what was read in another mode while nothing was heard
     bool HeardOtherwise = false;  ///< a buffer has come in another mode than "Automatic" since
     STATIONANDSONGDATA LastTitle;  ///< the last reading with a title, of the present source
     std::string Source;            ///< the provider
