@@ -23,7 +23,7 @@ class OwnSourceTest : public CliTest {
 };
 
 TEST_F(OwnSourceTest, AFileThatIsSplitIntoItsOwnFolderStaysAsItIs) {
-    const std::string file = PutWave("Ann - One.wav", MakeRecording({.Seconds = 10}));
+    const std::string file = PutWave("Ann - One.wav", MakeRecording({.Songs = 1, .Seconds = 10}));
     const std::string before = Content(file);
     const Finished run = SplitHere("Ann - One.wav");
     EXPECT_EQ(run.Code, 0) << run.Err;
@@ -34,7 +34,7 @@ TEST_F(OwnSourceTest, AFileThatIsSplitIntoItsOwnFolderStaysAsItIs) {
 }
 
 TEST_F(OwnSourceTest, ThatHoldsForAnotherNameOfTheFileToo) {
-    const std::string file = PutWave("tape.wav", MakeRecording({.Seconds = 10}));
+    const std::string file = PutWave("tape.wav", MakeRecording({.Songs = 1, .Seconds = 10}));
     const std::string before = Content(file);
     std::filesystem::create_hard_link(file, folder / "Ann - One.wav");
     const Finished run = SplitHere("tape.wav");
@@ -44,7 +44,7 @@ TEST_F(OwnSourceTest, ThatHoldsForAnotherNameOfTheFileToo) {
 }
 
 TEST_F(OwnSourceTest, AFileThatIsRecordedIntoItsOwnFolderStaysAsItIsToo) {
-    PutWave("tape.wav", MakeRecording({.Seconds = 10}));
+    PutWave("tape.wav", MakeRecording({.Songs = 1, .Seconds = 10}));
     ASSERT_EQ(SplitHere("tape.wav").Code, 0);
     std::filesystem::create_directories(Home() + "/Music");
     const std::string file = Home() + "/Music/Ann - One.wav";
