@@ -108,7 +108,8 @@ void QtDesktop::AddTrayIcon() {
         QMetaObject::invokeMethod(
             window, [window] { window->close(); }, Qt::QueuedConnection);
     });
-    Tray = std::make_unique<TrayIcon>(form, [this] { ComeForward(); });
+    Tray = std::make_unique<TrayIcon>(form);
+    Tray->Restore.Connect([this] { ComeForward(); });
     const bool onDisplay = QGuiApplication::platformName() == "xcb";
     Hosts = std::make_unique<TrayHosts>(onDisplay ? TrayHosts::Where::BusAndDisplay : TrayHosts::Where::Bus);
     QObject::connect(Hosts.get(), &TrayHosts::Changed, Tray.get(),

@@ -1,7 +1,6 @@
 #include "ui/tray_icon.h"
 
 #include <QApplication>
-#include <utility>
 
 #include "core/version.h"
 #include "ui/icons.h"
@@ -19,8 +18,7 @@ QString PlainTip(const std::string& tip) {
     return QString::fromStdString(tip).replace("&&&", "&");
 }
 
-TrayIcon::TrayIcon(frmMain& form, std::function<void()> restore)
-    : Restore(std::move(restore)), Tip(PlainTip(ProgramTitle)) {
+TrayIcon::TrayIcon(frmMain& form) : Tip(PlainTip(ProgramTitle)) {
     FillMenu(Menu, form.mnuTaskbarItem);
 }
 
@@ -34,7 +32,7 @@ void TrayIcon::MakeIcon() {
     Icon->setContextMenu(&Menu);
     Icon->setToolTip(Tip);
     connect(Icon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
-        if (reason == QSystemTrayIcon::DoubleClick || IsSecondClick(reason)) Restore();
+        if (reason == QSystemTrayIcon::DoubleClick || IsSecondClick(reason)) Restore.Raise();
     });
     Icon->show();
 }

@@ -3,10 +3,10 @@
 #include <QElapsedTimer>
 #include <QMenu>
 #include <QSystemTrayIcon>
-#include <functional>
 #include <memory>
 #include <string>
 
+#include "core/controls/event.h"
 #include "forms/frm_main.h"
 
 namespace Corvetape {
@@ -14,8 +14,11 @@ namespace Corvetape {
 /// The icon in the notification area and its menu, once there is such an area.
 class TrayIcon : public QObject {
  public:
-    /// `restore` brings the window back: by a double click. The form outlives the icon.
-    TrayIcon(frmMain& form, std::function<void()> restore);
+    /// The form outlives the icon.
+    explicit TrayIcon(frmMain& form);
+
+    /// The window is wanted back: a double click.
+    Event<> Restore;
 
     /// 0 idle, 1 recording, 2 waiting: pictures that differ in shape as well as in colour.
     void ShowState(int32_t state);
@@ -35,7 +38,6 @@ class TrayIcon : public QObject {
     /// Some hosts report single clicks only: two of them soon after each other are a double click.
     bool IsSecondClick(QSystemTrayIcon::ActivationReason reason);
 
-    std::function<void()> Restore;
     QMenu Menu;
     /// Made for the first panel: the toolkit decides at the first icon, once and for all, how icons are
     /// shown.

@@ -85,14 +85,19 @@ PlayerWorld TwoPiecesOfOneTitle(SongSound second, double gap) {
     return PlayerWorld(radio.SilenceForever(), {{"Options", "SameName", "2"}});
 }
 
-TEST(AutomaticSameTitle, AfterABoundaryWithEvidenceIsANewSong) {
-    PlayerWorld world = TwoPiecesOfOneTitle(SongSound::Chord, 0);
+/// The title is gone for a second between the pieces.
+void PlayWithATitleThatVanishes(PlayerWorld& world) {
     world.Record();
     Streams(world, 3.1, "One");
     Streams(world, 43.2, "");
     Streams(world, 44.2, "One");
     world.Quits(83.2);
     world.End(100);
+}
+
+TEST(AutomaticSameTitle, AfterABoundaryWithEvidenceIsANewSong) {
+    PlayerWorld world = TwoPiecesOfOneTitle(SongSound::Chord, 0);
+    PlayWithATitleThatVanishes(world);
     const auto kept = KeptSongs(world.Place);
     ASSERT_EQ(kept.size(), 2U);
     ExpectSong(world.Place, kept[0], "One", 3, 43, WithoutAGap);
@@ -101,12 +106,7 @@ TEST(AutomaticSameTitle, AfterABoundaryWithEvidenceIsANewSong) {
 
 TEST(AutomaticSameTitle, WithoutEvidenceForABoundaryIsTheSameSong) {
     PlayerWorld world = TwoPiecesOfOneTitle(SongSound::Noise, 0);
-    world.Record();
-    Streams(world, 3.1, "One");
-    Streams(world, 43.2, "");
-    Streams(world, 44.2, "One");
-    world.Quits(83.2);
-    world.End(100);
+    PlayWithATitleThatVanishes(world);
     const auto kept = KeptSongs(world.Place);
     ASSERT_EQ(kept.size(), 1U);
     ExpectSong(world.Place, kept[0], "One", 3, 83, WithAGap);

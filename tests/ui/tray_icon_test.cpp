@@ -24,7 +24,7 @@ TEST(TrayIcon, ShowsTheAmpersandsOfANameOnce) {
 
 TEST(TrayIcon, WithoutAnAreaForItItIsNotPresent) {
     frmMain form;
-    TrayIcon icon(form, [] {});
+    TrayIcon icon(form);
     EXPECT_FALSE(icon.Present());
     icon.HostIs(true);
     EXPECT_TRUE(icon.Present());
@@ -34,7 +34,7 @@ TEST(TrayIcon, WithoutAnAreaForItItIsNotPresent) {
 
 TEST(TrayIcon, ShowsWhatWasSaidBeforeItsPanelCame) {
     frmMain form;
-    TrayIcon icon(form, [] {});
+    TrayIcon icon(form);
     icon.ShowState(2);
     icon.ShowTip("Marrow");
     icon.HostIs(true);
@@ -44,7 +44,7 @@ TEST(TrayIcon, ShowsWhatWasSaidBeforeItsPanelCame) {
 
 TEST(TrayIcon, BeginsWithTheNameOfTheProgramAsItsTip) {
     frmMain form;
-    TrayIcon icon(form, [] {});
+    TrayIcon icon(form);
     icon.HostIs(true);
     EXPECT_EQ(Shown(icon).toolTip(), "Corvetape");
     icon.ShowTip("Marrow &&& Mint:\nTea\nCups");
@@ -54,7 +54,8 @@ TEST(TrayIcon, BeginsWithTheNameOfTheProgramAsItsTip) {
 TEST(TrayIcon, BringsTheWindowBackByADoubleClickAndNotByASingleOne) {
     frmMain form;
     int restored = 0;
-    TrayIcon icon(form, [&restored] { ++restored; });
+    TrayIcon icon(form);
+    icon.Restore.Connect([&restored] { ++restored; });
     icon.HostIs(true);
     QSystemTrayIcon* const shown = &Shown(icon);
     emit shown->activated(QSystemTrayIcon::Trigger);
@@ -67,7 +68,8 @@ TEST(TrayIcon, BringsTheWindowBackByADoubleClickAndNotByASingleOne) {
 TEST(TrayIcon, TakesTwoClicksForADoubleClickWhereTheHostReportsSingleOnesOnly) {
     frmMain form;
     int restored = 0;
-    TrayIcon icon(form, [&restored] { ++restored; });
+    TrayIcon icon(form);
+    icon.Restore.Connect([&restored] { ++restored; });
     icon.HostIs(true);
     QSystemTrayIcon* const shown = &Shown(icon);
     const int before = QApplication::doubleClickInterval();
@@ -91,7 +93,7 @@ QMenu* MenuOfTheIcon() {
 
 TEST(TrayMenu, HasItsItemsInTheirOrderAndTheyPressTheirControls) {
     UiWorld world;
-    const TrayIcon icon(world.Form(), [] {});
+    const TrayIcon icon(world.Form());
     QMenu* const menu = MenuOfTheIcon();
     ASSERT_NE(menu, nullptr);
     std::vector<std::string> texts;
@@ -112,7 +114,7 @@ TEST(TrayMenu, HasItsItemsInTheirOrderAndTheyPressTheirControls) {
 TEST(TrayMenu, QuickButtonsShowsAndHidesTheBar) {
     UiWorld world;
     world.RunFor(3);
-    const TrayIcon icon(world.Form(), [] {});
+    const TrayIcon icon(world.Form());
     const int32_t before = world.Form().chkQuickButtons.Value();
     MenuOfTheIcon()->actions().at(1)->trigger();
     EXPECT_NE(world.Form().chkQuickButtons.Value(), before);
