@@ -50,7 +50,7 @@ struct RememberSong {
     std::string Base;
 };
 
-/// Deletes the files of the name `Base` with any one extension, if all commands have succeeded, the
+/// Deletes the files `Base` with any one extension but the note, if all commands have succeeded, the
 /// remembered song file is still the same one, and `Base` and `Target` are in different folders.
 struct DeleteSong {
     std::string Base;

@@ -171,8 +171,11 @@ TEST_F(TransferJobTest, OnlyWithDelTempTheTemporaryFilesAreDeletedAtTheEnd) {
     EXPECT_FALSE(Has<DeleteSong>(Bench.Sim.Processes.Jobs[0]));
     Bench.Options.DelTemp = true;
     Transfer();
-    ASSERT_TRUE(std::holds_alternative<DeleteSong>(Bench.Sim.Processes.Jobs[1].Steps.back()));
-    const auto& step = std::get<DeleteSong>(Bench.Sim.Processes.Jobs[1].Steps.back());
+    const std::vector<JobStep>& steps = Bench.Sim.Processes.Jobs[1].Steps;
+    ASSERT_EQ(steps.size(), 4U);
+    ASSERT_TRUE(std::holds_alternative<DeleteNote>(steps[3])) << "the name is free after that";
+    ASSERT_TRUE(std::holds_alternative<DeleteSong>(steps[2]));
+    const auto& step = std::get<DeleteSong>(steps[2]);
     EXPECT_EQ(step.Base, "/temp/Corvet/Artist - Title (2)");
     EXPECT_EQ(step.Target, "/music/Pop/Artist - Title");
 }

@@ -1,3 +1,4 @@
+#include "post/transfer/encoder_results.h"
 #include "post/transfer_rig.h"
 
 namespace Corvetape {
@@ -30,6 +31,46 @@ TEST_F(TransferJobTest, ANoteStaysUntilTheMusicFileIsThere) {
     EXPECT_TRUE(Exists("/temp/Corvet/Artist - Title.note"));
     Job.NoteEnd(Songs[0], true);
     EXPECT_FALSE(Exists("/temp/Corvet/Artist - Title.note"));
+}
+
+TEST_F(TransferJobTest, TheEndOfASongLeavesTheNoteOfALaterOneOfItsNameAlone) {
+    const std::string note = "/temp/Corvet/Artist - Title.note";
+    EncoderResults results{Job, Bench.Sim.Processes, Bench.Sim.Files, Bench.Say};
+    Transfer();
+    Bench.Sim.Files.Delete(note);  // as its command does
+    Bench.Sim.Processes.DurationOf = [](const HiddenJob&) { return std::chrono::milliseconds(1000); };
+    Bench.Media.SongMedia.TempFileName = "second";
+    Bench.Sim.Files.Put("/temp/Corvet/second.wav", "second sound");
+    Transfer();
+    ASSERT_EQ(Songs[1].TempFile, Songs[0].TempFile);
+    results.Collect();
+    EXPECT_TRUE(Exists(note)) << "its command is still at work";
+    Bench.Sim.Loop.Sleep(std::chrono::milliseconds(1000));
+    results.Collect();
+    EXPECT_FALSE(Exists(note));
+}
+
+TEST_F(TransferJobTest, TheEndOfASongLeavesTheNoteOfAnotherRunAlone) {
+    Transfer();
+    const std::string note = "/temp/Corvet/Artist - Title.note";
+    Bench.Sim.Files.Put(note, "[Song]\nRun=run-2\n");
+    Job.NoteEnd(Songs[0], true);
+    EXPECT_TRUE(Exists(note));
+}
+
+TEST_F(TransferJobTest, ASongWhoseMusicWasMadeNeedsNoNoteEvenIfItsCommandWasKilled) {
+    EncoderResults results{Job, Bench.Sim.Processes, Bench.Sim.Files, Bench.Say};
+    const std::string note = "/temp/Corvet/Artist - Title.note";
+    Bench.Sim.Processes.OnJob = [](const HiddenJob&) { return 143; };
+    Transfer();
+    results.Collect();
+    EXPECT_TRUE(Exists(note));
+    Bench.Sim.Files.Delete(note);
+    Bench.Sim.Files.Put("/temp/Corvet/" + std::string(Stamp) + ".wav", "sound");
+    Transfer();
+    Bench.Sim.Files.Put(Songs[1].MadeFile, Songs[1].MusicFile + "\n");
+    results.Collect();
+    EXPECT_FALSE(Exists(note));
 }
 
 TEST_F(TransferJobTest, WhatIsEncodedOfflineHasNoNote) {

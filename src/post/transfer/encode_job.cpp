@@ -78,11 +78,12 @@ EncodeJob MakeEncodeJob(std::string name, const EncoderRow& row, const EncodeReq
     // Normalising may have put another file in the place of the song.
     if (options.DelTemp) job.Steps.emplace_back(RememberSong{request.SourceBase});
     job.Steps.emplace_back(std::move(encode));
-    if (!request.Note.empty()) {
-        job.Steps.emplace_back(DeleteNote{request.Note, request.MadeFile, request.Reader});
-    }
     if (options.DelTemp) {
         job.Steps.emplace_back(DeleteSong{request.SourceBase, request.Names.TargetBase});
+    }
+    // The last step: without its note the name is free, and the files of that name may be another song's.
+    if (!request.Note.empty()) {
+        job.Steps.emplace_back(DeleteNote{request.Note, request.MadeFile, request.Reader});
     }
     return {std::move(job), {}};
 }

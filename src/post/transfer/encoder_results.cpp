@@ -31,7 +31,11 @@ void DeleteLeftReports(Files& files, const std::string& songTempFolder, SystemIn
 EncoderResults::EncoderResults(TransferJob& job, Processes& processes, Files& files, Reporter& say)
     : Job(job), Programs(processes), Disk(files), Say(say) {
     Job.Transferred.Connect([this](const TransferredSong& song) {
-        std::erase(Finished, song.TempFile);  // that name is another song's now
+        // That name is another song's now, and so is the note.
+        std::erase(Finished, song.TempFile);
+        for (auto& [name, earlier] : Unfinished) {
+            if (earlier.TempFile == song.TempFile) earlier.TempFile.clear();
+        }
         if (!song.JobName.empty()) Unfinished[song.JobName] = song;
     });
 }
@@ -47,14 +51,16 @@ void EncoderResults::EndJob(const JobResult& result) {
     const auto found = Unfinished.find(result.Name);
     if (found == Unfinished.end()) return;
     const TransferredSong& song = found->second;
-    if (const std::optional<MadeMusic> music = ReadMadeMusic(Disk, song.MadeFile)) {
+    const std::optional<MadeMusic> music = ReadMadeMusic(Disk, song.MadeFile);
+    if (music) {
         Disk.Delete(song.MadeFile);
         MusicMade.Raise(result.Name, *music);
         ReportSameName(*music, song.MusicFile);
     }
-    Job.NoteEnd(song, result.ExitCode == 0);
+    // A command that was killed after its music was made has left the note.
+    Job.NoteEnd(song, result.ExitCode == 0 || music);
     if (result.ExitCode == 0) {
-        Finished.push_back(song.TempFile);
+        if (!song.TempFile.empty()) Finished.push_back(song.TempFile);
         Unfinished.erase(found);
     }
 }

@@ -1,5 +1,6 @@
 #include "post/transfer/transfer_job.h"
 
+#include <optional>
 #include <utility>
 
 #include "core/log.h"
@@ -93,8 +94,11 @@ void TransferJob::HandOn(SongPassage& passage, bool named) {
 
 void TransferJob::NoteEnd(const TransferredSong& song, bool isMade) {
     if (!isMade && Place.LeavesNotes) return;
-    const size_t begin = song.TempFile.rfind('/') + 1;
-    Parts.Notes.Remove(song.TempFile.substr(begin, song.TempFile.rfind('.') - begin));
+    const std::string base = song.TempFile.substr(0, song.TempFile.rfind('.'));
+    // The command has deleted the note, and another run may have taken the name since.
+    const std::optional<SongNote> note = ReadSongNote(Parts.Disk, base + ".note");
+    if (note && note->Run != Place.RunName) return;
+    Parts.Notes.Remove(base.substr(base.rfind('/') + 1));
 }
 
 void TransferJob::MakeSubFolder(const SongNames& names) {

@@ -48,7 +48,7 @@ class TransferJob {
     SongNames NamesOf(const STATIONANDSONGDATA& song) const;
 
     /// Its encoder is through. The note of a song that has its music file goes; that of another one stays
-    /// where notes are left.
+    /// where notes are left. Without a TempFile, whose name a later song has, nothing happens.
     void NoteEnd(const TransferredSong& song, bool isMade);
 
     /// Raised at the end of each job.

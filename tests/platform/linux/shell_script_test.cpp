@@ -16,6 +16,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Not;
 using Testing::PrintedArguments;
 using Testing::RunShell;
 
@@ -373,6 +374,15 @@ TEST_F(ShellScriptDeleting, OnlyTheFilesOfThatNameWithOneExtensionGo) {
         Left(),
         "It's $HOME [a]*. Blue.x.wav\nIt's $HOME [a]*.Blue.wav\nIt's $HOME [a]*x.wav\nIt's $HOME aX.wav\n"
         "other.wav\n");
+}
+
+TEST_F(ShellScriptDeleting, TheNoteThatHoldsTheNameStays) {
+    const std::string before = Left();
+    Sh("cd \"$F\"/temp; touch \"It's \\$HOME [a]*.note\"; rm \"It's \\$HOME [a]*.jpg\"");
+    Run("true\\r\\n", Folder + "/music/x");
+    EXPECT_THAT(before, Not(HasSubstr(".note")));
+    EXPECT_THAT(Left(), HasSubstr("It's $HOME [a]*.note\n"));
+    EXPECT_THAT(Left(), Not(HasSubstr("It's $HOME [a]*.wav\n")));
 }
 
 TEST_F(ShellScriptDeleting, NothingGoesIfACommandFailed) {

@@ -38,6 +38,33 @@ TEST_F(RealEncoders, AnOlderSongThatIsNumberedTakesItsCoverAlong) {
     EXPECT_NE(Content(cover + ".jpg"), first);
 }
 
+/// Another run takes the name of the song at the first moment it is free: just before or just after a file
+/// goes.
+TEST_F(RealEncoders, ASongThatTakesTheNameAsSoonAsItIsFreeKeepsItsFile) {
+    Options.DelTemp = true;
+    Folders.CommonDataFolder = Root + "/tools";
+    Files.MakeFolder(Folders.CommonDataFolder);
+    const std::string name = Folders.SongTempFolder + "/Artist - Title";
+    for (const bool before : {true, false}) {
+        const std::string tool = "#!/bin/sh\nPATH=/usr/bin:/bin\nname=" + ShellWord(name) + "\nif " +
+                                 (before ? "false" : "true") +
+                                 "; then rm \"$@\"; shift $#; fi\n"
+                                 "if ! [ -e \"$0.taken\" ] && ! [ -e \"$name.note\" ]; then\n"
+                                 "printf '[Song]\\nRun=2-run\\n' >\"$name.note\"\n"
+                                 "printf another >\"$0.taken\"; cp \"$0.taken\" \"$name.new\"; mv "
+                                 "\"$name.new\" \"$name.wav\"\nfi\n"
+                                 "[ $# = 0 ] || rm \"$@\"\n";
+        ASSERT_TRUE(Files.ReplaceAtomically(Folders.CommonDataFolder + "/rm", tool));
+        RunShell("chmod +x " + ShellWord(Folders.CommonDataFolder + "/rm"));
+        PutSong(ToneFile(44100, 1, 8000));
+        ASSERT_EQ(Transfer(0), 0) << Content(Root + "/log/encode.log");
+        EXPECT_EQ(Content(Made), ToneFile(44100, 1, 8000));
+        EXPECT_EQ(Exists(Folders.CommonDataFolder + "/rm.taken"), !before);
+        EXPECT_EQ(Listing(Folders.SongTempFolder), before ? "" : "Artist - Title.note\nArtist - Title.wav\n");
+    }
+    EXPECT_EQ(Content(name + ".wav"), "another");
+}
+
 TEST_F(RealEncoders, TheSameSongAgainIsThereOnce) {
     for (const int32_t encoder : {0, 1}) {
         for (int i = 0; i < 2; ++i) {

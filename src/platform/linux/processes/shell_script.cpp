@@ -88,9 +88,10 @@ bool ShellScript::Add(const DeleteSong& step) {
     const std::string there = Declare(step.Target.substr(0, step.Target.rfind('/') + 1));
     Commands += "if [ \"$corvet_failed\" -eq 0 ] && ! [ \"$" + here + "\" -ef \"$" + there +
                 "\" ] && [ /proc/self/fd/9 -ef \"$" + song + "\" ]; then\n";
-    // Another song may be called like this one with a dot and more after it; only one extension counts.
+    // Another song may be called like this one with a dot and more after it; only one extension counts. As
+    // soon as the note is gone, another song may take the name, and its file would go here.
     Commands += "for corvet_file in \"$" + name + "\".*; do case \"${corvet_file#\"$" + name +
-                "\".}\" in *.*) ;; *) rm -f -- \"$corvet_file\" ;; esac; done\nfi\n";
+                "\".}\" in *.* | note) ;; *) rm -f -- \"$corvet_file\" ;; esac; done\nfi\n";
     return true;
 }
 
