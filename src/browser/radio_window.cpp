@@ -107,7 +107,7 @@ void RadioWindow::FollowPage() {
 
 void RadioWindow::ReportPage() {
     const QString title = Page.title();
-    setWindowTitle(title.isEmpty() ? QString("Radio") : Cut(title) + " - Radio");
+    setWindowTitle(title.isEmpty() ? QString("Radio") : Cut(title).replace("[*]", "[*][*]") + " - Radio");
     Address.setText(Page.url().toDisplayString());
     QJsonObject page = Line(BrowserProtocol::Page);
     page[BrowserProtocol::Url] = Cut(Page.url().toString());

@@ -72,10 +72,11 @@ void QtDesktop::ReportWindow() {
 
 void QtDesktop::LoadBars() {
     const QSize screen = QGuiApplication::primaryScreen()->size() * ScreenTwipsPerPixel;
+    const QSize all = QGuiApplication::primaryScreen()->virtualSize() * ScreenTwipsPerPixel;
     ReportPlace();
     FloatingBars& bars = Parts->Bars;
     bars.IconIsThere(IconIsThere());
-    bars.Load({screen.width(), screen.height()});
+    bars.Load({screen.width(), screen.height()}, {all.width(), all.height()});
     const bool wayland = QGuiApplication::platformName().startsWith("wayland");
     const BarStyle style = wayland || CompositorRuns() ? BarStyle::Composited : BarStyle::Plain;
     PlainBar = std::make_unique<QuickBarWindow>(*Parts, Forms->PlainBar, style);

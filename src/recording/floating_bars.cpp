@@ -45,9 +45,9 @@ void FloatingBars::AttachCover() {
     CoversChanged = Parts.Covers.Changed.Listen([this] { CoverChanged(); });
 }
 
-void FloatingBars::Put(Form& bar, TwipSize size, const WindowPosition& fallback, TwipSize screen) {
+void FloatingBars::Put(Form& bar, TwipSize size, const WindowPosition& fallback) {
     const WindowPosition at =
-        StoredBarPosition(Parts.Options.QuickButtonsPos, size, screen).value_or(fallback);
+        StoredBarPosition(Parts.Options.QuickButtonsPos, size, AllScreens).value_or(fallback);
     bar.Place({at.Left, at.Top, size.Width, size.Height});
 }
 
@@ -55,7 +55,7 @@ WindowPosition FloatingBars::DefaultCoverPlace() const {
     const TwipSize size{Parts.Cover.Place().Width, Parts.Cover.Place().Height};
     const WindowPlace& window = Parts.Form.Place();
     const WindowPosition at = DefaultCoverBarPosition(size, window);
-    return Parts.Options.QuickButtonsPos.empty() ? BesideMainWindow(at, size, window, Screen) : at;
+    return Parts.Options.QuickButtonsPos.empty() ? BesideMainWindow(at, size, window, AllScreens) : at;
 }
 
 void FloatingBars::MainWindowPlaced() {
@@ -68,13 +68,13 @@ void FloatingBars::MainWindowPlaced() {
     Parts.Cover.Place(place);
 }
 
-void FloatingBars::Load(TwipSize screen) {
-    Screen = screen;
+void FloatingBars::Load(TwipSize screen, TwipSize allScreens) {
+    AllScreens = allScreens;
     const TwipSize plain = ScaleBar(Parts.Plain, PlainSize);
-    Put(Parts.Plain, plain, DefaultPlainBarPosition(plain, screen), screen);
+    Put(Parts.Plain, plain, DefaultPlainBarPosition(plain, screen));
     frmCoverButtons& bar = Parts.Cover;
     const TwipSize cover = ScaleBar(bar, CoverSize);
-    Put(bar, cover, DefaultCoverPlace(), screen);
+    Put(bar, cover, DefaultCoverPlace());
     LoadedAt = {bar.Place().Left, bar.Place().Top};
     bar.CoverBoxWidth = static_cast<float>(cover.Width) / ScreenTwipsPerPixel;
     bar.CoverBoxHeight = static_cast<float>(cover.Height) / ScreenTwipsPerPixel;

@@ -38,8 +38,9 @@ class FloatingBars {
     static constexpr TwipSize PlainSize{520 * DesignTwipsPerPixel, 48 * DesignTwipsPerPixel};
     static constexpr TwipSize CoverSize{106 * DesignTwipsPerPixel, 107 * DesignTwipsPerPixel};
 
-    /// Places both on a screen of this size in twips, and shows the one in use if the user wants one.
-    void Load(TwipSize screen);
+    /// Places both, and shows the one in use if the user wants one. Sizes in twips: of the main screen, where
+    /// the plain bar has its default place, and of all screens together, on which a stored place must be.
+    void Load(TwipSize screen, TwipSize allScreens);
 
     /// The desktop has put the main window to its place, which may be another one than at Load. A cover bar
     /// that stands at its default place, because none was ever stored, leaves the window free.
@@ -77,12 +78,12 @@ class FloatingBars {
     void HideTimerFired();
     void CoverChanged();
     WindowPosition DefaultCoverPlace() const;
-    void Put(Form& bar, TwipSize size, const WindowPosition& fallback, TwipSize screen);
+    void Put(Form& bar, TwipSize size, const WindowPosition& fallback);
 
     FloatingBarsParts Parts;
     Form* InUse;
     Connection CoversChanged;
-    TwipSize Screen;
+    TwipSize AllScreens;
     WindowPosition LoadedAt;  ///< the cover bar
     bool Loaded = false;
     bool IconThere = false;

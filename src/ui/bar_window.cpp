@@ -13,6 +13,7 @@
 #include "ui/look.h"
 #include "ui/make.h"
 #include "ui/window_keys.h"
+#include "ui/words.h"
 
 namespace Corvetape {
 
@@ -45,7 +46,7 @@ BarWindow::BarWindow(const UiParts& parts, Form& form, BarStyle style)
 
 void BarWindow::FollowForm() {
     const bool before = std::exchange(Following, true);
-    setWindowTitle(QString::fromStdString(Own.Caption()));
+    setWindowTitle(TitleOf(QString::fromStdString(Own.Caption())));
     if (Own.Visible() && !isVisible()) ComeOntoTheScreen();
     const QPoint at(Own.Place().Left / ScreenTwipsPerPixel, Own.Place().Top / ScreenTwipsPerPixel);
     if (pos() != at) move(at);

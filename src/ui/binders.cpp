@@ -1,10 +1,12 @@
 #include "ui/binders.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -17,6 +19,7 @@
 #include "ui/button_reading.h"
 #include "ui/make.h"
 #include "ui/shown_text.h"
+#include "ui/words.h"
 
 namespace Corvetape {
 
@@ -33,7 +36,7 @@ void ShowCommon(const Control& control, QWidget& widget) {
     // One that is to be hidden says so all the same, or its layout would show it.
     const bool shows = widget.isHidden() && control.Visible() && widget.parentWidget();
     if (shows || !control.Visible()) widget.setVisible(control.Visible());
-    widget.setToolTip(notBuilt.isEmpty() ? QString::fromStdString(control.ToolTip()) : notBuilt);
+    widget.setToolTip(notBuilt.isEmpty() ? TipOf(QString::fromStdString(control.ToolTip())) : notBuilt);
 }
 
 namespace {
@@ -135,7 +138,7 @@ QPushButton* BoundToIcon(CommandButton& control) {
     Follow(control, widget, [](const CommandButton& from, QPushButton& to) {
         const QString caption = QString::fromStdString(from.Caption());
         to.setAccessibleName(caption);
-        if (to.toolTip().isEmpty()) to.setToolTip(caption);
+        if (to.toolTip().isEmpty()) to.setToolTip(TipOf(caption));
     });
     return widget;
 }
@@ -193,6 +196,34 @@ QLabel* BoundTo(Label& control) {
     return widget;
 }
 
+namespace {
+
+/// Shows its whole text in a tip where there is no room for it.
+class ElidedLabel : public QLabel {
+ public:
+    ElidedLabel() {
+        setTextFormat(Qt::PlainText);
+        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    }
+
+ protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
+        setToolTip(shown == text() ? QString() : TipOf(text()));
+        QPainter painter(this);
+        painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter, shown);
+    }
+};
+
+}  // namespace
+
+QLabel* BoundToElided(Label& control) {
+    auto* const widget = Make<ElidedLabel>();
+    Follow(control, widget,
+           [](const Label& from, QLabel& to) { to.setText(QString::fromStdString(from.Caption())); });
+    return widget;
+}
+
 QLineEdit* BoundTo(TextBox& control) {
     auto* const widget = Make<QLineEdit>();
     QObject::connect(widget, &QLineEdit::textEdited,
@@ -204,6 +235,13 @@ QLineEdit* BoundTo(TextBox& control) {
         if (!from.Caption().empty()) to.setAccessibleName(QString::fromStdString(from.Caption()));
     });
     return widget;
+}
+
+bool LeaveField() {
+    auto* const field = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+    if (!field) return true;
+    field->clearFocus();
+    return !field->property("refused").toBool();
 }
 
 QPlainTextEdit* BoundToLines(TextBox& control) {

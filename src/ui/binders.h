@@ -33,12 +33,19 @@ QPushButton* BoundTo(CommandButton& control);
 QPushButton* BoundToIcon(CommandButton& control);
 QLabel* BoundTo(Label& control);
 
+/// A line that ends in an ellipsis where there is no room.
+QLabel* BoundToElided(Label& control);
+
 /// A text that does something when it is clicked, with the pointer or by the keyboard.
 QPushButton* BoundToLink(Label& control);
 QPushButton* BoundToLink(TextBox& control);
 
 /// One line. It is validated when it is left; a refused input keeps the focus and is marked.
 QLineEdit* BoundTo(TextBox& control);
+
+/// Leaves the line that the keyboard is in, if it is in one. False if its input was refused; it keeps the
+/// keyboard then.
+bool LeaveField();
 
 /// Several lines that are only read.
 QPlainTextEdit* BoundToLines(TextBox& control);

@@ -28,24 +28,10 @@ constexpr double Radius = 10;
 /// Text and buttons stand on a dark strip, whatever the picture is.
 const QColor Veil(16, 16, 18, 176);
 
-/// A line that ends in an ellipsis where there is no room.
-class ElidedLabel : public QLabel {
- protected:
-    void paintEvent(QPaintEvent* /*event*/) override {
-        QPainter painter(this);
-        painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter,
-                         fontMetrics().elidedText(text(), Qt::ElideRight, width()));
-    }
-};
-
 /// One line of the song; the surface behind it takes the pointer.
 QLabel* Line(Label& control, QFont::Weight weight) {
-    auto* const label = Make<ElidedLabel>();
-    label->setTextFormat(Qt::PlainText);
-    Follow(control, label,
-           [](const Label& from, QLabel& to) { to.setText(QString::fromStdString(from.Caption())); });
+    QLabel* const label = BoundToElided(control);
     label->setFont(ScaledFont(0.8, weight));
-    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     label->setAttribute(Qt::WA_TransparentForMouseEvents);
     return label;
 }

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "core/window_place.h"
+#include "ui/binders.h"
 #include "ui/look.h"
 #include "ui/make.h"
 #include "ui/mnemonics.h"
@@ -20,6 +21,7 @@
 #include "ui/status_line.h"
 #include "ui/tray_icon.h"
 #include "ui/window_keys.h"
+#include "ui/words.h"
 
 namespace Corvetape {
 
@@ -77,10 +79,14 @@ void MainWindow::AddKeys() {
     const auto key = [this](const QKeySequence& keys, auto action) {
         connect(Make<QShortcut>(keys, this), &QShortcut::activated, this, action);
     };
-    key(Qt::CTRL | Qt::Key_Tab, [this] { SelectNeighbour(Parts.Form.tbsMain, 1); });
-    key(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, [this] { SelectNeighbour(Parts.Form.tbsMain, -1); });
+    key(Qt::CTRL | Qt::Key_Tab, [this] { GoToNeighbour(1); });
+    key(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, [this] { GoToNeighbour(-1); });
     // With Shift some systems give the key another name.
-    key(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab, [this] { SelectNeighbour(Parts.Form.tbsMain, -1); });
+    key(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab, [this] { GoToNeighbour(-1); });
+}
+
+void MainWindow::GoToNeighbour(int step) {
+    if (LeaveField()) SelectNeighbour(Parts.Form.tbsMain, step);
 }
 
 void MainWindow::ComeForward() {
@@ -95,7 +101,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::FollowForm() {
-    setWindowTitle(QString::fromStdString(Parts.Form.Caption()));
+    setWindowTitle(TitleOf(QString::fromStdString(Parts.Form.Caption())));
     // Boxes belong to the window, which stays enabled for them.
     centralWidget()->setEnabled(Parts.Form.Enabled());
     if (Parts.Form.Visible() == isVisible()) return;

@@ -42,6 +42,7 @@ class MainWindow : public QMainWindow {
     void AnswerState();
     void AddPages();
     void AddKeys();
+    void GoToNeighbour(int step);
     void ShowSelectedPage();
 
     UiParts Parts;

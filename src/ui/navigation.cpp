@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "ui/binders.h"
 #include "ui/button_reading.h"
 #include "ui/icons.h"
 #include "ui/look.h"
@@ -38,8 +39,10 @@ Navigation::Navigation(TabStrip& tabs) : Tabs(tabs) {
         button->setIconSize({18, 18});
         button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         button->setMinimumHeight(4 * Grid);
-        button->setFocusPolicy(Qt::StrongFocus);  // so that a field is left, and its number looked at, before
-        connect(button, &QToolButton::clicked, this, [this, key] { Tabs.Select(key); });
+        connect(button, &QToolButton::clicked, this, [this, key] {
+            if (LeaveField()) Tabs.Select(key);
+            Refresh();  // the click has checked the button
+        });
         if (key == tabs.Tabs().back().Key) lines->addStretch(1);
         lines->addWidget(button);
         Buttons[key] = button;

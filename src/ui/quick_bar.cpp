@@ -11,6 +11,7 @@
 #include "ui/look.h"
 #include "ui/make.h"
 #include "ui/song_list.h"
+#include "ui/words.h"
 
 namespace Corvetape {
 
@@ -81,7 +82,7 @@ void QuickBarWindow::Refresh() {
     Age->setText(LengthText(static_cast<uint64_t>(Parts.Heard.Seconds())));
     const QString title = QString::fromStdString(Form.Caption());
     Title->setText(Title->fontMetrics().elidedText(title, Qt::ElideRight, Title->width()));
-    Title->setToolTip(title);
+    Title->setToolTip(TipOf(title));
     StartStop->setIcon(DrawnIcon(recording ? "stop" : "record", look.OnAccent));
 }
 

@@ -4,6 +4,7 @@
 #include <QContextMenuEvent>
 #include <QDialog>
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
 #include <QPlainTextEdit>
@@ -68,7 +69,7 @@ QString FlawsText(const RunSong& song, const Words& say) {
     if (song.ByTitleAlone) lines += say(Key::IsByTitleAlone);
     const bool unsure = song.Begin == Certainty::Unsure || song.End == Certainty::Unsure;
     if (lines.isEmpty() && !unsure) lines += say(Key::LacksAnEnd);
-    return lines.join('\n');
+    return TipOf(lines.join('\n'));
 }
 
 QString ShortCutsText(const RunSong& song, const Words& say) {
@@ -140,7 +141,7 @@ class SongModel : public QAbstractListModel {
             const auto file = QString::fromStdString(song.MusicFile.empty() ? song.TempFile : song.MusicFile);
             QStringList lines{file, CutsText(song, Parts.Say), FlawsText(song, Parts.Say)};
             lines.removeAll(QString());
-            return lines.join('\n');
+            return TipOf(lines.join('\n'));
         }
         return {};
     }
@@ -290,11 +291,21 @@ SongList::SongList(const UiParts& parts) : Parts(parts) {
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollMode(QListView::ScrollPerPixel);
     setMouseTracking(true);
-    connect(this, &QListView::activated, this,
-            [this](const QModelIndex& index) { Parts.Actions.Play(RunSong(SongAt(index.row()))); });
+    connect(this, &QListView::doubleClicked, this, &SongList::Play);
     Parts.Covers.Changed.Connect([kept = QPointer<SongList>(this)] {
         if (kept) kept->viewport()->update();
     });
+}
+
+void SongList::Play(const QModelIndex& index) {
+    Parts.Actions.Play(RunSong(SongAt(index.row())));
+}
+
+/// On some desktops a single click activates an entry; songs are played by two clicks or by Enter only.
+void SongList::keyPressEvent(QKeyEvent* event) {
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (enter && currentIndex().isValid()) return Play(currentIndex());
+    QListView::keyPressEvent(event);
 }
 
 void SongList::FillMenu(QMenu& menu, int row) {
@@ -331,7 +342,8 @@ void SongList::ShowLogLines(const RunSong& song) {
     auto* const box = Make<QDialog>(this);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setObjectName("logLines");
-    box->setWindowTitle(Parts.Say(Key::LogOfSong, {NameOf(song).toStdString()}));
+    const QString title = Parts.Say(Key::LogOfSong, {NameOf(song).toStdString()});
+    box->setWindowTitle(TitleOf(title));
     Dress(*box);
     auto* const layout = Make<QVBoxLayout>(box);
     layout->setContentsMargins(2 * Grid, 2 * Grid, 2 * Grid, 2 * Grid);
@@ -339,7 +351,7 @@ void SongList::ShowLogLines(const RunSong& song) {
     auto* const text = Make<QPlainTextEdit>(lines.isEmpty() ? Parts.Say(Key::NoLogLines) : lines);
     text->setReadOnly(true);
     text->setLineWrapMode(QPlainTextEdit::NoWrap);
-    text->setAccessibleName(box->windowTitle());
+    text->setAccessibleName(title);
     layout->addWidget(text);
     auto* const done = Make<QPushButton>(Parts.Say(Key::CloseBox));
     connect(done, &QPushButton::clicked, box, &QDialog::accept);

@@ -20,9 +20,11 @@ class SongList : public QListView {
  protected:
     void paintEvent(QPaintEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
  private:
     const RunSong& SongAt(int row) const { return Parts.Songs.Songs().at(static_cast<size_t>(row)); }
+    void Play(const QModelIndex& index);
     void Keep(uint64_t number);
     void ShowLogLines(const RunSong& song);
 

@@ -31,19 +31,20 @@ StatusLine::StatusLine(const UiParts& parts) : Parts(parts) {
     setObjectName("status");
     auto* const row = Make<QHBoxLayout>(this);
     row->setContentsMargins(2 * Grid, Grid / 2 + 2, 2 * Grid, Grid / 2 + 2);
-    QLabel* const message = BoundTo(Parts.Form.lblStatus[1]);
+    QLabel* const message = BoundToElided(Parts.Form.lblStatus[1]);
     QLabel* const song = BoundTo(Parts.Form.lblStatus[3]);
     for (QLabel* label : {message, song}) label->setFont(ScaledFont(0.92));
-    message->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     row->addWidget(InputName());
     row->addWidget(message, 1);
     row->addWidget(song);
     row->addWidget(LevelAndRoom());
     row->addWidget(BarButton());
+    ShowFigures();  // now that all have their places: without one they would be windows
 }
 
 QWidget* StatusLine::InputName() {
     auto* const input = Make<QLabel>();
+    input->setTextFormat(Qt::PlainText);
     input->setFont(ScaledFont(0.92));
     const auto refresh = [this, kept = QPointer<QLabel>(input)] {
         if (!kept) return;
@@ -67,7 +68,6 @@ QWidget* StatusLine::LevelAndRoom() {
     Parts.Form.tmr1Second.Timer.Connect([this, kept = QPointer<QLabel>(Figures)] {
         if (kept && isVisible()) ShowFigures();
     });
-    ShowFigures();
     return Figures;
 }
 

@@ -34,7 +34,7 @@ class StatusLine : public QFrame {
     QToolButton* Bar = nullptr;
     QLabel* Figures = nullptr;
     QString RoomShown;
-    int Beats = 0;  ///< seconds since the disk was asked
+    int Beats = 0;  ///< counts to the next question to the disk, which is due at 0
 };
 
 }  // namespace Corvetape

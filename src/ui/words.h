@@ -23,4 +23,10 @@ class Words {
     const clsLocalizeControls& Texts;
 };
 
+/// A tip that shows a text as it is, also one of strangers that looks like markup.
+QString TipOf(const QString& text);
+
+/// A title that a window shows as it is; "[*]" would be the place of a mark.
+QString TitleOf(QString text);
+
 }  // namespace Corvetape

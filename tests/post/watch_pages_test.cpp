@@ -275,6 +275,9 @@ TEST_F(WatchPagesTest, TheFileIsOpenedForEditing) {
     EXPECT_EQ(Machine.Processes.ShellCalls[0].Path, "/home/user/log/Include.txt");
     EXPECT_EQ(Machine.Processes.ShellCalls[1].Path, "/home/user/log/Exclude.txt");
     EXPECT_TRUE(Machine.Files.FileSize(Lists.FileOf(Exclude))) << "an editor needs a file";
+    ASSERT_TRUE(Machine.Files.Append(Lists.FileOf(Exclude), "Typed there\r\n"));
+    Form.cmdEditWatchList[1].Press();
+    EXPECT_EQ(FileText(Exclude), "Typed there\r\n") << "what was typed outside stays";
 }
 
 TEST_F(WatchPagesTest, AnOutsideEditIsNotTakenOver) {

@@ -11,12 +11,12 @@ namespace {
 constexpr TwipSize Screen{1920 * 15, 1080 * 15};
 
 struct Rig : PauseRig {
-    explicit Rig(const std::string& pos = "", bool oldView = false) {
+    explicit Rig(const std::string& pos = "", bool oldView = false, TwipSize allScreens = Screen) {
         Options.QuickButtonsPos = pos;
         Options.OldView = oldView;
         Form.Place({3000, 1500, 15'000, 10'000});
         Form.Visible(true);
-        Bars.Load(Screen);
+        Bars.Load(Screen, allScreens);
     }
 
     bool OverlayShown() const { return Cover.shpTop.Visible() && Cover.lblSong.Visible(); }
@@ -45,7 +45,9 @@ TEST(FloatingBars, StandWhereTheyStoodOrAtTheirDefaultPlaces) {
     EXPECT_EQ(stored.Cover.Place().Left, 4500);
     EXPECT_EQ(stored.Cover.Place().Top, 3000);
     EXPECT_EQ(stored.Cover.Place().Width, 106 * 15);
-    Rig outside("28000;3000", true);  // the screen has become smaller
+    Rig second("30000;3000", true, {2 * Screen.Width, Screen.Height});  // on the second screen
+    EXPECT_EQ(second.Plain.Place().Left, 30'000);
+    Rig outside("30000;3000", true);  // the second screen is gone
     EXPECT_EQ(outside.Plain.Place().Left, Screen.Width - outside.Plain.Place().Width);
     EXPECT_EQ(outside.Plain.Place().Top, 0);
     EXPECT_EQ(outside.Cover.Place().Left, 15'000 - 106 * 15 / 2);

@@ -6,6 +6,8 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
+#include <QTest>
+#include <QToolButton>
 #include <cstdint>
 #include <random>
 #include <string>
@@ -112,6 +114,32 @@ TEST(BadInput, ANumberThatIsRefusedKeepsTheKeyboardAndSaysWhy) {
     EXPECT_EQ(world.Computer.Dialogs.Boxes.size(), boxes + 1);
     TypeAndLeave(*field, "500");
     EXPECT_FALSE(field->property("refused").toBool());
+}
+
+TEST(BadInput, APageWithARefusedNumberStaysUntilTheNumberIsRight) {
+    UiWorld world;
+    world.Window->show();
+    QApplication::setActiveWindow(world.Window.get());
+    world.RunFor(5);
+    world.Form().tbsMain.Select("TAB_PAUSE");
+    auto* const field = world.Find<QLineEdit>("txtIgnoreShortSongs");
+    field->setFocus();
+    ASSERT_TRUE(field->hasFocus());
+    field->selectAll();
+    QTest::keyClicks(field, "abc");
+    const size_t boxes = world.Computer.Dialogs.Boxes.size();
+    auto* const page = world.Find<QToolButton>("TAB_OPTIONS1");
+    QTest::mouseClick(page, Qt::LeftButton);
+    EXPECT_TRUE(field->property("refused").toBool());
+    EXPECT_EQ(world.Computer.Dialogs.Boxes.size(), boxes + 1);
+    EXPECT_EQ(world.Form().tbsMain.SelectedKey(), "TAB_PAUSE");
+    EXPECT_FALSE(page->isChecked());
+    EXPECT_TRUE(field->hasFocus());
+    field->selectAll();
+    QTest::keyClicks(field, "30");
+    QTest::mouseClick(page, Qt::LeftButton);
+    EXPECT_EQ(world.Form().tbsMain.SelectedKey(), "TAB_OPTIONS1");
+    EXPECT_EQ(world.Computer.Dialogs.Boxes.size(), boxes + 1);
 }
 
 TEST(BadInput, AnInputThatGoesIsSaidAtOnceAndItsReturnToo) {

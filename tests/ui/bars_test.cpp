@@ -28,7 +28,7 @@ struct Bars {
     Bars() {
         world.RunFor(5);
         State& state = world.Recorder->Values();
-        world.Recorder->Shown().Bars.Load({1920 * 15, 1080 * 15});
+        world.Recorder->Shown().Bars.Load({1920 * 15, 1080 * 15}, {1920 * 15, 1080 * 15});
         plain = std::make_unique<QuickBarWindow>(*world.Ui, state.PlainBar, BarStyle::Plain);
         cover = std::make_unique<CoverBarWindow>(*world.Ui, state.CoverBar, BarStyle::Plain);
     }

@@ -4,16 +4,19 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
 #include <QWheelEvent>
+#include <QWindow>
 #include <memory>
 
 #include "core/controls/control_array.h"
 #include "ui/binders.h"
+#include "ui/words.h"
 
 namespace Corvetape::Test {
 namespace {
@@ -26,6 +29,7 @@ struct Sample : Form {
     TextBox txtFour{*this, "txtFour"};
     ComboBox cmbFive{*this, "cmbFive"};
     MultiListBox lstSix{*this, "lstSix"};
+    Label lblEight{*this, "lblEight"};
     Slider sldSeven{*this, "sldSeven", -1, 0, 10};
 };
 
@@ -152,6 +156,25 @@ TEST(Binders, TheWheelChangesNoListAndNoSliderThatWasNotClicked) {
     ASSERT_TRUE(slider->hasFocus());
     EXPECT_TRUE(TakesWheel(*slider));
     EXPECT_NE(form.sldSeven.Value(), 3);
+}
+
+TEST(Binders, ALineWithoutRoomSaysAllOfItInATip) {
+    Sample form;
+    form.lblEight.Caption("A title with <b>marks</b> of a page");
+    const std::unique_ptr<QLabel> widget(BoundToElided(form.lblEight));
+    widget->resize(600, 20);
+    widget->grab();
+    EXPECT_TRUE(widget->toolTip().isEmpty());
+    widget->resize(60, 20);
+    widget->grab();
+    EXPECT_EQ(widget->toolTip(), "<p>A title with &lt;b&gt;marks&lt;/b&gt; of a page</p>");
+}
+
+TEST(Binders, ATitleKeepsTheMarkOfAnUnsavedWindow) {
+    QWidget window;
+    window.setWindowTitle(TitleOf("One [*] two [*][*]"));
+    window.show();
+    EXPECT_EQ(window.windowHandle()->title().section(" - ", 0, 0), "One [*] two [*][*]");
 }
 
 TEST(Binders, AControlOutlivesItsWidget) {

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QMainWindow>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QToolButton>
@@ -18,6 +19,28 @@
 
 namespace Corvetape::Test {
 namespace {
+
+/// Counts the windows that come up beside those of the program.
+class WindowWatch : public QObject {
+ public:
+    bool eventFilter(QObject* object, QEvent* event) override {
+        const auto* const widget = qobject_cast<QWidget*>(object);
+        if (event->type() == QEvent::Show && widget && widget->isWindow() &&
+            !qobject_cast<const QMainWindow*>(widget))
+            Others << widget->objectName();
+        return false;
+    }
+
+    QStringList Others;
+};
+
+TEST(MainWindow, IsTheOnlyOneThatAStartShows) {
+    WindowWatch watch;
+    qApp->installEventFilter(&watch);
+    UiWorld world;
+    world.Window->show();
+    EXPECT_EQ(watch.Others.join(", ").toStdString(), "");
+}
 
 TEST(MainWindow, SaysWhatIsDoneWithTheSongThatPlays) {
     UiWorld world("english", {}, {}, 20);

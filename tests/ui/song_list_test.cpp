@@ -9,10 +9,11 @@
 #include <QImage>
 #include <QLabel>
 #include <QMenu>
-#include <QMouseEvent>
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QRandomGenerator>
+#include <QTest>
+#include <QTextDocument>
 
 #include "media/cover_images.h"
 #include "ui/text_keys.h"
@@ -184,7 +185,7 @@ TEST(SongMenu, PlaysASongAndOpensItsFolder) {
     EXPECT_EQ(opens.back().Path, kept.TempPath);
 }
 
-TEST(SongList, PlaysASongByADoubleClick) {
+TEST(SongList, PlaysASongByADoubleClickOrByEnter) {
     Opened opened;
     ClosedSong kept;
     kept.Fate = SongFate::Kept;
@@ -194,15 +195,26 @@ TEST(SongList, PlaysASongByADoubleClick) {
     opened.world.Window->grab();  // so that it is laid out
     const auto& opens = opened.world.Computer.Processes.ShellCalls;
     QWidget* const ground = opened.list->viewport();
-    const QPointF place = opened.list->visualRect(opened.list->model()->index(0, 0)).center();
-    for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease,
-                                    QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease}) {
-        QMouseEvent event(type, place, ground->mapToGlobal(place), Qt::LeftButton, Qt::LeftButton,
-                          Qt::NoModifier);
-        QApplication::sendEvent(ground, &event);
-    }
-    ASSERT_FALSE(opens.empty());
+    const QPoint place = opened.list->visualRect(opened.list->model()->index(0, 0)).center();
+    QTest::mouseClick(ground, Qt::LeftButton, {}, place);
+    EXPECT_TRUE(opens.empty()) << "one click selects it";
+    QTest::mouseDClick(ground, Qt::LeftButton, {}, place);
+    ASSERT_EQ(opens.size(), 1U);
     EXPECT_EQ(opens.back().Path, kept.TempPath);
+    QTest::keyClick(opened.list, Qt::Key_Return);
+    EXPECT_EQ(opens.size(), 2U);
+}
+
+TEST(SongList, ShowsTheNameOfAFileAsItIs) {
+    Opened opened;
+    ClosedSong kept;
+    kept.Fate = SongFate::Kept;
+    kept.TempPath = "/home/user/<img src=x><b>loud.wav";
+    opened.world.Songs.SongClosed(kept);
+    const QString tip = opened.list->model()->index(0, 0).data(Qt::ToolTipRole).toString();
+    QTextDocument read;
+    read.setHtml(tip);
+    EXPECT_TRUE(read.toPlainText().startsWith("/home/user/<img src=x><b>loud.wav")) << tip.toStdString();
 }
 
 TEST(SongMenu, OffersOnlyWhatCanBeDone) {

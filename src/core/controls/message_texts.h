@@ -245,8 +245,8 @@ inline constexpr MessageText LogNotWritten{"878",
                                            "The log could not be written into the folder \"%1\" (error %2)."};
 inline constexpr MessageText ProfilesNotRead{
     "879",
-    "%2 profiles of the file \"%1\" are not read, because the list of their names is full. Please remove "
-    "some, or give them shorter names."};
+    "Of the profiles in the file \"%1\", %2 cannot be read, because the list of their names is full. Please "
+    "remove some, or give them shorter names."};
 inline constexpr MessageText Registered{
     "909", "Corvetape is registered. It will now end, and is ready to be started."};
 
@@ -298,11 +298,11 @@ inline constexpr MessageText DemoOffered{
     "60001",
     "There is nothing to record from on this computer: no sound server answers. Shall Corvetape play its "
     "demo radio, made-up music from inside the program, so that you can try everything?"};
-inline constexpr MessageText NothingOpens{
-    "61880", "This could not be opened, as no program on this computer does so:\\r\\n\\r\\n%1"};
-inline constexpr MessageText NotThereToOpen{"61881", "This is not there to be opened:\\r\\n\\r\\n%1"};
-inline constexpr MessageText SongIsGone{"61882",
-                                        "The files of \"%1\" are gone, so that it cannot be played."};
+inline constexpr MessageText NothingOpens{"61880",
+                                          "No program on this computer can open this:\\r\\n\\r\\n%1"};
+inline constexpr MessageText NotThereToOpen{"61881",
+                                            "This no longer exists and cannot be opened:\\r\\n\\r\\n%1"};
+inline constexpr MessageText SongIsGone{"61882", "The files of \"%1\" are gone, so it cannot be played."};
 
 inline constexpr std::array All = {NoNumber,
                                    NoWholeNumber,

@@ -92,6 +92,10 @@ bool WatchLists::SaveWatchList(WatchListKind kind) {
     return static_cast<bool>(Disk.ReplaceAtomically(FileOf(kind), text));
 }
 
+void WatchLists::MakeFile(WatchListKind kind) {
+    if (!Disk.FileSize(FileOf(kind))) SaveWatchList(kind);
+}
+
 bool WatchLists::AddToWatchList(WatchListKind kind, std::string_view entry) {
     // A line end would make two entries of one when the file is read again.
     std::string text(entry);

@@ -67,6 +67,9 @@ class WatchLists {
     /// Rewrites the whole file. False if that failed or the file could not be read; the list in memory stays.
     bool SaveWatchList(WatchListKind kind);
 
+    /// Writes the list if it has no file yet. One that is there may have been edited outside.
+    void MakeFile(WatchListKind kind);
+
     /// Adds an entry without the blanks at its ends and saves the list. False if it was there already, or is
     /// empty.
     bool AddToWatchList(WatchListKind kind, std::string_view entry);

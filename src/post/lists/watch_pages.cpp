@@ -49,7 +49,7 @@ void WatchPages::Attach(WatchListKind kind) {
     Form.cmdDeleteFromWatchList[i].Click.Connect([this, kind] { DeleteSelected(kind); });
     Form.cmdEditWatchList[i].Click.Connect([this, kind] {
         // A list that never had an entry has no file yet, and an editor opens only what is there.
-        if (Lists.List(kind).Entries().empty()) Lists.SaveWatchList(kind);
+        Lists.MakeFile(kind);
         OpenOutside(Lists.FileOf(kind), Programs, Say);
     });
 }

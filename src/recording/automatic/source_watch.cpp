@@ -37,9 +37,7 @@ std::string_view HostOf(std::string_view address) {
 }  // namespace
 
 std::string NameToLearnBy(const std::string& player, const std::string& stream) {
-    constexpr std::string_view prefix = "org.mpris.MediaPlayer2.";
-    std::string name = player.starts_with(prefix) ? player.substr(prefix.size()) : player;
-    name = name.substr(0, name.find(".instance"));
+    const std::string name = PlayerNameInWords(player);
     const std::string_view host = HostOf(stream);
     return host.empty() ? name : name + " " + std::string(host);
 }
@@ -119,7 +117,7 @@ void SourceWatch::AddPlayer(SourceLook& look, const PlayerReport& player, int64_
     look.Status = player.Status;
     look.Others = Parts.Bridge->OthersPlay();
     look.OfInput = Parts.Bridge->IsTheInput();
-    look.OfFile = player.Address.starts_with("file:");
+    look.OfFile = IsLocalFile(player);
     if (player.Playing) look.Media = WithNameOfFile(look.Media, player.Address);
     // Of a stream every title is a piece of its own, whatever its player calls it, and has no position.
     const std::string track = Tracks.Of(player, nowMs);

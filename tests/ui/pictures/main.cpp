@@ -1,6 +1,6 @@
 // Draws the pages of the window, light and dark, as they look in the middle of a recording of the demo radio,
 // the floating bars, the dialogs, and the icons of the notification area:
-//   ui-pictures FOLDER [LANGUAGE] [WIDTH]
+//   ui-pictures FOLDER [LANGUAGE] [WIDTH [HEIGHT]]
 #include <QApplication>
 #include <QDir>
 #include <QPainter>
@@ -43,7 +43,7 @@ void Draw(UiWorld& world, const QString& folder, const QString& ending) {
 /// Both bars over a ground that nothing is known of, as a compositor shows them.
 void DrawBars(UiWorld& world, const QString& folder, const QString& ending) {
     State& state = world.Recorder->Values();
-    world.Recorder->Shown().Bars.Load({1920 * 15, 1080 * 15});
+    world.Recorder->Shown().Bars.Load({1920 * 15, 1080 * 15}, {1920 * 15, 1080 * 15});
     QuickBarWindow plain(*world.Ui, state.PlainBar, BarStyle::Composited);
     CoverBarWindow cover(*world.Ui, state.CoverBar, BarStyle::Composited);
     world.Recorder->Shown().Bars.PointerMoved();
@@ -113,7 +113,7 @@ int Run(const QStringList& words) {
     for (const char* entry : {"Copper Engines - *", "Willow & the Weathercocks - *", "*Marmalade*"}) {
         world.Recorder->Shown().Lists.AddToWatchList(WatchListKind::Include, entry);
     }
-    if (words.size() > 3) world.Window->resize(words[3].toInt(), world.Window->height());
+    if (words.size() > 3) world.Window->resize(words[3].toInt(), words.value(4, "720").toInt());
     world.RunFor(30);
     world.Form().chkStartStop[1].Value(1);
     world.RunFor(170);
