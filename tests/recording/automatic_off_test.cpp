@@ -14,7 +14,7 @@ using testing::ElementsAre;
 void PlayUnrecorded(AutomaticRig& rig, int64_t slots) {
     for (int64_t slot = 0; slot < slots; ++slot) {
         rig.End.Heard({8000, false});
-        if (++rig.Now % 20 == 0) rig.End.Forget(true);
+        if (++rig.Now % 20 == 0) rig.Undone += rig.End.Forget(true);
     }
     rig.Read = rig.End.Read();
 }
@@ -68,20 +68,48 @@ TEST(AutomaticEnd, ABannerWhileRecordingIsOffEndsNothing) {
     EXPECT_EQ(rig.Undone, 2U);
 }
 
-TEST(AutomaticEnd, EachTitleWhileRecordingIsOffIsClosedOnce) {
+TEST(AutomaticEnd, TheSameSongThatPlaysAgainLaterWhileRecordingIsOffIsAnother) {
+    for (const int64_t seconds : {12, 19, 20, 240}) {
+        AutomaticRig rig;
+        PlayUpToOff(rig);
+        rig.Say("Two");
+        PlayUnrecorded(rig, seconds * AutomaticEnd::SecondSlots);
+        rig.Say("One");
+        PlayUnrecorded(rig, 200);
+        rig.Play(500);
+        EXPECT_EQ(rig.Songs.size(), seconds < 20 ? 0U : 1U) << seconds << " s";
+        EXPECT_EQ(rig.End.Media().Song, "One");
+    }
+}
+
+TEST(AutomaticEnd, OfTheTitlesWhileRecordingIsOffTheFirstEndsTheSongAndTheNewestNamesTheNext) {
     AutomaticRig rig;
     PlayUpToOff(rig);
-    for (const char* title : {"Two", "Three", "Four"}) {
+    for (const char* title : {"Two", "Three", "Three", "Four", "Five", "Four"}) {
         rig.Say(title);
         PlayUnrecorded(rig, 200);
     }
     rig.Play(500);
     rig.Finish();
-    EXPECT_EQ(rig.Changes, 3);
-    ASSERT_EQ(rig.Songs.size(), 3U);
+    ASSERT_EQ(rig.Songs.size(), 1U) << "of the others nothing was heard";
     EXPECT_EQ(rig.Songs[0].Title, "One");
-    EXPECT_TRUE(rig.Songs[1].Pieces.empty());
+    EXPECT_THAT(rig.Songs[0].Pieces, ElementsAre(SlotRun{0, 800}));
     EXPECT_EQ(rig.Present.Title, "Four");
+    EXPECT_THAT(rig.Present.Pieces, ElementsAre(SlotRun{2400, 2900}));
+}
+
+TEST(AutomaticEnd, ABannerWhileRecordingIsOffDoesNotHideTheNextTitle) {
+    AutomaticRig rig;
+    PlayUpToOff(rig);
+    for (const char* title : {"Buy this", "One", "Buy this", "One", "Two"}) {
+        rig.Say(title);
+        PlayUnrecorded(rig, 200);
+    }
+    rig.Play(500);
+    EXPECT_EQ(rig.Undone, 4U);
+    ASSERT_EQ(rig.Songs.size(), 1U);
+    EXPECT_EQ(rig.Songs[0].Title, "One");
+    EXPECT_EQ(rig.End.Media().Song, "Two");
 }
 
 }  // namespace

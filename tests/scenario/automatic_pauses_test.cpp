@@ -77,33 +77,93 @@ TEST(AutomaticPauses, ARestBeforeTheLastChordIsOfTheSong) {
     ExpectOne(world.Place, "One", 30);
 }
 
+constexpr uint64_t Megabyte = 1024 * 1024;
+constexpr const char* TempDisk = "/home/user/.cache";
+
+/// Recording has ended by itself, and the user wants it again at this second.
+void RecordAgain(PlayerWorld& world, double second) {
+    RunTo(world.Place, second);
+    ASSERT_FALSE(world.Place.Values().Flags.RecordingEnabled);
+    world.Place.Disk().SetFreeSpace(TempDisk, 10'000 * Megabyte);
+    for (int press = 0; press < 2 && !world.Place.Values().Flags.RecordingEnabled; ++press) {
+        world.Place.Form().chkStartStop[0].Press();
+        RunTo(world.Place, second + 0.5 + press);
+    }
+}
+
 TEST(AutomaticPauses, AnotherSongAfterTheDiskWasFullHasItsOwnFile) {
-    constexpr uint64_t megabyte = 1024 * 1024;
-    constexpr const char* disk = "/home/user/.cache";
-    PlayerWorld world(Songs(3, 40, 0));
-    world.Place.Disk().Mount(disk, 10'000 * megabyte);
+    PlayerWorld world(Songs(3, 60, 0));
+    world.Place.Disk().Mount(TempDisk, 10'000 * Megabyte);
     world.Record();
     Streams(world, 3.1, "One");
     RunTo(world.Place, 35);
-    world.Place.Disk().SetFreeSpace(disk, 0);
-    Streams(world, 43.1, "Two");
-    Streams(world, 83.1, "Three");
-    RunTo(world.Place, 100);
-    ASSERT_FALSE(world.Place.Values().Flags.RecordingEnabled);
-    world.Place.Disk().SetFreeSpace(disk, 10'000 * megabyte);
-    for (int press = 0; press < 2 && !world.Place.Values().Flags.RecordingEnabled; ++press) {
-        world.Place.Form().chkStartStop[0].Press();
-        RunTo(world.Place, 100.5 + press);
-    }
-    world.Quits(123.2);
-    world.End(140);
+    world.Place.Disk().SetFreeSpace(TempDisk, 0);
+    Streams(world, 63.1, "Two");
+    Streams(world, 123.1, "Three");
+    RecordAgain(world, 150);
+    world.Quits(183.2);
+    world.End(200);
     const auto kept = KeptSongs(world.Place);
     ASSERT_EQ(kept.size(), 2U);
     EXPECT_EQ(kept[0].Song.Media.Song, "One");
     EXPECT_LT(static_cast<double>(kept[0].RadioEnd) / 44100, 35.5);
-    EXPECT_GT(static_cast<double>(kept[1].RadioBegin) / 44100, 83);
-    ExpectSong(world.Place, kept[1], "Three", 98, 123, 3);
+    ExpectSong(world.Place, kept[1], "Three", 150, 183, 2);
     EXPECT_FALSE(kept[1].Song.Whole) << "its beginning is missing";
+}
+
+/// More waits in the ring where nobody names titles. That does not shorten the time for making room.
+TEST(AutomaticPauses, ADiskThatIsFullForAWhileCostsASongWithoutTitlesNothing) {
+    PlayerWorld world(Songs(1, 200, 0));
+    world.Place.Disk().Mount(TempDisk, 10'000 * Megabyte);
+    world.Record();
+    RunTo(world.Place, 100);
+    world.Place.Disk().SetFreeSpace(TempDisk, 0);
+    RecordAgain(world, 180);
+    world.End(220);
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 1U);
+    ExpectSong(world.Place, kept[0], "", 3, 203, WithAGap);
+    EXPECT_EQ(MusicComparedWithRadio(world.Place), "");
+}
+
+/// The disk fills up shortly before a song ends, so that its end waits for room and the next ones are missed.
+TEST(AutomaticPauses, WhatIsHeardLongAfterTheDiskWasFullWaitsForNothing) {
+    PlayerWorld world(Songs(5, 40, 0));
+    world.Place.Disk().Mount(TempDisk, 10'000 * Megabyte);
+    world.Record();
+    Streams(world, 3.1, "One");
+    RunTo(world.Place, 41);
+    world.Place.Disk().SetFreeSpace(TempDisk, 0);
+    Streams(world, 43.1, "Two");
+    Streams(world, 83.1, "Three");
+    Streams(world, 123.1, "Four");
+    Streams(world, 163.1, "Five");
+    RecordAgain(world, 180);
+    world.Quits(203.2);
+    world.End(220);
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 2U);
+    EXPECT_EQ(kept[0].Song.Media.Song, "One");
+    ExpectSong(world.Place, kept[1], "Five", 180, 203, 2);
+}
+
+/// The next song, whose beginning is not found at once, is waiting in part when the last one ends.
+TEST(AutomaticPauses, WhatIsHeardAfterTheLastSongOfANearlyFullDiskWaitsForNothing) {
+    RadioScript radio = Songs(2, 60, 0);
+    for (RadioScript::Item& item : radio.Items) item.Song.Sound = SongSound::Noise;
+    PlayerWorld world(std::move(radio));
+    world.Place.Disk().Mount(TempDisk, 10'000 * Megabyte);
+    world.Record();
+    Streams(world, 3.1, "One");
+    RunTo(world.Place, 50);
+    world.Place.Disk().SetFreeSpace(TempDisk, 50 * Megabyte);
+    Streams(world, 63.1, "Two");
+    RecordAgain(world, 100);
+    world.Quits(123.2);
+    world.End(140);
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 2U);
+    ExpectSong(world.Place, kept[1], "Two", 100, 123, 2);
 }
 
 }  // namespace

@@ -68,7 +68,8 @@ void AutomaticEnd::ForgetSource() {
     LastStatus = PlayerStatus::Unknown;
 }
 
-void AutomaticEnd::Forget(bool goesOn) {
+size_t AutomaticEnd::Forget(bool goesOn) {
+    const size_t dropped = goesOn ? JoinChanges() : 0;
     if (!goesOn) {
         if (!Changes.empty()) Present.Media = Changes.back().Media;
         Changes.clear();
@@ -81,6 +82,7 @@ void AutomaticEnd::Forget(bool goesOn) {
     StoppedAt.reset();
     Next = End();
     Dropping = true;
+    return dropped;
 }
 
 void AutomaticEnd::Heard(const HeardSlot& slot) {
@@ -175,8 +177,8 @@ bool AutomaticEnd::DecideChange(std::vector<AutomaticStep>& steps, bool last) {
     const Change change = Changes.front();
     const int64_t now = End();
     if (Dropping) {
-        if (change.Weak || (Present.HasSound && IsBanner())) {
-            Drop(steps);  // the song goes on
+        if (GoesOn()) {
+            Drop(steps);
             return true;
         }
         // The song before ended where its silence began, or while nothing was recorded.
@@ -217,7 +219,7 @@ bool AutomaticEnd::DecideChange(std::vector<AutomaticStep>& steps, bool last) {
     }
     const bool over = now >= change.At + SlotsAfterChange + WaitForEvidence || Changes.size() > 1;
     if (!last && !over) {
-        const int64_t later = change.At + (now - change.At - SlotsAfterChange);
+        const int64_t later = now - SlotsAfterChange;
         cut = later > change.At ? Finder.Find(later, Next, now, false) : std::nullopt;
         if (!cut || cut->Evidence < EvidenceFarAway) return false;
         Change moved = change;
@@ -251,28 +253,6 @@ void AutomaticEnd::CutUnheard(std::vector<AutomaticStep>& steps, const Change& c
     MoveTo(steps, place);
     Begin(change, place, Certainty::Unsure);
     Dropping = true;
-}
-
-/// The title from before is back, of something that is no track: an advertisement, which says nothing of the
-/// sound. A song that has changed under it would not have the title of the one before.
-bool AutomaticEnd::IsTakenBack(const Change& change) const {
-    const bool joined = change.Joined && !change.Last && SameTitle(change.Media, Present.Media);
-    return !change.Exact && (joined || IsBanner());
-}
-
-/// The change that waits was taken back by the next one.
-bool AutomaticEnd::IsBanner() const {
-    return Changes.size() > 1 && !Changes[1].Exact && SameTitle(Changes[1].Media, Present.Media);
-}
-
-/// No song begins with the change that waits, nor with the one that takes it back.
-void AutomaticEnd::Drop(std::vector<AutomaticStep>& steps) {
-    AutomaticStep step;
-    step.What = AutomaticStep::Kind::Undo;
-    step.Slot = Next;
-    step.Undone = IsBanner() ? 2 : 1;
-    Changes.erase(Changes.begin(), Changes.begin() + static_cast<std::ptrdiff_t>(step.Undone));
-    steps.push_back(std::move(step));
 }
 
 void AutomaticEnd::Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut, const Change& change) {

@@ -142,8 +142,9 @@ class AutomaticEnd {
     std::vector<AutomaticStep> Finish(bool wanted);
 
     /// Nothing is recorded now: what was heard so far is in no song. The song goes on later, or ends here by
-    /// another title, if some of it is written (`goesOn`).
-    void Forget(bool goesOn);
+    /// another title, if some of it is written (`goesOn`). Of the changes that wait one is left at most, to
+    /// the newest title. Returns how many of the oldest ones were none, as AutomaticStep::Undone.
+    size_t Forget(bool goesOn);
 
     void ShareFades(FadeShare share) { Share = share; }
 
@@ -184,7 +185,7 @@ class AutomaticEnd {
         bool Exact = false;           ///< At is where the player says that the track began
         bool Unplaced = false;        ///< the player has not said yet where the newest of it began
         bool Joined = false;          ///< another change came soon after it
-        bool Weak = false;            ///< the same title again: no song without evidence
+        bool Weak = false;            ///< to the title from before: no song without strong evidence
         bool Wanted = false;          ///< the song before it was to be kept
         bool Mixed = false;           ///< the new one plays beside the old one
         bool Unheard = false;  ///< nothing was heard at the change: the songs meet where the input stood
@@ -207,6 +208,9 @@ class AutomaticEnd {
     bool DecideChange(std::vector<AutomaticStep>& steps, bool last);
     bool IsTakenBack(const Change& change) const;
     bool IsBanner() const;
+    bool GoesOn() const;
+    size_t TakeDropped();
+    size_t JoinChanges();
     void Drop(std::vector<AutomaticStep>& steps);
     void Begin(const Change& change, int64_t slot, Certainty certainty);
     void Cut(std::vector<AutomaticStep>& steps, const EvidenceCut& cut, const Change& change);

@@ -212,4 +212,54 @@ bool AutomaticEnd::NoteChange(const SourceLook& look, Change change) {
     return true;
 }
 
+/// The title from before is back, of something that is no track: an advertisement, which says nothing of the
+/// sound. A song that has changed under it would not have the title of the one before.
+bool AutomaticEnd::IsTakenBack(const Change& change) const {
+    const bool joined = change.Joined && !change.Last && SameTitle(change.Media, Present.Media);
+    return !change.Exact && (joined || IsBanner());
+}
+
+/// The change that waits was taken back by the next one while it could not have been cut yet. Later the same
+/// song plays again.
+bool AutomaticEnd::IsBanner() const {
+    if (Changes.size() < 2 || Changes[1].Exact || !SameTitle(Changes[1].Media, Present.Media)) return false;
+    return Changes[1].At - Changes[0].At < SlotsAfterChange + WaitForEvidence;
+}
+
+/// The song that was silent, or was not recorded for a while, goes on in spite of the change that waits.
+bool AutomaticEnd::GoesOn() const {
+    return !Changes.empty() && (Changes.front().Weak || (Present.HasSound && IsBanner()));
+}
+
+/// No song begins with the change that waits, nor with the one that takes it back.
+void AutomaticEnd::Drop(std::vector<AutomaticStep>& steps) {
+    AutomaticStep step;
+    step.What = AutomaticStep::Kind::Undo;
+    step.Slot = Next;
+    step.Undone = TakeDropped();
+    steps.push_back(std::move(step));
+}
+
+size_t AutomaticEnd::TakeDropped() {
+    const size_t count = IsBanner() ? 2 : 1;
+    Changes.erase(Changes.begin(), Changes.begin() + static_cast<std::ptrdiff_t>(count));
+    return count;
+}
+
+/// While nothing is recorded: nothing is made of the songs between the one that ended with the first change
+/// and the one whose title is shown. Returns how many changes were none.
+size_t AutomaticEnd::JoinChanges() {
+    size_t dropped = 0;
+    while (GoesOn()) dropped += TakeDropped();
+    if (Changes.size() < 2) return dropped;
+    Change joined = Changes.back();
+    joined.At = Changes.front().At;
+    joined.Wanted = Changes.front().Wanted;
+    joined.Weak = false;
+    joined.Unplaced = false;
+    Changes.clear();
+    Changes.push_back(std::move(joined));
+    return dropped;
+}
+
 }  // namespace Corvetape

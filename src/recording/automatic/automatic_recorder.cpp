@@ -87,8 +87,7 @@ bool AutomaticRecorder::Drain() {
     if (SongEnded && Heard >= *SongEnded + MarginSlots) AddMargin();
     if (!Parts.Flags.RecordingEnabled) {
         // What a full disk has refused may be wanted when there is room again, as long as it is there.
-        if (!Waiting.empty() && !Lost(Read)) return true;
-        Discard();
+        if (!DiskRefuses() || Lost(Read)) Discard();
         return true;
     }
     const auto share = std::clamp(Parts.Settings.FadeGoesTo, 0, 2);
@@ -98,13 +97,28 @@ bool AutomaticRecorder::Drain() {
     return carried;
 }
 
+/// There is sound that belongs to the open song and could not be written. What follows a song that has ended
+/// the recording is not that.
+bool AutomaticRecorder::DiskRefuses() const {
+    const auto write = std::ranges::find(Waiting, AutomaticStep::Kind::Write, &AutomaticStep::What);
+    return Parts.Song.SongFileOpen() && write != Waiting.end();
+}
+
 /// Nothing is recorded. The song whose file is open goes on later, or ends then if it is over by now.
 void AutomaticRecorder::Discard() {
     std::erase_if(Waiting, [](const AutomaticStep& step) {
         return step.What == AutomaticStep::Kind::Write || step.What == AutomaticStep::Kind::MoveTo;
     });
-    End.Forget(Parts.Song.SongFileOpen() && Waiting.empty());
+    TakeBack(End.Forget(Parts.Song.SongFileOpen() && Waiting.empty()));
     if (!End.ChangePending()) Passed.clear();
+    // One change is left of all that were noticed. It passes on what one of them could not.
+    while (Passed.size() > 1) {
+        const PassedOn newest = Passed.back();
+        Passed.pop_back();
+        PassedOn& both = Passed.back();
+        both.After = newest.After;
+        both.Before.RecordingEnabled = both.Before.RecordingEnabled && newest.Before.RecordingEnabled;
+    }
     Read = Heard;
     Parts.Ring.AudioReadIndex = Parts.Ring.AudioWriteIndex;
     Parts.Cut.Announce(false, Parts.Cut.CutIndex);

@@ -38,8 +38,9 @@ struct AutomaticParts {
 /// the program is to end.
 class AutomaticRecorder {
  public:
-    /// Slots of the ring that it needs: what is looked at round a change that waits for evidence.
-    static constexpr int32_t RingSlots = 1200;
+    /// Slots of the ring that it needs: a minute for what is looked at round a change that waits for
+    /// evidence, and for a disk that works again in time; and what waits longer where nobody reports titles.
+    static constexpr int32_t RingSlots = 1200 + AutomaticEnd::KeptBackUntitled - AutomaticEnd::KeptBack;
 
     explicit AutomaticRecorder(AutomaticParts parts);
 
@@ -92,6 +93,7 @@ class AutomaticRecorder {
     std::vector<Frame> FramesOfSlots(int64_t from, int64_t end) const;
     void AddMargin();
     void PassOn();
+    bool DiskRefuses() const;
     void Discard();
     void TakeBack(size_t changes);
     bool Lost(int64_t slot) const { return Heard - slot >= Parts.Ring.Size(); }
