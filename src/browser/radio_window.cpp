@@ -3,7 +3,6 @@
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QJsonValue>
-#include <QStyle>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -53,14 +52,14 @@ void RadioWindow::MakeTools() {
     QToolBar* const tools = addToolBar("Radio");
     tools->setMovable(false);
     tools->setContextMenuPolicy(Qt::PreventContextMenu);
-    const std::pair<QWebEnginePage::WebAction, QStyle::StandardPixmap> buttons[] = {
-        {QWebEnginePage::Back, QStyle::SP_ArrowBack},
-        {QWebEnginePage::Forward, QStyle::SP_ArrowForward},
-        {QWebEnginePage::Reload, QStyle::SP_BrowserReload},
-        {QWebEnginePage::Stop, QStyle::SP_BrowserStop}};
+    const std::pair<QWebEnginePage::WebAction, const char*> buttons[] = {
+        {QWebEnginePage::Back, ":/icons/back.svg"},
+        {QWebEnginePage::Forward, ":/icons/forward.svg"},
+        {QWebEnginePage::Reload, ":/icons/reload.svg"},
+        {QWebEnginePage::Stop, ":/icons/stop.svg"}};
     for (const auto& [kind, picture] : buttons) {
         QAction* const action = Page.action(kind);
-        action->setIcon(style()->standardIcon(picture));
+        action->setIcon(QIcon(picture));
         tools->addAction(action);
     }
     Address.setTextFormat(Qt::PlainText);
@@ -74,7 +73,7 @@ void RadioWindow::MakeCrashLine() {
     auto* const row = MakeFor<QHBoxLayout>(&CrashLine);
     auto* const button = MakeFor<QToolButton>(&CrashLine);
     button->setDefaultAction(&Again);
-    Again.setIcon(style()->standardIcon(QStyle::SP_BrowserReload));
+    Again.setIcon(QIcon(":/icons/reload.svg"));
     Again.setText("Reload");
     CrashText.setText("The page has crashed.");
     button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);

@@ -74,7 +74,9 @@ bool DesktopProgram::ChooseInput() {
     if (Arguments.Demo) return true;
     if (!Pulse.Devices().empty() || ReadSwitches(Arguments.CommandLine).DontAsk) return false;
     clsLocalizeControls texts(Files, Folders->ProgramFolder(), Dialogs);
-    texts.Load(FittingLanguage());
+    const std::string language = FittingLanguage();
+    texts.Load(language);
+    Toolkit.Speak(language);
     return Dialogs.AskYesNo(texts.FormatMsg(Message::DemoOffered.Key), DialogIcon::Information);
 }
 
@@ -128,6 +130,7 @@ ProgramEvents DesktopProgram::Events() {
 void DesktopProgram::MakeWindow() {
     const Desk desk = Recorder->Shown();
     State& state = desk.Values;
+    Toolkit.Speak(state.Options.Language);
     Covers = std::make_unique<CoverPictures>(&desk.Covers);
     Keys = std::make_unique<HelpKeys>(state.Lifecycle, static_cast<HelpPages&>(*this));
     desk.Age.Excluded.Connect([this](const STATIONANDSONGDATA& song) { Songs.SongExcluded(song); });

@@ -11,6 +11,7 @@
 #include "desktop/end_signals.h"
 #include "desktop/qt_desktop.h"
 #include "desktop/qt_dialogs.h"
+#include "desktop/toolkit_language.h"
 #include "forms/form_boxes.h"
 #include "platform/linux/browser/devtools_documents.h"
 #include "platform/linux/browser/joined_documents.h"
@@ -80,6 +81,7 @@ class DesktopProgram : private FormBoxes, private HelpPages {
     LinuxFiles Files;
     LinuxProcesses Processes;
     std::unique_ptr<LinuxFolders> Folders;
+    ToolkitLanguage Toolkit;
     QtDialogs Dialogs;
     LinuxSystemInfo System;
     QtDesktop Screen;

@@ -2,6 +2,9 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QIcon>
+
+#include "ui/look.h"
 
 namespace Corvetape {
 
@@ -35,6 +38,10 @@ int QtDialogs::Show(const std::string& text, DialogIcon icon, QMessageBox::Stand
                     QMessageBox::StandardButton preselected, const QString& title) const {
     if (IsEnding) return QMessageBox::NoButton;
     QMessageBox box(IconOf(icon), title, QString::fromStdString(text), buttons, Window);
+    if (!Window) {  // else it looks like its window
+        Dress(box);
+        box.setWindowIcon(QIcon(":/ui/icons/corvetape.svg"));
+    }
     box.setDefaultButton(preselected);
     box.setTextFormat(Qt::PlainText);  // titles of strangers stand in it
     box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

@@ -224,11 +224,37 @@ QLabel* BoundToElided(Label& control) {
     return widget;
 }
 
+namespace {
+
+/// The toolkit reports the end of an edit only after a change; a refused text is asked about each time.
+class Field : public QLineEdit {
+ public:
+    explicit Field(TextBox& control) : Own(control) {
+        connect(this, &QLineEdit::textEdited, [this](const QString& text) { Own.Text(text.toStdString()); });
+        connect(this, &QLineEdit::editingFinished, [this] {
+            Asked = true;
+            Leave(*this, Own);
+        });
+    }
+
+ protected:
+    void focusOutEvent(QFocusEvent* event) override {
+        Asked = false;
+        QLineEdit::focusOutEvent(event);
+        const Qt::FocusReason reason = event->reason();
+        if (Asked || reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason) return;
+        if (property("refused").toBool()) Leave(*this, Own);
+    }
+
+ private:
+    TextBox& Own;
+    bool Asked = false;
+};
+
+}  // namespace
+
 QLineEdit* BoundTo(TextBox& control) {
-    auto* const widget = Make<QLineEdit>();
-    QObject::connect(widget, &QLineEdit::textEdited,
-                     [&control](const QString& text) { control.Text(text.toStdString()); });
-    QObject::connect(widget, &QLineEdit::editingFinished, [widget, &control] { Leave(*widget, control); });
+    auto* const widget = Make<Field>(control);
     Follow(control, widget, [](const TextBox& from, QLineEdit& to) {
         const QString text = QString::fromStdString(from.Text());
         if (to.text() != text) to.setText(text);

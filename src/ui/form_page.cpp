@@ -1,5 +1,6 @@
 #include "ui/form_page.h"
 
+#include <QAbstractButton>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -42,7 +43,9 @@ Card::Card(const QString& heading, const QString& explanation) : Lines(Make<QVBo
 
 void Card::AddWidget(QWidget* widget) {
     Fields = nullptr;
-    Lines->addWidget(widget);
+    // A button is no wider than its caption: a click beside it is none on it.
+    const bool button = qobject_cast<QAbstractButton*>(widget) != nullptr;
+    Lines->addWidget(widget, 0, button ? Qt::AlignLeft : Qt::Alignment());
 }
 
 void Card::AddField(Control& captionOf, QWidget* field, QWidget* unit) {

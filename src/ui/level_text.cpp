@@ -35,7 +35,7 @@ QString DecibelText(int32_t level, const Words& say) {
     if (level < 0) return {};
     if (level == 0) return say(Key::Decibels, {std::string(Minus) + Infinite});
     const long below = std::lround(-20 * std::log10(static_cast<double>(level) / FullScale));
-    return say(Key::Decibels, {(below > 0 ? Minus : "") + std::to_string(below)});
+    return say(Key::Decibels, {(below > 0 ? Minus : below < 0 ? "+" : "") + std::to_string(std::abs(below))});
 }
 
 QLabel* DecibelsOf(TextBox& control, const Words& say) {

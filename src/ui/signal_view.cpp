@@ -170,18 +170,24 @@ void SignalView::PaintDot(QPainter& painter, int left, const QColor& ink) const 
 void SignalView::PaintSongBegins(QPainter& painter, const Scale& scale) const {
     const Look& look = PresentLook();
     painter.setFont(ScaledFont(0.85));
-    for (const uint64_t begin : Parts.Trace.SongBegins()) {
+    const auto& begins = Parts.Trace.SongBegins();
+    double room = width() - 6 * Grid;  // up to the words of the next one
+    for (auto each = begins.rbegin(); each != begins.rend(); ++each) {
+        const uint64_t begin = *each;
         const double left = static_cast<double>(scale.PlaceOf(scale.PixelOf(begin))) / devicePixelRatioF();
         const double place = std::round(left) - 1.5;
-        const bool newest = begin == Parts.Trace.SongBegins().back();
+        const bool newest = begin == begins.back();
         const QColor ink = newest && Parts.Flags.RecordCurrentSong ? look.Accent : look.Dim;
         painter.setPen(QPen(ink, 1));
         painter.drawLine(QPointF(place, Grid), QPointF(place, height() - ScaleSpace));
         const QString text = Parts.Say(newest ? Key::SongBegins : Key::Cut);
         const double wide = painter.fontMetrics().horizontalAdvance(text);
-        const bool atRight = place + 6 + wide < width() - 6 * Grid;
-        painter.setPen(look.Dim);
-        painter.drawText(QPointF(atRight ? place + 6 : place - 6 - wide, 18), text);
+        const double from = newest && place + 6 + wide >= room ? place - 6 - wide : place + 6;
+        if (from + wide < room || newest) {
+            painter.setPen(look.Dim);
+            painter.drawText(QPointF(from, 18), text);
+        }
+        room = std::min(place, from) - 6;
     }
 }
 

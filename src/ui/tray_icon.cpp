@@ -1,6 +1,7 @@
 #include "ui/tray_icon.h"
 
 #include <QApplication>
+#include <QTextDocument>
 
 #include "core/version.h"
 #include "ui/icons.h"
@@ -15,7 +16,12 @@ QIcon StateIcon(int32_t state) {
 }
 
 QString PlainTip(const std::string& tip) {
-    return QString::fromStdString(tip).replace("&&&", "&");
+    QString plain = QString::fromStdString(tip).replace("&&&", "&");
+    // Markup of strangers would be obeyed by some hosts, and opens files; with a space of no width it is
+    // none.
+    constexpr QChar none(0x200B);
+    if (Qt::mightBeRichText(plain)) plain.replace("<", QString("<") + none).replace("&", QString("&") + none);
+    return plain;
 }
 
 TrayIcon::TrayIcon(frmMain& form) : Tip(PlainTip(ProgramTitle)) {

@@ -135,11 +135,14 @@ TEST(BadInput, APageWithARefusedNumberStaysUntilTheNumberIsRight) {
     EXPECT_EQ(world.Form().tbsMain.SelectedKey(), "TAB_PAUSE");
     EXPECT_FALSE(page->isChecked());
     EXPECT_TRUE(field->hasFocus());
+    QTest::mouseClick(page, Qt::LeftButton);
+    EXPECT_EQ(world.Form().tbsMain.SelectedKey(), "TAB_PAUSE") << "nothing was typed since";
+    EXPECT_EQ(world.Computer.Dialogs.Boxes.size(), boxes + 2);
     field->selectAll();
     QTest::keyClicks(field, "30");
     QTest::mouseClick(page, Qt::LeftButton);
     EXPECT_EQ(world.Form().tbsMain.SelectedKey(), "TAB_OPTIONS1");
-    EXPECT_EQ(world.Computer.Dialogs.Boxes.size(), boxes + 1);
+    EXPECT_EQ(world.Computer.Dialogs.Boxes.size(), boxes + 2);
 }
 
 TEST(BadInput, AnInputThatGoesIsSaidAtOnceAndItsReturnToo) {

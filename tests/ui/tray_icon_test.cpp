@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QImage>
 #include <QMenu>
+#include <QTextDocument>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,13 @@ namespace {
 /// What the toolkit shows.
 QSystemTrayIcon& Shown(const TrayIcon& icon) {
     return *icon.findChild<QSystemTrayIcon*>();
+}
+
+TEST(TrayIcon, ShowsNoTitleAsMarkup) {
+    for (const char* title : {"<img src=\"/proc/self/fd/11\">", "&lt;b>", "<b>loud</b>:\nTea", "<?xml ?>"}) {
+        EXPECT_FALSE(Qt::mightBeRichText(PlainTip(title))) << title;
+    }
+    EXPECT_EQ(PlainTip("I <3 you & me"), "I <3 you & me");
 }
 
 TEST(TrayIcon, ShowsTheAmpersandsOfANameOnce) {

@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 
+#include "ui/binding.h"
 #include "ui/form_page.h"
 #include "ui/look.h"
 #include "ui/make.h"
@@ -100,7 +101,8 @@ QWidget* MakeEncoderView(const UiParts& parts) {
     AddFormat(card, form.optEncoder[0], nullptr);
     AddFormat(card, form.optEncoder[5], nullptr);
     Card& tools = page->AddCard(parts.Say(Key::ToolsCard), parts.Say(Key::ToolsCardLine));
-    tools.AddRow({BoundTo(form.cmdGetEncoder[1]), BoundTo(form.cmdGetEncoder[0])});
+    tools.AddRow({NotBuilt(BoundTo(form.cmdGetEncoder[1]), parts.Say),
+                  NotBuilt(BoundTo(form.cmdGetEncoder[0]), parts.Say)});
     page->Finish();
     return page;
 }

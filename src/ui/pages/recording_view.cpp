@@ -189,7 +189,7 @@ QWidget* RecordingView::Options() {
     auto* const options = Make<QWidget>();
     auto* const grid = Make<QGridLayout>(options);
     grid->setContentsMargins(0, 0, 0, 0);
-    grid->setHorizontalSpacing(2 * Grid);
+    grid->setHorizontalSpacing(Grid);  // half of a wide screen holds the window
     grid->setVerticalSpacing(Grid / 2);
     grid->addWidget(BoundTo(form.chkStartStop[0]), 0, 0);
     grid->addWidget(BoundTo(form.chkStartStop[1]), 1, 0);
