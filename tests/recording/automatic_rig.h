@@ -23,6 +23,7 @@ class FakeFinder : public CutFinder {
         int32_t Fade = 0;
     };
 
+    void Begins(int64_t /*slot*/) override {}
     std::optional<EvidenceCut> Find(int64_t change, int64_t from, int64_t end, bool /*exact*/) override {
         ++Searches;
         return At(change, from, end);

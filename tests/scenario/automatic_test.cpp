@@ -43,6 +43,30 @@ TEST(Automatic, SongsWithoutGapsAreCutWhereTheSoundChanges) {
     ExpectAll(world, WithoutAGap);
 }
 
+TEST(Automatic, TheBeginOfASongAfterSilenceIsNoEvidenceOfTheNextOne) {
+    constexpr double begin = 5;
+    for (const double heard : {8.7, 9.0, 10.0, 12.0}) {
+        SCOPED_TRACE(heard);
+        // The next song differs less from it than it does from silence.
+        ScriptSong one;
+        one.Seconds = heard;
+        one.Media = {"Radio", "Band", "Song 1", "", ""};
+        ScriptSong two = one;
+        two.Seconds = 40;
+        two.PeakRight /= 2;
+        two.Media.Song = "Song 2";
+        RadioScript radio;
+        radio.Silence(begin).Song(std::move(one)).Song(std::move(two)).SilenceForever();
+        World world(Automatic(std::move(radio)));
+        ASSERT_TRUE(world.StartRecording());
+        RunTo(world, 80);
+        world.Finish();
+        const auto kept = KeptSongs(world);
+        ASSERT_EQ(kept.size(), 1U);
+        ExpectSong(world, kept[0], "Song 2", begin + heard, begin + heard + 40, WithoutAGap);
+    }
+}
+
 TEST(Automatic, SilenceOfThreeSecondsIsInNoSong) {
     World world(Automatic(Songs(3, 40, 6)));
     ASSERT_TRUE(world.StartRecording());

@@ -158,6 +158,7 @@ void AutomaticEnd::DropSilence(std::vector<AutomaticStep>& steps) {
 /// joined in its middle, also where there was silence before it, unless its player says that it began there.
 void AutomaticEnd::BeginWith(int64_t sound) {
     Present.Begin = sound;
+    Finder.Begins(sound);
     if (Present.Trust.Begin != Certainty::None) return;
     const auto silence = Quiet.First({sound - 1, sound}, 1);
     const bool between =

@@ -35,6 +35,10 @@ class CutFinder {
  public:
     virtual ~CutFinder() = default;
 
+    /// The song that is being written began at `slot`, after silence: what was heard before says nothing of
+    /// how it sounds, and is no evidence of a change.
+    virtual void Begins(int64_t slot) = 0;
+
     /// The best place for a change at `change`, all counted in slots from the first one heard: `from` is the
     /// first slot that can still be cut, `end` one more than the last that may be looked at. `exact`: the
     /// change is where the player says that its track began, not where somebody noticed a title.

@@ -24,6 +24,7 @@ void CutPlace::Restart(uint32_t framesPerSecond) {
     Listener = std::make_unique<FeatureMeter>(framesPerSecond);
     Changes.Restart(0);
     Heard = 0;
+    SongBegin = 0;
 }
 
 int32_t CutPlace::RingSlot(int64_t slot) const {
@@ -32,8 +33,9 @@ int32_t CutPlace::RingSlot(int64_t slot) const {
 
 /// Slots that were measured for the last question and are asked for again are not measured twice.
 void CutPlace::Measure(int64_t from, int64_t end) {
-    const int64_t first = std::max({from, Heard - (Ring.Size() - 1), int64_t{0}});
-    if (first < Features.First() || first > Features.End()) {
+    const int64_t first = std::max({from, Heard - (Ring.Size() - 1), SongBegin});
+    const bool hasEarlier = Features.First() < SongBegin;
+    if (first < Features.First() || first > Features.End() || hasEarlier) {
         Features.Restart(first);
         Meter->Restart();
     }

@@ -31,6 +31,7 @@ class CutPlace : public CutFinder {
     /// Whose titles they are from now on.
     void Ask(const std::string& source) { Source = source; }
 
+    void Begins(int64_t slot) override { SongBegin = slot; }
     std::optional<EvidenceCut> Find(int64_t change, int64_t from, int64_t end, bool exact) override;
     std::optional<EvidenceCut> FindGap(int64_t change, int64_t from, int64_t end, bool exact) override;
     void Teach() override;
@@ -58,6 +59,7 @@ class CutPlace : public CutFinder {
     std::string LastSource;  ///< that the last Find was for
     bool LastExact = false;
     int64_t Heard = 0;
+    int64_t SongBegin = 0;  ///< nothing before is looked at
 };
 
 }  // namespace Corvetape
