@@ -104,6 +104,22 @@ TEST(AutomaticSameTitle, AfterABoundaryWithEvidenceIsANewSong) {
     ExpectSong(world.Place, kept[1], "One", 43, 83, WithoutAGap);
 }
 
+TEST(AutomaticSameTitle, ThatVanishesAgainSoonLosesNoBoundary) {
+    PlayerWorld world = TwoPiecesOfOneTitle(SongSound::Chord, 0);
+    world.Record();
+    Streams(world, 3.1, "One");
+    for (const double second : {43.2, 45.2}) {
+        Streams(world, second, "");
+        Streams(world, second + 1, "One");
+    }
+    world.Quits(83.2);
+    world.End(100);
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 2U);
+    ExpectSong(world.Place, kept[0], "One", 3, 43, WithoutAGap);
+    ExpectSong(world.Place, kept[1], "One", 43, 83, WithoutAGap);
+}
+
 TEST(AutomaticSameTitle, WithoutEvidenceForABoundaryIsTheSameSong) {
     PlayerWorld world = TwoPiecesOfOneTitle(SongSound::Noise, 0);
     PlayWithATitleThatVanishes(world);

@@ -200,7 +200,8 @@ bool AutomaticEnd::NoteChange(const SourceLook& look, Change change) {
         first.Media = change.Media;
         first.Mixed = first.Mixed || change.Mixed;
         if (change.Exact) first.Last = change.At;
-        first.Joined = true;
+        // A title that only vanishes once more was never another one that is taken back.
+        first.Joined = first.Joined || !(first.Weak && change.Weak);
         // A banner that has gone again.
         const STATIONANDSONGDATA& song = Changes.size() > 1 ? (Changes.end() - 2)->Media : Present.Media;
         first.Weak = look.TrackId.empty() && !first.Exact && SameTitle(first.Media, song);
