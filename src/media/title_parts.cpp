@@ -72,6 +72,10 @@ std::string LastPart(const std::string& address) {
     return Unescaped(path.substr(slash + 1));
 }
 
+std::string WholeTitle(const STATIONANDSONGDATA& media) {
+    return media.Artist.empty() ? media.Song : media.Artist + " - " + media.Song;
+}
+
 /// Where the last or first occurrence parts a title, if both parts hold something.
 std::optional<std::pair<std::string, std::string>> Parted(const std::string& title,
                                                           const Separator& separator, bool atEnd) {
@@ -89,12 +93,20 @@ std::string NameOfAddress(const std::string& address) {
 STATIONANDSONGDATA WithNameOfFile(STATIONANDSONGDATA media, const std::string& address) {
     const std::string file = LastPart(address);
     if (file.empty()) return media;
-    const std::string whole = media.Artist.empty() ? media.Song : media.Artist + " - " + media.Song;
+    const std::string whole = WholeTitle(media);
     if (media.Song.empty() && media.Artist.empty()) {
         media.Song = WithoutExtension(file);
     } else if (whole == file) {
         media.Song = WithoutExtension(media.Song);
     }
+    return media;
+}
+
+STATIONANDSONGDATA WithoutNameOfAddress(STATIONANDSONGDATA media, const std::string& address) {
+    const std::string whole = WholeTitle(media);
+    if (whole != address && whole != LastPart(address)) return media;
+    media.Artist.clear();
+    media.Song.clear();
     return media;
 }
 

@@ -14,6 +14,10 @@ std::string NameOfAddress(const std::string& address);
 /// A title that is only the name of its file, or none at all, becomes that name without its extension.
 STATIONANDSONGDATA WithNameOfFile(STATIONANDSONGDATA media, const std::string& address);
 
+/// A title that is only the address of what plays, or the name in it, becomes none. Players show that for a
+/// stream that has not named a song yet.
+STATIONANDSONGDATA WithoutNameOfAddress(STATIONANDSONGDATA media, const std::string& address);
+
 /// Titles of pages often name the station too, "Title | Station". What is after or before a separator
 /// and stays the same over several titles is no part of the title.
 class TitleParts {

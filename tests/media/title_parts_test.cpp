@@ -29,6 +29,17 @@ TEST(NameOfFile, StandsInForAMissingTitleAndLosesItsExtension) {
     EXPECT_EQ(WithNameOfFile(Titled("Mr.mp3"), "file:///a/other.mp3").Song, "Mr.mp3") << "a title of its own";
 }
 
+TEST(NameOfAddress, IsNoTitleOfAStream) {
+    const std::string address = "http://radio/My%20Live.mp3?session=1";
+    EXPECT_EQ(WithoutNameOfAddress(Titled(address), address).Song, "");
+    EXPECT_EQ(WithoutNameOfAddress(Titled("My Live.mp3"), address).Song, "");
+    const STATIONANDSONGDATA parted =
+        WithoutNameOfAddress(Titled("One.mp3", "Ann"), "http://radio/Ann%20-%20One.mp3");
+    EXPECT_EQ(parted.Artist + parted.Song, "");
+    EXPECT_EQ(WithoutNameOfAddress(Titled("One", "Ann"), address).Song, "One");
+    EXPECT_EQ(WithoutNameOfAddress(Titled("http://radio/", ""), "http://radio/").Song, "");
+}
+
 TEST(TitleParts, WhatStaysTheSameAfterABarIsTheStation) {
     TitleParts parts;
     parts.Learn("page", "One | Nowhere FM");

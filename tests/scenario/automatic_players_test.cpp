@@ -84,6 +84,50 @@ TEST(Automatic, AStationIsLearnedByItsHostAndNotByItsPlayer) {
     EXPECT_THAT(names, testing::UnorderedElementsAre("mpv one.example_8000.cuts", "mpv other.example.cuts"));
 }
 
+TEST(Automatic, TheAddressOfAStreamIsNoTitle) {
+    for (const std::string shown : {"http://one.example/live.mp3", "live.mp3", ""}) {
+        SCOPED_TRACE(shown);
+        PlayerWorld world(Songs(2, 40, 1));
+        world.Record();
+        PlayerReport& report = world.Reports["mpv"];
+        report.Address = "http://one.example/live.mp3";
+        // Its length grows with what it has of the stream, which shows that it is one.
+        for (int second = 0; second < 82; ++second) {
+            const std::string title = second < 6 ? shown : second < 47 ? "Song 1" : "Song 2";
+            world.Plays(3.1 + second, title, 3, "/1");
+            report.LengthMs = 5000 + 1000 * second;
+            if (title.empty() || title == shown) report.Artist.clear();
+            world.Place.Players.Say(report);
+        }
+        world.Quits(84.2);
+        world.End(100);
+        const auto kept = KeptSongs(world.Place);
+        ASSERT_EQ(kept.size(), 2U);
+        ExpectSong(world.Place, kept[0], "Song 1", 3, 43, WithAGap);
+        ExpectSong(world.Place, kept[1], "Song 2", 44, 84, WithAGap);
+    }
+}
+
+TEST(Automatic, AnUntaggedFileOfAnotherMachineHasItsName) {
+    PlayerWorld world(Songs(2, 40, 1));
+    world.Record();
+    PlayerReport& report = world.Reports["mpv"];
+    for (const int song : {1, 2}) {
+        const std::string name = "Tape " + std::to_string(song);
+        report.Address = "http://one.example/" + name + ".mp3";
+        const double begin = 3 + 41 * (song - 1);
+        world.Plays(begin + 0.1, name + ".mp3", begin, "/" + name);
+        report.Artist.clear();
+        world.Place.Players.Say(report);
+    }
+    world.Quits(84.2);
+    world.End(100);
+    const auto kept = KeptSongs(world.Place);
+    ASSERT_EQ(kept.size(), 2U);
+    ExpectSong(world.Place, kept[0], "Tape 1", 3, 43, WithAGap);
+    ExpectSong(world.Place, kept[1], "Tape 2", 44, 84, WithAGap);
+}
+
 TEST(Automatic, TheSecondFileOfASongIsNotWhole) {
     World world(Automatic(Songs(3, 40, 2)));
     ASSERT_TRUE(world.StartRecording());

@@ -17,6 +17,9 @@ constexpr int GrowthsOfStream = 3;
 /// Nothing that has an end is longer. Browsers give streams the largest length that there is.
 constexpr int64_t LongestTrackMs = 24LL * 60 * 60 * 1000;
 
+/// By then a length that grows has grown often enough.
+constexpr int64_t StreamShowsMs = 5000;
+
 /// The tags of a piece are known so long after its begin at the latest.
 constexpr int64_t LateTagsMs = 3000;
 
@@ -73,6 +76,15 @@ std::string TrackNames::Of(const PlayerReport& player, int64_t nowMs) {
     return piece + "\n" + Title;
 }
 
+bool AddressNames::Count(const PlayerReport& player, bool isStream, int64_t nowMs) {
+    if (player.Address != Address) {
+        Address = player.Address;
+        Since = nowMs;
+    }
+    if (IsLocalFile(player)) return true;
+    return !isStream && nowMs - Since >= StreamShowsMs;
+}
+
 SourceWatch::SourceWatch(SourceWatchParts parts) : Parts(parts) {
     Parts.Form.tmrGetMediaData.Timer.Connect([this] { Tick(); });
     // The timer stands still where songs end in another way. The mode is set by an earlier handler.
@@ -118,10 +130,15 @@ void SourceWatch::AddPlayer(SourceLook& look, const PlayerReport& player, int64_
     look.Others = Parts.Bridge->OthersPlay();
     look.OfInput = Parts.Bridge->IsTheInput();
     look.OfFile = IsLocalFile(player);
-    if (player.Playing) look.Media = WithNameOfFile(look.Media, player.Address);
+    const bool isStream = Streams.IsStream(player);
+    const bool named = Names.Count(player, isStream, nowMs);
+    if (player.Playing) {
+        look.Media = named ? WithNameOfFile(look.Media, player.Address)
+                           : WithoutNameOfAddress(look.Media, player.Address);
+    }
     // Of a stream every title is a piece of its own, whatever its player calls it, and has no position.
     const std::string track = Tracks.Of(player, nowMs);
-    if (Streams.IsStream(player)) {
+    if (isStream) {
         look.LearnsAs = NameToLearnBy(player.Player, player.Address);
         return;
     }

@@ -54,6 +54,18 @@ class TrackNames {
     std::string Shown;  ///< at the look before
 };
 
+/// Whether what plays may be named by its address: an untagged file, but no stream. Whether something at
+/// another machine is a stream shows after some seconds only.
+class AddressNames {
+ public:
+    /// Asked at each look. `isStream` is what StreamFinder says.
+    bool Count(const PlayerReport& player, bool isStream, int64_t nowMs);
+
+ private:
+    std::string Address;
+    int64_t Since = 0;  ///< when it was first seen
+};
+
 /// Looks at the source of the media data twice a second with the end of song "Automatic": asks the provider,
 /// and adds what a player says beyond its titles.
 class SourceWatch {
@@ -70,6 +82,7 @@ class SourceWatch {
     SlotClock Slots;
     StreamFinder Streams;
     TrackNames Tracks;
+    AddressNames Names;
     bool Busy = false;  ///< a tick waits for an answer of the user
 };
 
