@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "platform/linux/files/descriptor.h"
+#include "support/refuse_links.h"
 
 namespace Corvetape {
 namespace {
@@ -42,6 +43,7 @@ TestProcess::TestProcess(const Start& start) {
     pid = fork();
     if (pid == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (start.RefusesLinks && !RefuseHardLinks()) _exit(126);
         const int in = open("/dev/null", O_RDONLY);
         const int out = open(output.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
         dup2(in, 0);

@@ -18,6 +18,7 @@ class TestProcess {
         std::vector<std::string> Command;                ///< the program is searched on the search path
         std::map<std::string, std::string> Environment;  ///< on top of the test's own
         std::string Output;                              ///< file for what it prints; empty for nowhere
+        bool RefusesLinks = false;                       ///< its disks have one name for each file
     };
 
     /// Fails the test if the program cannot be started.
