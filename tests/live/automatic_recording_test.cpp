@@ -1,203 +1,16 @@
 // Songs that end by everything that is known, with a real player on both sound servers: whole, named, and
 // with nothing of their neighbours.
-#include <gtest/gtest-spi.h>
-
 #include <algorithm>
-#include <array>
-#include <cstdlib>
 #include <cstring>
-#include <deque>
-#include <thread>
 
-#include "live/automatic_stage.h"
-#include "live/live_browser.h"
+#include "live/automatic_recording.h"
 #include "live/page_server.h"
+#include "live/played_songs.h"
 
 namespace Corvetape {
 namespace {
 
-using std::chrono::milliseconds;
 using Json = nlohmann::json;
-
-constexpr double WithAGap = 0.1;
-constexpr double WithoutAGap = 0.3;
-
-/// Of the first songs of a source, at joins without a gap. Nothing is learned of it yet: a join may be taken
-/// for a fade of a second, of which both songs have all.
-constexpr double FirstCuts = 1.2;
-
-/// A player on a busy machine falters: its song gets longer by that, and a little of it is lost to the eye of
-/// the test, which looks at windows of 20 ms.
-constexpr double Faltering = 3;
-constexpr double FalteringHides = 0.3;
-
-/// Seconds of the input after which a recorder ends that does not get what it waits for.
-constexpr int Patience = 120;
-
-/// So busy that players start late and falter whatever they play.
-bool MachineIsBusy() {
-    constexpr double mostPerCore = 4;
-    double load = 0;
-    return getloadavg(&load, 1) == 1 &&
-           load > mostPerCore * std::max(std::thread::hardware_concurrency(), 1U);
-}
-
-/// Both sound servers at the same time: most of a test is waiting.
-class AutomaticRecording : public testing::Test {
- protected:
-    AutomaticRecording() { MakeStages(); }
-
-    void MakeStages() {
-        browsers.clear();
-        stages.clear();
-        for (const ServerKind kind : {ServerKind::PulseAudio, ServerKind::PipeWire}) {
-            stages.emplace_back(session, kind);
-        }
-    }
-
-    /// A take on a machine that was too busy for its players says nothing of joins: there is another one
-    /// then, with everything new. On any other machine the first failure counts.
-    template <typename Take>
-    void WithRetakes(const Take& take) {
-        constexpr int mostTakes = 3;
-        for (int number = 1; number < mostTakes; ++number) {
-            testing::TestPartResultArray failures;
-            {
-                const testing::ScopedFakeTestPartResultReporter intercepted(
-                    testing::ScopedFakeTestPartResultReporter::INTERCEPT_ONLY_CURRENT_THREAD, &failures);
-                take();
-            }
-            if (failures.size() == 0) return;
-            if (!MachineIsBusy()) {
-                for (int i = 0; i < failures.size(); ++i) {
-                    ADD_FAILURE() << failures.GetTestPartResult(i).message();
-                }
-                return;
-            }
-            MakeStages();
-        }
-        take();
-    }
-
-    /// A song with the tone of its number, 20 % of it noise.
-    std::string Song(int number, int length, const std::string& filter = "anull", bool tagged = true) {
-        const std::string text = std::to_string(number);
-        const std::string file = folder / ((tagged ? "song" : "Old Tape ") + text + ".flac");
-        const std::string noise = "anoisesrc=d=" + std::to_string(length) +
-                                  ":c=" + (number % 2 == 0 ? "brown" : "white") +
-                                  ":a=0.05:r=44100:seed=" + text;
-        const std::string tone = "sine=frequency=" + std::to_string(200 * number) +
-                                 ":sample_rate=44100:duration=" + std::to_string(length);
-        std::vector<std::string> command = {"ffmpeg",
-                                            "-y",
-                                            "-loglevel",
-                                            "error",
-                                            "-f",
-                                            "lavfi",
-                                            "-i",
-                                            tone,
-                                            "-f",
-                                            "lavfi",
-                                            "-i",
-                                            noise,
-                                            "-filter_complex",
-                                            "[0][1]amix=inputs=2:normalize=0," + filter,
-                                            "-ac",
-                                            "2"};
-        if (tagged) {
-            command.insert(command.end(),
-                           {"-metadata", "artist=Band " + text, "-metadata", "title=Song " + text});
-        }
-        command.push_back(file);
-        RunToEnd(command, {}, folder / "output");
-        return file;
-    }
-
-    /// Records until so many songs were kept.
-    void Record(int songs, const std::vector<std::string>& more = {}) {
-        for (AutomaticStage& stage : stages) stage.Record(songs, Patience, more);
-        Await([](AutomaticStage& stage) { return stage.Records(); });
-        WaitFor(2);  // until sound has come, and they know of no player
-    }
-
-    /// Records a page that a browser plays on each server, until so many songs were kept. `how`: lines of its
-    /// profile.
-    void RecordPage(const PageServer& pages, int songs, int seconds, const std::string& how) {
-        for (AutomaticStage& stage : stages) {
-            stage.GiveSettings("MSIE.ini",
-                               "[- Radio]\nName=Page Radio\nWindow&Doc=;;* | *;http://127.0.0.1:*\n" + how);
-            std::map<std::string, std::string> environment = stage.Environment();
-            environment["DBUS_SESSION_BUS_ADDRESS"] = "disabled:";  // the page is the only source
-            browsers.push_back(std::make_unique<LiveBrowser>(
-                session, pages.Url("/"),
-                std::vector<std::string>{"--autoplay-policy=no-user-gesture-required",
-                                         "--host-resolver-rules=MAP * ~NOTFOUND , EXCLUDE 127.0.0.1"},
-                environment));
-            const std::string port = std::to_string(browsers.back()->Port());
-            stage.Record(songs, seconds, {"--set", "Browser.DevToolsPorts=" + port});
-        }
-        Await([](AutomaticStage& stage) { return stage.Records(); });
-    }
-
-    void Play(const std::vector<std::string>& files) {
-        for (AutomaticStage& stage : stages) stage.Play(files);
-    }
-
-    /// Waits until it is so on all servers.
-    template <typename Condition>
-    void Await(const Condition& condition) {
-        for (AutomaticStage& stage : stages) {
-            EXPECT_TRUE(session.WaitFor([&] { return condition(stage); }, milliseconds(60'000)));
-        }
-    }
-
-    /// Presses a button of each player when it has played so much of a song.
-    void PressAfter(int number, double played, const std::string& button) {
-        const std::string title = "Song " + std::to_string(number);
-        for (AutomaticStage& stage : stages) {
-            EXPECT_TRUE(
-                session.WaitFor([&] { return stage.HasPlayed(title, played); }, milliseconds(60'000)));
-            stage.Press(button);
-        }
-    }
-
-    /// The time of a player and a recorder that know of no clock of ours.
-    void WaitFor(double length) {
-        session.WaitFor([] { return false; }, milliseconds(static_cast<int>(length * 1000)));
-    }
-
-    /// Looks at what was kept on each of the servers, which have to be so many songs.
-    template <typename Look>
-    void ExpectKept(size_t songs, const Look& look) {
-        constexpr std::array<const char*, 2> names = {"PulseAudio", "PipeWire"};
-        for (size_t i = 0; i < stages.size(); ++i) {
-            const std::vector<Json> kept = stages[i].Kept();
-            SCOPED_TRACE(names[i] + ("\n" + stages[i].Story()));
-            EXPECT_EQ(kept.size(), songs);
-            if (kept.size() == songs) look(stages[i], kept);
-        }
-    }
-
-    static void ExpectWhole(const AutomaticStage& stage, const std::string& name, int number, double length,
-                            double within) {
-        SCOPED_TRACE(name);
-        const ToneEdges edges = EdgesOf(stage.FileOf(name), number);
-        EXPECT_GE(edges.OwnSeconds, length - 2 * within - FalteringHides);
-        EXPECT_LE(edges.OwnSeconds, length + 2 * within + Faltering);
-        EXPECT_LE(edges.ForeignAtBegin, within);
-        EXPECT_LE(edges.ForeignAtEnd, within);
-    }
-
-    static void ExpectWhole(const AutomaticStage& stage, int number, double length, double within) {
-        const std::string text = std::to_string(number);
-        ExpectWhole(stage, "Band " + text + " - Song " + text, number, length, within);
-    }
-
-    LiveSession session;
-    TempFolder folder;
-    std::deque<AutomaticStage> stages;  ///< one for each sound server
-    std::vector<std::unique_ptr<LiveBrowser>> browsers;
-};
 
 TEST_F(AutomaticRecording, TaggedFilesWithoutAGapAreOneSongEach) {
     const std::vector<std::string> files = {Song(1, 9), Song(2, 9), Song(3, 9)};
@@ -250,17 +63,16 @@ TEST_F(AutomaticRecording, ASkippedSongIsShortAndItsNeighboursAreClean) {
     });
 }
 
-TEST_F(AutomaticRecording, TheSameSongTwiceIsTwoSongsOfItsLength) {
-    const std::string file = Song(1, 9);
-    Record(2, {"--set", "Options.SameName=2"});
-    Play({file, file});
-    ExpectKept(2, [](const AutomaticStage&, const std::vector<Json>& kept) {
-        // Nothing in the sound shows where one ends and the other begins.
-        for (const Json& song : kept) {
-            EXPECT_EQ(song.value("title", ""), "Song 1");
-            EXPECT_GE(song.value("frames", 0.0) / 44100, 9 - FirstCuts);
-            EXPECT_LE(song.value("frames", 0.0) / 44100, 9 + FirstCuts + Faltering);
-        }
+TEST_F(AutomaticRecording, TheSameTrackTwiceIsTwoWholeSongs) {
+    const PlayedSong song;
+    const std::string file = TaggedFileOf(song, folder.Path());
+    WithRetakes([&] {
+        Record(2, {"--set", "Options.SameName=2"});
+        Play({file, file});
+        ExpectKept(2, [&](const AutomaticStage& stage, const std::vector<Json>&) {
+            ExpectEdges(stage, song, WithoutAGap);
+            ExpectEdges(stage, song, WithoutAGap, " (2)");
+        });
     });
 }
 

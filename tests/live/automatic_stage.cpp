@@ -1,63 +1,12 @@
 #include "live/automatic_stage.h"
 
-#include <algorithm>
-#include <array>
-#include <complex>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <numbers>
 
 namespace Corvetape {
 
 using Json = nlohmann::json;
-
-namespace {
-
-constexpr size_t HeaderBytes = 44;
-constexpr size_t WindowFrames = 882;
-constexpr double WindowSeconds = 0.02;
-constexpr int MostTones = 4;
-constexpr double LeastPower = 1e9;  ///< less is silence or noise
-
-/// The loudest tone of a window; 0 if there is none.
-int ToneOf(const int16_t* samples) {
-    int loudest = 0;
-    double most = LeastPower;
-    for (int tone = 1; tone <= MostTones; ++tone) {
-        std::complex<double> sum;
-        const double step = 2 * std::numbers::pi * 200 * tone / 44100;
-        for (size_t i = 0; i < WindowFrames; ++i) {
-            sum += std::polar<double>(samples[2 * i], step * static_cast<double>(i));
-        }
-        if (std::norm(sum) <= most) continue;
-        most = std::norm(sum);
-        loudest = tone;
-    }
-    return loudest;
-}
-
-}  // namespace
-
-ToneEdges EdgesOf(const std::string& waveFile, int number) {
-    const std::string bytes = Content(waveFile);
-    const size_t frames = bytes.size() > HeaderBytes ? (bytes.size() - HeaderBytes) / 4 : 0;
-    std::vector<int16_t> samples(frames * 2);
-    if (frames > 0) std::memcpy(samples.data(), bytes.data() + HeaderBytes, frames * 4);
-    std::vector<int> tones;
-    for (size_t begin = 0; begin + WindowFrames <= frames; begin += WindowFrames) {
-        tones.push_back(ToneOf(&samples[2 * begin]));
-    }
-    const auto secondsOf = [](auto count) { return WindowSeconds * static_cast<double>(count); };
-    const auto isOwn = [number](int tone) { return tone == number; };
-    const auto isForeign = [](int tone) { return tone != 0; };
-    const auto first = std::ranges::find_if(tones, isOwn);
-    const auto last = std::find_if(tones.rbegin(), tones.rend(), isOwn);
-    return {secondsOf(std::ranges::count(tones, number)),
-            secondsOf(std::count_if(tones.begin(), first, isForeign)),
-            secondsOf(std::count_if(tones.rbegin(), last, isForeign))};
-}
 
 AutomaticStage::AutomaticStage(LiveSession& session, ServerKind kind) : bus(session), server(kind) {
     server.Start();
@@ -69,7 +18,7 @@ void AutomaticStage::Record(int songs, int seconds, const std::vector<std::strin
         "--songs", std::to_string(songs),     "--seconds", std::to_string(seconds),
         "--set",   "Options.EncodeOffline=1", "--set",     "Source.IgnoreShortSongs=5"};
     words.insert(words.end(), more.begin(), more.end());
-    recording = {RecordCommand(folder / "home", words), environment, folder / "record.log"};
+    recording = {RecordCommand(folder / "home", words), environment, folder / "record.log", RefusesLinks};
     recorder = std::make_unique<TestProcess>(recording);
 }
 
@@ -78,9 +27,10 @@ bool AutomaticStage::Records() {
     return server.Recordings() > 0;
 }
 
-void AutomaticStage::Play(const std::vector<std::string>& files) {
+void AutomaticStage::Play(const std::vector<std::string>& files, const std::vector<std::string>& options) {
     std::vector<std::string> command = {"mpv",        "--no-config", "--script=/usr/lib/mpv-mpris/mpris.so",
                                         "--no-video", "--ao=pulse",  "--gapless-audio=yes"};
+    command.insert(command.end(), options.begin(), options.end());
     command.insert(command.end(), files.begin(), files.end());
     players.push_back(
         std::make_unique<TestProcess>(TestProcess::Start{command, environment, folder / "player.log"}));
@@ -129,9 +79,14 @@ void AutomaticStage::Recut(const std::string& title, const std::vector<std::stri
     RunToEnd(command, environment, folder / "output");
 }
 
-std::string AutomaticStage::FileOf(const std::string& name) const {
+std::string AutomaticStage::PathOf(const std::string& name) const {
+    return PathEndingWith("/" + name);
+}
+
+std::string AutomaticStage::PathEndingWith(const std::string& ending) const {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder / "home")) {
-        if (entry.path().filename() == name + ".wav") return entry.path();
+        const std::string path = entry.path();
+        if (path.ends_with(ending)) return path;
     }
     return {};
 }

@@ -11,17 +11,6 @@
 
 namespace Corvetape {
 
-/// What of a file is the tone of a song, and what of others is at its ends.
-struct ToneEdges {
-    double OwnSeconds = 0;
-    double ForeignAtBegin = 0;
-    double ForeignAtEnd = 0;
-};
-
-/// The tones of a WAV file of 16-bit stereo at 44.1 kHz, window by window of 20 ms. Songs have the tones of
-/// their numbers, 1 to 4, 200 periods a second for each.
-ToneEdges EdgesOf(const std::string& waveFile, int number);
-
 /// A sound server and a session bus of its own, a recorder that listens there with the end of song
 /// "Automatic", and a player.
 class AutomaticStage {
@@ -32,7 +21,7 @@ class AutomaticStage {
     void Record(int songs, int seconds, const std::vector<std::string>& more = {});
 
     /// Plays files one after the other, without a gap if they have none. Those that play already go on.
-    void Play(const std::vector<std::string>& files);
+    void Play(const std::vector<std::string>& files, const std::vector<std::string>& options = {});
 
     /// Presses a button of the first player: a method of the media players' interface.
     void Press(const std::string& button);
@@ -53,13 +42,20 @@ class AutomaticStage {
     /// Cuts a song of this title again, in the way that these words say.
     void Recut(const std::string& title, const std::vector<std::string>& how);
 
+    /// Where the file of this name is, or one whose name ends so; empty if there is none.
+    std::string PathOf(const std::string& name) const;
+    std::string PathEndingWith(const std::string& ending) const;
+
     /// Where the temporary song of this name is.
-    std::string FileOf(const std::string& name) const;
+    std::string FileOf(const std::string& name) const { return PathOf(name + ".wav"); }
 
     /// What the recorder has printed.
     std::string Story() const { return Content(folder / "record.log"); }
 
     const std::map<std::string, std::string>& Environment() const { return environment; }
+
+    /// The recorder's disks know one name for each file. To be set before it begins.
+    bool RefusesLinks = false;
 
  private:
     /// A property of the first player, as it is printed; empty if there is none yet.

@@ -19,8 +19,6 @@ using Time = std::chrono::steady_clock;
 /// Bytes of sound between two places for a title.
 constexpr size_t MetaInterval = 2000;
 
-constexpr double SecondsAhead = 0.5;
-
 /// A title as it stands in the stream: the number of 16-byte pieces, and the padded text.
 std::string TitleBlock(const std::string& title) {
     std::string text = "StreamTitle='" + title + "';";
@@ -34,8 +32,8 @@ bool Send(int connection, const std::string& bytes) {
 
 }  // namespace
 
-IcyServer::IcyServer(std::vector<IcySong> content, double seconds)
-    : songs(std::move(content)), songSeconds(seconds) {
+IcyServer::IcyServer(std::vector<IcySong> content, double secondsAhead)
+    : songs(std::move(content)), ahead(secondsAhead) {
     const Listener open = ListenOnLoopback();
     listener = open.Descriptor;
     port = open.Port;
@@ -69,17 +67,18 @@ void IcyServer::Broadcast(int connection) const {
     std::string part;
     for (size_t song = 0; listens && !over; song = (song + 1) % songs.size()) {
         const std::string& sound = songs[song].Sound;
-        std::string title = TitleBlock(songs[song].Title);
+        std::string title = songs[song].Title.empty() ? "" : TitleBlock(songs[song].Title);
         for (size_t at = 0; listens && !over && at < sound.size();) {
             const size_t count = std::min(MetaInterval - part.size(), sound.size() - at);
             part += sound.substr(at, count);
             at += count;
-            playedSeconds += songSeconds * static_cast<double>(count) / static_cast<double>(sound.size());
+            playedSeconds +=
+                songs[song].Seconds * static_cast<double>(count) / static_cast<double>(sound.size());
             if (part.size() < MetaInterval) break;
             listens = Send(connection, part + (title.empty() ? std::string(1, '\0') : title));
             part.clear();
             title.clear();
-            const auto due = begin + std::chrono::duration<double>(playedSeconds - SecondsAhead);
+            const auto due = begin + std::chrono::duration<double>(playedSeconds - ahead);
             // A listener says nothing more; that it can be read means that it has gone.
             while (listens && !over && Time::now() < due) listens = !Readable(connection);
         }

@@ -10,16 +10,16 @@ namespace Corvetape {
 
 /// A song as a station sends it.
 struct IcySong {
-    std::string Title;
-    std::string Sound;  ///< MP3 of one bit rate
+    std::string Title;   ///< empty to go on with the one before
+    std::string Sound;   ///< MP3 of one bit rate
+    double Seconds = 0;  ///< for which it plays
 };
 
-/// A web radio on 127.0.0.1 that sends its songs round and round, as fast as they play and half a second
-/// ahead, and tells the title in the stream whenever it changes. One listener at a time.
+/// A web radio on 127.0.0.1 that sends its songs round and round, as fast as they play and some
+/// seconds ahead, and tells the title in the stream whenever it changes. One listener at a time.
 class IcyServer {
  public:
-    /// Each song plays for `songSeconds`.
-    IcyServer(std::vector<IcySong> songs, double songSeconds);
+    explicit IcyServer(std::vector<IcySong> songs, double secondsAhead = 0.5);
     ~IcyServer();
     IcyServer(const IcyServer&) = delete;
     IcyServer& operator=(const IcyServer&) = delete;
@@ -31,7 +31,7 @@ class IcyServer {
     void Broadcast(int connection) const;
 
     const std::vector<IcySong> songs;
-    const double songSeconds;
+    const double ahead;
     int listener = -1;
     uint16_t port = 0;
     std::atomic<bool> over = false;

@@ -61,9 +61,10 @@ TEST_F(PlayerRecordingTest, SongsOfAStationGetTheNamesThatItsStreamGives) {
     std::vector<IcySong> songs;
     for (int i = 1; i <= MostSongs; ++i) {
         const std::string text = std::to_string(i);
-        songs.push_back({"Artist " + text + " - Title " + text, MakeStreamedSong(i)});
+        songs.push_back(
+            {"Artist " + text + " - Title " + text, MakeStreamedSong(i), SongSeconds + SilenceSeconds});
     }
-    const IcyServer station(songs, (SongSeconds + SilenceSeconds));
+    const IcyServer station(songs);
     const auto player = Play({station.Url()});
     const std::vector<Json> kept = Record(3, Player);
     ASSERT_EQ(kept.size(), 3u) << Story();
