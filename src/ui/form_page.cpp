@@ -5,7 +5,10 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
 
 #include "ui/look.h"
 #include "ui/make.h"
@@ -94,6 +97,17 @@ FormPage::FormPage(const QString& name, const QString& explanation) {
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setAccessibleName(name);
     Make<MoreBelow>(this);
+    connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, &FormPage::KeepPlace);
+}
+
+/// A larger window shows more, and takes the page along; when it is small again the page is where it was.
+void FormPage::KeepPlace(int /*least*/, int most) {
+    const int place = verticalScrollBar()->value();
+    if (place > most) {
+        LeftAt = std::max(LeftAt, place);
+    } else if (LeftAt > 0 && LeftAt <= most) {
+        verticalScrollBar()->setValue(std::exchange(LeftAt, 0));
+    }
 }
 
 Card& FormPage::AddCard(const QString& heading, const QString& explanation) {

@@ -54,7 +54,11 @@ class FormPage : public QScrollArea {
     void Finish();
 
  private:
+    void KeepPlace(int least, int most);
+
     QVBoxLayout* Cards;
+    int LeftAt =
+        0;  ///< where the page was scrolled to before the window became too large for that; 0: nowhere
 };
 
 /// A number's field: as wide as its numbers are.

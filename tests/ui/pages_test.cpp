@@ -204,5 +204,25 @@ TEST(Pages, AreThereInGerman) {
               QString::fromUtf8("Hört zu - nichts wird behalten"));
 }
 
+TEST(Pages, AreScrolledToWhereTheyWereWhenTheWindowIsSmallAgain) {
+    UiWorld world;
+    world.Window->show();
+    world.Form().tbsMain.Select("TAB_OPTIONS1");
+    world.RunFor(1);
+    const auto* const page =
+        qobject_cast<QScrollArea*>(world.Window->findChild<QStackedWidget*>()->currentWidget());
+    QScrollBar* const bar = page->verticalScrollBar();
+    const QSize small = world.Window->size();
+    bar->setValue(bar->maximum());
+    const int place = bar->value();
+    ASSERT_GT(place, 0);
+    world.Window->resize(small.width(), 2 * small.height());
+    world.RunFor(1);
+    ASSERT_EQ(bar->value(), 0);
+    world.Window->resize(small);
+    world.RunFor(1);
+    EXPECT_EQ(bar->value(), place);
+}
+
 }  // namespace
 }  // namespace Corvetape::Test
