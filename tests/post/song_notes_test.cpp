@@ -18,13 +18,13 @@ class SongNotesTest : public testing::Test {
     }
 
     /// A song file whose header was never brought up to date, as a crash leaves it.
-    void LeaveSong(const std::string& baseName, int seconds) {
+    void LeaveSong(const std::string& baseName, double seconds) {
         const std::string path = std::string(Folder) + "/" + baseName + ".wav";
         {
             auto file = WavFile::Create(Machine.Files, path, MakeWaveFormat(44100));
             ASSERT_TRUE(file);
-            const std::vector<Frame> second(44100, Frame{1000, -1000});
-            for (int i = 0; i < seconds; ++i) ASSERT_TRUE(file->Write(second));
+            const std::vector<Frame> sound(static_cast<size_t>(44100 * seconds), Frame{1000, -1000});
+            ASSERT_TRUE(file->Write(sound));
         }
         ASSERT_TRUE(Machine.Files.Patch(path, 4, std::string(4, '\0')));
         ASSERT_TRUE(Machine.Files.Patch(path, 40, std::string(4, '\0')));
@@ -217,6 +217,20 @@ TEST_F(SongNotesTest, AWantedSongIsKeptHoweverShortItWasWhenItWasBrokenOff) {
     const LeftSongDecision decision = DecideLeftSong(Machine.Files, Folder, Found().at(0));
     EXPECT_EQ(decision.Fate, LeftSongFate::Transfer);
     EXPECT_EQ(decision.Seconds, 1);
+}
+
+TEST_F(SongNotesTest, OfLessThanASecondOnlyWhatItsCloseHasKeptStays) {
+    for (const bool closed : {false, true}) {
+        SongNote note = Note(true);
+        note.Closed = closed;
+        const std::string name = closed ? "closed" : "broken off";
+        LeaveSong(name, 0.5);
+        Notes.Store(name, note);
+        const LeftSongDecision decision = DecideLeftSong(Machine.Files, Folder, Found().at(0));
+        Notes.Remove(name);
+        EXPECT_EQ(decision.Fate, closed ? LeftSongFate::Transfer : LeftSongFate::Delete);
+        EXPECT_EQ(decision.Seconds, 0);
+    }
 }
 
 TEST_F(SongNotesTest, ANoteWithoutItsSongOrWithSomethingElseIsDeleted) {

@@ -10,23 +10,6 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(AutomaticEnd, ABannerThatGoesAgainAtOnceCutsNothing) {
-    for (const float evidence : {0.5F, 3.5F}) {
-        AutomaticRig rig;
-        rig.Say("One");
-        rig.Play(1000);
-        rig.Finder.Places = {{1000, 1000, 0.6F, evidence}};
-        rig.Say("Buy this");
-        rig.Play(60);
-        rig.Say("One");
-        rig.Play(2000);
-        rig.Finish();
-        EXPECT_TRUE(rig.Songs.empty()) << "evidence " << evidence;
-        EXPECT_THAT(rig.Present.Pieces, ElementsAre(SlotRun{0, 3060}));
-        EXPECT_EQ(rig.Undone, 1U);
-    }
-}
-
 TEST(AutomaticEnd, ABannerThatGoesAgainForAnotherSongIsTheChangeToThat) {
     AutomaticRig rig;
     rig.Say("One");
@@ -77,23 +60,6 @@ TEST(AutomaticEnd, TheFirstTitleAfterALongSilenceNamesWhatFollows) {
     rig.Finish();
     EXPECT_EQ(rig.Changes, 0);
     EXPECT_EQ(rig.Present.Title, "One");
-}
-
-TEST(AutomaticEnd, WhileNobodyNamesTitlesASilenceOfASecondEndsASongOfAMinute) {
-    AutomaticRig rig;
-    rig.Play(605);
-    rig.Silence(40);
-    rig.Play(700);
-    rig.Silence(19);
-    rig.Play(195);
-    EXPECT_TRUE(rig.Songs.empty()) << "too early, and shorter by a slot";
-    rig.Silence(40);
-    rig.Play(500);
-    rig.Finish();
-    ASSERT_EQ(rig.Songs.size(), 1U);
-    EXPECT_THAT(rig.Songs[0].Pieces, ElementsAre(SlotRun{0, 1559}));
-    EXPECT_EQ(rig.Songs[0].Trust.End, Certainty::Likely);
-    EXPECT_THAT(rig.Present.Pieces, ElementsAre(SlotRun{1599, 2099}));
 }
 
 }  // namespace

@@ -67,5 +67,22 @@ TEST(AutomaticUntitled, WhatAnotherSongMayBeNoticedInStaysUnwritten) {
     }
 }
 
+TEST(AutomaticUntitled, WhileNobodyNamesTitlesASilenceOfASecondEndsASongOfAMinute) {
+    AutomaticRig rig;
+    rig.Play(605);
+    rig.Silence(40);
+    rig.Play(700);
+    rig.Silence(19);
+    rig.Play(195);
+    EXPECT_TRUE(rig.Songs.empty()) << "too early, and shorter by a slot";
+    rig.Silence(40);
+    rig.Play(500);
+    rig.Finish();
+    ASSERT_EQ(rig.Songs.size(), 1U);
+    EXPECT_THAT(rig.Songs[0].Pieces, ElementsAre(SlotRun{0, 1559}));
+    EXPECT_EQ(rig.Songs[0].Trust.End, Certainty::Likely);
+    EXPECT_THAT(rig.Present.Pieces, ElementsAre(SlotRun{1599, 2099}));
+}
+
 }  // namespace
 }  // namespace Corvetape::Test

@@ -64,6 +64,14 @@ class SongRecuts : public testing::Test {
         ASSERT_TRUE(file && file->Write(Numbered(first, count)) && file->FinishData());
     }
 
+    /// A song of this name was closed.
+    void KeepSong(const std::string& name) {
+        ClosedSong song;
+        song.TempPath = "/temp/Corvet/" + name + ".wav";
+        Disk.Put(song.TempPath, "a song");
+        ASSERT_NE(Store.Keep(song, {}), "");
+    }
+
     /// Makes what the command line asks for out of the recording.
     int32_t Encode(const HiddenJob& job) {
         MusicDuringJob = *Disk.Content(Song.MusicFile);
@@ -236,18 +244,26 @@ TEST_F(SongRecuts, ASongThatStaysInItsFolderFollowsItsNumberToo) {
 }
 
 TEST_F(SongRecuts, RoomIsMadeWithoutReadingAllNotesAgainForEachSong) {
-    ClosedSong song;
-    constexpr int songs = 30;
-    for (int i = 0; i < songs; ++i) {
-        song.TempPath = "/temp/Corvet/song-" + std::to_string(i) + ".wav";
-        Disk.Put(song.TempPath, "a song");
-        ASSERT_NE(Store.Keep(song, {}), "");
-    }
-    for (int i = 0; i <= songs; ++i) EXPECT_TRUE(Store.DropOldest());
-    EXPECT_FALSE(Store.DropOldest());
-    ASSERT_NE(Store.Keep(song, {}), "");
-    EXPECT_TRUE(Store.DropOldest()) << "what came after the list was made";
+    ASSERT_TRUE(Store.DropOldest());
+    const auto operationsToDrop = [this](int songs) {
+        for (int i = 0; i < songs; ++i) KeepSong("song-" + std::to_string(i));
+        const uint64_t before = Disk.OperationCount();
+        for (int i = 0; i < songs; ++i) EXPECT_TRUE(Store.DropOldest());
+        EXPECT_THAT(Store.List(), IsEmpty());
+        return Disk.OperationCount() - before;
+    };
+    const uint64_t ofThirty = operationsToDrop(30);
+    EXPECT_LE(operationsToDrop(60), 2 * ofThirty);
+}
+
+TEST_F(SongRecuts, RoomIsMadeOfWhatCameAfterTheOldestWereListedToo) {
+    KeepSong("two");
+    EXPECT_TRUE(Store.DropOldest());
+    KeepSong("three");
+    EXPECT_TRUE(Store.DropOldest());
+    EXPECT_TRUE(Store.DropOldest());
     EXPECT_THAT(Store.List(), IsEmpty());
+    EXPECT_FALSE(Store.DropOldest());
 }
 
 TEST_F(SongRecuts, ItIsEncodedAsItWasWhateverTheSettingsAreNow) {

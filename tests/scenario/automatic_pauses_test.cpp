@@ -26,14 +26,6 @@ RadioScript Pieces(const std::vector<Sounding>& pieces) {
     return radio.SilenceForever();
 }
 
-/// Expects one song, of so many seconds.
-void ExpectOne(World& world, const std::string& title, double seconds) {
-    const auto kept = KeptSongs(world);
-    ASSERT_EQ(kept.size(), 1U);
-    EXPECT_EQ(kept[0].Song.Media.Song, title);
-    EXPECT_NEAR(static_cast<double>(kept[0].Song.Frames) / 44100, seconds, WithAGap);
-}
-
 TEST(AutomaticPauses, AStreamThatPausesIsOneSong) {
     PlayerWorld world(Songs(2, 30, 8));
     world.Record();
@@ -42,7 +34,7 @@ TEST(AutomaticPauses, AStreamThatPausesIsOneSong) {
     Streams(world, 41.2, "One");
     world.Quits(71.3);
     world.End(90);
-    ExpectOne(world.Place, "One", 60);
+    ExpectOnlySong(world.Place, "One", 3, 71, WithAGap, 8);
 }
 
 TEST(AutomaticPauses, ARestBeforeAPauseIsOfTheSong) {
@@ -53,8 +45,8 @@ TEST(AutomaticPauses, ARestBeforeAPauseIsOfTheSong) {
     world.Plays(41.2, "One", 11);
     world.Quits(71.1);
     world.End(90);
-    ExpectOne(world.Place, "One", 60);
-    EXPECT_EQ(KeptSongs(world.Place)[0].Song.Trust.PausesCut, 1);
+    const HeardSong song = ExpectOnlySong(world.Place, "One", 3, 71, WithAGap, 8);
+    EXPECT_EQ(song.Song.Trust.PausesCut, 1);
 }
 
 TEST(AutomaticPauses, AnotherSoundInAPauseIsInNoSong) {
@@ -65,7 +57,7 @@ TEST(AutomaticPauses, AnotherSoundInAPauseIsInNoSong) {
     world.Plays(43.6, "One", 13.5);
     world.Quits(73.6);
     world.End(90);
-    ExpectOne(world.Place, "One", 60);
+    ExpectOnlySong(world.Place, "One", 3, 73.5, WithAGap, 10.5);
 }
 
 TEST(AutomaticPauses, ARestBeforeTheLastChordIsOfTheSong) {
@@ -74,7 +66,7 @@ TEST(AutomaticPauses, ARestBeforeTheLastChordIsOfTheSong) {
     world.Plays(3.1, "One", 3);
     world.Quits(33.2);
     world.End(50);
-    ExpectOne(world.Place, "One", 30);
+    ExpectOnlySong(world.Place, "One", 3, 33, WithAGap);
 }
 
 constexpr uint64_t Megabyte = 1024 * 1024;
@@ -120,9 +112,7 @@ TEST(AutomaticPauses, ADiskThatIsFullForAWhileCostsASongWithoutTitlesNothing) {
     world.Place.Disk().SetFreeSpace(TempDisk, 0);
     RecordAgain(world, 180);
     world.End(220);
-    const auto kept = KeptSongs(world.Place);
-    ASSERT_EQ(kept.size(), 1U);
-    ExpectSong(world.Place, kept[0], "", 3, 203, WithAGap);
+    ExpectOnlySong(world.Place, "", 3, 203, WithAGap);
     EXPECT_EQ(MusicComparedWithRadio(world.Place), "");
 }
 

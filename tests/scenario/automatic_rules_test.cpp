@@ -123,9 +123,7 @@ TEST(AutomaticSameTitle, ThatVanishesAgainSoonLosesNoBoundary) {
 TEST(AutomaticSameTitle, WithoutEvidenceForABoundaryIsTheSameSong) {
     PlayerWorld world = TwoPiecesOfOneTitle(SongSound::Noise, 0);
     PlayWithATitleThatVanishes(world);
-    const auto kept = KeptSongs(world.Place);
-    ASSERT_EQ(kept.size(), 1U);
-    ExpectSong(world.Place, kept[0], "One", 3, 83, WithAGap);
+    ExpectOnlySong(world.Place, "One", 3, 83, WithAGap);
 }
 
 TEST(AutomaticSameTitle, AfterASilenceThatEndsASongIsANewSong) {
@@ -147,11 +145,9 @@ TEST(AutomaticSeek, AJumpToAPlaceFurtherOnThanTheMachineRunsIsNoted) {
     world.Plays(23.1, "One", -30);
     world.Quits(43.2);
     world.End(60);
-    const auto kept = KeptSongs(world.Place);
-    ASSERT_EQ(kept.size(), 1U);
-    ExpectSong(world.Place, kept[0], "One", 3, 43, WithAGap);
-    EXPECT_TRUE(kept[0].Song.Trust.Sought);
-    EXPECT_FALSE(kept[0].Song.Whole);
+    const HeardSong song = ExpectOnlySong(world.Place, "One", 3, 43, WithAGap);
+    EXPECT_TRUE(song.Song.Trust.Sought);
+    EXPECT_FALSE(song.Song.Whole);
 }
 
 /// What a song file has beside its sound.

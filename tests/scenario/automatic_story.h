@@ -125,6 +125,19 @@ inline void ExpectSong(World& world, const HeardSong& heard, const std::string& 
     EXPECT_NEAR(static_cast<double>(heard.RadioEnd) / rate, end, within);
 }
 
+/// Expects no other song to be kept, with all that is between begin and end but for the seconds that were cut
+/// out. Returns it, for what else is to be said of it.
+inline HeardSong ExpectOnlySong(World& world, const std::string& title, double begin, double end,
+                                double within, double cutOut = 0) {
+    const std::vector<HeardSong> kept = KeptSongs(world);
+    EXPECT_EQ(kept.size(), 1U);
+    if (kept.size() != 1) return {};
+    ExpectSong(world, kept[0], title, begin, end, within);
+    const double seconds = static_cast<double>(kept[0].Song.Frames) / world.Truth()->FramesPerSecond();
+    EXPECT_NEAR(seconds, end - begin - cutOut, 2 * within);
+    return kept[0];
+}
+
 /// Expects all songs of the radio to be kept whole, in their order.
 inline void ExpectAll(World& world, double within) {
     const std::vector<HeardSong> kept = KeptSongs(world);

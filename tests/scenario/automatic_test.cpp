@@ -84,10 +84,8 @@ TEST(Automatic, TheLastSongOfAPlayerIsKeptThoughASilenceEndsTheRecording) {
     RunTo(world.Place, 300);
     EXPECT_THAT(world.Place.Logged("ERROR"), Contains(Text("707", {"3"}))) << "the silence has ended it";
     world.Place.Finish();
-    const auto kept = KeptSongs(world.Place);
-    ASSERT_EQ(kept.size(), 1U);
-    ExpectSong(world.Place, kept[0], "Song 1", 3, 43, WithAGap);
-    EXPECT_EQ(kept[0].Song.Trust.End, Certainty::Sure);
+    const HeardSong song = ExpectOnlySong(world.Place, "Song 1", 3, 43, WithAGap);
+    EXPECT_EQ(song.Song.Trust.End, Certainty::Sure);
 }
 
 TEST(Automatic, APauseOfThePlayerIsLeftOutAndTheSongGoesOn) {
@@ -99,12 +97,8 @@ TEST(Automatic, APauseOfThePlayerIsLeftOutAndTheSongGoesOn) {
     world.Plays(41.2, "One", 11);
     world.Quits(71.3);
     world.End(90);
-    const auto kept = KeptSongs(world.Place);
-    ASSERT_EQ(kept.size(), 1U);
-    EXPECT_EQ(kept[0].Song.Media.Song, "One");
-    const double seconds = static_cast<double>(kept[0].Song.Frames) / 44100;
-    EXPECT_NEAR(seconds, 60, WithAGap);
-    EXPECT_EQ(kept[0].Song.Trust.PausesCut, 1);
+    const HeardSong song = ExpectOnlySong(world.Place, "One", 3, 71, WithAGap, 8);
+    EXPECT_EQ(song.Song.Trust.PausesCut, 1);
     EXPECT_THAT(world.Place.Logged("INFO"), Contains(Text("61851", {"Band - One"})));
 }
 
@@ -116,9 +110,7 @@ TEST(Automatic, ALongPauseOfThePlayerLosesNothingOfItsSong) {
     world.Plays(123.2, "One", 93);
     world.Quits(153.3);
     world.End(170);
-    const auto kept = KeptSongs(world.Place);
-    ASSERT_EQ(kept.size(), 1U);
-    EXPECT_NEAR(static_cast<double>(kept[0].Song.Frames) / 44100, 60, WithAGap);
+    ExpectOnlySong(world.Place, "One", 3, 153, WithAGap, 90);
 }
 
 TEST(Automatic, ASongSkippedEarlyIsShortAndItsNeighboursAreClean) {
@@ -249,10 +241,8 @@ TEST(Automatic, ADropoutEndsNoSongAndIsReported) {
     ASSERT_TRUE(world.StartRecording());
     RunTo(world, 80);
     world.Finish();
-    const auto kept = KeptSongs(world);
-    ASSERT_EQ(kept.size(), 1U);
-    ExpectSong(world, kept[0], "One", 3, 53.11, WithAGap);
-    EXPECT_EQ(kept[0].Song.Trust.Dropouts, 1);
+    const HeardSong kept = ExpectOnlySong(world, "One", 3, 53.11, WithAGap);
+    EXPECT_EQ(kept.Song.Trust.Dropouts, 1);
     EXPECT_THAT(world.Logged("INFO"), Contains(Text("61850", {"Band - One"})));
 }
 
@@ -325,10 +315,7 @@ TEST(Automatic, AFileWhoseTagsAndLengthComeLaterThanItsNameIsOneSong) {
     world.Plays(20.2, "One", 11, "Track 01.flac");
     world.Quits(29.3);
     world.End(45);
-    const auto kept = KeptSongs(world.Place);
-    ASSERT_EQ(kept.size(), 1U);
-    EXPECT_EQ(kept[0].Song.Media.Song, "One");
-    EXPECT_NEAR(static_cast<double>(kept[0].Song.Frames) / 44100, 18, WithAGap);
+    ExpectOnlySong(world.Place, "One", 3, 29, WithAGap, 8);
 }
 
 TEST(Automatic, AStreamWhoseLengthGrowsIsCutAtItsTitles) {
@@ -363,9 +350,7 @@ TEST(Automatic, AnAdvertisementInTheTitleCutsNothing) {
         Streams(world, 30 + length, "One");
         world.Quits(83.2);
         world.End(100);
-        const auto kept = KeptSongs(world.Place);
-        ASSERT_EQ(kept.size(), 1U);
-        ExpectSong(world.Place, kept[0], "One", 3, 83, WithAGap);
+        ExpectOnlySong(world.Place, "One", 3, 83, WithAGap);
     }
 }
 

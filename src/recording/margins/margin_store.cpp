@@ -113,7 +113,7 @@ std::optional<KeptMargins> MarginStore::Newest(std::string KeptMargins::*field,
 void MarginStore::SongTransferred(const TransferredSong& song) {
     const bool hasTakenName = song.JobName.empty() && !song.OlderSong.empty();
     std::optional<KeptMargins> margins = Newest(&KeptMargins::TempSong, song.Media.TempFileName);
-    if (hasTakenName) GiveNameTo(margins ? margins->Base : "", {song.TempFile, song.OlderSong});
+    if (hasTakenName) TakeNameFromOthers(margins ? margins->Base : "", {song.TempFile, song.OlderSong});
     if (!margins) return;
     margins->TempSong = BaseNameOf(song.TempFile);
     margins->Media = song.Media;
@@ -138,7 +138,7 @@ void MarginStore::SongTransferred(const TransferredSong& song) {
 
 void MarginStore::MusicMade(const std::string& job, const MadeMusic& music) {
     std::optional<KeptMargins> margins = Newest(&KeptMargins::Job, job);
-    GiveNameTo(margins ? margins->Base : "", music);
+    TakeNameFromOthers(margins ? margins->Base : "", music);
     if (!margins) return;
     margins->MusicFile = music.MusicFile;
     margins->MusicKnown = true;
@@ -147,7 +147,7 @@ void MarginStore::MusicMade(const std::string& job, const MadeMusic& music) {
 
 /// A music file has this name now, and no other song that had it: the older one has got a number, or is gone.
 /// `base`: the margins of the song in that file.
-void MarginStore::GiveNameTo(const std::string& base, const MadeMusic& music) {
+void MarginStore::TakeNameFromOthers(const std::string& base, const MadeMusic& music) {
     const bool isNumber = std::ranges::all_of(music.Older, [](char c) { return c >= '0' && c <= '9'; });
     const bool isNumbered = !music.Older.empty() && music.Older != "0" && isNumber;
     for (KeptMargins& margins : List()) {

@@ -65,7 +65,7 @@ class MarginStore {
 
  private:
     std::string ClaimName(KeptMargins& margins);
-    void GiveNameTo(const std::string& base, const MadeMusic& music);
+    void TakeNameFromOthers(const std::string& base, const MadeMusic& music);
     std::optional<KeptMargins> Newest(std::string KeptMargins::*field, const std::string& value) const;
     std::string File(const std::string& base, const char* ending) const;
     void Drop(const std::string& base);
