@@ -50,6 +50,8 @@ std::optional<ImageSize> Checked(const Bytes& bytes, ImageSize size) {
 }
 
 constexpr std::string_view PngBegin = "\x89PNG\r\n\x1A\n";
+constexpr std::string_view JpegBegin = "\xFF\xD8";
+constexpr std::string_view ScanMarker = "\xFF\xDA";
 
 /// The first chunk has to be the header.
 std::optional<ImageSize> ReadPng(std::string_view text) {
@@ -148,13 +150,46 @@ std::optional<ImageSize> ReadWebP(std::string_view text) {
     return Checked(bytes, {width, height});
 }
 
+/// Start markers of scans wherever they are: within a scan the byte after 0xFF is never that of a marker, and
+/// the few that other segments may hold by chance stay far below the limit.
+uint64_t CountScans(std::string_view text) {
+    uint64_t count = 0;
+    for (size_t at = text.find(ScanMarker); at != text.npos; at = text.find(ScanMarker, at + 1)) ++count;
+    return count;
+}
+
+/// Compressed text begins with a keyword and its NUL; an international one has a flag after them.
+bool IsCompressedText(std::string_view name, std::string_view content) {
+    if (name == "zTXt") return true;
+    const size_t keywordEnd = content.find('\0');
+    return name == "iTXt" && keywordEnd < content.size() - 1 && content[keywordEnd + 1] != '\0';
+}
+
+/// Bytes of all chunks of compressed text.
+uint64_t CompressedText(std::string_view text) {
+    constexpr size_t nameBytes = 4;
+    constexpr size_t checksumBytes = 4;
+    uint64_t sum = 0;
+    Bytes bytes(text);
+    bytes.Skip(PngBegin.size());
+    while (true) {
+        const uint32_t length = bytes.BigEndian(4);
+        const size_t at = bytes.Place();
+        bytes.Skip(nameBytes);
+        if (!bytes.Good()) return sum;
+        const std::string_view content = text.substr(at + nameBytes, length);
+        if (IsCompressedText(text.substr(at, nameBytes), content)) sum += length;
+        bytes.Skip(size_t{length} + checksumBytes);
+    }
+}
+
 }  // namespace
 
 std::optional<ImageSize> ReadImageSize(std::string_view bytes) {
     constexpr size_t least = 20;  // shorter than any picture, and long enough to tell them apart
     if (bytes.size() < least) return std::nullopt;
     if (bytes.starts_with(PngBegin)) return ReadPng(bytes);
-    if (bytes.starts_with("\xFF\xD8")) return ReadJpeg(bytes);
+    if (bytes.starts_with(JpegBegin)) return ReadJpeg(bytes);
     if (bytes.starts_with("GIF87a") || bytes.starts_with("GIF89a")) return ReadGif(bytes);
     if (bytes.starts_with("RIFF") && bytes.substr(8, 4) == "WEBP") return ReadWebP(bytes);
     return std::nullopt;
@@ -162,7 +197,13 @@ std::optional<ImageSize> ReadImageSize(std::string_view bytes) {
 
 bool MayBeDecoded(std::string_view bytes) {
     const std::optional<ImageSize> size = ReadImageSize(bytes);
-    return size && uint64_t{size->Width} * size->Height <= MostCoverPixels;
+    if (!size) return false;
+    const uint64_t pixels = uint64_t{size->Width} * size->Height;
+    if (pixels > MostCoverPixels) return false;
+    if (bytes.starts_with(PngBegin)) return CompressedText(bytes) <= MostCompressedText;
+    if (!bytes.starts_with(JpegBegin)) return true;
+    const uint64_t scans = CountScans(bytes);
+    return scans <= MostCoverScans && scans * pixels <= MostScannedPixels;
 }
 
 }  // namespace Corvetape

@@ -143,6 +143,46 @@ TEST(Decoding, IsRefusedForPicturesThatWouldEatTheMemory) {
     EXPECT_FALSE(MayBeDecoded(Jpeg(FrameHeader('\xC2', 30000, 30000))));
 }
 
+std::string JpegOfScans(uint32_t side, size_t scans) {
+    std::string segments = FrameHeader('\xC2', side, side);
+    for (size_t i = 0; i < scans; ++i) segments += Segment('\xDA', FromHex("01010001003f")) + "picture";
+    return Jpeg(segments);
+}
+
+TEST(Decoding, IsRefusedForAJpegOfMoreScansThanAnybodyNeeds) {
+    EXPECT_TRUE(MayBeDecoded(JpegOfScans(600, 10)));
+    EXPECT_TRUE(MayBeDecoded(JpegOfScans(600, MostCoverScans)));
+    EXPECT_FALSE(MayBeDecoded(JpegOfScans(600, MostCoverScans + 1)));
+}
+
+TEST(Decoding, IsRefusedForALargeJpegOfFewerScans) {
+    EXPECT_TRUE(MayBeDecoded(JpegOfScans(4096, 16)));
+    EXPECT_FALSE(MayBeDecoded(JpegOfScans(4096, 17)));
+}
+
+std::string Chunk(const std::string& name, const std::string& content) {
+    return Number(static_cast<uint32_t>(content.size()), 4, true) + name + content + "sum.";
+}
+
+std::string PngWith(const std::string& chunks) {
+    return Png(300, 300) + "sum." + chunks + Chunk("IDAT", "picture") + Chunk("IEND", "");
+}
+
+TEST(Decoding, IsRefusedForAPngThatUnfoldsItsTexts) {
+    const std::string packed = std::string("Comment") + '\0' + '\0' + std::string(9000, 'z');
+    EXPECT_TRUE(MayBeDecoded(PngWith(Chunk("zTXt", packed))));
+    EXPECT_FALSE(
+        MayBeDecoded(PngWith(Chunk("zTXt", packed) + Chunk("tIME", "1234567") + Chunk("zTXt", packed))));
+}
+
+TEST(Decoding, IsRefusedForAPngOfCompressedInternationalTextOnly) {
+    const std::string rest(20000, 'x');
+    EXPECT_TRUE(MayBeDecoded(PngWith(Chunk("iTXt", std::string("XMP") + '\0' + '\0' + rest))));
+    EXPECT_FALSE(MayBeDecoded(PngWith(Chunk("iTXt", std::string("XMP") + '\0' + '\1' + rest))));
+    EXPECT_TRUE(MayBeDecoded(PngWith(Chunk("iTXt", rest))));
+    EXPECT_TRUE(MayBeDecoded(PngWith(Chunk("iTXt", ""))));
+}
+
 TEST(Decoding, IsRefusedForWhatNobodyKnowsTheSizeOf) {
     EXPECT_FALSE(MayBeDecoded(std::string(2000, 'x')));
 }
