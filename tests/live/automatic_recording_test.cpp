@@ -187,6 +187,40 @@ TEST_F(AutomaticRecording, SongsOfAPageWithoutGapsAreOneSongEach) {
     });
 }
 
+// Two songs of one title: it vanishes for 3 s between them, and again in the middle of the second one.
+constexpr const char* PageOfOneTitle =
+    R"html(<!doctype html><title>Now | Page Radio</title><body><script>
+const context = new AudioContext(), volume = context.createGain(), tone = context.createOscillator();
+tone.frequency.value = 200;
+tone.connect(volume).connect(context.destination);
+volume.gain.value = 0;
+tone.start();
+let begin = 0;
+const heard = () => {
+  if (!begin) {
+    begin = context.currentTime + 3;
+    volume.gain.setValueAtTime(0.5, begin);
+    tone.frequency.setValueAtTime(600, begin + 10);
+    volume.gain.setValueAtTime(0, begin + 47);
+  }
+  const second = context.currentTime - begin;
+  const shown = second > 0 && !(second > 10 && second < 13) && !(second > 20 && second < 23);
+  return shown ? "Song 1" : "";
+};
+const band = () => heard() && "Band 1";
+</script></body>)html";
+
+TEST_F(AutomaticRecording, ATitleThatComesAgainIsAnotherSongWhereTheSoundIsAnother) {
+    const PageServer pages(std::map<std::string, std::string>{{"/", PageOfOneTitle}});
+    WithRetakes([&] {
+        RecordPage(pages, 2, Patience, SongsOfPage);
+        ExpectKept(2, [](const AutomaticStage& stage, const std::vector<Json>&) {
+            ExpectWhole(stage, "Band 1 - Song 1 (2)", 1, 10, FirstCuts);  // the longer one has the name
+            ExpectWhole(stage, "Band 1 - Song 1", 3, 37, FirstCuts);
+        });
+    });
+}
+
 TEST_F(AutomaticRecording, TheLastSongIsKeptThoughASilenceEndsTheRecording) {
     const std::string file = Song(1, 8);
     Record(2, {"--set", "Source.QuitAfterSilence=1"});

@@ -221,9 +221,10 @@ bool AutomaticEnd::IsTakenBack(const Change& change) const {
 }
 
 /// The change that waits was taken back by the next one while it could not have been cut yet. Later the same
-/// song plays again.
+/// song plays again. A title that has only vanished was no other one.
 bool AutomaticEnd::IsBanner() const {
-    if (Changes.size() < 2 || Changes[1].Exact || !SameTitle(Changes[1].Media, Present.Media)) return false;
+    if (Changes.size() < 2 || Changes[0].Weak) return false;
+    if (Changes[1].Exact || !SameTitle(Changes[1].Media, Present.Media)) return false;
     return Changes[1].At - Changes[0].At < SlotsAfterChange + WaitForEvidence;
 }
 
