@@ -87,11 +87,11 @@ TEST_F(TransferJobTest, OfSongsThatStayTheLongerKeepsTheNameAndTheOtherIsNumbere
         Bench.Media.SongMedia.TempFileName = "next";
         Transfer();
     };
-    EXPECT_EQ(Songs.back().OlderSong, "");
+    EXPECT_EQ(Songs.back().OlderSong, std::nullopt);
     another("longer sound");
-    EXPECT_EQ(Songs.back().OlderSong, "2") << "what the older one is called now";
+    EXPECT_EQ(Songs.back().OlderSong, 2) << "what the older one is called now";
     another("x");
-    EXPECT_EQ(Songs.back().OlderSong, "") << "it has got the number itself";
+    EXPECT_EQ(Songs.back().OlderSong, std::nullopt) << "it has got the number itself";
     EXPECT_THAT(TempFiles(),
                 ElementsAre("Artist - Title (2).wav", "Artist - Title (3).wav", "Artist - Title.wav"));
     EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.wav"), "longer sound");
@@ -101,7 +101,7 @@ TEST_F(TransferJobTest, OfSongsThatStayTheLongerKeepsTheNameAndTheOtherIsNumbere
     EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.wav"), "longer sound");
     Bench.Options.SameName = 0;
     another("y");
-    EXPECT_EQ(Songs.back().OlderSong, "0") << "it was replaced";
+    EXPECT_EQ(Songs.back().OlderSong, OlderIsReplaced) << "it was replaced";
     EXPECT_EQ(Bench.Sim.Files.Content("/temp/Corvet/Artist - Title.wav"), "y");
 }
 

@@ -213,14 +213,14 @@ TEST_F(SongRecuts, AFileThatMayBeAnotherSongsIsLeftAlone) {
 TEST_F(SongRecuts, ASongWhoseNameALongerOneHasTakenIsWrittenUnderTheNumberThatItGot) {
     Disk.Put("/music/Ann - First (3).wav", "the old one");
     Disk.Put(Song.MusicFile, "the longer one");
-    Store.MusicMade("another job", {Song.MusicFile, "3"});
+    Store.MusicMade("another job", {Song.MusicFile, 3});
     ASSERT_EQ(Cut({-1, 0}), "");
     EXPECT_EQ(*Disk.Content(Song.MusicFile), "the longer one");
     EXPECT_EQ(Extent("/music/Ann - First (3).wav"), std::pair(3 * Rate, 10 * Rate));
 }
 
 TEST_F(SongRecuts, ASongThatWasReplacedIsWrittenBesideTheOneThatHasItsName) {
-    for (const char* older : {"0", ""}) {
+    for (const std::optional<int32_t> older : {std::optional(OlderIsReplaced), {}}) {
         ASSERT_TRUE(Store.Write(Song));
         Disk.Put(Song.MusicFile, "the new one");
         Store.MusicMade("another job", {Song.MusicFile, older});
@@ -234,7 +234,7 @@ TEST_F(SongRecuts, ASongThatWasReplacedIsWrittenBesideTheOneThatHasItsName) {
 TEST_F(SongRecuts, ASongThatStaysInItsFolderFollowsItsNumberToo) {
     TransferredSong newer;
     newer.TempFile = Song.MusicFile;
-    newer.OlderSong = "2";
+    newer.OlderSong = 2;
     Disk.Put("/music/Ann - First (2).wav", "the old one");
     Disk.Put(Song.MusicFile, "the new one");
     Store.SongTransferred(newer);

@@ -1,18 +1,31 @@
 #include "post/transfer/encoder_results.h"
 
+#include <charconv>
 #include <string_view>
+#include <system_error>
 
 #include "core/controls/message_texts.h"
 #include "platform/files.h"
 
 namespace Corvetape {
 
+namespace {
+
+std::optional<int32_t> NumberIn(std::string_view text) {
+    int32_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool isNumber = error == std::errc() && end == text.data() + text.size() && number >= 0;
+    return isNumber ? std::optional(number) : std::nullopt;
+}
+
+}  // namespace
+
 std::optional<MadeMusic> ReadMadeMusic(Files& files, const std::string& madeFile) {
     constexpr uint64_t most = 16'384;
     const FileOr<std::string> text = files.ReadAll(madeFile, most);
     const size_t end = text ? text->rfind('\n') : std::string::npos;
     if (end == std::string::npos) return std::nullopt;
-    return MadeMusic{text->substr(0, end), text->substr(end + 1)};
+    return MadeMusic{text->substr(0, end), NumberIn(text->substr(end + 1))};
 }
 
 void DeleteLeftReports(Files& files, const std::string& songTempFolder, SystemInfo& runs) {
@@ -72,10 +85,10 @@ void EncoderResults::ReportSameName(const MadeMusic& music, const std::string& e
     };
     if (music.MusicFile != expected) {
         report(Message::NameWasTaken.Key, "");
-    } else if (music.Older == "0") {
+    } else if (music.Older == OlderIsReplaced) {
         report(Message::OlderReplaced.Key, "");
-    } else if (!music.Older.empty()) {
-        report(Message::NameTakenOver.Key, music.Older);
+    } else if (music.Older) {
+        report(Message::NameTakenOver.Key, std::to_string(*music.Older));
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
@@ -16,7 +17,7 @@ namespace Corvetape {
 /// What a command has made, and what became of a music file of the same name.
 struct MadeMusic {
     std::string MusicFile;
-    std::string Older;  ///< number that the older one got; "0" if it was replaced; empty if it is untouched
+    std::optional<int32_t> Older;  ///< number that it got, or OlderIsReplaced; nothing if it is untouched
 };
 
 /// Reads what a command has written about its music file; nothing without it.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -9,6 +11,9 @@
 #include "post/transfer/song_notes.h"
 
 namespace Corvetape {
+
+/// In place of the number that an older song of the same name gets: it was replaced.
+inline constexpr int32_t OlderIsReplaced = 0;
 
 /// Where songs are transferred from and to, by which rules. The references outlive it.
 struct TransferPlace {
@@ -24,8 +29,8 @@ struct SongPassage {
     STATIONANDSONGDATA Song;
     SongNames Names;
     SongNote Note;
-    std::string Source;          ///< name of the temporary files that its command is given
-    std::string OlderSong = {};  ///< see TransferredSong
+    std::string Source;                     ///< name of the temporary files that its command is given
+    std::optional<int32_t> OlderSong = {};  ///< see TransferredSong
 };
 
 /// A song that the transfer job has dealt with.
@@ -35,8 +40,9 @@ struct TransferredSong {
     std::string JobName;    ///< of the started command, for its result; empty if none was started
     std::string MadeFile;   ///< where its command says what it has made, see ReadMadeMusic
     std::string JobLabel;   ///< kind of its log line; "TEMP" for a song that stays as it is
-    std::string OlderSong;  ///< what became of an older temporary song of its name, see MadeMusic::Older
     std::string Problem;    ///< why no command was started although one was wanted, in English
+    /// What became of an older temporary song of its name, see MadeMusic::Older.
+    std::optional<int32_t> OlderSong;
     STATIONANDSONGDATA Media;
 };
 

@@ -62,7 +62,7 @@ bool TempNames::MakesRoom(const std::string& base, SongPassage& passage) {
     const auto rule = static_cast<SameNameRule>(Place.Options.SameName);
     if (!isMusic || !older) return true;
     if (rule == SameNameRule::Replace) {
-        passage.OlderSong = "0";
+        passage.OlderSong = OlderIsReplaced;
         return true;
     }
     const std::string stamp = Place.Folders.SongTempFolder + "/" + passage.Song.TempFileName;
@@ -75,7 +75,7 @@ bool TempNames::MakesRoom(const std::string& base, SongPassage& passage) {
     while (Disk.FileSize(numbered(".wav")) || Disk.FileSize(numbered(".note"))) ++number;
     Disk.Rename(base + ".jpg", numbered(".jpg"));  // most songs have none
     if (!Disk.Rename(song, numbered(".wav"))) return false;
-    passage.OlderSong = std::to_string(number);
+    passage.OlderSong = number;
     return true;
 }
 

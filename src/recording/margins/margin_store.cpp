@@ -111,7 +111,7 @@ std::optional<KeptMargins> MarginStore::Newest(std::string KeptMargins::*field,
 }
 
 void MarginStore::SongTransferred(const TransferredSong& song) {
-    const bool hasTakenName = song.JobName.empty() && !song.OlderSong.empty();
+    const bool hasTakenName = song.JobName.empty() && song.OlderSong;
     std::optional<KeptMargins> margins = Newest(&KeptMargins::TempSong, song.Media.TempFileName);
     if (hasTakenName) TakeNameFromOthers(margins ? margins->Base : "", {song.TempFile, song.OlderSong});
     if (!margins) return;
@@ -148,13 +148,12 @@ void MarginStore::MusicMade(const std::string& job, const MadeMusic& music) {
 /// A music file has this name now, and no other song that had it: the older one has got a number, or is gone.
 /// `base`: the margins of the song in that file.
 void MarginStore::TakeNameFromOthers(const std::string& base, const MadeMusic& music) {
-    const bool isNumber = std::ranges::all_of(music.Older, [](char c) { return c >= '0' && c <= '9'; });
-    const bool isNumbered = !music.Older.empty() && music.Older != "0" && isNumber;
+    const bool isNumbered = music.Older && *music.Older != OlderIsReplaced;
     for (KeptMargins& margins : List()) {
         if (margins.Base == base || margins.MusicFile != music.MusicFile || !margins.MusicKnown) continue;
         if (isNumbered && !IsWaiting(margins)) {
             std::string& file = margins.MusicFile;
-            file.insert(std::min(file.rfind('.'), file.size()), " (" + music.Older + ")");
+            file.insert(std::min(file.rfind('.'), file.size()), " (" + std::to_string(*music.Older) + ")");
         } else {
             margins.MusicKnown = false;
         }

@@ -134,7 +134,7 @@ class RealEncoders : public ::testing::Test {
             if (result.Name != Song.JobName) continue;
             const auto music = ReadMadeMusic(Files, Song.MadeFile);
             Made = music ? music->MusicFile : "";
-            Older = music ? music->Older : "";
+            Older = music ? music->Older : std::nullopt;
             Files.Delete(Song.MadeFile);
             NoteStood = Exists(NoteOf(Song));
             Job.NoteEnd(Song, true);
@@ -184,9 +184,9 @@ class RealEncoders : public ::testing::Test {
     WatchPages Pages{Form, Lists, Processes, Reports.Say};
     TransferJob Job{
         {Options, Folders, "1-run", {}}, Media, Pause, {Files, Processes, Journal, Notes, Counter, Pages}};
-    bool NoteStood = false;  ///< the note was there when the last command had ended
-    std::string Made;        ///< what the last command says of its music file
-    std::string Older;       ///< and of an older one
+    bool NoteStood = false;        ///< the note was there when the last command had ended
+    std::string Made;              ///< what the last command says of its music file
+    std::optional<int32_t> Older;  ///< and of an older one
     TransferredSong Song;
     std::string Root;
 };

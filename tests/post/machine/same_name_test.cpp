@@ -20,7 +20,7 @@ TEST_F(RealEncoders, OfTwoSongsOfANameTheLongerKeepsItAndTheOtherIsNumbered) {
         PutSong(ToneFile(44100, 3, 6000));
         ASSERT_EQ(Transfer(encoder), 0) << Content(Root + "/log/encode.log");
         EXPECT_EQ(Made, base + "." + extension);
-        EXPECT_EQ(Older, "3");
+        EXPECT_EQ(Older, 3);
         EXPECT_EQ(Content(base + " (3)." + extension), longest);
     }
 }
@@ -87,7 +87,7 @@ TEST_F(RealEncoders, ByTheOtherRulesLengthDoesNotCount) {
     Options.SameName = 0;
     PutSong(ToneFile(44100, 0.5, 4000));
     ASSERT_EQ(Transfer(0), 0);
-    EXPECT_EQ(Older, "0");
+    EXPECT_EQ(Older, OlderIsReplaced);
     EXPECT_EQ(Content(Root + "/music/Radio \xc3\x84/Artist - Title.wav"), ToneFile(44100, 0.5, 4000));
 }
 
