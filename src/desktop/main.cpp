@@ -11,6 +11,9 @@
 
 namespace {
 
+constexpr const char* Unreached =
+    "corvetape: the program runs, but does not answer on the session bus; nothing was pressed\n";
+
 QStringList Words(int count, char** words) {
     QStringList list;
     for (int i = 1; i < count; ++i) list << QString::fromLocal8Bit(words[i]);
@@ -38,6 +41,7 @@ int main(int count, char** words) {
     Corvetape::DesktopArguments arguments = Corvetape::ReadDesktopArguments(own);
     if (arguments.Press) {
         if (Corvetape::PressRemotely(*arguments.Press, Corvetape::SessionBusAddress())) return 0;
+        if (Corvetape::RunsUnreached(arguments.Home)) return Print({Unreached, 1});
         if (*arguments.Press == Corvetape::RemoteButton::Quit) return 0;  // nothing runs
         arguments.CommandLine += " -auto";
     }

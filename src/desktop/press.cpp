@@ -4,6 +4,7 @@
 #include <QDBusMessage>
 
 #include "platform/linux/players/mpris_names.h"
+#include "platform/linux/processes/single_instance.h"
 
 namespace Corvetape {
 
@@ -30,6 +31,14 @@ bool PressRemotely(RemoteButton button, const std::string& bus) {
     }
     QDBusConnection::disconnectFromBus(ConnectionName);
     return answered;
+}
+
+std::string InstanceFolder(const std::string& home) {
+    return home.empty() ? LinuxSingleInstance::DefaultFolder() : home;
+}
+
+bool RunsUnreached(const std::string& home) {
+    return LinuxSingleInstance({}, InstanceFolder(home)).HeldByOther();
 }
 
 }  // namespace Corvetape

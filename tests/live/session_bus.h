@@ -9,6 +9,7 @@
 #include <QDBusVirtualObject>
 #include <QStringList>
 #include <QVariantMap>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,7 +23,12 @@ namespace Corvetape {
 /// A private session bus. It shares nothing with the one that the user may be running.
 class SessionBus {
  public:
-    explicit SessionBus(LiveSession& session) {
+    explicit SessionBus(LiveSession& session) { Start(session); }
+
+    /// Again, after Kill.
+    void Start(LiveSession& session) {
+        daemon.reset();
+        std::filesystem::remove(folder / "bus");
         daemon = std::make_unique<TestProcess>(TestProcess::Start{
             {"dbus-daemon", "--session", "--nofork", "--nopidfile", "--address=" + Address()},
             {},

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QDBusArgument>
+#include <QDBusConnectionInterface>
 #include <QDBusVariant>
 
 #include "live/session_bus.h"
@@ -151,6 +152,22 @@ TEST_F(MprisServiceTest, ABusThatHangsHoldsUpNothing) {
     Bus.Signal(SIGCONT);
     EXPECT_TRUE(
         Session.WaitFor([this] { return Ask(Player, "PlaybackStatus").toString() == "Playing"; }, Patient));
+}
+
+TEST_F(MprisServiceTest, IsBackOnABusThatHasBeenStartedAgain) {
+    Appear();
+    Bus.Kill();
+    Bus.Start(Session);
+    const QString name = "desktop-after-the-restart";
+    const QString address = QString::fromStdString(Bus.Address());
+    bool there = false;
+    {
+        QDBusConnection again = QDBusConnection::connectToBus(address, name);
+        there = Session.WaitFor([&] { return again.interface()->isServiceRegistered(OwnPlayerName).value(); },
+                                Patient);
+    }
+    QDBusConnection::disconnectFromBus(name);
+    EXPECT_TRUE(there);
 }
 
 }  // namespace

@@ -87,6 +87,22 @@ TEST_F(StartQuestions, ASecondStartAsksNothing) {
     EXPECT_EQ(first.Wait(Patient), 0);
 }
 
+TEST_F(StartQuestions, APressThatDoesNotReachTheProgramFailsAndSaysSo) {
+    TestProcess program(Program({}));  // asks still, and is not on the bus
+    ASSERT_TRUE(AwaitClaim());
+    for (const char* button : {"record", "quit"}) {
+        TestProcess::Start press = Program({"--press", button});
+        press.Output = Folder / "pressed";
+        EXPECT_EQ(TestProcess(press).Wait(Patient), 1) << button;
+        std::ostringstream said;
+        said << std::ifstream(Folder / "pressed").rdbuf();
+        EXPECT_NE(said.str().find("does not answer"), std::string::npos) << said.str();
+    }
+    program.Signal(SIGTERM);
+    EXPECT_EQ(program.Wait(Patient), 0);
+    EXPECT_EQ(TestProcess(Program({"--press", "quit"})).Wait(Patient), 0) << "nothing runs";
+}
+
 TEST_F(StartQuestions, ThatOfTheLanguageEndsInOrderAndStoresNoAnswer) {
     TestProcess program(Program({"--input", "demo"}));
     ASSERT_TRUE(AwaitClaim());

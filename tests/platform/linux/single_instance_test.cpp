@@ -51,6 +51,22 @@ TEST_F(SingleInstanceTest, ThePlaceIsFreeAfterTheEnd) {
     EXPECT_TRUE(session.WaitFor([&] { return called == 1; }, seconds(30)));
 }
 
+TEST_F(SingleInstanceTest, WhoeverAsksWhetherAnotherOneRunsTakesNothing) {
+    LinuxSingleInstance first({}, folder.Path());
+    const LinuxSingleInstance asking({}, folder.Path());
+    EXPECT_FALSE(asking.HeldByOther()) << "nobody has ever run";
+    EXPECT_TRUE(first.Claim());
+    EXPECT_TRUE(asking.HeldByOther());
+    EXPECT_FALSE(first.HeldByOther()) << "it is its own";
+}
+
+TEST_F(SingleInstanceTest, APlaceThatWasLeftIsHeldByNobody) {
+    EXPECT_TRUE(LinuxSingleInstance({}, folder.Path()).Claim());
+    const LinuxSingleInstance asking({}, folder.Path());
+    EXPECT_FALSE(asking.HeldByOther());
+    EXPECT_TRUE(LinuxSingleInstance({}, folder.Path()).Claim()) << "asking has left nothing behind";
+}
+
 TEST_F(SingleInstanceTest, AKilledProgramLeavesThePlaceFree) {
     std::array<int, 2> claimed{};
     ASSERT_EQ(pipe(claimed.data()), 0);

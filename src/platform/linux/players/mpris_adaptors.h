@@ -42,7 +42,7 @@ class MprisPresence : public QObject {
     const QString Address;
     const QString ConnectionName;
     QDBusConnection Bus;
-    QTimer Again;
+    QTimer Again{this};  ///< a child, so that it comes along to the thread of the bus
     PlayerDisplay Shown;
     int Piece = 0;  ///< number of the song that is shown
 };

@@ -108,6 +108,15 @@ bool LinuxSingleInstance::Claim() {
     return true;
 }
 
+bool LinuxSingleInstance::HeldByOther() const {
+    const Descriptor where = OpenFolder(Folder);
+    if (Claimed || !where) return false;
+    const Descriptor lock(openat(where.Number(), LockName, O_RDWR | O_NOFOLLOW | O_CLOEXEC));
+    // Shared, so that two who ask at the same time do not see each other; it goes with the descriptor.
+    return lock && Uninterrupted([&] { return flock(lock.Number(), LOCK_SH | LOCK_NB); }) != 0 &&
+           errno == EWOULDBLOCK;
+}
+
 void LinuxSingleInstance::ActivateOther() {
     const Descriptor where = OpenFolder(Folder);
     const Descriptor connection = NewSocket();

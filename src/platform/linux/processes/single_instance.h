@@ -21,6 +21,9 @@ class LinuxSingleInstance {
     /// a program that runs twice is better than none.
     bool Claim();
 
+    /// True if another process holds the place. Claims nothing.
+    bool HeldByOther() const;
+
     /// Asks the process that holds the place to come to the front.
     void ActivateOther();
 
