@@ -30,8 +30,7 @@ DesktopProgram::DesktopProgram(DesktopArguments arguments)
     : Arguments(std::move(arguments)),
       Folders(Arguments.Home.empty() ? std::make_unique<LinuxFolders>()
                                      : std::make_unique<LinuxFolders>(Arguments.Home)),
-      // A run with folders of its own disturbs no other one.
-      Screen(Arguments.Home.empty() ? LinuxSingleInstance::DefaultFolder() : Arguments.Home),
+      Screen(InstanceFolder(Arguments.Home)),
       Pulse(Loop),
       Radio(Clock, Loop),
       RadioTitles(Loop, DemoName, [this] { return Radio.NowPlaying(); }),
@@ -193,16 +192,20 @@ void DesktopProgram::WatchTheEnd() {
         qApp, &QGuiApplication::commitDataRequest, qApp,
         [this](QSessionManager& session) {
             if (!Recorder || !Recorder->Running()) return EndWanted();
-            if (!Recorder->Close() && session.allowsInteraction()) session.cancel();
+            Dialogs.Ending(true);
+            if (Recorder->Close() || !session.allowsInteraction()) return;
+            session.cancel();
+            Dialogs.Ending(false);  // the session goes on with its user, until the song has ended
         },
         Qt::DirectConnection);
 }
 
 void DesktopProgram::EndWanted() {
+    // Nobody may be there to answer: what there is to report at the end is in the log.
+    Dialogs.Ending(true);
     if (!Recorder || !Recorder->Running()) {
-        // Whoever waits for an answer goes on, and nobody is asked any more.
+        // Whoever waits for an answer goes on.
         EndsEarly = true;
-        Dialogs.Ending(true);
         CloseBoxes();
     }
     if (Recorder) static_cast<void>(Recorder->Close());

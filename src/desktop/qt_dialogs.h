@@ -15,8 +15,8 @@ class QtDialogs : public Dialogs {
     /// The window that boxes belong to; there may be none yet.
     void Over(QWidget* window) { Window = window; }
 
-    /// Whether the program was asked to end before it runs: no box opens any more, and each is answered as if
-    /// the user had closed it.
+    /// Whether the system or the session wants the end of the program: no box opens any more, and each is
+    /// answered as if the user had closed it.
     void Ending(bool ending) { IsEnding = ending; }
 
     void ShowMessage(const std::string& text, DialogIcon icon) override;

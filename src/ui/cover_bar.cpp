@@ -138,10 +138,12 @@ void CoverBarWindow::mouseMoveEvent(QMouseEvent* event) {
 
 void CoverBarWindow::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::RightButton || event->modifiers() != Qt::NoModifier) return;
-    QMenu menu(this);
-    menu.setObjectName(QString::fromStdString(Form.mnuContext.Name()));
-    FillMenu(menu, Form.mnuContextItem);
-    menu.exec(event->globalPosition().toPoint());
+    // Not waited for: the bar may go while its menu is open.
+    auto* const menu = Make<QMenu>(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setObjectName(QString::fromStdString(Form.mnuContext.Name()));
+    FillMenu(*menu, Form.mnuContextItem);
+    menu->popup(event->globalPosition().toPoint());
 }
 
 void CoverBarWindow::mouseDoubleClickEvent(QMouseEvent* event) {

@@ -364,9 +364,11 @@ void SongList::contextMenuEvent(QContextMenuEvent* event) {
     const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
     const QModelIndex index = byKey ? currentIndex() : indexAt(event->pos());
     if (!index.isValid()) return;
-    QMenu menu(this);
-    FillMenu(menu, index.row());
-    menu.exec(byKey ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos());
+    // Not waited for: the list may go while its menu is open.
+    auto* const menu = Make<QMenu>(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    FillMenu(*menu, index.row());
+    menu->popup(byKey ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos());
 }
 
 void SongList::paintEvent(QPaintEvent* event) {

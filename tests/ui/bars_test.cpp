@@ -234,23 +234,31 @@ TEST(CoverBar, APictureOfItsSizeFillsItAndASmallerOneIsInItsMiddle) {
 TEST(CoverBar, TheRightButtonOpensItsMenuUnlessShiftIsHeld) {
     Bars bars;
     const auto click = [&bars](Qt::MouseButton button, Qt::KeyboardModifiers keys) {
-        std::string opened;
-        QTimer::singleShot(0, bars.cover.get(), [&opened] {
-            QWidget* const menu = QApplication::activePopupWidget();
-            if (menu == nullptr) return;
-            opened = menu->objectName().toStdString();
-            menu->close();
-        });
         const QPointF place(50, 50);
         QMouseEvent release(QEvent::MouseButtonRelease, place, bars.cover->mapToGlobal(place), button,
                             Qt::NoButton, keys);
         QApplication::sendEvent(bars.cover.get(), &release);
-        QApplication::processEvents();
+        QWidget* const menu = QApplication::activePopupWidget();
+        const std::string opened = menu ? menu->objectName().toStdString() : "";
+        if (menu) menu->close();
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_EQ(bars.cover->findChild<QMenu*>(), nullptr) << "a closed menu goes";
         return opened;
     };
     EXPECT_EQ(click(Qt::RightButton, Qt::NoModifier), "mnuContext");
     EXPECT_EQ(click(Qt::RightButton, Qt::ShiftModifier), "");
     EXPECT_EQ(click(Qt::LeftButton, Qt::NoModifier), "");
+}
+
+TEST(CoverBar, MayGoWhileItsMenuIsOpen) {
+    Bars bars;
+    const QPointF place(50, 50);
+    QMouseEvent release(QEvent::MouseButtonRelease, place, bars.cover->mapToGlobal(place), Qt::RightButton,
+                        Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(bars.cover.get(), &release);
+    ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+    bars.cover.reset();
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
 TEST(Keys, TheTextAboutTheKeysActsLikeF12) {

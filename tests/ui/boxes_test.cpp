@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QMenu>
 #include <QMessageBox>
 #include <QTimer>
 
@@ -23,6 +25,15 @@ TEST(Boxes, AreClosedFromWithinWhicheverStandsOpen) {
     EXPECT_FALSE(outer.isVisible());
     EXPECT_FALSE(inner.isVisible());
     EXPECT_NE(answer, QMessageBox::Yes);
+}
+
+/// Opens a menu that is waited for, as the toolkit's own number boxes do.
+TEST(Boxes, AMenuThatIsWaitedForIsClosedWithThem) {
+    QMenu menu;
+    menu.addAction("Something");
+    QTimer::singleShot(0, &menu, [] { CloseBoxes(); });
+    EXPECT_EQ(menu.exec(QPoint(10, 10)), nullptr);  // would wait for a user who never comes
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
 }  // namespace
