@@ -76,6 +76,17 @@ QStringList RadioPage::chooseFiles(FileSelectionMode /*mode*/, const QStringList
     return {};
 }
 
+void RadioPage::javaScriptAlert(const QUrl& /*origin*/, const QString& /*message*/) {}
+
+bool RadioPage::javaScriptConfirm(const QUrl& /*origin*/, const QString& /*message*/) {
+    return false;
+}
+
+bool RadioPage::javaScriptPrompt(const QUrl& /*origin*/, const QString& /*message*/, const QString& /*usual*/,
+                                 QString* /*answer*/) {
+    return false;
+}
+
 void RadioPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel /*level*/, const QString& /*message*/,
                                          int /*line*/, const QString& /*source*/) {
     // Nobody reads what pages say to their authors.

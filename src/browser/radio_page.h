@@ -34,8 +34,9 @@ class RadioProfile : public QWebEngineProfile {
     WebOnly Gate;
 };
 
-/// The one page. It gets no permission, no file to upload and no second window: what would open in one opens
-/// in this one, if the user asked for it.
+/// The one page. It gets no permission, no file to upload, no box and no second window: what would open in
+/// one opens in this one, if the user asked for it. Boxes of a page would hold up its loading and the
+/// window's close, again and again if the page wants it so.
 class RadioPage : public QWebEnginePage {
     Q_OBJECT
 
@@ -46,6 +47,10 @@ class RadioPage : public QWebEnginePage {
  protected:
     QStringList chooseFiles(FileSelectionMode mode, const QStringList& old,
                             const QStringList& types) override;
+    void javaScriptAlert(const QUrl& origin, const QString& message) override;
+    bool javaScriptConfirm(const QUrl& origin, const QString& message) override;
+    bool javaScriptPrompt(const QUrl& origin, const QString& message, const QString& usual,
+                          QString* answer) override;
     void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& message, int line,
                                   const QString& source) override;
 };

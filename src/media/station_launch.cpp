@@ -8,7 +8,8 @@
 
 namespace Corvetape {
 
-StationLaunch::StationLaunch(StationLaunchParts parts) : Parts(parts) {
+StationLaunch::StationLaunch(StationLaunchParts parts)
+    : Parts(parts), Patience(Parts.Loop.NewTimer([this] { LetLaunch(); })) {
     frmMain& form = Parts.Form;
     form.cmbURL.Click.Connect([this] {
         Parts.Settings.CurrentUrlIndex = Parts.Form.cmbURL.ListIndex();
@@ -36,6 +37,7 @@ void StationLaunch::Launch() {
     Parts.Loop.ProcessEvents();
     Loading = true;  // the page may come from within Navigate
     Parts.Desktop.Pointer(MousePointer::Busy);
+    Patience->Start(LongestWait, TimerPrecision::Coarse);
     Parts.Form.objWebBrowser.Navigate(address);
 }
 
@@ -51,9 +53,14 @@ void StationLaunch::ShowProgress(int64_t progress, int64_t maximum) {
 
 void StationLaunch::PageHasCome() {
     if (!Loading) return;
+    LetLaunch();
+    Loading = false;
+}
+
+void StationLaunch::LetLaunch() {
+    Patience->Stop();
     Parts.Desktop.Pointer(MousePointer::Default);
     Parts.Form.cmdLaunchURL.Enabled(true);
-    Loading = false;
 }
 
 }  // namespace Corvetape

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <memory>
 
 #include "core/reporter.h"
 #include "core/settings/settings_store.h"
@@ -33,16 +35,22 @@ class StationLaunch {
     StationLaunch(const StationLaunch&) = delete;
     StationLaunch& operator=(const StationLaunch&) = delete;
 
-    /// True from the launch of an address until its page has come. cmdLaunchURL is disabled meanwhile.
+    /// How long a page may take before something else can be launched in its place.
+    static constexpr std::chrono::seconds LongestWait{20};
+
+    /// True from the launch of an address until its page has come. cmdLaunchURL is disabled meanwhile, but
+    /// not for longer than LongestWait: a server that never answers would take it from the user for good.
     bool BrowserLoading() const { return Loading; }
 
  private:
     void Launch();
     void ShowProgress(int64_t progress, int64_t maximum);
     void PageHasCome();
+    void LetLaunch();
 
     StationLaunchParts Parts;
     bool Loading = false;
+    std::unique_ptr<LoopTimer> Patience;
 };
 
 }  // namespace Corvetape

@@ -69,6 +69,23 @@ TEST_F(StationLaunchTest, AnAddressOpensInTheBrowserUntilItsPageHasCome) {
     EXPECT_THAT(Computer.Processes.ShellCalls, IsEmpty());
 }
 
+TEST_F(StationLaunchTest, APageThatNeverComesDoesNotKeepOthersFromBeingLaunched) {
+    Launch(0);
+    Computer.Loop.RunFor(std::chrono::milliseconds(19'900));
+    EXPECT_FALSE(Form.cmdLaunchURL.Enabled());
+    Computer.Loop.RunFor(std::chrono::milliseconds(200));
+    EXPECT_TRUE(Form.cmdLaunchURL.Enabled());
+    EXPECT_THAT(Pointers, ElementsAre(true, false));
+    EXPECT_TRUE(Launcher.BrowserLoading()) << "only its coming ends that";
+    Launch(0);
+    EXPECT_EQ(Pages.size(), 2U);
+    EXPECT_FALSE(Form.cmdLaunchURL.Enabled());
+    Computer.Loop.RunFor(std::chrono::seconds(10));
+    Form.objWebBrowser.DownloadComplete.Raise();
+    Computer.Loop.RunFor(std::chrono::seconds(15));
+    EXPECT_THAT(Pointers, ElementsAre(true, false, true, false)) << "nothing is waited for any more";
+}
+
 TEST_F(StationLaunchTest, AnyOtherEntryIsOpenedByTheDesktop) {
     Launch(1);
     Launch(2);
