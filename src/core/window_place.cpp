@@ -1,5 +1,6 @@
 #include "core/window_place.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -89,6 +90,24 @@ std::optional<WindowPosition> StoredPosition(std::string_view pos) {
     if ((position.Left & position.Top) == 0) return std::nullopt;
     if (number(2) == 0 || number(3) == 0) return std::nullopt;
     return position;
+}
+
+WindowPosition WithinReach(WindowPosition at, int32_t width, std::span<const WindowPlace> screens) {
+    constexpr int32_t titleHeight = 32 * ScreenTwipsPerPixel;
+    constexpr int32_t leastWidth = 96 * ScreenTwipsPerPixel;
+    const auto reaches = [&](const WindowPlace& screen) {
+        const int64_t shown = std::min(int64_t{at.Left} + width, int64_t{screen.Left} + screen.Width) -
+                              std::max(at.Left, screen.Left);
+        return at.Top >= screen.Top && int64_t{at.Top} + titleHeight <= int64_t{screen.Top} + screen.Height &&
+               shown >= std::min(leastWidth, width);
+    };
+    if (screens.empty() || std::ranges::any_of(screens, reaches)) return at;
+    const WindowPlace& first = screens.front();
+    const auto within = [](int32_t value, int32_t low, int32_t room) {
+        return std::max(low, std::min(value, low + room));
+    };
+    return {within(at.Left, first.Left, first.Width - width),
+            within(at.Top, first.Top, first.Height - titleHeight)};
 }
 
 std::string PlaceText(const WindowPlace& place) {

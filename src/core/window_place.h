@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,11 @@ struct WindowPosition {
 /// fewer than four pieces, if left and top have no bit in common (this odd test is kept), or if the window
 /// had no width or no height.
 std::optional<WindowPosition> StoredPosition(std::string_view pos);
+
+/// The place for a window of this width whose title bar can be taken with the pointer: `at` itself if a
+/// screen shows enough of it, else the nearest place on the first screen. All in twips; without screens it is
+/// `at`.
+WindowPosition WithinReach(WindowPosition at, int32_t width, std::span<const WindowPlace> screens);
 
 /// A place as it is stored: "left;top;width;height".
 std::string PlaceText(const WindowPlace& place);

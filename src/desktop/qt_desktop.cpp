@@ -4,6 +4,7 @@
 #include <QLocale>
 #include <QScreen>
 #include <QWindow>
+#include <vector>
 
 #include "app/state.h"
 #include "platform/linux/desktop/compositor.h"
@@ -43,8 +44,17 @@ void QtDesktop::ShowPointer(MousePointer pointer) {
     }
 }
 
+/// The stored place may be on a screen that is there no more.
 void QtDesktop::MoveWindow(int32_t left, int32_t top) {
-    Window->move(left / ScreenTwipsPerPixel, top / ScreenTwipsPerPixel);
+    std::vector<WindowPlace> screens;
+    for (const QScreen* screen : QGuiApplication::screens()) {  // the primary one is the first
+        const QRect room = screen->availableGeometry();
+        screens.push_back({room.left() * ScreenTwipsPerPixel, room.top() * ScreenTwipsPerPixel,
+                           room.width() * ScreenTwipsPerPixel, room.height() * ScreenTwipsPerPixel});
+    }
+    const WindowPosition at =
+        WithinReach({left, top}, Window->frameGeometry().width() * ScreenTwipsPerPixel, screens);
+    Window->move(at.Left / ScreenTwipsPerPixel, at.Top / ScreenTwipsPerPixel);
 }
 
 void QtDesktop::MinimizeWindow() {
@@ -59,6 +69,10 @@ void QtDesktop::ShowWindow() {
     Window->hide();
 }
 
+bool QtDesktop::IsExposed() const {
+    return Window != nullptr && Window->windowHandle() != nullptr && Window->windowHandle()->isExposed();
+}
+
 void QtDesktop::ReportPlace() {
     Forms->Form.Place({Window->x() * ScreenTwipsPerPixel, Window->y() * ScreenTwipsPerPixel,
                        Window->width() * ScreenTwipsPerPixel, Window->height() * ScreenTwipsPerPixel});
@@ -67,6 +81,8 @@ void QtDesktop::ReportPlace() {
 void QtDesktop::ReportWindow() {
     const WindowState upright = Window->isMaximized() ? WindowState::Maximised : WindowState::Normal;
     Forms->Form.State(Window->isMinimized() ? WindowState::Minimised : upright);
+    // A window that no desktop has ever placed has no place to come back to.
+    if (!WindowPlaced && !IsExposed()) return Forms->Form.Place({});
     ReportPlace();
 }
 
@@ -89,8 +105,7 @@ void QtDesktop::LoadBars() {
 
 /// A desktop places a new window some time after the program has shown it.
 void QtDesktop::SeeWindowPlaced() {
-    if (WindowPlaced || Window == nullptr || !Window->windowHandle()) return;
-    if (!Window->windowHandle()->isExposed()) return;
+    if (WindowPlaced || !IsExposed()) return;
     WindowPlaced = true;
     ReportPlace();
     Parts->Bars.MainWindowPlaced();

@@ -46,6 +46,7 @@ class QtDesktop : public Desktop {
     void ComeForward();
     void ReportPlace();
     void SeeWindowPlaced();
+    bool IsExposed() const;
     void ShowPointer(MousePointer pointer) override;
     bool IconIsThere() const { return Tray && Tray->Present(); }
 

@@ -68,6 +68,12 @@ void FloatingBars::MainWindowPlaced() {
     Parts.Cover.Place(place);
 }
 
+bool FloatingBars::StandsByNobodysChoice() const {
+    const WindowPosition now{Parts.Cover.Place().Left, Parts.Cover.Place().Top};
+    return InUse == &Parts.Cover && now == LoadedAt && Parts.Options.QuickButtonsPos.empty() &&
+           Parts.Form.Place() == WindowPlace{};
+}
+
 void FloatingBars::Load(TwipSize screen, TwipSize allScreens) {
     AllScreens = allScreens;
     const TwipSize plain = ScaleBar(Parts.Plain, PlainSize);
@@ -87,7 +93,7 @@ void FloatingBars::Load(TwipSize screen, TwipSize allScreens) {
 
 void FloatingBars::Save() {
     if (!Loaded) return;
-    Parts.Store.WriteSetting(Section, "Pos", PlaceText(InUse->Place()));
+    if (!StandsByNobodysChoice()) Parts.Store.WriteSetting(Section, "Pos", PlaceText(InUse->Place()));
     Parts.Store.WriteSetting(Section, "Visible", Parts.Form.chkQuickButtons.Value() == 0 ? 1 : 0);
     Parts.Cover.tmrHide.Detach();
     Parts.Plain.Visible(false);

@@ -46,7 +46,9 @@ class FloatingBars {
     /// that stands at its default place, because none was ever stored, leaves the window free.
     void MainWindowPlaced();
 
-    /// Writes place and visibility of the one in use. Nothing before Load.
+    /// Writes place and visibility of the one in use. Nothing before Load. The place of a cover bar that is
+    /// at its default one, beside a main window that was never placed, is not written: it would be one over
+    /// it.
     void Save();
 
     /// The one in use.
@@ -78,6 +80,7 @@ class FloatingBars {
     void HideTimerFired();
     void CoverChanged();
     WindowPosition DefaultCoverPlace() const;
+    bool StandsByNobodysChoice() const;
     void Put(Form& bar, TwipSize size, const WindowPosition& fallback);
 
     FloatingBarsParts Parts;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 namespace Corvetape::Test {
 namespace {
 
@@ -122,6 +124,36 @@ TEST(StoredPosition, FewerThanFourPiecesAreNoPosition) {
     EXPECT_EQ(StoredPosition("300;300;9000"), std::nullopt);
     EXPECT_EQ(StoredPosition("a;b;c;d"), std::nullopt);
     EXPECT_EQ(StoredPosition("300;300;1;1;1"), (WindowPosition{300, 300}));
+}
+
+constexpr WindowPlace Main{0, 450, 19200, 14550};
+constexpr WindowPlace RightOfIt{19200, 0, 15000, 15000};
+
+WindowPosition Within(WindowPosition at) {
+    return WithinReach(at, 15000, std::array{Main, RightOfIt});
+}
+
+TEST(Reach, APlaceOfWhichAPieceOfTheTitleIsSeenStays) {
+    for (const WindowPosition at : {WindowPosition{200, 450}, {-13560, 900}, {18000, 14520}, {32760, 0}}) {
+        EXPECT_EQ(Within(at), at) << at.Left << ";" << at.Top;
+    }
+}
+
+TEST(Reach, ATitleThatNoScreenShowsIsBroughtBack) {
+    EXPECT_EQ(Within({-15, -300}), (WindowPosition{0, 450})) << "above the upper edge";
+    EXPECT_EQ(Within({300, 14535}), (WindowPosition{300, 14520})) << "below the lower edge";
+    EXPECT_EQ(Within({-13575, 900}), (WindowPosition{0, 900})) << "left of all screens";
+    EXPECT_EQ(Within({40000, 900}), (WindowPosition{4200, 900})) << "on a screen that was taken away";
+    EXPECT_EQ(Within({INT32_MIN, INT32_MAX}), (WindowPosition{0, 14520}));
+    EXPECT_EQ(Within({INT32_MAX, INT32_MIN}), (WindowPosition{4200, 450}));
+}
+
+TEST(Reach, AWindowWiderThanTheScreenBeginsAtItsLeftEdge) {
+    EXPECT_EQ(WithinReach({90, 90}, 30000, std::array{Main}), (WindowPosition{0, 450}));
+}
+
+TEST(Reach, WithoutScreensNothingIsMoved) {
+    EXPECT_EQ(WithinReach({-15, -300}, 15000, {}), (WindowPosition{-15, -300}));
 }
 
 }  // namespace
