@@ -13,6 +13,7 @@ struct EndedSong {
     STATIONANDSONGDATA Media;  ///< what was known of it last; without a title SongMedia holds what is known
     bool Wanted = false;       ///< RecordCurrentSong as it was; the flag means the next song by now
     SongTrust Trust = {};      ///< of a song that was ended by everything that is known
+    bool EndsProgram = false;  ///< QuitAtEndOfSong as it was; a wish since then means a later song
 };
 
 /// The cut: raised by whoever notices the end of a song, carried out when the ring is drained.

@@ -16,6 +16,7 @@ struct RecordingFlags {
 
     bool StopAtEndOfSong = false;     ///< after this song, clear RecordCurrentSong
     bool QuitAtEndOfSong = false;     ///< the program ends with the song
+    bool LastSongClosed = false;      ///< the song is closed that the program ends with
     bool DisableAtEndOfSong = false;  ///< RecordingEnabled ends with the song
     int32_t RecordingSecondsLeft = 0;
 
@@ -44,9 +45,12 @@ struct RecordingFlags {
     /// resumption.
     void ResumeForUser() { RecordingEnabled = true; }
 
-    /// The last song was closed that recording was to end with. Called by the song writer.
-    void EndWithSong() {
-        if (QuitAtEndOfSong || (DisableAtEndOfSong && !RecordCurrentSong)) RecordingEnabled = false;
+    /// A song was closed, maybe the one that recording or the program (`endsProgram`) was to end with. A song
+    /// from before the wish to end ends nothing. Called by the song writer.
+    void EndWithSong(bool endsProgram) {
+        if (endsProgram) LastSongClosed = true;
+        const bool last = QuitAtEndOfSong ? endsProgram : DisableAtEndOfSong && !RecordCurrentSong;
+        if (last) RecordingEnabled = false;
     }
 
     /// The song that plays is given up: its file failed, or it was broken off. Called by the song writer.

@@ -266,10 +266,11 @@ bool SongWriter::CloseSongFile(SongEnd how) {
                  song.Trust.IsClean();
     ForgetFile();
     NextBeginsAtBoundary = how == SongEnd::Boundary;
-    flags.EndWithSong();
+    const bool endsProgram = EndsProgram();
+    flags.EndWithSong(endsProgram);
     if (Events.SongClosed) Events.SongClosed(song);
     // A song that is handed on ends the program when its transfer is done.
-    if (fate != SongFate::Kept && flags.QuitAtEndOfSong && Events.QuitWanted) Events.QuitWanted();
+    if (fate != SongFate::Kept && endsProgram && Events.QuitWanted) Events.QuitWanted();
     return true;
 }
 
@@ -331,6 +332,10 @@ void SongWriter::TakeEndedMedia() {
 
 bool SongWriter::IsWanted() const {
     return Parts.Cut.Ended ? Parts.Cut.Ended->Wanted : Parts.Flags.RecordCurrentSong;
+}
+
+bool SongWriter::EndsProgram() const {
+    return Parts.Cut.Ended ? Parts.Cut.Ended->EndsProgram : Parts.Flags.QuitAtEndOfSong;
 }
 
 SongFate SongWriter::Fate() const {

@@ -219,6 +219,7 @@ class SongWriter {
     void TakeOff(int64_t bytes);
     void TakeEndedMedia();
     bool IsWanted() const;
+    bool EndsProgram() const;
     uint64_t FramesBefore(uint64_t position) const;
     SongFate Fate() const;
     void Keep(int32_t part);

@@ -61,8 +61,8 @@ void CoverImages::Answered(const HttpAnswer& answer, bool fromWeb) {
         return;
     }
     CoverBytes = answer.Body.substr(0, MostCoverBytes);
-    // Without cuts by media data the new picture belongs to the running song at once.
-    if (Pause.EndOfSongDetection != EndOfSong::MediaData) {
+    // Without cuts at titles the new picture belongs to the running song at once.
+    if (!EndsAtTitles()) {
         SongCoverBytes = CoverBytes;
         SongCoverUrl = LastCoverUrl;
     }
@@ -71,8 +71,13 @@ void CoverImages::Answered(const HttpAnswer& answer, bool fromWeb) {
 
 void CoverImages::Refuse() {
     Refused = true;
-    // Cuts by media data may still owe the song before its picture; else there is only the running song.
-    if (Pause.EndOfSongDetection != EndOfSong::MediaData) SongCoverBytes.clear();
+    // Cuts at titles may still owe the song before its picture; else there is only the running song.
+    if (!EndsAtTitles()) SongCoverBytes.clear();
+}
+
+bool CoverImages::EndsAtTitles() const {
+    return Pause.EndOfSongDetection == EndOfSong::MediaData ||
+           Pause.EndOfSongDetection == EndOfSong::Automatic;
 }
 
 const std::string& CoverImages::Picture() const {

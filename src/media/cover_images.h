@@ -26,9 +26,9 @@ bool IsWebAddress(std::string_view address);
 
 /// Fetches the pictures whose addresses the providers give, and stores that of a song beside it.
 ///
-/// Of two pictures in a row the older one stays at hand: with the end of song by media data the address of
-/// the next picture comes while the song is still being finished. A song whose picture cannot be had has
-/// none, and never that of the song before.
+/// Of two pictures in a row the older one stays at hand: with the end of song by media data, or by
+/// everything that is known, the address of the next picture comes while the song is still being finished. A
+/// song whose picture cannot be had has none, and never that of the song before.
 ///
 /// A file of this machine counts only if it is a picture and not longer than MostCoverBytes: what stands
 /// beside the songs is never a copy of another file, or a part of one.
@@ -68,6 +68,9 @@ class CoverImages {
 
  private:
     void Answered(const HttpAnswer& answer, bool fromWeb);
+
+    /// A song may be finished after the title and the picture of the next one have come.
+    bool EndsAtTitles() const;
 
     /// The picture of the present address cannot be had.
     void Refuse();

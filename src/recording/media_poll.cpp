@@ -50,7 +50,7 @@ void TitleCut::EndSong(const STATIONANDSONGDATA& ended) {
     SettleEarlierCut();
     // A cut that is pending still moves: what is between them goes with the song before.
     std::optional<EndedSong>& song = Parts.Cut.Ended;
-    if (!song) song = EndedSong{ended, Parts.Flags.RecordCurrentSong};
+    if (!song) song = EndedSong{ended, Parts.Flags.RecordCurrentSong, {}, Parts.Flags.QuitAtEndOfSong};
     Parts.Flags.PassOn();
     Parts.Recording.ShowFlags();
     Parts.Cut.RaiseByTitle(Parts.Ring.AudioWriteIndex);

@@ -117,6 +117,20 @@ TEST_F(CoverImagesTest, WithCutsByMediaDataTheOldPictureBelongsToTheSongThatIsBe
     EXPECT_EQ(Stored(), PictureOf('a'));
 }
 
+TEST_F(CoverImagesTest, WithCutsByEverythingThatIsKnownItDoesToo) {
+    Pause.EndOfSongDetection = EndOfSong::Automatic;
+    Covers.LoadImage("http://127.0.0.1/a.jpg");
+    Web.Answer(PictureOf('a'));
+    Covers.LoadImage("http://127.0.0.1/b.jpg");
+    Web.Answer(PictureOf('b'));
+    Covers.SaveImage("/home/user/song", "http://127.0.0.1/a.jpg");
+    EXPECT_EQ(Stored(), PictureOf('a'));
+    Covers.LoadImage("http://127.0.0.1/c.jpg");
+    Web.Fail();
+    Covers.SaveImage("/home/user/song", "http://127.0.0.1/b.jpg");
+    EXPECT_EQ(Stored(), PictureOf('b')) << "a picture that cannot be had is the next song's";
+}
+
 TEST_F(CoverImagesTest, WithoutThemTheNewPictureBelongsToTheSongAtOnce) {
     Pause.EndOfSongDetection = EndOfSong::Silence;
     Covers.LoadImage("http://127.0.0.1/a.jpg");

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "scenario/automatic_story.h"
 #include "scenario/song_audio.h"
 
 namespace Corvetape::Test {
@@ -111,6 +112,53 @@ TEST(EndOfTheProgram, ADelayedCloseEndsWithTheSongAndItsTransfer) {
     ASSERT_THAT(world.Transferred, SizeIs(1));
     EXPECT_EQ(world.Transferred[0].Media.Song, "Song 1");
     EXPECT_GT(KeptSongs(world)[0].RadioEnd + BufferFrames, world.Truth()->Songs()[0].End);
+}
+
+TEST(EndOfTheProgram, ADelayedCloseWaitsForItsSongThoughTheTransferOfTheOneBeforeIsPending) {
+    WorldOptions options = UpTo({0, 0});
+    options.Settings.push_back({"Options", "DelayUnload", "1"});
+    World world(std::move(options));
+    ASSERT_TRUE(world.StartRecording());
+    world.RunFor(37 - world.Now());
+    ASSERT_TRUE(world.Form().tmrEncodeFile.Running());
+    EXPECT_FALSE(world.Recorder->Close());
+    EXPECT_TRUE(world.RunUntil([&] { return world.Ends > 0; }, 60));
+    ASSERT_THAT(world.Transferred, SizeIs(2));
+    EXPECT_EQ(world.Transferred[1].Media.Song, "Song 2");
+    EXPECT_GT(KeptSongs(world)[1].RadioEnd + BufferFrames, world.Truth()->Songs()[1].End);
+}
+
+/// The songs that are kept when the window is closed soon after the second song's title has come.
+std::vector<std::string> KeptAfterTheTitle(int mode, bool firstWanted) {
+    WorldOptions options = Automatic(Songs(4, 40, 1.2));
+    options.Settings.push_back({"Options", "DelayUnload", "1"});
+    for (IniLine& line : options.Settings) {
+        if (line.Key == "EndOfSongDetection") line.Value = std::to_string(mode);
+    }
+    options.Settings.push_back({ProviderOfRadio, "EndOfSongDetection", std::to_string(mode)});
+    World world(std::move(options));
+    EXPECT_TRUE(world.Start());
+    world.RunFor(30 - world.Now());
+    world.Form().chkStartStop[firstWanted ? 0 : 1].Value(1);
+    const auto titled = [&] { return world.Values().Media.CurrentMedia.Song == "Song 2"; };
+    EXPECT_TRUE(world.RunUntil(titled, 30));
+    world.RunFor(0.5);
+    EXPECT_FALSE(world.Recorder->Close());
+    EXPECT_TRUE(world.RunUntil([&] { return world.Ends > 0; }, 90));
+    std::vector<std::string> titles;
+    for (const TransferredSong& song : world.Transferred) titles.push_back(song.Media.Song);
+    for (const HeardSong& heard : KeptSongs(world)) {
+        EXPECT_GT(heard.RadioEnd - heard.RadioBegin, 38U * 44100U) << heard.Song.Media.Song;
+    }
+    return titles;
+}
+
+TEST(EndOfTheProgram, ADelayedCloseWaitsForItsSongThoughTheOneBeforeIsNotClosedYet) {
+    for (const int mode : {1, 3}) {
+        SCOPED_TRACE(mode);
+        EXPECT_THAT(KeptAfterTheTitle(mode, false), testing::ElementsAre("Song 2"));
+        EXPECT_THAT(KeptAfterTheTitle(mode, true), testing::ElementsAre("Song 1", "Song 2"));
+    }
 }
 
 TEST(EndOfTheProgram, ADelayedCloseWhoseSongIsDiscardedEndsAtOnce) {

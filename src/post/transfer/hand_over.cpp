@@ -20,7 +20,7 @@ void HandOver::TransferNow() {
     if (!Wait.Running()) return;
     Wait.Running(false);
     Job.TransferSong(Waiting);
-    if (Flags.QuitAtEndOfSong) Requests.End.Raise();
+    if (Flags.LastSongClosed) Requests.End.Raise();
 }
 
 }  // namespace Corvetape

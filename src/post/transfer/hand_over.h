@@ -25,7 +25,8 @@ class HandOver {
     HandOver(Event<const STATIONANDSONGDATA&>& songKept, TimerControl& tmrEncodeFile, TransferJob& job,
              const RecordingFlags& flags, ProgramRequests& requests);
 
-    /// Transfers the song that waits, if there is one, now. With QuitAtEndOfSong the program is then to end.
+    /// Transfers the song that waits, if there is one, now. If it is the one that QuitAtEndOfSong has waited
+    /// for the program is then to end.
     void TransferNow();
 
  private:

@@ -177,8 +177,18 @@ bool AutomaticRecorder::Run() {
 /// ends.
 EndedSong AutomaticRecorder::Present() const {
     const auto close = std::ranges::find(Waiting, AutomaticStep::Kind::Close, &AutomaticStep::What);
-    if (close != Waiting.end()) return {Titles.Clean(close->Media), close->Wanted, close->Trust};
-    return {Titles.Clean(End.Media()), End.Wanted(Parts.Flags.RecordCurrentSong), End.Trust()};
+    if (close != Waiting.end()) return ClosedBy(*close);
+    return {Titles.Clean(End.Media()), End.Wanted(Parts.Flags.RecordCurrentSong), End.Trust(), EndsProgram()};
+}
+
+/// Talk between two songs is not the song that the program ends with.
+EndedSong AutomaticRecorder::ClosedBy(const AutomaticStep& step) const {
+    return {Titles.Clean(step.Media), step.Wanted, step.Trust, !step.Between && EndsProgram()};
+}
+
+/// The wish for the end came before the title of the next song did, if that has come.
+bool AutomaticRecorder::EndsProgram() const {
+    return (Passed.empty() ? Parts.Flags : Passed.front().Before).QuitAtEndOfSong;
 }
 
 AutomaticRecorder::Done AutomaticRecorder::Write(int64_t upTo) {
@@ -209,7 +219,7 @@ AutomaticRecorder::Done AutomaticRecorder::WriteSlots(int64_t upTo) {
 void AutomaticRecorder::Close(const AutomaticStep& step) {
     AddMargin();
     if (Parts.Song.SongFileOpen()) {
-        Parts.Cut.Ended = EndedSong{Titles.Clean(step.Media), step.Wanted, step.Trust};
+        Parts.Cut.Ended = ClosedBy(step);
         Parts.Song.CloseSongFile(SongEnd::Boundary);
         if (Parts.Margins.WantsAfter()) SongEnded = Written;
     } else {

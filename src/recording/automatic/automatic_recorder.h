@@ -87,6 +87,8 @@ class AutomaticRecorder {
     bool Run();
     enum class Done { Yes, Later, EndProgram };
     EndedSong Present() const;
+    EndedSong ClosedBy(const AutomaticStep& step) const;
+    bool EndsProgram() const;
     Done Write(int64_t upTo);
     Done WriteSlots(int64_t upTo);
     void Close(const AutomaticStep& step);
