@@ -142,7 +142,11 @@ bool AudioDrain::MakeRoom() {
 }
 
 bool AudioDrain::FinishCut() {
-    return !Active() || !Parts.Cut.CutPending || CarryOutCut(true);
+    if (!Active() || !Parts.Cut.CutPending) return true;
+    // Nothing comes that the cut could be made in. A song that a title has ended may be written already.
+    const AudioRing& ring = Parts.Ring;
+    const bool isWritten = ring.Wrapped(Parts.Cut.CutIndex) == ring.AudioReadIndex;
+    return Parts.Cut.Ended && isWritten ? DropPassedCut() : CarryOutCut(true);
 }
 
 bool AudioDrain::WriteOut() {

@@ -20,6 +20,31 @@ TEST_F(Drains, AtTheEndOfTheSignalAPendingCutIsMadeAndTheRestIsWritten) {
     EXPECT_EQ(Ring.Unread(), 0);
 }
 
+TEST_F(Drains, AtTheEndOfTheSignalASongIsClosedThatATitleHasEndedWhenAllOfItWasWritten) {
+    Arrive(180);
+    ASSERT_TRUE(Drain.WriteOut());
+    RaiseCut();
+    Cut.Ended = EndedSong{{}, true};
+    Flags.RecordCurrentSong = false;  // of the song that has begun
+    Arrive(30);
+    EXPECT_TRUE(Drain.FinishCut());
+    ASSERT_EQ(Closed.size(), 1U);
+    EXPECT_EQ(Last().Fate, SongFate::Kept);
+    EXPECT_EQ(BuffersIn(Last().TempPath), Range(0, 180));
+    EXPECT_FALSE(Cut.CutPending);
+    EXPECT_FALSE(Cut.Ended);
+    EXPECT_EQ(Ring.Unread(), 30);
+}
+
+TEST_F(Drains, AtTheEndOfTheSignalACutThatNoTitleHasRaisedLeavesAFileOpenThatIsWritten) {
+    Arrive(180);
+    ASSERT_TRUE(Drain.WriteOut());
+    RaiseCut();
+    EXPECT_TRUE(Drain.FinishCut());
+    EXPECT_TRUE(Closed.empty());
+    EXPECT_FALSE(Cut.CutPending);
+}
+
 TEST_F(Drains, WithNothingUnreadTheEndOfTheSignalMakesNoFile) {
     EXPECT_TRUE(Drain.FinishCut());
     EXPECT_TRUE(Drain.WriteOut());
