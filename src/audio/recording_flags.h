@@ -19,6 +19,7 @@ struct RecordingFlags {
     bool LastSongClosed = false;      ///< the song is closed that the program ends with
     bool DisableAtEndOfSong = false;  ///< RecordingEnabled ends with the song
     int32_t RecordingSecondsLeft = 0;
+    uint32_t Wishes = 0;  ///< how often something else was wished for songs: by the operations below
 
     /// Recording was switched off while a song may be open: what passes by until it is on again is missing
     /// from that song. The song writer notes it and clears it.
@@ -61,6 +62,7 @@ struct RecordingFlags {
 
     /// The user wants the song that plays, or does not want it any more. Called by the session.
     void WishThisSong(bool wanted) {
+        if (RecordCurrentSong != wanted) ++Wishes;
         RecordCurrentSong = wanted;
         if (wanted) RecordNextSong = false;
     }
@@ -68,12 +70,14 @@ struct RecordingFlags {
     /// Songs are wanted from the next one on, or not any more: the user has said so, or the song that plays
     /// is on the list of those that are not wanted. Called by the session and by the age of the song.
     void WishNextSong(bool wanted) {
+        if (RecordNextSong != wanted) ++Wishes;
         RecordNextSong = wanted;
         if (wanted) RecordCurrentSong = false;
     }
 
     /// Nothing is kept from now on. Called by the break for a search and by whoever stops a run from outside.
     void WishNothing() {
+        ++Wishes;
         RecordCurrentSong = false;
         RecordNextSong = false;
     }

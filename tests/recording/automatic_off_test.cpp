@@ -55,6 +55,38 @@ TEST(AutomaticEnd, AnotherTitleWhileRecordingIsOffEndsTheSongThere) {
     EXPECT_EQ(rig.End.Trust().Begin, Certainty::Unsure) << "it may have begun long before";
 }
 
+TEST(AutomaticEnd, AnotherTitleWhileRecordingIsOffEndsTheSongAlsoIfTheInputIsOpenedAnew) {
+    AutomaticRig rig;
+    PlayUpToOff(rig);
+    rig.Wanted = true;
+    rig.Say("Two");
+    rig.Wanted = false;
+    PlayUnrecorded(rig, 200);
+    rig.End.Restart(true);
+    rig.Now = rig.Read = 0;
+    EXPECT_EQ(rig.End.Media().Song, "One") << "it is still the one that is written";
+    rig.Play(500);
+    rig.Finish();
+    ASSERT_EQ(rig.Songs.size(), 1U);
+    EXPECT_EQ(rig.Songs[0].Title, "One");
+    EXPECT_TRUE(rig.Songs[0].Wanted);
+    EXPECT_EQ(rig.Present.Title, "Two");
+    EXPECT_THAT(rig.Present.Pieces, ElementsAre(SlotRun{0, 500}));
+}
+
+TEST(AutomaticEnd, ATitleThatIsTakenBackAfterTheInputWasOpenedAnewEndsNothing) {
+    AutomaticRig rig;
+    PlayUpToOff(rig);
+    rig.Say("Two");
+    PlayUnrecorded(rig, 200);
+    rig.End.Restart(true);
+    rig.Now = rig.Read = 0;
+    rig.Say("One");
+    rig.Play(500);
+    EXPECT_TRUE(rig.Songs.empty());
+    EXPECT_EQ(rig.End.Media().Song, "One");
+}
+
 TEST(AutomaticEnd, ABannerWhileRecordingIsOffEndsNothing) {
     AutomaticRig rig;
     PlayUpToOff(rig);

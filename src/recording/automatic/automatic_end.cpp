@@ -47,25 +47,24 @@ void AutomaticEnd::Restart(bool goesOn) {
     PausedAt.reset();
     ResumedAt.reset();
     StoppedAt.reset();
-    if (!Changes.empty()) Present.Media = Changes.back().Media;
-    Changes.clear();
+    if (!Present.HasSound) {
+        if (!Changes.empty()) Present.Media = Changes.back().Media;
+        Changes.clear();
+    }
+    // Another title came while nothing was recorded: the song that is written has ended before the slots.
+    for (Change& change : Changes) {
+        change.At = 0;
+        change.Last.reset();
+        change.Exact = change.Unplaced = false;
+        change.Unheard = true;
+    }
     if (Last) Last->Slot = 0;
     Anew = true;
     Quiet.Restart();
     Next = 0;
-    Dropping = !Present.HasSound;
-    Unrecorded = false;
+    Unrecorded = !Changes.empty();
+    Dropping = !Present.HasSound || Unrecorded;
     Present.Begin = 0;
-}
-
-void AutomaticEnd::ForgetSource() {
-    Present.Media = {};
-    Present.Trust = {};
-    Present.Named = false;
-    Changes.clear();
-    Last.reset();
-    TrackBegan.reset();
-    LastStatus = PlayerStatus::Unknown;
 }
 
 size_t AutomaticEnd::Forget(bool goesOn) {

@@ -34,6 +34,16 @@ bool SameTitle(const STATIONANDSONGDATA& one, const STATIONANDSONGDATA& other) {
     return one.Artist == other.Artist && one.Song == other.Song;
 }
 
+void AutomaticEnd::ForgetSource() {
+    Present.Media = {};
+    Present.Trust = {};
+    Present.Named = false;
+    Changes.clear();
+    Last.reset();
+    TrackBegan.reset();
+    LastStatus = PlayerStatus::Unknown;
+}
+
 bool AutomaticEnd::Look(const SourceLook& look, bool wanted) {
     FollowStatus(look);
     NoteStanding(look);

@@ -21,16 +21,26 @@ void AutomaticRecorder::Begin() {
     Begun = true;
     Opening = ring.Openings;
     PutBefore = ring.SlotsPut - static_cast<uint64_t>(ring.Unread());
-    Waiting.clear();
     SongEnded.reset();
-    Passed.clear();
     Parts.Cut.Ended.reset();  // the song that was open goes on
     Heard = 0;
     Read = 0;
     Written = 0;
     Places.Restart(Parts.Format.nSamplesPerSec);
-    End.Restart(Parts.Song.SongFileOpen());
+    const bool isOpen = Parts.Song.SongFileOpen();
+    // What a full disk has refused is gone with the slots. That its song is over still holds.
+    DropSound();
+    if (Left || !isOpen) Waiting.clear();
     if (std::exchange(Left, false)) End.ForgetSource();
+    End.Restart(isOpen);
+    if (!End.ChangePending()) Passed.clear();
+}
+
+/// Of what waits for the disk, the ends of songs stay.
+void AutomaticRecorder::DropSound() {
+    std::erase_if(Waiting, [](const AutomaticStep& step) {
+        return step.What == AutomaticStep::Kind::Write || step.What == AutomaticStep::Kind::MoveTo;
+    });
 }
 
 int64_t AutomaticRecorder::Hear() {
@@ -106,9 +116,7 @@ bool AutomaticRecorder::DiskRefuses() const {
 
 /// Nothing is recorded. The song whose file is open goes on later, or ends then if it is over by now.
 void AutomaticRecorder::Discard() {
-    std::erase_if(Waiting, [](const AutomaticStep& step) {
-        return step.What == AutomaticStep::Kind::Write || step.What == AutomaticStep::Kind::MoveTo;
-    });
+    DropSound();
     TakeBack(End.Forget(Parts.Song.SongFileOpen() && Waiting.empty()));
     if (!End.ChangePending()) Passed.clear();
     // One change is left of all that were noticed. It passes on what one of them could not.
@@ -218,6 +226,7 @@ AutomaticRecorder::Done AutomaticRecorder::WriteSlots(int64_t upTo) {
 
 void AutomaticRecorder::Close(const AutomaticStep& step) {
     AddMargin();
+    const bool begins = TakePassed(step);
     if (Parts.Song.SongFileOpen()) {
         Parts.Cut.Ended = ClosedBy(step);
         Parts.Song.CloseSongFile(SongEnd::Boundary);
@@ -226,15 +235,24 @@ void AutomaticRecorder::Close(const AutomaticStep& step) {
         Parts.Song.NoteBoundary();
     }
     Parts.Cut.Ended.reset();
-    if (step.Between) return;
+    if (begins) Parts.Cut.NoteBoundary();
+}
+
+/// Passes on what is wished for the next song, unless that was done when it was noticed. Recording may end
+/// with the song that is closed, or go on for the next one, so this comes ahead of the close. True if the
+/// next song begins only now.
+bool AutomaticRecorder::TakePassed(const AutomaticStep& step) {
+    if (step.Between || (step.Passed && Passed.empty())) return false;
     if (step.Passed) {
-        // While nothing was recorded nothing was passed on.
-        const bool done = Passed.empty() || Passed.front().Before.RecordingEnabled;
-        if (!Passed.empty()) Passed.pop_front();
-        if (done) return;
+        const PassedOn noticed = Passed.front();
+        Passed.pop_front();
+        // While nothing was recorded nothing was passed on. Who has wished something since has seen the
+        // title.
+        if (noticed.Before.RecordingEnabled) return false;
+        if (Parts.Flags.Wishes != noticed.After.Wishes) return true;
     }
     Parts.Flags.PassOn();
-    Parts.Cut.NoteBoundary();
+    return true;
 }
 
 /// What the ring still holds of these slots, one after the other.

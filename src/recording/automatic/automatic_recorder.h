@@ -96,6 +96,8 @@ class AutomaticRecorder {
     void AddMargin();
     void PassOn();
     bool DiskRefuses() const;
+    bool TakePassed(const AutomaticStep& step);
+    void DropSound();
     void Discard();
     void TakeBack(size_t changes);
     bool Lost(int64_t slot) const { return Heard - slot >= Parts.Ring.Size(); }
