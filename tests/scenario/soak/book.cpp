@@ -190,7 +190,7 @@ void Book::NoteCut() {
     const bool isNew = cut.CutPending && (!WasCutPending || cut.CutIndex != LastCutIndex || further);
     if (!cut.CutPending) {
         CutByTitle = false;
-        Noticed.clear();
+        if (!EndsWait()) Noticed.clear();
     }
     if (isNew && pause.EndOfSongDetection == EndOfSong::Automatic) {
         Noticed.emplace_back(TitleForAutomatic.Song.empty() ? LastTitle : TitleForAutomatic, CurrentWanted);
@@ -210,6 +210,16 @@ void Book::NoteCut() {
     WasBoundary = cut.SongBoundary;
     WasCutPending = cut.CutPending;
     LastCutIndex = cut.CutIndex;
+}
+
+/// Whether songs that have ended by everything that is known wait for recording to go on, which takes up to a
+/// second: a file is open, whose song has ended while nothing was recorded. Another mode in which nothing is
+/// heard changes nothing of that.
+bool Book::EndsWait() {
+    constexpr double untilCarriedOut = 2;
+    if (HeardOtherwise || Radio->Disk().OpenPaths().empty()) return false;
+    if (!Values().Flags.RecordingEnabled) LastOff = Radio->Now();
+    return Radio->Now() < LastOff + untilCarriedOut;
 }
 
 /// Whether a cut that a title has raised is carried out before the next title moves it.
@@ -281,11 +291,14 @@ void Book::BeforePress() {
     Pressing = true;
     SizeAtPress = Buffers.size();
     UnreadAtPress = Unread;
+    WishesAtPress = Values().Flags.Wishes;
 }
 
 void Book::AfterPress() {
     if (!Radio->Recorder) return;
     const bool byTime = Values().Pause.EndOfSongDetection == EndOfSong::FixedTime;
+    // A piece ends at the click, kept or not as it is wished then, whatever title came before.
+    if (byTime && Values().Flags.Wishes != WishesAtPress) CutByTitle = false;
     if (byTime && Values().Flags.RecordCurrentSong && Values().Ring.Unread() == 0) {
         for (size_t i = UnreadAtPress; i < SizeAtPress; ++i) Buffers[i].MayBeMissing = true;
     }

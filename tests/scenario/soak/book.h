@@ -163,6 +163,7 @@ class Book {
     void ExcusePause();
     void NoteCut();
     bool EarlierCutIsDue();
+    bool EndsWait();
     void ForgetUnheard(const HeardSong& song);
     bool EndsByTitle();
     void NoteTitle();
@@ -182,6 +183,7 @@ class Book {
     std::optional<Place> Claimed(const HeardSong& song) const;
     void NoteLeftSong();
     bool WasLeft(std::span<const uint64_t> pieces) const;
+    bool WasRepaired(std::span<const uint64_t> pieces) const;
     void CheckLosses();
     void CheckKept(const HeardSong& song);
     bool ReachesTheEnd(const Place& place) const;
@@ -237,6 +239,8 @@ class Book {
     size_t Unread = 0;
     size_t SizeAtPress = 0;
     size_t UnreadAtPress = 0;
+    uint32_t WishesAtPress = 0;
+    double LastOff = -1'000;  ///< second at which recording was off with a song's file open
 
     std::string Found;
     size_t FoundCount = 0;

@@ -19,12 +19,19 @@ bool Contains(const Items& items, const Value& value, Member member = {}) {
     return std::ranges::find(items, value, member) != items.end();
 }
 
+/// A repaired file goes as far as the disk took it, which may be a part of a buffer further than whole ones.
+bool GoesFurther(std::span<const uint64_t> pieces, std::span<const uint64_t> whole) {
+    return pieces.size() == whole.size() + 1 && std::ranges::equal(pieces.first(whole.size()), whole);
+}
+
 }  // namespace
 
 /// Whether the song that is closed now has ended with its title, and not at the cut's other side.
 bool Book::EndsByTitle() {
-    if (!Noticed.empty()) std::tie(Ended, EndedWanted) = Noticed.front();
-    return !Noticed.empty() || (CutByTitle && Values().Cut.CutPending);
+    const bool automatic = Values().Pause.EndOfSongDetection == EndOfSong::Automatic;
+    const bool noticed = automatic && !Noticed.empty();
+    if (noticed) std::tie(Ended, EndedWanted) = Noticed.front();
+    return noticed || (CutByTitle && Values().Cut.CutPending);
 }
 
 /// Whether the song was kept or not as the flags said before the event.
@@ -336,8 +343,11 @@ void Book::Encoded(const TransferredSong& song) {
             return;
         }
     }
-    if (pieces && WasLeft(*pieces)) return;
-    if (!WasStruck(song.TempFile)) Report("an encoder was given a song that was not kept: " + song.TempFile);
+    if (pieces && (WasLeft(*pieces) || WasRepaired(*pieces))) return;
+    // A song that was to go and could not is called as it was recorded until it is handed over.
+    const std::string recorded = std::string(SongTempFolder) + "/" + song.Media.TempFileName + ".wav";
+    if (!WasStruck(song.TempFile) && !WasStruck(recorded))
+        Report("an encoder was given a song that was not kept: " + song.TempFile);
 }
 
 /// The song that was in the file when a failure ended the recording is there still, and the next start
@@ -354,12 +364,17 @@ void Book::NoteLeftSong() {
     Next = std::max(Next, place.End);
 }
 
-/// A repaired file goes as far as the disk took it, which may be a part of a buffer further.
 bool Book::WasLeft(std::span<const uint64_t> pieces) const {
     return std::ranges::any_of(Left, [pieces](const std::vector<uint64_t>& left) {
-        return pieces.size() <= left.size() + 1 && pieces.size() >= left.size() &&
-               std::ranges::equal(pieces.first(left.size()), left);
+        return pieces.size() == left.size() ? std::ranges::equal(pieces, left) : GoesFurther(pieces, left);
     });
+}
+
+/// A full disk has no room to note that a song was closed. The next start takes its file for one that was
+/// broken off.
+bool Book::WasRepaired(std::span<const uint64_t> pieces) const {
+    return std::ranges::any_of(
+        Wanted, [pieces](const WantedSong& wanted) { return GoesFurther(pieces, wanted.Pieces); });
 }
 
 void Book::ProgramEnded() {
@@ -404,7 +419,8 @@ std::vector<std::string> Book::SongFiles() {
 void Book::Finished() {
     for (const std::string& path : SongFiles()) {
         const auto pieces = PiecesOf(path);
-        const bool isWanted = pieces && (Contains(Wanted, *pieces, &WantedSong::Pieces) || WasLeft(*pieces));
+        const bool isWanted = pieces && (Contains(Wanted, *pieces, &WantedSong::Pieces) || WasLeft(*pieces) ||
+                                         WasRepaired(*pieces));
         if (!isWanted && !WasStruck(path)) Report("a file stays that nobody wants: " + path);
     }
 }

@@ -73,5 +73,81 @@ TEST(Book, FollowsAPieceThatGoesOnAfterARoundThroughTheRing) {
     EXPECT_EQ(book.Problems(), "");
 }
 
+/// Three songs of 30 s with titles, which end by everything that is known.
+WorldOptions TitledWatchedBy(Book& book) {
+    WorldOptions options = WatchedBy(book);
+    RadioScript radio;
+    for (uint64_t number = 1; number <= 3; ++number) {
+        ScriptSong song;
+        song.Seconds = 30;
+        song.Seed = number;
+        const std::string title = "Song " + std::to_string(number);
+        song.Media = {"Radio", "Band", title, AlbumOf + title, CoverOf + title};
+        radio.Song(std::move(song));
+    }
+    options.Radio = radio.SilenceForever();
+    options.TellsTitles = true;
+    for (const char* source : {ProviderOfRadio, NoStationData}) {
+        options.Settings.push_back({source, "EndOfSongDetection", "3"});
+        options.Settings.push_back({source, "IgnoreShortSongs", "0"});
+    }
+    return options;
+}
+
+void EndWatched(World& world, Book& book) {
+    world.Finish();
+    book.AfterEvent();
+    world.Recorder.reset();
+    book.ProgramEnded();
+}
+
+/// Recording goes on at a wish for the third song. The first two ended before, and nobody wanted them.
+TEST(Book, KnowsThatSongsEndedWhileNothingWasRecorded) {
+    Book book;
+    World world(TitledWatchedBy(book));
+    book.Watch(world);
+    ASSERT_TRUE(world.Start());
+    Watch(world, book, 20);
+    world.Disk().SetFreeSpace("/", 0);
+    Watch(world, book, 50);
+    ASSERT_FALSE(world.Values().Flags.RecordingEnabled) << "the disk is full";
+    world.Disk().SetCapacity("/", uint64_t{1} << 40U);
+    Press(book, world.Form().chkStartStop[0]);
+    Watch(world, book, 40);
+    EndWatched(world, book);
+    ASSERT_GE(world.Closed.size(), 2U);
+    EXPECT_EQ(world.Closed.front().Song.Fate, SongFate::Unwanted);
+    EXPECT_EQ(world.Closed.back().Song.Fate, SongFate::Kept);
+    EXPECT_EQ(book.Problems(), "");
+}
+
+/// A title has ended the song by media data while nothing was recorded. A click in the mode by time means
+/// what comes then.
+TEST(Book, KnowsThatAClickByTimeSetsATitlesCutAside) {
+    Book book;
+    WorldOptions options = TitledWatchedBy(book);
+    for (IniLine& line : options.Settings) {
+        if (line.Key == "EndOfSongDetection") line.Value = "1";
+    }
+    World world(std::move(options));
+    book.Watch(world);
+    frmMain& form = world.Form();
+    ASSERT_TRUE(world.Start());
+    Watch(world, book, 20);
+    world.Values().Flags.EndAtOnce();
+    Watch(world, book, 12);
+    ASSERT_TRUE(world.Values().Cut.CutPending);
+    world.Disk().SetFreeSpace("/", 0);  // the click does not resume the recording
+    Press(book, form.optEndOfSong[2]);
+    Press(book, form.chkStartStop[0]);
+    Press(book, form.optEndOfSong[1]);
+    ASSERT_TRUE(world.Closed.empty());
+    world.Disk().SetCapacity("/", uint64_t{1} << 40U);
+    world.Values().Flags.ResumeForUser();
+    Watch(world, book, 10);
+    EndWatched(world, book);
+    EXPECT_EQ(book.Problems(), "");
+}
+
 }  // namespace
 }  // namespace Corvetape::Test
