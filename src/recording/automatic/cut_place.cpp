@@ -31,10 +31,12 @@ int32_t CutPlace::RingSlot(int64_t slot) const {
     return Ring.Wrapped(int64_t{Ring.AudioWriteIndex} - (Heard - slot));
 }
 
-/// Slots that were measured for the last question and are asked for again are not measured twice.
-void CutPlace::Measure(int64_t from, int64_t end) {
-    const int64_t first = std::max({from, Heard - (Ring.Size() - 1), SongBegin});
-    const bool hasEarlier = Features.First() < SongBegin;
+/// Slots that were measured for the last question and are asked for again are not measured twice. Where the
+/// player says that its track began, the silence before is what shows its first sound.
+void CutPlace::Measure(int64_t from, int64_t end, bool exact) {
+    const int64_t least = exact ? 0 : SongBegin;
+    const int64_t first = std::max({from, Heard - (Ring.Size() - 1), least});
+    const bool hasEarlier = Features.First() < least;
     if (first < Features.First() || first > Features.End() || hasEarlier) {
         Features.Restart(first);
         Meter->Restart();
@@ -58,7 +60,7 @@ CutQuestion CutPlace::Question(int64_t change, int64_t from, int64_t end, bool e
 
 std::optional<EvidenceCut> CutPlace::Find(int64_t change, int64_t from, int64_t end, bool exact) {
     if (!Meter) return std::nullopt;
-    Measure(change + FirstSlotOfSearch, std::min(end, change + SlotsAfterChange));
+    Measure(change + FirstSlotOfSearch, std::min(end, change + SlotsAfterChange), exact);
     return Cutter.Decide(Question(change, from, end, exact), Learned.Of(Source, exact));
 }
 
@@ -79,7 +81,7 @@ void CutPlace::TeachGap(EdgeRange gap, bool exact) {
 
 std::optional<EdgeRange> CutPlace::Talk(int64_t change, int64_t from, int64_t end) {
     if (!Meter) return std::nullopt;
-    Measure(change + FirstSlotOfSearch, std::min(end, change + SlotsAfterChange));
+    Measure(change + FirstSlotOfSearch, std::min(end, change + SlotsAfterChange), false);
     const int64_t first = std::max<int64_t>(from - change, FirstEdge);
     const int64_t last = std::min<int64_t>(end - change, LastEdge);
     if (first >= last) return std::nullopt;

@@ -44,7 +44,7 @@ class CutPlace : public CutFinder {
     int32_t RingSlot(int64_t slot) const;
 
  private:
-    void Measure(int64_t from, int64_t end);
+    void Measure(int64_t from, int64_t end, bool exact);
     CutQuestion Question(int64_t change, int64_t from, int64_t end, bool exact);
 
     const AudioRing& Ring;
@@ -59,7 +59,7 @@ class CutPlace : public CutFinder {
     std::string LastSource;  ///< that the last Find was for
     bool LastExact = false;
     int64_t Heard = 0;
-    int64_t SongBegin = 0;  ///< nothing before is looked at
+    int64_t SongBegin = 0;  ///< nothing before is looked at, but for an exact change
 };
 
 }  // namespace Corvetape
