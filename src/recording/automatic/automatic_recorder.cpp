@@ -226,9 +226,10 @@ AutomaticRecorder::Done AutomaticRecorder::WriteSlots(int64_t upTo) {
 
 void AutomaticRecorder::Close(const AutomaticStep& step) {
     AddMargin();
+    const EndedSong ended = ClosedBy(step);  // with what was wished when its title went
     const bool begins = TakePassed(step);
     if (Parts.Song.SongFileOpen()) {
-        Parts.Cut.Ended = ClosedBy(step);
+        Parts.Cut.Ended = ended;
         Parts.Song.CloseSongFile(SongEnd::Boundary);
         if (Parts.Margins.WantsAfter()) SongEnded = Written;
     } else {
