@@ -22,7 +22,9 @@ PresentState PresentStateOf(const PresentFacts& facts) {
     if (!facts.InputOpen) return PresentState::NoInput;
     if (facts.SecondsWithoutBuffers >= GoneAfterSeconds) return PresentState::InputGone;
     if (facts.Signal.SilenceSeconds >= NoSoundAfterSeconds) return PresentState::NoSound;
-    if (EndedByDisk(facts)) return PresentState::DiskFull;
+    if (EndedByDisk(facts)) {
+        return facts.Flags.RecordingEnabled ? PresentState::DiskFull : PresentState::DiskStopped;
+    }
     const bool wanted = facts.Flags.RecordCurrentSong || facts.Flags.RecordNextSong;
     if (wanted && !facts.Flags.RecordingEnabled) return PresentState::NotEnabled;
     if (facts.Flags.RecordCurrentSong) {

@@ -82,7 +82,7 @@ void SignalView::hideEvent(QHideEvent* event) {
 /// Only what moves is painted, and only when it has moved by a pixel or looks otherwise.
 void SignalView::Move() {
     Parts.Trace.Follow();
-    const Picture now{PresentScale().Newest, Parts.Flags.RecordCurrentSong, Parts.Trace.SongBegins()};
+    const Picture now{PresentScale().Newest, IsKept(), Parts.Trace.SongBegins()};
     if (now == Shown) return;
     Shown = now;
     update(MovingPart());
@@ -112,7 +112,7 @@ SignalView::Bar SignalView::BarOf(uint64_t first, uint64_t end) const {
     int64_t sum = 0;
     int64_t count = 0;
     const bool present = begins.empty() || first >= begins.back();
-    bar.Kept = present ? Parts.Flags.RecordCurrentSong : Parts.Trace.IsOfKeptSong(first);
+    bar.Kept = present ? IsKept() : Parts.Trace.IsOfKeptSong(first);
     for (uint64_t number = std::max(first, oldest); number < end && number - oldest < columns.size();
          ++number) {
         const TraceColumn& column = columns[number - oldest];
@@ -177,7 +177,7 @@ void SignalView::PaintSongBegins(QPainter& painter, const Scale& scale) const {
         const double left = static_cast<double>(scale.PlaceOf(scale.PixelOf(begin))) / devicePixelRatioF();
         const double place = std::round(left) - 1.5;
         const bool newest = begin == begins.back();
-        const QColor ink = newest && Parts.Flags.RecordCurrentSong ? look.Accent : look.Dim;
+        const QColor ink = newest && IsKept() ? look.Accent : look.Dim;
         painter.setPen(QPen(ink, 1));
         painter.drawLine(QPointF(place, Grid), QPointF(place, height() - ScaleSpace));
         const QString text = Parts.Say(newest ? Key::SongBegins : Key::Cut);
@@ -209,7 +209,7 @@ void SignalView::PaintFrame(QPainter& painter) const {
 
 void SignalView::paintEvent(QPaintEvent* event) {
     const Scale scale = PresentScale();
-    Shown = {scale.Newest, Parts.Flags.RecordCurrentSong, Parts.Trace.SongBegins()};
+    Shown = {scale.Newest, IsKept(), Parts.Trace.SongBegins()};
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     if (MovingPart().contains(event->rect())) {

@@ -42,6 +42,8 @@ class SignalView : public QWidget {
         bool operator==(const Picture&) const = default;
     };
     void Move();
+    /// The song that plays is kept. After an error it is wanted still, and nothing is recorded.
+    bool IsKept() const { return Parts.Flags.RecordCurrentSong && Parts.Flags.RecordingEnabled; }
     QRect MovingPart() const;
     Scale PresentScale() const;
     Bar BarOf(uint64_t first, uint64_t end) const;

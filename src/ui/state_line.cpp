@@ -29,6 +29,8 @@ Appearance AppearanceOf(PresentState state, bool fromBeginning) {
             return {Key::NoSound, "trouble", &Look::Warning};
         case PresentState::DiskFull:
             return {Key::DiskFull, "disk", &Look::Warning};
+        case PresentState::DiskStopped:
+            return {Key::DiskStopped, "disk", &Look::Warning};
         case PresentState::NotEnabled:
             return {Key::NotEnabled, "trouble", &Look::Warning};
         case PresentState::Recording:

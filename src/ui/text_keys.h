@@ -14,6 +14,7 @@ inline constexpr const char* Waiting = "60016";
 inline constexpr const char* Listening = "60017";
 inline constexpr const char* NotEnabled = "61740";
 inline constexpr const char* DiskFull = "61550";
+inline constexpr const char* DiskStopped = "61892";
 
 // The page of the recording.
 inline constexpr const char* NoTitle = "60030";

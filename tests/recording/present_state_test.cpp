@@ -66,7 +66,7 @@ TEST(PresentState, ADiskThatIsNearlyFullIsReportedUntilRecordingBeginsAnew) {
     EXPECT_EQ(facts.Now(), PresentState::DiskFull);
     facts.Flags.DisableAtEndOfSong = false;
     facts.Flags.RecordingEnabled = false;  // the song has ended
-    EXPECT_EQ(facts.Now(), PresentState::DiskFull);
+    EXPECT_EQ(facts.Now(), PresentState::DiskStopped);
     facts.Flags.RecordingEnabled = true;  // there is room again, and somebody has pressed Record
     EXPECT_EQ(facts.Now(), PresentState::Recording);
 }

@@ -302,6 +302,10 @@ inline constexpr MessageText NothingOpens{"61880",
                                           "No program on this computer can open this:\\r\\n\\r\\n%1"};
 inline constexpr MessageText NotThereToOpen{"61881",
                                             "This no longer exists and cannot be opened:\\r\\n\\r\\n%1"};
+inline constexpr MessageText EncoderFailed{
+    "61893",
+    "The encoder of \"%1\" has ended with error %2, and there is no music file. The song stays there as a "
+    "temporary file, and the next start tries once more."};
 inline constexpr MessageText SongIsGone{"61882", "The files of \"%1\" are gone, so it cannot be played."};
 
 inline constexpr std::array All = {NoNumber,
@@ -411,6 +415,7 @@ inline constexpr std::array All = {NoNumber,
                                    DemoOffered,
                                    NothingOpens,
                                    NotThereToOpen,
-                                   SongIsGone};
+                                   SongIsGone,
+                                   EncoderFailed};
 
 }  // namespace Corvetape::Message
