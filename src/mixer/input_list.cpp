@@ -48,11 +48,12 @@ InputList::InputList(InputListParts parts, InputDevice& device, Reporter& say)
 
 bool InputList::FillInputDevices() {
     ComboBox& list = Parts.Form.cmbInputDevices;
-    const std::string names = ListDevices();
+    std::string names = ListDevices();
     if (list.Items().empty()) {
         ReportNoDevice();
-        return false;
+        names = ListDevices();  // the user may have switched one on before the box was closed
     }
+    if (list.Items().empty()) return false;
     const int32_t index = Parts.Settings.InputDevice;
     const bool within = index >= 0 && static_cast<size_t>(index) < list.Items().size();
     if (within && SameDevices(names, Parts.Settings.InputDeviceNames)) {

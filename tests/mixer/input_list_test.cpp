@@ -297,6 +297,15 @@ TEST_F(FillInputDevices, WithoutADeviceNothingIsSelectedAndTheChoiceStays) {
     EXPECT_EQ(Boxes, (std::vector<ShownBox>{{BoxKind::Message, "no device", DialogIcon::Critical, "", ""}}));
 }
 
+TEST_F(FillInputDevices, ADeviceThatComesWhileItsAbsenceIsReportedIsTaken) {
+    Computer.Dialogs.WhileOpen = [this](const ShownBox& box) {
+        if (box.Text == "no device") Inputs.Add("A");
+    };
+    EXPECT_TRUE(Choice.FillInputDevices());
+    EXPECT_EQ(Listed(), (std::vector<std::string>{"A=0"}));
+    EXPECT_EQ(Options.InputDevice, 0);
+}
+
 TEST_F(FillInputDevices, DevicesOfOtherFormatsAreNoDevice) {
     Inputs.Add("mono", 0x400);
     EXPECT_FALSE(Choice.FillInputDevices());
