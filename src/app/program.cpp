@@ -60,6 +60,10 @@ void Program::Report(const std::string& key) {
     Parts->Journal.WriteLog({"INFO", Parts->Messages.FormatMsg(key)});
 }
 
+void Program::ReportError(const std::string& key, std::initializer_list<std::string> arguments) {
+    Parts->Say.WriteAndShow(ReportKind::Error, Parts->Say.Text(key, arguments));
+}
+
 void Program::StopKeeping() {
     Memory->Flags.WishNothing();
 }

@@ -110,6 +110,9 @@ class Program {
     /// A line in the log with this text.
     void Report(const std::string& key);
 
+    /// An error in the log and in the status line.
+    void ReportError(const std::string& key, std::initializer_list<std::string> arguments);
+
     State& Values() { return *Memory; }
     const State& Values() const { return *Memory; }
 

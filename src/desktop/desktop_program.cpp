@@ -132,6 +132,10 @@ void DesktopProgram::MakeWindow() {
     Toolkit.Speak(state.Options.Language);
     Covers = std::make_unique<CoverPictures>(&desk.Covers);
     Keys = std::make_unique<HelpKeys>(state.Lifecycle, static_cast<HelpPages&>(*this));
+    Songs.EncoderFailed.Connect([this](const RunSong& song, int32_t error) {
+        Recorder->ReportError(std::string(Message::EncoderFailed.Key),
+                              {song.TempFile, std::to_string(error)});
+    });
     desk.Age.Excluded.Connect([this](const STATIONANDSONGDATA& song) { Songs.SongExcluded(song); });
     Ui = std::make_unique<UiParts>(
         UiParts{state.Form,   state.Flags, state.Signal,      state.Media,

@@ -94,6 +94,7 @@ void RunSongs::JobEnded(const JobResult& result) {
     if (found == Entries.end()) return;  // left by an earlier run
     found->Progress = result.ExitCode == 0 ? SongProgress::Made : SongProgress::Failed;
     ProgressChanged.Raise(static_cast<size_t>(found - Entries.begin()));
+    if (result.ExitCode != 0) EncoderFailed.Raise(*found, result.ExitCode);
 }
 
 }  // namespace Corvetape

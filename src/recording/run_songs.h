@@ -63,6 +63,9 @@ class RunSongs {
     void SongTransferred(const TransferredSong& song);
     void JobEnded(const JobResult& result);
 
+    /// There is no music file of this song: its encoder has ended with this error.
+    Event<const RunSong&, int32_t> EncoderFailed;
+
     /// An encoder has made this music file, whose name may have got a number.
     void MusicMade(const std::string& job, const std::string& musicFile);
 

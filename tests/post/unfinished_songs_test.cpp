@@ -65,14 +65,12 @@ TEST_F(TransferJobTest, ASongWhoseMusicWasMadeNeedsNoNoteEvenIfItsCommandWasKill
     Transfer();
     results.Collect();
     EXPECT_TRUE(Exists(note));
-    EXPECT_NE(Bench.LogLines().find("ERROR\t"), std::string::npos) << Bench.LogLines();
     Bench.Sim.Files.Delete(note);
     Bench.Sim.Files.Put("/temp/Corvet/" + std::string(Stamp) + ".wav", "sound");
     Transfer();
     Bench.Sim.Files.Put(Songs[1].MadeFile, Songs[1].MusicFile + "\n");
     results.Collect();
     EXPECT_FALSE(Exists(note));
-    EXPECT_EQ(Bench.LogLines().find("ERROR"), Bench.LogLines().rfind("ERROR"));
 }
 
 TEST_F(TransferJobTest, WhatIsEncodedOfflineHasNoNote) {

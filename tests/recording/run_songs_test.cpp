@@ -64,8 +64,12 @@ TEST(RunSongs, FollowTheirEncoders) {
     songs.SongTransferred(HandedOn("a", "job1"));
     EXPECT_EQ(songs.Songs()[1].Progress, SongProgress::Encoding);
     songs.SongTransferred(HandedOn("b", "job2"));
+    std::vector<std::string> failed;
+    songs.EncoderFailed.Connect(
+        [&](const RunSong& song, int32_t error) { failed.push_back(song.JobName + std::to_string(error)); });
     songs.JobEnded({"job1", 0});
     songs.JobEnded({"job2", 1});
+    EXPECT_EQ(failed, std::vector<std::string>{"job21"});
     EXPECT_EQ(songs.Songs()[1].Progress, SongProgress::Made);
     EXPECT_EQ(songs.Songs()[0].Progress, SongProgress::Failed);
     EXPECT_EQ(changed, (std::vector<size_t>{1, 0, 1, 0}));

@@ -75,9 +75,6 @@ void EncoderResults::EndJob(const JobResult& result) {
     if (result.ExitCode == 0) {
         if (!song.TempFile.empty()) Finished.push_back(song.TempFile);
         Unfinished.erase(found);
-    } else if (!music) {
-        Say.WriteAndShow(ReportKind::Error, Say.Text(Message::EncoderFailed.Key,
-                                                     {song.TempFile, std::to_string(result.ExitCode)}));
     }
 }
 
